@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/StopSignals.h"
+#include "app/batchplan.h"
+#include "app/outputlock.h"
+#include "app/terminalprogress.h"
+#include "runner/QuvoScriptRunner.h"
+
+#include <QObject>
+
+#include <memory>
+
+/// One run of the batch program: progress on standard output, the tool's text and our sentences on standard
+/// error.
+class BatchRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    BatchRun();
+
+    /// Starts the plan, which has passed its checks; finished() follows, possibly from inside this call.
+    void start(const BatchPlan &plan, bool overwrite);
+
+signals:
+    void finished(BatchExit exit);
+
+private:
+    void onDone();
+    void onStopped();
+    void onError(const QString &toolText);
+    void end(BatchExit exit, const QString &sentence);
+
+    QuvoScriptRunner m_runner;
+    StopSignals m_stopSignals;
+    BatchPlan m_plan;
+    std::unique_ptr<OutputLock> m_lock;
+    TerminalProgress m_progress;
+};

@@ -1,0 +1,18 @@
+#include "app/console.h"
+
+#include <cstdio>
+
+void printOutput(const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stdout);
+    std::fflush(stdout);
+}
+
+void printError(const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    const bool ended = text.endsWith(QLatin1Char('\n'));
+    std::fprintf(stderr, "%s%s", text.toLocal8Bit().constData(), ended ? "" : "\n");
+    std::fflush(stderr);
+}

@@ -1,0 +1,116 @@
+#include "app/outputname.h"
+
+#include "dataset/pathencoding.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QStorageInfo>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace
+{
+
+/// The file's own name, hard links included; a file that does not exist is the same as no other.
+bool isSameFile(const QString &one, const QString &other)
+{
+    std::error_code error;
+    return std::filesystem::equivalent(encodePath(one).constData(), encodePath(other).constData(), error);
+}
+
+bool hasControlCharacter(const QString &name)
+{
+    return std::any_of(name.begin(), name.end(),
+                       [](QChar character) { return character.category() == QChar::Other_Control; });
+}
+
+/// The part behind the last dot of the name's last part; empty when there is none. A leading dot begins a name.
+QString extensionOf(const QString &path)
+{
+    const QString name = QFileInfo(path).fileName();
+    const auto dot = name.lastIndexOf(QLatin1Char('.'));
+    return dot > 0 ? name.mid(dot + 1) : QString();
+}
+
+QString nameProblem(const QString &name, const QStringList &extensions)
+{
+    if (name.isEmpty())
+        return labelText({"MESS_SORTIE_VIDE", "Aucun fichier de sortie n'est indiqué."});
+    if (hasControlCharacter(name))
+        return labelText(
+            {"MESS_SORTIE_CTRL", "Le nom du fichier de sortie contient un caractère de contrôle."});
+    if (QFileInfo(name).isDir() || name.endsWith(QLatin1Char('/')))
+        return labelText({"MESS_SORTIE_DOSSIER", "« %1 » est un dossier ; indiquez un fichier."}).arg(name);
+
+    const QString extension = extensionOf(name);
+    if (!extension.isEmpty() && !extensions.isEmpty() && !extensions.contains(extension, Qt::CaseInsensitive))
+        return labelText({"MESS_SORTIE_EXTENSION",
+                          "L'extension « .%1 » ne convient pas à ce format ; attendu : .%2."})
+            .arg(extension, extensions.join(QLatin1String(", .")));
+    return {};
+}
+
+QString placeProblem(const QFileInfo &file, const QStringList &inputFiles)
+{
+    if (file.isDir())
+        return labelText({"MESS_SORTIE_DOSSIER", "« %1 » est un dossier ; indiquez un fichier."})
+            .arg(file.absoluteFilePath());
+    const QFileInfo folder(file.absolutePath());
+    if (!folder.isDir())
+        return labelText({"MESS_SORTIE_SANS_DOS", "Le dossier « %1 » n'existe pas."}).arg(folder.filePath());
+    if (!folder.isWritable())
+        return labelText({"MESS_SORTIE_DOS_PROT", "Le dossier « %1 » n'est pas accessible en écriture."})
+            .arg(folder.filePath());
+
+    for (const QString &inputFile : inputFiles) {
+        if (isSameFile(file.absoluteFilePath(), inputFile))
+            return labelText(
+                       {"MESS_SORTIE_ENTREE", "« %1 » fait partie du MNT d'entrée ; choisissez un autre nom."})
+                .arg(file.absoluteFilePath());
+    }
+    if (file.exists() && !file.isWritable())
+        return labelText({"MESS_SORTIE_PROTEGEE", "Le fichier « %1 » est protégé en écriture."})
+            .arg(file.absoluteFilePath());
+    return {};
+}
+
+} // namespace
+
+QString withExtension(const QString &name, const QStringList &extensions)
+{
+    if (name.isEmpty() || name.endsWith(QLatin1Char('/')) || extensions.isEmpty()
+        || !extensionOf(name).isEmpty())
+        return name;
+    return name + (name.endsWith(QLatin1Char('.')) ? QString() : QStringLiteral(".")) + extensions.first();
+}
+
+OutputName checkOutputName(const QString &name, const QStringList &extensions, const QStringList &inputFiles)
+{
+    OutputName output;
+    output.problem = nameProblem(name, extensions);
+    if (!output.problem.isEmpty())
+        return output;
+    const QFileInfo file(withExtension(name, extensions));
+    output.path = file.absoluteFilePath();
+    output.problem = placeProblem(file, inputFiles);
+    output.exists = file.exists();
+    return output;
+}
+
+qint64 expectedProductSize(const ProcessRow &process, int width, int height)
+{
+    return static_cast<qint64>(width) * height * process.bands * process.bytesPerCell;
+}
+
+QString freeSpaceWarning(const QString &path, qint64 bytes)
+{
+    const QStorageInfo storage(QFileInfo(path).absolutePath());
+    if (!storage.isValid() || storage.bytesAvailable() >= bytes)
+        return {};
+    const QLocale locale;
+    return labelText(
+               {"MESS_PEU_DE_PLACE", "Il ne reste que %1 sur ce disque ; le résultat en demande environ %2."})
+        .arg(locale.formattedDataSize(storage.bytesAvailable()), locale.formattedDataSize(bytes));
+}

@@ -1,0 +1,57 @@
+#include "app/processes.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <iterator>
+
+const ProcessRow &processRow(Process process)
+{
+    using enum Process;
+    // clang-format off
+    static constexpr ProcessRow rows[] = {
+        {ShadedRelief, Tool::Dem, ProductKind::Raster, 1, 1, "hillshade",
+         {"MESS_CALC_OMBR_RELIEF", "Calcul d'une image ombrée du relief."}},
+        {Slope, Tool::Dem, ProductKind::Raster, 1, 4, "slope",
+         {"MESS_CALC_CARTE_PENTE", "Calcul d'une carte des pentes."}},
+        {Aspect, Tool::Dem, ProductKind::Raster, 1, 4, "aspect",
+         {"MESS_CALC_ORIENT_DEG", "Calcul d'une carte des orientations en degrés."}},
+        {Intervisibility, Tool::Intervisibility, ProductKind::Raster, 3, 1, "intervisibility",
+         {"MESS_CALC_INTERVIS", "Calcul d'une carte d'intervisibilité"}},
+        {ColorRelief, Tool::Dem, ProductKind::Raster, 3, 1, "color",
+         {"MESS_CALC_COUL_RELIEF", "Calcul d'une image en couleur du relief."}},
+        {Contour, Tool::Contour, ProductKind::Vector, 0, 0, "contour_lines",
+         {"MESS_CN_GEN_FIC_VECT", "Génération d'un fichier vectoriel de courbes de niveau"}},
+        {TriTpiRoughness, Tool::Dem, ProductKind::Raster, 1, 4, "roughness",
+         {"MESS_CALC_RESULTAT", "Calcul du résultat"}},
+    };
+    // clang-format on
+    return *std::find_if(std::begin(rows), std::end(rows),
+                         [&](const ProcessRow &row) { return row.process == process; });
+}
+
+const QVector<BatchProcess> &batchProcesses()
+{
+    static const QVector<BatchProcess> processes{
+        {"hillshade", Process::ShadedRelief, ShadedOptions{}},
+    };
+    return processes;
+}
+
+const BatchProcess *findBatchProcess(const QString &word)
+{
+    const auto &all = batchProcesses();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const BatchProcess &process) {
+        return word == QLatin1String(process.word);
+    });
+    return found == all.end() ? nullptr : &*found;
+}
+
+QString unknownProcess(const QString &word)
+{
+    QStringList words;
+    for (const BatchProcess &process : batchProcesses())
+        words += QString::fromLatin1(process.word);
+    return labelText({"MESS_TRAIT_INCONNU", "Traitement inconnu : « %1 ». Traitements : %2."})
+        .arg(word, words.join(QLatin1String(", ")));
+}

@@ -1,0 +1,113 @@
+#include "app/recipe.h"
+
+#include "dataset/pathencoding.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace
+{
+
+constexpr int formatVersion = 1;
+
+QString fromFolder(const QString &folder, const QString &path)
+{
+    return path.isEmpty() || isVirtualPath(path) ? path : QDir::cleanPath(QDir(folder).absoluteFilePath(path));
+}
+
+QString wrongMember(const QString &name, const Label &expected)
+{
+    return labelText({"MESS_REC_MEMBRE_INV", "« %1 » doit être %2."}).arg(name, labelText(expected));
+}
+
+/// Reads the plain members, all but "format", "process" and "options"; returns what is wrong with this one.
+QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value, const QString &folder)
+{
+    static constexpr Label text{"MESS_REC_UN_TEXTE", "un texte"};
+    static constexpr Label boolean{"MESS_REC_UN_BOOL", "true ou false"};
+    static constexpr Label bandNumber{"MESS_REC_UNE_BANDE", "un numéro de bande, à partir de 1"};
+
+    struct TextMember
+    {
+        const char *name;
+        QString Recipe::*member;
+        bool isPath;
+    };
+    static constexpr TextMember texts[] = {{"input", &Recipe::input, true},
+                                           {"output", &Recipe::output, true},
+                                           {"outputFormat", &Recipe::outputFormat, false}};
+    for (const TextMember &known : texts) {
+        if (name == QLatin1String(known.name)) {
+            recipe.*known.member = known.isPath ? fromFolder(folder, value.toString()) : value.toString();
+            return value.isString() ? QString() : wrongMember(name, text);
+        }
+    }
+    if (name == QLatin1String("band")) {
+        recipe.band = value.toInt(0);
+        return recipe.band >= 1 ? QString() : wrongMember(name, bandNumber);
+    }
+    if (name == QLatin1String("tiled") || name == QLatin1String("worldFile")) {
+        (name == QLatin1String("tiled") ? recipe.tiled : recipe.worldFile) = value.toBool();
+        return value.isBool() ? QString() : wrongMember(name, boolean);
+    }
+    return labelText({"MESS_REC_INCONNU", "Membre inconnu : « %1 »."}).arg(name);
+}
+
+QString takeOptions(Recipe &recipe, const QJsonValue &value)
+{
+    if (!value.isObject())
+        return wrongMember(QStringLiteral("options"), {"MESS_REC_UN_OBJET", "un objet"});
+    const QJsonObject options = value.toObject();
+    for (auto option = options.begin(); option != options.end(); ++option) {
+        const QString problem = setOption(recipe.options, option.key(), option.value().toVariant());
+        if (!problem.isEmpty())
+            return problem;
+    }
+    settle(recipe.options, options.keys());
+    return {};
+}
+
+QString takeObject(Recipe &recipe, QJsonObject object, const QString &folder)
+{
+    if (object.take(QStringLiteral("format")).toInt(0) != formatVersion)
+        return labelText({"MESS_REC_FORMAT", "« format » doit être %1."}).arg(formatVersion);
+
+    recipe.process = object.take(QStringLiteral("process")).toString();
+    const BatchProcess *process = findBatchProcess(recipe.process);
+    if (!process)
+        return unknownProcess(recipe.process);
+    recipe.options = process->defaults;
+
+    const QJsonValue options = object.take(QStringLiteral("options"));
+    if (!options.isUndefined()) {
+        const QString problem = takeOptions(recipe, options);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        const QString problem = takeMember(recipe, member.key(), member.value(), folder);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return {};
+}
+
+} // namespace
+
+RecipeReading readRecipe(const QByteArray &json, const QString &folder)
+{
+    RecipeReading reading;
+    QJsonParseError fault;
+    const QJsonDocument document = QJsonDocument::fromJson(json, &fault);
+    if (fault.error != QJsonParseError::NoError) {
+        const auto line = json.left(fault.offset).count('\n') + 1;
+        reading.error = labelText({"MESS_REC_PAS_JSON", "Ligne %1 : ce n'est pas du JSON valable (%2)."})
+                            .arg(QString::number(line), fault.errorString());
+    } else if (!document.isObject()) {
+        reading.error = labelText({"MESS_REC_PAS_OBJET", "Une recette est un objet JSON, entre accolades."});
+    } else {
+        reading.error = takeObject(reading.recipe, document.object(), folder);
+    }
+    return reading;
+}

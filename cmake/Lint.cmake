@@ -1,0 +1,21 @@
+# Targets for a developer's own checks: "format" rewrites every file, "lint" only reports.
+
+file(GLOB_RECURSE QUVO_SOURCES CONFIGURE_DEPENDS
+    "${PROJECT_SOURCE_DIR}/[a-z]*/*.cpp" "${PROJECT_SOURCE_DIR}/[a-z]*/*.h" "${PROJECT_SOURCE_DIR}/[a-z]*/*.c")
+list(FILTER QUVO_SOURCES EXCLUDE REGEX "^${PROJECT_SOURCE_DIR}/build/")
+set(QUVO_CHECKED_SOURCES ${QUVO_SOURCES})
+list(FILTER QUVO_CHECKED_SOURCES INCLUDE REGEX "\\.cpp$")
+list(FILTER QUVO_CHECKED_SOURCES EXCLUDE REGEX "^${PROJECT_SOURCE_DIR}/tests/")
+
+find_program(QUVO_CLANG_FORMAT clang-format)
+find_program(QUVO_RUN_CLANG_TIDY NAMES run-clang-tidy run-clang-tidy-14)
+if(QUVO_CLANG_FORMAT)
+    add_custom_target(format COMMAND "${QUVO_CLANG_FORMAT}" -i ${QUVO_SOURCES} VERBATIM)
+endif()
+if(QUVO_CLANG_FORMAT AND QUVO_RUN_CLANG_TIDY)
+    add_custom_target(lint
+        COMMAND "${QUVO_CLANG_FORMAT}" --dry-run -Werror ${QUVO_SOURCES}
+        COMMAND "${QUVO_RUN_CLANG_TIDY}" -quiet -p "${CMAKE_BINARY_DIR}" ${QUVO_CHECKED_SOURCES}
+        VERBATIM
+    )
+endif()

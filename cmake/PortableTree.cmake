@@ -1,0 +1,47 @@
+# The portable tree: the programs, the tools that they start (under the same names on every platform), GDAL's data and
+# plug-in folders, the messages and the colour tables, all in one folder. The build makes it in ${QUVO_TREE}, the
+# installation in <prefix>/lib/quvodemtoolbox with links to the programs in <prefix>/bin.
+
+set(QUVO_INSTALL_TREE "lib/quvodemtoolbox")
+
+# Finds GDAL's tools and folders, and links them into the tree.
+function(quvo_portable_tree)
+    find_program(QUVO_GDALDEM gdaldem REQUIRED)
+    find_program(QUVO_GDAL_CONTOUR gdal_contour REQUIRED)
+    find_program(QUVO_GDAL_TRANSLATE gdal_translate REQUIRED)
+    find_path(QUVO_GDAL_DATA gdalvrt.xsd PATH_SUFFIXES share/gdal gdal REQUIRED)
+
+    get_target_property(library GDAL::GDAL LOCATION)
+    get_filename_component(library_folder "${library}" DIRECTORY)
+
+    file(MAKE_DIRECTORY "${QUVO_TREE}")
+    _quvo_tree_link("${QUVO_GDALDEM}" gdal_dem.exe)
+    _quvo_tree_link("${QUVO_GDAL_CONTOUR}" gdal_contour.exe)
+    _quvo_tree_link("${QUVO_GDAL_TRANSLATE}" gdal_translate.exe)
+    _quvo_tree_link("${QUVO_GDAL_DATA}" data)
+    if(IS_DIRECTORY "${library_folder}/gdalplugins")
+        _quvo_tree_link("${library_folder}/gdalplugins" driver)
+    endif()
+endfunction()
+
+# A link <name> in the tree to something that the system owns.
+function(_quvo_tree_link target name)
+    file(CREATE_LINK "${target}" "${QUVO_TREE}/${name}" SYMBOLIC)
+    install(CODE "
+        set(folder \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${QUVO_INSTALL_TREE}\")
+        file(MAKE_DIRECTORY \"\${folder}\")
+        file(CREATE_LINK \"${target}\" \"\${folder}/${name}\" SYMBOLIC)
+        message(STATUS \"Installing: \${folder}/${name}\")
+    ")
+endfunction()
+
+# A program of ours: into the tree, and a link to it in <prefix>/bin. The program finds its tree by its own real path.
+function(quvo_tree_program target)
+    install(TARGETS ${target} RUNTIME DESTINATION "${QUVO_INSTALL_TREE}")
+    install(CODE "
+        set(folder \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")
+        file(MAKE_DIRECTORY \"\${folder}\")
+        file(CREATE_LINK \"../${QUVO_INSTALL_TREE}/${target}\" \"\${folder}/${target}\" SYMBOLIC)
+        message(STATUS \"Installing: \${folder}/${target}\")
+    ")
+endfunction()

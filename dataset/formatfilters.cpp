@@ -1,0 +1,48 @@
+#include "dataset/formatfilters.h"
+
+#include <gdal_priv.h>
+
+namespace
+{
+
+GDALDriver *driverNamed(const QString &name)
+{
+    return GetGDALDriverManager()->GetDriverByName(name.toUtf8().constData());
+}
+
+bool says(GDALDriver *driver, const char *item)
+{
+    const char *value = driver->GetMetadataItem(item);
+    return value && EQUAL(value, "YES");
+}
+
+} // namespace
+
+bool isRasterOutputFormat(const QString &name)
+{
+    GDALDriver *driver = driverNamed(name);
+    return driver && says(driver, GDAL_DCAP_RASTER)
+        && (says(driver, GDAL_DCAP_CREATE) || says(driver, GDAL_DCAP_CREATECOPY));
+}
+
+bool hasCreationOption(const QString &name, const QString &option)
+{
+    GDALDriver *driver = driverNamed(name);
+    const char *list = driver ? driver->GetMetadataItem(GDAL_DMD_CREATIONOPTIONLIST) : nullptr;
+    if (!list)
+        return false;
+    const QString text = QString::fromUtf8(list);
+    return text.contains(QStringLiteral("name='%1'").arg(option), Qt::CaseInsensitive)
+        || text.contains(QStringLiteral("name=\"%1\"").arg(option), Qt::CaseInsensitive);
+}
+
+QStringList formatExtensions(const QString &name)
+{
+    GDALDriver *driver = driverNamed(name);
+    if (!driver)
+        return {};
+    const char *list = driver->GetMetadataItem(GDAL_DMD_EXTENSIONS);
+    if (!list)
+        list = driver->GetMetadataItem(GDAL_DMD_EXTENSION);
+    return QString::fromUtf8(list).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// What GDAL's drivers say of themselves. Driver names are GDAL's short names ("GTiff", "ESRI Shapefile") and
+// compare without regard to case, as in GDAL.
+
+/// Whether a driver of that name exists and can write rasters.
+bool isRasterOutputFormat(const QString &driver);
+
+/// Whether the driver knows the creation option of that name (such as "TILED").
+bool hasCreationOption(const QString &driver, const QString &option);
+
+/// File name extensions of the driver without their dot, the usual one first ("tif", "tiff"); empty for a
+/// driver that names none or does not exist.
+QStringList formatExtensions(const QString &driver);

@@ -1,0 +1,45 @@
+#include "dataset/gdalmessages.h"
+
+#include <QLoggingCategory>
+
+#include <cpl_error.h>
+#include <gdal.h>
+
+Q_LOGGING_CATEGORY(lcGdal, "quvo.dataset.gdal", QtInfoMsg)
+
+namespace
+{
+
+void CPL_STDCALL logMessage(CPLErr level, CPLErrorNum number, const char *text)
+{
+    const QString message = QString::fromLocal8Bit(text);
+    if (level == CE_Debug)
+        qCDebug(lcGdal, "%s", qUtf8Printable(message));
+    else
+        qCWarning(lcGdal, "%s %d: %s", level == CE_Warning ? "warning" : "error", number,
+                  qUtf8Printable(message));
+}
+
+void CPL_STDCALL keepMessage(CPLErr level, CPLErrorNum, const char *text)
+{
+    if (level >= CE_Failure)
+        static_cast<GdalMessages *>(CPLGetErrorHandlerUserData())->keep(QString::fromLocal8Bit(text));
+}
+
+} // namespace
+
+void setUpGdal()
+{
+    CPLSetErrorHandler(logMessage);
+    GDALAllRegister();
+}
+
+GdalMessages::GdalMessages()
+{
+    CPLPushErrorHandlerEx(keepMessage, this);
+}
+
+GdalMessages::~GdalMessages()
+{
+    CPLPopErrorHandler();
+}

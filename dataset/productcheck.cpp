@@ -1,0 +1,78 @@
+#include "dataset/productcheck.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+#include "messages/label.h"
+
+#include <QStringList>
+
+#include <gdal_priv.h>
+#include <ogrsf_frmts.h>
+
+#include <memory>
+
+namespace
+{
+
+QString because(const Label &label, const QString &reason)
+{
+    return reason.isEmpty() ? labelText(label) : labelText(label) + QLatin1Char('\n') + reason;
+}
+
+QString rasterProblem(GDALDataset &dataset, const ExpectedProduct &expected, const GdalMessages &messages)
+{
+    const int width = dataset.GetRasterXSize();
+    const int height = dataset.GetRasterYSize();
+    if (dataset.GetRasterCount() == 0 || width != expected.width || height != expected.height)
+        return labelText({"MESS_PROD_TAILLE",
+                          "Le résultat n'a pas la taille du MNT : %1 × %2 au lieu de %3 × %4 cellules."})
+            .arg(QString::number(width), QString::number(height), QString::number(expected.width),
+                 QString::number(expected.height));
+    for (int band = 1; band <= dataset.GetRasterCount(); ++band) {
+        double cell = 0.0;
+        if (dataset.GetRasterBand(band)->RasterIO(GF_Read, width - 1, height - 1, 1, 1, &cell, 1, 1,
+                                                  GDT_Float64, 0, 0, nullptr)
+            != CE_None)
+            return because({"MESS_PROD_TRONQUE", "Le résultat est incomplet : sa fin ne peut pas être lue."},
+                           messages.lastError());
+    }
+    return {};
+}
+
+} // namespace
+
+QString firstErrorLine(const QString &standardError)
+{
+    for (const QString &line : standardError.split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1String("ERROR")))
+            return line.trimmed();
+    }
+    return {};
+}
+
+ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standardError)
+{
+    ProductCheck check;
+    const QString errorLine = firstErrorLine(standardError);
+    if (!errorLine.isEmpty()) {
+        check.problem = because({"MESS_PROD_ERR_OUTIL", "L'outil a signalé une erreur."}, errorLine);
+        return check;
+    }
+
+    const GdalMessages messages;
+    const unsigned flags = expected.kind == ProductKind::Raster ? GDAL_OF_RASTER : GDAL_OF_VECTOR;
+    const std::unique_ptr<GDALDataset> dataset(
+        GDALDataset::Open(encodePath(expected.path).constData(), flags | GDAL_OF_VERBOSE_ERROR));
+    if (!dataset) {
+        check.problem =
+            because({"MESS_PROD_ILLISIBLE", "Le résultat ne peut pas être ouvert."}, messages.lastError());
+    } else if (expected.kind == ProductKind::Raster) {
+        check.problem = rasterProblem(*dataset, expected, messages);
+    } else if (OGRLayer *layer = dataset->GetLayerByName(expected.layer.toUtf8().constData())) {
+        check.featureCount = layer->GetFeatureCount();
+    } else {
+        check.problem = labelText({"MESS_PROD_SANS_COUCHE", "Le résultat ne contient pas la couche « %1 »."})
+                            .arg(expected.layer);
+    }
+    return check;
+}

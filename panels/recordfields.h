@@ -1,0 +1,103 @@
+#pragma once
+
+#include "messages/label.h"
+
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+#include <variant>
+
+// An option record can be read and written by the names of its fields: that is how recipes and the command line
+// of the batch program reach it.
+
+/// A field of the record: its name in the code is its name everywhere.
+template <class Record> struct RecordField
+{
+    const char *name;
+    std::variant<double Record::*, int Record::*, bool Record::*, QString Record::*> member;
+    double lowest;  ///< smallest number allowed; not used for switches and texts
+    double highest; ///< largest number allowed
+    Label meaning;  ///< what it is, with its unit
+};
+
+/// Row of a field table, so that the field's name cannot differ from its member.
+#define QUVO_FIELD(Record, field, lowest, highest, key, text)                                                  \
+    RecordField<Record>                                                                                        \
+    {                                                                                                          \
+#field, &Record::field, lowest, highest,                                                               \
+        {                                                                                                      \
+            key, text                                                                                          \
+        }                                                                                                      \
+    }
+
+/// A field as a listing shows it.
+struct FieldDescription
+{
+    QString name;
+    QString range; ///< "0 - 90", "true | false", or empty for a text
+    QString defaultValue;
+    QString meaning;
+};
+
+/// The number in a text of the C locale or a JSON number; false for anything else, also for what is not finite.
+bool readNumber(const QVariant &value, double &number);
+
+/// The switch in "true" or "false", or a JSON boolean; false for anything else.
+bool readSwitch(const QVariant &value, bool &on);
+
+/// Why a value does not fit a number field from `lowest` to `highest`.
+QString numberProblem(const QString &name, const QVariant &value, double lowest, double highest, bool whole);
+QString switchProblem(const QString &name, const QVariant &value);
+QString textProblem(const QString &name);
+
+/// Sets a field of the record from a JSON value or a text. Returns why it could not, in a sentence; empty when
+/// it did.
+template <class Record>
+QString setField(Record &record, const RecordField<Record> &field, const QVariant &value)
+{
+    const QString name = QString::fromLatin1(field.name);
+    if (auto member = std::get_if<QString Record::*>(&field.member)) {
+        if (value.userType() != QMetaType::QString)
+            return textProblem(name);
+        record.**member = value.toString();
+        return {};
+    }
+    if (auto member = std::get_if<bool Record::*>(&field.member))
+        return readSwitch(value, record.**member) ? QString() : switchProblem(name, value);
+
+    double number = 0.0;
+    const bool whole = std::holds_alternative<int Record::*>(field.member);
+    const bool fits = readNumber(value, number) && number >= field.lowest && number <= field.highest
+        && (!whole || number == static_cast<int>(number));
+    if (!fits)
+        return numberProblem(name, value, field.lowest, field.highest, whole);
+    if (auto member = std::get_if<double Record::*>(&field.member))
+        record.**member = number;
+    else
+        record.*std::get<int Record::*>(field.member) = static_cast<int>(number);
+    return {};
+}
+
+/// The field's value in the record as text, as setField() reads it.
+template <class Record> QString fieldText(const Record &record, const RecordField<Record> &field)
+{
+    const QVariant value = std::visit([&](auto member) { return QVariant(record.*member); }, field.member);
+    return value.toString();
+}
+
+/// Describes the fields with the record's values as defaults.
+template <class Record>
+QVector<FieldDescription> describeFields(const Record &defaults, const QVector<RecordField<Record>> &fields)
+{
+    QVector<FieldDescription> rows;
+    for (const auto &field : fields) {
+        QString range;
+        if (std::holds_alternative<bool Record::*>(field.member))
+            range = QStringLiteral("true | false");
+        else if (!std::holds_alternative<QString Record::*>(field.member))
+            range = QStringLiteral("%1 - %2").arg(field.lowest).arg(field.highest);
+        rows += {QString::fromLatin1(field.name), range, fieldText(defaults, field), labelText(field.meaning)};
+    }
+    return rows;
+}

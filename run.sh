@@ -1,0 +1,21 @@
+#!/bin/sh
+# Installs what is missing, builds the program and shows what it does: a shaded relief of the sample DEM.
+set -eu
+cd "$(dirname "$0")"
+. packaging/packages.sh
+
+quvo_install_packages run
+cmake --workflow --preset release
+
+tree=build/release/bin
+products=build/release/products
+mkdir -p "$products"
+relief=$(pwd)/$products/sample_hillshade.tif
+"$tree/QuvoDemBatch" --process hillshade --input "$tree/samples/sample_dem.tif" --output "$relief" --overwrite
+
+# A product that opens and whose cells differ from one another.
+gdalinfo -mm "$relief" | awk -F '[=,]' '/Computed Min\/Max/ && $2 + 0 < $3 + 0 { found = 1 } END { exit !found }' || {
+    echo "The shaded relief holds no data: $relief" >&2
+    exit 1
+}
+echo "The shaded relief: $relief"

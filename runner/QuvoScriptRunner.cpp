@@ -1,0 +1,125 @@
+#include "runner/QuvoScriptRunner.h"
+
+#include "runner/outputfiles.h"
+
+#include <QPixmap>
+
+int overallProgress(int current, int steps, int percent)
+{
+    return static_cast<int>((100.0 / steps) * current + (percent / steps));
+}
+
+QuvoScriptRunner::QuvoScriptRunner(QObject *parent)
+    : QObject(parent)
+    , m_runner(this)
+{
+    connect(&m_runner, &QuvoUtilityRunner::updateProgress, this, &QuvoScriptRunner::setProgress);
+    connect(&m_runner, &QuvoUtilityRunner::error, this, &QuvoScriptRunner::processError);
+    connect(&m_runner, &QuvoUtilityRunner::normalTermination, this, &QuvoScriptRunner::doNext);
+    connect(&m_progressDialog, &QuvoProgressDialog::cancelled, this, &QuvoScriptRunner::processUserCancel);
+}
+
+QuvoScriptRunner::~QuvoScriptRunner()
+{
+    if (m_bRunning)
+        stop();
+}
+
+void QuvoScriptRunner::run(QuvoProcessingCollection tProcessCollection,
+                           QuvoOutputFilesListCollection tOutputFilesListCollection,
+                           QuvoProgressDialogType tProgressWindowType)
+{
+    run(std::move(tProcessCollection), std::move(tOutputFilesListCollection), tProgressWindowType, QString());
+}
+
+void QuvoScriptRunner::run(QuvoProcessingCollection tProcessCollection,
+                           QuvoOutputFilesListCollection tOutputFilesListCollection,
+                           QuvoProgressDialogType tProgressWindowType, QString qsIcon)
+{
+    while (m_bRunning)
+        endRunningList();
+    m_bUserCancel = false;
+
+    m_processes = std::move(tProcessCollection);
+    m_outputFiles = std::move(tOutputFilesListCollection);
+
+    if (tProgressWindowType != NoProgressWindow) {
+        m_progressDialog.setStopButtonVisible(tProgressWindowType == ProgressWindowWithStop);
+        m_progressDialog.setProgress(0);
+        m_progressDialog.setPixmap(qsIcon.isEmpty() ? QPixmap() : QPixmap(qsIcon));
+        m_progressDialog.show();
+    }
+
+    m_iCurrent = -1;
+    doNext();
+}
+
+/// Another list takes the running one's place. The runner's error path stays connected: a kill that it reports
+/// ends the old list with error(); where it reports none (the child had already ended well), the list is
+/// aborted.
+void QuvoScriptRunner::endRunningList()
+{
+    m_bUserCancel = true;
+    m_runner.close();
+    if (!m_bRunning)
+        return;
+    stop();
+    m_progressDialog.hide();
+    emit aborted();
+}
+
+void QuvoScriptRunner::doNext()
+{
+    if (m_bUserCancel)
+        return; // the child ended well before the stop reached it; the list ends all the same
+
+    ++m_iCurrent;
+    if (m_iCurrent >= m_processes.size()) {
+        m_bRunning = false;
+        m_progressDialog.hide();
+        emit done();
+        return;
+    }
+    const QuvoProcessing step = m_processes.at(m_iCurrent);
+    if (m_progressDialog.isVisible())
+        m_progressDialog.setTitle(step.second);
+    m_bRunning = true; // before the start, which may fail at once
+    m_runner.runCommand(step.first);
+}
+
+void QuvoScriptRunner::setProgress(int iPercent)
+{
+    if (m_progressDialog.isVisible())
+        m_progressDialog.setProgress(
+            overallProgress(m_iCurrent, static_cast<int>(m_processes.size()), iPercent));
+    emit updateProgress(iPercent);
+}
+
+void QuvoScriptRunner::stop()
+{
+    if (m_bRunning) {
+        m_bUserCancel = true;
+        m_bRunning = false;
+        disconnect(&m_runner, &QuvoUtilityRunner::error, this, &QuvoScriptRunner::processError);
+        m_runner.close();
+        connect(&m_runner, &QuvoUtilityRunner::error, this, &QuvoScriptRunner::processError);
+    }
+    deleteOutputFiles(m_outputFiles);
+}
+
+void QuvoScriptRunner::processUserCancel()
+{
+    stop();
+    m_progressDialog.hide();
+    emit aborted();
+}
+
+void QuvoScriptRunner::processError(const QString &qsError)
+{
+    if (!m_bRunning)
+        return;
+    const QString text = qsError; // the runner may be cleared by what follows
+    stop();
+    m_progressDialog.hide();
+    emit error(text);
+}

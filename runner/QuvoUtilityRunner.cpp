@@ -1,0 +1,105 @@
+#include "runner/QuvoUtilityRunner.h"
+
+#include "runner/commandsplit.h"
+#include "runner/logging.h"
+
+namespace
+{
+
+constexpr int outputTailLength = 64 * 1024;
+constexpr qint64 chunkSize = 64 * 1024;
+
+} // namespace
+
+QuvoUtilityRunner::QuvoUtilityRunner(QObject *parent)
+    : QProcess(parent)
+{
+    connect(this, &QProcess::readyReadStandardOutput, this, &QuvoUtilityRunner::processStdout);
+    connect(this, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &QuvoUtilityRunner::processFinished);
+    connect(this, &QProcess::errorOccurred, this, &QuvoUtilityRunner::processError);
+}
+
+void QuvoUtilityRunner::runCommand(const QString &command)
+{
+    ++m_run;
+    m_qsCommand = command;
+    m_qsOutput.clear();
+    m_progress = {};
+    m_dProgress = 0.0;
+    m_lastStandardError.clear();
+    m_errorHeldBack = false;
+    m_heldBackText.clear();
+
+    qCDebug(lcRunner, "starting %s", qUtf8Printable(command));
+    const ProcessCommand split = splitProcessCommand(command);
+    start(split.program, split.arguments, QIODevice::ReadWrite | QIODevice::Unbuffered);
+}
+
+double QuvoUtilityRunner::parseProgress(const QString &output) const
+{
+    return ::parseProgress(output, m_iNbSteps);
+}
+
+void QuvoUtilityRunner::processStdout()
+{
+    setReadChannel(QProcess::StandardOutput);
+    while (bytesAvailable() > 0) {
+        const QByteArray chunk = read(chunkSize);
+        if (chunk.isEmpty())
+            break;
+        m_progress.feed(chunk);
+        m_qsOutput += QString::fromLatin1(chunk);
+        if (m_qsOutput.size() > 2 * outputTailLength)
+            m_qsOutput = m_qsOutput.right(outputTailLength);
+    }
+    m_qsOutput = m_qsOutput.right(outputTailLength);
+
+    const double percent = m_progress.percentage(m_iNbSteps);
+    if (percent != m_dProgress) {
+        m_dProgress = percent;
+        emit updateProgress(static_cast<int>(percent));
+    }
+}
+
+void QuvoUtilityRunner::processFinished(int exitCode, QProcess::ExitStatus)
+{
+    if (m_errorHeldBack) {
+        m_errorHeldBack = false;
+        const int run = m_run;
+        emit error(m_heldBackText);
+        if (m_run != run)
+            return; // a listener has started the next command, which this end does not concern
+    }
+    if (exitCode != 0) {
+        emit error(takeStandardError());
+    } else {
+        takeStandardError();
+        emit normalTermination();
+    }
+}
+
+void QuvoUtilityRunner::processError(QProcess::ProcessError kind)
+{
+    qCDebug(lcRunner, "process error %d, state %d", static_cast<int>(kind), static_cast<int>(state()));
+    const QString text = takeStandardError();
+    if (state() == QProcess::NotRunning) {
+        emit error(text);
+        return;
+    }
+    // Of a crash Qt tells while it still takes the child for a running one; a listener that answered with
+    // close() would wait for ever for an end that has already been. finished() always follows: the report waits
+    // for it.
+    m_errorHeldBack = true;
+    m_heldBackText = text;
+}
+
+/// What has come on standard error since the last call.
+QString QuvoUtilityRunner::takeStandardError()
+{
+    if (!isOpen())
+        return {}; // the program could not be started, or close() was called
+    const QString text = QString::fromLocal8Bit(readAllStandardError());
+    m_lastStandardError += text;
+    return text;
+}

@@ -1,0 +1,3 @@
+#include "runner/logging.h"
+
+Q_LOGGING_CATEGORY(lcRunner, "quvo.runner", QtInfoMsg)

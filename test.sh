@@ -1,0 +1,13 @@
+#!/bin/sh
+# Installs what is missing, then configures, builds and runs every test.
+set -eu
+cd "$(dirname "$0")"
+. packaging/packages.sh
+
+quvo_install_packages run test
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+mkdir -m 700 "$scratch/runtime" "$scratch/home"
+export QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR="$scratch/runtime" HOME="$scratch/home"
+cmake --workflow --preset dev

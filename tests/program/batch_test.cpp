@@ -1,0 +1,325 @@
+#include "dataset/gdalmessages.h"
+#include "tests/support/rasters.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLockFile>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+/// The batch program as a user runs it, with GDAL's real tools.
+class BatchTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void productEqualsTheToolsOwn_data();
+    void productEqualsTheToolsOwn();
+    void recipeAndOverrides();
+    void namesOfAllKinds();
+    void badArguments_data();
+    void badArguments();
+    void existingOutputIsKept();
+    void inputIsNeverOverwritten();
+    void toolFailureLeavesNothing();
+    void secondRunOnTheSameOutput();
+    void missingTool();
+    void textWithoutDisplay();
+    void stopsLeaveNothing();
+
+private:
+    struct Ended
+    {
+        int code = -1;
+        QString out;
+        QString error;
+    };
+
+    Ended run(const QString &program, const QStringList &arguments,
+              const QProcessEnvironment &environment = ownEnvironment());
+    Ended batch(const QStringList &arguments) { return run(program(), arguments); }
+    static QString program() { return QStringLiteral(QUVO_TREE "/QuvoDemBatch"); }
+    static QProcessEnvironment ownEnvironment();
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    QStringList files() const
+    {
+        return QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+    QStringList hillshade(const QString &output, const QStringList &more = {}) const
+    {
+        return QStringList{"--process", "hillshade", "--input", path("dem.tif"), "--output", path(output)}
+        + more;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+namespace
+{
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeText(const QString &path, const QByteArray &text)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+}
+
+const QString wholeProgress = QStringLiteral("0...10...20...30...40...50...60...70...80...90...100 - done.\n");
+
+} // namespace
+
+QProcessEnvironment BatchTest::ownEnvironment()
+{
+    return QProcessEnvironment::systemEnvironment();
+}
+
+BatchTest::Ended BatchTest::run(const QString &program, const QStringList &arguments,
+                                const QProcessEnvironment &environment)
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
+    process.waitForFinished(60000);
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromLocal8Bit(process.readAllStandardOutput()),
+            QString::fromLocal8Bit(process.readAllStandardError())};
+}
+
+void BatchTest::initTestCase()
+{
+    setUpGdal();
+}
+
+void BatchTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/lot é中 XXXXXX"));
+    QVERIFY(writeHill(path("dem.tif"), 64));
+}
+
+void BatchTest::productEqualsTheToolsOwn_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QStringList>("byHand");
+
+    QTest::newRow("defaults") << QStringList{} << QStringList{"-z",   "1",  "-s", "1", "-az", "-45",
+                                                              "-alt", "45", "-b", "1", "-of", "GTiff"};
+    QTest::newRow("options") << QStringList{"--set",   "altitude=60",       "--set", "compass=90",
+                                            "--set",   "exaggeration=2.5",  "--set", "scaleText=0.5",
+                                            "--set",   "computeEdges=true", "--set", "zevenbergenThorne=true",
+                                            "--tiled", "--world-file"}
+                             << QStringList{"-z",
+                                            "2.5",
+                                            "-s",
+                                            "0.5",
+                                            "-az",
+                                            "180",
+                                            "-alt",
+                                            "60",
+                                            "-compute_edges",
+                                            "-alg",
+                                            "ZevenbergenThorne",
+                                            "-b",
+                                            "1",
+                                            "-of",
+                                            "GTiff",
+                                            "-co",
+                                            "TILED=YES",
+                                            "-co",
+                                            "TFW=YES"};
+}
+
+void BatchTest::productEqualsTheToolsOwn()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QStringList, byHand);
+    const Ended ended = batch(hillshade("product.tif", options));
+    QCOMPARE(ended.error, QString());
+    QCOMPARE(ended.code, 0);
+    QCOMPARE(ended.out, wholeProgress);
+    const Ended hand = run(QStringLiteral(QUVO_TREE "/gdal_dem.exe"),
+                           QStringList{"hillshade", path("dem.tif"), path("hand.tif")} + byHand);
+    QCOMPARE(hand.code, 0);
+    QCOMPARE(bytesOf(path("product.tif")), bytesOf(path("hand.tif")));
+    QCOMPARE(QFile::exists(path("product.tfw")), options.contains("--world-file"));
+    QVERIFY(files().filter("aux.xml").isEmpty());
+}
+
+void BatchTest::recipeAndOverrides()
+{
+    writeText(path("recette.json"),
+              R"({"format": 1, "process": "hillshade", "input": "dem.tif", "output": "a.tif",
+        "options": {"altitude": 30}})");
+    const QStringList recipe{path("recette.json")};
+    QCOMPARE(batch(recipe).code, 0);
+    QVERIFY(QFile::exists(path("a.tif"))); // relative to the recipe
+
+    const Ended printed =
+        batch(recipe + QStringList{"--print-command", "--set", "altitude=60", "--output", path("b")});
+    QCOMPARE(printed.code, 0);
+    QCOMPARE(printed.out,
+             QStringLiteral(
+                 "\"%1/gdal_dem.exe\" hillshade \"%2\"  \"%3\" -z 1 -s 1 -az -45 -alt 60  -b 1 -of \"GTiff\"\n")
+                 .arg(QDir(QUVO_TREE).canonicalPath(), path("dem.tif"), path("b.tif")));
+    QVERIFY(!QFile::exists(path("b.tif")));
+
+    writeText(path("bad.json"), "{\"format\": 1,\n");
+    const Ended bad = batch({path("bad.json")});
+    QCOMPARE(bad.code, 2);
+    QVERIFY2(bad.error.contains(path("bad.json")), qPrintable(bad.error));
+}
+
+void BatchTest::namesOfAllKinds()
+{
+    for (const QString &name :
+         {QStringLiteral("l'été \"haut\" 中文.tif"), QStringLiteral("%1 %2 $HOME `x`;&.tif"),
+          QStringLiteral("-of.tif"), QStringLiteral("a.b.c.tif"), QStringLiteral("dem.tif.tif")}) {
+        const QString input = path("in " + name);
+        QVERIFY(QFile::copy(path("dem.tif"), input));
+        const Ended ended = batch({"--process", "hillshade", "--input", input, "--output", path(name)});
+        QVERIFY2(ended.code == 0, qPrintable(ended.error));
+        QVERIFY(QFile::exists(path(name)));
+    }
+    // Without an encoding of its own in the locale, paths are UTF-8 all the same.
+    QProcessEnvironment plain = ownEnvironment();
+    for (const char *name : {"LANG", "LC_CTYPE", "LC_MESSAGES"})
+        plain.remove(name);
+    plain.insert("LC_ALL", "C");
+    QCOMPARE(run(program(), hillshade("中é.tif"), plain).code, 0);
+    QVERIFY(QFile::exists(path("中é.tif")));
+}
+
+void BatchTest::badArguments_data()
+{
+    QTest::addColumn<QStringList>("change"); // option, its value: in place of the good one, or added
+    QTest::addColumn<QString>("named");
+
+    QTest::newRow("process") << QStringList{"--process", "relief"} << "relief";
+    QTest::newRow("missing input") << QStringList{"--input", "/no/such.tif"} << "/no/such.tif";
+    QTest::newRow("band") << QStringList{"--band", "2"} << "2";
+    QTest::newRow("folder of the output") << QStringList{"--output", "/no/such/a.tif"} << "/no/such";
+    QTest::newRow("extension") << QStringList{"--output", "/tmp/a.png"} << "png";
+    QTest::newRow("format") << QStringList{"--of", "PDFF"} << "PDFF";
+    QTest::newRow("tiles") << QStringList{"--of", "COG", "--tiled"} << "COG";
+    QTest::newRow("option") << QStringList{"--set", "azimuth=3"} << "azimuth";
+    QTest::newRow("value") << QStringList{"--set", "altitude=100"} << "altitude";
+    QTest::newRow("unknown") << QStringList{"--verbose"} << "verbose";
+}
+
+void BatchTest::badArguments()
+{
+    QFETCH(QStringList, change);
+    QFETCH(QString, named);
+    const Ended ended = batch(hillshade("product.tif", change)); // of an option given twice the last one counts
+    QCOMPARE(ended.code, 2);
+    QVERIFY2(ended.error.contains(named), qPrintable(ended.error));
+    QCOMPARE(files(), QStringList{"dem.tif"});
+    QCOMPARE(ended.out, QString());
+}
+
+void BatchTest::existingOutputIsKept()
+{
+    writeText(path("product.tif"), "precious");
+    QCOMPARE(batch(hillshade("product.tif")).code, 2);
+    QCOMPARE(bytesOf(path("product.tif")), QByteArray("precious"));
+    QCOMPARE(batch(hillshade("product.tif", {"--overwrite"})).code, 0);
+    QVERIFY(bytesOf(path("product.tif")).startsWith("II*"));
+}
+
+void BatchTest::inputIsNeverOverwritten()
+{
+    const QByteArray before = bytesOf(path("dem.tif"));
+    QVERIFY(QFile::link(path("dem.tif"), path("link.tif")));
+    for (const char *name : {"dem.tif", "link.tif"})
+        QCOMPARE(batch(hillshade(name, {"--overwrite"})).code, 2);
+    QCOMPARE(bytesOf(path("dem.tif")), before);
+}
+
+void BatchTest::toolFailureLeavesNothing()
+{
+    // Cells are missing from the end of the input: it opens, and the tool meets the gap.
+    QFile dem(path("dem.tif"));
+    QVERIFY(dem.resize(dem.size() / 2));
+    const Ended ended = batch(hillshade("product.tif"));
+    QCOMPARE(ended.code, 1);
+    QVERIFY2(ended.error.contains("ERROR"), qPrintable(ended.error));
+    QCOMPARE(files(), QStringList{"dem.tif"});
+}
+
+void BatchTest::secondRunOnTheSameOutput()
+{
+    QVERIFY(writeHill(path("dem.tif"), 3000));
+    QProcess first;
+    first.start(program(), hillshade("product.tif"));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("product.tif")), 20000);
+    const Ended second = batch(hillshade("product.tif", {"--overwrite"}));
+    QCOMPARE(second.code, 1);
+    QVERIFY2(second.error.contains("product.tif"), qPrintable(second.error));
+    QVERIFY(first.waitForFinished(60000));
+    QCOMPARE(first.exitCode(), 0);
+}
+
+void BatchTest::missingTool()
+{
+    QVERIFY(QFile::copy(program(), path("QuvoDemBatch")));
+    QVERIFY(QFile::link("/no/such/gdaldem", path("gdal_dem.exe")));
+    const Ended ended = run(path("QuvoDemBatch"), hillshade("product.tif"));
+    QCOMPARE(ended.code, 1);
+    QVERIFY2(ended.error.contains("gdal_dem.exe"), qPrintable(ended.error));
+}
+
+void BatchTest::textWithoutDisplay()
+{
+    QProcessEnvironment noPlatform = ownEnvironment();
+    noPlatform.insert("QT_QPA_PLATFORM", "no-such-platform");
+    const QStringList printing = hillshade("product.tif", {"--print-command"});
+    for (const QStringList &arguments :
+         {QStringList{"--help"}, QStringList{"--version"}, QStringList{"--list"}, printing}) {
+        const Ended ended = run(program(), arguments, noPlatform);
+        QCOMPARE(ended.code, 0);
+        QVERIFY(!ended.out.isEmpty());
+        QCOMPARE(ended.error, QString());
+    }
+    const QString listing = batch({"--list"}).out;
+    for (const char *name :
+         {"hillshade", "exaggeration", "scaleIndex", "scaleText", "compass", "270", "altitude"})
+        QVERIFY2(listing.contains(QLatin1String(name)), name);
+}
+
+void BatchTest::stopsLeaveNothing()
+{
+    QVERIFY(writeHill(path("dem.tif"), 6000));
+    QRandomGenerator random(11);
+    int stopped = 0;
+    for (int round = 0; round < 20; ++round) {
+        QProcess process;
+        process.start(program(),
+                      hillshade("product.tif", round % 5 == 4 ? QStringList{"--of", "COG"} : QStringList{}));
+        QVERIFY(process.waitForStarted());
+        if (!process.waitForFinished(random.bounded(50, 900))) {
+            ::kill(static_cast<pid_t>(process.processId()), round % 2 ? SIGTERM : SIGINT);
+            QVERIFY(process.waitForFinished(10000));
+        }
+        if (process.exitCode() == 0 && process.exitStatus() == QProcess::NormalExit) {
+            QVERIFY(QFile::remove(path("product.tif")));
+            continue;
+        }
+        ++stopped;
+        QVERIFY2(files() == QStringList{"dem.tif"}, qPrintable(files().join(' ')));
+    }
+    QVERIFY(stopped >= 10);
+}
+
+QTEST_GUILESS_MAIN(BatchTest)
+#include "batch_test.moc"

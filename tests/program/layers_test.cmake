@@ -1,0 +1,21 @@
+# The layer check must fail where it should: it is run on small trees that break one rule each.
+file(REMOVE_RECURSE "${SCRATCH}")
+function(expect outcome file text)
+    file(REMOVE_RECURSE "${SCRATCH}/tree")
+    file(WRITE "${SCRATCH}/tree/${file}" "${text}\n")
+    execute_process(COMMAND "${CMAKE_COMMAND}" -D "ROOT=${SCRATCH}/tree" -P "${CHECK}" RESULT_VARIABLE result
+                    OUTPUT_QUIET ERROR_VARIABLE error)
+    if((outcome STREQUAL "fails") EQUAL (result EQUAL 0))
+        message(FATAL_ERROR "expected: ${outcome}: ${file}: ${text}\n${error}")
+    endif()
+endfunction()
+
+expect(fails runner/a.cpp "#include \"app/tools.h\"")
+expect(fails messages/a.h "#include \"dataset/rasterinfo.h\"")
+expect(fails runner/a.cpp "#include \"dataset/rasterinfo.h\"")
+expect(passes runner/a.cpp "#include \"dataset/pathencoding.h\"")
+expect(passes app/a.cpp "#include \"runner/progress.h\"\n// QProcess is named in a comment only")
+expect(fails app/a.cpp "QProcess process")
+expect(fails app/b.cpp "QMessageBox box")
+expect(fails panels/a.cpp "QSettings settings")
+expect(fails viewshed/a.cpp "#include <QString>")

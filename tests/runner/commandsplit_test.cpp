@@ -1,0 +1,80 @@
+#include "runner/commandsplit.h"
+
+#include "panels/quoting.h"
+
+#include <QTest>
+
+class CommandSplitTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shell_data();
+    void shell();
+    void quotedArgumentsComeBack();
+    void emptyProgramStaysEmpty();
+};
+
+void CommandSplitTest::shell_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("arguments");
+
+    QTest::newRow("explorer") << "\"explorer\" /select,%1"
+                              << "explorer"
+                              << "/select,%1";
+    QTest::newRow("nothing behind the quote") << "\"explorer\""
+                                              << "explorer"
+                                              << "";
+    QTest::newRow("no quote at all") << "xdg-open a b"
+                                     << "xdg-open a b"
+                                     << "";
+    QTest::newRow("quoted argument") << "open \"a b\" c"
+                                     << "open"
+                                     << "\"a b\" c";
+    QTest::newRow("no closing quote") << "\"open a"
+                                      << "\"open a"
+                                      << "";
+    QTest::newRow("no blank") << "open\"a\""
+                              << "open\"a\""
+                              << "";
+    QTest::newRow("empty") << ""
+                           << ""
+                           << "";
+}
+
+void CommandSplitTest::shell()
+{
+    QFETCH(QString, command);
+    QString program = QStringLiteral("left over");
+    QString arguments = QStringLiteral("left over");
+    splitCommandLine(command, program, arguments);
+    QTEST(program, "program");
+    QTEST(arguments, "arguments");
+}
+
+void CommandSplitTest::quotedArgumentsComeBack()
+{
+    const QStringList texts{
+        "plain", "with blank", "été/中文.tif", "say \"hello\" now", "\"",           "\"\"", "\" \"", "\"a b",
+        "a b\"", "tab\there",  "it's",         "%1 $HOME `x` ; &",  "back\\slash\\"};
+    QString command = quotedArgument(QStringLiteral("/opt/my tools/tool.exe"));
+    for (const QString &text : texts)
+        command += QLatin1Char(' ') + quotedArgument(text);
+    const ProcessCommand split = splitProcessCommand(command);
+    QCOMPARE(split.program, QStringLiteral("/opt/my tools/tool.exe"));
+    QCOMPARE(split.arguments, texts);
+}
+
+void CommandSplitTest::emptyProgramStaysEmpty()
+{
+    for (const QString &command : {QStringLiteral("\"\" hillshade \"a\""), QStringLiteral("\"\""), QString()}) {
+        QCOMPARE(splitProcessCommand(command).program, QString());
+    }
+    QCOMPARE(splitProcessCommand(QStringLiteral("\"\" hillshade")).arguments, QStringList{"hillshade"});
+    QCOMPARE(splitProcessCommand(QStringLiteral("\"\"\"odd\"\"\" a")).program, QStringLiteral("\"odd\""));
+}
+
+QTEST_APPLESS_MAIN(CommandSplitTest)
+#include "commandsplit_test.moc"

@@ -1,0 +1,121 @@
+#include "runner/progress.h"
+#include "runner/timetext.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+class ProgressTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void protocol_data();
+    void protocol();
+    void readerEqualsParser();
+    void readerEqualsParserOnNoise();
+    void timeText_data();
+    void timeText();
+    void remaining();
+};
+
+namespace
+{
+
+const QString fullPass = QStringLiteral("0...10...20...30...40...50...60...70...80...90...100 - done.");
+
+} // namespace
+
+void ProgressTest::protocol_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<int>("passes");
+    QTest::addColumn<double>("percent");
+
+    QTest::newRow("nothing") << "" << 1 << 0.0;
+    QTest::newRow("start") << "0" << 1 << 0.0;
+    QTest::newRow("one dot") << "0." << 1 << 2.5;
+    QTest::newRow("group at the end counts as dots") << "0...10..." << 1 << 17.5;
+    QTest::newRow("inside a group") << "0...10...20." << 1 << 22.5;
+    QTest::newRow("whole pass") << fullPass << 1 << 100.0;
+    QTest::newRow("first of two passes") << fullPass << 2 << 50.0;
+    QTest::newRow("inside the second pass") << fullPass + "\n0...10...20." << 2 << 61.25;
+    QTest::newRow("line feed after the pass") << fullPass + "\n" << 1 << 100.0;
+    QTest::newRow("sentence without line feed") << "Using band 1." << 1 << 2.5;
+    QTest::newRow("sentence with line feed") << "Using band 1.\n" << 1 << 0.0;
+    QTest::newRow("full stops only") << "...." << 1 << 10.0;
+}
+
+void ProgressTest::protocol()
+{
+    QFETCH(QString, output);
+    QFETCH(int, passes);
+    QTEST(parseProgress(output, passes), "percent");
+}
+
+void ProgressTest::readerEqualsParser()
+{
+    const QString output =
+        QStringLiteral("Input file size is 10, 10.\n") + fullPass + "\n - - done.. - done. -\n" + fullPass;
+    const QByteArray bytes = output.toLatin1();
+    for (int cut = 0; cut <= bytes.size(); ++cut) {
+        ProgressReader reader;
+        reader.feed(bytes.left(cut));
+        QCOMPARE(reader.percentage(3), parseProgress(output.left(cut), 3));
+        reader.feed(bytes.mid(cut));
+        QCOMPARE(reader.percentage(3), parseProgress(output, 3));
+    }
+}
+
+void ProgressTest::readerEqualsParserOnNoise()
+{
+    QRandomGenerator random(4);
+    const QByteArray alphabet = " -done.\n1";
+    const QByteArray marker = " - done.";
+    for (int round = 0; round < 3000; ++round) {
+        ProgressReader reader;
+        QByteArray bytes;
+        const int pieces = random.bounded(1, 25);
+        for (int piece = 0; piece < pieces; ++piece) {
+            const QByteArray next = random.bounded(4) == 0 ? marker.left(random.bounded(1, 9))
+                                                           : QByteArray(1, alphabet.at(random.bounded(9)));
+            bytes += next;
+            reader.feed(next);
+            QVERIFY2(
+                qFuzzyCompare(1.0 + reader.percentage(2), 1.0 + parseProgress(QString::fromLatin1(bytes), 2)),
+                bytes.constData());
+        }
+    }
+}
+
+void ProgressTest::timeText_data()
+{
+    QTest::addColumn<QTime>("time");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("null") << QTime() << "0 second(s)";
+    QTest::newRow("under a second") << clockTime(900) << "";
+    QTest::newRow("all units") << clockTime(3725000) << "1 hour(s), 2 minute(s) and 5 second(s)";
+    QTest::newRow("minutes") << clockTime(120999) << "2 minute(s)";
+    QTest::newRow("hours and seconds") << clockTime(3605000) << "1 hour(s) and 5 second(s)";
+    QTest::newRow("a day and a minute") << clockTime(86460000) << "1 minute(s)";
+    QTest::newRow("forty days") << clockTime(40LL * 86400000 + 1000) << "1 second(s)";
+    QTest::newRow("before midnight") << clockTime(-1000) << "23 hour(s), 59 minute(s) and 59 second(s)";
+}
+
+void ProgressTest::timeText()
+{
+    QFETCH(QTime, time);
+    QTEST(formatTime(time), "text");
+}
+
+void ProgressTest::remaining()
+{
+    QCOMPARE(remainingTime(10000, 50), 10000);
+    QCOMPARE(remainingTime(10000, 100), 0);
+    QCOMPARE(remainingTime(10001, 3), 323365);                         // truncated
+    QCOMPARE(remainingTime(60LL * 86400000, 1), 60LL * 86400000 * 99); // no 32-bit number of milliseconds
+    QVERIFY(remainingTime(1000, 125) < 0);
+}
+
+QTEST_APPLESS_MAIN(ProgressTest)
+#include "progress_test.moc"

@@ -1,0 +1,285 @@
+#include "runner/QuvoScriptRunner.h"
+
+#include "dataset/gdalmessages.h"
+#include "tests/support/faketool.h"
+#include "tests/support/rasters.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QProgressBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// What the listener heard, in order.
+class Journal : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Journal(QuvoScriptRunner &runner)
+    {
+        connect(&runner, &QuvoScriptRunner::done, this, [this] { entries += QStringLiteral("done"); });
+        connect(&runner, &QuvoScriptRunner::aborted, this, [this] { entries += QStringLiteral("aborted"); });
+        connect(&runner, &QuvoScriptRunner::error, this,
+                [this](const QString &text) { entries += "error " + text; });
+    }
+
+    QStringList entries;
+};
+
+class ScriptRunnerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { setUpGdal(); }
+    void init();
+
+    void stepsRunInOrderUnderTheirTitles();
+    void overall_data();
+    void overall();
+    void emptyCollectionIsDone();
+    void failureDeletesEveryOutput();
+    void crashAndMissingToolEndOnce();
+    void stopIsSilentAndDeletes();
+    void stopAfterTheChildEndedStartsNoStep();
+    void cancelWhileIdleDeletesAndTells();
+    void runOverARunningList();
+    void runOverAListWhoseChildEndedWell();
+    void nextListFromAHandler();
+    void deletionStopsAtAnEmptyStep();
+    void driversDeleteTheirSideFiles();
+    void destructionWhileRunningDeletes();
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    QuvoOutputFile plain(const QString &name) const { return {path(name), {}, QuvoOutputFileKind::PlainFile}; }
+    bool exists(const QString &name) const { return QFile::exists(path(name)); }
+    QString writing(const QString &name, const QStringList &then = {}) const
+    {
+        return fakeTool(QStringList{"file", path(name), "out", "0...10.", "wait", "20"} + then);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+namespace
+{
+
+QuvoProgressDialog *progressWindow()
+{
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (auto dialog = qobject_cast<QuvoProgressDialog *>(window))
+            return dialog;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void ScriptRunnerTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/essai é中 XXXXXX"));
+}
+
+void ScriptRunnerTest::stepsRunInOrderUnderTheirTitles()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    QStringList titles;
+    connect(&runner, &QuvoScriptRunner::updateProgress, this, [&](int percent) {
+        titles += progressWindow()->findChild<QLabel *>("m_pTitleLabel")->text();
+        QCOMPARE(percent, 12);
+    });
+    runner.run({{writing("a"), "first"}, {writing("b"), "second"}}, {{plain("a")}, {plain("b")}},
+               ProgressWindowWithStop);
+    QVERIFY(progressWindow()->isVisible());
+    QTRY_COMPARE(journal.entries, QStringList{"done"});
+    QCOMPARE(titles, (QStringList{"first", "second"}));
+    QVERIFY(!progressWindow()->isVisible());
+    QVERIFY(exists("a") && exists("b"));
+}
+
+void ScriptRunnerTest::overall_data()
+{
+    QTest::addColumn<int>("current");
+    QTest::addColumn<int>("steps");
+    QTest::addColumn<int>("percent");
+    QTest::addColumn<int>("overall");
+
+    QTest::newRow("second of four") << 1 << 4 << 50 << 37;
+    QTest::newRow("truncated twice") << 1 << 3 << 50 << 49;
+    QTest::newRow("one step") << 0 << 1 << 61 << 61;
+    QTest::newRow("end of the last") << 2 << 3 << 100 << 99;
+}
+
+void ScriptRunnerTest::overall()
+{
+    QFETCH(int, current);
+    QFETCH(int, steps);
+    QFETCH(int, percent);
+    QTEST(overallProgress(current, steps, percent), "overall");
+}
+
+void ScriptRunnerTest::emptyCollectionIsDone()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({}, {}, ProgressWindowWithStop);
+    QCOMPARE(journal.entries, QStringList{"done"});
+    QVERIFY(!progressWindow()->isVisible());
+}
+
+void ScriptRunnerTest::failureDeletesEveryOutput()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({{writing("a"), ""}, {writing("b", {"err", "no", "exit", "2"}), ""}, {writing("c"), ""}},
+               {{plain("a")}, {plain("b")}, {plain("c")}}, NoProgressWindow);
+    QTRY_COMPARE(journal.entries, QStringList{"error no"});
+    QTest::qWait(80);
+    QVERIFY(!exists("a") && !exists("b") && !exists("c"));
+    QCOMPARE(runner.lastExitCode(), 2);
+}
+
+void ScriptRunnerTest::crashAndMissingToolEndOnce()
+{
+    for (const QString &command : {writing("a", {"crash"}), QStringLiteral("\"/no/such\" x")}) {
+        QuvoScriptRunner runner(nullptr);
+        const Journal journal(runner);
+        runner.run({{command, ""}}, {{plain("a")}}, ProgressWindowWithStop);
+        QTRY_COMPARE(journal.entries.size(), 1);
+        QTest::qWait(50);
+        QCOMPARE(journal.entries, QStringList{"error "});
+        QVERIFY(!exists("a"));
+        QVERIFY(!progressWindow()->isVisible());
+    }
+}
+
+void ScriptRunnerTest::stopIsSilentAndDeletes()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({{writing("a", {"deaf", "wait", "60000"}), ""}}, {{plain("a")}}, NoProgressWindow);
+    QTRY_VERIFY(exists("a"));
+    runner.stop();
+    QTest::qWait(50);
+    QCOMPARE(journal.entries, QStringList());
+    QVERIFY(!exists("a"));
+}
+
+void ScriptRunnerTest::stopAfterTheChildEndedStartsNoStep()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({{fakeTool({"file", path("a")}), ""}, {writing("b"), ""}}, {{plain("a")}, {plain("b")}},
+               NoProgressWindow);
+    // The child ends while the event loop sleeps: stop() is the first to notice.
+    while (!exists("a"))
+        QThread::msleep(5);
+    QThread::msleep(200);
+    runner.processUserCancel();
+    QTest::qWait(150);
+    QCOMPARE(journal.entries, QStringList{"aborted"});
+    QVERIFY(!exists("a") && !exists("b"));
+}
+
+void ScriptRunnerTest::cancelWhileIdleDeletesAndTells()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({{writing("a"), ""}}, {{plain("a")}}, NoProgressWindow);
+    QTRY_COMPARE(journal.entries, QStringList{"done"});
+    runner.processUserCancel();
+    QCOMPARE(journal.entries, (QStringList{"done", "aborted"}));
+    QVERIFY(!exists("a"));
+}
+
+void ScriptRunnerTest::runOverARunningList()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({{writing("a", {"wait", "60000"}), ""}}, {{plain("a")}}, NoProgressWindow);
+    QTRY_VERIFY(exists("a"));
+    runner.run({{writing("b"), ""}}, {{plain("b")}}, NoProgressWindow);
+    QTRY_COMPARE(journal.entries.size(), 2);
+    QCOMPARE(journal.entries, (QStringList{"error ", "done"}));
+    QVERIFY(!exists("a") && exists("b"));
+}
+
+void ScriptRunnerTest::runOverAListWhoseChildEndedWell()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({{fakeTool({"file", path("a")}), ""}, {writing("never"), ""}}, {{plain("a")}, {plain("never")}},
+               NoProgressWindow);
+    while (!exists("a"))
+        QThread::msleep(5);
+    QThread::msleep(200);
+    runner.run({{writing("b"), ""}}, {{plain("b")}}, NoProgressWindow);
+    QTRY_COMPARE(journal.entries, (QStringList{"aborted", "done"}));
+    QVERIFY(!exists("a") && !exists("never") && exists("b"));
+}
+
+void ScriptRunnerTest::nextListFromAHandler()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    connect(&runner, &QuvoScriptRunner::error, this, [&] {
+        runner.run({{writing("b"), ""}}, {{plain("b")}}, NoProgressWindow);
+    });
+    runner.run({{writing("a", {"crash"}), ""}}, {{plain("a")}}, NoProgressWindow);
+    QTRY_COMPARE(journal.entries, (QStringList{"error ", "done"}));
+    QVERIFY(!exists("a") && exists("b"));
+}
+
+void ScriptRunnerTest::deletionStopsAtAnEmptyStep()
+{
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({{writing("a"), ""}, {fakeTool({}), ""}, {writing("c"), ""}, {fakeTool({"exit", "1"}), ""}},
+               {{plain("a")}, {}, {plain("c")}}, NoProgressWindow);
+    QTRY_COMPARE(journal.entries, QStringList{"error "});
+    QVERIFY(!exists("a"));
+    QVERIFY(exists("c"));
+}
+
+void ScriptRunnerTest::driversDeleteTheirSideFiles()
+{
+    QVERIFY(writeRaster(path("dém.tif"), 2, 2, {1, 2, 3, 4}));
+    QFile sideFile(path("dém.tif.aux.xml"));
+    QVERIFY(sideFile.open(QIODevice::WriteOnly) && sideFile.write("<PAMDataset/>") > 0);
+    sideFile.close();
+    QFile half(path("half.tif"));
+    QVERIFY(half.open(QIODevice::WriteOnly)); // a killed tool's empty file, which no driver recognises
+    half.close();
+    QFile odd(path("odd"));
+    QVERIFY(odd.open(QIODevice::WriteOnly));
+    odd.close();
+
+    QuvoScriptRunner runner(nullptr);
+    const Journal journal(runner);
+    runner.run({{fakeTool({"exit", "1"}), ""}},
+               {{{path("dém.tif"), "GTiff", QuvoOutputFileKind::Raster},
+                 {path("half.tif"), "GTiff", QuvoOutputFileKind::Raster},
+                 {path("odd"), "No such driver", QuvoOutputFileKind::Vector},
+                 {path("never made"), "GTiff", QuvoOutputFileKind::Raster}}},
+               NoProgressWindow);
+    QTRY_COMPARE(journal.entries.size(), 1);
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList());
+}
+
+void ScriptRunnerTest::destructionWhileRunningDeletes()
+{
+    {
+        QuvoScriptRunner runner(nullptr);
+        runner.run({{writing("a", {"wait", "60000"}), ""}}, {{plain("a")}}, NoProgressWindow);
+        QTRY_VERIFY(exists("a"));
+    }
+    QVERIFY(!exists("a"));
+}
+
+QTEST_MAIN(ScriptRunnerTest)
+#include "scriptrunner_test.moc"
