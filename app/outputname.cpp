@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
-#include <QStorageInfo>
 
 #include <algorithm>
 #include <filesystem>
@@ -106,11 +105,13 @@ qint64 expectedProductSize(const ProcessRow &process, int width, int height)
 
 QString freeSpaceWarning(const QString &path, qint64 bytes)
 {
-    const QStorageInfo storage(QFileInfo(path).absolutePath());
-    if (!storage.isValid() || storage.bytesAvailable() >= bytes)
+    std::error_code error;
+    const auto space = std::filesystem::space(encodePath(QFileInfo(path).absolutePath()).constData(), error);
+    const auto available = static_cast<qint64>(space.available);
+    if (error || available < 0 || available >= bytes)
         return {};
     const QLocale locale;
     return labelText(
                {"MESS_PEU_DE_PLACE", "Il ne reste que %1 sur ce disque ; le résultat en demande environ %2."})
-        .arg(locale.formattedDataSize(storage.bytesAvailable()), locale.formattedDataSize(bytes));
+        .arg(locale.formattedDataSize(available), locale.formattedDataSize(bytes));
 }

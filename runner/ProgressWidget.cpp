@@ -41,7 +41,7 @@ void ProgressWidget::paintEvent(QPaintEvent *)
     QColor colour = palette().color(QPalette::WindowText);
     for (int spoke = 0; spoke < spokes; ++spoke) {
         const int age = (m_frame - spoke + spokes) % spokes;
-        colour.setAlphaF(1.0 - 0.85 * age / (spokes - 1));
+        colour.setAlpha(255 - 217 * age / (spokes - 1));
         painter.setPen(QPen(colour, 0.16 * radius, Qt::SolidLine, Qt::RoundCap));
         painter.save();
         painter.rotate(360.0 * spoke / spokes);

@@ -6,7 +6,8 @@
 
 int overallProgress(int current, int steps, int percent)
 {
-    return static_cast<int>((100.0 / steps) * current + (percent / steps));
+    const int shareOfStep = percent / steps; // truncated on purpose
+    return static_cast<int>((100.0 / steps) * current + shareOfStep);
 }
 
 QuvoScriptRunner::QuvoScriptRunner(QObject *parent)
@@ -34,7 +35,7 @@ void QuvoScriptRunner::run(QuvoProcessingCollection tProcessCollection,
 
 void QuvoScriptRunner::run(QuvoProcessingCollection tProcessCollection,
                            QuvoOutputFilesListCollection tOutputFilesListCollection,
-                           QuvoProgressDialogType tProgressWindowType, QString qsIcon)
+                           QuvoProgressDialogType tProgressWindowType, const QString &qsIcon)
 {
     while (m_bRunning)
         endRunningList();
@@ -118,8 +119,7 @@ void QuvoScriptRunner::processError(const QString &qsError)
 {
     if (!m_bRunning)
         return;
-    const QString text = qsError; // the runner may be cleared by what follows
     stop();
     m_progressDialog.hide();
-    emit error(text);
+    emit error(qsError);
 }

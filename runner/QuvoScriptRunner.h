@@ -42,7 +42,7 @@ public slots:
     /// window's picture.
     void run(QuvoProcessingCollection tProcessCollection,
              QuvoOutputFilesListCollection tOutputFilesListCollection,
-             QuvoProgressDialogType tProgressWindowType, QString qsIcon);
+             QuvoProgressDialogType tProgressWindowType, const QString &qsIcon);
     void run(QuvoProcessingCollection tProcessCollection,
              QuvoOutputFilesListCollection tOutputFilesListCollection,
              QuvoProgressDialogType tProgressWindowType);

@@ -7,7 +7,7 @@ namespace
 {
 
 constexpr int outputTailLength = 64 * 1024;
-constexpr qint64 chunkSize = 64 * 1024;
+constexpr qint64 chunkSize = 64LL * 1024;
 
 } // namespace
 
@@ -67,7 +67,8 @@ void QuvoUtilityRunner::processFinished(int exitCode, QProcess::ExitStatus)
     if (m_errorHeldBack) {
         m_errorHeldBack = false;
         const int run = m_run;
-        emit error(m_heldBackText);
+        const QString text = m_heldBackText; // the next command clears the member
+        emit error(text);
         if (m_run != run)
             return; // a listener has started the next command, which this end does not concern
     }

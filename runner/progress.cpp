@@ -30,7 +30,7 @@ double parseProgress(const QString &output, int passes)
         return 0.0;
 
     const QString marker = QString::fromLatin1(passMarker);
-    const int passesDone = output.count(marker);
+    const auto passesDone = output.count(marker);
     if (output.endsWith(marker))
         return endOfPass(passesDone, passes);
 

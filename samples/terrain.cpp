@@ -90,7 +90,8 @@ Drainage drain(const Terrain &terrain)
         }
     }
     while (!open.empty()) {
-        const auto [level, cell] = open.top();
+        const double level = open.top().first;
+        const int cell = open.top().second;
         open.pop();
         const auto at = static_cast<std::size_t>(cell);
         visited[at] = true;
@@ -98,7 +99,7 @@ Drainage drain(const Terrain &terrain)
         const double height = terrain.height[at];
         const bool isOutlet = drainage.receiver[at] == cell;
         double steepest = 0.0;
-        forNeighbourhood(side, cell, [&, flood = level](int neighbour, bool isDiagonal) {
+        forNeighbourhood(side, cell, [&](int neighbour, bool isDiagonal) {
             const auto next = static_cast<std::size_t>(neighbour);
             const double slope = (height - terrain.height[next]) / (isDiagonal ? std::sqrt(2.0) : 1.0);
             if (visited[next] && !isOutlet && slope > steepest) {
@@ -106,7 +107,7 @@ Drainage drain(const Terrain &terrain)
                 drainage.receiver[at] = neighbour;
             } else if (drainage.receiver[next] < 0) {
                 drainage.receiver[next] = cell;
-                open.emplace(std::max(terrain.height[next], flood), neighbour);
+                open.emplace(std::max(terrain.height[next], level), neighbour);
             }
         });
     }
@@ -257,12 +258,11 @@ Terrain makeTerrain(int side)
 
     Terrain coarse;
     coarse.side = side / refinement;
-    const auto coarseCells = static_cast<std::size_t>(coarse.side) * static_cast<std::size_t>(coarse.side);
-    coarse.height.resize(coarseCells);
-    for (std::size_t cell = 0; cell < coarseCells; ++cell) {
-        const double x = static_cast<double>(cell % static_cast<std::size_t>(coarse.side));
-        const double y = static_cast<double>(cell / static_cast<std::size_t>(coarse.side));
-        coarse.height[cell] = baseLevel + 60.0 * fractalNoise(x / 20.0, y / 20.0, 5, 1u);
+    coarse.height.resize(static_cast<std::size_t>(coarse.side) * static_cast<std::size_t>(coarse.side));
+    for (int row = 0; row < coarse.side; ++row) {
+        for (int column = 0; column < coarse.side; ++column)
+            coarse.height[static_cast<std::size_t>(row * coarse.side + column)] =
+                baseLevel + 60.0 * fractalNoise(column / 20.0, row / 20.0, 5, 1u);
     }
     const std::vector<double> uplift = upliftField(coarse.side, 10.0);
     for (int step = 0; step < steps; ++step) {
