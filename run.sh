@@ -1,7 +1,8 @@
 #!/bin/sh
 # Installs what is missing, builds the program and shows what it does: a shaded relief of the sample DEM.
 set -eu
-cd "$(dirname "$0")"
+unset CDPATH
+cd -- "$(dirname -- "$(readlink -f -- "$0")")"
 . packaging/packages.sh
 
 quvo_install_packages run

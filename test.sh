@@ -1,13 +1,15 @@
 #!/bin/sh
 # Installs what is missing, then configures, builds and runs every test.
 set -eu
-cd "$(dirname "$0")"
+unset CDPATH
+cd -- "$(dirname -- "$(readlink -f -- "$0")")"
 . packaging/packages.sh
 
 quvo_install_packages run test
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
+trap 'exit 130' INT TERM HUP
 mkdir -m 700 "$scratch/runtime" "$scratch/home"
 export QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR="$scratch/runtime" HOME="$scratch/home"
 cmake --workflow --preset dev

@@ -14,7 +14,7 @@ BatchRun::BatchRun()
     connect(&m_stopSignals, &StopSignals::stopRequested, &m_runner, &QuvoScriptRunner::processUserCancel);
 }
 
-void BatchRun::start(const BatchPlan &plan, bool overwrite)
+void BatchRun::start(const RunPlan &plan, bool overwrite)
 {
     m_plan = plan;
     m_lock = std::make_unique<OutputLock>(plan.request.output);
@@ -22,15 +22,15 @@ void BatchRun::start(const BatchPlan &plan, bool overwrite)
         end(BatchExit::Failed, m_lock->problem());
         return;
     }
-    if (plan.outputExists && !overwrite) {
+    const QString existing = existingOutput(plan);
+    if (!existing.isEmpty() && !overwrite) {
         end(BatchExit::BadArguments,
-            labelText({"MESS_LOT_EXISTE", "« %1 » existe déjà ; --overwrite le remplace."})
-                .arg(plan.request.output));
+            labelText({"MESS_LOT_EXISTE", "« %1 » existe déjà ; --overwrite le remplace."}).arg(existing));
         return;
     }
     printOutput(m_progress.advance(0));
     const QString title = labelText(processRow(*plan.request.process).stepTitle);
-    m_runner.run({{plan.command, title}}, {declaredOutputs(plan.request)}, NoProgressWindow);
+    m_runner.run({{plan.command, title}}, {plan.outputs}, NoProgressWindow);
 }
 
 void BatchRun::onDone()
@@ -43,7 +43,7 @@ void BatchRun::onDone()
         end(BatchExit::Done, QString());
         return;
     }
-    deleteOutputFiles({declaredOutputs(m_plan.request)});
+    deleteOutputFiles({m_plan.outputs});
     printOutput(m_progress.abandon());
     printError(toolText);
     end(BatchExit::Failed, check.problem);

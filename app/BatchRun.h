@@ -1,8 +1,9 @@
 #pragma once
 
 #include "app/StopSignals.h"
-#include "app/batchplan.h"
+#include "app/batchrequest.h"
 #include "app/outputlock.h"
+#include "app/runplan.h"
 #include "app/terminalprogress.h"
 #include "runner/QuvoScriptRunner.h"
 
@@ -19,8 +20,8 @@ class BatchRun : public QObject
 public:
     BatchRun();
 
-    /// Starts the plan, which has passed its checks; finished() follows, possibly from inside this call.
-    void start(const BatchPlan &plan, bool overwrite);
+    /// Starts a plan without a fault; finished() follows, possibly from inside this call.
+    void start(const RunPlan &plan, bool overwrite);
 
 signals:
     void finished(BatchExit exit);
@@ -33,7 +34,7 @@ private:
 
     QuvoScriptRunner m_runner;
     StopSignals m_stopSignals;
-    BatchPlan m_plan;
+    RunPlan m_plan;
     std::unique_ptr<OutputLock> m_lock;
     TerminalProgress m_progress;
 };

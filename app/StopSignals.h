@@ -7,8 +7,8 @@
 class QSocketNotifier;
 
 /// Turns the signals by which a process is asked to end (Ctrl-C, SIGTERM, a closed terminal) into a Qt signal
-/// of the event loop. One object a process. While it lives a closed pipe ends nothing: a run does not stop
-/// because nobody reads its progress any more.
+/// of the event loop; does nothing where the platform has none. One object a process. While it lives a closed
+/// pipe ends nothing: a run does not stop because nobody reads its progress any more.
 class StopSignals : public QObject
 {
     Q_OBJECT

@@ -1,11 +1,14 @@
 #include "app/BatchRun.h"
 #include "app/batcharguments.h"
-#include "app/batchplan.h"
+#include "app/batchrequest.h"
 #include "app/console.h"
 #include "app/environment.h"
+#include "app/runplan.h"
 #include "dataset/gdalmessages.h"
+#include "messages/QuvoLanguageManager.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLoggingCategory>
 #include <QTimer>
 
@@ -14,47 +17,80 @@
 namespace
 {
 
-/// The script runner owns a window, which is never shown here; asked for text alone, the program needs no
-/// display.
-std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv)
+QStringList commandLine(int argc, char **argv)
 {
-    if (asksForTextOnly(argc, argv))
-        return std::make_unique<QCoreApplication>(argc, argv);
+    QStringList texts;
+    for (int index = 0; index < argc; ++index)
+        texts += QString::fromLocal8Bit(argv[index]);
+    return texts;
+}
+
+/// The script runner owns a window, which is never shown here; asked for text alone, the program needs no
+/// display. Qt gets to see the program's name only: none of the arguments is meant for it.
+std::unique_ptr<QCoreApplication> makeApplication(BatchAction action, char **argv)
+{
+    static int programNameOnly = 1;
+    if (action != BatchAction::Run)
+        return std::make_unique<QCoreApplication>(programNameOnly, argv);
     useOffscreenPlatform();
     // Qt warns where no XDG_RUNTIME_DIR is set, as on servers; without a display nothing needs one.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
-    auto application = std::make_unique<QApplication>(argc, argv);
+    auto application = std::make_unique<QApplication>(programNameOnly, argv);
     QLoggingCategory::setFilterRules(QString());
     return application;
 }
 
-int refuse(const BatchPlan &plan)
+/// The window's environment file and settings hold here, too.
+void setUpEnvironment()
 {
-    printError(plan.problem);
-    return static_cast<int>(plan.exit);
+    const QString window =
+        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("QuvoDemToolBox"));
+    const Environment environment = readEnvironment(window);
+    exportInstallDir(environment.installDir);
+    QuvoLanguageManager::getInstance()->defaultSetup(environment.messagesPath, environment.language, QString());
+    exportMessageVariables(environment);
+    exportGdalVariables(environment.installDir);
+    setUpGdal();
 }
 
-int runBatch(const BatchArguments &arguments)
+int refuse(const QString &problem, BatchExit exit)
 {
-    const QString folder = QCoreApplication::applicationDirPath();
-    BatchPlan plan = assembleBatch(arguments, folder);
-    if (plan.problem.isEmpty() && arguments.action == BatchAction::PrintCommand) {
-        printOutput(plan.command + QLatin1Char('\n'));
-        return static_cast<int>(BatchExit::Done);
-    }
-    if (plan.problem.isEmpty())
-        plan = checkBatch(plan, folder);
-    if (!plan.problem.isEmpty())
-        return refuse(plan);
-    for (const QString &warning : qAsConst(plan.warnings))
+    printError(problem);
+    return static_cast<int>(exit);
+}
+
+int run(const ProcessingRequest &request, bool overwrite)
+{
+    const RunPlan plan = planRun(request, QCoreApplication::applicationDirPath());
+    if (plan.fault != RunFault::None)
+        return refuse(plan.problem, plan.fault == RunFault::Tool ? BatchExit::Failed : BatchExit::BadArguments);
+    for (const QString &warning : plan.warnings)
         printError(warning);
 
-    BatchRun run;
-    QObject::connect(&run, &BatchRun::finished, qApp,
+    BatchRun batchRun;
+    QObject::connect(&batchRun, &BatchRun::finished, qApp,
                      [](BatchExit exit) { QCoreApplication::exit(static_cast<int>(exit)); });
     // From inside the event loop, since a run may end within start().
-    QTimer::singleShot(0, &run, [&] { run.start(plan, arguments.overwrite); });
+    QTimer::singleShot(0, &batchRun, [&] { batchRun.start(plan, overwrite); });
     return QCoreApplication::exec();
+}
+
+int runOrPrint(const BatchArguments &arguments)
+{
+    const BatchRequest batch = assembleBatch(arguments);
+    if (!batch.problem.isEmpty())
+        return refuse(batch.problem, BatchExit::BadArguments);
+    printError(batch.warning);
+    if (arguments.action == BatchAction::Run)
+        return run(batch.request, arguments.overwrite);
+    printOutput(printedCommand(batch.request, QCoreApplication::applicationDirPath()) + QLatin1Char('\n'));
+    return static_cast<int>(BatchExit::Done);
+}
+
+int print(const QString &text)
+{
+    printOutput(text);
+    return static_cast<int>(BatchExit::Done);
 }
 
 } // namespace
@@ -62,28 +98,25 @@ int runBatch(const BatchArguments &arguments)
 int main(int argc, char *argv[])
 {
     useUtf8Paths();
-    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("QuvoDemBatch"));
-    setUpGdal();
+    const QStringList texts = commandLine(argc, argv);
+    const std::unique_ptr<QCoreApplication> application =
+        makeApplication(readBatchArguments(texts).action, argv);
+    setUpEnvironment();
 
-    const BatchArguments arguments = readBatchArguments(QCoreApplication::arguments());
-    if (!arguments.error.isEmpty()) {
-        printError(arguments.error);
-        return static_cast<int>(BatchExit::BadArguments);
-    }
+    const BatchArguments arguments =
+        readBatchArguments(texts); // anew: its sentences are in the language in use now
+    if (!arguments.error.isEmpty())
+        return refuse(arguments.error, BatchExit::BadArguments);
     switch (arguments.action) {
     case BatchAction::Help:
-        printOutput(batchHelp());
-        return 0;
+        return print(batchHelp());
     case BatchAction::Version:
-        printOutput(batchVersion());
-        return 0;
+        return print(batchVersion());
     case BatchAction::List:
-        printOutput(batchList());
-        return 0;
+        return print(batchList());
     case BatchAction::PrintCommand:
     case BatchAction::Run:
         break;
     }
-    return runBatch(arguments);
+    return runOrPrint(arguments);
 }

@@ -4,9 +4,6 @@
 
 #include <QCommandLineParser>
 
-#include <algorithm>
-#include <iterator>
-
 namespace
 {
 
@@ -22,9 +19,10 @@ void declareOptions(QCommandLineParser &parser)
     parser.setApplicationDescription(
         text("MESS_LOT_BUT",
              "Calcule un produit d'un modèle numérique de terrain avec les outils de GDAL, sans fenêtre."));
-    parser.addPositionalArgument(QStringLiteral("recipe.json"),
-                                 text("MESS_LOT_RECETTE", "Recette à exécuter ; les options la complètent."),
-                                 QStringLiteral("[recipe.json]"));
+    parser.addPositionalArgument(
+        QStringLiteral("recipe.json"),
+        text("MESS_LOT_RECETTE", "Recette à exécuter ; les options de la ligne de commande l'emportent."),
+        QStringLiteral("[recipe.json]"));
     parser.addOptions({
         {QStringLiteral("process"), text("MESS_LOT_TRAITEMENT", "Traitement (voir --list)."),
          QStringLiteral("word")},
@@ -72,7 +70,7 @@ QString takeOption(BatchArguments &arguments, const QString &text)
 {
     const auto equals = text.indexOf(QLatin1Char('='));
     if (equals <= 0)
-        return labelText({"MESS_LOT_OPTION_INV", "--set demande nom=valeur, pas « %1 »."}).arg(text);
+        return labelText({"MESS_LOT_OPTION_INV", "--set demande name=value, pas « %1 »."}).arg(text);
     arguments.options += {text.left(equals), text.mid(equals + 1)};
     return {};
 }
@@ -85,8 +83,10 @@ QString takeValues(BatchArguments &arguments, const QCommandLineParser &parser)
             .arg(recipes.at(1));
     arguments.recipeFile = recipes.value(0);
     arguments.process = parser.value(QStringLiteral("process"));
-    arguments.input = parser.value(QStringLiteral("input"));
-    arguments.output = parser.value(QStringLiteral("output"));
+    if (parser.isSet(QStringLiteral("input")))
+        arguments.input = parser.value(QStringLiteral("input"));
+    if (parser.isSet(QStringLiteral("output")))
+        arguments.output = parser.value(QStringLiteral("output"));
     arguments.outputFormat = parser.value(QStringLiteral("of"));
     arguments.tiled = parser.isSet(QStringLiteral("tiled"));
     arguments.worldFile = parser.isSet(QStringLiteral("world-file"));
@@ -119,15 +119,6 @@ BatchArguments readBatchArguments(const QStringList &texts)
     if (arguments.action == BatchAction::Run || arguments.action == BatchAction::PrintCommand)
         arguments.error = takeValues(arguments, parser);
     return arguments;
-}
-
-bool asksForTextOnly(int argc, const char *const *argv)
-{
-    static constexpr const char *words[] = {"--help", "-h", "--version", "-v", "--list", "--print-command"};
-    return std::any_of(argv + qMin(argc, 1), argv + argc, [](const char *argument) {
-        return std::any_of(std::begin(words), std::end(words),
-                           [&](const char *word) { return qstrcmp(word, argument) == 0; });
-    });
 }
 
 QString batchHelp()

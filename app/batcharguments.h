@@ -7,7 +7,7 @@
 
 #include <optional>
 
-/// What the batch program is asked to do.
+/// What the batch program is asked to do. All but a run take neither a window nor a child process.
 enum class BatchAction
 {
     Run,
@@ -23,8 +23,8 @@ struct BatchArguments
     BatchAction action = BatchAction::Run;
     QString recipeFile;
     QString process;
-    QString input;
-    QString output;
+    std::optional<QString> input;
+    std::optional<QString> output;
     std::optional<int> band;
     QString outputFormat;
     bool tiled = false;
@@ -34,12 +34,8 @@ struct BatchArguments
     QString error; ///< what is wrong with the command line, in a sentence; empty for a good one
 };
 
-/// Reads the arguments; the first is the program's name.
+/// Reads the arguments; the first is the program's name. It needs no application object.
 BatchArguments readBatchArguments(const QStringList &arguments);
-
-/// Whether the arguments ask only for text, which takes no window and no child process. Reads the raw argument
-/// vector, since it is asked before there is an application object.
-bool asksForTextOnly(int argc, const char *const *argv);
 
 /// The texts of --help, --list and --version. They end in a line feed and need an application object.
 QString batchHelp();

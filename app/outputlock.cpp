@@ -30,10 +30,12 @@ OutputLock::OutputLock(const QString &output)
     m_lock->setStaleLockTime(0); // a long run is no stale lock; the lock of a dead process still is
     if (m_lock->tryLock())
         return;
+    const QString file = QDir(QDir::tempPath()).filePath(name);
     if (m_lock->error() == QLockFile::LockFailedError)
         m_problem =
-            labelText({"MESS_SORTIE_OCCUPEE", "Un autre traitement écrit déjà dans « %1 »."}).arg(output);
+            labelText({"MESS_SORTIE_OCCUPEE", "Un autre traitement écrit déjà dans « %1 » (verrou : %2)."})
+                .arg(output, file);
     else
-        m_problem = labelText({"MESS_VERROU_IMPOSS", "Le fichier de verrou « %1 » ne peut pas être créé."})
-                        .arg(QDir(QDir::tempPath()).filePath(name));
+        m_problem =
+            labelText({"MESS_VERROU_IMPOSS", "Le fichier de verrou « %1 » ne peut pas être créé."}).arg(file);
 }

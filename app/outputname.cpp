@@ -12,7 +12,7 @@
 namespace
 {
 
-/// The file's own name, hard links included; a file that does not exist is the same as no other.
+/// By the file itself, hard links included; a file that does not exist is the same as no other.
 bool isSameFile(const QString &one, const QString &other)
 {
     std::error_code error;
@@ -40,13 +40,15 @@ QString nameProblem(const QString &name, const QStringList &extensions)
     if (hasControlCharacter(name))
         return labelText(
             {"MESS_SORTIE_CTRL", "Le nom du fichier de sortie contient un caractère de contrôle."});
-    if (QFileInfo(name).isDir() || name.endsWith(QLatin1Char('/')))
+    if (name.endsWith(QLatin1Char('/')) && !QFileInfo::exists(name))
+        return labelText({"MESS_SORTIE_SANS_DOS", "Le dossier « %1 » n'existe pas."}).arg(name);
+    if (QFileInfo(name).isDir())
         return labelText({"MESS_SORTIE_DOSSIER", "« %1 » est un dossier ; indiquez un fichier."}).arg(name);
 
     const QString extension = extensionOf(name);
     if (!extension.isEmpty() && !extensions.isEmpty() && !extensions.contains(extension, Qt::CaseInsensitive))
         return labelText({"MESS_SORTIE_EXTENSION",
-                          "L'extension « .%1 » ne convient pas à ce format ; attendu : .%2."})
+                          "L'extension « .%1 » ne convient pas à ce format ; extensions attendues : .%2."})
             .arg(extension, extensions.join(QLatin1String(", .")));
     return {};
 }
@@ -63,19 +65,36 @@ QString placeProblem(const QFileInfo &file, const QStringList &inputFiles)
         return labelText({"MESS_SORTIE_DOS_PROT", "Le dossier « %1 » n'est pas accessible en écriture."})
             .arg(folder.filePath());
 
-    for (const QString &inputFile : inputFiles) {
-        if (isSameFile(file.absoluteFilePath(), inputFile))
-            return labelText(
-                       {"MESS_SORTIE_ENTREE", "« %1 » fait partie du MNT d'entrée ; choisissez un autre nom."})
-                .arg(file.absoluteFilePath());
-    }
+    if (isOneOf(file.absoluteFilePath(), inputFiles))
+        return partOfInput(file.absoluteFilePath());
     if (file.exists() && !file.isWritable())
         return labelText({"MESS_SORTIE_PROTEGEE", "Le fichier « %1 » est protégé en écriture."})
             .arg(file.absoluteFilePath());
     return {};
 }
 
+/// The file that a name leads to, through links that may lead nowhere yet: the tool would write there, and a
+/// deletion would take the link alone.
+QString linkTarget(QString path)
+{
+    constexpr int mostLinks = 40;
+    for (int link = 0; link < mostLinks && QFileInfo(path).isSymLink(); ++link)
+        path = QFileInfo(path).symLinkTarget();
+    return path;
+}
+
 } // namespace
+
+bool isOneOf(const QString &path, const QStringList &files)
+{
+    return std::any_of(files.begin(), files.end(), [&](const QString &file) { return isSameFile(path, file); });
+}
+
+QString partOfInput(const QString &path)
+{
+    return labelText({"MESS_SORTIE_ENTREE", "« %1 » fait partie du MNT d'entrée ; choisissez un autre nom."})
+        .arg(path);
+}
 
 QString withExtension(const QString &name, const QStringList &extensions)
 {
@@ -91,10 +110,8 @@ OutputName checkOutputName(const QString &name, const QStringList &extensions, c
     output.problem = nameProblem(name, extensions);
     if (!output.problem.isEmpty())
         return output;
-    const QFileInfo file(withExtension(name, extensions));
-    output.path = file.absoluteFilePath();
-    output.problem = placeProblem(file, inputFiles);
-    output.exists = file.exists();
+    output.path = linkTarget(QFileInfo(withExtension(name, extensions)).absoluteFilePath());
+    output.problem = placeProblem(QFileInfo(output.path), inputFiles);
     return output;
 }
 

@@ -26,6 +26,12 @@ QString withExtension(const QString &name, const QStringList &extensions);
 /// format's, without their dot; none: any extension will do. A relative name is one of the current directory.
 OutputName checkOutputName(const QString &name, const QStringList &extensions, const QStringList &inputFiles);
 
+/// Whether the path leads to one of the files, under any of their names.
+bool isOneOf(const QString &path, const QStringList &files);
+
+/// A sentence that says that a file is part of the input.
+QString partOfInput(const QString &path);
+
 /// Bytes that a raster product of that size needs without compression; 0 for a vector product.
 qint64 expectedProductSize(const ProcessRow &process, int width, int height);
 

@@ -2,7 +2,6 @@
 
 #include "dataset/pathencoding.h"
 
-#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -11,9 +10,11 @@ namespace
 
 constexpr int formatVersion = 1;
 
+constexpr Label textValue{"MESS_REC_UN_TEXTE", "un texte"};
+
 QString fromFolder(const QString &folder, const QString &path)
 {
-    return path.isEmpty() || isVirtualPath(path) ? path : QDir::cleanPath(QDir(folder).absoluteFilePath(path));
+    return path.isEmpty() ? path : dataSetName(path, folder);
 }
 
 QString wrongMember(const QString &name, const Label &expected)
@@ -24,7 +25,6 @@ QString wrongMember(const QString &name, const Label &expected)
 /// Reads the plain members, all but "format", "process" and "options"; returns what is wrong with this one.
 QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value, const QString &folder)
 {
-    static constexpr Label text{"MESS_REC_UN_TEXTE", "un texte"};
     static constexpr Label boolean{"MESS_REC_UN_BOOL", "true ou false"};
     static constexpr Label bandNumber{"MESS_REC_UNE_BANDE", "un numéro de bande, à partir de 1"};
 
@@ -40,7 +40,7 @@ QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value,
     for (const TextMember &known : texts) {
         if (name == QLatin1String(known.name)) {
             recipe.*known.member = known.isPath ? fromFolder(folder, value.toString()) : value.toString();
-            return value.isString() ? QString() : wrongMember(name, text);
+            return value.isString() ? QString() : wrongMember(name, textValue);
         }
     }
     if (name == QLatin1String("band")) {
@@ -73,7 +73,10 @@ QString takeObject(Recipe &recipe, QJsonObject object, const QString &folder)
     if (object.take(QStringLiteral("format")).toInt(0) != formatVersion)
         return labelText({"MESS_REC_FORMAT", "« format » doit être %1."}).arg(formatVersion);
 
-    recipe.process = object.take(QStringLiteral("process")).toString();
+    const QJsonValue word = object.take(QStringLiteral("process"));
+    if (!word.isString())
+        return wrongMember(QStringLiteral("process"), textValue);
+    recipe.process = word.toString();
     const BatchProcess *process = findBatchProcess(recipe.process);
     if (!process)
         return unknownProcess(recipe.process);

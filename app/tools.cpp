@@ -18,6 +18,16 @@ QString toolFileName(Tool tool)
     return QStringLiteral("gdal_translate.exe");
 }
 
+ToolPaths findTools(const QString &programFolder)
+{
+    const auto existing = [&](Tool tool) {
+        const QString path = toolPath(programFolder, tool);
+        return QFileInfo::exists(path) ? path : QString();
+    };
+    return {existing(Tool::Dem), existing(Tool::Contour), existing(Tool::Intervisibility),
+            existing(Tool::Translate)};
+}
+
 QString toolPath(const QString &programFolder, Tool tool)
 {
     return QDir(programFolder).absoluteFilePath(toolFileName(tool));

@@ -45,3 +45,9 @@ function(quvo_tree_program target)
         message(STATUS \"Installing: \${folder}/${target}\")
     ")
 endfunction()
+
+# A file of ours that stands beside the programs.
+function(quvo_tree_file path)
+    configure_file("${path}" "${QUVO_TREE}" COPYONLY)
+    install(FILES "${path}" DESTINATION "${QUVO_INSTALL_TREE}")
+endfunction()

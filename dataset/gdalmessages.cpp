@@ -4,6 +4,7 @@
 
 #include <cpl_error.h>
 #include <gdal.h>
+#include <ogr_api.h>
 
 Q_LOGGING_CATEGORY(lcGdal, "quvo.dataset.gdal", QtInfoMsg)
 
@@ -20,10 +21,12 @@ void CPL_STDCALL logMessage(CPLErr level, CPLErrorNum number, const char *text)
                   qUtf8Printable(message));
 }
 
-void CPL_STDCALL keepMessage(CPLErr level, CPLErrorNum, const char *text)
+void CPL_STDCALL keepMessage(CPLErr level, CPLErrorNum number, const char *text)
 {
     if (level >= CE_Failure)
         static_cast<GdalMessages *>(CPLGetErrorHandlerUserData())->keep(QString::fromLocal8Bit(text));
+    else
+        logMessage(level, number, text);
 }
 
 } // namespace
@@ -32,6 +35,7 @@ void setUpGdal()
 {
     CPLSetErrorHandler(logMessage);
     GDALAllRegister();
+    OGRRegisterAll();
 }
 
 GdalMessages::GdalMessages()

@@ -6,8 +6,8 @@
 /// and registers every raster and vector driver. Called once, before the first use of GDAL.
 void setUpGdal();
 
-/// Keeps GDAL's messages of one call: while an object lives, errors and warnings are collected instead of
-/// logged.
+/// Keeps GDAL's errors of one call: while an object lives, the last one is kept instead of logged. Warnings are
+/// logged as ever.
 ///
 /// For calls whose failure is told to the user in a sentence of ours, with GDAL's own words behind it.
 class GdalMessages

@@ -1,5 +1,6 @@
 #include "dataset/pathencoding.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -27,11 +28,11 @@ bool isVirtualPath(const QString &path)
     return path.startsWith(QLatin1String("/vsi"));
 }
 
-QString dataSetName(const QString &typed)
+QString dataSetName(const QString &typed, const QString &folder)
 {
     static const QRegularExpression driverPrefix(QStringLiteral("^[A-Za-z][A-Za-z0-9_]+:"));
-    const QFileInfo file(typed);
+    const QFileInfo file(QDir(folder), typed);
     if (isVirtualPath(typed) || (!file.exists() && driverPrefix.match(typed).hasMatch()))
         return typed;
-    return file.absoluteFilePath();
+    return QDir::cleanPath(file.absoluteFilePath());
 }

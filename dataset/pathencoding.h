@@ -16,7 +16,7 @@ QString decodePath(const char *bytes);
 /// a path is no path of the local disk: it is handed to GDAL as it was typed.
 bool isVirtualPath(const QString &path);
 
-/// What GDAL and the tools are given for an input that somebody named: the absolute path of a local file; a
-/// virtual path, or a name behind a driver's prefix ("NETCDF:…") of which there is no local file, as it was
-/// typed.
-QString dataSetName(const QString &typed);
+/// What GDAL and the tools are given for an input that somebody named: the absolute path of a local file,
+/// relative to `folder`; a virtual path, or a name behind a driver's prefix ("NETCDF:…") of which there is no
+/// local file, as it was typed, so that a path inside it is relative to the current directory.
+QString dataSetName(const QString &typed, const QString &folder);

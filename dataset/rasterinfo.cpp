@@ -4,9 +4,55 @@
 #include "dataset/pathencoding.h"
 #include "messages/label.h"
 
+#include <QFileInfo>
+#include <QRegularExpression>
+
 #include <gdal_priv.h>
 
 #include <memory>
+
+namespace
+{
+
+/// The local file that a virtual path leads through ("/vsizip/a.zip/b.tif": a.zip); any other path as it
+/// stands.
+QString localFile(QString path)
+{
+    static const QRegularExpression prefix(QStringLiteral("^/vsi[a-z0-9_]+/"));
+    bool isVirtual = false;
+    while (isVirtualPath(path) && prefix.match(path).hasMatch()) {
+        isVirtual = true;
+        path.remove(prefix);
+        path = path.mid(path.indexOf(QLatin1Char(',')) + 1); // "/vsisubfile/0_1000,dem.tif"
+        path.remove(QLatin1Char('{')).remove(QLatin1Char('}'));
+    }
+    while (isVirtual && !path.isEmpty() && !QFileInfo(path).isFile())
+        path.truncate(qMax(0, static_cast<int>(path.lastIndexOf(QLatin1Char('/')))));
+    return path;
+}
+
+/// Adds the files of a data set, and of every virtual raster among them in turn.
+void addFiles(GDALDataset &dataset, QStringList &files)
+{
+    char **names = dataset.GetFileList();
+    QStringList found;
+    for (char **name = names; name && *name; ++name)
+        found += localFile(decodePath(*name));
+    CSLDestroy(names);
+    for (const QString &file : qAsConst(found)) {
+        if (file.isEmpty() || files.contains(file))
+            continue;
+        files += file;
+        if (!file.endsWith(QLatin1String(".vrt"), Qt::CaseInsensitive))
+            continue;
+        const std::unique_ptr<GDALDataset> inner(
+            GDALDataset::Open(encodePath(file).constData(), GDAL_OF_RASTER));
+        if (inner)
+            addFiles(*inner, files);
+    }
+}
+
+} // namespace
 
 RasterInfo readRasterInfo(const QString &path)
 {
@@ -21,10 +67,10 @@ RasterInfo readRasterInfo(const QString &path)
     info.width = dataset->GetRasterXSize();
     info.height = dataset->GetRasterYSize();
     info.bandCount = dataset->GetRasterCount();
-    char **files = dataset->GetFileList();
-    for (char **file = files; file && *file; ++file)
-        info.files += decodePath(*file);
-    CSLDestroy(files);
+    addFiles(*dataset, info.files);
+    const QString source = localFile(path);
+    if (isVirtualPath(path) && !source.isEmpty() && !info.files.contains(source))
+        info.files += source;
     if (info.bandCount == 0)
         info.error = labelText({"MESS_RASTER_SANS_BANDE", "Ce fichier ne contient aucune bande raster."});
     return info;

@@ -9,8 +9,8 @@ struct RasterInfo
     int width = 0;     ///< columns
     int height = 0;    ///< rows
     int bandCount = 0; ///< bands are numbered from 1
-    QStringList
-        files;     ///< the files that make up the data set, its main file first; empty for one that is no file
+    QStringList files; ///< the local files that make up the data set, those that a virtual raster refers to and
+                       ///< the archive around a virtual path included
     QString error; ///< GDAL's reason why it could not be opened; empty otherwise
 };
 

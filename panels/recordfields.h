@@ -96,7 +96,8 @@ QVector<FieldDescription> describeFields(const Record &defaults, const QVector<R
         if (std::holds_alternative<bool Record::*>(field.member))
             range = QStringLiteral("true | false");
         else if (!std::holds_alternative<QString Record::*>(field.member))
-            range = QStringLiteral("%1 - %2").arg(field.lowest).arg(field.highest);
+            range =
+                QStringLiteral("%1 - %2").arg(QString::number(field.lowest), QString::number(field.highest));
         rows += {QString::fromLatin1(field.name), range, fieldText(defaults, field), labelText(field.meaning)};
     }
     return rows;

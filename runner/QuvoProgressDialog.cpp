@@ -46,12 +46,15 @@ void QuvoProgressDialog::setPixmap(const QPixmap &picture)
 
 void QuvoProgressDialog::reject()
 {
+    const int shown = m_shown;
     emit cancelled();
-    QDialog::reject();
+    if (m_shown == shown) // a listener may have shown the window again, for what it starts next
+        QDialog::reject();
 }
 
 void QuvoProgressDialog::show()
 {
+    ++m_shown;
     reset();
     m_time.start();
     fixSize();

@@ -52,4 +52,5 @@ private:
     std::unique_ptr<Ui::QuvoProgressDialog> m_form;
     QElapsedTimer m_time;
     bool m_bStopButtonVisible = true;
+    int m_shown = 0; ///< counts the calls of show()
 };

@@ -9,9 +9,9 @@
 /// Runs a list of commands one after another, shows the progress of the whole in a window of its own, and
 /// deletes every declared output when the list is stopped or one of its commands fails.
 ///
-/// Each list that run() starts ends with exactly one of done(), aborted() and error(). A listener may start the
-/// next list from inside any of them; one that is told of the end of a list from inside run() may do so only by
-/// a queued call.
+/// Each list that run() starts ends with exactly one of done(), aborted() and error(), unless stop() or the end
+/// of this object cuts it short, which tell nobody. A listener may start the next list from inside any of them;
+/// one that is told of the end of a list from inside run() may do so only by a queued call.
 class QuvoScriptRunner : public QObject
 {
     Q_OBJECT

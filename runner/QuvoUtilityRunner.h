@@ -20,7 +20,7 @@ public:
     void runCommand(const QString &command);
 
     /// How many passes the tool makes over its work, each with its own " - done."; 1 at first.
-    void setStepCount(int passes) { m_iNbSteps = passes; }
+    void setStepCount(int passes) { m_iNbSteps = qMax(1, passes); }
 
     /// The command line last started.
     QString command() const { return m_qsCommand; }

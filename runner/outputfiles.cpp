@@ -3,24 +3,57 @@
 #include "dataset/pathencoding.h"
 #include "runner/logging.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cpl_error.h>
 #include <gdal_priv.h>
 
 #include <cstdio>
+#include <memory>
 
 namespace
 {
 
-/// A driver that meets a broken file of its own complains at length; that is expected here.
+/// The files of the data set, as far as GDAL recognises it.
+QStringList filesOf(const QByteArray &path)
+{
+    const std::unique_ptr<GDALDataset> dataset(GDALDataset::Open(path.constData()));
+    QStringList files;
+    char **names = dataset ? dataset->GetFileList() : nullptr;
+    for (char **name = names; name && *name; ++name)
+        files += decodePath(*name);
+    CSLDestroy(names);
+    return files;
+}
+
+void removePlainly(const QString &path)
+{
+    const QFileInfo file(path);
+    const bool removed = file.isDir() && !file.isSymLink() ? QDir(path).removeRecursively()
+                                                           : std::remove(encodePath(path).constData()) == 0;
+    if (!removed)
+        qCWarning(lcRunner, "could not delete %s", qUtf8Printable(path));
+}
+
+/// A driver's deletion takes every file that it counts to the data set, a world file of another one of the same
+/// name, too. So where files stood beside the output before, those alone are removed that came with it.
 void deleteThroughDriver(const QuvoOutputFile &file)
 {
     GDALDriver *driver = GetGDALDriverManager()->GetDriverByName(file.driver.toUtf8().constData());
     if (!driver)
         return;
+    // A driver that meets a broken file of its own complains at length; that is expected here.
     const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
-    driver->Delete(encodePath(file.path).constData());
+    if (file.keep.isEmpty()) {
+        driver->Delete(encodePath(file.path).constData());
+        return;
+    }
+    for (const QString &part : filesOf(encodePath(file.path))) {
+        if (!file.keep.contains(part) && QFile::exists(part))
+            removePlainly(part);
+    }
 }
 
 } // namespace
@@ -31,8 +64,8 @@ void deleteOutputFile(const QuvoOutputFile &file)
         return;
     if (file.kind != QuvoOutputFileKind::PlainFile)
         deleteThroughDriver(file);
-    if (QFile::exists(file.path) && std::remove(encodePath(file.path).constData()) != 0)
-        qCWarning(lcRunner, "could not delete %s", qUtf8Printable(file.path));
+    if (QFile::exists(file.path))
+        removePlainly(file.path);
 }
 
 void deleteOutputFiles(const QuvoOutputFilesListCollection &files)

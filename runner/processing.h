@@ -2,6 +2,7 @@
 
 #include <QPair>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 /// One step: the whole command line, and the title that the progress window shows while it runs.
@@ -24,6 +25,7 @@ struct QuvoOutputFile
     QString path;
     QString driver; ///< GDAL's short name of the driver that writes it; not used for a plain file
     QuvoOutputFileKind kind = QuvoOutputFileKind::PlainFile;
+    QStringList keep{}; ///< files beside it that were there before the step: not deleted with it
 };
 
 using QuvoOutputFilesList = QVector<QuvoOutputFile>;

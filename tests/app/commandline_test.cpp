@@ -13,7 +13,6 @@ private slots:
     void golden_data();
     void golden();
     void noProcessHasNoArguments();
-    void hostileNamesStayArguments();
     void declared();
     void terminal();
 };
@@ -98,15 +97,6 @@ void CommandLineTest::noProcessHasNoArguments()
 {
     QCOMPARE(processArguments({}), QString());
     QVERIFY(declaredOutputs({}).isEmpty());
-}
-
-void CommandLineTest::hostileNamesStayArguments()
-{
-    ProcessingRequest asked = request(Process::ShadedRelief, "hillshade");
-    asked.input = QStringLiteral("/d/say \"%1\" %2 $(rm) é中.tif");
-    asked.output = QStringLiteral("/d/\"");
-    const QStringList arguments = splitProcessCommand(processCommand("t", processArguments(asked))).arguments;
-    QCOMPARE(arguments.mid(0, 4), (QStringList{"hillshade", asked.input, asked.output, "-x"}));
 }
 
 void CommandLineTest::declared()

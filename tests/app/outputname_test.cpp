@@ -18,7 +18,7 @@ private slots:
     void names_data();
     void names();
     void theInputUnderAnyName();
-    void existingFile();
+    void linksAreFollowed();
     void space();
     void lock();
 
@@ -97,11 +97,12 @@ void OutputNameTest::theInputUnderAnyName()
     QCOMPARE(checkOutputName(m_folder->filePath("other.tif"), {"tif"}, {dem, side}).problem, QString());
 }
 
-void OutputNameTest::existingFile()
+void OutputNameTest::linksAreFollowed()
 {
-    const QString old = make("old.tif");
-    QVERIFY(checkOutputName(old, {"tif"}, {}).exists);
-    QVERIFY(!checkOutputName(m_folder->filePath("new.tif"), {"tif"}, {}).exists);
+    QVERIFY(QFile::link(m_folder->filePath("new.tif"), m_folder->filePath("dangling.tif")));
+    const OutputName output = checkOutputName(m_folder->filePath("dangling.tif"), {"tif"}, {});
+    QCOMPARE(output.problem, QString());
+    QCOMPARE(output.path, m_folder->filePath("new.tif"));
     QVERIFY(checkOutputName(m_folder->filePath("no.rule"), {}, {}).problem.isEmpty());
 }
 

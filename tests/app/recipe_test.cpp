@@ -45,7 +45,7 @@ void RecipeTest::faults_data()
     QTest::newRow("not an object") << QByteArray("[1]") << "JSON";
     QTest::newRow("no format") << QByteArray(R"({"process": "hillshade"})") << "format";
     QTest::newRow("later format") << QByteArray(R"({"format": 2, "process": "hillshade"})") << "format";
-    QTest::newRow("no process") << QByteArray(R"({"format": 1})") << "hillshade";
+    QTest::newRow("no process") << QByteArray(R"({"format": 1})") << "process";
     QTest::newRow("odd process") << QByteArray(R"({"format": 1, "process": "relief"})") << "relief";
     QTest::newRow("slip of the pen") << QByteArray(R"({"format": 1, "process": "hillshade", "inptu": "a"})")
                                      << "inptu";
@@ -97,7 +97,7 @@ void RecipeTest::arguments()
     QCOMPARE(read.error.isEmpty(), good);
     if (!good)
         return;
-    QCOMPARE(read.output, QStringLiteral("b"));
+    QCOMPARE(read.output, std::optional<QString>("b"));
     QCOMPARE(read.band, std::optional<int>(2));
     QCOMPARE(read.options.at(0).second, QStringLiteral("b=c"));
     QCOMPARE(read.options.at(1).second, QString());

@@ -1,6 +1,5 @@
 #include "dataset/productcheck.h"
 
-#include "dataset/formatfilters.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
 #include "dataset/rasterinfo.h"
@@ -27,7 +26,6 @@ private slots:
     void vectors();
     void rasterInfo();
     void dataSetNames();
-    void formats();
 
 private:
     QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/essai é中 XXXXXX")};
@@ -90,6 +88,20 @@ void ProductCheckTest::rasterInfo()
     QCOMPARE(info.bandCount, 2);
     QCOMPARE(info.files, QStringList{path});
 
+    // What a virtual raster refers to belongs to the input, at any depth, and so does the file behind a virtual
+    // path.
+    for (const char *names : {"inner.vrt|two bands.tif", "outer.vrt|inner.vrt"}) {
+        const QStringList pair = QString::fromLatin1(names).split('|');
+        QFile virtualRaster(m_folder.filePath(pair.at(0)));
+        QVERIFY(virtualRaster.open(QIODevice::WriteOnly));
+        virtualRaster.write(
+            "<VRTDataset rasterXSize='3' rasterYSize='2'><VRTRasterBand dataType='Float32' band='1'>"
+            "<SimpleSource><SourceFilename relativeToVRT='1'>"
+            + pair.at(1).toUtf8() + "</SourceFilename></SimpleSource></VRTRasterBand></VRTDataset>");
+    }
+    QVERIFY(readRasterInfo(m_folder.filePath("outer.vrt")).files.contains(path));
+    QVERIFY(readRasterInfo("/vsisubfile/0_100000," + path).files.contains(path));
+
     QVERIFY(!readRasterInfo(m_folder.filePath("missing.tif")).error.isEmpty());
     QVERIFY(!readRasterInfo(m_folder.path()).error.isEmpty());
     QCOMPARE(QDir(m_folder.path()).entryList({"two bands*"}, QDir::Files), QStringList{"two bands.tif"});
@@ -99,19 +111,11 @@ void ProductCheckTest::dataSetNames()
 {
     const QString local = m_folder.filePath("a:b.tif");
     QVERIFY(writeRaster(local, 1, 1, {0}));
-    QCOMPARE(dataSetName(local), local);
-    QCOMPARE(dataSetName(QStringLiteral("dem.tif")), QDir::current().filePath("dem.tif"));
+    QCOMPARE(dataSetName(local, QString()), local);
+    QCOMPARE(dataSetName(QStringLiteral("../dem.tif"), QStringLiteral("/some/folder")),
+             QStringLiteral("/some/dem.tif"));
     for (const QString &name : {QStringLiteral("/vsizip/a.zip/b.tif"), QStringLiteral("NETCDF:\"a b.nc\":z")})
-        QCOMPARE(dataSetName(name), name);
-}
-
-void ProductCheckTest::formats()
-{
-    QVERIFY(isRasterOutputFormat("gtiff") && isRasterOutputFormat("COG"));
-    QVERIFY(!isRasterOutputFormat("ESRI Shapefile") && !isRasterOutputFormat("nonsense"));
-    QVERIFY(hasCreationOption("GTiff", "TILED") && !hasCreationOption("COG", "TILED"));
-    QCOMPARE(formatExtensions("GTiff"), (QStringList{"tif", "tiff"}));
-    QCOMPARE(formatExtensions("nonsense"), QStringList());
+        QCOMPARE(dataSetName(name, QStringLiteral("/some")), name);
 }
 
 QTEST_GUILESS_MAIN(ProductCheckTest)

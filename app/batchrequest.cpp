@@ -1,0 +1,126 @@
+#include "app/batchrequest.h"
+
+#include "app/outputname.h"
+#include "app/recipe.h"
+#include "app/runplan.h"
+#include "dataset/formatfilters.h"
+#include "dataset/pathencoding.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace
+{
+
+RecipeReading readRecipeFile(const QString &name)
+{
+    constexpr qint64 largestRecipe = 64LL * 1024 * 1024;
+    QFile file(name);
+    RecipeReading reading;
+    if (QFileInfo(name).isFile() && file.size() <= largestRecipe && file.open(QIODevice::ReadOnly)) {
+        reading = readRecipe(file.readAll(), QFileInfo(name).absolutePath());
+        if (!reading.error.isEmpty())
+            reading.error = QStringLiteral("%1 : %2").arg(name, reading.error);
+    } else {
+        reading.error = labelText({"MESS_REC_ILLISIBLE", "La recette « %1 » ne peut pas être lue."}).arg(name);
+    }
+    return reading;
+}
+
+/// The process of the command line, which a recipe must not contradict.
+QString takeProcess(Recipe &recipe, const BatchArguments &arguments)
+{
+    if (!recipe.process.isEmpty()) {
+        if (arguments.process.isEmpty() || arguments.process == recipe.process)
+            return {};
+        return labelText({"MESS_LOT_AUTRE_TRAIT",
+                          "La recette est celle du traitement « %1 », pas du traitement « %2 »."})
+            .arg(recipe.process, arguments.process);
+    }
+    if (arguments.process.isEmpty())
+        return labelText(
+            {"MESS_LOT_SANS_TRAIT",
+             "Indiquez un traitement (--process) ou une recette ; --list affiche les traitements."});
+    const BatchProcess *process = findBatchProcess(arguments.process);
+    if (!process)
+        return unknownProcess(arguments.process);
+    recipe.process = arguments.process;
+    recipe.options = process->defaults;
+    return {};
+}
+
+QString takeOptions(Recipe &recipe, const BatchArguments &arguments)
+{
+    QStringList given;
+    for (const auto &option : arguments.options) {
+        const QString problem = setOption(recipe.options, option.first, option.second);
+        if (!problem.isEmpty())
+            return problem;
+        given += option.first;
+    }
+    settle(recipe.options, given);
+    return optionsProblem(recipe.options);
+}
+
+/// The recipe that the command line's arguments make, over those of a recipe file.
+RecipeReading combine(const BatchArguments &arguments)
+{
+    RecipeReading reading;
+    if (!arguments.recipeFile.isEmpty())
+        reading = readRecipeFile(arguments.recipeFile);
+    Recipe &recipe = reading.recipe;
+    if (reading.error.isEmpty())
+        reading.error = takeProcess(recipe, arguments);
+    if (reading.error.isEmpty())
+        reading.error = takeOptions(recipe, arguments);
+    recipe.input = arguments.input.value_or(recipe.input);
+    recipe.output = arguments.output.value_or(recipe.output);
+    if (!arguments.outputFormat.isEmpty())
+        recipe.outputFormat = arguments.outputFormat;
+    recipe.band = arguments.band.value_or(recipe.band);
+    recipe.tiled |= arguments.tiled;
+    recipe.worldFile |= arguments.worldFile;
+
+    if (reading.error.isEmpty() && recipe.input.isEmpty())
+        reading.error = labelText({"MESS_LOT_SANS_ENTREE", "Indiquez le MNT d'entrée (--input)."});
+    if (reading.error.isEmpty() && recipe.output.isEmpty())
+        reading.error = labelText({"MESS_LOT_SANS_SORTIE", "Indiquez le fichier à créer (--output)."});
+    return reading;
+}
+
+} // namespace
+
+BatchRequest assembleBatch(const BatchArguments &arguments)
+{
+    BatchRequest batch;
+    const RecipeReading reading = combine(arguments);
+    if (!reading.error.isEmpty()) {
+        batch.problem = reading.error;
+        return batch;
+    }
+    const Recipe &recipe = reading.recipe;
+    ProcessingRequest &request = batch.request;
+    request.process = findBatchProcess(recipe.process)->process;
+    request.mode = recipe.process;
+    request.input = dataSetName(recipe.input, QDir::currentPath());
+    request.format = recipe.outputFormat;
+    request.band = recipe.band;
+    request.tiled = recipe.tiled;
+    request.worldFile = recipe.worldFile;
+    request.fragment = argumentFragment(recipe.options);
+    request.output = recipe.output;
+
+    if (request.worldFile && !request.tiled)
+        batch.warning = labelText({"MESS_CALAGE_SANS_TUILE",
+                                   "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
+    return batch;
+}
+
+QString printedCommand(const ProcessingRequest &request, const QString &programFolder)
+{
+    ProcessingRequest printed = request;
+    const QString output = withExtension(request.output, formatExtensions(outputFormat(request)));
+    printed.output = QFileInfo(output).absoluteFilePath();
+    return runCommand(printed, programFolder);
+}

@@ -1,0 +1,112 @@
+#include "app/console.h"
+#include "app/environment.h"
+#include "app/quvoGdalUtilities.h"
+#include "app/startupoptions.h"
+#include "app/stylesheet.h"
+#include "app/tools.h"
+#include "dataset/gdalmessages.h"
+#include "messages/Prompt.h"
+#include "messages/QuvoLanguageManager.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+#include <memory>
+
+namespace
+{
+
+/// Title, system menu, minimise and maximise; the close button, which Qt 4 took from the system menu, has a
+/// flag of its own by now.
+constexpr Qt::WindowFlags mainWindowFlags = Qt::WindowTitleHint | Qt::WindowSystemMenuHint
+    | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint;
+
+QStringList rawArguments(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments += QString::fromLocal8Bit(argv[index]);
+    return arguments;
+}
+
+/// Qt scales its windows with the screen; Qt 6 does so by itself.
+void useHighDpi()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+}
+
+void applyStyle()
+{
+    QStyle *style = QStyleFactory::create(QStringLiteral("Plastique"));
+    QApplication::setStyle(style ? style : QStyleFactory::create(QStringLiteral("Fusion")));
+}
+
+void applyLanguage(const Environment &environment)
+{
+    QuvoLanguageManager *languages = QuvoLanguageManager::getInstance();
+    languages->defaultSetup(environment.messagesPath, environment.language, QString());
+    if (languages->currentLanguageNeedsReversedLayout())
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+    exportMessageVariables(environment);
+}
+
+void sayMissingTools()
+{
+    Prompt::critical(nullptr,
+                     labelText({"MESS_ERR_APP_NON_TROUV",
+                                "Erreur : Une ou plusieurs application externe sont introuvables."}));
+}
+
+void prepareGdal(const Environment &environment)
+{
+    exportGdalVariables(environment.installDir);
+    const QString drivers = driverPath(environment.installDir);
+    if (!drivers.isEmpty())
+        printOutput(QStringLiteral("Adding path (%1) to GDAL/OGR Driver path\n").arg(drivers));
+    setUpGdal();
+}
+
+void applyStartupOptions(const StartupOptions &options, quvoGdalUtilities &dialog)
+{
+    if (!options.any)
+        return;
+    dialog.setKeepStartingDir(options.keepStartingDir);
+    if (!options.startingDtm.isEmpty())
+        dialog.setInputDem(options.startingDtm);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    useUtf8Paths();
+    const bool userStyleSheet = asksForStyleSheet(rawArguments(argc, argv));
+    useHighDpi();
+    QApplication application(argc, argv);
+    Q_INIT_RESOURCE(quvo);
+    if (!userStyleSheet)
+        applyStyle();
+    application.setStyleSheet(composeStyleSheet(application.styleSheet()));
+
+    const ToolPaths tools = findTools(QApplication::applicationDirPath());
+    if (!tools.isComplete()) {
+        sayMissingTools();
+        return 0; // kept so on purpose: a missing tool is no failure of the program's own
+    }
+    const Environment environment = readEnvironment(QApplication::applicationFilePath());
+    exportInstallDir(environment.installDir);
+    applyLanguage(environment);
+    prepareGdal(environment);
+
+    auto dialog = std::make_unique<quvoGdalUtilities>(tools, nullptr, mainWindowFlags);
+    dialog->show();
+    applyStartupOptions(readStartupOptions(QApplication::arguments()), *dialog);
+
+    QObject::connect(&application, &QApplication::lastWindowClosed, &application, &QApplication::quit);
+    const int exitCode = QApplication::exec();
+    dialog.reset();
+    return exitCode;
+}

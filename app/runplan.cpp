@@ -1,0 +1,145 @@
+#include "app/runplan.h"
+
+#include "app/outputname.h"
+#include "app/tools.h"
+#include "dataset/formatfilters.h"
+#include "dataset/rasterinfo.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+
+QString formatProblem(const ProcessingRequest &request)
+{
+    const QString format = outputFormat(request);
+    if (!isRasterOutputFormat(format))
+        return labelText({"MESS_FORMAT_INCONNU", "GDAL n'écrit aucun format raster « %1 » sur cette machine."})
+            .arg(format);
+    if (request.tiled && !hasCreationOption(format, QStringLiteral("TILED")))
+        return labelText({"MESS_FORMAT_SANS_TUILE", "Le format « %1 » n'a pas d'option de tuiles."})
+            .arg(format);
+    if (request.tiled && request.worldFile && !hasCreationOption(format, QStringLiteral("TFW")))
+        return labelText({"MESS_FORMAT_SANS_CALAGE", "Le format « %1 » n'a pas de fichier de calage."})
+            .arg(format);
+    return {};
+}
+
+QString inputProblem(const ProcessingRequest &request, const RasterInfo &input)
+{
+    if (!input.error.isEmpty())
+        return labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}) + QLatin1Char('\n')
+            + request.input + QLatin1Char('\n') + input.error;
+    if (request.band > input.bandCount)
+        return labelText({"MESS_BANDE_ABSENTE", "Le MNT n'a pas de bande %1 ; il en a %2."})
+            .arg(QString::number(request.band), QString::number(input.bandCount));
+    return {};
+}
+
+/// Formats other than these write files of the output's base name beside it (.hdr, .prj, …), which may be the
+/// input's.
+bool writesOneFile(const QString &format)
+{
+    return format.compare(QLatin1String("GTiff"), Qt::CaseInsensitive) == 0
+        || format.compare(QLatin1String("COG"), Qt::CaseInsensitive) == 0;
+}
+
+QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFilesList &outputs,
+                         const QStringList &inputFiles)
+{
+    for (const QuvoOutputFile &output : outputs) {
+        if (isOneOf(output.path, inputFiles))
+            return partOfInput(output.path);
+    }
+    const QFileInfo product(request.output);
+    const auto isNeighbour = [&](const QString &inputFile) {
+        const QFileInfo file(inputFile);
+        return file.completeBaseName() == product.completeBaseName()
+            && QFileInfo(file.absolutePath()) == QFileInfo(product.absolutePath());
+    };
+    if (!writesOneFile(outputFormat(request)) && std::any_of(inputFiles.begin(), inputFiles.end(), isNeighbour))
+        return labelText(
+                   {"MESS_SORTIE_MEME_BASE",
+                    "Le format « %1 » écrit des fichiers annexes qui remplaceraient ceux du MNT d'entrée ; "
+                    "choisissez un autre nom que « %2 »."})
+            .arg(outputFormat(request), product.fileName());
+    return {};
+}
+
+/// Files beside the output that bear its name and are no part of the product that it replaces.
+QStringList filesBeside(const QString &output)
+{
+    const QFileInfo file(output);
+    const QStringList replaced = file.exists() ? readRasterInfo(output).files : QStringList();
+    QStringList files;
+    for (const QFileInfo &other : QFileInfo(file.absolutePath()).dir().exists()
+             ? QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden)
+             : QFileInfoList()) {
+        const bool named = other.fileName().startsWith(file.completeBaseName() + QLatin1Char('.'));
+        if (named && other != file && !replaced.contains(other.absoluteFilePath()))
+            files += other.absoluteFilePath();
+    }
+    return files;
+}
+
+RunPlan refused(RunPlan plan, RunFault fault, const QString &problem)
+{
+    plan.fault = fault;
+    plan.problem = problem;
+    return plan;
+}
+
+} // namespace
+
+QString runCommand(const ProcessingRequest &request, const QString &programFolder)
+{
+    return processCommand(toolPath(programFolder, processRow(*request.process).tool),
+                          processArguments(request));
+}
+
+QString existingOutput(const RunPlan &plan)
+{
+    for (const QuvoOutputFile &output : plan.outputs) {
+        if (QFileInfo::exists(output.path))
+            return output.path;
+    }
+    return {};
+}
+
+RunPlan planRun(const ProcessingRequest &request, const QString &programFolder)
+{
+    RunPlan plan;
+    plan.request = request;
+    const ProcessRow &process = processRow(*request.process);
+
+    QString problem = toolProblem(programFolder, process.tool);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Tool, problem);
+    problem = formatProblem(request);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Format, problem);
+    const RasterInfo input = readRasterInfo(request.input);
+    problem = inputProblem(request, input);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Input, problem);
+
+    const OutputName output =
+        checkOutputName(request.output, formatExtensions(outputFormat(request)), input.files);
+    if (!output.problem.isEmpty())
+        return refused(plan, RunFault::Output, output.problem);
+    plan.request.output = output.path;
+    plan.outputs = declaredOutputs(plan.request);
+    problem = neighbourProblem(plan.request, plan.outputs, input.files);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Output, problem);
+
+    plan.outputs.first().keep = filesBeside(output.path);
+    plan.command = runCommand(plan.request, programFolder);
+    plan.expected = {process.product, output.path, input.width, input.height, outputLayer(request)};
+    const QString warning =
+        freeSpaceWarning(output.path, expectedProductSize(process, input.width, input.height));
+    if (!warning.isEmpty())
+        plan.warnings += warning;
+    return plan;
+}

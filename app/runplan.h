@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/commandline.h"
+#include "dataset/productcheck.h"
+
+#include <QString>
+#include <QStringList>
+
+/// What keeps a run from starting.
+enum class RunFault
+{
+    None,
+    Tool,
+    Format,
+    Input,
+    Output
+};
+
+/// A run that is ready to start, or why it cannot start. Window and batch program plan their runs by the same
+/// function.
+struct RunPlan
+{
+    ProcessingRequest request; ///< with the output under the name that the run writes: absolute, links resolved
+    QString command;           ///< the tool's whole command line
+    QuvoOutputFilesList outputs; ///< what a stop or a failure deletes
+    ExpectedProduct expected;    ///< what the product is compared with
+    QStringList warnings;        ///< sentences that do not keep the run from starting
+    RunFault fault = RunFault::None;
+    QString problem; ///< the fault in a sentence; empty when the run can start
+};
+
+/// Looks at tool, format, input and output of a request whose output is a name as it was typed. Whether an
+/// existing output may be overwritten is left to the caller, who asks existingOutput() when it holds the
+/// output's lock.
+RunPlan planRun(const ProcessingRequest &request, const QString &programFolder);
+
+/// The first of the plan's outputs that is there already; empty when there is none.
+QString existingOutput(const RunPlan &plan);
+
+/// The whole command line of a request, for a tool in the program's folder.
+QString runCommand(const ProcessingRequest &request, const QString &programFolder);

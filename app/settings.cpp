@@ -1,0 +1,76 @@
+#include "app/settings.h"
+
+#include <QSettings>
+
+#include <algorithm>
+
+namespace
+{
+
+const QString organisation = QStringLiteral("KARVEX");
+const QString application = QStringLiteral("Riglios");
+const QString geometryGroup = QStringLiteral("LastGeometry");
+const QString recentGroup = QStringLiteral("RecentUsedListFile");
+
+QString recentKey(int index)
+{
+    return QStringLiteral("File_%1").arg(index);
+}
+
+} // namespace
+
+LastGeometry readLastGeometry()
+{
+    QSettings settings(organisation, application);
+    settings.beginGroup(geometryGroup);
+    LastGeometry geometry;
+    geometry.size = settings.value(QStringLiteral("size"), geometry.size).toSize();
+    geometry.position = settings.value(QStringLiteral("pos"), geometry.position).toPoint();
+    geometry.showPreview = settings.value(QStringLiteral("showPreview"), geometry.showPreview).toBool();
+    return geometry;
+}
+
+void writeLastGeometry(const LastGeometry &geometry)
+{
+    QSettings settings(organisation, application);
+    settings.beginGroup(geometryGroup);
+    settings.setValue(QStringLiteral("size"), geometry.size);
+    settings.setValue(QStringLiteral("pos"), geometry.position);
+    settings.setValue(QStringLiteral("showPreview"), geometry.showPreview);
+}
+
+QStringList readRecentFiles()
+{
+    QSettings settings(organisation, application);
+    settings.beginGroup(recentGroup);
+    QStringList paths;
+    for (int index = 0; settings.contains(recentKey(index)); ++index)
+        paths += settings.value(recentKey(index)).toString();
+    return paths;
+}
+
+void writeRecentFiles(const QStringList &paths)
+{
+    QSettings settings(organisation, application);
+    settings.beginGroup(recentGroup);
+    settings.remove(QString());
+    for (int index = 0; index < paths.size(); ++index)
+        settings.setValue(recentKey(index), paths.at(index));
+}
+
+QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens)
+{
+    if (screens.isEmpty())
+        return wanted;
+    const auto area = [&](const QRect &screen) {
+        const QRect shown = screen.intersected(wanted);
+        return shown.isEmpty() ? 0 : shown.width() * shown.height();
+    };
+    const QRect screen =
+        *std::max_element(screens.begin(), screens.end(),
+                          [&](const QRect &one, const QRect &other) { return area(one) < area(other); });
+    QRect geometry(wanted.topLeft(), wanted.size().boundedTo(screen.size()));
+    geometry.moveLeft(qBound(screen.left(), geometry.left(), screen.right() + 1 - geometry.width()));
+    geometry.moveTop(qBound(screen.top(), geometry.top(), screen.bottom() + 1 - geometry.height()));
+    return geometry;
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+// The per-user settings of the main dialog.
+
+/// Where the dialog was when it was closed.
+struct LastGeometry
+{
+    QSize size{707, 740};
+    QPoint position{155, 10};
+    bool showPreview = true; ///< whether the preview area is shown
+};
+
+LastGeometry readLastGeometry();
+void writeLastGeometry(const LastGeometry &geometry);
+
+/// The DEMs used last, absolute paths, the newest first.
+QStringList readRecentFiles();
+void writeRecentFiles(const QStringList &paths);
+
+/// The geometry moved and shrunk so that the screens show it; screens: their available areas, the first the
+/// main one.
+QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens);

@@ -1,0 +1,81 @@
+#include "messages/Prompt.h"
+
+#include "messages/label.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVariant>
+
+namespace
+{
+
+constexpr char answersProperty[] = "quvoPromptAnswers";
+constexpr char shownProperty[] = "quvoPromptShown";
+
+/// Whether a test has answered beforehand; then the answer.
+bool answered(const QString &title, const QString &text, bool &answer)
+{
+    if (!qApp->property(answersProperty).isValid())
+        return false;
+    QVariantList answers = qApp->property(answersProperty).toList();
+    answer = !answers.isEmpty() && answers.takeFirst().toBool();
+    qApp->setProperty(answersProperty, answers);
+    qApp->setProperty(shownProperty,
+                      qApp->property(shownProperty).toStringList() << title + QStringLiteral(": ") + text);
+    return true;
+}
+
+void show(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text)
+{
+    bool answer = false;
+    if (answered(title, text, answer))
+        return;
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+} // namespace
+
+void Prompt::warning(QWidget *parent, const QString &text)
+{
+    show(parent, QMessageBox::Warning, labelText({"MESS_ATTENTION", "Attention"}), text);
+}
+
+void Prompt::critical(QWidget *parent, const QString &text)
+{
+    show(parent, QMessageBox::Critical, labelText({"MESS_ERREUR", "Erreur"}), text);
+}
+
+bool Prompt::question(QWidget *parent, const QString &text)
+{
+    const QString title = labelText({"MESS_QUESTION", "Question"});
+    bool answer = false;
+    if (answered(title, text, answer))
+        return answer;
+    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    const auto yes = box.addButton(labelText({"MESS_OUI", "Oui"}), QMessageBox::YesRole);
+    const auto no = box.addButton(labelText({"MESS_NON", "Non"}), QMessageBox::NoRole);
+    box.setDefaultButton(no);
+    box.setEscapeButton(no);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
+void Prompt::answerBeforehand(const QVector<bool> &answers)
+{
+    QVariantList list;
+    for (const bool answer : answers)
+        list += answer;
+    qApp->setProperty(answersProperty, list);
+    qApp->setProperty(shownProperty, QStringList());
+}
+
+QStringList Prompt::takeShown()
+{
+    const QStringList shown = qApp->property(shownProperty).toStringList();
+    qApp->setProperty(shownProperty, QStringList());
+    return shown;
+}

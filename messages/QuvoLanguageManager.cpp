@@ -1,0 +1,112 @@
+#include "messages/QuvoLanguageManager.h"
+
+#include "messages/KeyTranslator.h"
+#include "messages/dicoindex.h"
+#include "messages/logging.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QLibraryInfo>
+#include <QLocale>
+
+#include <cstdarg>
+
+namespace
+{
+
+/// The texts of a dictionary by key, the first of each. Records that reach outside the data file are left out.
+KeyTranslator::Texts readTexts(const QString &dataPath)
+{
+    KeyTranslator::Texts texts;
+    QFile data(dataPath);
+    QFile index(dataPath + QStringLiteral(".idx"));
+    if (!data.open(QIODevice::ReadOnly) || !index.open(QIODevice::ReadOnly))
+        return texts;
+    const QByteArray allTexts = data.readAll();
+    const QByteArray records = index.readAll();
+    for (const DicoRecord &record :
+         parseDicoIndex({records.constData(), static_cast<std::size_t>(records.size())})) {
+        const QByteArray key = QByteArray::fromStdString(record.key);
+        const bool fits = record.offset >= 0 && record.length >= 0 && record.offset <= allTexts.size()
+            && record.length <= allTexts.size() - record.offset;
+        if (fits && !texts.contains(key))
+            texts.insert(key, QString::fromUtf8(allTexts.mid(record.offset, record.length)));
+    }
+    return texts;
+}
+
+KeyTranslator::Texts readLanguage(const QString &folder, const QString &language)
+{
+    const QString stem = QDir(folder).filePath(QStringLiteral("geodico"));
+    const QString suffix = QString::fromLatin1(dicoLanguage(language.toStdString()).suffix);
+    for (const QString &path : {stem + suffix, stem + QStringLiteral(".lc")}) {
+        KeyTranslator::Texts texts = readTexts(path);
+        if (!texts.isEmpty())
+            return texts;
+    }
+    qCWarning(lcMessages, "no dictionary in %s for %s", qUtf8Printable(folder), qUtf8Printable(language));
+    return {};
+}
+
+/// Qt's name of the language; the default texts are French.
+QString qtLanguage(const QString &language)
+{
+    return dicoLanguage(language.toStdString()).number == 1 ? QStringLiteral("en") : QStringLiteral("fr");
+}
+
+} // namespace
+
+QuvoLanguageManager::QuvoLanguageManager() = default;
+QuvoLanguageManager::~QuvoLanguageManager() = default;
+
+QuvoLanguageManager *QuvoLanguageManager::getInstance()
+{
+    static QuvoLanguageManager manager;
+    return &manager;
+}
+
+void QuvoLanguageManager::defaultSetup(const QString &messagesPath, const QString &language, const QString &)
+{
+    m_language = language;
+    m_texts.reset(); // a translator that is deleted leaves the application
+    m_qtTexts = std::make_unique<QTranslator>();
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    const QString translations = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+#else
+    const QString translations = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+#endif
+    if (m_qtTexts->load(QStringLiteral("qtbase_") + qtLanguage(language), translations))
+        QCoreApplication::installTranslator(m_qtTexts.get());
+    m_texts = std::make_unique<KeyTranslator>(readLanguage(messagesPath, language), nullptr);
+    QCoreApplication::installTranslator(m_texts.get());
+    QLocale::setDefault(QLocale(qtLanguage(language)));
+}
+
+bool QuvoLanguageManager::currentLanguageNeedsReversedLayout() const
+{
+    return m_language == QLatin1String("ARABIC") || m_language == QLatin1String("HEBREW");
+}
+
+QString QuvoLanguageManager::text(const char *key) const
+{
+    return m_texts ? m_texts->text(key) : QString();
+}
+
+QString dico_label(const char *key, ...)
+{
+    const QString text = QuvoLanguageManager::getInstance()->text(key);
+    if (text.isNull())
+        return QString::fromUtf8(key);
+    const QByteArray format = text.toLocal8Bit();
+    const std::string conversions = printfConversions(format.toStdString());
+    if (conversions != "%s" && !conversions.empty())
+        return text;
+    std::va_list arguments;
+    va_start(arguments, key);
+    QByteArray filled(format.size() + 5000, '\0');
+    const int length =
+        std::vsnprintf(filled.data(), static_cast<std::size_t>(filled.size()), format.constData(), arguments);
+    va_end(arguments);
+    return QString::fromLocal8Bit(filled.constData(), qMin(length, static_cast<int>(filled.size()) - 1));
+}

@@ -1,0 +1,264 @@
+#include "messages/dico.h"
+
+#include "messages/dicoindex.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace
+{
+
+struct DicoFile
+{
+    char dataPath[1024];
+    char indexPath[1024];
+    std::vector<DicoRecord> records;
+    std::int32_t recordCount;
+    std::int32_t loaded; ///< 0 until the index has been read
+};
+
+/// The one state of the facility, for the whole process.
+struct Dico
+{
+    std::vector<DicoFile> files; ///< the language's at index 0, then those added; empty: not initialised
+    std::string errorPrefix;
+    std::string warningPrefix;
+    std::string usagePrefix;
+    std::FILE *stream = nullptr;
+    std::int32_t exitOnError = 0;
+    void (*callback)(const char *) = nullptr;
+    int language = 10; ///< recorded only
+};
+
+Dico dico;
+
+[[noreturn]] void giveUp(const char *format, const char *text)
+{
+    std::printf(format, text);
+    std::fflush(stdout);
+    std::exit(0);
+}
+
+bool isReadable(const std::string &path)
+{
+#ifdef _WIN32
+    return _access(path.c_str(), 4) == 0;
+#else
+    return access(path.c_str(), R_OK) == 0;
+#endif
+}
+
+void append(const std::string &dataPath, const std::string &indexPath)
+{
+    DicoFile file{};
+    std::snprintf(file.dataPath, sizeof file.dataPath, "%s", dataPath.c_str());
+    std::snprintf(file.indexPath, sizeof file.indexPath, "%s", indexPath.c_str());
+    dico.files.push_back(file);
+}
+
+void load(DicoFile &file)
+{
+    file.loaded = 1; // for better or worse: a fault is told once
+    struct stat status
+    { };
+    if (stat(file.indexPath, &status) != 0) {
+        std::printf("ERROR : could not stat %s\n", file.indexPath);
+        std::perror("stat");
+        return;
+    }
+    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+    if (std::FILE *index = std::fopen(file.indexPath, "rb")) {
+        const std::size_t read = std::fread(bytes.data(), 1, bytes.size(), index);
+        std::fclose(index);
+        if (read < bytes.size())
+            std::printf("ERROR : could not read %s\n", file.indexPath);
+        bytes.resize(read);
+    } else {
+        std::printf("ERROR : could not read %s\n", file.indexPath);
+        bytes.clear();
+    }
+    file.records = parseDicoIndex(bytes);
+    file.recordCount = static_cast<std::int32_t>(file.records.size());
+}
+
+/// The record's text. A record that reaches outside the data file gives what there is of it.
+std::string readText(const DicoFile &file, const DicoRecord &record)
+{
+    std::string text;
+    struct stat status
+    { };
+    if (stat(file.dataPath, &status) != 0 || record.offset < 0 || record.length <= 0
+        || record.offset >= status.st_size)
+        return text;
+    std::FILE *data = std::fopen(file.dataPath, "rb");
+    if (!data)
+        return text;
+    const auto rest = static_cast<std::size_t>(status.st_size - record.offset);
+    text.resize(std::min(static_cast<std::size_t>(record.length), rest));
+    if (std::fseek(data, record.offset, SEEK_SET) != 0)
+        text.clear();
+    text.resize(std::fread(text.data(), 1, text.size(), data));
+    std::fclose(data);
+    return text.c_str(); // a text ends at its first NUL, as printf takes it
+}
+
+void fetchPrefixes(const DicoFile &file)
+{
+    for (const DicoRecord &record : file.records) {
+        if (record.key == "ERREUR")
+            dico.errorPrefix = readText(file, record);
+        else if (record.key == "AVERTISSEMENT")
+            dico.warningPrefix = readText(file, record);
+        else if (record.key == "USAGE")
+            dico.usagePrefix = readText(file, record);
+    }
+}
+
+std::string withPrefix(const DicoRecord &record, const std::string &text)
+{
+    const std::string numbered = " " + std::to_string(record.number) + " : " + text;
+    switch (record.kind) {
+    case DicoError:
+        return dico.errorPrefix + numbered;
+    case DicoWarning:
+        return dico.warningPrefix + numbered;
+    case DicoUsage:
+        return dico.usagePrefix + "\n" + text + "\n";
+    default:
+        return text;
+    }
+}
+
+void print(const std::string &message)
+{
+    if (dico.stream) {
+        std::fprintf(dico.stream, "%s\n", message.c_str());
+        std::fflush(dico.stream);
+    }
+    if (dico.exitOnError == 1 && dico_is_error(message.c_str()))
+        std::exit(-1);
+    if (dico.callback)
+        dico.callback(message.c_str());
+}
+
+/// ASCII capitals only: no locale has a say.
+char capital(char letter)
+{
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+} // namespace
+
+void dico_init(void)
+{
+    const char *variable = std::getenv("GEOLANGUE");
+    const std::string name = variable ? variable : "DEFAULT";
+    const DicoLanguage language = variable ? dicoLanguage(name) : DicoLanguage{".lc", 10};
+    dico.language = language.number;
+
+    const char *home = std::getenv("LUMAGRAF_HOME");
+    if (!home)
+        giveUp("%s", "ERROR : LUMAGRAF_HOME undefined !!!\n");
+    const std::string stem = std::string(home) + "/MESSAGES/geodico";
+    std::string dataPath = stem + language.suffix;
+    if (!isReadable(dataPath) || !isReadable(dataPath + ".idx")) {
+        if (name == "DEFAULT")
+            giveUp("ERROR : no language file for : %s\n", "DEFAULT");
+        dataPath = stem + ".lc";
+        // Either file will do here, where both were asked for above: kept so on purpose.
+        if (!isReadable(dataPath) && !isReadable(dataPath + ".idx"))
+            giveUp("ERROR : no language file for : %s and DEFAULT\n", name.c_str());
+    }
+    dico.files.clear();
+    append(dataPath, dataPath + ".idx");
+    dico.stream = stdout;
+    dico.exitOnError = 0;
+    dico.callback = nullptr;
+    if (const char *list = std::getenv("MON_DICO"))
+        dico_add_list(list);
+}
+
+void dico_add_file(const char *path)
+{
+    if (dico.files.empty())
+        dico_init();
+    const std::string dataPath = path;
+    for (const std::string &needed : {dataPath, dataPath + ".idx"}) {
+        if (!isReadable(needed))
+            giveUp("ERROR : %s not found\n", needed.c_str());
+    }
+    append(dataPath, dataPath + ".idx");
+}
+
+void dico_add_list(const char *list)
+{
+    std::string rest = list;
+    while (!rest.empty()) {
+        const auto end = rest.find(';');
+        dico_add_file(rest.substr(0, std::min(end, sizeof DicoFile::dataPath - 1)).c_str());
+        rest = end == std::string::npos ? std::string() : rest.substr(end + 1);
+    }
+}
+
+void dico_message(const char *key, ...)
+{
+    if (dico.files.empty())
+        dico_init();
+    if (!dico.files.front().loaded) {
+        load(dico.files.front());
+        fetchPrefixes(dico.files.front());
+    }
+    for (auto file = dico.files.rbegin(); file != dico.files.rend(); ++file) {
+        if (!file->loaded)
+            load(*file);
+        for (const DicoRecord &record : file->records) {
+            if (record.key != key)
+                continue;
+            const std::string format = readText(*file, record);
+            std::vector<char> text(format.size() + 5000);
+            std::va_list arguments;
+            va_start(arguments, key);
+            std::vsnprintf(text.data(), text.size(), format.c_str(), arguments);
+            va_end(arguments);
+            print(withPrefix(record, text.data()));
+            return;
+        }
+    }
+}
+
+int dico_is_error(const char *text)
+{
+    for (const char letter : dico.errorPrefix) {
+        if (capital(*text) != capital(letter))
+            return 0;
+        ++text;
+    }
+    return 1;
+}
+
+void dico_set_callback(void (*callback)(const char *text))
+{
+    if (dico.files.empty())
+        dico_init();
+    dico.callback = callback;
+}
+
+void dico_set_exit_on_error(int on)
+{
+    if (dico.files.empty())
+        dico_init();
+    dico.exitOnError = on;
+}

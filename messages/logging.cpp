@@ -1,0 +1,3 @@
+#include "messages/logging.h"
+
+Q_LOGGING_CATEGORY(lcMessages, "quvo.messages", QtInfoMsg)

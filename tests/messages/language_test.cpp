@@ -1,0 +1,170 @@
+#include "messages/Prompt.h"
+#include "messages/QuvoLanguageManager.h"
+#include "messages/dictionary/dictionarysource.h"
+#include "messages/inifile.h"
+#include "messages/label.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QDirIterator>
+#include <QFile>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+class LanguageTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyKeyHasAnEnglishText();
+    void bothLanguages();
+    void missingDictionaries();
+    void longKeysAreComparedByTheirStart();
+    void iniFile();
+    void prompts();
+};
+
+namespace
+{
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+DictionarySource source(const char *name)
+{
+    return parseDictionary(contents(QStringLiteral(QUVO_SOURCE "/messages/dictionary/") + name).toStdString());
+}
+
+const QString messagesFolder = QStringLiteral(QUVO_TREE "/MESSAGES");
+
+/// Keys of code and forms, with the default text that stands beside each, as far as it is found.
+QHash<QString, QString> keysInSources()
+{
+    static const QRegularExpression inCode(
+        QStringLiteral("\"(MESS_[^\"]+)\"(?:\\s*,\\s*((?:\"(?:[^\"\\\\]|\\\\.)*\"\\s*)+))?"));
+    static const QRegularExpression inForms(QStringLiteral("comment=\"(MESS_[^\"]+)\">([^<]*)<"));
+    QHash<QString, QString> keys;
+    for (const char *folder :
+         {"messages", "dataset", "runner", "panels", "app", "colortable", "resources/forms"}) {
+        QDirIterator files(QStringLiteral(QUVO_SOURCE "/") + folder, {"*.cpp", "*.h", "*.ui"}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString text = QString::fromUtf8(contents(files.next()));
+            auto matches = (files.fileName().endsWith(".ui") ? inForms : inCode).globalMatch(text);
+            while (matches.hasNext()) {
+                const auto match = matches.next();
+                keys.insert(match.captured(1), match.captured(2));
+            }
+        }
+    }
+    return keys;
+}
+
+} // namespace
+
+void LanguageTest::everyKeyHasAnEnglishText()
+{
+    QHash<QString, std::string> english;
+    for (const DictionaryEntry &entry : source("english.txt").entries)
+        english.insert(QString::fromStdString(entry.key), entry.text);
+    const auto keys = keysInSources();
+    QVERIFY(keys.size() > 50);
+    QHash<QString, QString> starts;
+    for (auto key = keys.begin(); key != keys.end(); ++key) {
+        const QString start = key.key().left(23);
+        QVERIFY2(english.contains(start), qPrintable(key.key()));
+        QVERIFY2(!starts.contains(start), qPrintable(start));
+        starts.insert(start, key.key());
+        if (!key.value().isEmpty())
+            QVERIFY2(qtPlaces(key.value().toStdString()) == qtPlaces(english.value(start)),
+                     qPrintable(key.key()));
+    }
+    for (const DictionaryEntry &entry : source("french.txt").entries)
+        QVERIFY2(english.contains(QString::fromStdString(entry.key)), entry.key.c_str());
+}
+
+void LanguageTest::bothLanguages()
+{
+    QuvoLanguageManager *languages = QuvoLanguageManager::getInstance();
+    languages->defaultSetup(messagesFolder, "FRENCH", {});
+    QCOMPARE(labelText({"MESS_SECONDES", "second(s)"}), QStringLiteral("seconde(s)"));
+    QCOMPARE(labelText({"MESS_TRAIT_ANNULE", "défaut"}), QStringLiteral("défaut"));
+    QCOMPARE(dico_label("MESS_FICHIER_EXISTANT", "/a %1 %s/é.tif"),
+             QStringLiteral("Le fichier « /a %1 %s/é.tif » existe déjà. Voulez-vous le remplacer ?"));
+    const auto cancelText = [] {
+        return QDialogButtonBox(QDialogButtonBox::Cancel).buttons().constFirst()->text();
+    };
+    QVERIFY(cancelText().contains("Annuler"));
+
+    QWidget window;
+    languages->defaultSetup(messagesFolder, "ENGLISH", {});
+    QCOMPARE(labelText({"MESS_TRAIT_ANNULE", "défaut"}), QStringLiteral("The process was cancelled."));
+    QVERIFY(cancelText().contains("Cancel"));
+    QCOMPARE(labelText({"MESS_NO_SUCH_KEY", "défaut"}), QStringLiteral("défaut"));
+    QCOMPARE(dico_label("MESS_NO_SUCH_KEY", "x"), QStringLiteral("MESS_NO_SUCH_KEY"));
+    QVERIFY(!languages->currentLanguageNeedsReversedLayout());
+}
+
+void LanguageTest::missingDictionaries()
+{
+    QuvoLanguageManager *languages = QuvoLanguageManager::getInstance();
+    languages->defaultSetup(messagesFolder, "HEBREW", {}); // none of its own: the default dictionary
+    QCOMPARE(labelText({"MESS_SECONDES", "second(s)"}), QStringLiteral("seconde(s)"));
+    QVERIFY(languages->currentLanguageNeedsReversedLayout());
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no dictionary in /no/such"));
+    languages->defaultSetup("/no/such", "ENGLISH", {});
+    QCOMPARE(labelText({"MESS_SECONDES", "second(s)"}), QStringLiteral("second(s)"));
+}
+
+void LanguageTest::longKeysAreComparedByTheirStart()
+{
+    const QTemporaryDir folder;
+    const CompiledDictionary compiled =
+        compileDictionary(parseDictionary("MESS_ ATN_TC_VAL_INVALI = bad value\nODD = %s %s\n"));
+    for (const auto &[name, bytes] :
+         {std::pair("geodico.an", compiled.data), std::pair("geodico.an.idx", compiled.index)}) {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly)
+                && file.write(bytes.data(), static_cast<qint64>(bytes.size())) > 0);
+    }
+    QuvoLanguageManager::getInstance()->defaultSetup(folder.path(), "EN", {});
+    QCOMPARE(labelText({"MESS_ ATN_TC_VAL_INVALID", "défaut"}), QStringLiteral("bad value"));
+    QCOMPARE(dico_label("ODD", "x"), QStringLiteral("%s %s")); // more places than callers fill
+}
+
+void LanguageTest::iniFile()
+{
+    const QTemporaryDir folder;
+    const auto written = [&](const QByteArray &text) {
+        QFile file(folder.filePath("a.ini"));
+        return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? file.fileName() : QString();
+    };
+    {
+        const IniFile file(written("# comment\n[Quvo Section]\nKey = /a b/é ; comment\nEMPTY =\n"));
+        QCOMPARE(file.get("QUVO SECTION", "KEY", "d"), QByteArray("/a b/é"));
+        QCOMPARE(file.get("Quvo Section", "empty", "d"), QByteArray());
+        QCOMPARE(file.get("Quvo Section", "other", "d"), QByteArray("d"));
+    }
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("iniparser: syntax error"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("gives no setting"));
+    const IniFile garbage(written("[section]\nno equals sign\n"));
+    QCOMPARE(garbage.get("section", "key", "d"), QByteArray("d"));
+}
+
+void LanguageTest::prompts()
+{
+    Prompt::answerBeforehand({true});
+    QVERIFY(Prompt::question(nullptr, "one"));
+    QVERIFY(!Prompt::question(nullptr, "two"));
+    Prompt::warning(nullptr, "three");
+    QCOMPARE(Prompt::takeShown(), (QStringList{"Question: one", "Question: two", "Attention: three"}));
+}
+
+QTEST_MAIN(LanguageTest)
+#include "language_test.moc"
