@@ -1,25 +1,24 @@
 #include "app/BatchRun.h"
 
 #include "app/console.h"
-#include "runner/outputfiles.h"
 
 BatchRun::BatchRun()
-    : m_runner(nullptr)
+    : m_scriptRunner(nullptr)
+    , m_run(m_scriptRunner)
 {
-    connect(&m_runner, &QuvoScriptRunner::updateProgress, this,
+    connect(&m_scriptRunner, &QuvoScriptRunner::updateProgress, this,
             [this](int percent) { printOutput(m_progress.advance(percent)); });
-    connect(&m_runner, &QuvoScriptRunner::done, this, &BatchRun::onDone);
-    connect(&m_runner, &QuvoScriptRunner::aborted, this, &BatchRun::onStopped);
-    connect(&m_runner, &QuvoScriptRunner::error, this, &BatchRun::onError);
-    connect(&m_stopSignals, &StopSignals::stopRequested, &m_runner, &QuvoScriptRunner::processUserCancel);
+    connect(&m_run, &ProductRun::finished, this, &BatchRun::onFinished);
+    connect(&m_run, &ProductRun::aborted, this, &BatchRun::onAborted);
+    connect(&m_run, &ProductRun::failed, this, &BatchRun::onFailed);
+    connect(&m_stopSignals, &StopSignals::stopRequested, &m_scriptRunner, &QuvoScriptRunner::processUserCancel);
 }
 
 void BatchRun::start(const RunPlan &plan, bool overwrite)
 {
-    m_plan = plan;
-    m_lock = std::make_unique<OutputLock>(plan.request.output);
-    if (!m_lock->problem().isEmpty()) {
-        end(BatchExit::Failed, m_lock->problem());
+    auto lock = std::make_unique<OutputLock>(plan.request.output);
+    if (!lock->problem().isEmpty()) {
+        end(BatchExit::Failed, lock->problem());
         return;
     }
     const QString existing = existingOutput(plan);
@@ -29,47 +28,37 @@ void BatchRun::start(const RunPlan &plan, bool overwrite)
         return;
     }
     printOutput(m_progress.advance(0));
-    const QString title = labelText(processRow(*plan.request.process).stepTitle);
-    m_runner.run({{plan.command, title}}, {plan.outputs}, NoProgressWindow);
+    m_run.start(plan, std::move(lock), false, QString());
 }
 
-void BatchRun::onDone()
+void BatchRun::onFinished()
 {
-    const QString toolText = m_runner.lastStandardError();
-    const ProductCheck check = checkProduct(m_plan.expected, toolText);
-    if (check.problem.isEmpty()) {
-        printOutput(m_progress.finish());
-        printError(toolText);
-        end(BatchExit::Done, QString());
-        return;
-    }
-    deleteOutputFiles({m_plan.outputs});
-    printOutput(m_progress.abandon());
-    printError(toolText);
-    end(BatchExit::Failed, check.problem);
+    printOutput(m_progress.finish());
+    printError(m_run.outcome().toolText);
+    end(BatchExit::Done, QString());
 }
 
-void BatchRun::onStopped()
+void BatchRun::onAborted()
 {
     printOutput(m_progress.abandon());
     end(BatchExit::Failed, labelText({"MESS_TRAIT_ANNULE", "Le traitement a été annulé."}));
 }
 
-void BatchRun::onError(const QString &toolText)
+void BatchRun::onFailed()
 {
     if (StopSignals::wasAsked()) { // Ctrl-C reached the tool, too, and it was faster
-        onStopped();
+        onAborted();
         return;
     }
     printOutput(m_progress.abandon());
-    printError(toolText);
-    end(BatchExit::Failed,
-        labelText({"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."}));
+    printError(m_run.outcome().toolText);
+    const QString sentence =
+        labelText({"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
+    end(BatchExit::Failed, m_run.outcome().sentence.isEmpty() ? sentence : m_run.outcome().sentence);
 }
 
 void BatchRun::end(BatchExit exit, const QString &sentence)
 {
     printError(sentence);
-    m_lock.reset();
     emit finished(exit);
 }

@@ -1,15 +1,12 @@
 #pragma once
 
+#include "app/ProductRun.h"
 #include "app/StopSignals.h"
 #include "app/batchrequest.h"
-#include "app/outputlock.h"
-#include "app/runplan.h"
 #include "app/terminalprogress.h"
 #include "runner/QuvoScriptRunner.h"
 
 #include <QObject>
-
-#include <memory>
 
 /// One run of the batch program: progress on standard output, the tool's text and our sentences on standard
 /// error.
@@ -27,14 +24,13 @@ signals:
     void finished(BatchExit exit);
 
 private:
-    void onDone();
-    void onStopped();
-    void onError(const QString &toolText);
+    void onFinished();
+    void onAborted();
+    void onFailed();
     void end(BatchExit exit, const QString &sentence);
 
-    QuvoScriptRunner m_runner;
+    QuvoScriptRunner m_scriptRunner;
+    ProductRun m_run;
     StopSignals m_stopSignals;
-    RunPlan m_plan;
-    std::unique_ptr<OutputLock> m_lock;
     TerminalProgress m_progress;
 };

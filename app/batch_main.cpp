@@ -59,9 +59,10 @@ int refuse(const QString &problem, BatchExit exit)
     return static_cast<int>(exit);
 }
 
-int run(const ProcessingRequest &request, bool overwrite)
+int run(const BatchRequest &batch, bool overwrite)
 {
-    const RunPlan plan = planRun(request, QCoreApplication::applicationDirPath());
+    const RunPlan plan =
+        planRun(batch.request, findTools(QCoreApplication::applicationDirPath()), batch.otherInputs);
     if (plan.fault != RunFault::None)
         return refuse(plan.problem, plan.fault == RunFault::Tool ? BatchExit::Failed : BatchExit::BadArguments);
     for (const QString &warning : plan.warnings)
@@ -82,8 +83,9 @@ int runOrPrint(const BatchArguments &arguments)
         return refuse(batch.problem, BatchExit::BadArguments);
     printError(batch.warning);
     if (arguments.action == BatchAction::Run)
-        return run(batch.request, arguments.overwrite);
-    printOutput(printedCommand(batch.request, QCoreApplication::applicationDirPath()) + QLatin1Char('\n'));
+        return run(batch, arguments.overwrite);
+    printOutput(printedCommand(batch.request, findTools(QCoreApplication::applicationDirPath()))
+                + QLatin1Char('\n'));
     return static_cast<int>(BatchExit::Done);
 }
 

@@ -110,6 +110,8 @@ BatchRequest assembleBatch(const BatchArguments &arguments)
     request.worldFile = recipe.worldFile;
     request.fragment = argumentFragment(recipe.options);
     request.output = recipe.output;
+    if (!arguments.recipeFile.isEmpty())
+        batch.otherInputs += QFileInfo(arguments.recipeFile).absoluteFilePath();
 
     if (request.worldFile && !request.tiled)
         batch.warning = labelText({"MESS_CALAGE_SANS_TUILE",
@@ -117,10 +119,10 @@ BatchRequest assembleBatch(const BatchArguments &arguments)
     return batch;
 }
 
-QString printedCommand(const ProcessingRequest &request, const QString &programFolder)
+QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools)
 {
     ProcessingRequest printed = request;
     const QString output = withExtension(request.output, formatExtensions(outputFormat(request)));
     printed.output = QFileInfo(output).absoluteFilePath();
-    return runCommand(printed, programFolder);
+    return runCommand(printed, tools);
 }

@@ -2,8 +2,10 @@
 
 #include "app/batcharguments.h"
 #include "app/commandline.h"
+#include "app/tools.h"
 
 #include <QString>
+#include <QStringList>
 
 /// How the batch program ends.
 enum class BatchExit
@@ -17,6 +19,7 @@ enum class BatchExit
 struct BatchRequest
 {
     ProcessingRequest request; ///< the output as it was typed, or as the recipe's folder makes it
+    QStringList otherInputs;   ///< files besides the DEM that the output must not be: the recipe
     QString warning;           ///< a sentence that does not keep the run from starting; mostly empty
     QString problem;           ///< why it cannot start, in a sentence; empty when it may
 };
@@ -25,4 +28,4 @@ struct BatchRequest
 BatchRequest assembleBatch(const BatchArguments &arguments);
 
 /// The command line that a run would use, for whoever wants to see it; the input need not exist.
-QString printedCommand(const ProcessingRequest &request, const QString &programFolder);
+QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools);

@@ -38,7 +38,8 @@ void exportVariable(const QByteArray &assignment)
 QString registeredValue(const QString &keyPath, const QString &defaultValue)
 {
     const QSettings settings(QStringLiteral("KARVEX"), keyPath.section(QLatin1Char('/'), 0, 0));
-    return settings.value(keyPath.section(QLatin1Char('/'), 1), defaultValue).toString();
+    const QString value = settings.value(keyPath.section(QLatin1Char('/'), 1)).toString();
+    return value.isEmpty() ? defaultValue : value;
 }
 
 /// A value of the environment file; a settings key's, when it is empty; else the default.

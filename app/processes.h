@@ -36,6 +36,7 @@ struct ProcessRow
     int bands;          ///< bands of a raster product
     int bytesPerCell;   ///< bytes of one cell of one band, without compression
     const char *suffix; ///< of the proposed output name
+    const char *icon;   ///< file of its picture in the folder of the tab icons
     Label stepTitle;    ///< what the progress window says while it runs
 };
 

@@ -1,17 +1,30 @@
 #include "app/quvoGdalUtilities.h"
 
-#include "dataset/pathencoding.h"
-#include "dataset/rasterinfo.h"
+#include "app/InputDem.h"
+#include "app/OutputFile.h"
+#include "app/aboutDialog.h"
+#include "app/dialogrules.h"
+#include "app/processResultDialog.h"
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
+#include "messages/QuvoLanguageManager.h"
+#include "panels/shadedOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 
 #include <QDir>
-#include <QEvent>
+#include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
+#include <QIcon>
+#include <QMimeData>
 #include <QScreen>
+#include <QTimer>
 
 namespace
 {
+
+const QString imageFolder = QStringLiteral(":/QuvoGdalUtilities/images/");
 
 QVector<QRect> availableScreens()
 {
@@ -21,33 +34,96 @@ QVector<QRect> availableScreens()
     return areas;
 }
 
+QString filterPattern()
+{
+#ifdef Q_OS_WIN
+    return QStringLiteral("*.*");
+#else
+    return QStringLiteral("*");
+#endif
+}
+
+/// The local file of a drop; empty for none, or more than one.
+QString droppedFile(const QMimeData *data)
+{
+    const QList<QUrl> addresses = data->urls();
+    return addresses.size() == 1 ? addresses.first().toLocalFile() : QString();
+}
+
 } // namespace
 
 quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt::WindowFlags flags)
     : QDialog(parent, flags)
     , m_form(std::make_unique<Ui::quvoGdalUtilitiesDialog>())
     , m_tools(tools)
+    , m_scriptRunner(nullptr)
+    , m_run(m_scriptRunner)
 {
     m_form->setupUi(this);
+    m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
+    m_output = std::make_unique<OutputFile>(m_form->m_pLEOutputFile);
+
+    m_shadedPanel = new shadedOptionsWidget(m_form->shadedTab);
+    connect(m_shadedPanel, &shadedOptionsWidget::completeChanged, this,
+            &quvoGdalUtilities::slot_activeLaunchButton);
+    connect(m_shadedPanel, &shadedOptionsWidget::completeChanged, this,
+            &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
+    addPanel(Process::ShadedRelief, m_shadedPanel, m_form->shadedTab);
+    addPanel(Process::Slope, nullptr, m_form->slopeTab);
+    addPanel(Process::Aspect, nullptr, m_form->aspectTab);
+    addPanel(Process::Intervisibility, nullptr, m_form->intervisibilityTab);
+    addPanel(Process::ColorRelief, nullptr, m_form->colorReliefTab);
+    addPanel(Process::Contour, nullptr, m_form->contourTab);
+    addPanel(Process::TriTpiRoughness, nullptr, m_form->tri_tpi_roughnessTab);
+
+    restoreGeometryFromSettings();
+    applyTexts();
+    connectControls();
+    slot_activeLaunchButton();
+}
+
+quvoGdalUtilities::~quvoGdalUtilities() = default;
+
+void quvoGdalUtilities::addPanel(Process process, optionsWidget *panel, QWidget *tab)
+{
+    const auto at = static_cast<std::size_t>(process);
+    m_tabIndexes[at] = m_form->m_pTabWidget->indexOf(tab);
+    m_panels[at] = panel;
+    m_form->m_pTabWidget->setTabVisible(m_tabIndexes[at], panel != nullptr); // hidden, so that the indexes stay
+    if (panel)
+        tab->layout()->addWidget(panel);
+}
+
+void quvoGdalUtilities::connectControls()
+{
+    connect(&m_run, &ProductRun::finished, this, &quvoGdalUtilities::slot_processFinished);
+    connect(&m_run, &ProductRun::aborted, this, &quvoGdalUtilities::slot_processAborted);
+    connect(&m_run, &ProductRun::failed, this, &quvoGdalUtilities::slot_processFailed);
+    connect(m_form->m_pAboutLabel, &QLabel::linkActivated, this, &quvoGdalUtilities::slot_showAboutAppDialog);
+    connect(m_form->m_pPBSelectInputDEM, &QPushButton::clicked, this, &quvoGdalUtilities::slot_selectInputDem);
+    connect(m_form->m_pTabWidget, &QTabWidget::currentChanged, this,
+            &quvoGdalUtilities::slot_onCurrentTabChanged);
+    connect(m_input.get(), &InputDem::changed, this, &quvoGdalUtilities::slot_onInputDemChanged);
+    connect(m_form->m_pLEOutputFile, &QLineEdit::textChanged, this,
+            &quvoGdalUtilities::slot_onOutputFileChanged);
+    connect(m_form->m_pPBSelectOutputFile, &QPushButton::clicked, this,
+            &quvoGdalUtilities::slot_selectOutputFile);
+    connect(m_form->m_pPBLaunchProcess, &QPushButton::clicked, this, &quvoGdalUtilities::slot_launchProcess);
+    connect(m_form->m_pPBClose, &QPushButton::clicked, this, &quvoGdalUtilities::close);
+}
+
+void quvoGdalUtilities::restoreGeometryFromSettings()
+{
     m_lastGeometry = readLastGeometry();
     const QRect visible = visibleGeometry({m_lastGeometry.position, m_lastGeometry.size}, availableScreens());
     resize(visible.size());
     move(visible.topLeft());
 }
 
-quvoGdalUtilities::~quvoGdalUtilities() = default;
-
 void quvoGdalUtilities::setInputDem(const QString &path)
 {
     setKeepStartingDir(false);
-    const RasterInfo info = readRasterInfo(dataSetName(path, QDir::currentPath()));
-    if (info.error.isEmpty())
-        m_inputDem = path;
-    else
-        Prompt::warning(
-            this,
-            QStringLiteral("%1\n\n%2")
-                .arg(labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}), path));
+    m_input->choose(path);
 }
 
 void quvoGdalUtilities::setKeepStartingDir(bool keep)
@@ -55,8 +131,196 @@ void quvoGdalUtilities::setKeepStartingDir(bool keep)
     m_keepStartingDir = keep;
 }
 
+std::optional<Process> quvoGdalUtilities::currentProcess() const
+{
+    for (std::size_t at = 0; at < m_tabIndexes.size(); ++at) {
+        if (m_tabIndexes[at] == m_form->m_pTabWidget->currentIndex())
+            return static_cast<Process>(at);
+    }
+    return std::nullopt;
+}
+
+optionsWidget *quvoGdalUtilities::currentPanel() const
+{
+    const auto process = currentProcess();
+    return process ? m_panels[static_cast<std::size_t>(*process)] : nullptr;
+}
+
+void quvoGdalUtilities::slot_activeLaunchButton()
+{
+    optionsWidget *panel = currentPanel();
+    m_form->m_pPBLaunchProcess->setEnabled(
+        canLaunch(!m_input->path().isEmpty(), m_output->name(), panel && panel->isComplete()));
+}
+
+void quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged()
+{
+    slot_activeLaunchButton();
+}
+
+void quvoGdalUtilities::slot_onCurrentTabChanged(int)
+{
+    slot_onInputDemChanged();
+    applyTexts();
+}
+
+void quvoGdalUtilities::slot_onInputDemChanged()
+{
+    if (const auto process = currentProcess()) {
+        const ProcessRow &row = processRow(*process);
+        m_output->propose(m_input->path(), QString::fromLatin1(row.suffix),
+                          formatExtensions(outputFormat(currentRequest())));
+    }
+    slot_activeLaunchButton();
+}
+
+void quvoGdalUtilities::slot_onOutputFileChanged()
+{
+    slot_activeLaunchButton();
+}
+
+void quvoGdalUtilities::slot_selectInputDem()
+{
+    const StartDirectory choices{m_lastChosenFolder, m_keepStartingDir, QDir::currentPath(),
+                                 m_form->m_pCBInputListFile->currentText(),
+                                 m_form->m_pCBInputListFile->itemText(1)};
+    const QString path = QuvoFilerDialog::getSelection(
+        this, QuvoFilerDialog::OpenFile, tr("Choisir un Modèle Numérique de Terrain...", "MESS_CHX_MNT"),
+        startDirectory(choices),
+        QStringLiteral("%1 (%2)").arg(tr("Modèle Numérique de Terrain", "MESS_MNT_EXP"), filterPattern()));
+    if (path.isEmpty())
+        return;
+    m_lastChosenFolder = QFileInfo(path).absolutePath();
+    m_input->choose(path);
+}
+
+void quvoGdalUtilities::slot_selectOutputFile()
+{
+    const QString pattern = QStringLiteral("*.") + formatExtensions(outputFormat(currentRequest())).value(0);
+    const QString title = tr("Choisir un fichier de sortie", "MESS_CHOISIR_SORTIE");
+    const QString path = QuvoFilerDialog::getSelection(this, QuvoFilerDialog::SaveFile, title, m_output->name(),
+                                                       QStringLiteral("%1 (%2)").arg(title, pattern));
+    if (!path.isEmpty())
+        m_output->choose(path);
+}
+
+ProcessingRequest quvoGdalUtilities::currentRequest() const
+{
+    ProcessingRequest request;
+    request.process = currentProcess();
+    request.mode = QStringLiteral("hillshade");
+    request.input = m_input->path();
+    request.output = m_output->name();
+    request.band = m_input->band();
+    return request;
+}
+
+void quvoGdalUtilities::slot_launchProcess()
+{
+    if (m_run.isRunning() || !m_form->m_pPBLaunchProcess->isEnabled())
+        return;
+    ProcessingRequest request = currentRequest();
+    request.fragment = currentPanel()->getCommandArguments();
+    const RunPlan plan = planRun(request, m_tools);
+    if (plan.fault == RunFault::Output) {
+        Prompt::warning(this,
+                        QStringLiteral("%1\n%2\n\n%3")
+                            .arg(tr("Le fichier de sortie n'est pas valide.", "MESS_INV_OUTPUT_FILE"),
+                                 request.output, plan.problem));
+        return;
+    }
+    if (plan.fault != RunFault::None) {
+        Prompt::warning(this, plan.problem);
+        return;
+    }
+    auto lock = std::make_unique<OutputLock>(plan.request.output);
+    if (!lock->problem().isEmpty()) {
+        Prompt::warning(this, lock->problem());
+        return;
+    }
+    if (mayOverwrite(plan) && mayGoOn(plan))
+        m_run.start(plan, std::move(lock), true,
+                    imageFolder + QStringLiteral("icones/")
+                        + QString::fromLatin1(processRow(*request.process).icon));
+}
+
+bool quvoGdalUtilities::mayOverwrite(const RunPlan &plan)
+{
+    const QString existing = existingOutput(plan);
+    return existing.isEmpty()
+        || Prompt::question(this, dico_label("MESS_FICHIER_EXISTANT", existing.toLocal8Bit().constData()));
+}
+
+bool quvoGdalUtilities::mayGoOn(const RunPlan &plan)
+{
+    return plan.warnings.isEmpty()
+        || Prompt::question(this,
+                            plan.warnings.join(QLatin1Char('\n')) + QStringLiteral("\n\n")
+                                + tr("Voulez-vous continuer ?", "MESS_CONTINUER"));
+}
+
+void quvoGdalUtilities::slot_processFinished()
+{
+    ProcessResult result;
+    result.title = tr("Opération terminée", "MESS_OP_TERMINEE");
+    result.picture = imageFolder + QStringLiteral("ok2.png");
+    result.text =
+        tr("Le traitement s'est déroulé avec succès et le résultat est disponible.", "MESS_TRAIT_FINI_RES");
+    result.file = m_run.plan().request.output;
+    showResult(result);
+}
+
+void quvoGdalUtilities::slot_processAborted()
+{
+    // Told from inside the progress window's own closing: the result waits until that is over.
+    QTimer::singleShot(0, this, [this] {
+        ProcessResult result;
+        result.title = tr("Fin du traitement", "MESS_FIN_TRAIT");
+        result.picture = imageFolder + QStringLiteral("cancel2.png");
+        result.text = tr("Le traitement a été annulé.", "MESS_TRAIT_ANNULE");
+        showResult(result);
+    });
+}
+
+void quvoGdalUtilities::slot_processFailed(const QString &)
+{
+    ProcessResult result;
+    result.title = tr("Fin du traitement", "MESS_FIN_TRAIT");
+    result.picture = imageFolder + QStringLiteral("cancel2.png");
+    result.text = tr("Une erreur est survenue lors de la création de l'image de sortie.", "MESS_ERR_CREAT_IMG");
+    if (!m_run.outcome().sentence.isEmpty())
+        result.text += QStringLiteral("\n\n") + m_run.outcome().sentence;
+    showResult(result);
+}
+
+void quvoGdalUtilities::showResult(const ProcessResult &ofRun)
+{
+    ProcessResult result = ofRun;
+    result.command = m_run.plan().command;
+    result.exitCode = m_run.outcome().exitCode;
+    result.toolText = m_run.outcome().toolText;
+    auto dialog = new processResultDialog(result, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+void quvoGdalUtilities::slot_showAboutAppDialog()
+{
+    auto dialog = new aboutDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
 void quvoGdalUtilities::done(int result)
 {
+    if (m_run.isRunning()) {
+        if (!Prompt::question(
+                this,
+                tr("Un traitement est en cours. Voulez-vous l'arrêter et quitter ?", "MESS_QUITTER_TRAIT")))
+            return;
+        disconnect(&m_run, nullptr, this, nullptr);
+        m_scriptRunner.processUserCancel();
+    }
     m_lastGeometry.size = size();
     m_lastGeometry.position = pos();
     writeLastGeometry(m_lastGeometry);
@@ -65,7 +329,31 @@ void quvoGdalUtilities::done(int result)
 
 void quvoGdalUtilities::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
+        applyTexts();
+    }
     QDialog::changeEvent(event);
+}
+
+void quvoGdalUtilities::applyTexts()
+{
+    m_form->m_pAboutLabel->setText(
+        QStringLiteral("<a href=\"about\">%1</a>").arg(tr("a propos...", "MESS_ABOUT...").toHtmlEscaped()));
+    const auto process = currentProcess();
+    const bool vector = process && processRow(*process).product == ProductKind::Vector;
+    m_form->m_pLOutputFile->setText(vector ? tr("Fichier vecteur à créer :", "MESS_FIC_VECT_A_CREER")
+                                           : tr("Fichier à créer :", "MESS_FIC_A_CREER"));
+}
+
+void quvoGdalUtilities::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!droppedFile(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void quvoGdalUtilities::dropEvent(QDropEvent *event)
+{
+    event->acceptProposedAction();
+    setInputDem(droppedFile(event->mimeData()));
 }

@@ -1,11 +1,21 @@
 #pragma once
 
+#include "app/ProductRun.h"
 #include "app/settings.h"
 #include "app/tools.h"
+#include "runner/QuvoScriptRunner.h"
 
 #include <QDialog>
 
+#include <array>
 #include <memory>
+#include <optional>
+
+class InputDem;
+class optionsWidget;
+class OutputFile;
+class shadedOptionsWidget;
+struct ProcessResult;
 
 namespace Ui
 {
@@ -13,7 +23,7 @@ class quvoGdalUtilitiesDialog;
 }
 
 /// The main dialog. It connects, asks and shows; what can be settled without a window stands in functions of
-/// its own.
+/// its own (app/dialogrules, app/runplan, …).
 class quvoGdalUtilities : public QDialog
 {
     Q_OBJECT
@@ -23,23 +33,62 @@ public:
     quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt::WindowFlags flags);
     ~quvoGdalUtilities() override;
 
-    /// Makes the path the input DEM, or says that it is none; the current directory is kept no longer.
+    /// Makes the path the input DEM, or warns that it is none; the current directory is kept no longer.
     void setInputDem(const QString &path);
 
     /// Whether the first dialog for choosing a DEM opens in the current directory.
     void setKeepStartingDir(bool keep);
 
 public slots:
-    /// Saves the geometry, however the dialog is closed.
+    /// Saves the geometry, however the dialog is closed. While a run is on, asks first and stops it.
     void done(int result) override;
+
+    void slot_processFinished();
+    void slot_processAborted();
+    void slot_processFailed(const QString &toolText);
+    void slot_showAboutAppDialog();
+    void slot_activeLaunchButton();
+    void slot_onWidgetOptionsCompleteChanged();
+    void slot_selectInputDem();
+    void slot_onCurrentTabChanged(int index);
+    void slot_onInputDemChanged();
+    void slot_onOutputFileChanged();
+    void slot_selectOutputFile();
+    void slot_launchProcess();
 
 protected:
     void changeEvent(QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
+    static constexpr int processCount = 7;
+
+    void addPanel(Process process, optionsWidget *panel, QWidget *tab);
+    void connectControls();
+    void applyTexts();
+    void restoreGeometryFromSettings();
+
+    std::optional<Process> currentProcess() const;
+    optionsWidget *currentPanel() const;
+    ProcessingRequest currentRequest() const;
+    bool mayOverwrite(const RunPlan &plan);
+    bool mayGoOn(const RunPlan &plan);
+    void showResult(const ProcessResult &result);
+
     std::unique_ptr<Ui::quvoGdalUtilitiesDialog> m_form;
     ToolPaths m_tools;
+    QuvoScriptRunner m_scriptRunner;
+    ProductRun m_run;
+    std::unique_ptr<InputDem> m_input;
+    std::unique_ptr<OutputFile> m_output;
     LastGeometry m_lastGeometry;
-    QString m_inputDem; ///< a valid DEM; empty for none
+    QString m_lastChosenFolder; ///< of the DEM that was last chosen in a file dialog
     bool m_keepStartingDir = false;
+
+    // By process, in the order of the enumeration: the index of its tab, and its panel (null: its tab is
+    // hidden).
+    std::array<int, processCount> m_tabIndexes{};
+    std::array<optionsWidget *, processCount> m_panels{};
+    shadedOptionsWidget *m_shadedPanel = nullptr;
 };

@@ -1,9 +1,9 @@
 #include "app/runplan.h"
 
 #include "app/outputname.h"
-#include "app/tools.h"
 #include "dataset/formatfilters.h"
 #include "dataset/rasterinfo.h"
+#include "runner/outputfiles.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -67,22 +67,6 @@ QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFiles
     return {};
 }
 
-/// Files beside the output that bear its name and are no part of the product that it replaces.
-QStringList filesBeside(const QString &output)
-{
-    const QFileInfo file(output);
-    const QStringList replaced = file.exists() ? readRasterInfo(output).files : QStringList();
-    QStringList files;
-    for (const QFileInfo &other : QFileInfo(file.absolutePath()).dir().exists()
-             ? QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden)
-             : QFileInfoList()) {
-        const bool named = other.fileName().startsWith(file.completeBaseName() + QLatin1Char('.'));
-        if (named && other != file && !replaced.contains(other.absoluteFilePath()))
-            files += other.absoluteFilePath();
-    }
-    return files;
-}
-
 RunPlan refused(RunPlan plan, RunFault fault, const QString &problem)
 {
     plan.fault = fault;
@@ -92,10 +76,9 @@ RunPlan refused(RunPlan plan, RunFault fault, const QString &problem)
 
 } // namespace
 
-QString runCommand(const ProcessingRequest &request, const QString &programFolder)
+QString runCommand(const ProcessingRequest &request, const ToolPaths &tools)
 {
-    return processCommand(toolPath(programFolder, processRow(*request.process).tool),
-                          processArguments(request));
+    return processCommand(tools.path(processRow(*request.process).tool), processArguments(request));
 }
 
 QString existingOutput(const RunPlan &plan)
@@ -104,16 +87,16 @@ QString existingOutput(const RunPlan &plan)
         if (QFileInfo::exists(output.path))
             return output.path;
     }
-    return {};
+    return writesOneFile(outputFormat(plan.request)) ? QString() : namesakes(plan.request.output).value(0);
 }
 
-RunPlan planRun(const ProcessingRequest &request, const QString &programFolder)
+RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs)
 {
     RunPlan plan;
     plan.request = request;
     const ProcessRow &process = processRow(*request.process);
 
-    QString problem = toolProblem(programFolder, process.tool);
+    QString problem = toolProblem(tools, process.tool);
     if (!problem.isEmpty())
         return refused(plan, RunFault::Tool, problem);
     problem = formatProblem(request);
@@ -124,18 +107,18 @@ RunPlan planRun(const ProcessingRequest &request, const QString &programFolder)
     if (!problem.isEmpty())
         return refused(plan, RunFault::Input, problem);
 
+    const QStringList inputFiles = input.files + otherInputs;
     const OutputName output =
-        checkOutputName(request.output, formatExtensions(outputFormat(request)), input.files);
+        checkOutputName(request.output, formatExtensions(outputFormat(request)), inputFiles);
     if (!output.problem.isEmpty())
         return refused(plan, RunFault::Output, output.problem);
     plan.request.output = output.path;
     plan.outputs = declaredOutputs(plan.request);
-    problem = neighbourProblem(plan.request, plan.outputs, input.files);
+    problem = neighbourProblem(plan.request, plan.outputs, inputFiles);
     if (!problem.isEmpty())
         return refused(plan, RunFault::Output, problem);
 
-    plan.outputs.first().keep = filesBeside(output.path);
-    plan.command = runCommand(plan.request, programFolder);
+    plan.command = runCommand(plan.request, tools);
     plan.expected = {process.product, output.path, input.width, input.height, outputLayer(request)};
     const QString warning =
         freeSpaceWarning(output.path, expectedProductSize(process, input.width, input.height));

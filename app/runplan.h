@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/commandline.h"
+#include "app/tools.h"
 #include "dataset/productcheck.h"
 
 #include <QString>
@@ -30,12 +31,13 @@ struct RunPlan
 };
 
 /// Looks at tool, format, input and output of a request whose output is a name as it was typed. Whether an
-/// existing output may be overwritten is left to the caller, who asks existingOutput() when it holds the
-/// output's lock.
-RunPlan planRun(const ProcessingRequest &request, const QString &programFolder);
+/// existing /// output may be overwritten is left to the caller, who asks existingOutput() when it holds the
+/// output's lock. otherInputs: files that the output must not be either.
+RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs = {});
 
-/// The first of the plan's outputs that is there already; empty when there is none.
+/// The first file that the run would replace: one of its outputs, or, where the format writes side files, one
+/// that bears the output's name; empty when there is none.
 QString existingOutput(const RunPlan &plan);
 
-/// The whole command line of a request, for a tool in the program's folder.
-QString runCommand(const ProcessingRequest &request, const QString &programFolder);
+/// The whole command line of a request.
+QString runCommand(const ProcessingRequest &request, const ToolPaths &tools);

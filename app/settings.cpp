@@ -24,7 +24,9 @@ LastGeometry readLastGeometry()
     QSettings settings(organisation, application);
     settings.beginGroup(geometryGroup);
     LastGeometry geometry;
-    geometry.size = settings.value(QStringLiteral("size"), geometry.size).toSize();
+    const QSize size = settings.value(QStringLiteral("size"), geometry.size).toSize();
+    if (!size.isEmpty())
+        geometry.size = size;
     geometry.position = settings.value(QStringLiteral("pos"), geometry.position).toPoint();
     geometry.showPreview = settings.value(QStringLiteral("showPreview"), geometry.showPreview).toBool();
     return geometry;
@@ -60,7 +62,13 @@ void writeRecentFiles(const QStringList &paths)
 
 QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens)
 {
-    if (screens.isEmpty())
+    constexpr QSize handle(100, 20); // of the window's upper edge: enough to take it by
+    const QRect edge(wanted.left(), wanted.top(), wanted.width(), handle.height());
+    const auto shows = [&](const QRect &screen) {
+        const QRect shown = screen.intersected(edge);
+        return shown.width() >= qMin(handle.width(), edge.width()) && shown.height() >= handle.height();
+    };
+    if (screens.isEmpty() || std::any_of(screens.begin(), screens.end(), shows))
         return wanted;
     const auto area = [&](const QRect &screen) {
         const QRect shown = screen.intersected(wanted);

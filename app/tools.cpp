@@ -18,28 +18,38 @@ QString toolFileName(Tool tool)
     return QStringLiteral("gdal_translate.exe");
 }
 
+const QString &ToolPaths::path(Tool tool) const
+{
+    switch (tool) {
+    case Tool::Dem:
+        return dem;
+    case Tool::Contour:
+        return contour;
+    case Tool::Intervisibility:
+        return intervisibility;
+    case Tool::Translate:
+        break;
+    }
+    return translate;
+}
+
 ToolPaths findTools(const QString &programFolder)
 {
     const auto existing = [&](Tool tool) {
-        const QString path = toolPath(programFolder, tool);
-        return QFileInfo::exists(path) ? path : QString();
+        const QFileInfo file(QDir(programFolder), toolFileName(tool));
+        return file.exists() ? file.absoluteFilePath() : QString();
     };
     return {existing(Tool::Dem), existing(Tool::Contour), existing(Tool::Intervisibility),
             existing(Tool::Translate)};
 }
 
-QString toolPath(const QString &programFolder, Tool tool)
+QString toolProblem(const ToolPaths &tools, Tool tool)
 {
-    return QDir(programFolder).absoluteFilePath(toolFileName(tool));
-}
-
-QString toolProblem(const QString &programFolder, Tool tool)
-{
-    const QFileInfo file(toolPath(programFolder, tool));
-    if (file.isFile() && file.isExecutable())
+    const QFileInfo file(tools.path(tool));
+    if (!tools.path(tool).isEmpty() && file.isFile() && file.isExecutable())
         return {};
     return labelText({"MESS_OUTIL_ABSENT",
                       "L'outil %1 est introuvable ou ne peut pas être exécuté ; il doit se trouver à côté du "
                       "programme."})
-        .arg(file.absoluteFilePath());
+        .arg(toolFileName(tool));
 }

@@ -21,7 +21,8 @@ bool says(GDALDriver *driver, const char *item)
 bool isRasterOutputFormat(const QString &name)
 {
     GDALDriver *driver = driverNamed(name);
-    return driver && says(driver, GDAL_DCAP_RASTER)
+    // A virtual raster would refer to the input instead of holding the product.
+    return driver && !EQUAL(driver->GetDescription(), "VRT") && says(driver, GDAL_DCAP_RASTER)
         && (says(driver, GDAL_DCAP_CREATE) || says(driver, GDAL_DCAP_CREATECOPY));
 }
 

@@ -31,24 +31,31 @@ QString localFile(QString path)
     return path;
 }
 
-/// Adds the files of a data set, and of every virtual raster among them in turn.
-void addFiles(GDALDataset &dataset, QStringList &files)
+bool isVirtualRaster(const QString &file)
 {
-    char **names = dataset.GetFileList();
+    GDALDriverH driver = GDALIdentifyDriverEx(encodePath(file).constData(), GDAL_OF_RASTER, nullptr, nullptr);
+    return driver && EQUAL(GDALGetDescription(driver), "VRT");
+}
+
+/// Adds the files of a data set, and in turn those of the data sets that it refers to: virtual rasters, and
+/// names that are no files ("GTIFF_DIR:1:…").
+void addFiles(GDALDataset &dataset, QStringList &names)
+{
+    char **list = dataset.GetFileList();
     QStringList found;
-    for (char **name = names; name && *name; ++name)
+    for (char **name = list; name && *name; ++name)
         found += localFile(decodePath(*name));
-    CSLDestroy(names);
-    for (const QString &file : qAsConst(found)) {
-        if (file.isEmpty() || files.contains(file))
+    CSLDestroy(list);
+    for (const QString &name : qAsConst(found)) {
+        if (name.isEmpty() || names.contains(name))
             continue;
-        files += file;
-        if (!file.endsWith(QLatin1String(".vrt"), Qt::CaseInsensitive))
+        names += name;
+        if (QFileInfo::exists(name) && !isVirtualRaster(name))
             continue;
         const std::unique_ptr<GDALDataset> inner(
-            GDALDataset::Open(encodePath(file).constData(), GDAL_OF_RASTER));
+            GDALDataset::Open(encodePath(name).constData(), GDAL_OF_RASTER));
         if (inner)
-            addFiles(*inner, files);
+            addFiles(*inner, names);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "messages/dicoindex.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdint>
@@ -79,11 +80,12 @@ void load(DicoFile &file)
         std::perror("stat");
         return;
     }
-    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+    constexpr auto largestIndex = 64L * 1024 * 1024;
+    std::string bytes(static_cast<std::size_t>(std::min<long long>(status.st_size, largestIndex)), '\0');
     if (std::FILE *index = std::fopen(file.indexPath, "rb")) {
         const std::size_t read = std::fread(bytes.data(), 1, bytes.size(), index);
         std::fclose(index);
-        if (read < bytes.size())
+        if (static_cast<long long>(read) < status.st_size)
             std::printf("ERROR : could not read %s\n", file.indexPath);
         bytes.resize(read);
     } else {
@@ -154,6 +156,16 @@ void print(const std::string &message)
         dico.callback(message.c_str());
 }
 
+void prepare()
+{
+    if (dico.files.empty())
+        dico_init();
+    if (!dico.files.front().loaded) {
+        load(dico.files.front());
+        fetchPrefixes(dico.files.front());
+    }
+}
+
 /// ASCII capitals only: no locale has a say.
 char capital(char letter)
 {
@@ -185,8 +197,6 @@ void dico_init(void)
     dico.files.clear();
     append(dataPath, dataPath + ".idx");
     dico.stream = stdout;
-    dico.exitOnError = 0;
-    dico.callback = nullptr;
     if (const char *list = std::getenv("MON_DICO"))
         dico_add_list(list);
 }
@@ -215,12 +225,7 @@ void dico_add_list(const char *list)
 
 void dico_message(const char *key, ...)
 {
-    if (dico.files.empty())
-        dico_init();
-    if (!dico.files.front().loaded) {
-        load(dico.files.front());
-        fetchPrefixes(dico.files.front());
-    }
+    prepare();
     for (auto file = dico.files.rbegin(); file != dico.files.rend(); ++file) {
         if (!file->loaded)
             load(*file);
@@ -231,7 +236,10 @@ void dico_message(const char *key, ...)
             std::vector<char> text(format.size() + 5000);
             std::va_list arguments;
             va_start(arguments, key);
-            std::vsnprintf(text.data(), text.size(), format.c_str(), arguments);
+            if (isSafeFormat(format))
+                std::vsnprintf(text.data(), text.size(), format.c_str(), arguments);
+            else
+                std::snprintf(text.data(), text.size(), "%s", format.c_str());
             va_end(arguments);
             print(withPrefix(record, text.data()));
             return;
@@ -241,6 +249,7 @@ void dico_message(const char *key, ...)
 
 int dico_is_error(const char *text)
 {
+    prepare();
     for (const char letter : dico.errorPrefix) {
         if (capital(*text) != capital(letter))
             return 0;
@@ -251,14 +260,10 @@ int dico_is_error(const char *text)
 
 void dico_set_callback(void (*callback)(const char *text))
 {
-    if (dico.files.empty())
-        dico_init();
     dico.callback = callback;
 }
 
 void dico_set_exit_on_error(int on)
 {
-    if (dico.files.empty())
-        dico_init();
     dico.exitOnError = on;
 }

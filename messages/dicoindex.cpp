@@ -84,7 +84,7 @@ std::string printfConversions(std::string_view text)
 {
     std::string found;
     for (std::size_t at = text.find('%'); at != std::string_view::npos; at = text.find('%', at)) {
-        const std::size_t end = text.find_first_not_of("-+ #0123456789.*hlLqjzt", at + 1);
+        const std::size_t end = text.find_first_not_of("-+ #0123456789.*'I$hlLqjzt", at + 1);
         if (end == std::string_view::npos)
             return found + "%";
         if (text[end] != '%' || end != at + 1)
@@ -92,4 +92,22 @@ std::string printfConversions(std::string_view text)
         at = end + 1;
     }
     return found;
+}
+
+bool isSafeFormat(std::string_view text)
+{
+    constexpr std::size_t mostDigits = 4;
+    for (std::size_t at = text.find('%'); at != std::string_view::npos; at = text.find('%', at)) {
+        const std::size_t end = text.find_first_not_of("-+ #0123456789.hlLqjzt", at + 1);
+        if (end == std::string_view::npos || text[end] == 'n' || text[end] == '*' || text[end] == '$'
+            || text[end] == '\'')
+            return false;
+        const std::string_view flags = text.substr(at + 1, end - at - 1);
+        if (static_cast<std::size_t>(
+                std::count_if(flags.begin(), flags.end(), [](char c) { return c >= '0' && c <= '9'; }))
+            > mostDigits)
+            return false;
+        at = end + 1;
+    }
+    return true;
 }

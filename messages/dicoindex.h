@@ -49,3 +49,7 @@ DicoLanguage dicoLanguage(std::string_view name);
 
 /// The printf conversions of a text in their order ("%s%d" for "%s has %d"); "%%" is none.
 std::string printfConversions(std::string_view text);
+
+/// Whether printf may have the text as a format: no "%n", no width from the arguments, no conversion of great
+/// width.
+bool isSafeFormat(std::string_view text);

@@ -7,9 +7,9 @@ struct _dictionary_;
 
 /// An ini file, read once by iniparser.
 ///
-/// iniparser gives a whole file up for one line that is longer than 1024 bytes, that is no ini line, or that
-/// begins with a byte-order mark; a value that ends in a backslash goes on in the next line. A file that gives
-/// nothing is logged.
+/// iniparser gives a whole file up for one line that is longer than about 1000 bytes, that is no ini line, or
+/// that begins with a byte-order mark; a value that ends in a backslash goes on in the next line. A file that
+/// gives nothing is logged.
 class IniFile
 {
 public:

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #ifdef _WIN32
 #include <io.h>
@@ -102,14 +103,25 @@ bool isSwapped(const std::string &magic)
     return magic == "im2";
 }
 
-bool convertOlderHeader(int descriptor, const RasterHeaderBytes &older)
+/// The header with another magic and type name; what is no field of it stays as it was.
+void convertOlderHeader(int descriptor, const RasterHeaderBytes &older)
 {
     RasterHeader header = parseRasterHeader({older.data(), older.size()});
     header.magic = "im2";
     header.typeName = "INCONNU";
-    const RasterHeaderBytes written = rasterHeaderBytes(header);
-    return lseek(descriptor, 0, SEEK_SET) == 0
-        && write(descriptor, written.data(), written.size()) == static_cast<long>(written.size());
+    RasterHeaderBytes bytes = older;
+    std::fill_n(bytes.begin() + 111, 16, '\0');
+    visitFields(header, FieldWriter(bytes.data(), isSwapped(header.magic)));
+    if (lseek(descriptor, 0, SEEK_SET) == 0) {
+        [[maybe_unused]] const auto written = write(descriptor, bytes.data(), bytes.size());
+    }
+}
+
+bool isRegularFile(const char *path)
+{
+    struct stat status
+    { };
+    return stat(path, &status) == 0 && (status.st_mode & S_IFMT) == S_IFREG;
 }
 
 } // namespace
@@ -137,7 +149,7 @@ RasterHeaderBytes rasterHeaderBytes(const RasterHeader &header)
 
 int openRaster(const char *path)
 {
-    if (!path || !*path)
+    if (!path || !*path || !isRegularFile(path)) // a pipe would keep the reader waiting
         return -1;
     bool readOnly = false;
     int descriptor = open(path, O_RDWR | O_BINARY);
@@ -160,9 +172,7 @@ int openRaster(const char *path)
     }
     if (readOnly)
         dico_message("AVER_OUV_RDONLY", path);
-    else if (magic == "im*" && !convertOlderHeader(descriptor, bytes)) {
-        close(descriptor);
-        return -2;
-    }
+    else if (magic == "im*")
+        convertOlderHeader(descriptor, bytes);
     return descriptor;
 }

@@ -11,22 +11,9 @@
 #include <gdal_priv.h>
 
 #include <cstdio>
-#include <memory>
 
 namespace
 {
-
-/// The files of the data set, as far as GDAL recognises it.
-QStringList filesOf(const QByteArray &path)
-{
-    const std::unique_ptr<GDALDataset> dataset(GDALDataset::Open(path.constData()));
-    QStringList files;
-    char **names = dataset ? dataset->GetFileList() : nullptr;
-    for (char **name = names; name && *name; ++name)
-        files += decodePath(*name);
-    CSLDestroy(names);
-    return files;
-}
 
 void removePlainly(const QString &path)
 {
@@ -37,8 +24,6 @@ void removePlainly(const QString &path)
         qCWarning(lcRunner, "could not delete %s", qUtf8Printable(path));
 }
 
-/// A driver's deletion takes every file that it counts to the data set, a world file of another one of the same
-/// name, too. So where files stood beside the output before, those alone are removed that came with it.
 void deleteThroughDriver(const QuvoOutputFile &file)
 {
     GDALDriver *driver = GetGDALDriverManager()->GetDriverByName(file.driver.toUtf8().constData());
@@ -46,13 +31,14 @@ void deleteThroughDriver(const QuvoOutputFile &file)
         return;
     // A driver that meets a broken file of its own complains at length; that is expected here.
     const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
-    if (file.keep.isEmpty()) {
-        driver->Delete(encodePath(file.path).constData());
-        return;
-    }
-    for (const QString &part : filesOf(encodePath(file.path))) {
-        if (!file.keep.contains(part) && QFile::exists(part))
-            removePlainly(part);
+    driver->Delete(encodePath(file.path).constData());
+}
+
+void deleteWhatCame(const QuvoOutputFile &file)
+{
+    for (const QString &other : namesakes(file.path)) {
+        if (!file.before->contains(other))
+            removePlainly(other);
     }
 }
 
@@ -62,10 +48,26 @@ void deleteOutputFile(const QuvoOutputFile &file)
 {
     if (!QFile::exists(file.path))
         return;
-    if (file.kind != QuvoOutputFileKind::PlainFile)
+    if (file.before)
+        deleteWhatCame(file);
+    else if (file.kind != QuvoOutputFileKind::PlainFile)
         deleteThroughDriver(file);
     if (QFile::exists(file.path))
         removePlainly(file.path);
+}
+
+QStringList namesakes(const QString &path)
+{
+    const QFileInfo file(path);
+    QStringList found;
+    for (const QFileInfo &other :
+         QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System)) {
+        const bool named = other.fileName() == file.completeBaseName()
+            || other.fileName().startsWith(file.completeBaseName() + QLatin1Char('.'));
+        if (named && other.fileName() != file.fileName())
+            found += other.absoluteFilePath();
+    }
+    return found;
 }
 
 void deleteOutputFiles(const QuvoOutputFilesListCollection &files)

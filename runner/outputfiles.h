@@ -2,11 +2,15 @@
 
 #include "runner/processing.h"
 
-/// Deletes the file and what its driver keeps beside it. A file that does not exist is none of its business;
-/// one that is still there after its driver's deletion (a half-written file that the driver does not recognise)
-/// is removed /// plainly, a folder that the driver wrote with all that it holds. Nothing is shown; a file that
-/// cannot be removed is logged.
+/// Deletes the file and what came with it (QuvoOutputFile::before), or what its driver keeps beside it. A file
+/// that does not exist is none of its business; one that is still there after its driver's deletion (a
+/// half-written file that the driver does not recognise) is removed plainly, a folder with all that it holds.
+/// Nothing is shown; a file that cannot be removed is logged.
 void deleteOutputFile(const QuvoOutputFile &file);
+
+/// The files of the path's folder that are named like it: the path's base name, alone or with a dot behind it.
+/// The path itself is not among them.
+QStringList namesakes(const QString &path);
 
 /// Deletes the files of each step in order, up to the first step that has none.
 void deleteOutputFiles(const QuvoOutputFilesListCollection &files);

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <optional>
+
 /// One step: the whole command line, and the title that the progress window shows while it runs.
 using QuvoProcessing = QPair<QString, QString>;
 
@@ -25,7 +27,10 @@ struct QuvoOutputFile
     QString path;
     QString driver; ///< GDAL's short name of the driver that writes it; not used for a plain file
     QuvoOutputFileKind kind = QuvoOutputFileKind::PlainFile;
-    QStringList keep{}; ///< files beside it that were there before the step: not deleted with it
+    /// Files of its folder that bear its name and were there before the step. Where this is known, a deletion
+    /// takes the file itself and what has come since, and asks no driver: a driver's list of a data set's files
+    /// may name anything.
+    std::optional<QStringList> before{};
 };
 
 using QuvoOutputFilesList = QVector<QuvoOutputFile>;

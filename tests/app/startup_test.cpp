@@ -18,6 +18,7 @@ class StartupTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { qputenv("XDG_CONFIG_HOME", m_home.path().toUtf8()); } // not the user's own settings
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void options_data();
     void options();
@@ -39,6 +40,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    QTemporaryDir m_home;
 };
 
 void StartupTest::options_data()
@@ -74,6 +76,7 @@ void StartupTest::options()
 void StartupTest::styleSheets()
 {
     Q_INIT_RESOURCE(quvo);
+    QVERIFY(!asksForStyleSheet({"-stylesheet", "a"}) && asksForStyleSheet({"program", "a", "-stylesheet"}));
     const QString own = composeStyleSheet({});
     QVERIFY(own.contains("QToolTip") && own.contains("m_pProcessDefLabel") && own.contains("QGroupBox"));
     const QString users = composeStyleSheet("file:///" + write("mine.qss", "QLabel { color: \xE9 }"));
@@ -120,9 +123,10 @@ void StartupTest::precedence()
         read("[QuvoDirectSettings]\nLANGUAGE = FRENCH\nINSTALL_DIR = /d\nMESSAGES_DIR = m\n" + keys);
     QCOMPARE(direct.language, QStringLiteral("FRENCH"));
     QCOMPARE(direct.messagesPath, QStringLiteral("/d/m"));
-    settings.clear();
+    settings.setValue("Interface/Language", "");
+    settings.remove("dir");
     settings.sync();
-    QCOMPARE(read(keys).language, systemLanguage());
+    QCOMPARE(read(keys).language, systemLanguage()); // an empty value is none
     QCOMPARE(read(keys).installDir, m_folder->path());
 }
 
@@ -206,9 +210,10 @@ void StartupTest::geometryOnScreens_data()
 
     QTest::newRow("inside") << QRect(10, 10, 300, 200) << QRect(10, 10, 300, 200);
     QTest::newRow("on the second screen") << QRect(1100, 50, 300, 200) << QRect(1100, 50, 300, 200);
+    QTest::newRow("on both screens") << QRect(900, 50, 300, 200) << QRect(900, 50, 300, 200);
     QTest::newRow("on a screen that is gone") << QRect(5000, 50, 300, 200) << QRect(700, 50, 300, 200);
     QTest::newRow("above") << QRect(10, -500, 300, 200) << QRect(10, 0, 300, 200);
-    QTest::newRow("too large") << QRect(10, 10, 3000, 2000) << QRect(0, 0, 1000, 800);
+    QTest::newRow("gone and too large") << QRect(10, -3000, 3000, 2000) << QRect(0, 0, 1000, 800);
 }
 
 void StartupTest::geometryOnScreens()

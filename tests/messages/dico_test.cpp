@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 class DicoTest : public QObject
@@ -213,6 +214,10 @@ void DicoTest::sources()
         return !compareDictionaries(parseDictionary(one), parseDictionary(other)).empty();
     };
     QVERIFY(differ("A = %s", "A = %d") && differ("A = %1", "A = x") && differ("A = %1 %2", "A = %1 %3"));
+    QVERIFY(!parseDictionary("A = %'n").faults.empty());
+    for (const char *format : {"%n", "%1$s", "%*d", "%99999d", "%.12345f", "%"})
+        QVERIFY2(!isSafeFormat(format), format);
+    QVERIFY(isSafeFormat("100 %% of %-10.3s, %lld"));
     QVERIFY(!differ("A = %1 of %2 %", "A = %2 - %1") && !differ("A = 5 %% %s", "A = %s"));
 }
 
@@ -250,6 +255,7 @@ void DicoTest::openTable()
     const QByteArray good(rasterHeaderBytes(header).data(), rasterHeaderSize);
     QByteArray older = good;
     older.replace(26, 3, "im*");
+    older[38] = 'x'; // no field
     QByteArray foreign = good;
     foreign.replace(26, 3, "xyz");
     write("good", good + "cells");
@@ -262,6 +268,8 @@ void DicoTest::openTable()
     QCOMPARE(openRaster(nullptr), -1);
     QCOMPARE(openRaster(""), -1);
     QCOMPARE(opened("missing"), -1);
+    QCOMPARE(mkfifo(m_folder->filePath("pipe").toUtf8().constData(), 0600), 0);
+    QCOMPARE(opened("pipe"), -1); // and does not wait for it
     QCOMPARE(opened("short"), -2);
     QCOMPARE(opened("foreign"), -3);
     for (const char *name : {"good", "older"}) {
@@ -277,7 +285,7 @@ void DicoTest::openTable()
     QCOMPARE(read.typeName, std::string("INCONNU"));
     QCOMPARE(read.firstDimension, 77u);
     QCOMPARE(read.comment, std::string("kept"));
-    QVERIFY(bytes.endsWith("cells") && bytes.size() == 261);
+    QVERIFY(bytes.endsWith("cells") && bytes.size() == 261 && bytes.at(38) == 'x');
 
     for (const char *name : {"good", "older"}) {
         write(name, name[0] == 'g' ? good : older);

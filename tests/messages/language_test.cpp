@@ -102,9 +102,15 @@ void LanguageTest::bothLanguages()
     };
     QVERIFY(cancelText().contains("Annuler"));
 
-    QWidget window;
+    struct Window : QWidget
+    {
+        int changes = 0;
+        void changeEvent(QEvent *event) override { changes += event->type() == QEvent::LanguageChange; }
+    } window;
     languages->defaultSetup(messagesFolder, "ENGLISH", {});
     QCOMPARE(labelText({"MESS_TRAIT_ANNULE", "défaut"}), QStringLiteral("The process was cancelled."));
+    QCoreApplication::processEvents();
+    QVERIFY(window.changes > 0);
     QVERIFY(cancelText().contains("Cancel"));
     QCOMPARE(labelText({"MESS_NO_SUCH_KEY", "défaut"}), QStringLiteral("défaut"));
     QCOMPARE(dico_label("MESS_NO_SUCH_KEY", "x"), QStringLiteral("MESS_NO_SUCH_KEY"));

@@ -1,14 +1,23 @@
 // Grabs every window of the program into a folder, without a display:
 //
-//   pictures <folder> <suffix>
+//   pictures <folder> <language> <suffix>
 //
-// The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale.
+// The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language.
 
+#include "app/aboutDialog.h"
+#include "app/processResultDialog.h"
+#include "app/quvoGdalUtilities.h"
+#include "app/stylesheet.h"
+#include "dataset/gdalmessages.h"
+#include "messages/QuvoLanguageManager.h"
 #include "runner/ProgressWidget.h"
 #include "runner/QuvoProgressDialog.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QStyleFactory>
+#include <QTabWidget>
 
 namespace
 {
@@ -39,7 +48,8 @@ private:
 void addProgress(Album &album)
 {
     QuvoProgressDialog dialog;
-    dialog.setTitle(QStringLiteral("Calcul d'une image ombrée du relief."));
+    dialog.setPixmap(QPixmap(QStringLiteral(":/QuvoGdalUtilities/images/icones/shadedReliefIcon.png")));
+    dialog.setTitle(labelText(processRow(Process::ShadedRelief).stepTitle));
     dialog.show();
     dialog.setProgress(37);
     album.add(dialog, QStringLiteral("progress"));
@@ -48,17 +58,65 @@ void addProgress(Album &album)
     album.add(wheel, QStringLiteral("wheel"));
 }
 
+void addMainDialog(Album &album)
+{
+    quvoGdalUtilities dialog(findTools(QStringLiteral(QUVO_TREE)), nullptr, {});
+    dialog.setInputDem(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"));
+    const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
+    for (int index = 0; index < tabs->count(); ++index) {
+        if (!tabs->isTabVisible(index))
+            continue;
+        tabs->setCurrentIndex(index);
+        album.add(dialog, tabs->widget(index)->objectName());
+    }
+}
+
+void addResults(Album &album)
+{
+    ProcessResult result;
+    result.title = QStringLiteral("result");
+    result.picture = QStringLiteral(":/QuvoGdalUtilities/images/ok2.png");
+    result.text = labelText(
+        {"MESS_TRAIT_FINI_RES", "Le traitement s'est déroulé avec succès et le résultat est disponible."});
+    result.file = QStringLiteral("/home/user/terrain/valley of the two lakes/dem_hillshade.tif");
+    result.command = QStringLiteral("\"/opt/gdal_dem.exe\" hillshade \"/home/user/dem.tif\" -z 1");
+    processResultDialog good(result, nullptr);
+    album.add(good, QStringLiteral("result_done"));
+
+    result.picture = QStringLiteral(":/QuvoGdalUtilities/images/cancel2.png");
+    result.text =
+        labelText({"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
+    result.file.clear();
+    result.exitCode = 1;
+    result.toolText = QStringLiteral("ERROR 4: dem.tif: No such file or directory");
+    processResultDialog failed(result, nullptr);
+    failed.findChild<QAbstractButton *>(QStringLiteral("m_pPBDetails"))->setChecked(true);
+    album.add(failed, QStringLiteral("result_failed"));
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    const QApplication application(argc, argv);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 3) {
-        qCritical("usage: pictures <folder> <suffix>");
+    if (arguments.size() != 4) {
+        qCritical("usage: pictures <folder> <language> <suffix>");
         return 2;
     }
-    Album album(arguments.at(1), arguments.at(2));
+    Q_INIT_RESOURCE(quvo);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    application.setStyleSheet(composeStyleSheet(QString()));
+    setUpGdal();
+    QuvoLanguageManager::getInstance()->defaultSetup(QStringLiteral(QUVO_TREE "/MESSAGES"), arguments.at(2),
+                                                     QString());
+
+    Album album(arguments.at(1), arguments.at(3));
+    addMainDialog(album);
     addProgress(album);
+    addResults(album);
+    aboutDialog about(nullptr);
+    album.add(about, QStringLiteral("about"));
     return 0;
 }

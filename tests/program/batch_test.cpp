@@ -285,6 +285,21 @@ void BatchTest::neighboursAreKept()
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.asc"), "--of", "AAIGrid"}).code, 2);
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.tif")}).code, 0);
     QVERIFY(bytesOf(path("terrain.tfw")).startsWith("10"));
+
+    // Side files of the user's other data count as outputs that exist.
+    QVERIFY(writeHill(path("dem.tif"), 16));
+    writeText(path("out.prj"), "precious");
+    QCOMPARE(batch(hillshade("out.asc", {"--of", "AAIGrid"})).code, 2);
+    QCOMPARE(bytesOf(path("out.prj")), QByteArray("precious"));
+    // What the data set that is replaced refers to stays; what GDAL keeps under its name goes.
+    writeText(path("old.tif"),
+              "<VRTDataset rasterXSize='16' rasterYSize='16'><VRTRasterBand dataType='Float32' band='1'>"
+              "<SimpleSource><SourceFilename relativeToVRT='1'>dem.tif</SourceFilename></SimpleSource>"
+              "</VRTRasterBand></VRTDataset>");
+    writeText(path("old.tif.ovr"), "stale");
+    QCOMPARE(batch(hillshade("old.tif", {"--overwrite", "--of", "VRT"})).code, 2);
+    QCOMPARE(batch(hillshade("old.tif", {"--overwrite"})).code, 0);
+    QVERIFY(QFile::exists(path("dem.tif")) && !QFile::exists(path("old.tif.ovr")));
 }
 
 void BatchTest::linkedOutputIsFollowed()

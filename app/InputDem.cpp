@@ -1,0 +1,116 @@
+#include "app/InputDem.h"
+
+#include "app/dialogrules.h"
+#include "app/settings.h"
+#include "dataset/pathencoding.h"
+#include "messages/Prompt.h"
+#include "messages/label.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+namespace
+{
+
+constexpr int typingPause = 300; // ms
+
+} // namespace
+
+InputDem::InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog)
+    : m_paths(paths)
+    , m_bands(bands)
+    , m_dialog(dialog)
+{
+    m_paths->setCompleter(nullptr);
+    m_paths->addItems(readRecentFiles());
+    m_paths->setCurrentIndex(-1);
+    m_bands->setEnabled(false);
+    m_typingTimer.setSingleShot(true);
+    m_typingTimer.setInterval(typingPause);
+
+    connect(m_paths, qOverload<int>(&QComboBox::activated), this,
+            [this](int row) { choose(m_paths->itemText(row)); });
+    connect(m_paths->lineEdit(), &QLineEdit::textEdited, this, &InputDem::onTyped);
+    connect(m_paths->lineEdit(), &QLineEdit::returnPressed, this, [this] { choose(m_paths->currentText()); });
+    connect(&m_typingTimer, &QTimer::timeout, this, &InputDem::tryTyped);
+}
+
+QString InputDem::path() const
+{
+    return m_paths->currentText() == m_path ? m_path : QString();
+}
+
+int InputDem::band() const
+{
+    return qMax(0, m_bands->currentIndex()) + 1;
+}
+
+bool InputDem::choose(const QString &typed)
+{
+    m_typingTimer.stop();
+    if (typed.isEmpty())
+        return false;
+    const QString path = dataSetName(typed, QDir::currentPath());
+    const RasterInfo info = readRasterInfo(path);
+    if (info.error.isEmpty()) {
+        accept(path, info);
+        return true;
+    }
+    {
+        const QSignalBlocker blocker(m_paths);
+        m_paths->setEditText(m_path);
+    }
+    emit changed();
+    Prompt::warning(
+        m_dialog,
+        QStringLiteral("%1\n\n%2")
+            .arg(labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}), typed));
+    return false;
+}
+
+void InputDem::onTyped()
+{
+    emit changed();
+    m_typingTimer.start();
+}
+
+/// While a path is being typed only a local file is looked at, and in silence.
+void InputDem::tryTyped()
+{
+    const QString typed = m_paths->currentText();
+    if (typed == m_path || isVirtualPath(typed) || !QFileInfo(typed).isFile())
+        return;
+    const QString path = QFileInfo(typed).absoluteFilePath();
+    const RasterInfo info = readRasterInfo(path);
+    if (info.error.isEmpty())
+        accept(path, info);
+}
+
+void InputDem::accept(const QString &path, const RasterInfo &info)
+{
+    const bool same = path == m_path;
+    m_path = path;
+    writeRecentFiles(withRecent(readRecentFiles(), path));
+    fillPaths();
+    if (!same || m_bands->count() != info.bandCount) {
+        m_bands->clear();
+        for (int band = 1; band <= info.bandCount; ++band)
+            m_bands->addItem(QString::number(band));
+        m_bands->setEnabled(info.bandCount > 1);
+    }
+    emit changed();
+}
+
+void InputDem::fillPaths()
+{
+    const QSignalBlocker blocker(m_paths);
+    const int cursor = m_paths->lineEdit()->cursorPosition();
+    m_paths->clear();
+    m_paths->addItems(readRecentFiles());
+    m_paths->setCurrentIndex(0);
+    m_paths->lineEdit()->setCursorPosition(cursor);
+    m_paths->setToolTip(QDir::toNativeSeparators(m_path));
+}

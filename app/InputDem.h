@@ -1,0 +1,45 @@
+#pragma once
+
+#include "dataset/rasterinfo.h"
+
+#include <QObject>
+#include <QTimer>
+
+class QComboBox;
+
+/// The input DEM of the main dialog: an editable combo of the paths used last, and a combo of the raster's
+/// bands.
+class InputDem : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The combos belong to the dialog, which is the parent of the warnings, too.
+    InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog);
+
+    /// The DEM as GDAL is given it; empty while there is none, or while the text in the combo is not the DEM's.
+    QString path() const;
+
+    /// Number of the chosen band, from 1.
+    int band() const;
+
+    /// Opens the file and makes it the input. On failure a warning follows, and text, bands and DEM are as
+    /// before.
+    bool choose(const QString &path);
+
+signals:
+    /// There is another DEM, or none for the moment.
+    void changed();
+
+private:
+    void onTyped();
+    void tryTyped();
+    void accept(const QString &path, const RasterInfo &info);
+    void fillPaths();
+
+    QComboBox *m_paths;
+    QComboBox *m_bands;
+    QWidget *m_dialog;
+    QTimer m_typingTimer;
+    QString m_path; ///< the DEM that was opened last, and the text that stands for it
+};

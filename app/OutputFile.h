@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class QLineEdit;
+
+/// The output name of the main dialog: a proposal that follows input and process, until the user writes another
+/// one.
+class OutputFile : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The line edit belongs to the dialog.
+    explicit OutputFile(QLineEdit *name);
+
+    /// The name as it stands; empty for none.
+    QString name() const;
+
+    /// Proposes a name for the product of an input (empty: none) whose suffix and extensions the process gives.
+    /// Of a name that the user wrote only a wrong extension changes.
+    void propose(const QString &input, const QString &suffix, const QStringList &extensions);
+
+    /// Takes a name that the user chose.
+    void choose(const QString &name);
+
+private:
+    QLineEdit *m_name;
+    bool m_isUsers = false; ///< the user wrote the name
+};

@@ -1,0 +1,77 @@
+#include "app/ProductRun.h"
+
+#include "runner/QuvoScriptRunner.h"
+#include "runner/outputfiles.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace
+{
+
+/// Removes the product that is to be replaced, and the files that GDAL keeps under its whole name: they would
+/// pass for the new one's. The tool's own way would delete every file that the old data set names.
+void removeReplaced(const QString &output)
+{
+    if (!QFileInfo(output).isFile())
+        return;
+    for (const char *suffix : {"", ".aux.xml", ".ovr", ".msk", ".msk.ovr"})
+        QFile::remove(output + QLatin1String(suffix));
+}
+
+} // namespace
+
+ProductRun::ProductRun(QuvoScriptRunner &runner)
+    : m_runner(runner)
+{
+    connect(&runner, &QuvoScriptRunner::done, this, &ProductRun::onDone);
+    connect(&runner, &QuvoScriptRunner::aborted, this, &ProductRun::onAborted);
+    connect(&runner, &QuvoScriptRunner::error, this, &ProductRun::onError);
+}
+
+void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool window, const QString &icon)
+{
+    m_plan = plan;
+    m_outcome = {};
+    m_lock = std::move(lock);
+    removeReplaced(plan.request.output);
+    m_plan.outputs.first().before = namesakes(plan.request.output);
+    const QString title = labelText(processRow(*plan.request.process).stepTitle);
+    m_runner.run({{plan.command, title}}, {m_plan.outputs}, window ? ProgressWindowWithStop : NoProgressWindow,
+                 icon);
+}
+
+void ProductRun::onDone()
+{
+    if (!isRunning())
+        return;
+    m_outcome.toolText = m_runner.lastStandardError();
+    const ProductCheck check = checkProduct(m_plan.expected, m_outcome.toolText);
+    m_outcome.sentence = check.problem;
+    m_outcome.featureCount = check.featureCount;
+    if (!check.problem.isEmpty())
+        deleteOutputFiles({m_plan.outputs});
+    m_lock.reset();
+    if (check.problem.isEmpty())
+        emit finished();
+    else
+        emit failed(m_outcome.toolText);
+}
+
+void ProductRun::onAborted()
+{
+    if (!isRunning())
+        return;
+    m_lock.reset();
+    emit aborted();
+}
+
+void ProductRun::onError(const QString &toolText)
+{
+    if (!isRunning())
+        return;
+    m_outcome.toolText = toolText;
+    m_outcome.exitCode = m_runner.lastExitCode();
+    m_lock.reset();
+    emit failed(toolText);
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "app/outputlock.h"
+#include "app/runplan.h"
+
+#include <QObject>
+
+#include <memory>
+
+class QuvoScriptRunner;
+
+/// How a run ended.
+struct RunOutcome
+{
+    QString sentence;           ///< what is wrong with a product that failed its check; empty otherwise
+    QString toolText;           ///< what the tool wrote on its standard error
+    int exitCode = 0;           ///< of the tool
+    long long featureCount = 0; ///< of a vector product
+};
+
+/// A run that makes a product: one step of the script runner, and a look at what came out. Window and batch
+/// program make theirs with it. While none is started the script runner's signals concern somebody else.
+class ProductRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ProductRun(QuvoScriptRunner &runner);
+
+    /// Starts a plan without a fault, whose lock is held until the run has ended. One of the signals follows,
+    /// possibly from inside this call.
+    void start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool window, const QString &icon);
+
+    bool isRunning() const { return m_lock != nullptr; }
+    const RunPlan &plan() const { return m_plan; }
+    const RunOutcome &outcome() const { return m_outcome; }
+
+signals:
+    /// The product is there and was found whole.
+    void finished();
+    /// The run was stopped; nothing of the product is left.
+    void aborted();
+    /// The run failed, or its product was no good; nothing of it is left.
+    void failed(const QString &toolText);
+
+private:
+    void onDone();
+    void onAborted();
+    void onError(const QString &toolText);
+
+    QuvoScriptRunner &m_runner;
+    RunPlan m_plan;
+    RunOutcome m_outcome;
+    std::unique_ptr<OutputLock> m_lock;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// What the main dialog decides, without the dialog.
+
+/// Whether the launch button is enabled.
+bool canLaunch(bool hasInput, const QString &output, bool panelIsComplete);
+
+/// The recent list with the path at its head: absolute paths, each once, the newest first, ten at most.
+QStringList withRecent(const QStringList &recent, const QString &path);
+
+/// Where the dialog for choosing a DEM begins: the folder of the last one chosen in it; the current directory
+/// where it is to be kept; the input's text; or, where that is empty, the second of the recent list (not the
+/// first: kept so on purpose).
+struct StartDirectory
+{
+    QString lastChosenFolder;
+    bool keepCurrent = false;
+    QString currentDirectory;
+    QString inputText;
+    QString secondRecent;
+};
+QString startDirectory(const StartDirectory &choices);
+
+/// A name for the product of an input: "<folder>/<base>_<suffix>.<extension>", and where such a file is there
+/// already
+/// "<folder>/<base>_<suffix>_<n>.<extension>" with the first free n from 2 on. A data set that is no local file
+/// gets a name in the current directory.
+QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension);
+
+/// A name that the user gave, for a process whose products have the extensions: another process's extension
+/// (knownExtensions) makes place for the first of them, anything else stays.
+QString adaptExtension(const QString &name, const QStringList &extensions, const QStringList &knownExtensions);

@@ -1,0 +1,42 @@
+#include "panels/QEditableComboBox.h"
+
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+QEditableComboBox::QEditableComboBox(QWidget *parent)
+    : QComboBox(parent)
+{
+    setEditable(true);
+    setInsertPolicy(QComboBox::NoInsert);
+    setCompleter(nullptr);
+}
+
+int QEditableComboBox::chosenIndex() const
+{
+    return currentText() == itemText(currentIndex()) ? currentIndex() : -1;
+}
+
+void QEditableComboBox::choose(int row)
+{
+    if (row != currentIndex()) {
+        setCurrentIndex(row);
+        return;
+    }
+    if (currentText() == itemText(row))
+        return;
+    setEditText(itemText(row));
+    emit textReset();
+}
+
+void QEditableComboBox::translateItems(const QStringList &texts)
+{
+    const QSignalBlocker blocker(this);
+    const bool typed = chosenIndex() < 0;
+    const QString text = currentText();
+    for (int row = 0; row < qMin(count(), static_cast<int>(texts.size())); ++row)
+        setItemText(row, texts.at(row));
+    if (typed)
+        setEditText(text);
+    else
+        lineEdit()->setCursorPosition(0); // the beginning of a long entry says more than its end
+}

@@ -1,0 +1,259 @@
+#include "panels/shadedOptionsWidget.h"
+
+#include "panels/QEditableComboBox.h"
+#include "panels/labels.h"
+#include "ui_shadedOptionsWidget.h"
+
+#include <QEvent>
+#include <QLineEdit>
+#include <QTimerEvent>
+
+#include <qwt_compass.h>
+#include <qwt_compass_rose.h>
+#include <qwt_dial_needle.h>
+#include <qwt_wheel.h>
+
+namespace
+{
+
+constexpr int changeDelay = 100; // ms
+const ShadedOptions defaults;
+
+} // namespace
+
+shadedOptionsWidget::shadedOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
+    : optionsWidget(parent, flags)
+    , m_form(std::make_unique<Ui::shadedOptionsWidget>())
+{
+    m_form->setupUi(this);
+    makeCompass();
+    makeWheel();
+    makeScale();
+    for (QPushButton *reset : {m_form->m_pPBResetAzimuth, m_form->m_pPBResetAltitude, m_form->m_pPBResetScale,
+                               m_form->m_pPBResetZFactor})
+        reset->setEnabled(false);
+    m_form->m_pAzimuthValueLabel->setText(QStringLiteral("%1°").arg(m_pCompass->value()));
+    m_form->m_pAltitudeValueLabel->setText(QStringLiteral("%1°").arg(m_form->m_pAltitudeSlider->value()));
+    m_form->m_pZFactorValueLabel->setNum(m_pWheel->value());
+    applyTexts();
+    connectControls();
+}
+
+shadedOptionsWidget::~shadedOptionsWidget()
+{
+    delete m_pCompass;
+    delete m_pWheel;
+}
+
+void shadedOptionsWidget::makeCompass()
+{
+    m_pCompass = new QwtCompass(m_form->m_pCompassFrame);
+    // Rose, needle and scale belong to the compass.
+    m_pCompass->setScaleDraw(new QwtCompassScaleDraw({{0.0, QStringLiteral("N")},
+                                                      {90.0, QStringLiteral("E")},
+                                                      {180.0, QStringLiteral("S")},
+                                                      {270.0, QStringLiteral("W")}}));
+    auto rose = new QwtSimpleCompassRose(4, 1);
+    QPalette roseColours = palette();
+    roseColours.setColor(QPalette::Dark, QColor(140, 154, 168));
+    roseColours.setColor(QPalette::Light, QColor(201, 211, 220));
+    rose->setPalette(roseColours);
+    m_pCompass->setRose(rose);
+    m_pCompass->setNeedle(
+        new QwtCompassWindArrow(QwtCompassWindArrow::Style2, QColor(217, 164, 65), QColor(176, 122, 30)));
+    m_pCompass->setLineWidth(4);
+    m_pCompass->setFrameShadow(QwtDial::Sunken);
+    m_pCompass->setTotalSteps(360);
+    m_pCompass->setSingleSteps(1);
+    m_pCompass->setPageSteps(15);
+    m_pCompass->setValue(defaults.compass);
+    auto layout = new QVBoxLayout(m_form->m_pCompassFrame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_pCompass);
+}
+
+void shadedOptionsWidget::makeWheel()
+{
+    m_pWheel = new QwtWheel(m_form->m_pZFactorFrame);
+    m_pWheel->setRange(0.0, 100.0);
+    m_pWheel->setSingleStep(0.1);
+    m_pWheel->setPageStepCount(1);
+    m_pWheel->setTotalAngle(1800.0);
+    m_pWheel->setMinimumWidth(200);
+    m_pWheel->setValue(defaults.exaggeration);
+    auto layout = new QVBoxLayout(m_form->m_pZFactorFrame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_pWheel);
+}
+
+void shadedOptionsWidget::makeScale()
+{
+    m_pScaleCombo = new QEditableComboBox(m_form->m_pRatioFrame);
+    m_pScaleCombo->addItems(scaleLabels());
+    m_pScaleCombo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_pScaleCombo->setMinimumContentsLength(24);
+    m_pScaleCombo->lineEdit()->setCursorPosition(0);
+    auto layout = new QVBoxLayout(m_form->m_pRatioFrame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_pScaleCombo);
+}
+
+void shadedOptionsWidget::connectControls()
+{
+    const auto indexChanged = qOverload<int>(&QComboBox::currentIndexChanged);
+    connect(m_pWheel, &QwtWheel::valueChanged, this, &shadedOptionsWidget::slot_onOptionsChanged);
+    connect(m_pWheel, &QwtWheel::valueChanged, this, &shadedOptionsWidget::slot_onZFactorValueChanged);
+    connect(m_pScaleCombo, indexChanged, this, &shadedOptionsWidget::slot_onScaleValueChanged);
+    connect(m_form->m_pPBResetAltitude, &QPushButton::clicked, this,
+            &shadedOptionsWidget::slot_resetAltitudeValue);
+    connect(m_form->m_pPBResetAzimuth, &QPushButton::clicked, this,
+            &shadedOptionsWidget::slot_resetAzimuthValue);
+    connect(m_form->m_pPBResetScale, &QPushButton::clicked, this, &shadedOptionsWidget::slot_resetScaleValue);
+    connect(m_form->m_pPBResetZFactor, &QPushButton::clicked, this,
+            &shadedOptionsWidget::slot_resetZFactorValue);
+    connect(m_pScaleCombo, indexChanged, this, &shadedOptionsWidget::slot_onOptionsChanged);
+    connect(m_pCompass, &QwtCompass::valueChanged, this, &shadedOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pAltitudeSlider, &QSlider::valueChanged, this,
+            &shadedOptionsWidget::slot_onOptionsChanged);
+    connect(m_pCompass, &QwtCompass::valueChanged, this, &shadedOptionsWidget::slot_onAzimuthValueChanged);
+    connect(m_form->m_pAltitudeSlider, &QSlider::valueChanged, this,
+            &shadedOptionsWidget::slot_onAltitudeValueChanged);
+    connect(m_form->m_pRBZevenbergenThorne, &QRadioButton::toggled, this,
+            &shadedOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pChBComputeAtEdges, &QCheckBox::toggled, this,
+            &shadedOptionsWidget::slot_onOptionsChanged);
+
+    // Typing changes no index, and a reset of what was typed need not either.
+    connect(m_pScaleCombo->lineEdit(), &QLineEdit::textEdited, this,
+            &shadedOptionsWidget::slot_onScaleValueChanged);
+    connect(m_pScaleCombo->lineEdit(), &QLineEdit::textEdited, this,
+            &shadedOptionsWidget::slot_onOptionsChanged);
+    connect(m_pScaleCombo, &QEditableComboBox::textReset, this, &shadedOptionsWidget::slot_onOptionsChanged);
+}
+
+QString shadedOptionsWidget::getCommandArguments()
+{
+    return shadedFragment(options());
+}
+
+bool shadedOptionsWidget::isComplete() const
+{
+    return ::isComplete(options());
+}
+
+ShadedOptions shadedOptionsWidget::options() const
+{
+    ShadedOptions options;
+    options.exaggeration = m_pWheel->value();
+    options.scaleIndex = m_pScaleCombo->chosenIndex();
+    options.scaleText = options.scaleIndex < 0 ? m_pScaleCombo->currentText() : QString();
+    options.compass = m_pCompass->value();
+    options.altitude = m_form->m_pAltitudeSlider->value();
+    options.computeEdges = m_form->m_pChBComputeAtEdges->isChecked();
+    options.zevenbergenThorne = m_form->m_pRBZevenbergenThorne->isChecked();
+    return options;
+}
+
+void shadedOptionsWidget::setOptions(const ShadedOptions &options)
+{
+    m_pWheel->setValue(options.exaggeration);
+    m_pCompass->setValue(options.compass);
+    m_form->m_pAltitudeSlider->setValue(options.altitude);
+    if (options.scaleIndex >= 0) {
+        m_pScaleCombo->choose(options.scaleIndex);
+    } else {
+        m_pScaleCombo->setEditText(options.scaleText);
+        slot_onScaleValueChanged();
+    }
+    m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
+    (options.zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
+    slot_onOptionsChanged();
+}
+
+void shadedOptionsWidget::slot_onAzimuthValueChanged(double value)
+{
+    m_form->m_pAzimuthValueLabel->setText(QStringLiteral("%1°").arg(value));
+    m_form->m_pPBResetAzimuth->setEnabled(true);
+}
+
+void shadedOptionsWidget::slot_onAltitudeValueChanged(int value)
+{
+    m_form->m_pAltitudeValueLabel->setText(QStringLiteral("%1°").arg(value));
+    m_form->m_pPBResetAltitude->setEnabled(true);
+}
+
+void shadedOptionsWidget::slot_onZFactorValueChanged(double value)
+{
+    m_form->m_pZFactorValueLabel->setNum(value);
+    m_form->m_pPBResetZFactor->setEnabled(true);
+}
+
+void shadedOptionsWidget::slot_onScaleValueChanged()
+{
+    m_form->m_pPBResetScale->setEnabled(true);
+}
+
+// The value is set first and the button disabled after: the change itself enables it.
+
+void shadedOptionsWidget::slot_resetAzimuthValue()
+{
+    m_pCompass->setValue(defaults.compass);
+    m_form->m_pPBResetAzimuth->setEnabled(false);
+}
+
+void shadedOptionsWidget::slot_resetAltitudeValue()
+{
+    m_form->m_pAltitudeSlider->setValue(defaults.altitude);
+    m_form->m_pPBResetAltitude->setEnabled(false);
+}
+
+void shadedOptionsWidget::slot_resetScaleValue()
+{
+    m_pScaleCombo->choose(defaults.scaleIndex);
+    m_form->m_pPBResetScale->setEnabled(false);
+}
+
+void shadedOptionsWidget::slot_resetZFactorValue()
+{
+    m_pWheel->setValue(defaults.exaggeration);
+    m_form->m_pPBResetZFactor->setEnabled(false);
+}
+
+void shadedOptionsWidget::slot_onOptionsChanged()
+{
+    if (m_changeTimer > 0)
+        killTimer(m_changeTimer);
+    m_changeTimer = startTimer(changeDelay);
+}
+
+void shadedOptionsWidget::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_changeTimer) {
+        killTimer(m_changeTimer);
+        m_changeTimer = 0; // before the signal, whose listener may change an option
+        emit completeChanged();
+    }
+    optionsWidget::timerEvent(event);
+}
+
+void shadedOptionsWidget::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_form->retranslateUi(this);
+        applyTexts();
+        m_form->m_pZFactorValueLabel->setNum(m_pWheel->value());
+    }
+    optionsWidget::changeEvent(event);
+}
+
+void shadedOptionsWidget::applyTexts()
+{
+    m_form->m_pLabelExageration->setText(withColon(tr("Exagération verticale", "MESS_EXA_RELIEF")));
+    m_form->m_pLabelCalcMethode->setText(withColon(tr("Méthode de calcul", "MESS_CALC_METHODE")));
+    m_form->m_pLabelCalcBord->setText(
+        withColon(tr("Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData",
+                     "MESS_CALC_BORD_EXPL")));
+    m_form->m_pCompassFrame->setToolTip(
+        tr("L'outil reçoit l'azimut 270 - lecture de la boussole.", "MESS_BOUSSOLE_EXPL"));
+    m_pScaleCombo->translateItems(scaleLabels());
+}

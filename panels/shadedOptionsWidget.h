@@ -1,0 +1,66 @@
+#pragma once
+
+#include "panels/fragments.h"
+#include "panels/optionsWidget.h"
+
+#include <memory>
+
+class QEditableComboBox;
+class QwtCompass;
+class QwtWheel;
+
+namespace Ui
+{
+class shadedOptionsWidget;
+}
+
+/// Options of the shaded relief process: direction and height of the sun, exaggeration, units, method and
+/// edges.
+class shadedOptionsWidget : public optionsWidget
+{
+    Q_OBJECT
+
+public:
+    explicit shadedOptionsWidget(QWidget *parent = nullptr, Qt::WindowFlags flags = {});
+    ~shadedOptionsWidget() override;
+
+    bool capabilityFlag() const override { return true; }
+    QString getCommandArguments() override;
+    bool isComplete() const override;
+
+    ShadedOptions options() const;
+    /// Shows the options; completeChanged() follows as if they had been set by hand.
+    void setOptions(const ShadedOptions &options);
+
+signals:
+    /// The options changed, 100 ms ago at least: a burst of changes gives one signal.
+    void completeChanged();
+
+public slots:
+    void slot_onAzimuthValueChanged(double value);
+    void slot_onAltitudeValueChanged(int value);
+    void slot_onZFactorValueChanged(double value);
+    void slot_onScaleValueChanged();
+    void slot_resetAzimuthValue();
+    void slot_resetAltitudeValue();
+    void slot_resetScaleValue();
+    void slot_resetZFactorValue();
+    void slot_onOptionsChanged();
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void makeCompass();
+    void makeWheel();
+    void makeScale();
+    void connectControls();
+    void applyTexts();
+
+    std::unique_ptr<Ui::shadedOptionsWidget> m_form;
+    QwtCompass *m_pCompass = nullptr; ///< owned
+    QwtWheel *m_pWheel = nullptr;     ///< owned
+    QEditableComboBox *m_pScaleCombo = nullptr;
+    int m_changeTimer = 0; ///< identifier of the pending change timer; 0 or less: none runs
+};
