@@ -53,17 +53,17 @@ bool InputDem::choose(const QString &typed)
     m_typingTimer.stop();
     if (typed.isEmpty())
         return false;
-    const QString path = dataSetName(typed, QDir::currentPath());
-    const RasterInfo info = readRasterInfo(path);
+    const QString name = dataSetName(typed, QDir::currentPath());
+    const RasterInfo info = readRasterInfo(name);
     if (info.error.isEmpty()) {
-        accept(path, info);
+        accept(name, info);
         return true;
     }
     {
         const QSignalBlocker blocker(m_paths);
         m_paths->setEditText(m_path);
     }
-    emit changed();
+    emit changed(path());
     Prompt::warning(
         m_dialog,
         QStringLiteral("%1\n\n%2")
@@ -73,7 +73,7 @@ bool InputDem::choose(const QString &typed)
 
 void InputDem::onTyped()
 {
-    emit changed();
+    emit changed(path());
     m_typingTimer.start();
 }
 
@@ -83,17 +83,17 @@ void InputDem::tryTyped()
     const QString typed = m_paths->currentText();
     if (typed == m_path || isVirtualPath(typed) || !QFileInfo(typed).isFile())
         return;
-    const QString path = QFileInfo(typed).absoluteFilePath();
-    const RasterInfo info = readRasterInfo(path);
+    const QString name = QFileInfo(typed).absoluteFilePath();
+    const RasterInfo info = readRasterInfo(name);
     if (info.error.isEmpty())
-        accept(path, info);
+        accept(name, info);
 }
 
-void InputDem::accept(const QString &path, const RasterInfo &info)
+void InputDem::accept(const QString &accepted, const RasterInfo &info)
 {
-    const bool same = path == m_path;
-    m_path = path;
-    writeRecentFiles(withRecent(readRecentFiles(), path));
+    const bool same = accepted == m_path;
+    m_path = accepted;
+    writeRecentFiles(withRecent(readRecentFiles(), m_path));
     fillPaths();
     if (!same || m_bands->count() != info.bandCount) {
         m_bands->clear();
@@ -101,7 +101,7 @@ void InputDem::accept(const QString &path, const RasterInfo &info)
             m_bands->addItem(QString::number(band));
         m_bands->setEnabled(info.bandCount > 1);
     }
-    emit changed();
+    emit changed(path());
 }
 
 void InputDem::fillPaths()

@@ -28,13 +28,13 @@ public:
     bool choose(const QString &path);
 
 signals:
-    /// There is another DEM, or none for the moment.
-    void changed();
+    /// There is another DEM, or none for the moment (an empty path).
+    void changed(const QString &path);
 
 private:
     void onTyped();
     void tryTyped();
-    void accept(const QString &path, const RasterInfo &info);
+    void accept(const QString &accepted, const RasterInfo &info);
     void fillPaths();
 
     QComboBox *m_paths;

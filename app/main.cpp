@@ -9,6 +9,7 @@
 #include "messages/QuvoLanguageManager.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QStyleFactory>
 
 #include <memory>
@@ -87,6 +88,7 @@ int main(int argc, char *argv[])
     useHighDpi();
     QApplication application(argc, argv);
     Q_INIT_RESOURCE(quvo);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/QuvoGdalUtilities/images/application.png")));
     if (!userStyleSheet)
         applyStyle();
     application.setStyleSheet(composeStyleSheet(application.styleSheet()));

@@ -160,15 +160,15 @@ void quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged()
 
 void quvoGdalUtilities::slot_onCurrentTabChanged(int)
 {
-    slot_onInputDemChanged();
+    slot_onInputDemChanged(m_input->path());
     applyTexts();
 }
 
-void quvoGdalUtilities::slot_onInputDemChanged()
+void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
 {
     if (const auto process = currentProcess()) {
         const ProcessRow &row = processRow(*process);
-        m_output->propose(m_input->path(), QString::fromLatin1(row.suffix),
+        m_output->propose(path, QString::fromLatin1(row.suffix),
                           formatExtensions(outputFormat(currentRequest())));
     }
     slot_activeLaunchButton();

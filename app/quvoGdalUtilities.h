@@ -51,7 +51,7 @@ public slots:
     void slot_onWidgetOptionsCompleteChanged();
     void slot_selectInputDem();
     void slot_onCurrentTabChanged(int index);
-    void slot_onInputDemChanged();
+    void slot_onInputDemChanged(const QString &path);
     void slot_onOutputFileChanged();
     void slot_selectOutputFile();
     void slot_launchProcess();
