@@ -35,7 +35,7 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     m_outcome = {};
     m_lock = std::move(lock);
     removeReplaced(plan.request.output);
-    m_plan.outputs.first().before = namesakes(plan.request.output);
+    m_plan.outputs.first().before = namesakes(m_plan.outputs.first());
     const QString title = labelText(processRow(*plan.request.process).stepTitle);
     m_runner.run({{plan.command, title}}, {m_plan.outputs}, window ? ProgressWindowWithStop : NoProgressWindow,
                  icon);

@@ -53,6 +53,13 @@ QString demArguments(const ProcessingRequest &request)
     return text;
 }
 
+/// These raster formats keep to files of the product's whole name.
+bool writesOneFile(const QString &format)
+{
+    return format.compare(QLatin1String("GTiff"), Qt::CaseInsensitive) == 0
+        || format.compare(QLatin1String("COG"), Qt::CaseInsensitive) == 0;
+}
+
 QString withoutExtension(const QString &path)
 {
     const auto dot = path.lastIndexOf(QLatin1Char('.'));
@@ -102,9 +109,9 @@ QuvoOutputFilesList declaredOutputs(const ProcessingRequest &request)
         return {};
     const QString format = outputFormat(request);
     if (processRow(*request.process).product == ProductKind::Vector)
-        return {{request.output, format, QuvoOutputFileKind::Vector}};
+        return {{request.output, format, QuvoOutputFileKind::Vector, true}};
 
-    QuvoOutputFilesList files{{request.output, format, QuvoOutputFileKind::Raster}};
+    QuvoOutputFilesList files{{request.output, format, QuvoOutputFileKind::Raster, !writesOneFile(format)}};
     // Only what the command really makes: a world file of the user's own is not ours to delete.
     if (request.tiled && request.worldFile)
         files += {withoutExtension(request.output) + QStringLiteral(".tfw"), QString(),

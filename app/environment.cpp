@@ -134,7 +134,8 @@ QString driverPath(const QString &installDir)
 
 QVector<QByteArray> gdalVariables(const QString &installDir, const QByteArray &searchPath)
 {
-    const QByteArray separator(1, QDir::listSeparator().toLatin1());
+    // An empty search path would leave an empty element, which stands for the current directory.
+    const QByteArray separator(searchPath.isEmpty() ? 0 : 1, QDir::listSeparator().toLatin1());
     QVector<QByteArray> variables;
     variables += "PATH=" + encodePath(QDir::toNativeSeparators(installDir)) + separator + searchPath;
     const QByteArray drivers = encodePath(driverPath(installDir));

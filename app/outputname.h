@@ -10,8 +10,6 @@ struct OutputName
 {
     QString path;    ///< absolute, with an extension of the format
     QString problem; ///< why it cannot be used, in a sentence; empty for a good name
-    bool exists =
-        false; ///< a file of that name is there: whoever launches the run asks before it is overwritten
 };
 
 /// Appends the first extension to a name whose last part has none.

@@ -37,14 +37,6 @@ QString inputProblem(const ProcessingRequest &request, const RasterInfo &input)
     return {};
 }
 
-/// Formats other than these write files of the output's base name beside it (.hdr, .prj, …), which may be the
-/// input's.
-bool writesOneFile(const QString &format)
-{
-    return format.compare(QLatin1String("GTiff"), Qt::CaseInsensitive) == 0
-        || format.compare(QLatin1String("COG"), Qt::CaseInsensitive) == 0;
-}
-
 QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFilesList &outputs,
                          const QStringList &inputFiles)
 {
@@ -58,7 +50,7 @@ QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFiles
         return file.completeBaseName() == product.completeBaseName()
             && QFileInfo(file.absolutePath()) == QFileInfo(product.absolutePath());
     };
-    if (!writesOneFile(outputFormat(request)) && std::any_of(inputFiles.begin(), inputFiles.end(), isNeighbour))
+    if (outputs.first().ownsBaseName && std::any_of(inputFiles.begin(), inputFiles.end(), isNeighbour))
         return labelText(
                    {"MESS_SORTIE_MEME_BASE",
                     "Le format « %1 » écrit des fichiers annexes qui remplaceraient ceux du MNT d'entrée ; "
@@ -87,7 +79,8 @@ QString existingOutput(const RunPlan &plan)
         if (QFileInfo::exists(output.path))
             return output.path;
     }
-    return writesOneFile(outputFormat(plan.request)) ? QString() : namesakes(plan.request.output).value(0);
+    const QuvoOutputFile &product = plan.outputs.first();
+    return product.ownsBaseName ? namesakes(product).value(0) : QString();
 }
 
 RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs)

@@ -36,7 +36,7 @@ void deleteThroughDriver(const QuvoOutputFile &file)
 
 void deleteWhatCame(const QuvoOutputFile &file)
 {
-    for (const QString &other : namesakes(file.path)) {
+    for (const QString &other : namesakes(file)) {
         if (!file.before->contains(other))
             removePlainly(other);
     }
@@ -56,15 +56,15 @@ void deleteOutputFile(const QuvoOutputFile &file)
         removePlainly(file.path);
 }
 
-QStringList namesakes(const QString &path)
+QStringList namesakes(const QuvoOutputFile &output)
 {
-    const QFileInfo file(path);
+    const QFileInfo file(output.path);
+    const QString stem = output.ownsBaseName ? file.completeBaseName() : file.fileName();
     QStringList found;
     for (const QFileInfo &other :
          QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System)) {
-        const bool named = other.fileName() == file.completeBaseName()
-            || other.fileName().startsWith(file.completeBaseName() + QLatin1Char('.'));
-        if (named && other.fileName() != file.fileName())
+        const QString name = other.fileName();
+        if (name != file.fileName() && (name == stem || name.startsWith(stem + QLatin1Char('.'))))
             found += other.absoluteFilePath();
     }
     return found;

@@ -8,9 +8,9 @@
 /// Nothing is shown; a file that cannot be removed is logged.
 void deleteOutputFile(const QuvoOutputFile &file);
 
-/// The files of the path's folder that are named like it: the path's base name, alone or with a dot behind it.
-/// The path itself is not among them.
-QStringList namesakes(const QString &path);
+/// The files of the output's folder that are named like it: its whole name with a dot and more behind it, and
+/// where it owns its base name that one, alone or with a dot and more. The output itself is not among them.
+QStringList namesakes(const QuvoOutputFile &output);
 
 /// Deletes the files of each step in order, up to the first step that has none.
 void deleteOutputFiles(const QuvoOutputFilesListCollection &files);

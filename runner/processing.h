@@ -27,9 +27,12 @@ struct QuvoOutputFile
     QString path;
     QString driver; ///< GDAL's short name of the driver that writes it; not used for a plain file
     QuvoOutputFileKind kind = QuvoOutputFileKind::PlainFile;
-    /// Files of its folder that bear its name and were there before the step. Where this is known, a deletion
-    /// takes the file itself and what has come since, and asks no driver: a driver's list of a data set's files
-    /// may name anything.
+    /// Whether the driver writes side files of its base name, too (a.hdr beside a.img), and not only of its
+    /// whole name (a.tif.aux.xml beside a.tif).
+    bool ownsBaseName = false;
+    /// Its namesakes() that were there before the step. Where this is known, a deletion takes the file itself
+    /// and the namesakes that came since, and asks no driver: a driver's list of a data set's files may name
+    /// anything.
     std::optional<QStringList> before{};
 };
 

@@ -64,7 +64,8 @@ void addMainDialog(Album &album)
     // Under a path that says nothing of this machine.
     const QDir folder(QDir::tempPath() + QStringLiteral("/terrain"));
     QDir().mkpath(folder.path());
-    QFile::copy(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"), folder.filePath(QStringLiteral("dem.tif")));
+    QFile::copy(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"),
+                folder.filePath(QStringLiteral("dem.tif")));
     dialog.setInputDem(folder.filePath(QStringLiteral("dem.tif")));
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
     for (int index = 0; index < tabs->count(); ++index) {
