@@ -114,7 +114,8 @@ std::string readText(const DicoFile &file, const DicoRecord &record)
         text.clear();
     text.resize(std::fread(text.data(), 1, text.size(), data));
     std::fclose(data);
-    return text.c_str(); // a text ends at its first NUL, as printf takes it
+    text.resize(std::min(text.find('\0'), text.size())); // where printf takes it to end
+    return text;
 }
 
 void fetchPrefixes(const DicoFile &file)

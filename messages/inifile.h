@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-struct _dictionary_;
+struct _dictionary_; // NOLINT(bugprone-reserved-identifier): iniparser's own name of its record
 
 /// An ini file, read once by iniparser.
 ///
