@@ -11,7 +11,7 @@ BatchRun::BatchRun()
     connect(&m_run, &ProductRun::finished, this, &BatchRun::onFinished);
     connect(&m_run, &ProductRun::aborted, this, &BatchRun::onAborted);
     connect(&m_run, &ProductRun::failed, this, &BatchRun::onFailed);
-    connect(&m_stopSignals, &StopSignals::stopRequested, &m_scriptRunner, &QuvoScriptRunner::processUserCancel);
+    connect(&m_stopSignals, &StopSignals::stopRequested, &m_run, &ProductRun::stop);
 }
 
 void BatchRun::start(const RunPlan &plan, bool overwrite)

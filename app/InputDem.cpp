@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
 
@@ -32,9 +33,10 @@ InputDem::InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog)
     m_typingTimer.setInterval(typingPause);
 
     connect(m_paths, qOverload<int>(&QComboBox::activated), this,
-            [this](int row) { choose(m_paths->itemText(row)); });
+            [this](int row) { open(m_paths->itemText(row), KeepOrder); });
     connect(m_paths->lineEdit(), &QLineEdit::textEdited, this, &InputDem::onTyped);
-    connect(m_paths->lineEdit(), &QLineEdit::returnPressed, this, [this] { choose(m_paths->currentText()); });
+    m_paths->installEventFilter(this);
+    m_paths->lineEdit()->installEventFilter(this);
     connect(&m_typingTimer, &QTimer::timeout, this, &InputDem::tryTyped);
 }
 
@@ -48,7 +50,26 @@ int InputDem::band() const
     return qMax(0, m_bands->currentIndex()) + 1;
 }
 
-bool InputDem::choose(const QString &typed)
+bool InputDem::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Wheel && watched == m_paths)
+        return true;
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            open(m_paths->currentText(), MoveToFront);
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool InputDem::choose(const QString &path)
+{
+    return open(path, MoveToFront);
+}
+
+bool InputDem::open(const QString &typed, Listing listing)
 {
     m_typingTimer.stop();
     if (typed.isEmpty())
@@ -56,11 +77,12 @@ bool InputDem::choose(const QString &typed)
     const QString name = dataSetName(typed, QDir::currentPath());
     const RasterInfo info = readRasterInfo(name);
     if (info.error.isEmpty()) {
-        accept(name, info);
+        accept(name, info, listing);
         return true;
     }
     {
         const QSignalBlocker blocker(m_paths);
+        m_paths->setCurrentIndex(m_paths->findText(m_path));
         m_paths->setEditText(m_path);
     }
     emit changed(path());
@@ -86,15 +108,16 @@ void InputDem::tryTyped()
     const QString name = QFileInfo(typed).absoluteFilePath();
     const RasterInfo info = readRasterInfo(name);
     if (info.error.isEmpty())
-        accept(name, info);
+        accept(name, info, MoveToFront);
 }
 
-void InputDem::accept(const QString &accepted, const RasterInfo &info)
+void InputDem::accept(const QString &accepted, const RasterInfo &info, Listing listing)
 {
     const bool same = accepted == m_path;
     m_path = accepted;
+    m_files = info.files;
     writeRecentFiles(withRecent(readRecentFiles(), m_path));
-    fillPaths();
+    showPath(listing);
     if (!same || m_bands->count() != info.bandCount) {
         m_bands->clear();
         for (int band = 1; band <= info.bandCount; ++band)
@@ -104,13 +127,17 @@ void InputDem::accept(const QString &accepted, const RasterInfo &info)
     emit changed(path());
 }
 
-void InputDem::fillPaths()
+/// Shows the path in the list, where it goes to the front unless it was chosen there: stepping through a list
+/// that moves would lead nowhere.
+void InputDem::showPath(Listing listing)
 {
     const QSignalBlocker blocker(m_paths);
-    const int cursor = m_paths->lineEdit()->cursorPosition();
-    m_paths->clear();
-    m_paths->addItems(readRecentFiles());
-    m_paths->setCurrentIndex(0);
-    m_paths->lineEdit()->setCursorPosition(cursor);
+    const int fromEnd = static_cast<int>(m_paths->currentText().size()) - m_paths->lineEdit()->cursorPosition();
+    if (listing == MoveToFront || m_paths->findText(m_path) < 0) {
+        m_paths->clear();
+        m_paths->addItems(readRecentFiles());
+    }
+    m_paths->setCurrentIndex(m_paths->findText(m_path));
+    m_paths->lineEdit()->setCursorPosition(qMax(0, static_cast<int>(m_path.size()) - fromEnd));
     m_paths->setToolTip(QDir::toNativeSeparators(m_path));
 }

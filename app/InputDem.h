@@ -20,6 +20,9 @@ public:
     /// The DEM as GDAL is given it; empty while there is none, or while the text in the combo is not the DEM's.
     QString path() const;
 
+    /// The files that the DEM is made of (RasterInfo::files).
+    QStringList files() const { return m_files; }
+
     /// Number of the chosen band, from 1.
     int band() const;
 
@@ -31,15 +34,28 @@ signals:
     /// There is another DEM, or none for the moment (an empty path).
     void changed(const QString &path);
 
+protected:
+    /// Takes Return from the text field, which would press the dialog's default button, too, and the wheel,
+    /// which would open one DEM after another.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    enum Listing
+    {
+        MoveToFront,
+        KeepOrder
+    };
+
+    bool open(const QString &typed, Listing listing);
     void onTyped();
     void tryTyped();
-    void accept(const QString &accepted, const RasterInfo &info);
-    void fillPaths();
+    void accept(const QString &accepted, const RasterInfo &info, Listing listing);
+    void showPath(Listing listing);
 
     QComboBox *m_paths;
     QComboBox *m_bands;
     QWidget *m_dialog;
     QTimer m_typingTimer;
     QString m_path; ///< the DEM that was opened last, and the text that stands for it
+    QStringList m_files;
 };

@@ -1,5 +1,6 @@
 #include "app/ProductRun.h"
 
+#include "app/outputname.h"
 #include "runner/QuvoScriptRunner.h"
 #include "runner/outputfiles.h"
 
@@ -15,8 +16,9 @@ void removeReplaced(const QString &output)
 {
     if (!QFileInfo(output).isFile())
         return;
-    for (const char *suffix : {"", ".aux.xml", ".ovr", ".msk", ".msk.ovr"})
-        QFile::remove(output + QLatin1String(suffix));
+    QFile::remove(output);
+    for (const QString &file : wholeNameFiles(output))
+        QFile::remove(file);
 }
 
 } // namespace
@@ -41,11 +43,18 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
                  icon);
 }
 
+void ProductRun::stop()
+{
+    if (isRunning())
+        m_runner.processUserCancel();
+}
+
 void ProductRun::onDone()
 {
     if (!isRunning())
         return;
     m_outcome.toolText = m_runner.lastStandardError();
+    m_outcome.exitCode = 0;
     const ProductCheck check = checkProduct(m_plan.expected, m_outcome.toolText);
     m_outcome.sentence = check.problem;
     m_outcome.featureCount = check.featureCount;
@@ -71,7 +80,8 @@ void ProductRun::onError(const QString &toolText)
     if (!isRunning())
         return;
     m_outcome.toolText = toolText;
-    m_outcome.exitCode = m_runner.lastExitCode();
+    if (m_runner.lastExitCode() != 0) // a tool that could not be started has none
+        m_outcome.exitCode = m_runner.lastExitCode();
     m_lock.reset();
     emit failed(toolText);
 }

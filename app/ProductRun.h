@@ -6,16 +6,17 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
 
 class QuvoScriptRunner;
 
 /// How a run ended.
 struct RunOutcome
 {
-    QString sentence;           ///< what is wrong with a product that failed its check; empty otherwise
-    QString toolText;           ///< what the tool wrote on its standard error
-    int exitCode = 0;           ///< of the tool
-    long long featureCount = 0; ///< of a vector product
+    QString sentence;            ///< what is wrong with a product that failed its check; empty otherwise
+    QString toolText;            ///< what the tool wrote on its standard error
+    std::optional<int> exitCode; ///< of the tool; none when it was stopped or never started
+    long long featureCount = 0;  ///< of a vector product
 };
 
 /// A run that makes a product: one step of the script runner, and a look at what came out. Window and batch
@@ -30,6 +31,9 @@ public:
     /// Starts a plan without a fault, whose lock is held until the run has ended. One of the signals follows,
     /// possibly from inside this call.
     void start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool window, const QString &icon);
+
+    /// Stops the run, which aborted() follows; does nothing when none is on, so that a finished product stays.
+    void stop();
 
     bool isRunning() const { return m_lock != nullptr; }
     const RunPlan &plan() const { return m_plan; }

@@ -49,3 +49,10 @@ QString adaptExtension(const QString &name, const QStringList &extensions, const
         return name;
     return name.chopped(extension.size()) + extensions.first();
 }
+
+QString besideInput(const QString &name, const QString &input)
+{
+    if (name.isEmpty() || QFileInfo(name).isAbsolute() || input.isEmpty() || isVirtualPath(input))
+        return name;
+    return QDir::cleanPath(QFileInfo(input).absoluteDir().absoluteFilePath(name));
+}

@@ -33,3 +33,6 @@ QString proposeOutputName(const QString &input, const QString &suffix, const QSt
 /// A name that the user gave, for a process whose products have the extensions: another process's extension
 /// (knownExtensions) makes place for the first of them, anything else stays.
 QString adaptExtension(const QString &name, const QStringList &extensions, const QStringList &knownExtensions);
+
+/// An output name without a folder, or with a relative one, is one of the input's folder; any other stays.
+QString besideInput(const QString &name, const QString &input);

@@ -96,6 +96,14 @@ QString partOfInput(const QString &path)
         .arg(path);
 }
 
+QStringList wholeNameFiles(const QString &raster)
+{
+    QStringList files;
+    for (const char *suffix : {".aux.xml", ".ovr", ".msk", ".msk.ovr"})
+        files += raster + QLatin1String(suffix);
+    return files;
+}
+
 QString withExtension(const QString &name, const QStringList &extensions)
 {
     if (name.isEmpty() || name.endsWith(QLatin1Char('/')) || extensions.isEmpty()

@@ -30,6 +30,10 @@ bool isOneOf(const QString &path, const QStringList &files);
 /// A sentence that says that a file is part of the input.
 QString partOfInput(const QString &path);
 
+/// The files that GDAL keeps under a raster's whole name ("a.tif.ovr" beside "a.tif"), whether they are there
+/// or not.
+QStringList wholeNameFiles(const QString &raster);
+
 /// Bytes that a raster product of that size needs without compression; 0 for a vector product.
 qint64 expectedProductSize(const ProcessRow &process, int width, int height);
 

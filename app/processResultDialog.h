@@ -5,6 +5,7 @@
 #include <QDialog>
 
 #include <memory>
+#include <optional>
 
 namespace Ui
 {
@@ -17,10 +18,10 @@ struct ProcessResult
     QString title;
     QString picture; ///< path of the picture, a resource
     QString text;
-    QString file;     ///< the product; empty when there is none
-    QString command;  ///< the tool's whole command line
-    int exitCode = 0; ///< of the tool
-    QString toolText; ///< what the tool wrote on its standard error
+    QString file;                ///< the product; empty when there is none
+    QString command;             ///< the tool's whole command line
+    std::optional<int> exitCode; ///< of the tool; none when it was stopped or never started
+    QString toolText;            ///< what the tool wrote on its standard error
 };
 
 /// Tells how a run ended; shows the product, its folder and the details on request.

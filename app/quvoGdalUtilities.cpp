@@ -4,6 +4,7 @@
 #include "app/OutputFile.h"
 #include "app/aboutDialog.h"
 #include "app/dialogrules.h"
+#include "app/outputname.h"
 #include "app/processResultDialog.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
@@ -76,6 +77,10 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     addPanel(Process::Contour, nullptr, m_form->contourTab);
     addPanel(Process::TriTpiRoughness, nullptr, m_form->tri_tpi_roughnessTab);
 
+    // A drop on a text field would put an address into the middle of a path; the window takes the file.
+    for (QWidget *field : QList<QWidget *>{m_form->m_pCBInputListFile, m_form->m_pCBInputListFile->lineEdit(),
+                                           m_form->m_pLEOutputFile})
+        field->setAcceptDrops(false);
     restoreGeometryFromSettings();
     applyTexts();
     connectControls();
@@ -200,8 +205,14 @@ void quvoGdalUtilities::slot_selectOutputFile()
     const QString title = tr("Choisir un fichier de sortie", "MESS_CHOISIR_SORTIE");
     const QString path = QuvoFilerDialog::getSelection(this, QuvoFilerDialog::SaveFile, title, m_output->name(),
                                                        QStringLiteral("%1 (%2)").arg(title, pattern));
-    if (!path.isEmpty())
+    if (path.isEmpty())
+        return;
+    const OutputName output =
+        checkOutputName(path, formatExtensions(outputFormat(currentRequest())), m_input->files());
+    if (output.problem.isEmpty())
         m_output->choose(path);
+    else
+        warnOfOutput(path, output.problem);
 }
 
 ProcessingRequest quvoGdalUtilities::currentRequest() const
@@ -210,23 +221,21 @@ ProcessingRequest quvoGdalUtilities::currentRequest() const
     request.process = currentProcess();
     request.mode = QStringLiteral("hillshade");
     request.input = m_input->path();
-    request.output = m_output->name();
+    request.output = besideInput(m_output->name(), request.input);
     request.band = m_input->band();
     return request;
 }
 
 void quvoGdalUtilities::slot_launchProcess()
 {
+    slot_activeLaunchButton(); // options that have just been typed count
     if (m_run.isRunning() || !m_form->m_pPBLaunchProcess->isEnabled())
         return;
     ProcessingRequest request = currentRequest();
     request.fragment = currentPanel()->getCommandArguments();
     const RunPlan plan = planRun(request, m_tools);
     if (plan.fault == RunFault::Output) {
-        Prompt::warning(this,
-                        QStringLiteral("%1\n%2\n\n%3")
-                            .arg(tr("Le fichier de sortie n'est pas valide.", "MESS_INV_OUTPUT_FILE"),
-                                 request.output, plan.problem));
+        warnOfOutput(request.output, plan.problem);
         return;
     }
     if (plan.fault != RunFault::None) {
@@ -242,6 +251,14 @@ void quvoGdalUtilities::slot_launchProcess()
         m_run.start(plan, std::move(lock), true,
                     imageFolder + QStringLiteral("icones/")
                         + QString::fromLatin1(processRow(*request.process).icon));
+}
+
+void quvoGdalUtilities::warnOfOutput(const QString &name, const QString &problem)
+{
+    Prompt::warning(
+        this,
+        QStringLiteral("%1\n%2\n\n%3")
+            .arg(tr("Le fichier de sortie n'est pas valide.", "MESS_INV_OUTPUT_FILE"), name, problem));
 }
 
 bool quvoGdalUtilities::mayOverwrite(const RunPlan &plan)
@@ -313,13 +330,13 @@ void quvoGdalUtilities::slot_showAboutAppDialog()
 
 void quvoGdalUtilities::done(int result)
 {
-    if (m_run.isRunning()) {
-        if (!Prompt::question(
-                this,
-                tr("Un traitement est en cours. Voulez-vous l'arrêter et quitter ?", "MESS_QUITTER_TRAIT")))
-            return;
+    if (m_run.isRunning()
+        && !Prompt::question(
+            this, tr("Un traitement est en cours. Voulez-vous l'arrêter et quitter ?", "MESS_QUITTER_TRAIT")))
+        return;
+    if (m_run.isRunning()) { // it may have ended while the question was up
         disconnect(&m_run, nullptr, this, nullptr);
-        m_scriptRunner.processUserCancel();
+        m_run.stop();
     }
     m_lastGeometry.size = size();
     m_lastGeometry.position = pos();

@@ -72,6 +72,7 @@ private:
     std::optional<Process> currentProcess() const;
     optionsWidget *currentPanel() const;
     ProcessingRequest currentRequest() const;
+    void warnOfOutput(const QString &name, const QString &problem);
     bool mayOverwrite(const RunPlan &plan);
     bool mayGoOn(const RunPlan &plan);
     void showResult(const ProcessResult &result);

@@ -44,6 +44,11 @@ QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFiles
         if (isOneOf(output.path, inputFiles))
             return partOfInput(output.path);
     }
+    for (const QString &file : wholeNameFiles(request.output)) {
+        if (isOneOf(file,
+                    inputFiles)) // it would pass for the product's, or be removed with the one that is replaced
+            return partOfInput(file);
+    }
     const QFileInfo product(request.output);
     const auto isNeighbour = [&](const QString &inputFile) {
         const QFileInfo file(inputFile);

@@ -31,7 +31,7 @@ struct RunPlan
 };
 
 /// Looks at tool, format, input and output of a request whose output is a name as it was typed. Whether an
-/// existing /// output may be overwritten is left to the caller, who asks existingOutput() when it holds the
+/// existing output may be overwritten is left to the caller, who asks existingOutput() when it holds the
 /// output's lock. otherInputs: files that the output must not be either.
 RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs = {});
 

@@ -68,8 +68,11 @@ QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens)
         const QRect shown = screen.intersected(edge);
         return shown.width() >= qMin(handle.width(), edge.width()) && shown.height() >= handle.height();
     };
-    if (screens.isEmpty() || std::any_of(screens.begin(), screens.end(), shows))
+    if (screens.isEmpty())
         return wanted;
+    const auto showing = std::find_if(screens.begin(), screens.end(), shows);
+    if (showing != screens.end())
+        return {wanted.topLeft(), wanted.size().boundedTo(showing->size())};
     const auto area = [&](const QRect &screen) {
         const QRect shown = screen.intersected(wanted);
         return shown.isEmpty() ? 0 : shown.width() * shown.height();

@@ -17,6 +17,16 @@ QString longestTime()
     return formatTime(QTime(20, 50, 50));
 }
 
+const QWidget *anyVisibleWindow(const QWidget *butThis)
+{
+    for (const QWidget *window : QApplication::topLevelWidgets()) {
+        const bool isOwner = window->windowType() == Qt::Window || window->windowType() == Qt::Dialog;
+        if (window != butThis && isOwner && window->isVisible() && window->windowHandle())
+            return window;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 QuvoProgressDialog::QuvoProgressDialog()
@@ -118,6 +128,8 @@ void QuvoProgressDialog::placeOverActiveWindow()
 {
     const QWidget *owner = QApplication::activeWindow();
     if (!owner || owner == this)
+        owner = anyVisibleWindow(this); // just after a message box none is active
+    if (!owner)
         return;
     winId(); // makes the native window, which the owner is set on
     windowHandle()->setTransientParent(owner->windowHandle());

@@ -58,13 +58,21 @@ void deleteOutputFile(const QuvoOutputFile &file)
 
 QStringList namesakes(const QuvoOutputFile &output)
 {
+    // What drivers put beside a file under its base name.
+    static const QStringList sideExtensions{"hdr", "prj", "clr", "stx", "aux", "aux.xml", "ers", "rrd", "wld",
+                                            "tfw", "blw", "dbf", "shx", "cpg", "qix",     "sbn", "sbx"};
     const QFileInfo file(output.path);
-    const QString stem = output.ownsBaseName ? file.completeBaseName() : file.fileName();
+    const QString base = file.completeBaseName();
     QStringList found;
     for (const QFileInfo &other :
          QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System)) {
         const QString name = other.fileName();
-        if (name != file.fileName() && (name == stem || name.startsWith(stem + QLatin1Char('.'))))
+        const bool byWholeName = name.startsWith(file.fileName() + QLatin1Char('.'));
+        const bool byBaseName = output.ownsBaseName && name != file.fileName()
+            && (name == base
+                || (name.startsWith(base + QLatin1Char('.'))
+                    && sideExtensions.contains(name.mid(base.size() + 1), Qt::CaseInsensitive)));
+        if (byWholeName || byBaseName)
             found += other.absoluteFilePath();
     }
     return found;

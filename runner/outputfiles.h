@@ -9,7 +9,7 @@
 void deleteOutputFile(const QuvoOutputFile &file);
 
 /// The files of the output's folder that are named like it: its whole name with a dot and more behind it, and
-/// where it owns its base name that one, alone or with a dot and more. The output itself is not among them.
+/// where it owns its base name that one, alone or with an extension of drivers' side files.
 QStringList namesakes(const QuvoOutputFile &output);
 
 /// Deletes the files of each step in order, up to the first step that has none.

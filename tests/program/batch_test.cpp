@@ -286,6 +286,14 @@ void BatchTest::neighboursAreKept()
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.tif")}).code, 0);
     QVERIFY(bytesOf(path("terrain.tfw")).startsWith("10"));
 
+    // A DEM that bears the name of a product's side file is no side file.
+    QVERIFY(QFile::copy(path("terrain.tiff"), path("terrain.tif.ovr")));
+    QCOMPARE(batch({"--process", "hillshade", "--input", path("terrain.tif.ovr"), "--output",
+                    path("terrain.tif"), "--overwrite"})
+                 .code,
+             2);
+    QVERIFY(QFile::exists(path("terrain.tif.ovr")));
+
     // Side files of the user's other data count as outputs that exist.
     QVERIFY(writeHill(path("dem.tif"), 16));
     writeText(path("out.prj"), "precious");
