@@ -2,6 +2,7 @@
 
 #include "app/InputDem.h"
 #include "app/OutputFile.h"
+#include "app/PanelArea.h"
 #include "app/aboutDialog.h"
 #include "app/dialogrules.h"
 #include "app/outputname.h"
@@ -96,7 +97,7 @@ void quvoGdalUtilities::addPanel(Process process, optionsWidget *panel, QWidget 
     m_panels[at] = panel;
     m_form->m_pTabWidget->setTabVisible(m_tabIndexes[at], panel != nullptr); // hidden, so that the indexes stay
     if (panel)
-        tab->layout()->addWidget(panel);
+        tab->layout()->addWidget(new PanelArea(panel, tab));
 }
 
 void quvoGdalUtilities::connectControls()
@@ -120,7 +121,9 @@ void quvoGdalUtilities::connectControls()
 void quvoGdalUtilities::restoreGeometryFromSettings()
 {
     m_lastGeometry = readLastGeometry();
-    const QRect visible = visibleGeometry({m_lastGeometry.position, m_lastGeometry.size}, availableScreens());
+    const QSize size =
+        m_lastGeometry.isDefault ? m_lastGeometry.size.expandedTo(sizeHint()) : m_lastGeometry.size;
+    const QRect visible = visibleGeometry({m_lastGeometry.position, size}, availableScreens());
     resize(visible.size());
     move(visible.topLeft());
 }

@@ -25,6 +25,7 @@ LastGeometry readLastGeometry()
     settings.beginGroup(geometryGroup);
     LastGeometry geometry;
     const QSize size = settings.value(QStringLiteral("size"), geometry.size).toSize();
+    geometry.isDefault = !settings.contains(QStringLiteral("size")) || size.isEmpty();
     if (!size.isEmpty())
         geometry.size = size;
     geometry.position = settings.value(QStringLiteral("pos"), geometry.position).toPoint();

@@ -15,6 +15,7 @@ struct LastGeometry
     QSize size{707, 740};
     QPoint position{155, 10};
     bool showPreview = true; ///< whether the preview area is shown
+    bool isDefault = true;   ///< nothing was stored yet
 };
 
 LastGeometry readLastGeometry();

@@ -67,6 +67,7 @@ void addMainDialog(Album &album)
     QFile::copy(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"),
                 folder.filePath(QStringLiteral("dem.tif")));
     dialog.setInputDem(folder.filePath(QStringLiteral("dem.tif")));
+    dialog.resize(dialog.sizeHint().expandedTo({707, 740})); // the offscreen screen is too small for it
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
     for (int index = 0; index < tabs->count(); ++index) {
         if (!tabs->isTabVisible(index))
