@@ -65,12 +65,12 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
     m_output = std::make_unique<OutputFile>(m_form->m_pLEOutputFile);
 
-    m_shadedPanel = new shadedOptionsWidget(m_form->shadedTab);
-    connect(m_shadedPanel, &shadedOptionsWidget::completeChanged, this,
+    auto shadedPanel = new shadedOptionsWidget(m_form->shadedTab);
+    connect(shadedPanel, &shadedOptionsWidget::completeChanged, this,
             &quvoGdalUtilities::slot_activeLaunchButton);
-    connect(m_shadedPanel, &shadedOptionsWidget::completeChanged, this,
+    connect(shadedPanel, &shadedOptionsWidget::completeChanged, this,
             &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
-    addPanel(Process::ShadedRelief, m_shadedPanel, m_form->shadedTab);
+    addPanel(Process::ShadedRelief, shadedPanel, m_form->shadedTab);
     addPanel(Process::Slope, nullptr, m_form->slopeTab);
     addPanel(Process::Aspect, nullptr, m_form->aspectTab);
     addPanel(Process::Intervisibility, nullptr, m_form->intervisibilityTab);

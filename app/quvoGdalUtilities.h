@@ -14,7 +14,6 @@
 class InputDem;
 class optionsWidget;
 class OutputFile;
-class shadedOptionsWidget;
 struct ProcessResult;
 
 namespace Ui
@@ -91,5 +90,4 @@ private:
     // hidden).
     std::array<int, processCount> m_tabIndexes{};
     std::array<optionsWidget *, processCount> m_panels{};
-    shadedOptionsWidget *m_shadedPanel = nullptr;
 };

@@ -108,9 +108,7 @@ void OutputNameTest::linksAreFollowed()
 
 void OutputNameTest::space()
 {
-    const ProcessRow &slope = processRow(Process::Slope);
-    QCOMPARE(expectedProductSize(slope, 100000, 100000), 40000000000LL);
-    QCOMPARE(expectedProductSize(processRow(Process::Contour), 1000, 1000), 0);
+    QCOMPARE(expectedProductSize(processRow(Process::Slope), 100000, 100000), 40000000000LL);
     QCOMPARE(freeSpaceWarning(m_folder->filePath("a.tif"), 1), QString());
     QVERIFY(freeSpaceWarning(m_folder->filePath("a.tif"), std::numeric_limits<qint64>::max())
                 .contains(QLatin1String("EiB")));
