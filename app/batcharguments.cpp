@@ -145,7 +145,7 @@ QString batchList()
             rangeWidth = qMax(rangeWidth, static_cast<int>(field.range.size()));
         }
         text += QStringLiteral("%1  %2\n")
-                    .arg(QString::fromLatin1(process.word), labelText(processRow(process.process).stepTitle));
+                    .arg(processWord(process.defaults), labelText(processRow(process.process).stepTitle));
         for (const FieldDescription &field : fields) {
             const QString defaultValue =
                 field.defaultValue.isEmpty() ? QStringLiteral("\"\"") : field.defaultValue;

@@ -33,7 +33,12 @@ const ProcessRow &processRow(Process process)
 const QVector<BatchProcess> &batchProcesses()
 {
     static const QVector<BatchProcess> processes{
-        {"hillshade", Process::ShadedRelief, ShadedOptions{}},
+        {Process::ShadedRelief, ShadedOptions{}},
+        {Process::Slope, SlopeOptions{}},
+        {Process::Aspect, AspectOptions{}},
+        {Process::TriTpiRoughness, TerrainIndexOptions{0}},
+        {Process::TriTpiRoughness, TerrainIndexOptions{1}},
+        {Process::TriTpiRoughness, TerrainIndexOptions{2}},
     };
     return processes;
 }
@@ -42,7 +47,7 @@ const BatchProcess *findBatchProcess(const QString &word)
 {
     const auto &all = batchProcesses();
     const auto found = std::find_if(all.begin(), all.end(), [&](const BatchProcess &process) {
-        return word == QLatin1String(process.word);
+        return word == processWord(process.defaults);
     });
     return found == all.end() ? nullptr : &*found;
 }
@@ -51,7 +56,7 @@ QString unknownProcess(const QString &word)
 {
     QStringList words;
     for (const BatchProcess &process : batchProcesses())
-        words += QString::fromLatin1(process.word);
+        words += processWord(process.defaults);
     return labelText({"MESS_TRAIT_INCONNU", "Traitement inconnu : « %1 ». Traitements : %2."})
         .arg(word, words.join(QLatin1String(", ")));
 }

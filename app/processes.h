@@ -45,9 +45,8 @@ const ProcessRow &processRow(Process process);
 /// A process as recipes and the batch program name it.
 struct BatchProcess
 {
-    const char *word; ///< also the tool's mode word where it has one
     Process process;
-    ProcessOptions defaults;
+    ProcessOptions defaults; ///< processWord() of them names the process
 };
 
 /// The processes that the batch program offers, in the order of its listing.

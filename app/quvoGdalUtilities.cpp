@@ -11,7 +11,10 @@
 #include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
+#include "panels/aspectOptionsWidget.h"
 #include "panels/shadedOptionsWidget.h"
+#include "panels/slopeOptionsWidget.h"
+#include "panels/tri_tpi_roughnessOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 
 #include <QDir>
@@ -65,18 +68,13 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
     m_output = std::make_unique<OutputFile>(m_form->m_pLEOutputFile);
 
-    auto shadedPanel = new shadedOptionsWidget(m_form->shadedTab);
-    connect(shadedPanel, &shadedOptionsWidget::completeChanged, this,
-            &quvoGdalUtilities::slot_activeLaunchButton);
-    connect(shadedPanel, &shadedOptionsWidget::completeChanged, this,
-            &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
-    addPanel(Process::ShadedRelief, shadedPanel, m_form->shadedTab);
-    addPanel(Process::Slope, nullptr, m_form->slopeTab);
-    addPanel(Process::Aspect, nullptr, m_form->aspectTab);
-    addPanel(Process::Intervisibility, nullptr, m_form->intervisibilityTab);
-    addPanel(Process::ColorRelief, nullptr, m_form->colorReliefTab);
-    addPanel(Process::Contour, nullptr, m_form->contourTab);
-    addPanel(Process::TriTpiRoughness, nullptr, m_form->tri_tpi_roughnessTab);
+    addPanel(Process::ShadedRelief, new shadedOptionsWidget, m_form->shadedTab);
+    addPanel(Process::Slope, new slopeOptionsWidget, m_form->slopeTab);
+    addPanel(Process::Aspect, new aspectOptionsWidget, m_form->aspectTab);
+    hideTab(Process::Intervisibility, m_form->intervisibilityTab);
+    hideTab(Process::ColorRelief, m_form->colorReliefTab);
+    hideTab(Process::Contour, m_form->contourTab);
+    addPanel(Process::TriTpiRoughness, new tri_tpi_roughnessOptionsWidget, m_form->tri_tpi_roughnessTab);
 
     // A drop on a text field would put an address into the middle of a path; the window takes the file.
     for (QWidget *field : QList<QWidget *>{m_form->m_pCBInputListFile, m_form->m_pCBInputListFile->lineEdit(),
@@ -90,14 +88,21 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
 
 quvoGdalUtilities::~quvoGdalUtilities() = default;
 
-void quvoGdalUtilities::addPanel(Process process, optionsWidget *panel, QWidget *tab)
+template <class Panel> void quvoGdalUtilities::addPanel(Process process, Panel *panel, QWidget *tab)
 {
     const auto at = static_cast<std::size_t>(process);
     m_tabIndexes[at] = m_form->m_pTabWidget->indexOf(tab);
     m_panels[at] = panel;
-    m_form->m_pTabWidget->setTabVisible(m_tabIndexes[at], panel != nullptr); // hidden, so that the indexes stay
-    if (panel)
-        tab->layout()->addWidget(new PanelArea(panel, tab));
+    tab->layout()->addWidget(new PanelArea(panel, tab));
+    connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_activeLaunchButton);
+    connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
+}
+
+void quvoGdalUtilities::hideTab(Process process, QWidget *tab)
+{
+    const auto at = static_cast<std::size_t>(process);
+    m_tabIndexes[at] = m_form->m_pTabWidget->indexOf(tab);
+    m_form->m_pTabWidget->setTabVisible(m_tabIndexes[at], false); // hidden, so that the indexes stay
 }
 
 void quvoGdalUtilities::connectControls()
@@ -222,7 +227,8 @@ ProcessingRequest quvoGdalUtilities::currentRequest() const
 {
     ProcessingRequest request;
     request.process = currentProcess();
-    request.mode = QStringLiteral("hillshade");
+    if (const optionsWidget *panel = currentPanel())
+        request.mode = processWord(panel->processOptions());
     request.input = m_input->path();
     request.output = besideInput(m_output->name(), request.input);
     request.band = m_input->band();

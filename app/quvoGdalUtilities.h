@@ -63,7 +63,8 @@ protected:
 private:
     static constexpr int processCount = 7;
 
-    void addPanel(Process process, optionsWidget *panel, QWidget *tab);
+    template <class Panel> void addPanel(Process process, Panel *panel, QWidget *tab);
+    void hideTab(Process process, QWidget *tab);
     void connectControls();
     void applyTexts();
     void restoreGeometryFromSettings();

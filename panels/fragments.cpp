@@ -2,23 +2,23 @@
 
 #include <iterator>
 
-QString scaleFragment(int scaleIndex, const QString &scaleText)
+QString scaleRatio(int scaleIndex, const QString &scaleText)
 {
     // 0.31 for feet on metres is the required ratio.
-    static constexpr const char *rows[] = {"-s 1 ", "-s 0.31 ", "-s 111120 ", "-s 370400 "};
+    static constexpr const char *rows[] = {"1", "0.31", "111120", "370400"};
     static_assert(std::size(rows) == scaleRowCount);
 
     if (scaleIndex >= 0 && scaleIndex < scaleRowCount)
         return QString::fromLatin1(rows[scaleIndex]);
-    if (scaleText.isEmpty())
-        return {};
-    return QStringLiteral("-s ") + scaleText + QStringLiteral("  ");
+    return scaleText;
 }
 
 QString shadedFragment(const ShadedOptions &options)
 {
     QString fragment = QStringLiteral("-z %1 ").arg(options.exaggeration);
-    fragment += scaleFragment(options.scaleIndex, options.scaleText);
+    const QString ratio = scaleRatio(options.scaleIndex, options.scaleText);
+    if (!ratio.isEmpty()) // a typed ratio is followed by two blanks here, and by one in the slope's fragment
+        fragment += QStringLiteral("-s ") + ratio + QLatin1String(options.scaleIndex < 0 ? "  " : " ");
     fragment += QStringLiteral("-az %1 ").arg(270.0 - options.compass);
     fragment += QStringLiteral("-alt %1 ").arg(options.altitude);
     if (options.computeEdges)
@@ -28,7 +28,53 @@ QString shadedFragment(const ShadedOptions &options)
     return fragment;
 }
 
+QString slopeFragment(const SlopeOptions &options)
+{
+    QString fragment;
+    if (options.percent)
+        fragment += QStringLiteral("-p ");
+    if (options.computeEdges)
+        fragment += QStringLiteral("-compute_edges ");
+    if (options.zevenbergenThorne)
+        fragment += QStringLiteral("-alg ZevenbergenThorne ");
+    const QString ratio = scaleRatio(options.scaleIndex, options.scaleText);
+    if (!ratio.isEmpty())
+        fragment += QStringLiteral("-s ") + ratio + QLatin1Char(' ');
+    return fragment;
+}
+
+QString aspectFragment(const AspectOptions &options)
+{
+    QString fragment;
+    if (options.trigonometric)
+        fragment += QStringLiteral("-trigonometric");
+    if (options.zeroForFlat)
+        fragment += QStringLiteral(" -zero_for_flat");
+    if (options.computeEdges)
+        fragment += QStringLiteral(" -compute_edges");
+    if (options.zevenbergenThorne)
+        fragment += QStringLiteral(" -alg ZevenbergenThorne");
+    return fragment;
+}
+
+QString terrainIndexFragment(const TerrainIndexOptions &options)
+{
+    return options.computeEdges ? QStringLiteral("-compute_edges") : QString();
+}
+
+QString terrainIndexWord(int type)
+{
+    if (type == 0)
+        return QStringLiteral("TRI");
+    return type == 1 ? QStringLiteral("TPI") : QStringLiteral("roughness");
+}
+
 bool isComplete(const ShadedOptions &options)
+{
+    return options.scaleIndex >= 0 || !options.scaleText.isEmpty();
+}
+
+bool isComplete(const SlopeOptions &options)
 {
     return options.scaleIndex >= 0 || !options.scaleText.isEmpty();
 }

@@ -20,13 +20,51 @@ struct ShadedOptions
 /// The azimuth that the tool gets is 270 minus the compass reading and may be negative: kept so on purpose.
 QString shadedFragment(const ShadedOptions &options);
 
+/// Options of the slope process.
+struct SlopeOptions
+{
+    bool percent = false;           ///< slopes in percent instead of degrees
+    int scaleIndex = 0;             ///< row of the scale list (0 to 3); -1 when a ratio was typed
+    QString scaleText;              ///< as in ShadedOptions
+    bool computeEdges = true;       ///< also at the raster's edges and beside no-data cells
+    bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
+};
+
+QString slopeFragment(const SlopeOptions &options);
+
+/// Options of the aspect process.
+struct AspectOptions
+{
+    bool trigonometric = false; ///< angles counter-clockwise from the east instead of clockwise from the north
+    bool zeroForFlat = true;    ///< flat cells get 0 instead of -9999
+    bool computeEdges = true;   ///< also at the raster's edges and beside no-data cells
+    bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
+};
+
+/// Begins with a blank unless the angles are trigonometric: the grammar's own, as the others' are.
+QString aspectFragment(const AspectOptions &options);
+
+/// Options of the terrain indices (Wilson et al. 2007, Marine Geodesy 30:3-35).
+struct TerrainIndexOptions
+{
+    int type = 0;             ///< row of terrainIndexWord()
+    bool computeEdges = true; ///< also at the raster's edges and beside no-data cells
+};
+
+/// The fragment does not name the index: that is the tool's mode.
+QString terrainIndexFragment(const TerrainIndexOptions &options);
+
+/// The tool's word of an index: 0 "TRI", terrain ruggedness; 1 "TPI", topographic position; any other number
+/// "roughness".
+QString terrainIndexWord(int type);
+
 /// Whether the options are enough to launch the process: a typed ratio is not empty.
 bool isComplete(const ShadedOptions &options);
+bool isComplete(const SlopeOptions &options);
 
 /// Rows of the scale list, the ratio of the vertical unit to the horizontal one: 0 the same unit, 1 X and Y in
 /// metres and Z in feet, 2 X and Y in degrees and Z in metres, 3 X and Y in degrees and Z in feet.
 constexpr int scaleRowCount = 4;
 
-/// The scale argument of a row of the list, with its blank ("-s 1 "); for row -1 the typed text's, which is
-/// empty for an empty text and ends in two blanks for any other.
-QString scaleFragment(int scaleIndex, const QString &scaleText);
+/// The ratio of a row of the list as the tool gets it ("0.31"); for row -1 the typed text.
+QString scaleRatio(int scaleIndex, const QString &scaleText);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panels/processoptions.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -16,6 +18,9 @@ public:
 
     /// A constant of each panel. Nothing asks for it.
     virtual bool capabilityFlag() const = 0;
+
+    /// The options as they are set.
+    virtual ProcessOptions processOptions() const = 0;
 
     /// The argument fragment of the options. It carries its own blanks and is inserted in the command line as
     /// it stands.

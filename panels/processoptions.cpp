@@ -2,63 +2,154 @@
 
 #include <QStringList>
 
+namespace
+{
+
+// Fields that several records have, each with one meaning.
+
+template <class Record> RecordField<Record> edgesField()
+{
+    return QUVO_FIELD(Record, computeEdges, 0, 0, "MESS_OPT_BORDS",
+                      "calculer aussi sur les bords et à côté des cellules sans donnée");
+}
+
+template <class Record> RecordField<Record> methodField()
+{
+    return QUVO_FIELD(Record, zevenbergenThorne, 0, 0, "MESS_OPT_ZEVENBERGEN",
+                      "formule de Zevenbergen et Thorne (terrain lisse) au lieu de celle de Horn");
+}
+
+template <class Record> RecordField<Record> scaleRowField()
+{
+    return QUVO_FIELD(
+        Record, scaleIndex, -1, scaleRowCount - 1, "MESS_OPT_ECHELLE",
+        "unités : 0 X, Y et Z dans la même ; 1 X et Y en mètres, Z en pieds ; 2 X et Y en degrés, Z en "
+        "mètres ; 3 X et Y en degrés, Z en pieds ; -1 le rapport donné par scaleText");
+}
+
+template <class Record> RecordField<Record> scaleTextField()
+{
+    return QUVO_FIELD(Record, scaleText, 0, 0, "MESS_OPT_RAPPORT",
+                      "rapport de l'unité verticale à l'unité horizontale, un nombre positif");
+}
+
+// The fields of each record, in the order of its declaration.
+
 const QVector<RecordField<ShadedOptions>> &fieldsOf(const ShadedOptions &)
 {
     static const QVector<RecordField<ShadedOptions>> fields{
         QUVO_FIELD(ShadedOptions, exaggeration, 0, 100, "MESS_OPT_EXAGERATION",
                    "facteur appliqué aux altitudes"),
-        QUVO_FIELD(
-            ShadedOptions, scaleIndex, -1, scaleRowCount - 1, "MESS_OPT_ECHELLE",
-            "unités : 0 X, Y et Z dans la même ; 1 X et Y en mètres, Z en pieds ; 2 X et Y en degrés, Z en "
-            "mètres ; 3 X et Y en degrés, Z en pieds ; -1 le rapport donné par scaleText"),
-        QUVO_FIELD(ShadedOptions, scaleText, 0, 0, "MESS_OPT_RAPPORT",
-                   "rapport de l'unité verticale à l'unité horizontale, un nombre positif"),
+        scaleRowField<ShadedOptions>(),
+        scaleTextField<ShadedOptions>(),
         QUVO_FIELD(ShadedOptions, compass, 0, 360, "MESS_OPT_BOUSSOLE",
                    "lecture de la boussole, en degrés, 0 au nord ; l'outil reçoit l'azimut 270 - compass"),
         QUVO_FIELD(ShadedOptions, altitude, 0, 90, "MESS_OPT_ALTITUDE",
                    "hauteur du soleil sur l'horizon, en degrés"),
-        QUVO_FIELD(ShadedOptions, computeEdges, 0, 0, "MESS_OPT_BORDS",
-                   "calculer aussi sur les bords et à côté des cellules sans donnée"),
-        QUVO_FIELD(ShadedOptions, zevenbergenThorne, 0, 0, "MESS_OPT_ZEVENBERGEN",
-                   "formule de Zevenbergen et Thorne (terrain lisse) au lieu de celle de Horn"),
+        edgesField<ShadedOptions>(),
+        methodField<ShadedOptions>(),
     };
     return fields;
 }
 
-QString optionsProblem(const ShadedOptions &options)
+const QVector<RecordField<SlopeOptions>> &fieldsOf(const SlopeOptions &)
 {
-    if (options.scaleIndex >= 0)
-        return {};
-    double ratio = 0.0;
-    if (readNumber(options.scaleText, ratio) && ratio > 0.0)
-        return {};
-    return labelText({"MESS_OPT_RAPPORT_INV", "scaleText doit être un nombre positif, pas « %1 »."})
-        .arg(options.scaleText);
+    static const QVector<RecordField<SlopeOptions>> fields{
+        QUVO_FIELD(SlopeOptions, percent, 0, 0, "MESS_OPT_POURCENT", "pentes en pour cent au lieu de degrés"),
+        scaleRowField<SlopeOptions>(),
+        scaleTextField<SlopeOptions>(),
+        edgesField<SlopeOptions>(),
+        methodField<SlopeOptions>(),
+    };
+    return fields;
 }
 
-void settle(ShadedOptions &options, const QStringList &givenFields)
+const QVector<RecordField<AspectOptions>> &fieldsOf(const AspectOptions &)
 {
-    if (givenFields.contains(QLatin1String("scaleText")) && !givenFields.contains(QLatin1String("scaleIndex")))
-        options.scaleIndex = -1;
+    static const QVector<RecordField<AspectOptions>> fields{
+        QUVO_FIELD(AspectOptions, trigonometric, 0, 0, "MESS_OPT_TRIGO",
+                   "angles depuis l'est, en sens inverse des aiguilles d'une montre, au lieu d'azimuts"),
+        QUVO_FIELD(AspectOptions, zeroForFlat, 0, 0, "MESS_OPT_PLAT_ZERO",
+                   "0 pour les zones plates au lieu de -9999"),
+        edgesField<AspectOptions>(),
+        methodField<AspectOptions>(),
+    };
+    return fields;
+}
+
+const QVector<RecordField<TerrainIndexOptions>> &fieldsOf(const TerrainIndexOptions &)
+{
+    static const QVector<RecordField<TerrainIndexOptions>> fields{edgesField<TerrainIndexOptions>()};
+    return fields; // the word of the process says which index
+}
+
+struct Word
+{
+    QString operator()(const ShadedOptions &) const { return QStringLiteral("hillshade"); }
+    QString operator()(const SlopeOptions &) const { return QStringLiteral("slope"); }
+    QString operator()(const AspectOptions &) const { return QStringLiteral("aspect"); }
+    QString operator()(const TerrainIndexOptions &record) const { return terrainIndexWord(record.type); }
+};
+
+struct Fragment
+{
+    QString operator()(const ShadedOptions &record) const { return shadedFragment(record); }
+    QString operator()(const SlopeOptions &record) const { return slopeFragment(record); }
+    QString operator()(const AspectOptions &record) const { return aspectFragment(record); }
+    QString operator()(const TerrainIndexOptions &record) const { return terrainIndexFragment(record); }
+};
+
+template <class Record>
+concept HasScale = requires(Record record)
+{
+    record.scaleIndex;
+    record.scaleText;
+};
+
+QString scaleProblem(int scaleIndex, const QString &scaleText)
+{
+    double ratio = 0.0;
+    if (scaleIndex >= 0 || (readNumber(scaleText, ratio) && ratio > 0.0))
+        return {};
+    return labelText({"MESS_OPT_RAPPORT_INV", "scaleText doit être un nombre positif, pas « %1 »."})
+        .arg(scaleText);
+}
+
+} // namespace
+
+QString processWord(const ProcessOptions &options)
+{
+    return std::visit(Word(), options);
 }
 
 QString optionsProblem(const ProcessOptions &options)
 {
-    return std::visit([](const auto &record) { return optionsProblem(record); }, options);
+    return std::visit(
+        []<class Record>(const Record &record) {
+            if constexpr (HasScale<Record>)
+                return scaleProblem(record.scaleIndex, record.scaleText);
+            else
+                return QString();
+        },
+        options);
 }
 
 void settle(ProcessOptions &options, const QStringList &givenFields)
 {
-    std::visit([&](auto &record) { settle(record, givenFields); }, options);
+    std::visit(
+        [&]<class Record>(Record &record) {
+            if constexpr (HasScale<Record>) {
+                if (givenFields.contains(QLatin1String("scaleText"))
+                    && !givenFields.contains(QLatin1String("scaleIndex")))
+                    record.scaleIndex = -1;
+            }
+        },
+        options);
 }
 
 QString argumentFragment(const ProcessOptions &options)
 {
-    struct Fragment
-    {
-        QString operator()(const ShadedOptions &record) const { return shadedFragment(record); }
-    };
-    return std::visit(Fragment{}, options);
+    return std::visit(Fragment(), options);
 }
 
 QString setOption(ProcessOptions &options, const QString &name, const QVariant &value)

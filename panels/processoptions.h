@@ -5,20 +5,17 @@
 
 #include <variant>
 
-/// The option record of any process. A new process adds its record here and an overload of each function below
-/// that takes a single record.
-using ProcessOptions = std::variant<ShadedOptions>;
+/// The option record of any process. A new process adds its record here, its table of fields, its word and its
+/// fragment in the .cpp file.
+using ProcessOptions = std::variant<ShadedOptions, SlopeOptions, AspectOptions, TerrainIndexOptions>;
 
-/// The record's fields, in the order of its declaration.
-const QVector<RecordField<ShadedOptions>> &fieldsOf(const ShadedOptions &);
+/// The process's word in recipes and on the command line, and the mode of the DEM tool ("hillshade", "TPI").
+QString processWord(const ProcessOptions &options);
 
 /// Why the process would not understand the options, in a sentence; empty when they are good.
-QString optionsProblem(const ShadedOptions &options);
+QString optionsProblem(const ProcessOptions &options);
 
 /// What a field that was given implies for one that was not: a typed ratio is used.
-void settle(ShadedOptions &options, const QStringList &givenFields);
-
-QString optionsProblem(const ProcessOptions &options);
 void settle(ProcessOptions &options, const QStringList &givenFields);
 
 /// The argument fragment of the options (panels/fragments.h).

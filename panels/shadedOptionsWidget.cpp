@@ -2,6 +2,7 @@
 
 #include "panels/QEditableComboBox.h"
 #include "panels/labels.h"
+#include "panels/scalecombo.h"
 #include "ui_shadedOptionsWidget.h"
 
 #include <QEvent>
@@ -28,7 +29,7 @@ shadedOptionsWidget::shadedOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
     m_form->setupUi(this);
     makeCompass();
     makeWheel();
-    makeScale();
+    m_pScaleCombo = makeScaleCombo(m_form->m_pRatioFrame);
     for (QPushButton *reset : {m_form->m_pPBResetAzimuth, m_form->m_pPBResetAltitude, m_form->m_pPBResetScale,
                                m_form->m_pPBResetZFactor})
         reset->setEnabled(false);
@@ -84,18 +85,6 @@ void shadedOptionsWidget::makeWheel()
     auto layout = new QVBoxLayout(m_form->m_pZFactorFrame);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pWheel);
-}
-
-void shadedOptionsWidget::makeScale()
-{
-    m_pScaleCombo = new QEditableComboBox(m_form->m_pRatioFrame);
-    m_pScaleCombo->addItems(scaleLabels());
-    m_pScaleCombo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_pScaleCombo->setMinimumContentsLength(24);
-    m_pScaleCombo->lineEdit()->setCursorPosition(0);
-    auto layout = new QVBoxLayout(m_form->m_pRatioFrame);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_pScaleCombo);
 }
 
 void shadedOptionsWidget::connectControls()

@@ -25,6 +25,7 @@ public:
     ~shadedOptionsWidget() override;
 
     bool capabilityFlag() const override { return true; }
+    ProcessOptions processOptions() const override { return options(); }
     QString getCommandArguments() override;
     bool isComplete() const override;
 
@@ -54,7 +55,6 @@ protected:
 private:
     void makeCompass();
     void makeWheel();
-    void makeScale();
     void connectControls();
     void applyTexts();
 

@@ -5,6 +5,7 @@
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
+#include "panels/QEditableComboBox.h"
 #include "tests/support/rasters.h"
 
 #include <QApplication>
@@ -17,6 +18,7 @@
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSettings>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -171,7 +173,7 @@ void MainDialogTest::tabsKeepTheirIndexes()
                             "intervisibilityTab", "colorReliefTab", "contourTab"};
     for (int index = 0; index < tabs->count(); ++index) {
         QCOMPARE(tabs->widget(index)->objectName(), order.at(index));
-        const bool hasPanel = !tabs->widget(index)->findChildren<QPushButton *>().isEmpty();
+        const bool hasPanel = tabs->widget(index)->findChild<QScrollArea *>() != nullptr;
         QCOMPARE(tabs->isTabVisible(index), hasPanel); // no tab without its panel
     }
 }
@@ -245,7 +247,7 @@ void MainDialogTest::launchButton()
     QVERIFY(!dialog.launch()->isEnabled());
     dialog.output()->setText("a.tif");
     QVERIFY(dialog.launch()->isEnabled());
-    const auto scale = dialog.find<QWidget>("m_pRatioFrame")->findChild<QComboBox *>();
+    const auto scale = dialog.find<QWidget>("shadedTab")->findChild<QEditableComboBox *>();
     scale->lineEdit()->selectAll();
     QTest::keyClick(scale->lineEdit(), Qt::Key_Delete);
     QTRY_VERIFY(!dialog.launch()->isEnabled());

@@ -4,6 +4,7 @@
 #include <QTest>
 
 Q_DECLARE_METATYPE(ShadedOptions)
+Q_DECLARE_METATYPE(ProcessOptions)
 
 class FragmentsTest : public QObject
 {
@@ -12,6 +13,8 @@ class FragmentsTest : public QObject
 private slots:
     void shaded_data();
     void shaded();
+    void others_data();
+    void others();
     void fieldsAreSetByName_data();
     void fieldsAreSetByName();
     void typedRatio();
@@ -69,6 +72,37 @@ void FragmentsTest::shaded()
     QFETCH(ShadedOptions, options);
     QTEST(shadedFragment(options), "fragment");
     QTEST(isComplete(options), "complete");
+}
+
+void FragmentsTest::others_data()
+{
+    QTest::addColumn<ProcessOptions>("options");
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<QString>("fragment");
+
+    const auto row = [](const char *name, const ProcessOptions &options, const char *word,
+                        const char *fragment) {
+        QTest::newRow(name) << options << QString::fromLatin1(word) << QString::fromLatin1(fragment);
+    };
+    row("slope", SlopeOptions{}, "slope", "-compute_edges -s 1 ");
+    row("slope, everything", SlopeOptions{true, 2, "", true, true}, "slope",
+        "-p -compute_edges -alg ZevenbergenThorne -s 111120 ");
+    row("slope, typed", SlopeOptions{false, -1, "%1", false, false}, "slope", "-s %1 ");
+    row("slope, emptied", SlopeOptions{false, -1, "", false, false}, "slope", "");
+    row("aspect", AspectOptions{}, "aspect", " -zero_for_flat -compute_edges");
+    row("aspect, everything", AspectOptions{true, true, true, true}, "aspect",
+        "-trigonometric -zero_for_flat -compute_edges -alg ZevenbergenThorne");
+    row("aspect, nothing", AspectOptions{false, false, false, false}, "aspect", "");
+    row("TRI", TerrainIndexOptions{}, "TRI", "-compute_edges");
+    row("TPI", TerrainIndexOptions{1, false}, "TPI", "");
+    row("roughness", TerrainIndexOptions{2, false}, "roughness", "");
+}
+
+void FragmentsTest::others()
+{
+    QFETCH(ProcessOptions, options);
+    QTEST(processWord(options), "word");
+    QTEST(argumentFragment(options), "fragment");
 }
 
 void FragmentsTest::fieldsAreSetByName_data()

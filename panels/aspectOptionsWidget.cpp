@@ -1,0 +1,106 @@
+#include "panels/aspectOptionsWidget.h"
+
+#include "panels/labels.h"
+#include "ui_aspectOptionsWidget.h"
+
+#include <QEvent>
+
+aspectOptionsWidget::aspectOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
+    : optionsWidget(parent, flags)
+    , m_form(std::make_unique<Ui::aspectOptionsWidget>())
+{
+    m_form->setupUi(this);
+    applyTexts();
+    connectControls();
+}
+
+aspectOptionsWidget::~aspectOptionsWidget() = default;
+
+void aspectOptionsWidget::connectControls()
+{
+    // The radio buttons stand in frames of their own, so that Qt unchecks neither of them before clicked(): the
+    // slots have to see which one was checked.
+    connect(m_form->m_pPBAzimuth, &QPushButton::clicked, this, &aspectOptionsWidget::slot_checkAzimuth);
+    connect(m_form->m_pRBAzimuth, &QRadioButton::clicked, this, &aspectOptionsWidget::slot_checkAzimuth);
+    connect(m_form->m_pPBAzimuth, &QPushButton::clicked, this,
+            &aspectOptionsWidget::slot_onAzimuthButtonClicked);
+    connect(m_form->m_pPBTrigonometric, &QPushButton::clicked, this,
+            &aspectOptionsWidget::slot_checkTrigonometric);
+    connect(m_form->m_pRBTrigonometric, &QRadioButton::clicked, this,
+            &aspectOptionsWidget::slot_checkTrigonometric);
+    connect(m_form->m_pPBTrigonometric, &QPushButton::clicked, this,
+            &aspectOptionsWidget::slot_onTrigoButtonClicked);
+    connect(m_form->m_pRBZero, &QRadioButton::toggled, this, &aspectOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pChBComputeAtEdges, &QCheckBox::toggled, this,
+            &aspectOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pRBZevenbergenThorne, &QRadioButton::toggled, this,
+            &aspectOptionsWidget::slot_onOptionsChanged);
+}
+
+QString aspectOptionsWidget::getCommandArguments()
+{
+    return aspectFragment(options());
+}
+
+AspectOptions aspectOptionsWidget::options() const
+{
+    AspectOptions options;
+    options.trigonometric = m_form->m_pRBTrigonometric->isChecked();
+    options.zeroForFlat = m_form->m_pRBZero->isChecked();
+    options.computeEdges = m_form->m_pChBComputeAtEdges->isChecked();
+    options.zevenbergenThorne = m_form->m_pRBZevenbergenThorne->isChecked();
+    return options;
+}
+
+void aspectOptionsWidget::slot_onOptionsChanged()
+{
+    emit completeChanged();
+}
+
+void aspectOptionsWidget::slot_onAzimuthButtonClicked()
+{
+    m_form->m_pPBAzimuth->clearFocus();
+}
+
+void aspectOptionsWidget::slot_onTrigoButtonClicked()
+{
+    m_form->m_pPBTrigonometric->clearFocus();
+}
+
+void aspectOptionsWidget::slot_checkAzimuth()
+{
+    const bool changes = m_form->m_pRBTrigonometric->isChecked();
+    m_form->m_pRBAzimuth->setChecked(true);
+    m_form->m_pRBTrigonometric->setChecked(false);
+    if (changes)
+        emit completeChanged();
+}
+
+void aspectOptionsWidget::slot_checkTrigonometric()
+{
+    const bool changes = m_form->m_pRBAzimuth->isChecked();
+    m_form->m_pRBAzimuth->setChecked(false);
+    m_form->m_pRBTrigonometric->setChecked(true);
+    if (changes)
+        emit completeChanged();
+}
+
+void aspectOptionsWidget::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_form->retranslateUi(this);
+        applyTexts();
+    }
+    optionsWidget::changeEvent(event);
+}
+
+void aspectOptionsWidget::applyTexts()
+{
+    m_form->m_pLabelAspect->setText(withColon(tr("Orientations:", "MESS_ORIENTATIONS")));
+    m_form->m_pLabelCode->setText(
+        withColon(tr("Code à utiliser pour exprimer l'orientation des zones plates :", "MESS_ORIENT_PLAT")));
+    m_form->m_pLabelCalcMethode->setText(withColon(tr("Méthode de calcul", "MESS_CALC_METHODE")));
+    m_form->m_pLabelCalcBord->setText(
+        withColon(tr("Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData",
+                     "MESS_CALC_BORD_EXPL")));
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "panels/optionsWidget.h"
+
+#include <memory>
+
+namespace Ui
+{
+class aspectOptionsWidget;
+}
+
+/// Options of the aspect process: kind of angles, code of flat cells, method and edges.
+class aspectOptionsWidget : public optionsWidget
+{
+    Q_OBJECT
+
+public:
+    explicit aspectOptionsWidget(QWidget *parent = nullptr, Qt::WindowFlags flags = {});
+    ~aspectOptionsWidget() override;
+
+    bool capabilityFlag() const override { return true; }
+    ProcessOptions processOptions() const override { return options(); }
+    QString getCommandArguments() override;
+    bool isComplete() const override { return true; }
+
+    AspectOptions options() const;
+
+signals:
+    void completeChanged();
+
+public slots:
+    void slot_onOptionsChanged();
+    void slot_onAzimuthButtonClicked();
+    void slot_onTrigoButtonClicked();
+    /// Choose the kind of angles; completeChanged() follows where it was the other one.
+    void slot_checkAzimuth();
+    void slot_checkTrigonometric();
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void connectControls();
+    void applyTexts();
+
+    std::unique_ptr<Ui::aspectOptionsWidget> m_form;
+};

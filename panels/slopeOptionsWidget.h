@@ -1,0 +1,47 @@
+#pragma once
+
+#include "panels/optionsWidget.h"
+
+#include <memory>
+
+class QEditableComboBox;
+
+namespace Ui
+{
+class slopeOptionsWidget;
+}
+
+/// Options of the slope process: unit of the slopes, units of the DEM, method and edges.
+class slopeOptionsWidget : public optionsWidget
+{
+    Q_OBJECT
+
+public:
+    explicit slopeOptionsWidget(QWidget *parent = nullptr, Qt::WindowFlags flags = {});
+    ~slopeOptionsWidget() override;
+
+    bool capabilityFlag() const override { return true; }
+    ProcessOptions processOptions() const override { return options(); }
+    QString getCommandArguments() override;
+    bool isComplete() const override;
+
+    SlopeOptions options() const;
+
+signals:
+    void completeChanged();
+
+public slots:
+    void slot_onScaleValueChanged();
+    void slot_resetScaleValue();
+    void slot_onOptionsChanged();
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void connectControls();
+    void applyTexts();
+
+    std::unique_ptr<Ui::slopeOptionsWidget> m_form;
+    QEditableComboBox *m_pScaleCombo = nullptr;
+};

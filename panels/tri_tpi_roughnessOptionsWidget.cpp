@@ -1,0 +1,58 @@
+#include "panels/tri_tpi_roughnessOptionsWidget.h"
+
+#include "panels/labels.h"
+#include "ui_tri_tpi_roughnessOptionsWidget.h"
+
+#include <QEvent>
+
+tri_tpi_roughnessOptionsWidget::tri_tpi_roughnessOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
+    : optionsWidget(parent, flags)
+    , m_form(std::make_unique<Ui::tri_tpi_roughnessOptionsWidget>())
+{
+    m_form->setupUi(this);
+    applyTexts();
+    for (QRadioButton *index : {m_form->m_pRBTRI, m_form->m_pRBTPI, m_form->m_pRBROUGHNESS})
+        connect(index, &QRadioButton::clicked, this, &tri_tpi_roughnessOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pChBComputeAtEdges, &QCheckBox::stateChanged, this,
+            &tri_tpi_roughnessOptionsWidget::slot_onOptionsChanged);
+}
+
+tri_tpi_roughnessOptionsWidget::~tri_tpi_roughnessOptionsWidget() = default;
+
+QString tri_tpi_roughnessOptionsWidget::getCommandArguments()
+{
+    return terrainIndexFragment(options());
+}
+
+TerrainIndexOptions tri_tpi_roughnessOptionsWidget::options() const
+{
+    return {processType(), m_form->m_pChBComputeAtEdges->isChecked()};
+}
+
+int tri_tpi_roughnessOptionsWidget::processType() const
+{
+    if (m_form->m_pRBTRI->isChecked())
+        return 0;
+    return m_form->m_pRBTPI->isChecked() ? 1 : 2;
+}
+
+void tri_tpi_roughnessOptionsWidget::slot_onOptionsChanged()
+{
+    emit completeChanged();
+}
+
+void tri_tpi_roughnessOptionsWidget::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_form->retranslateUi(this);
+        applyTexts();
+    }
+    optionsWidget::changeEvent(event);
+}
+
+void tri_tpi_roughnessOptionsWidget::applyTexts()
+{
+    m_form->m_pLabelCalcBord->setText(
+        withColon(tr("Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData",
+                     "MESS_CALC_BORD_EXPL")));
+}
