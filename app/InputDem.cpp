@@ -38,6 +38,9 @@ InputDem::InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog)
     m_paths->installEventFilter(this);
     m_paths->lineEdit()->installEventFilter(this);
     connect(&m_typingTimer, &QTimer::timeout, this, &InputDem::tryTyped);
+    connect(this, &InputDem::changed, this, &InputDem::describe);
+    connect(m_bands, qOverload<int>(&QComboBox::currentIndexChanged), this, &InputDem::describe);
+    connect(&m_scan, &ExtremesScan::finished, this, &InputDem::setExtremes);
 }
 
 QString InputDem::path() const
@@ -48,6 +51,22 @@ QString InputDem::path() const
 int InputDem::band() const
 {
     return qMax(0, m_bands->currentIndex()) + 1;
+}
+
+void InputDem::describe()
+{
+    m_scan.stop();
+    m_dem = {path(), band(), {}};
+    emit demChanged(m_dem);
+    if (!m_dem.path.isEmpty())
+        m_scan.start(m_dem.path, m_dem.band, ExtremesReader::Estimate);
+}
+
+void InputDem::setExtremes(const Extremes &extremes)
+{
+    m_scan.stop();
+    m_dem.extremes = extremes;
+    emit demChanged(m_dem);
 }
 
 bool InputDem::eventFilter(QObject *watched, QEvent *event)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "dataset/ExtremesScan.h"
 #include "dataset/rasterinfo.h"
+#include "panels/optionsWidget.h"
 
 #include <QObject>
 #include <QTimer>
@@ -26,6 +28,12 @@ public:
     /// Number of the chosen band, from 1.
     int band() const;
 
+    /// Path and band as above, and what is known of the band's extreme values.
+    const DemInfo &dem() const { return m_dem; }
+
+    /// Somebody read every cell of the DEM.
+    void setExtremes(const Extremes &extremes);
+
     /// Opens the file and makes it the input. On failure a warning follows, and text, bands and DEM are as
     /// before.
     bool choose(const QString &path);
@@ -33,6 +41,10 @@ public:
 signals:
     /// There is another DEM, or none for the moment (an empty path).
     void changed(const QString &path);
+
+    /// There is another DEM or band, or more is known of it. An estimate of the extreme values follows each
+    /// change of DEM or band.
+    void demChanged(const DemInfo &dem);
 
 protected:
     /// Takes Return from the text field, which would press the dialog's default button, too, and the wheel,
@@ -47,6 +59,7 @@ private:
     };
 
     bool open(const QString &typed, Listing listing);
+    void describe();
     void onTyped();
     void tryTyped();
     void accept(const QString &accepted, const RasterInfo &info, Listing listing);
@@ -58,4 +71,6 @@ private:
     QTimer m_typingTimer;
     QString m_path; ///< the DEM that was opened last, and the text that stands for it
     QStringList m_files;
+    DemInfo m_dem;
+    ExtremesScan m_scan;
 };

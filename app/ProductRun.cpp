@@ -1,27 +1,8 @@
 #include "app/ProductRun.h"
 
-#include "app/outputname.h"
+#include "app/replacedoutput.h"
 #include "runner/QuvoScriptRunner.h"
 #include "runner/outputfiles.h"
-
-#include <QFile>
-#include <QFileInfo>
-
-namespace
-{
-
-/// Removes the product that is to be replaced, and the files that GDAL keeps under its whole name: they would
-/// pass for the new one's. The tool's own way would delete every file that the old data set names.
-void removeReplaced(const QString &output)
-{
-    if (!QFileInfo(output).isFile())
-        return;
-    QFile::remove(output);
-    for (const QString &file : wholeNameFiles(output))
-        QFile::remove(file);
-}
-
-} // namespace
 
 ProductRun::ProductRun(QuvoScriptRunner &runner)
     : m_runner(runner)
@@ -36,7 +17,12 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     m_plan = plan;
     m_outcome = {};
     m_lock = std::move(lock);
-    removeReplaced(plan.request.output);
+    m_outcome.sentence = removeReplaced(plan.outputs.first());
+    if (!m_outcome.sentence.isEmpty()) {
+        m_lock.reset();
+        emit failed(QString());
+        return;
+    }
     m_plan.outputs.first().before = namesakes(m_plan.outputs.first());
     const QString title = labelText(processRow(*plan.request.process).stepTitle);
     m_runner.run({{plan.command, title}}, {m_plan.outputs}, window ? ProgressWindowWithStop : NoProgressWindow,

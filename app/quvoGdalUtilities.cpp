@@ -7,11 +7,13 @@
 #include "app/dialogrules.h"
 #include "app/outputname.h"
 #include "app/processResultDialog.h"
+#include "app/replacedoutput.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 #include "panels/aspectOptionsWidget.h"
+#include "panels/contourOptionsWidget.h"
 #include "panels/shadedOptionsWidget.h"
 #include "panels/slopeOptionsWidget.h"
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
@@ -73,7 +75,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     addPanel(Process::Aspect, new aspectOptionsWidget, m_form->aspectTab);
     hideTab(Process::Intervisibility, m_form->intervisibilityTab);
     hideTab(Process::ColorRelief, m_form->colorReliefTab);
-    hideTab(Process::Contour, m_form->contourTab);
+    addPanel(Process::Contour, new contourOptionsWidget, m_form->contourTab);
     addPanel(Process::TriTpiRoughness, new tri_tpi_roughnessOptionsWidget, m_form->tri_tpi_roughnessTab);
 
     // A drop on a text field would put an address into the middle of a path; the window takes the file.
@@ -96,6 +98,7 @@ template <class Panel> void quvoGdalUtilities::addPanel(Process process, Panel *
     tab->layout()->addWidget(new PanelArea(panel, tab));
     connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_activeLaunchButton);
     connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
+    connect(m_input.get(), &InputDem::demChanged, panel, &Panel::setDem);
 }
 
 void quvoGdalUtilities::hideTab(Process process, QWidget *tab)
@@ -242,7 +245,7 @@ void quvoGdalUtilities::slot_launchProcess()
         return;
     ProcessingRequest request = currentRequest();
     request.fragment = currentPanel()->getCommandArguments();
-    const RunPlan plan = planRun(request, m_tools);
+    RunPlan plan = planRun(request, m_tools);
     if (plan.fault == RunFault::Output) {
         warnOfOutput(request.output, plan.problem);
         return;
@@ -251,6 +254,7 @@ void quvoGdalUtilities::slot_launchProcess()
         Prompt::warning(this, plan.problem);
         return;
     }
+    plan.warnings += currentPanel()->launchWarnings();
     auto lock = std::make_unique<OutputLock>(plan.request.output);
     if (!lock->problem().isEmpty()) {
         Prompt::warning(this, lock->problem());
@@ -273,8 +277,14 @@ void quvoGdalUtilities::warnOfOutput(const QString &name, const QString &problem
 bool quvoGdalUtilities::mayOverwrite(const RunPlan &plan)
 {
     const QString existing = existingOutput(plan);
-    return existing.isEmpty()
-        || Prompt::question(this, dico_label("MESS_FICHIER_EXISTANT", existing.toLocal8Bit().constData()));
+    if (existing.isEmpty())
+        return true;
+    QString question = dico_label("MESS_FICHIER_EXISTANT", existing.toLocal8Bit().constData());
+    const int layers = layersReplaced(plan.outputs.first());
+    if (layers > 1)
+        question +=
+            QStringLiteral("\n\n") + tr("Ses %1 couches seraient perdues.", "MESS_COUCHES_PERDUES").arg(layers);
+    return Prompt::question(this, question);
 }
 
 bool quvoGdalUtilities::mayGoOn(const RunPlan &plan)

@@ -14,6 +14,11 @@ namespace
 QString formatProblem(const ProcessingRequest &request)
 {
     const QString format = outputFormat(request);
+    if (processRow(*request.process).product == ProductKind::Vector)
+        return isVectorOutputFormat(format)
+            ? QString()
+            : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cette machine."})
+                  .arg(format);
     if (!isRasterOutputFormat(format))
         return labelText({"MESS_FORMAT_INCONNU", "GDAL n'écrit aucun format raster « %1 » sur cette machine."})
             .arg(format);

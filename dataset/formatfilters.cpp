@@ -26,6 +26,13 @@ bool isRasterOutputFormat(const QString &name)
         && (says(driver, GDAL_DCAP_CREATE) || says(driver, GDAL_DCAP_CREATECOPY));
 }
 
+bool isVectorOutputFormat(const QString &name)
+{
+    GDALDriver *driver = driverNamed(name);
+    return driver && !EQUAL(driver->GetDescription(), "OGR_VRT") && says(driver, GDAL_DCAP_VECTOR)
+        && says(driver, GDAL_DCAP_CREATE) && !formatExtensions(name).isEmpty();
+}
+
 bool hasCreationOption(const QString &name, const QString &option)
 {
     GDALDriver *driver = driverNamed(name);
@@ -42,6 +49,9 @@ QStringList formatExtensions(const QString &name)
     GDALDriver *driver = driverNamed(name);
     if (!driver)
         return {};
+    // Under its other extensions the driver would make an archive, or a table without shapes.
+    if (EQUAL(driver->GetDescription(), "ESRI Shapefile"))
+        return {QStringLiteral("shp")};
     const char *list = driver->GetMetadataItem(GDAL_DMD_EXTENSIONS);
     if (!list)
         list = driver->GetMetadataItem(GDAL_DMD_EXTENSION);

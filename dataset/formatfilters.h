@@ -9,6 +9,10 @@
 /// Whether a driver of that name exists and can write rasters.
 bool isRasterOutputFormat(const QString &driver);
 
+/// Whether a driver of that name exists and can make a vector file. Formats that are no file, or refer to
+/// others instead of holding the product, do not count.
+bool isVectorOutputFormat(const QString &driver);
+
 /// Whether the driver knows the creation option of that name (such as "TILED").
 bool hasCreationOption(const QString &driver, const QString &option);
 

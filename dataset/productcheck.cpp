@@ -39,6 +39,13 @@ QString rasterProblem(GDALDataset &dataset, const ExpectedProduct &expected, con
     return {};
 }
 
+/// Formats of one layer name it after the file.
+OGRLayer *productLayer(GDALDataset &dataset, const QString &name)
+{
+    OGRLayer *layer = dataset.GetLayerByName(name.toUtf8().constData());
+    return layer || dataset.GetLayerCount() != 1 ? layer : dataset.GetLayer(0);
+}
+
 } // namespace
 
 QString firstErrorLine(const QString &standardError)
@@ -68,7 +75,7 @@ ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standa
             because({"MESS_PROD_ILLISIBLE", "Le résultat ne peut pas être ouvert."}, messages.lastError());
     } else if (expected.kind == ProductKind::Raster) {
         check.problem = rasterProblem(*dataset, expected, messages);
-    } else if (OGRLayer *layer = dataset->GetLayerByName(expected.layer.toUtf8().constData())) {
+    } else if (OGRLayer *layer = productLayer(*dataset, expected.layer)) {
         check.featureCount = layer->GetFeatureCount();
     } else {
         check.problem = labelText({"MESS_PROD_SANS_COUCHE", "Le résultat ne contient pas la couche « %1 »."})

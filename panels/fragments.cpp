@@ -1,5 +1,7 @@
 #include "panels/fragments.h"
 
+#include "panels/quoting.h"
+
 #include <iterator>
 
 QString scaleRatio(int scaleIndex, const QString &scaleText)
@@ -69,6 +71,27 @@ QString terrainIndexWord(int type)
     return type == 1 ? QStringLiteral("TPI") : QStringLiteral("roughness");
 }
 
+QString contourFragment(const ContourOptions &options)
+{
+    const auto number = [](const char *name, const std::optional<double> &value) {
+        return value ? QLatin1String(name) + QStringLiteral(" \"%1\" ").arg(*value, 0, 'g', 6) : QString();
+    };
+    QString fragment;
+    if (!options.attribute.isEmpty())
+        fragment += QStringLiteral("-a ") + quotedArgument(options.attribute) + QLatin1Char(' ');
+    if (options.threeD)
+        fragment += QStringLiteral("-3d ");
+    if (options.everyValueValid)
+        fragment += QStringLiteral("-inodata ");
+    else
+        fragment += number("-snodata", options.noDataValue);
+    fragment += number("-i", options.interval);
+    fragment += number("-off", options.offset);
+    if (!options.fixedLevels.isEmpty())
+        fragment += QStringLiteral("-fl ") + options.fixedLevels + QLatin1Char(' ');
+    return fragment;
+}
+
 bool isComplete(const ShadedOptions &options)
 {
     return options.scaleIndex >= 0 || !options.scaleText.isEmpty();
@@ -77,4 +100,9 @@ bool isComplete(const ShadedOptions &options)
 bool isComplete(const SlopeOptions &options)
 {
     return options.scaleIndex >= 0 || !options.scaleText.isEmpty();
+}
+
+bool isComplete(const ContourOptions &options)
+{
+    return options.interval || !options.fixedLevels.isEmpty();
 }

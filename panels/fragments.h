@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 // The argument grammars of the processes: plain option record in, argument fragment out. A fragment is inserted
 // in the command line as it stands (app/commandline.h), so every blank in it counts.
 
@@ -58,9 +60,26 @@ QString terrainIndexFragment(const TerrainIndexOptions &options);
 /// "roughness".
 QString terrainIndexWord(int type);
 
-/// Whether the options are enough to launch the process: a typed ratio is not empty.
+/// Options of the contour process. Elevations are in the DEM's unit.
+struct ContourOptions
+{
+    std::optional<double> interval;          ///< between two lines; none: fixed levels alone
+    QString attribute = QStringLiteral("Z"); ///< that receives the elevation; empty: none does
+    bool threeD = false;                     ///< an elevation at every vertex
+    QString fixedLevels;          ///< numbers separated by blanks; the tool takes them in place of the interval
+    bool everyValueValid = false; ///< also the band's no-data value
+    std::optional<double> noDataValue; ///< a value to ignore; not used while every value is valid
+    std::optional<double> offset;      ///< elevation from which the intervals count
+};
+
+/// Numbers have six significant digits; the fixed levels stand as they were typed.
+QString contourFragment(const ContourOptions &options);
+
+/// Whether the options are enough to launch the process: a typed ratio is not empty, and there is an interval
+/// or a level.
 bool isComplete(const ShadedOptions &options);
 bool isComplete(const SlopeOptions &options);
+bool isComplete(const ContourOptions &options);
 
 /// Rows of the scale list, the ratio of the vertical unit to the horizontal one: 0 the same unit, 1 X and Y in
 /// metres and Z in feet, 2 X and Y in degrees and Z in metres, 3 X and Y in degrees and Z in feet.

@@ -1,9 +1,19 @@
 #pragma once
 
+#include "dataset/extremes.h"
 #include "panels/processoptions.h"
 
 #include <QString>
+#include <QStringList>
 #include <QWidget>
+
+/// The DEM that the options are for.
+struct DemInfo
+{
+    QString path;      ///< as GDAL is given it; empty while there is no DEM
+    int band = 1;      ///< from 1
+    Extremes extremes; ///< of the band; not known while they are being looked for
+};
 
 /// Base of the option panels, one a process.
 ///
@@ -28,4 +38,10 @@ public:
 
     /// Whether the options are enough to launch the process.
     virtual bool isComplete() const = 0;
+
+    /// There is another DEM or band, or more is known of it.
+    virtual void setDem(const DemInfo &) { }
+
+    /// Sentences that a launch is asked about before it begins.
+    virtual QStringList launchWarnings() const { return {}; }
 };

@@ -1,5 +1,7 @@
 #include "panels/processoptions.h"
 
+#include "panels/contourlevels.h"
+
 #include <QStringList>
 
 namespace
@@ -83,12 +85,34 @@ const QVector<RecordField<TerrainIndexOptions>> &fieldsOf(const TerrainIndexOpti
     return fields; // the word of the process says which index
 }
 
+const QVector<RecordField<ContourOptions>> &fieldsOf(const ContourOptions &)
+{
+    constexpr double highest = 1e9;
+    static const QVector<RecordField<ContourOptions>> fields{
+        QUVO_FIELD(ContourOptions, interval, 0, highest, "MESS_OPT_INTERVALLE",
+                   "intervalle entre les courbes, dans l'unité du MNT"),
+        QUVO_FIELD(ContourOptions, attribute, 0, 0, "MESS_OPT_ATTRIBUT",
+                   "attribut qui reçoit l'altitude ; vide : aucun"),
+        QUVO_FIELD(ContourOptions, threeD, 0, 0, "MESS_OPT_3D", "une altitude à chaque point des courbes"),
+        QUVO_FIELD(ContourOptions, fixedLevels, 0, 0, "MESS_OPT_NIVEAUX",
+                   "altitudes séparées par des espaces ; elles remplacent l'intervalle"),
+        QUVO_FIELD(ContourOptions, everyValueValid, 0, 0, "MESS_OPT_TOUT_VALIDE",
+                   "prendre aussi la valeur sans donnée du MNT pour une altitude"),
+        QUVO_FIELD(ContourOptions, noDataValue, -highest, highest, "MESS_OPT_IGNORER",
+                   "valeur du MNT à ignorer"),
+        QUVO_FIELD(ContourOptions, offset, -highest, highest, "MESS_OPT_OFFSET",
+                   "altitude à partir de laquelle comptent les intervalles"),
+    };
+    return fields;
+}
+
 struct Word
 {
     QString operator()(const ShadedOptions &) const { return QStringLiteral("hillshade"); }
     QString operator()(const SlopeOptions &) const { return QStringLiteral("slope"); }
     QString operator()(const AspectOptions &) const { return QStringLiteral("aspect"); }
     QString operator()(const TerrainIndexOptions &record) const { return terrainIndexWord(record.type); }
+    QString operator()(const ContourOptions &) const { return QStringLiteral("contour"); }
 };
 
 struct Fragment
@@ -97,6 +121,7 @@ struct Fragment
     QString operator()(const SlopeOptions &record) const { return slopeFragment(record); }
     QString operator()(const AspectOptions &record) const { return aspectFragment(record); }
     QString operator()(const TerrainIndexOptions &record) const { return terrainIndexFragment(record); }
+    QString operator()(const ContourOptions &record) const { return contourFragment(record); }
 };
 
 template <class Record>
@@ -115,6 +140,19 @@ QString scaleProblem(int scaleIndex, const QString &scaleText)
         .arg(scaleText);
 }
 
+QString contourProblem(const ContourOptions &options)
+{
+    if (!isComplete(options))
+        return labelText({"MESS_OPT_CN_RIEN", "Indiquez interval ou fixedLevels."});
+    if (options.interval && *options.interval <= 0.0)
+        return labelText({"MESS_CN_INTERV_NUL", "Un intervalle de 0 ne donne aucune courbe."});
+    const auto levels = readLevels(options.fixedLevels);
+    if (!levels || (levels->isEmpty() && !options.fixedLevels.isEmpty()))
+        return labelText({"MESS_CN_VAL_INVALIDE",
+                          "Les valeurs spécifiques doivent être des nombres séparés par des espaces."});
+    return {};
+}
+
 } // namespace
 
 QString processWord(const ProcessOptions &options)
@@ -128,6 +166,8 @@ QString optionsProblem(const ProcessOptions &options)
         []<class Record>(const Record &record) {
             if constexpr (HasScale<Record>)
                 return scaleProblem(record.scaleIndex, record.scaleText);
+            else if constexpr (std::is_same_v<Record, ContourOptions>)
+                return contourProblem(record);
             else
                 return QString();
         },

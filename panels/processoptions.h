@@ -7,7 +7,8 @@
 
 /// The option record of any process. A new process adds its record here, its table of fields, its word and its
 /// fragment in the .cpp file.
-using ProcessOptions = std::variant<ShadedOptions, SlopeOptions, AspectOptions, TerrainIndexOptions>;
+using ProcessOptions =
+    std::variant<ShadedOptions, SlopeOptions, AspectOptions, TerrainIndexOptions, ContourOptions>;
 
 /// The process's word in recipes and on the command line, and the mode of the DEM tool ("hillshade", "TPI").
 QString processWord(const ProcessOptions &options);

@@ -6,6 +6,7 @@
 #include <QVariant>
 #include <QVector>
 
+#include <optional>
 #include <variant>
 
 // An option record can be read and written by the names of its fields: that is how recipes and the command line
@@ -15,7 +16,9 @@
 template <class Record> struct RecordField
 {
     const char *name;
-    std::variant<double Record::*, int Record::*, bool Record::*, QString Record::*> member;
+    std::variant<double Record::*, std::optional<double> Record::*, int Record::*, bool Record::*,
+                 QString Record::*>
+        member;
     double lowest;  ///< smallest number allowed; not used for switches and texts
     double highest; ///< largest number allowed
     Label meaning;  ///< what it is, with its unit
@@ -74,6 +77,8 @@ QString setField(Record &record, const RecordField<Record> &field, const QVarian
         return numberProblem(name, value, field.lowest, field.highest, whole);
     if (auto member = std::get_if<double Record::*>(&field.member))
         record.**member = number;
+    else if (auto optional = std::get_if<std::optional<double> Record::*>(&field.member))
+        record.**optional = number;
     else
         record.*std::get<int Record::*>(field.member) = static_cast<int>(number);
     return {};
@@ -82,8 +87,15 @@ QString setField(Record &record, const RecordField<Record> &field, const QVarian
 /// The field's value in the record as text, as setField() reads it.
 template <class Record> QString fieldText(const Record &record, const RecordField<Record> &field)
 {
-    const QVariant value = std::visit([&](auto member) { return QVariant(record.*member); }, field.member);
-    return value.toString();
+    return std::visit(
+        [&](auto member) {
+            const auto &value = record.*member;
+            if constexpr (std::is_same_v<decltype(value), const std::optional<double> &>)
+                return value ? QVariant(*value).toString() : QString();
+            else
+                return QVariant(value).toString();
+        },
+        field.member);
 }
 
 /// Describes the fields with the record's values as defaults.

@@ -59,15 +59,19 @@ void deleteOutputFile(const QuvoOutputFile &file)
 QStringList namesakes(const QuvoOutputFile &output)
 {
     // What drivers put beside a file under its base name.
-    static const QStringList sideExtensions{"hdr", "prj", "clr", "stx", "aux", "aux.xml", "ers", "rrd", "wld",
-                                            "tfw", "blw", "dbf", "shx", "cpg", "qix",     "sbn", "sbx"};
+    static const QStringList sideExtensions{"hdr", "prj", "clr", "stx", "aux", "aux.xml", "ers", "rrd",
+                                            "wld", "tfw", "blw", "dbf", "shx", "cpg",     "qix", "sbn",
+                                            "sbx", "xsd", "gfs", "map", "id",  "dat",     "ind", "mid"};
+    // A database's journals stand under its whole name and a hyphen.
+    static const QStringList journals{"-journal", "-wal", "-shm"};
     const QFileInfo file(output.path);
     const QString base = file.completeBaseName();
     QStringList found;
     for (const QFileInfo &other :
          QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System)) {
         const QString name = other.fileName();
-        const bool byWholeName = name.startsWith(file.fileName() + QLatin1Char('.'));
+        const bool byWholeName = name.startsWith(file.fileName() + QLatin1Char('.'))
+            || (name.startsWith(file.fileName()) && journals.contains(name.mid(file.fileName().size())));
         const bool byBaseName = output.ownsBaseName && name != file.fileName()
             && (name == base
                 || (name.startsWith(base + QLatin1Char('.'))

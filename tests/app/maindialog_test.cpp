@@ -40,6 +40,7 @@ private slots:
     void typedInput();
     void badInputChangesNothing();
     void launchButton();
+    void productEqualsTheBatchProgramsOwn_data();
     void productEqualsTheBatchProgramsOwn();
     void overwriteAsks();
     void outputIsNeverTheInput();
@@ -253,21 +254,42 @@ void MainDialogTest::launchButton()
     QTRY_VERIFY(!dialog.launch()->isEnabled());
 }
 
+void MainDialogTest::productEqualsTheBatchProgramsOwn_data()
+{
+    QTest::addColumn<QString>("tab");
+    QTest::addColumn<QString>("product");
+    QTest::addColumn<QStringList>("byBatch");
+    const auto row = [](const char *tab, const char *product, const QStringList &byBatch) {
+        QTest::newRow(product) << QString(tab) << QString(product) << byBatch;
+    };
+    row("shadedTab", "dem_hillshade.tif", {"hillshade"});
+    row("slopeTab", "dem_slope.tif", {"slope"});
+    row("aspectTab", "dem_aspect.tif", {"aspect"});
+    row("tri_tpi_roughnessTab", "dem_roughness.tif", {"TRI"});
+    row("contourTab", "dem_contour_lines.shp", {"contour", "--set", "interval=10"});
+}
+
 void MainDialogTest::productEqualsTheBatchProgramsOwn()
 {
+    QFETCH(QString, tab);
+    QFETCH(QString, product);
+    QFETCH(QStringList, byBatch);
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
+    dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>(qPrintable(tab)));
+    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("10.000");
     QTest::mouseClick(dialog.launch(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(),
              QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
     QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Opération terminée"));
     QProcess batch;
+    const QString other = path("batch.") + QFileInfo(product).suffix();
     batch.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
-                {"--process", "hillshade", "--input", path("dem.tif"), "--output", path("batch.tif")});
+                QStringList{"--input", path("dem.tif"), "--output", other, "--process"} + byBatch);
     QVERIFY(batch.waitForFinished());
-    QVERIFY(!bytesOf(path("batch.tif")).isEmpty());
-    QCOMPARE(bytesOf(path("dem_hillshade.tif")), bytesOf(path("batch.tif")));
+    QVERIFY(!bytesOf(other).isEmpty());
+    QCOMPARE(bytesOf(path(product)), bytesOf(other));
 }
 
 void MainDialogTest::overwriteAsks()

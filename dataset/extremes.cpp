@@ -1,0 +1,148 @@
+#include "dataset/extremes.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+
+#include <gdal_priv.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <vector>
+
+namespace
+{
+
+constexpr long long estimateShare = 50; // one block in so many
+
+/// The share of the whole at which the n-th sample lies, from 0: spread evenly at any length, and over the
+/// columns of tiles as well as over the rows.
+double sampleAt(long long n)
+{
+    constexpr double goldenRatio = 0.6180339887498949;
+    return std::fmod(0.5 + static_cast<double>(n) * goldenRatio, 1.0);
+}
+
+} // namespace
+
+/// The open raster, and room for one block of it.
+struct ExtremesReader::Band
+{
+    std::unique_ptr<GDALDataset> dataset;
+    GDALRasterBand *band = nullptr;
+    int blockWidth = 0;
+    int blockHeight = 0;
+    int across = 0; ///< blocks in a row
+    long long blockCount = 0;
+    bool hasNoData = false;
+    double noData = 0.0;
+    std::vector<GByte> cells;
+    std::vector<double> values; ///< of one row of a block
+
+    Band(const QString &path, int number)
+    {
+        const GdalMessages messages; // what cannot be opened has been told where it was chosen
+        dataset.reset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
+        band = dataset && number >= 1 && number <= dataset->GetRasterCount() ? dataset->GetRasterBand(number)
+                                                                             : nullptr;
+        if (!band)
+            return;
+        band->GetBlockSize(&blockWidth, &blockHeight);
+        across = (band->GetXSize() + blockWidth - 1) / blockWidth;
+        blockCount = static_cast<long long>(across) * ((band->GetYSize() + blockHeight - 1) / blockHeight);
+        int given = FALSE;
+        noData = band->GetNoDataValue(&given);
+        hasNoData = given != FALSE;
+        if (band->GetRasterDataType() == GDT_Float32)
+            noData = static_cast<float>(noData);
+        cells.resize(static_cast<std::size_t>(GDALGetDataTypeSizeBytes(band->GetRasterDataType())) * blockWidth
+                     * blockHeight);
+        values.resize(blockWidth);
+    }
+
+    bool takeBlock(long long index, Extremes &found)
+    {
+        const int column = static_cast<int>(index % across);
+        const int row = static_cast<int>(index / across);
+        const GdalMessages messages;
+        if (band->ReadBlock(column, row, cells.data()) != CE_None)
+            return false;
+        const GDALDataType type = band->GetRasterDataType();
+        const int size = GDALGetDataTypeSizeBytes(type);
+        const int width = std::min(blockWidth, band->GetXSize() - column * blockWidth);
+        const int height = std::min(blockHeight, band->GetYSize() - row * blockHeight);
+        for (int line = 0; line < height; ++line) {
+            GDALCopyWords(cells.data() + static_cast<std::size_t>(line) * blockWidth * size, type, size,
+                          values.data(), GDT_Float64, sizeof(double), width);
+            takeValues(width, found);
+        }
+        return true;
+    }
+
+    void takeValues(int count, Extremes &found) const
+    {
+        for (int at = 0; at < count; ++at) {
+            const double value = values[at];
+            if (!std::isfinite(value) || (hasNoData && value == noData))
+                continue;
+            if (!found.known || value < found.minimum)
+                found.minimum = value;
+            if (!found.known || value > found.maximum)
+                found.maximum = value;
+            found.known = true;
+        }
+    }
+};
+
+ExtremesReader::ExtremesReader(const QString &path, int band, Effort effort)
+    : m_band(std::make_unique<Band>(path, band))
+{
+    if (!m_band->band)
+        return;
+    m_blocksToRead = m_band->blockCount;
+    if (effort == Exact)
+        return;
+    int hasMinimum = FALSE;
+    int hasMaximum = FALSE;
+    const double minimum = m_band->band->GetMinimum(&hasMinimum);
+    const double maximum = m_band->band->GetMaximum(&hasMaximum);
+    if (hasMinimum && hasMaximum && std::isfinite(minimum) && std::isfinite(maximum) && minimum <= maximum) {
+        m_found = {true, false, minimum, maximum};
+        m_blocksToRead = 0;
+    } else {
+        m_blocksToRead = std::max(1LL, m_band->blockCount / estimateShare);
+    }
+}
+
+ExtremesReader::~ExtremesReader() = default;
+
+bool ExtremesReader::advance(int milliseconds)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    while (m_blocksRead < m_blocksToRead) {
+        const bool all = m_blocksToRead == m_band->blockCount;
+        const auto index = all
+            ? m_blocksRead
+            : static_cast<long long>(sampleAt(m_blocksRead) * static_cast<double>(m_band->blockCount));
+        if (!m_band->takeBlock(index, m_found)) {
+            m_found = {};
+            m_blocksToRead = 0;
+            return false;
+        }
+        ++m_blocksRead;
+        m_found.exact = m_found.known && all && m_blocksRead == m_blocksToRead;
+        if (std::chrono::steady_clock::now() >= end)
+            break;
+    }
+    return m_blocksRead < m_blocksToRead;
+}
+
+int ExtremesReader::percent() const
+{
+    return m_blocksToRead == 0 ? 100 : static_cast<int>(100 * m_blocksRead / m_blocksToRead);
+}
+
+Extremes ExtremesReader::extremes() const
+{
+    return m_found;
+}

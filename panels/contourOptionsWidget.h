@@ -1,0 +1,52 @@
+#pragma once
+
+#include "panels/optionsWidget.h"
+
+#include <memory>
+
+class QEditableComboBox;
+
+namespace Ui
+{
+class contourOptionsWidget;
+}
+
+/// Options of the contour process: interval or fixed levels, attribute, 3D, values to ignore. Lines under the
+/// fields tell how many levels the options make, and what the tool would not understand.
+class contourOptionsWidget : public optionsWidget
+{
+    Q_OBJECT
+
+public:
+    explicit contourOptionsWidget(QWidget *parent = nullptr, Qt::WindowFlags flags = {});
+    ~contourOptionsWidget() override;
+
+    bool capabilityFlag() const override { return false; }
+    ProcessOptions processOptions() const override { return options(); }
+    QString getCommandArguments() override;
+    bool isComplete() const override;
+    void setDem(const DemInfo &dem) override;
+    QStringList launchWarnings() const override;
+
+    /// What was typed and is no number counts as 0.
+    ContourOptions options() const;
+
+signals:
+    void completeChanged();
+
+public slots:
+    void slot_onOptionsChanged();
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void makeNoDataCombo();
+    void connectControls();
+    void updateNotes();
+    QString forecast(const ContourOptions &options) const;
+
+    std::unique_ptr<Ui::contourOptionsWidget> m_form;
+    QEditableComboBox *m_pNoDataCombo = nullptr;
+    DemInfo m_dem;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "dataset/extremes.h"
+
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+// How many contour lines options ask for.
+
+/// Number of levels offset + n · interval from the minimum to the maximum; 0 where the extremes are not known
+/// or the interval is not above 0. A number, not a count: a slip of the pen asks for billions.
+double levelCount(const Extremes &extremes, double interval, double offset);
+
+/// The interval of the series 1, 2, 5, 10, 20 … that gives about 20 levels, 0.001 at least; none where the
+/// extremes are not known or are one value.
+std::optional<double> roundInterval(const Extremes &extremes);
+
+/// The levels in a text of numbers separated by blanks (C locale); none when something in it is no number.
+std::optional<QVector<double>> readLevels(const QString &text);
+
+/// A launch that makes more levels than this asks first.
+constexpr double manyLevels = 2000.0;

@@ -1,0 +1,153 @@
+#include "panels/QEditableComboBox.h"
+#include "panels/contourOptionsWidget.h"
+#include "panels/contourlevels.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+class ContourPanelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void levels_data();
+    void levels();
+    void typedByKeys();
+    void noDataChoice();
+    void notes();
+    void offeredInterval();
+};
+
+namespace
+{
+
+struct Panel
+{
+    contourOptionsWidget widget;
+    QEditableComboBox *noData = widget.findChild<QEditableComboBox *>();
+
+    QLineEdit *field(const char *name) const { return widget.findChild<QLineEdit *>(name); }
+    QCheckBox *box(const char *name) const { return widget.findChild<QCheckBox *>(name); }
+    QString note(const char *name) const
+    {
+        const auto label = widget.findChild<QLabel *>(name);
+        return label->isHidden() ? QString() : label->text();
+    }
+    QString arguments() { return widget.getCommandArguments(); }
+};
+
+const Extremes alps{true, false, 387.2, 2349.6};
+
+} // namespace
+
+void ContourPanelTest::levels_data()
+{
+    QTest::addColumn<Extremes>("extremes");
+    QTest::addColumn<double>("interval");
+    QTest::addColumn<double>("offset");
+    QTest::addColumn<double>("count");
+    QTest::addColumn<double>("offered"); // 0: none
+
+    QTest::newRow("alps") << alps << 100.0 << 0.0 << 20.0 << 100.0;
+    QTest::newRow("offset") << alps << 100.0 << 60.0 << 19.0 << 100.0;
+    QTest::newRow("below zero") << Extremes{true, true, -12.0, 12.0} << 5.0 << 0.0 << 5.0 << 1.0;
+    QTest::newRow("ends count") << Extremes{true, true, 0.0, 10.0} << 5.0 << 0.0 << 3.0 << 0.5;
+    QTest::newRow("no level") << Extremes{true, true, 1.0, 2.0} << 5.0 << 0.0 << 0.0 << 0.05;
+    QTest::newRow("tiny range") << Extremes{true, true, 1.0, 1.0001} << 5.0 << 0.0 << 0.0 << 0.001;
+    QTest::newRow("flat") << Extremes{true, true, 7.0, 7.0} << 7.0 << 0.0 << 1.0 << 0.0;
+    QTest::newRow("unknown") << Extremes{} << 5.0 << 0.0 << 0.0 << 0.0;
+    QTest::newRow("interval of 0") << alps << 0.0 << 0.0 << 0.0 << 100.0;
+    QTest::newRow("slip of the pen") << Extremes{true, true, 0.0, 1e9} << 0.001 << 0.0 << 1e12 + 1 << 5e7;
+}
+
+void ContourPanelTest::levels()
+{
+    QFETCH(Extremes, extremes);
+    QFETCH(double, interval);
+    QFETCH(double, offset);
+    QTEST(levelCount(extremes, interval, offset), "count");
+    QTEST(roundInterval(extremes).value_or(0.0), "offered");
+}
+
+void ContourPanelTest::typedByKeys()
+{
+    QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    Panel panel;
+    const QSignalSpy changed(&panel.widget, &contourOptionsWidget::completeChanged);
+    QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" "));
+    QVERIFY(!panel.widget.isComplete());
+    QTest::keyClicks(panel.field("m_pLEElevationInterval"), "1,0.000x5");
+    QCOMPARE(panel.field("m_pLEElevationInterval")->text(), QStringLiteral("10.000"));
+    QCOMPARE(changed.count(), 6);
+    QVERIFY(panel.widget.isComplete());
+    QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" -i \"10\" "));
+
+    QTest::keyClicks(panel.field("m_pLEOffset"), "2.5");
+    QTest::keyClicks(panel.noData->lineEdit(), "10,5.5");
+    QCOMPARE(panel.noData->currentText(), QStringLiteral("105.5")); // no comma gets in
+    panel.field("m_pLEElevationAttribute")->setText("a\" b%1");
+    panel.box("m_pChB3D")->click();
+    QCOMPARE(panel.arguments(),
+             QStringLiteral("-a \"a\"\"\" b%1\" -3d -snodata \"105.5\" -i \"10\" -off \"2.5\" "));
+    QLocale::setDefault(QLocale::c());
+
+    panel.field("m_pLEElevationInterval")->clear();
+    panel.field("m_pLEElevationAttribute")->clear();
+    QVERIFY(!panel.widget.isComplete());
+    QTest::keyClicks(panel.field("m_pLEFixedLevels"), "10 20 40 100");
+    QVERIFY(panel.widget.isComplete());
+    QCOMPARE(panel.arguments(), QStringLiteral("-3d -snodata \"105.5\" -off \"2.5\" -fl 10 20 40 100 "));
+}
+
+void ContourPanelTest::noDataChoice()
+{
+    Panel panel;
+    QCOMPARE(panel.noData->currentText(), QString());
+    panel.noData->setCurrentIndex(0);
+    QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" -snodata \"-9999\" "));
+    panel.box("m_pChBTreatNoDataValue")->click();
+    QVERIFY(!panel.noData->isEnabled());
+    QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" -inodata "));
+    panel.box("m_pChBTreatNoDataValue")->click();
+    QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" -snodata \"-9999\" "));
+}
+
+void ContourPanelTest::notes()
+{
+    Panel panel;
+    panel.widget.setDem({"/dem.tif", 1, alps});
+    panel.field("m_pLEElevationInterval")->setText("0.000");
+    QVERIFY(panel.note("m_pForecastLabel").contains("intervalle de 0"));
+    panel.field("m_pLEElevationInterval")->setText("0.010");
+    QVERIFY2(panel.note("m_pForecastLabel").contains("Niveaux"), qPrintable(panel.note("m_pForecastLabel")));
+    QCOMPARE(panel.widget.launchWarnings().size(), 1);
+    panel.field("m_pLEFixedLevels")->setText("10 x");
+    QVERIFY(panel.note("m_pForecastLabel").contains("ignore l'intervalle"));
+    QVERIFY(!panel.note("m_pLevelsNote").isEmpty());
+    QVERIFY(panel.widget.launchWarnings().isEmpty());
+    panel.field("m_pLEElevationAttribute")->setText("élévation_m");
+    QVERIFY(panel.note("m_pAttributeNote").contains("« élévatio »"));
+    panel.noData->setEditText("-");
+    emit panel.noData->lineEdit()->textEdited("-");
+    QVERIFY(panel.note("m_pNoDataNote").contains("« - »"));
+    panel.box("m_pChBTreatNoDataValue")->click();
+    QVERIFY(panel.note("m_pNoDataNote").isEmpty());
+}
+
+void ContourPanelTest::offeredInterval()
+{
+    Panel panel;
+    QVERIFY(panel.note("m_pForecastLabel").isEmpty());
+    panel.widget.setDem({"/dem.tif", 1, alps});
+    QVERIFY(panel.note("m_pForecastLabel").contains("href=\"100.000\""));
+    emit panel.widget.findChild<QLabel *>("m_pForecastLabel")->linkActivated("100.000");
+    QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" -i \"100\" "));
+    QVERIFY(!panel.note("m_pForecastLabel").contains("href"));
+}
+
+Q_DECLARE_METATYPE(Extremes)
+QTEST_MAIN(ContourPanelTest)
+#include "contourpanel_test.moc"

@@ -1,0 +1,184 @@
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+#include "tests/support/rasters.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gdal_priv.h>
+#include <gdal_utils.h>
+
+/// Every process of the batch program on DEMs of several kinds, compared with the tool called by hand.
+class ProductsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void equalsTheToolsOwn_data();
+    void equalsTheToolsOwn();
+    void vectorOutputIsReplacedWhole();
+    void stoppedContoursLeaveNothing();
+
+private:
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+    QStringList files(const QString &pattern) const
+    {
+        return QDir(m_folder.path()).entryList({pattern}, QDir::Files | QDir::Hidden, QDir::Name);
+    }
+    int batch(const QStringList &arguments) { return run(QStringLiteral("QuvoDemBatch"), arguments); }
+    int run(const QString &program, const QStringList &arguments);
+
+    QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/dossier à blancs \"中\" XXXXXX")};
+    QString m_error;
+};
+
+namespace
+{
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// The same cells under other options of gdal_translate.
+bool copyRaster(const QString &from, const QString &to, const QList<QByteArray> &options)
+{
+    QVector<char *> arguments;
+    for (const QByteArray &option : options)
+        arguments += const_cast<char *>(option.constData());
+    arguments += nullptr;
+    GDALTranslateOptions *parsed = GDALTranslateOptionsNew(arguments.data(), nullptr);
+    GDALDatasetH source = GDALOpen(encodePath(from).constData(), GA_ReadOnly);
+    GDALDatasetH copy = GDALTranslate(encodePath(to).constData(), source, parsed, nullptr);
+    GDALTranslateOptionsFree(parsed);
+    GDALClose(copy);
+    GDALClose(source);
+    return copy != nullptr;
+}
+
+} // namespace
+
+int ProductsTest::run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(QUVO_TREE "/") + program, arguments);
+    process.waitForFinished(60000);
+    m_error = QString::fromLocal8Bit(process.readAllStandardError());
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+void ProductsTest::initTestCase()
+{
+    setUpGdal();
+    QVERIFY(writeHill(path("metres.tif"), 64));
+    QVERIFY(copyRaster(path("metres.tif"), path("degrés.tif"),
+                       {"-a_srs", "EPSG:4326", "-a_ullr", "6", "46", "6.5", "45.5", "-a_nodata", "20"}));
+    QVERIFY(copyRaster(path("metres.tif"), path("entiers.tif"), {"-ot", "Int16"}));
+}
+
+void ProductsTest::equalsTheToolsOwn_data()
+{
+    QTest::addColumn<QString>("dem");
+    QTest::addColumn<QStringList>("ours");
+    QTest::addColumn<QString>("tool");
+    QTest::addColumn<QStringList>("byHand"); // "IN", "OUT" stand for the files
+
+    const auto row = [](const QString &dem, const QStringList &ours, const QString &tool,
+                        const QStringList &byHand) {
+        QTest::addRow("%s %s", qPrintable(dem), qPrintable(ours.first())) << dem << ours << tool << byHand;
+    };
+    for (const char *dem : {"metres.tif", "degrés.tif", "entiers.tif"}) {
+        row(dem, {"slope", "--set", "percent=true", "--set", "scaleIndex=2"}, "gdal_dem.exe",
+            {"slope", "IN", "OUT", "-p", "-compute_edges", "-s", "111120"});
+        row(dem, {"aspect", "--set", "trigonometric=true", "--set", "zevenbergenThorne=true"}, "gdal_dem.exe",
+            {"aspect", "IN", "OUT", "-trigonometric", "-zero_for_flat", "-compute_edges", "-alg",
+             "ZevenbergenThorne"});
+        row(dem, {"TRI"}, "gdal_dem.exe", {"TRI", "IN", "OUT", "-compute_edges"});
+        row(dem, {"TPI", "--set", "computeEdges=false"}, "gdal_dem.exe", {"TPI", "IN", "OUT"});
+        row(dem, {"roughness"}, "gdal_dem.exe", {"roughness", "IN", "OUT", "-compute_edges"});
+        row(dem, {"contour", "--set", "interval=7.5", "--set", "threeD=true", "--set", "offset=1"},
+            "gdal_contour.exe",
+            {"-a", "Z", "-3d", "-i", "7.5", "-off", "1", "-nln", "contour", "-f", "ESRI Shapefile", "IN",
+             "OUT"});
+    }
+}
+
+void ProductsTest::equalsTheToolsOwn()
+{
+    QFETCH(QString, dem);
+    QFETCH(QStringList, ours);
+    QFETCH(QString, tool);
+    QFETCH(QStringList, byHand);
+    const QString extension = tool == QLatin1String("gdal_contour.exe") ? ".shp" : ".tif";
+    QCOMPARE(batch(QStringList{"--input", path(dem), "--output", path("ours" + extension), "--overwrite",
+                               "--process"}
+                   + ours),
+             0);
+    QCOMPARE(m_error, QString());
+    byHand.replaceInStrings(QRegularExpression("^IN$"), path(dem));
+    byHand.replaceInStrings(QRegularExpression("^OUT$"), path("hand" + extension));
+    QCOMPARE(run(tool, byHand), 0);
+    QVERIFY(bytesOf(path("ours" + extension)).size() > 1000);
+    QCOMPARE(bytesOf(path("ours" + extension)), bytesOf(path("hand" + extension)));
+    QCOMPARE(bytesOf(path("ours.dbf")), bytesOf(path("hand.dbf")));
+    QVERIFY(files("*.aux.xml").isEmpty());
+}
+
+void ProductsTest::vectorOutputIsReplacedWhole()
+{
+    const QStringList contours{"--process", "contour", "--set", "interval=10", "--input", path("metres.tif")};
+    const QString output = path("lignes.shp");
+    QFile::copy(path("metres.tif"), output); // no shapefile, whatever its name says
+    QVERIFY(QFile(path("lignes.txt")).open(QIODevice::WriteOnly));
+    QCOMPARE(batch(contours + QStringList{"--output", output}), 2);
+    QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
+    QVERIFY(QFile(path("lignes.sbn")).open(QIODevice::WriteOnly)); // an index of the old lines
+    QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
+    QCOMPARE(files("lignes.*"),
+             (QStringList{"lignes.dbf", "lignes.prj", "lignes.shp", "lignes.shx", "lignes.txt"}));
+
+    // Of a file with several layers nothing is left but the new one.
+    const QStringList package{"--of", "GPKG", "--output", path("lignes.gpkg"), "--overwrite"};
+    for (int round = 0; round < 2; ++round)
+        QCOMPARE(batch(contours + package), 0);
+    const std::unique_ptr<GDALDataset> dataset(
+        GDALDataset::Open(encodePath(path("lignes.gpkg")).constData(), GDAL_OF_VECTOR));
+    QVERIFY(dataset && dataset->GetLayerCount() == 1 && dataset->GetLayerByName("contour"));
+
+    // A virtual data set under the name refers to a file that must stay.
+    QFile other(path("lignes.gpkg"));
+    QVERIFY(QFile::copy(other.fileName(), path("source.gpkg")));
+    QVERIFY(other.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    other.write("<OGRVRTDataSource><OGRVRTLayer name=\"contour\"><SrcDataSource relativeToVRT=\"1\">source.gpkg"
+                "</SrcDataSource></OGRVRTLayer></OGRVRTDataSource>");
+    other.close();
+    QCOMPARE(batch(contours + package), 0);
+    QVERIFY(QFile::exists(path("source.gpkg")));
+}
+
+void ProductsTest::stoppedContoursLeaveNothing()
+{
+    QVERIFY(writeHill(path("gros.tif"), 3000));
+    const QStringList before = files("*");
+    for (const char *name : {"arrêt.shp", "arrêt.gpkg"}) {
+        QProcess process;
+        process.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
+                      {"--process", "contour", "--set", "interval=0.5", "--input", path("gros.tif"), "--output",
+                       path(name), "--of", QString(name).endsWith("gpkg") ? "GPKG" : "ESRI Shapefile"});
+        QTRY_VERIFY(QFile::exists(path(name)));
+        QTest::qWait(300);
+        process.terminate();
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 1);
+        QCOMPARE(files("*"), before);
+    }
+}
+
+QTEST_GUILESS_MAIN(ProductsTest)
+#include "products_test.moc"
