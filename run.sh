@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing, builds the program and shows what it does: the window on the sample DEM or, where there is no
-# display, a shaded relief of it.
+# display, the product of every process from it.
 set -eu
 unset CDPATH
 cd -- "$(dirname -- "$(readlink -f -- "$0")")"
@@ -15,14 +15,34 @@ if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     exec "$tree/QuvoDemToolBox" -startingdtm "$sample"
 fi
 
-products=build/release/products
+products=$(pwd)/build/release/products
+rm -rf "$products"
 mkdir -p "$products"
-relief=$(pwd)/$products/sample_hillshade.tif
-"$tree/QuvoDemBatch" --process hillshade --input "$sample" --output "$relief" --overwrite
+make_product() { # <word> <file name> [argument...]
+    word=$1
+    file=$products/$2
+    shift 2
+    echo "$word:"
+    "$tree/QuvoDemBatch" --process "$word" --input "$sample" --output "$file" "$@"
+}
+make_product hillshade hillshade.tif
+make_product slope slope.tif
+make_product aspect aspect.tif
+make_product TRI ruggedness.tif
+make_product TPI topographic_position.tif
+make_product roughness roughness.tif
+make_product color-relief colour_relief.tif
+make_product color-relief colour_relief_viridis.tif --set table=viridis --set spread=true
+make_product contour contour_lines.shp --set interval=100
 
 # A product that opens and whose cells differ from one another.
-gdalinfo -mm "$relief" | awk -F '[=,]' '/Computed Min\/Max/ && $2 + 0 < $3 + 0 { found = 1 } END { exit !found }' || {
-    echo "The shaded relief holds no data: $relief" >&2
-    exit 1
-}
-echo "The shaded relief: $relief"
+for raster in "$products"/*.tif; do
+    gdalinfo -mm "$raster" | awk -F '[=,]' '/Computed Min\/Max/ && $2 + 0 < $3 + 0 { found = 1 } END { exit !found }' || {
+        echo "A product holds no data: $raster" >&2
+        exit 1
+    }
+done
+sheet=$products/contact_sheet.png
+build/release/samples/contact_sheet "$sheet" "$products"/*.tif "$products"/*.shp
+echo "The products: $products"
+echo "All of them in one picture: $sheet"

@@ -56,9 +56,9 @@ int InputDem::band() const
 void InputDem::describe()
 {
     m_scan.stop();
-    m_dem = {path(), band(), {}};
+    m_dem = {path(), band(), {}, !path().isEmpty()};
     emit demChanged(m_dem);
-    if (!m_dem.path.isEmpty())
+    if (m_dem.searching)
         m_scan.start(m_dem.path, m_dem.band, ExtremesReader::Estimate);
 }
 
@@ -66,6 +66,7 @@ void InputDem::setExtremes(const Extremes &extremes)
 {
     m_scan.stop();
     m_dem.extremes = extremes;
+    m_dem.searching = false;
     emit demChanged(m_dem);
 }
 

@@ -17,9 +17,10 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     m_plan = plan;
     m_outcome = {};
     m_lock = std::move(lock);
+    m_inputSideFile = SideFile(plan.request.input);
     m_outcome.sentence = removeReplaced(plan.outputs.first());
     if (!m_outcome.sentence.isEmpty()) {
-        m_lock.reset();
+        end();
         emit failed(QString());
         return;
     }
@@ -35,6 +36,12 @@ void ProductRun::stop()
         m_runner.processUserCancel();
 }
 
+void ProductRun::end()
+{
+    m_inputSideFile.restore();
+    m_lock.reset();
+}
+
 void ProductRun::onDone()
 {
     if (!isRunning())
@@ -46,7 +53,7 @@ void ProductRun::onDone()
     m_outcome.featureCount = check.featureCount;
     if (!check.problem.isEmpty())
         deleteOutputFiles({m_plan.outputs});
-    m_lock.reset();
+    end();
     if (check.problem.isEmpty())
         emit finished();
     else
@@ -57,7 +64,7 @@ void ProductRun::onAborted()
 {
     if (!isRunning())
         return;
-    m_lock.reset();
+    end();
     emit aborted();
 }
 
@@ -68,6 +75,6 @@ void ProductRun::onError(const QString &toolText)
     m_outcome.toolText = toolText;
     if (m_runner.lastExitCode() != 0) // a tool that could not be started has none
         m_outcome.exitCode = m_runner.lastExitCode();
-    m_lock.reset();
+    end();
     emit failed(toolText);
 }

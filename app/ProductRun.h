@@ -2,6 +2,7 @@
 
 #include "app/outputlock.h"
 #include "app/runplan.h"
+#include "app/sidefile.h"
 
 #include <QObject>
 
@@ -48,6 +49,7 @@ signals:
     void failed(const QString &toolText);
 
 private:
+    void end();
     void onDone();
     void onAborted();
     void onError(const QString &toolText);
@@ -55,5 +57,6 @@ private:
     QuvoScriptRunner &m_runner;
     RunPlan m_plan;
     RunOutcome m_outcome;
+    SideFile m_inputSideFile;
     std::unique_ptr<OutputLock> m_lock;
 };

@@ -78,7 +78,8 @@ int run(const BatchRequest &batch, bool overwrite)
 
 int runOrPrint(const BatchArguments &arguments)
 {
-    const BatchRequest batch = assembleBatch(arguments);
+    WorkFolder workFolder;
+    const BatchRequest batch = assembleBatch(arguments, workFolder);
     if (!batch.problem.isEmpty())
         return refuse(batch.problem, BatchExit::BadArguments);
     printError(batch.warning);

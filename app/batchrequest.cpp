@@ -1,5 +1,6 @@
 #include "app/batchrequest.h"
 
+#include "app/batchcolortable.h"
 #include "app/outputname.h"
 #include "app/recipe.h"
 #include "app/runplan.h"
@@ -60,6 +61,7 @@ QString takeOptions(Recipe &recipe, const BatchArguments &arguments)
         given += option.first;
     }
     settle(recipe.options, given);
+    resolveFiles(recipe.options, QDir::currentPath());
     return optionsProblem(recipe.options);
 }
 
@@ -91,7 +93,7 @@ RecipeReading combine(const BatchArguments &arguments)
 
 } // namespace
 
-BatchRequest assembleBatch(const BatchArguments &arguments)
+BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder)
 {
     BatchRequest batch;
     const RecipeReading reading = combine(arguments);
@@ -113,6 +115,15 @@ BatchRequest assembleBatch(const BatchArguments &arguments)
     if (!arguments.recipeFile.isEmpty())
         batch.otherInputs += QFileInfo(arguments.recipeFile).absoluteFilePath();
 
+    if (const auto *colors = std::get_if<ColorReliefOptions>(&recipe.options)) {
+        const BatchColorTable table = batchColorTable(*colors, request.input, request.band, workFolder);
+        request.colorTableFile = table.file;
+        batch.problem = table.problem;
+        if (arguments.action == BatchAction::PrintCommand && table.file.startsWith(workFolder.path()))
+            batch.warning =
+                labelText({"MESS_LOT_TABLE_TEMP",
+                           "La table couleur de cette commande est un fichier temporaire de ce programme."});
+    }
     if (request.worldFile && !request.tiled)
         batch.warning = labelText({"MESS_CALAGE_SANS_TUILE",
                                    "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});

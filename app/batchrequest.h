@@ -4,6 +4,8 @@
 #include "app/commandline.h"
 #include "app/tools.h"
 
+#include "dataset/workfolder.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -24,8 +26,10 @@ struct BatchRequest
     QString problem;           ///< why it cannot start, in a sentence; empty when it may
 };
 
-/// Puts arguments and recipe together. Reads the recipe file and no other; the input need not exist.
-BatchRequest assembleBatch(const BatchArguments &arguments);
+/// Puts arguments and recipe together. Reads the recipe file and, for a colour relief, the colour table; the
+/// input need not exist unless a table is spread over its elevations. A table that is written goes to the work
+/// folder.
+BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder);
 
 /// The command line that a run would use, for whoever wants to see it; the input need not exist.
 QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools);

@@ -13,6 +13,7 @@
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 #include "panels/aspectOptionsWidget.h"
+#include "panels/colorReliefOptionsWidget.h"
 #include "panels/contourOptionsWidget.h"
 #include "panels/shadedOptionsWidget.h"
 #include "panels/slopeOptionsWidget.h"
@@ -26,6 +27,7 @@
 #include <QIcon>
 #include <QMimeData>
 #include <QScreen>
+#include <QTabBar>
 #include <QTimer>
 
 namespace
@@ -74,7 +76,9 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     addPanel(Process::Slope, new slopeOptionsWidget, m_form->slopeTab);
     addPanel(Process::Aspect, new aspectOptionsWidget, m_form->aspectTab);
     hideTab(Process::Intervisibility, m_form->intervisibilityTab);
-    hideTab(Process::ColorRelief, m_form->colorReliefTab);
+    m_colorRelief = new colorReliefOptionsWidget(m_workFolder);
+    addPanel(Process::ColorRelief, m_colorRelief, m_form->colorReliefTab);
+    connect(m_colorRelief, &colorReliefOptionsWidget::extremesComputed, m_input.get(), &InputDem::setExtremes);
     addPanel(Process::Contour, new contourOptionsWidget, m_form->contourTab);
     addPanel(Process::TriTpiRoughness, new tri_tpi_roughnessOptionsWidget, m_form->tri_tpi_roughnessTab);
 
@@ -134,6 +138,13 @@ void quvoGdalUtilities::restoreGeometryFromSettings()
     const QRect visible = visibleGeometry({m_lastGeometry.position, size}, availableScreens());
     resize(visible.size());
     move(visible.topLeft());
+}
+
+QSize quvoGdalUtilities::sizeHint() const
+{
+    const QMargins margins = layout()->contentsMargins();
+    const int tabs = m_form->m_pTabWidget->tabBar()->sizeHint().width();
+    return QDialog::sizeHint().expandedTo({tabs + margins.left() + margins.right(), 0});
 }
 
 void quvoGdalUtilities::setInputDem(const QString &path)
@@ -245,6 +256,8 @@ void quvoGdalUtilities::slot_launchProcess()
         return;
     ProcessingRequest request = currentRequest();
     request.fragment = currentPanel()->getCommandArguments();
+    if (request.process == Process::ColorRelief)
+        request.colorTableFile = m_colorRelief->colorFile(false);
     RunPlan plan = planRun(request, m_tools);
     if (plan.fault == RunFault::Output) {
         warnOfOutput(request.output, plan.problem);

@@ -3,6 +3,7 @@
 #include "app/ProductRun.h"
 #include "app/settings.h"
 #include "app/tools.h"
+#include "dataset/workfolder.h"
 #include "runner/QuvoScriptRunner.h"
 
 #include <QDialog>
@@ -11,6 +12,7 @@
 #include <memory>
 #include <optional>
 
+class colorReliefOptionsWidget;
 class InputDem;
 class optionsWidget;
 class OutputFile;
@@ -37,6 +39,9 @@ public:
 
     /// Whether the first dialog for choosing a DEM opens in the current directory.
     void setKeepStartingDir(bool keep);
+
+    /// Wide enough for every tab.
+    QSize sizeHint() const override;
 
 public slots:
     /// Saves the geometry, however the dialog is closed. While a run is on, asks first and stops it.
@@ -78,11 +83,13 @@ private:
     void showResult(const ProcessResult &result);
 
     std::unique_ptr<Ui::quvoGdalUtilitiesDialog> m_form;
+    WorkFolder m_workFolder;
     ToolPaths m_tools;
     QuvoScriptRunner m_scriptRunner;
     ProductRun m_run;
     std::unique_ptr<InputDem> m_input;
     std::unique_ptr<OutputFile> m_output;
+    colorReliefOptionsWidget *m_colorRelief = nullptr;
     LastGeometry m_lastGeometry;
     QString m_lastChosenFolder; ///< of the DEM that was last chosen in a file dialog
     bool m_keepStartingDir = false;

@@ -54,7 +54,7 @@ QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value,
     return labelText({"MESS_REC_INCONNU", "Membre inconnu : « %1 »."}).arg(name);
 }
 
-QString takeOptions(Recipe &recipe, const QJsonValue &value)
+QString takeOptions(Recipe &recipe, const QJsonValue &value, const QString &folder)
 {
     if (!value.isObject())
         return wrongMember(QStringLiteral("options"), {"MESS_REC_UN_OBJET", "un objet"});
@@ -65,6 +65,7 @@ QString takeOptions(Recipe &recipe, const QJsonValue &value)
             return problem;
     }
     settle(recipe.options, options.keys());
+    resolveFiles(recipe.options, folder);
     return {};
 }
 
@@ -84,7 +85,7 @@ QString takeObject(Recipe &recipe, QJsonObject object, const QString &folder)
 
     const QJsonValue options = object.take(QStringLiteral("options"));
     if (!options.isUndefined()) {
-        const QString problem = takeOptions(recipe, options);
+        const QString problem = takeOptions(recipe, options, folder);
         if (!problem.isEmpty())
             return problem;
     }

@@ -42,6 +42,13 @@ QString inputProblem(const ProcessingRequest &request, const RasterInfo &input)
     return {};
 }
 
+QString colorTableProblem(const ProcessingRequest &request)
+{
+    if (request.process != Process::ColorRelief || QFileInfo(request.colorTableFile).isFile())
+        return {};
+    return labelText({"MESS_TC_ABSENTE", "La table couleur « %1 » n'existe pas."}).arg(request.colorTableFile);
+}
+
 QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFilesList &outputs,
                          const QStringList &inputFiles)
 {
@@ -110,7 +117,13 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     if (!problem.isEmpty())
         return refused(plan, RunFault::Input, problem);
 
-    const QStringList inputFiles = input.files + otherInputs;
+    problem = colorTableProblem(request);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Input, problem);
+
+    QStringList inputFiles = input.files + otherInputs;
+    if (!request.colorTableFile.isEmpty())
+        inputFiles += request.colorTableFile;
     const OutputName output =
         checkOutputName(request.output, formatExtensions(outputFormat(request)), inputFiles);
     if (!output.problem.isEmpty())

@@ -51,3 +51,12 @@ function(quvo_tree_file path)
     configure_file("${path}" "${QUVO_TREE}" COPYONLY)
     install(FILES "${path}" DESTINATION "${QUVO_INSTALL_TREE}")
 endfunction()
+
+# A folder of ours that stands beside the programs under its own path.
+function(quvo_tree_folder path)
+    file(GLOB files RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${path}/*")
+    foreach(file IN LISTS files)
+        configure_file("${PROJECT_SOURCE_DIR}/${file}" "${QUVO_TREE}/${file}" COPYONLY)
+        install(FILES "${PROJECT_SOURCE_DIR}/${file}" DESTINATION "${QUVO_INSTALL_TREE}/${path}")
+    endforeach()
+endfunction()

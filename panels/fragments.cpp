@@ -92,6 +92,11 @@ QString contourFragment(const ContourOptions &options)
     return fragment;
 }
 
+QString colorReliefFragment(const ColorReliefOptions &options)
+{
+    return options.alpha ? QStringLiteral("-alpha") : QString();
+}
+
 bool isComplete(const ShadedOptions &options)
 {
     return options.scaleIndex >= 0 || !options.scaleText.isEmpty();

@@ -75,6 +75,19 @@ struct ContourOptions
 /// Numbers have six significant digits; the fixed levels stand as they were typed.
 QString contourFragment(const ContourOptions &options);
 
+/// Options of the colour relief process. The table and the way it is applied decide the file that the tool
+/// gets; only alpha is an argument.
+struct ColorReliefOptions
+{
+    QString table;                 ///< file of the colour table, or the name of one of the library
+    bool spread = false;           ///< spread the table over the DEM's elevations instead of using its own
+    std::optional<double> minimum; ///< elevations to spread it over; none: the DEM's lowest and highest
+    std::optional<double> maximum;
+    bool alpha = false; ///< an alpha band in the product
+};
+
+QString colorReliefFragment(const ColorReliefOptions &options);
+
 /// Whether the options are enough to launch the process: a typed ratio is not empty, and there is an interval
 /// or a level.
 bool isComplete(const ShadedOptions &options);

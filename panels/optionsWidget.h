@@ -10,9 +10,10 @@
 /// The DEM that the options are for.
 struct DemInfo
 {
-    QString path;      ///< as GDAL is given it; empty while there is no DEM
-    int band = 1;      ///< from 1
-    Extremes extremes; ///< of the band; not known while they are being looked for
+    QString path;           ///< as GDAL is given it; empty while there is no DEM
+    int band = 1;           ///< from 1
+    Extremes extremes;      ///< of the band
+    bool searching = false; ///< the extreme values are being looked for
 };
 
 /// Base of the option panels, one a process.

@@ -2,6 +2,8 @@
 
 #include "panels/contourlevels.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QStringList>
 
 namespace
@@ -85,9 +87,27 @@ const QVector<RecordField<TerrainIndexOptions>> &fieldsOf(const TerrainIndexOpti
     return fields; // the word of the process says which index
 }
 
+constexpr double highestElevation = 1e9;
+
+const QVector<RecordField<ColorReliefOptions>> &fieldsOf(const ColorReliefOptions &)
+{
+    static const QVector<RecordField<ColorReliefOptions>> fields{
+        QUVO_FIELD(ColorReliefOptions, table, 0, 0, "MESS_OPT_TABLE",
+                   "fichier de la table couleur, ou nom d'une table de la bibliothèque"),
+        QUVO_FIELD(ColorReliefOptions, spread, 0, 0, "MESS_OPT_ETALER",
+                   "étaler la table sur les altitudes du MNT au lieu de prendre les siennes"),
+        QUVO_FIELD(ColorReliefOptions, minimum, -highestElevation, highestElevation, "MESS_OPT_ETALE_MIN",
+                   "altitude où commence la table étalée ; par défaut la plus basse du MNT"),
+        QUVO_FIELD(ColorReliefOptions, maximum, -highestElevation, highestElevation, "MESS_OPT_ETALE_MAX",
+                   "altitude où finit la table étalée ; par défaut la plus haute du MNT"),
+        QUVO_FIELD(ColorReliefOptions, alpha, 0, 0, "MESS_OPT_ALPHA", "canal alpha dans le produit"),
+    };
+    return fields;
+}
+
 const QVector<RecordField<ContourOptions>> &fieldsOf(const ContourOptions &)
 {
-    constexpr double highest = 1e9;
+    constexpr double highest = highestElevation;
     static const QVector<RecordField<ContourOptions>> fields{
         QUVO_FIELD(ContourOptions, interval, 0, highest, "MESS_OPT_INTERVALLE",
                    "intervalle entre les courbes, dans l'unité du MNT"),
@@ -112,6 +132,7 @@ struct Word
     QString operator()(const SlopeOptions &) const { return QStringLiteral("slope"); }
     QString operator()(const AspectOptions &) const { return QStringLiteral("aspect"); }
     QString operator()(const TerrainIndexOptions &record) const { return terrainIndexWord(record.type); }
+    QString operator()(const ColorReliefOptions &) const { return QStringLiteral("color-relief"); }
     QString operator()(const ContourOptions &) const { return QStringLiteral("contour"); }
 };
 
@@ -121,6 +142,7 @@ struct Fragment
     QString operator()(const SlopeOptions &record) const { return slopeFragment(record); }
     QString operator()(const AspectOptions &record) const { return aspectFragment(record); }
     QString operator()(const TerrainIndexOptions &record) const { return terrainIndexFragment(record); }
+    QString operator()(const ColorReliefOptions &record) const { return colorReliefFragment(record); }
     QString operator()(const ContourOptions &record) const { return contourFragment(record); }
 };
 
@@ -185,6 +207,16 @@ void settle(ProcessOptions &options, const QStringList &givenFields)
             }
         },
         options);
+}
+
+void resolveFiles(ProcessOptions &options, const QString &folder)
+{
+    auto *colors = std::get_if<ColorReliefOptions>(&options);
+    if (!colors || colors->table.isEmpty())
+        return;
+    const QString file = QDir(folder).filePath(colors->table);
+    if (QFileInfo::exists(file)) // the name of a table of the library otherwise
+        colors->table = file;
 }
 
 QString argumentFragment(const ProcessOptions &options)

@@ -7,8 +7,8 @@
 
 /// The option record of any process. A new process adds its record here, its table of fields, its word and its
 /// fragment in the .cpp file.
-using ProcessOptions =
-    std::variant<ShadedOptions, SlopeOptions, AspectOptions, TerrainIndexOptions, ContourOptions>;
+using ProcessOptions = std::variant<ShadedOptions, SlopeOptions, AspectOptions, TerrainIndexOptions,
+                                    ColorReliefOptions, ContourOptions>;
 
 /// The process's word in recipes and on the command line, and the mode of the DEM tool ("hillshade", "TPI").
 QString processWord(const ProcessOptions &options);
@@ -18,6 +18,9 @@ QString optionsProblem(const ProcessOptions &options);
 
 /// What a field that was given implies for one that was not: a typed ratio is used.
 void settle(ProcessOptions &options, const QStringList &givenFields);
+
+/// Takes the names of files in the options for names in that folder where they are relative.
+void resolveFiles(ProcessOptions &options, const QString &folder);
 
 /// The argument fragment of the options (panels/fragments.h).
 QString argumentFragment(const ProcessOptions &options);

@@ -6,6 +6,7 @@
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 #include "panels/QEditableComboBox.h"
+#include "panels/colorReliefOptionsWidget.h"
 #include "tests/support/rasters.h"
 
 #include <QApplication>
@@ -266,6 +267,7 @@ void MainDialogTest::productEqualsTheBatchProgramsOwn_data()
     row("slopeTab", "dem_slope.tif", {"slope"});
     row("aspectTab", "dem_aspect.tif", {"aspect"});
     row("tri_tpi_roughnessTab", "dem_roughness.tif", {"TRI"});
+    row("colorReliefTab", "dem_color.tif", {"color-relief", "--set", "table=viridis", "--set", "spread=true"});
     row("contourTab", "dem_contour_lines.shp", {"contour", "--set", "interval=10"});
 }
 
@@ -278,6 +280,14 @@ void MainDialogTest::productEqualsTheBatchProgramsOwn()
     dialog.window.setInputDem(path("dem.tif"));
     dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>(qPrintable(tab)));
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("10.000");
+    const auto colors = dialog.window.findChild<colorReliefOptionsWidget *>();
+    colors->slot_onNewColorFileCreated(QStringLiteral(QUVO_TREE "/libraries/colormap/viridis.txt"));
+    dialog.find<QAbstractButton>("m_pRBRelatifAltitude")->click();
+    QTRY_VERIFY(dialog.launch()->isEnabled());
+    QTRY_VERIFY(colors->options().minimum);
+    if (tab == QLatin1String("colorReliefTab"))
+        byBatch += {"--set", "minimum=" + QString::number(*colors->options().minimum, 'g', 17), "--set",
+                    "maximum=" + QString::number(*colors->options().maximum, 'g', 17)};
     QTest::mouseClick(dialog.launch(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(),

@@ -63,17 +63,22 @@ void ProductCheckTest::rasters()
 
 void ProductCheckTest::vectors()
 {
-    const QString path = m_folder.filePath("lines.shp");
-    {
-        GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
+    const QString path = m_folder.filePath("lines.gpkg");
+    GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("GPKG");
+    const auto write = [&](const QStringList &layers) {
         const std::unique_ptr<GDALDataset> lines(
             driver->Create(encodePath(path).constData(), 0, 0, 0, GDT_Unknown, nullptr));
-        QVERIFY(lines->CreateLayer("lines", nullptr, wkbLineString));
-    }
+        for (const QString &layer : layers)
+            lines->CreateLayer(layer.toUtf8().constData(), nullptr, wkbLineString);
+    };
+    write({"lines"});
     ExpectedProduct expected{ProductKind::Vector, path, 0, 0, QStringLiteral("lines")};
     QCOMPARE(checkProduct(expected, {}).problem, QString());
     QCOMPARE(checkProduct(expected, {}).featureCount, 0);
     expected.layer = QStringLiteral("other");
+    QCOMPARE(checkProduct(expected, {}).problem, QString()); // some formats name their one layer after the file
+    driver->Delete(encodePath(path).constData());
+    write({"lines", "more"});
     QVERIFY(checkProduct(expected, {}).problem.contains("other"));
 }
 

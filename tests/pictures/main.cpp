@@ -10,6 +10,7 @@
 #include "app/stylesheet.h"
 #include "dataset/gdalmessages.h"
 #include "messages/QuvoLanguageManager.h"
+#include "panels/colorReliefOptionsWidget.h"
 #include "runner/ProgressWidget.h"
 #include "runner/QuvoProgressDialog.h"
 
@@ -67,6 +68,8 @@ void addMainDialog(Album &album)
     QFile::copy(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"),
                 folder.filePath(QStringLiteral("dem.tif")));
     dialog.setInputDem(folder.filePath(QStringLiteral("dem.tif")));
+    dialog.findChild<colorReliefOptionsWidget *>()->loadLibrary(
+        QStringLiteral(QUVO_TREE "/libraries/colormap"));
     dialog.resize(dialog.sizeHint().expandedTo({707, 740})); // the offscreen screen is too small for it
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
     for (int index = 0; index < tabs->count(); ++index) {

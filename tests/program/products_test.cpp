@@ -21,6 +21,7 @@ private slots:
     void initTestCase();
     void equalsTheToolsOwn_data();
     void equalsTheToolsOwn();
+    void colorTables();
     void vectorOutputIsReplacedWhole();
     void stoppedContoursLeaveNothing();
 
@@ -102,6 +103,8 @@ void ProductsTest::equalsTheToolsOwn_data()
         row(dem, {"TRI"}, "gdal_dem.exe", {"TRI", "IN", "OUT", "-compute_edges"});
         row(dem, {"TPI", "--set", "computeEdges=false"}, "gdal_dem.exe", {"TPI", "IN", "OUT"});
         row(dem, {"roughness"}, "gdal_dem.exe", {"roughness", "IN", "OUT", "-compute_edges"});
+        row(dem, {"color-relief", "--set", "table=viridis", "--set", "alpha=true"}, "gdal_dem.exe",
+            {"color-relief", "IN", QUVO_TREE "/libraries/colormap/viridis.txt", "OUT", "-alpha"});
         row(dem, {"contour", "--set", "interval=7.5", "--set", "threeD=true", "--set", "offset=1"},
             "gdal_contour.exe",
             {"-a", "Z", "-3d", "-i", "7.5", "-off", "1", "-nln", "contour", "-f", "ESRI Shapefile", "IN",
@@ -120,14 +123,53 @@ void ProductsTest::equalsTheToolsOwn()
                                "--process"}
                    + ours),
              0);
-    QCOMPARE(m_error, QString());
+    QVERIFY2(!m_error.contains("ERR"), qPrintable(m_error));
+    QVERIFY(files("*.aux.xml").isEmpty());
     byHand.replaceInStrings(QRegularExpression("^IN$"), path(dem));
     byHand.replaceInStrings(QRegularExpression("^OUT$"), path("hand" + extension));
     QCOMPARE(run(tool, byHand), 0);
     QVERIFY(bytesOf(path("ours" + extension)).size() > 1000);
     QCOMPARE(bytesOf(path("ours" + extension)), bytesOf(path("hand" + extension)));
     QCOMPARE(bytesOf(path("ours.dbf")), bytesOf(path("hand.dbf")));
-    QVERIFY(files("*.aux.xml").isEmpty());
+    QFile::remove(path(dem) + ".aux.xml"); // a call by hand leaves one
+}
+
+void ProductsTest::colorTables()
+{
+    const auto write = [&](const char *name, const QByteArray &text) {
+        QFile file(path(name));
+        file.open(QIODevice::WriteOnly);
+        file.write(text);
+    };
+    const auto relief = [&](const QString &table, const QStringList &more = {}) {
+        return batch(QStringList{"--process", "color-relief", "--input", path("metres.tif"), "--output",
+                                 path("relief.tif"), "--overwrite", "--set", "table=" + path(table)}
+                     + more);
+    };
+    // Names, as other programs know them: not the tool's green, and none that it refuses.
+    write("noms.txt", "-100 green\n200 palegreen\n");
+    write("nombres.txt", "-100 0 128 0\n200 152 251 152\n");
+    QCOMPARE(relief("noms.txt"), 0);
+    const QByteArray named = bytesOf(path("relief.tif"));
+    QCOMPARE(relief("nombres.txt"), 0);
+    QCOMPARE(bytesOf(path("relief.tif")), named);
+
+    // Spread over the exact elevations, those of the tool's own percentages but for the rounding.
+    write("pour cent.txt", "0% 0 0 0\n100% 255 255 255\n");
+    const QByteArray aux = "<PAMDataset>mine</PAMDataset>\n";
+    write("metres.tif.aux.xml", aux);
+    QCOMPARE(relief("pour cent.txt", {"--set", "spread=true"}), 0);
+    QCOMPARE(relief("pour cent.txt"), 0);
+    QCOMPARE(bytesOf(path("metres.tif.aux.xml")), aux); // the tool wrote its statistics there
+    QFile::remove(path("metres.tif.aux.xml"));
+
+    write("faux.txt", "0 0 0 0\n10 1 2 300\n");
+    QCOMPARE(relief("faux.txt"), 2);
+    QVERIFY2(m_error.contains("2"), qPrintable(m_error));
+    QCOMPARE(relief("absente.txt"), 2);
+    QCOMPARE(relief("noms.txt", {"--output", path("noms.txt")}), 2);
+    QVERIFY(bytesOf(path("noms.txt")).startsWith("-100"));
+    QVERIFY(QDir(QDir::tempPath()).entryList({"quvodemtoolbox-*"}, QDir::Dirs).isEmpty());
 }
 
 void ProductsTest::vectorOutputIsReplacedWhole()

@@ -1,0 +1,227 @@
+#include "colortable/colortablefile.h"
+
+#include "messages/label.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr int fullComponent = 255;
+
+/// Fields of a line, without what separates them from its ends.
+QStringList fieldsOf(QString line, const QString &separators)
+{
+    const QRegularExpression ends(QStringLiteral("^[%1]+|[%1]+$").arg(separators));
+    const QRegularExpression between(QStringLiteral("[%1]+").arg(separators));
+    line.remove(ends);
+    return line.split(between, Qt::SkipEmptyParts);
+}
+
+QStringList fieldsOf(const QString &line)
+{
+    return fieldsOf(line, QStringLiteral("\\t,\\s:;"));
+}
+
+/// The fields that the DEM tool sees.
+QStringList toolFieldsOf(const QString &line)
+{
+    return fieldsOf(line, QStringLiteral("\\t, :"));
+}
+
+bool readValue(const QString &field, QuvoColorDef &entry)
+{
+    if (field.compare(QLatin1String("nv"), Qt::CaseInsensitive) == 0) {
+        entry.value = QuvoColorDef::noDataValue;
+        return true;
+    }
+    entry.percent = field.endsWith(QLatin1Char('%'));
+    bool isNumber = false;
+    entry.value = (entry.percent ? field.chopped(1) : field).toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(entry.value))
+        return false;
+    return !entry.percent || (entry.value >= 0.0 && entry.value <= 100.0);
+}
+
+bool readColor(const QStringList &fields, QColor &color)
+{
+    if (fields.size() < 4) {
+        color.setNamedColor(fields.at(1));
+        return color.isValid();
+    }
+    int components[] = {0, 0, 0, fullComponent};
+    const int given = fields.size() > 4 ? 4 : 3;
+    for (int at = 0; at < given; ++at) {
+        bool isNumber = false;
+        components[at] = fields.at(at + 1).toInt(&isNumber);
+        if (!isNumber || components[at] < 0 || components[at] > fullComponent)
+            return false;
+    }
+    color.setRgb(components[0], components[1], components[2], components[3]);
+    return true;
+}
+
+/// Whether the DEM tool reads the same entry in the line. It knows few names of colours, and some of them as
+/// other colours, and takes -9999 for an elevation.
+bool isPlain(const QString &line, const QStringList &fields, const QuvoColorDef &entry)
+{
+    const bool named = fields.size() < 4;
+    const bool spelled =
+        entry.isNoData() && fields.first().compare(QLatin1String("nv"), Qt::CaseInsensitive) != 0;
+    return !named && !spelled && toolFieldsOf(line) == fields;
+}
+
+void takeLine(ColorTableReading &reading, const QString &line, int number)
+{
+    const QStringList fields = fieldsOf(line);
+    if (fields.size() < 2 || fields.first().startsWith(QLatin1Char('#'))
+        || fields.first().startsWith(QLatin1Char('/')))
+        return;
+    QuvoColorDef entry;
+    if (!readValue(fields.first(), entry) || !readColor(fields, entry.color)) {
+        if (!reading.invalidValues)
+            reading.invalidLine = number;
+        reading.invalidValues = true;
+        reading.plain = false;
+        return;
+    }
+    reading.plain = reading.plain && isPlain(line, fields, entry);
+    reading.entries += entry;
+}
+
+QByteArray colorText(const QColor &color, const char *separator)
+{
+    return QByteArray::number(color.red()) + separator + QByteArray::number(color.green()) + separator
+        + QByteArray::number(color.blue()) + separator + QByteArray::number(color.alpha()) + '\n';
+}
+
+/// The no-data entry stands first, in the layout of the DEM tool.
+QByteArray toolLine(const QByteArray &value, const QuvoColorDef &entry)
+{
+    return value + '\t' + colorText(entry.color, "  ");
+}
+
+QByteArray noDataLine(const QList<QuvoColorDef> &table)
+{
+    const QuvoColorDef *noData = noDataEntry(table);
+    return noData ? toolLine("nv", *noData) : QByteArray();
+}
+
+} // namespace
+
+ColorTableReading readColorTable(const QString &path)
+{
+    constexpr qint64 largestTable = 4LL * 1024 * 1024;
+    ColorTableReading reading;
+    QFile file(path);
+    if (!QFileInfo(path).isFile()) { // a folder, a device: reading it might never end
+        reading.error = labelText({"MESS_TC_PAS_FICHIER", "« %1 » n'est pas un fichier."}).arg(path);
+    } else if (!file.open(QIODevice::ReadOnly)) {
+        reading.error =
+            labelText({"MESS_TC_ILLISIBLE", "« %1 » ne peut pas être lu : %2"}).arg(path, file.errorString());
+    } else {
+        const QByteArray text = file.read(largestTable + 1);
+        if (text.size() > largestTable || text.contains('\0'))
+            reading.error =
+                labelText({"MESS_TC_PAS_TEXTE", "« %1 » n'est pas un fichier texte de table couleur."})
+                    .arg(path);
+        else
+            reading = parseColorTable(text);
+    }
+    return reading;
+}
+
+ColorTableReading parseColorTable(const QByteArray &text)
+{
+    ColorTableReading reading;
+    int number = 0;
+    QString content = QString::fromUtf8(text);
+    content.remove(QChar(QChar::ByteOrderMark));
+    for (const QString &line : content.split(QRegularExpression(QStringLiteral("\r\n|\n|\r"))))
+        takeLine(reading, line.trimmed(), ++number);
+
+    const QList<QuvoColorDef> elevations = elevationEntries(reading.entries);
+    const auto isPercent = [](const QuvoColorDef &entry) { return entry.percent; };
+    reading.relative = !elevations.isEmpty() && elevations.first().percent;
+    reading.mixedUnits = std::any_of(elevations.begin(), elevations.end(), isPercent)
+        && !std::all_of(elevations.begin(), elevations.end(), isPercent);
+    std::stable_sort(
+        reading.entries.begin(), reading.entries.end(),
+        [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
+    return reading;
+}
+
+QList<QuvoColorDef> entriesOfKind(const QList<QuvoColorDef> &entries, bool relative)
+{
+    QList<QuvoColorDef> kept;
+    std::copy_if(entries.begin(), entries.end(), std::back_inserter(kept),
+                 [&](const QuvoColorDef &entry) { return entry.isNoData() || entry.percent == relative; });
+    return kept;
+}
+
+QByteArray colorTableText(const QList<QuvoColorDef> &entries)
+{
+    QByteArray text;
+    for (const QuvoColorDef &entry : entries) {
+        text += entry.isNoData() ? QByteArray("nv") : QByteArray::number(entry.value, 'f', 1);
+        if (entry.percent)
+            text += '%';
+        text += '\t' + colorText(entry.color, "\t");
+    }
+    return text;
+}
+
+QByteArray toolTableText(const QList<QuvoColorDef> &entries)
+{
+    QByteArray text = noDataLine(entries);
+    for (const QuvoColorDef &entry : elevationEntries(entries)) {
+        const QByteArray value = QString::number(entry.value, 'g', QLocale::FloatingPointShortest).toLatin1();
+        text += toolLine(entry.percent ? value + '%' : value, entry);
+    }
+    return text;
+}
+
+SpreadTable spreadTable(const QList<QuvoColorDef> &entries, double demMinimum, double demMaximum)
+{
+    SpreadTable table;
+    table.text = noDataLine(entries);
+    const QList<QuvoColorDef> elevations = elevationEntries(entries);
+    const double first = elevations.isEmpty() ? 0.0 : elevations.first().value;
+    const double range = elevations.isEmpty() ? 0.0 : elevations.last().value - first;
+    QByteArray before;
+    double valueBefore = 0.0;
+    for (const QuvoColorDef &entry : elevations) {
+        const double part = range > 0.0 ? (entry.value - first) / range : 0.0;
+        QByteArray elevation = QByteArray::number(part * (demMaximum - demMinimum) + demMinimum, 'f', 0);
+        if (elevation == "-0")
+            elevation = "0";
+        table.merged += elevation == before && entry.value != valueBefore;
+        table.text += toolLine(elevation, entry);
+        before = elevation;
+        valueBefore = entry.value;
+    }
+    return table;
+}
+
+QString freeTableName(const QString &folder, const QString &base)
+{
+    QString name = QStringLiteral("%1/%2.txt").arg(folder, base);
+    for (int number = 1; QFileInfo::exists(name); ++number)
+        name = QStringLiteral("%1/%2_%3.txt").arg(folder, base, QString::number(number));
+    return name;
+}
+
+TableWriting writeTableFile(const QString &path, const QByteArray &text)
+{
+    QSaveFile file(path);
+    const bool written = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+    return {written, written ? QString() : file.errorString()};
+}

@@ -1,0 +1,60 @@
+#include "dataset/workfolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QTemporaryDir>
+
+namespace
+{
+
+const QString prefix = QStringLiteral("quvodemtoolbox-");
+
+QString lockName(const QString &folder)
+{
+    return folder + QStringLiteral("/.lock");
+}
+
+/// Only the user's folders, with a lock that nobody holds: one without is being made, or is none of ours.
+void sweepDeadFolders(uint user)
+{
+    const QDir temporary = QDir::temp();
+    for (const QString &name :
+         temporary.entryList({prefix + QLatin1Char('*')}, QDir::Dirs | QDir::NoSymLinks)) {
+        const QString folder = temporary.filePath(name);
+        if (!QFile::exists(lockName(folder)) || QFileInfo(folder).ownerId() != user)
+            continue;
+        QLockFile lock(lockName(folder));
+        lock.setStaleLockTime(0);
+        if (!lock.tryLock(0)) // takes the lock of a dead process alone
+            continue;
+        lock.unlock();
+        QDir(folder).removeRecursively();
+    }
+}
+
+} // namespace
+
+WorkFolder::WorkFolder() = default;
+
+WorkFolder::~WorkFolder()
+{
+    if (m_lock)
+        m_lock->unlock();
+}
+
+QString WorkFolder::path()
+{
+    if (m_folder)
+        return m_folder->path();
+    auto folder = std::make_unique<QTemporaryDir>(QDir::temp().filePath(prefix + QStringLiteral("XXXXXX")));
+    if (!folder->isValid())
+        return {};
+    m_folder = std::move(folder);
+    m_lock = std::make_unique<QLockFile>(lockName(m_folder->path()));
+    m_lock->setStaleLockTime(0);
+    m_lock->tryLock(0);
+    sweepDeadFolders(QFileInfo(m_folder->path()).ownerId());
+    return m_folder->path();
+}

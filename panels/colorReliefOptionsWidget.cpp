@@ -1,0 +1,346 @@
+#include "panels/colorReliefOptionsWidget.h"
+
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/workfolder.h"
+#include "messages/Prompt.h"
+#include "messages/QuvoLanguageManager.h"
+#include "ui_colorReliefOptionsWidget.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEvent>
+#include <QFile>
+#include <QFileInfo>
+#include <QTimerEvent>
+
+namespace
+{
+
+constexpr int changeDelay = 100; // ms
+
+/// A name of the list from that of a file.
+QString tableName(const QString &file)
+{
+    return QFileInfo(file).completeBaseName().replace(QLatin1Char('_'), QLatin1Char(' '));
+}
+
+QString elevationText(const QLocale &locale, double elevation)
+{
+    const bool whole = elevation == static_cast<double>(static_cast<long long>(elevation));
+    return locale.toString(elevation, 'f', whole ? 0 : 2);
+}
+
+} // namespace
+
+colorReliefOptionsWidget::colorReliefOptionsWidget(WorkFolder &workFolder, QWidget *parent,
+                                                   Qt::WindowFlags flags)
+    : optionsWidget(parent, flags)
+    , m_form(std::make_unique<Ui::colorReliefOptionsWidget>())
+    , m_workFolder(workFolder)
+{
+    m_form->setupUi(this);
+    m_form->m_pPBEditColorTable->setVisible(false); // there is no editor
+    connectControls();
+    loadLibrary(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
+    setDem({});
+    applyTexts();
+}
+
+colorReliefOptionsWidget::~colorReliefOptionsWidget() = default;
+
+void colorReliefOptionsWidget::connectControls()
+{
+    connect(m_form->m_pCBColorTable, qOverload<int>(&QComboBox::activated), this,
+            &colorReliefOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pCBColorTable, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &colorReliefOptionsWidget::slot_onCurrentColormapChanged);
+    connect(m_form->m_pPBAddAColorFile, &QPushButton::clicked, this,
+            &colorReliefOptionsWidget::slot_addAColorFile);
+    connect(m_form->m_pRBRelatifAltitude, &QRadioButton::toggled, this,
+            &colorReliefOptionsWidget::slot_onUseColorsOnAbsolute);
+    connect(m_form->m_pChBAddAlphaChannel, &QCheckBox::toggled, this,
+            &colorReliefOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pLComputeExactStatisticsLink, &QLabel::linkActivated, this,
+            &colorReliefOptionsWidget::slot_computeExactStatistics);
+    connect(&m_progress, &QuvoProgressDialog::cancelled, this,
+            &colorReliefOptionsWidget::slot_onCancelStatisticsCalcul);
+    connect(&m_scan, &ExtremesScan::progress, &m_progress, &QuvoProgressDialog::setProgress);
+    connect(&m_scan, &ExtremesScan::finished, this, &colorReliefOptionsWidget::takeExactStatistics);
+}
+
+QString colorReliefOptionsWidget::getCommandArguments()
+{
+    return colorReliefFragment(options());
+}
+
+bool colorReliefOptionsWidget::isComplete() const
+{
+    return m_form->m_pCBColorTable->count() > 0;
+}
+
+ColorReliefOptions colorReliefOptionsWidget::options() const
+{
+    ColorReliefOptions options;
+    options.table = m_form->m_pCBColorTable->currentTable().file;
+    options.spread = m_spread;
+    if (m_spread && m_dem.extremes.known) {
+        options.minimum = m_dem.extremes.minimum;
+        options.maximum = m_dem.extremes.maximum;
+    }
+    options.alpha = m_form->m_pChBAddAlphaChannel->isChecked();
+    return options;
+}
+
+void colorReliefOptionsWidget::setDem(const DemInfo &dem)
+{
+    if (m_scan.isRunning()) {
+        m_scan.stop();
+        m_progress.hide();
+    }
+    m_dem = dem;
+    const bool maySpread = dem.extremes.known || dem.searching;
+    m_form->m_pRBRelatifAltitude->setEnabled(maySpread);
+    if (!maySpread)
+        m_form->m_pRBAbsoluteAltitude->setChecked(true);
+    showExtremes();
+    updateSpreadNote();
+    if (m_spread)
+        slot_onOptionsChanged(); // the product is another one
+}
+
+void colorReliefOptionsWidget::loadLibrary(const QString &folder)
+{
+    ColorRampComboBox *combo = m_form->m_pCBColorTable;
+    disconnect(combo, qOverload<int>(&QComboBox::activated), this,
+               &colorReliefOptionsWidget::slot_onOptionsChanged);
+    combo->clear();
+    int chosen = 0;
+    for (const QFileInfo &file :
+         QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
+        const int row = addTable(file.absoluteFilePath(), readColorTable(file.absoluteFilePath()));
+        if (row >= 0 && file.absoluteFilePath().endsWith(QLatin1String("/dtm.txt")))
+            chosen = row;
+    }
+    combo->setCurrentIndex(combo->count() > 0 ? chosen : -1);
+    connect(combo, qOverload<int>(&QComboBox::activated), this,
+            &colorReliefOptionsWidget::slot_onOptionsChanged);
+}
+
+int colorReliefOptionsWidget::addTable(const QString &file, const ColorTableReading &reading)
+{
+    ColorRampComboBox::Table table{file, file, reading.entries};
+    if (reading.mixedUnits)
+        table.entries = entriesOfKind(reading.entries, reading.relative);
+    if (elevationEntries(table.entries).isEmpty())
+        return -1;
+    if (!reading.plain || reading.mixedUnits) {
+        table.toolFile = freeTableName(m_workFolder.path(), QFileInfo(file).completeBaseName());
+        if (!writeOwnFile(table.toolFile, toolTableText(table.entries)))
+            return -1;
+    }
+    return m_form->m_pCBColorTable->putTable(tableName(file), table);
+}
+
+void colorReliefOptionsWidget::slot_addAColorFile()
+{
+    const QString current = m_form->m_pCBColorTable->currentTable().file;
+    const QString file = QuvoFilerDialog::getSelection(
+        this, QuvoFilerDialog::OpenFile, tr("Choisir un fichier table couleurs", "MESS_CHOIX_TC"),
+        QFileInfo(current).absolutePath(),
+        QStringLiteral("%1 (*.txt)").arg(tr("Fichier table couleur", "MESS_FICH_TC")));
+    if (file.isEmpty())
+        return;
+    const ColorTableReading reading = readColorTable(file);
+    if (!reading.error.isEmpty() || elevationEntries(reading.entries).isEmpty()) {
+        const QString reason = reading.error.isEmpty() ? file : reading.error;
+        Prompt::warning(this,
+                        tr("La table couleur spécifiée est invalide.", "MESS_TC_INVALID")
+                            + QStringLiteral("\n\n") + reason);
+        return;
+    }
+    if (reading.invalidValues
+        && !Prompt::question(
+            this,
+            tr("La table couleur que vous voulez charger, contient des valeurs invalides.\nVoulez-vous "
+               "la charger quand même ?",
+               "MESS_ATN_TC_VAL_INVAL")
+                + QStringLiteral("\n\n") + tr("Ligne %1", "MESS_TC_LIGNE").arg(reading.invalidLine)))
+        return;
+    if (reading.mixedUnits
+        && !Prompt::question(
+            this,
+            tr("La table couleur que vous voulez charger, n'est pas prise en compte en totalité par "
+               "cet éditeur car elle contient un mélange de valeurs absolues et de valeurs exprimées "
+               "en pourcentage.\nCertaines couleurs seront ignorées.\nVoulez-vous la charger quand "
+               "même ?",
+               "MESS_ATN_TC_MIXTE")))
+        return;
+    slot_onNewColorFileCreated(file);
+}
+
+void colorReliefOptionsWidget::slot_onNewColorFileCreated(const QString &path)
+{
+    const int row = addTable(path, readColorTable(path));
+    if (row < 0)
+        return;
+    m_form->m_pCBColorTable->setCurrentIndex(row);
+    updateSpreadNote(); // the row may have been the current one
+    slot_onOptionsChanged();
+}
+
+void colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged()
+{
+    slot_onNewColorFileCreated(m_form->m_pCBColorTable->currentTable().file);
+}
+
+void colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged(const QList<QuvoColorDef> &entries)
+{
+    const QString file = freeTableName(m_workFolder.path(), QStringLiteral("custom"));
+    if (writeOwnFile(file, toolTableText(entries)))
+        slot_onNewColorFileCreated(file);
+}
+
+void colorReliefOptionsWidget::slot_onCurrentColormapChanged(int)
+{
+    updateSpreadNote();
+}
+
+void colorReliefOptionsWidget::slot_onUseColorsOnAbsolute()
+{
+    m_spread = m_form->m_pRBRelatifAltitude->isChecked();
+    updateSpreadNote();
+    slot_onOptionsChanged();
+}
+
+void colorReliefOptionsWidget::slot_onOptionsChanged()
+{
+    if (m_changeTimer > 0)
+        killTimer(m_changeTimer);
+    m_changeTimer = startTimer(changeDelay);
+}
+
+void colorReliefOptionsWidget::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_changeTimer) {
+        killTimer(m_changeTimer);
+        m_changeTimer = 0; // before the signal, whose listener may change an option
+        emit completeChanged();
+    }
+    optionsWidget::timerEvent(event);
+}
+
+void colorReliefOptionsWidget::slot_computeExactStatistics()
+{
+    m_cancelStatistics = false;
+    m_progress.setTitle(tr("Calcul du minimum et du maximum du MNT.", "MESS_CALC_MNT_MINMAX"));
+    m_progress.reset();
+    m_progress.show();
+    m_scan.start(m_dem.path, m_dem.band, ExtremesReader::Exact);
+}
+
+void colorReliefOptionsWidget::slot_onCancelStatisticsCalcul()
+{
+    m_cancelStatistics = true;
+    m_scan.stop();
+}
+
+void colorReliefOptionsWidget::takeExactStatistics(const Extremes &extremes)
+{
+    m_progress.hide();
+    if (m_cancelStatistics)
+        return;
+    if (extremes.known)
+        emit extremesComputed(extremes);
+    else
+        Prompt::warning(
+            this, tr("Les altitudes du MNT ne peuvent pas être lues entièrement.", "MESS_STAT_ILLISIBLE"));
+}
+
+Extremes colorReliefOptionsWidget::currentExtremes() const
+{
+    if (m_dem.extremes.known)
+        return m_dem.extremes;
+    ExtremesReader reader(m_dem.path, m_dem.band, ExtremesReader::Estimate);
+    while (reader.advance(1000)) { }
+    return reader.extremes();
+}
+
+QString colorReliefOptionsWidget::colorFile(bool forceAbsolute)
+{
+    const ColorRampComboBox::Table table = m_form->m_pCBColorTable->currentTable();
+    return forceAbsolute || !m_spread ? table.toolFile : spreadFile(table.entries);
+}
+
+QString colorReliefOptionsWidget::spreadFile(const QList<QuvoColorDef> &entries)
+{
+    const Extremes extremes = currentExtremes();
+    if (!extremes.known)
+        return {};
+    if (!m_spreadFile.isEmpty())
+        QFile::remove(m_spreadFile);
+    m_spreadFile = freeTableName(m_workFolder.path(), QStringLiteral("quvoColorTable"));
+    const SpreadTable spread = spreadTable(entries, extremes.minimum, extremes.maximum);
+    if (!writeOwnFile(m_spreadFile, spread.text))
+        m_spreadFile.clear();
+    return m_spreadFile;
+}
+
+bool colorReliefOptionsWidget::writeOwnFile(const QString &path, const QByteArray &text)
+{
+    const TableWriting writing = writeTableFile(path, text);
+    if (writing.written)
+        return true;
+    QString message = dico_label("MESS_ERR_ECR_FICH", path.toLocal8Bit().constData());
+    if (!writing.error.isEmpty())
+        message += QStringLiteral("\n\n%1").arg(writing.error);
+    Prompt::critical(this, message);
+    return false;
+}
+
+void colorReliefOptionsWidget::showExtremes()
+{
+    const Extremes &extremes = m_dem.extremes;
+    const auto row = [&](const QString &name, double value) {
+        return QStringLiteral("<tr><td>%1</td><td width=\"16\"></td><td align=\"right\">%2</td></tr>")
+            .arg(name.toHtmlEscaped(), extremes.known ? elevationText(locale(), value) : QStringLiteral("–"));
+    };
+    m_form->m_pLStatisticsInfo->setText(
+        tr("Valeurs extrêmes du mnt", "MESS_VAL_EXT_MNT").toHtmlEscaped() + QStringLiteral("<table>")
+        + row(tr("Minimum", "MESS_MINIMUM"), extremes.minimum)
+        + row(tr("Maximum", "MESS_MAXIMUM"), extremes.maximum) + QStringLiteral("</table>"));
+    const bool better = !m_dem.path.isEmpty() && !extremes.exact;
+    m_form->m_pLComputeExactStatisticsLink->setVisible(better);
+    m_form->m_pStatisticsExplLabel->setVisible(better);
+}
+
+void colorReliefOptionsWidget::updateSpreadNote()
+{
+    int merged = 0;
+    if (m_spread && m_dem.extremes.known)
+        merged = spreadTable(m_form->m_pCBColorTable->currentTable().entries, m_dem.extremes.minimum,
+                             m_dem.extremes.maximum)
+                     .merged;
+    m_form->m_pSpreadNote->setVisible(merged > 0);
+    m_form->m_pSpreadNote->setText(
+        tr("Les altitudes sont arrondies à l’entier : sur ce MNT, des couleurs tombent ensemble (%1).",
+           "MESS_TC_ENSEMBLE")
+            .arg(merged));
+}
+
+void colorReliefOptionsWidget::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_form->retranslateUi(this);
+        applyTexts();
+    }
+    optionsWidget::changeEvent(event);
+}
+
+void colorReliefOptionsWidget::applyTexts()
+{
+    m_form->m_pLComputeExactStatisticsLink->setText(
+        QStringLiteral("<a href=\"exact\">%1</a>")
+            .arg(tr("Calculer précisément les statistiques", "MESS_STAT_PREC_CALC").toHtmlEscaped()));
+    showExtremes();
+    updateSpreadNote();
+}

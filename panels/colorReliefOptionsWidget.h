@@ -1,0 +1,90 @@
+#pragma once
+
+#include "colortable/colortablefile.h"
+#include "dataset/ExtremesScan.h"
+#include "panels/optionsWidget.h"
+#include "runner/QuvoProgressDialog.h"
+
+#include <memory>
+
+class WorkFolder;
+
+namespace Ui
+{
+class colorReliefOptionsWidget;
+}
+
+/// Options of the colour relief process: the colour table, how it is applied to the DEM's elevations, and
+/// alpha.
+class colorReliefOptionsWidget : public optionsWidget
+{
+    Q_OBJECT
+
+public:
+    /// Lists the tables of the folder "libraries/colormap" beside the program. Files of its own go to the work
+    /// folder, which outlives the panel.
+    explicit colorReliefOptionsWidget(WorkFolder &workFolder, QWidget *parent = nullptr,
+                                      Qt::WindowFlags flags = {});
+    ~colorReliefOptionsWidget() override;
+
+    bool capabilityFlag() const override { return true; }
+    ProcessOptions processOptions() const override { return options(); }
+    QString getCommandArguments() override;
+    bool isComplete() const override;
+    void setDem(const DemInfo &dem) override;
+
+    /// The tables of another folder take the place of those that are listed.
+    void loadLibrary(const QString &folder);
+
+    /// The file of the table that the tool gets: in the spread mode, unless the chosen table itself is asked
+    /// for, one that is written for the DEM when it is asked for; it replaces the one before. Empty when there
+    /// is no table, or after a box that says that it could not be written.
+    QString colorFile(bool forceAbsolute);
+
+    ColorReliefOptions options() const;
+
+signals:
+    void completeChanged();
+    /// Every cell of the DEM was read.
+    void extremesComputed(const Extremes &extremes);
+
+public slots:
+    void slot_addAColorFile();
+    void slot_onUseColorsOnAbsolute();
+    void slot_onOptionsChanged();
+    void slot_computeExactStatistics();
+    void slot_onCancelStatisticsCalcul();
+    /// The file of the current table changed.
+    void slot_onCurrentColorFileDataChanged();
+    /// A table file joins the list and becomes the current one.
+    void slot_onNewColorFileCreated(const QString &path);
+    void slot_onCurrentColormapChanged(int row);
+    /// The current table was changed and is kept in memory alone: it joins the list as a table of the program's
+    /// own.
+    void slot_onCurrentColorFileDataChanged(const QList<QuvoColorDef> &entries);
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void connectControls();
+    void applyTexts();
+    void showExtremes();
+    void updateSpreadNote();
+    void takeExactStatistics(const Extremes &extremes);
+    Extremes currentExtremes() const;
+    int addTable(const QString &file, const ColorTableReading &reading);
+    QString spreadFile(const QList<QuvoColorDef> &entries);
+    bool writeOwnFile(const QString &path, const QByteArray &text);
+
+    std::unique_ptr<Ui::colorReliefOptionsWidget> m_form;
+    WorkFolder &m_workFolder;
+    DemInfo m_dem;
+    ExtremesScan m_scan;
+    QuvoProgressDialog m_progress;
+    bool m_spread = false; ///< the spread mode is chosen
+    QString m_spreadFile;  ///< the file written last for the spread mode
+    bool m_cancelStatistics = false;
+    int m_changeTimer = 0; ///< identifier of the pending change timer; 0: none runs
+};

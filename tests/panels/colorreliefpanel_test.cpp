@@ -1,0 +1,239 @@
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/gdalmessages.h"
+#include "dataset/workfolder.h"
+#include "messages/Prompt.h"
+#include "panels/ColorRampComboBox.h"
+#include "panels/colorReliefOptionsWidget.h"
+#include "tests/support/rasters.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+Q_DECLARE_METATYPE(Extremes)
+
+class ColorReliefPanelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void library();
+    void addedTables();
+    void spreadFileFollowsDemAndTable();
+    void exactStatistics();
+    void workFolders();
+    void extremes();
+
+private:
+    QString write(const QString &name, const QByteArray &text)
+    {
+        QFile file(m_folder.filePath(name));
+        file.open(QIODevice::WriteOnly);
+        file.write(text);
+        return file.fileName();
+    }
+
+    QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/tables é \"中\" XXXXXX")};
+};
+
+namespace
+{
+
+struct Panel
+{
+    WorkFolder workFolder;
+    colorReliefOptionsWidget widget{workFolder};
+    ColorRampComboBox *combo = widget.findChild<ColorRampComboBox *>();
+    QAbstractButton *predefined = widget.findChild<QAbstractButton *>("m_pRBAbsoluteAltitude");
+    QAbstractButton *spread = widget.findChild<QAbstractButton *>("m_pRBRelatifAltitude");
+
+    QStringList ownFiles() { return QDir(workFolder.path()).entryList(QDir::Files); }
+    void add(const QString &file)
+    {
+        QuvoFilerDialog::answerBeforehand({file});
+        widget.findChild<QAbstractButton *>("m_pPBAddAColorFile")->click();
+    }
+};
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+const Extremes metres{true, false, 100.0, 300.0};
+
+} // namespace
+
+void ColorReliefPanelTest::initTestCase()
+{
+    qRegisterMetaType<Extremes>("Extremes");
+    setUpGdal();
+}
+
+void ColorReliefPanelTest::library()
+{
+    Panel panel;
+    QVERIFY(!panel.widget.isComplete()); // no library beside this test
+    QCOMPARE(panel.widget.colorFile(false), QString());
+    panel.widget.loadLibrary(QStringLiteral(QUVO_TREE "/libraries/colormap"));
+    QVERIFY(panel.widget.isComplete());
+    QCOMPARE(panel.widget.colorFile(false), QStringLiteral(QUVO_TREE "/libraries/colormap/dtm.txt"));
+    QCOMPARE(panel.combo->count(), 13);
+    QVERIFY(panel.ownFiles().isEmpty()); // each of them goes to the tool as it is
+    for (int row = 0; row < panel.combo->count(); ++row)
+        QVERIFY2(noDataEntry(panel.combo->table(row).entries), qPrintable(panel.combo->itemText(row)));
+
+    QCOMPARE(panel.widget.getCommandArguments(), QString());
+    panel.widget.findChild<QAbstractButton *>("m_pChBAddAlphaChannel")->click();
+    QCOMPARE(panel.widget.getCommandArguments(), QStringLiteral("-alpha"));
+    QVERIFY(panel.widget.findChild<QAbstractButton *>("m_pPBEditColorTable")->isHidden());
+}
+
+void ColorReliefPanelTest::addedTables()
+{
+    Panel panel;
+    Prompt::answerBeforehand({});
+    const QSignalSpy changed(&panel.widget, &colorReliefOptionsWidget::completeChanged);
+    const QString plain = write("plain.txt", "0 1 2 3\n10 4 5 6\n");
+    panel.add(plain);
+    QCOMPARE(panel.widget.colorFile(false), plain);
+    QTRY_COMPARE(changed.count(), 1);
+
+    panel.add(write("names.txt", "0 green\n10 red\n"));
+    const QString copy = panel.widget.colorFile(false);
+    QCOMPARE(bytesOf(copy), QByteArray("0\t0  128  0  255\n10\t255  0  0  255\n"));
+    QVERIFY(copy.startsWith(panel.workFolder.path()));
+    QVERIFY(panel.widget.options().table.endsWith("/names.txt"));
+
+    panel.add(write("broken.txt", "nothing\n"));
+    panel.add(m_folder.path());
+    QCOMPARE(Prompt::takeShown().filter("Attention: La table couleur spécifiée est invalide.").size(), 2);
+    panel.add(write("partly.txt", "0 1 1 1\nx 2 2 2\n"));
+    QVERIFY(Prompt::takeShown().value(0).contains("Ligne 2"));
+    QCOMPARE(panel.combo->count(), 2);
+
+    Prompt::answerBeforehand({true, true});
+    panel.add(write("mixed.txt", "50% 1 1 1\n7 8 8 8\nx 2 2 2\n0% 3 3 3\nnv 4 4 4\n"));
+    QCOMPARE(bytesOf(panel.widget.colorFile(true)),
+             QByteArray("nv\t4  4  4  255\n0%\t3  3  3  255\n50%\t1  1  1  255\n"));
+    QCOMPARE(Prompt::takeShown().size(), 2);
+
+    write("plain.txt", "0 1 2 3\n20 7 7 7\n"); // edited elsewhere, and added again
+    panel.add(plain);
+    QCOMPARE(panel.combo->count(), 3);
+    QCOMPARE(panel.combo->currentTable().entries.last().value, 20.0);
+    panel.widget.slot_onCurrentColorFileDataChanged(panel.combo->currentTable().entries);
+    QCOMPARE(panel.combo->currentText(), QStringLiteral("custom"));
+    QVERIFY(panel.widget.colorFile(true).startsWith(panel.workFolder.path()));
+}
+
+void ColorReliefPanelTest::spreadFileFollowsDemAndTable()
+{
+    Panel panel;
+    panel.add(write("a.txt", "0 1 1 1\n10 2 2 2\nnv 3 3 3\n"));
+    QVERIFY(!panel.spread->isEnabled());
+    panel.widget.setDem({"/dem.tif", 1, metres});
+    panel.spread->click();
+    const QString file = panel.widget.colorFile(false);
+    QCOMPARE(QFileInfo(file).fileName(), QStringLiteral("quvoColorTable.txt"));
+    QCOMPARE(bytesOf(file), QByteArray("nv\t3  3  3  255\n100\t1  1  1  255\n300\t2  2  2  255\n"));
+    QVERIFY(panel.widget.colorFile(true).endsWith("/a.txt"));
+
+    const QSignalSpy changed(&panel.widget, &colorReliefOptionsWidget::completeChanged);
+    panel.widget.setDem({"/dem.tif", 1, {true, true, -5.0, 5.0}});
+    QVERIFY(bytesOf(panel.widget.colorFile(false)).contains("\n-5\t"));
+    QTRY_COMPARE(changed.count(), 1);
+    panel.add(write("b.txt", "0 8 8 8\n10 9 9 9\n"));
+    QCOMPARE(bytesOf(panel.widget.colorFile(false)), QByteArray("-5\t8  8  8  255\n5\t9  9  9  255\n"));
+    QCOMPARE(panel.ownFiles(), QStringList{"quvoColorTable.txt"}); // one at a time
+
+    const auto note = panel.widget.findChild<QLabel *>("m_pSpreadNote");
+    QVERIFY(note->isHidden());
+    panel.widget.setDem({"/dem.tif", 1, {true, true, 1.0, 1.2}});
+    QVERIFY(!note->isHidden());
+
+    panel.widget.setDem({"/other.tif", 1, {}, true}); // while the values are looked for the choice stays
+    QVERIFY(panel.spread->isChecked());
+    panel.widget.setDem({"/other.tif", 1, {}, false});
+    QVERIFY(panel.predefined->isChecked() && !panel.spread->isEnabled());
+    QVERIFY(panel.widget.colorFile(false).endsWith("/b.txt"));
+}
+
+void ColorReliefPanelTest::exactStatistics()
+{
+    const QString dem = m_folder.filePath("dém.tif");
+    QVERIFY(writeRaster(dem, 3, 2, {5, -9999, 7, 1, float(qQNaN()), float(qInf())}));
+    Panel panel;
+    panel.widget.setDem({dem, 1, metres});
+    const auto link = panel.widget.findChild<QLabel *>("m_pLComputeExactStatisticsLink");
+    QVERIFY(!link->isHidden());
+    QSignalSpy computed(&panel.widget, &colorReliefOptionsWidget::extremesComputed);
+    emit link->linkActivated("exact");
+    QTRY_COMPARE(computed.count(), 1);
+    const auto found = computed.takeFirst().first().value<Extremes>();
+    QVERIFY(found.exact && found.minimum == 1.0 && found.maximum == 7.0);
+    panel.widget.setDem({dem, 1, found});
+    QVERIFY(link->isHidden());
+
+    panel.widget.slot_computeExactStatistics();
+    panel.widget.slot_onCancelStatisticsCalcul();
+    QTest::qWait(50);
+    QCOMPARE(computed.count(), 0);
+    QVERIFY(!QFile::exists(dem + ".aux.xml"));
+}
+
+void ColorReliefPanelTest::workFolders()
+{
+    qputenv("TMPDIR", m_folder.path().toUtf8());
+    const QString dead = m_folder.filePath("quvodemtoolbox-dead");
+    QVERIFY(QDir().mkpath(dead) && QDir().mkpath(m_folder.filePath("quvodemtoolbox-begun")));
+    write("quvodemtoolbox-dead/.lock",
+          "999999999\nQuvoDemBatch\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+    QFile::link(m_folder.path(), m_folder.filePath("quvodemtoolbox-link"));
+    write(".lock", "");
+    QString path;
+    {
+        WorkFolder alive;
+        path = alive.path();
+        WorkFolder other;
+        QVERIFY(QFile::exists(other.path()) && other.path() != path);
+        QVERIFY(QFile::exists(path));
+    }
+    QVERIFY(!QFile::exists(path) && !QFile::exists(dead));
+    QVERIFY(QFile::exists(m_folder.filePath("quvodemtoolbox-begun")));
+    QVERIFY(QFile::exists(m_folder.filePath("plain.txt")));
+    qunsetenv("TMPDIR");
+}
+
+void ColorReliefPanelTest::extremes()
+{
+    const QString dem = m_folder.filePath("hill.tif");
+    QVERIFY(writeHill(dem, 1000));
+    ExtremesReader exact(dem, 1, ExtremesReader::Exact);
+    int calls = 0;
+    while (exact.advance(0)) // one block at a time
+        ++calls;
+    QVERIFY(calls > 100);
+    ExtremesReader estimate(dem, 1, ExtremesReader::Estimate);
+    int blocks = 1;
+    while (estimate.advance(0))
+        ++blocks;
+    QVERIFY2(blocks <= (calls + 1) / 50, qPrintable(QString::number(blocks)));
+    QVERIFY(estimate.extremes().known && !estimate.extremes().exact && exact.extremes().exact);
+    const double range = exact.extremes().maximum - exact.extremes().minimum;
+    QVERIFY(estimate.extremes().maximum - estimate.extremes().minimum > 0.8 * range);
+    QVERIFY(estimate.extremes().minimum >= exact.extremes().minimum);
+    QVERIFY(!ExtremesReader(dem, 2, ExtremesReader::Exact).advance(10));
+    QVERIFY(!ExtremesReader(m_folder.filePath("absent"), 1, ExtremesReader::Exact).extremes().known);
+    QVERIFY(QDir(m_folder.path()).entryList({"*.aux.xml"}).isEmpty());
+}
+
+QTEST_MAIN(ColorReliefPanelTest)
+#include "colorreliefpanel_test.moc"
