@@ -44,8 +44,9 @@ set(allowed_dataset "messages;vectordraw")
 set(allowed_runner "messages")
 set(allowed_panels "colortable;dataset;messages")
 set(allowed_app "panels;runner;dataset;colortable;messages;vectordraw")
-set(allowed_samples "")
-set(folders messages viewshed vectordraw colortable dataset runner panels app samples)
+set(allowed_samples "vectordraw")
+set(allowed_bench "vectordraw")
+set(folders messages viewshed vectordraw colortable dataset runner panels app samples bench)
 
 # Single headers that a folder may include from one that it may not know as a whole.
 set(headers_runner "dataset/pathencoding\\.h")

@@ -1,14 +1,16 @@
 // contact_sheet <sheet.png> <file>…
 //
-// Paints the products into one picture, each with its file name below: rasters of one band in greys, stretched from the
-// 2nd to the 98th percentile, rasters of more bands in their colours, vector lines as lines. Without a display.
+// Paints the products into one picture, each with its file name below: rasters of one band in greys, stretched
+// from the 2nd to the 98th percentile, rasters of more bands in their colours, contour lines over the file
+// named "hillshade". Without a display.
+
+#include "vectordraw/featurelayer.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
@@ -27,6 +29,7 @@ constexpr int margin = 16;
 constexpr int titleHeight = 28;
 constexpr int columns = 3;
 
+using DataSet = std::unique_ptr<GDALDataset>;
 using Cells = std::vector<double>;
 
 /// The band reduced to the picture; cells without data are NaN.
@@ -35,8 +38,8 @@ Cells readBand(GDALRasterBand &band, const QSize &size)
     Cells cells(static_cast<std::size_t>(size.width()) * size.height());
     int hasNoData = FALSE;
     const double noData = band.GetNoDataValue(&hasNoData);
-    if (band.RasterIO(GF_Read, 0, 0, band.GetXSize(), band.GetYSize(), cells.data(), size.width(), size.height(),
-                      GDT_Float64, 0, 0, nullptr)
+    if (band.RasterIO(GF_Read, 0, 0, band.GetXSize(), band.GetYSize(), cells.data(), size.width(),
+                      size.height(), GDT_Float64, 0, 0, nullptr)
         != CE_None)
         return {};
     for (double &cell : cells) {
@@ -50,7 +53,8 @@ Cells readBand(GDALRasterBand &band, const QSize &size)
 void stretch(Cells &cells)
 {
     Cells sorted;
-    std::copy_if(cells.begin(), cells.end(), std::back_inserter(sorted), [](double cell) { return !std::isnan(cell); });
+    std::copy_if(cells.begin(), cells.end(), std::back_inserter(sorted),
+                 [](double cell) { return !std::isnan(cell); });
     if (sorted.empty())
         return;
     std::sort(sorted.begin(), sorted.end());
@@ -81,36 +85,62 @@ QImage rasterPicture(GDALDataset &dataset)
     return picture;
 }
 
-QImage vectorPicture(OGRLayer &layer)
+QString fileNamed(const QStringList &files, const QString &name)
 {
-    QImage picture(side, side, QImage::Format_RGB32);
-    picture.fill(QColor(248, 246, 240));
-    OGREnvelope extent;
-    if (layer.GetExtent(&extent) != OGRERR_NONE)
-        return picture;
-    const double scale = side / std::max(extent.MaxX - extent.MinX, extent.MaxY - extent.MinY);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(140, 96, 60), 0.7));
-    for (auto &feature : layer) {
-        const OGRGeometry *geometry = feature->GetGeometryRef();
-        if (!geometry || wkbFlatten(geometry->getGeometryType()) != wkbLineString)
-            continue;
-        QPolygonF line;
-        for (const OGRPoint &point : *geometry->toLineString())
-            line += QPointF((point.getX() - extent.MinX) * scale, (extent.MaxY - point.getY()) * scale);
-        painter.drawPolyline(line);
+    for (const QString &file : files) {
+        if (QFileInfo(file).completeBaseName() == name)
+            return file;
     }
-    return picture;
+    return {};
 }
 
-QImage pictureOf(const QString &file)
+DataSet open(const QString &file)
 {
-    const std::unique_ptr<GDALDataset> dataset(
-        GDALDataset::Open(QFile::encodeName(file).constData(), GDAL_OF_RASTER | GDAL_OF_VECTOR));
+    return DataSet(GDALDataset::Open(QFile::encodeName(file).constData(), GDAL_OF_RASTER | GDAL_OF_VECTOR));
+}
+
+/// A pale copy of the relief, as a ground for lines.
+QImage paleRelief(GDALDataset &relief)
+{
+    QImage ground = rasterPicture(relief).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&ground);
+    painter.fillRect(ground.rect(), QColor(252, 250, 244, 130));
+    return ground;
+}
+
+/// The lines over the relief, which has the same extent; every fifth level is heavier.
+QImage linesOver(GDALDataset &relief, OGRLayer &layer)
+{
+    using namespace vectordraw;
+    QImage picture = paleRelief(relief);
+    View view{picture.width(), picture.height(), {}, {}};
+    relief.GetGeoTransform(view.geoTransform.data());
+    view.geoTransform[1] *= static_cast<double>(relief.GetRasterXSize()) / picture.width();
+    view.geoTransform[5] *= static_cast<double>(relief.GetRasterYSize()) / picture.height();
+    Surface surface =
+        Surface::onPixels(picture.bits(), picture.width(), picture.height(), picture.bytesPerLine());
+    Painter painter(surface, {96.0, view.groundPerPixel()});
+    for (const auto &[filter, width] :
+         {std::pair{"CAST(Z AS INTEGER) % 500 <> 0", "0.5"}, {"CAST(Z AS INTEGER) % 500 = 0", "1.1"}}) {
+        DefaultStyles styles;
+        styles.lines = std::string("PEN(c:#8A5A32,w:") + width + "px)";
+        layer.SetAttributeFilter(filter);
+        FeatureLayer drawing(layer, view, painter, styles);
+        while (drawing.drawNext(1000)) { }
+    }
+    surface.flush();
+    return picture.copy();
+}
+
+QImage pictureOf(const QString &file, const QStringList &files)
+{
+    const DataSet dataset = open(file);
     if (!dataset)
         return {};
-    return dataset->GetRasterCount() > 0 ? rasterPicture(*dataset) : vectorPicture(*dataset->GetLayer(0));
+    if (dataset->GetRasterCount() > 0)
+        return rasterPicture(*dataset);
+    const DataSet relief = open(fileNamed(files, QStringLiteral("hillshade")));
+    return relief ? linesOver(*relief, *dataset->GetLayer(0)) : QImage();
 }
 
 } // namespace
@@ -133,12 +163,13 @@ int main(int argc, char *argv[])
     sheet.fill(Qt::white);
     QPainter painter(&sheet);
     for (int at = 0; at < files.size(); ++at) {
-        const QImage picture = pictureOf(files.at(at));
+        const QImage picture = pictureOf(files.at(at), files);
         if (picture.isNull()) {
             std::fprintf(stderr, "%s cannot be painted\n", qUtf8Printable(files.at(at)));
             return 1;
         }
-        const QPoint corner(margin + at % columns * (side + margin), margin + at / columns * (side + titleHeight + margin));
+        const QPoint corner(margin + at % columns * (side + margin),
+                            margin + at / columns * (side + titleHeight + margin));
         painter.drawImage(corner, picture);
         painter.drawText(QRect(corner.x(), corner.y() + side, side, titleHeight), Qt::AlignCenter,
                          QFileInfo(files.at(at)).completeBaseName());

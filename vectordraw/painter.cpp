@@ -1,0 +1,441 @@
+#include "vectordraw/painter.h"
+
+#include "vectordraw/labelpainter.h"
+
+#include <cairo.h>
+
+#include <memory>
+#include <numbers>
+#include <numeric>
+
+namespace vectordraw
+{
+
+namespace
+{
+
+constexpr double nearestVertices = 1.0; // in pixels; what is nearer cannot be told apart
+constexpr double degrees = std::numbers::pi / 180.0;
+
+struct Release
+{
+    void operator()(cairo_pattern_t *pattern) const { cairo_pattern_destroy(pattern); }
+};
+using Pattern = std::unique_ptr<cairo_pattern_t, Release>;
+
+void useColor(cairo_t *cairo, const Color &color)
+{
+    cairo_set_source_rgba(cairo, color.red / 255.0, color.green / 255.0, color.blue / 255.0,
+                          color.alpha / 255.0);
+}
+
+/// Adds solid lines to the surface's path, and strokes it whenever it has become long: one stroke of many short
+/// lines costs less than many strokes, and a line of any length takes no more room than one of some hundred
+/// vertices.
+class SolidSink
+{
+public:
+    SolidSink(cairo_t *cairo, int &vertices)
+        : m_cairo(cairo)
+        , m_vertices(vertices)
+    { }
+
+    void moveTo(const Point &point) { cairo_move_to(m_cairo, point.x, point.y); }
+
+    void lineTo(const Point &point)
+    {
+        constexpr int longestPath = 512;
+        cairo_line_to(m_cairo, point.x, point.y);
+        if (++m_vertices >= longestPath) {
+            cairo_stroke(m_cairo);
+            cairo_move_to(m_cairo, point.x, point.y);
+            m_vertices = 0;
+        }
+    }
+
+    void skipped(double) { }
+
+private:
+    cairo_t *m_cairo;
+    int &m_vertices;
+};
+
+/// Strokes a line in dashes, in portions, too; the pattern goes on from portion to portion, and behind what is
+/// left out.
+class DashSink
+{
+public:
+    DashSink(cairo_t *cairo, const std::vector<double> &dashes)
+        : m_cairo(cairo)
+        , m_dashes(dashes)
+    { }
+
+    void moveTo(const Point &point)
+    {
+        stroke();
+        cairo_move_to(m_cairo, point.x, point.y);
+        m_last = point;
+    }
+
+    void lineTo(const Point &point)
+    {
+        constexpr int longestPath = 4096;
+        cairo_line_to(m_cairo, point.x, point.y);
+        m_drawn += distance(m_last, point);
+        m_last = point;
+        if (++m_vertices >= longestPath) {
+            stroke();
+            cairo_move_to(m_cairo, point.x, point.y);
+        }
+    }
+
+    void skipped(double length)
+    {
+        stroke();
+        m_offset += length;
+    }
+
+    void stroke()
+    {
+        cairo_set_dash(m_cairo, m_dashes.data(), static_cast<int>(m_dashes.size()), m_offset);
+        cairo_stroke(m_cairo);
+        m_offset += m_drawn;
+        m_drawn = 0.0;
+        m_vertices = 0;
+    }
+
+private:
+    cairo_t *m_cairo;
+    const std::vector<double> &m_dashes;
+    Point m_last;
+    double m_offset = 0.0;
+    double m_drawn = 0.0;
+    int m_vertices = 0;
+};
+
+template <class Sink> void reduce(std::span<const Point> line, const Rect &rect, Sink &sink)
+{
+    LineReducer reducer(rect, nearestVertices, sink);
+    for (const Point &point : line)
+        reducer.add(point);
+    reducer.finish();
+}
+
+/// Collects what is left of a line or a ring.
+struct CollectingSink
+{
+    std::vector<Point> &points;
+    void moveTo(const Point &point) { points.push_back(point); }
+    void lineTo(const Point &point) { points.push_back(point); }
+    void skipped(double) { }
+};
+
+/// One line of a hatch's tile, and beside it where it meets the tile's corners.
+void hatchLine(cairo_t *tile, double width, double height, bool down)
+{
+    for (const double shift : {-width, 0.0, width}) {
+        cairo_move_to(tile, shift, down ? 0.0 : height);
+        cairo_line_to(tile, shift + width, down ? height : 0.0);
+    }
+}
+
+void paintHatch(cairo_t *tile, Hatch hatch, double width, double height)
+{
+    const bool both = hatch == Hatch::Cross || hatch == Hatch::DiagonalCross;
+    if (hatch == Hatch::Horizontal || hatch == Hatch::Cross) {
+        cairo_move_to(tile, 0.0, height / 2.0);
+        cairo_line_to(tile, width, height / 2.0);
+    }
+    if (hatch == Hatch::Vertical || hatch == Hatch::Cross) {
+        cairo_move_to(tile, width / 2.0, 0.0);
+        cairo_line_to(tile, width / 2.0, height);
+    }
+    if (hatch == Hatch::ForwardDiagonal || (both && hatch == Hatch::DiagonalCross))
+        hatchLine(tile, width, height, true);
+    if (hatch == Hatch::BackwardDiagonal || (both && hatch == Hatch::DiagonalCross))
+        hatchLine(tile, width, height, false);
+    cairo_stroke(tile);
+}
+
+} // namespace
+
+Painter::Painter(Surface &surface, const Resolution &resolution)
+    : m_surface(surface)
+    , m_resolution(resolution)
+    , m_visible{0.0, 0.0, static_cast<double>(surface.width()), static_cast<double>(surface.height())}
+{
+    // Half the time of the default, and no eye sees the difference on thin lines.
+    cairo_set_antialias(m_surface.context(), CAIRO_ANTIALIAS_FAST);
+    cairo_set_fill_rule(m_surface.context(), CAIRO_FILL_RULE_EVEN_ODD);
+    cairo_set_tolerance(m_surface.context(), 0.25);
+}
+
+Painter::~Painter()
+{
+    finishLines();
+}
+
+void Painter::fillBackground(const Color &color)
+{
+    finishLines();
+    useColor(m_surface.context(), color);
+    cairo_paint(m_surface.context());
+}
+
+void Painter::usePen(const Pen &pen, double width)
+{
+    static constexpr cairo_line_cap_t caps[] = {CAIRO_LINE_CAP_BUTT, CAIRO_LINE_CAP_ROUND,
+                                                CAIRO_LINE_CAP_SQUARE};
+    static constexpr cairo_line_join_t joins[] = {CAIRO_LINE_JOIN_MITER, CAIRO_LINE_JOIN_ROUND,
+                                                  CAIRO_LINE_JOIN_BEVEL};
+    cairo_t *cairo = m_surface.context();
+    useColor(cairo, pen.color);
+    cairo_set_line_width(cairo, width);
+    cairo_set_line_cap(cairo, caps[static_cast<int>(pen.cap)]);
+    cairo_set_line_join(cairo, joins[static_cast<int>(pen.join)]);
+
+    m_dashes.clear();
+    for (const Length &dash : pen.pattern)
+        m_dashes.push_back(pen.patternOfWidths ? dash.value * std::max(1.0, width)
+                                               : pixels(dash, m_resolution));
+    // Dashes too small to be seen would take for ever: such a line is solid.
+    if (std::accumulate(m_dashes.begin(), m_dashes.end(), 0.0) < 1.0)
+        m_dashes.clear();
+    cairo_set_dash(cairo, m_dashes.data(), static_cast<int>(m_dashes.size()), 0.0);
+}
+
+void Painter::drawLine(std::span<const Point> line, const Pen &pen)
+{
+    if (line.empty() || !pen.visible || pen.color.alpha == 0)
+        return;
+    constexpr double thinnest = 0.05; // a width of 0 is a line as thin as can be
+    const double width = std::max(pixels(pen.width, m_resolution), thinnest);
+    const double shift = pixels(pen.offset, m_resolution);
+    if (m_pendingVertices == 0 || pen != m_pendingPen) {
+        finishLines();
+        usePen(pen, width);
+        m_pendingPen = pen;
+    }
+    const Rect rect = m_visible.grown(2.0 * width + std::abs(shift) + 2.0);
+    if (shift == 0.0) {
+        stroke(line, rect);
+        return;
+    }
+    constexpr double everywhere = 1e7; // a corner outside of the picture may have its shifted one inside
+    std::vector<Point> kept;
+    CollectingSink sink{kept};
+    reduce(line, m_visible.grown(everywhere), sink);
+    stroke(shiftedLine(kept, shift), rect);
+}
+
+void Painter::stroke(std::span<const Point> line, const Rect &rect)
+{
+    if (!m_dashes.empty()) {
+        DashSink sink(m_surface.context(), m_dashes);
+        reduce(line, rect, sink);
+        sink.stroke();
+        return;
+    }
+    SolidSink sink(m_surface.context(), m_pendingVertices);
+    reduce(line, rect, sink);
+    // Where translucent lines of one stroke cross they would not darken.
+    if (m_pendingPen.color.alpha < 255)
+        finishLines();
+}
+
+void Painter::finishLines()
+{
+    cairo_stroke(m_surface.context());
+    m_pendingVertices = 0;
+}
+
+void Painter::beginArea()
+{
+    m_ringCount = 0;
+}
+
+void Painter::addRing(std::span<const Point> ring)
+{
+    if (m_ringCount == m_rings.size())
+        m_rings.emplace_back();
+    std::vector<Point> &kept = m_rings[m_ringCount++];
+    kept.clear();
+    for (const Point &point : ring) {
+        if (kept.empty() || distance(kept.back(), point) >= nearestVertices)
+            kept.push_back(point);
+    }
+    // An area of less than a pixel is still a dot.
+    if (kept.size() < 3)
+        kept.assign(ring.begin(), ring.end());
+}
+
+void Painter::fillArea(const Brush &brush)
+{
+    if (brush.hatch == Hatch::None && brush.background.alpha == 0)
+        return;
+    finishLines();
+    cairo_t *cairo = m_surface.context();
+    for (std::size_t at = 0; at < m_ringCount; ++at) {
+        m_clipped = m_rings[at];
+        clipRing(m_clipped, m_visible.grown(2.0), m_scratch);
+        for (const Point &point : m_clipped)
+            cairo_line_to(cairo, point.x, point.y);
+        cairo_close_path(cairo);
+    }
+    if (brush.background.alpha > 0 && brush.hatch != Hatch::Solid) {
+        useColor(cairo, brush.background);
+        cairo_fill_preserve(cairo);
+    }
+    if (brush.hatch != Hatch::None) {
+        useBrush(brush);
+        cairo_fill(cairo);
+    }
+    cairo_new_path(cairo);
+}
+
+void Painter::useBrush(const Brush &brush)
+{
+    cairo_t *cairo = m_surface.context();
+    if (brush.hatch == Hatch::Solid) {
+        useColor(cairo, brush.foreground);
+        return;
+    }
+    constexpr double closest = 2.0; // lines nearer than that are a grey area
+    constexpr double farthest = 4096.0;
+    const double size = pixels(brush.size, m_resolution);
+    const double width = std::clamp(size + pixels(brush.spacingX, m_resolution), closest, farthest);
+    const double height = std::clamp(size + pixels(brush.spacingY, m_resolution), closest, farthest);
+    const cairo_rectangle_t extent{0.0, 0.0, width, height};
+    cairo_surface_t *tile = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extent);
+    cairo_t *drawing = cairo_create(tile);
+    useColor(drawing, brush.foreground);
+    cairo_set_line_width(drawing, std::max(1.0, size / 10.0));
+    paintHatch(drawing, brush.hatch, width, height);
+    cairo_destroy(drawing);
+
+    const Pattern pattern(cairo_pattern_create_for_surface(tile));
+    cairo_surface_destroy(tile);
+    cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
+    cairo_matrix_t turn;
+    cairo_matrix_init_rotate(&turn, brush.angle * degrees);
+    cairo_pattern_set_matrix(pattern.get(), &turn);
+    cairo_set_source(cairo, pattern.get());
+}
+
+void Painter::outlineArea(const Pen &pen)
+{
+    for (std::size_t at = 0; at < m_ringCount; ++at) {
+        std::vector<Point> ring = m_rings[at];
+        if (!ring.empty() && ring.front() != ring.back())
+            ring.push_back(ring.front());
+        drawLine(ring, pen);
+    }
+}
+
+void Painter::shapePath(const Symbol &symbol, double radius)
+{
+    cairo_t *cairo = m_surface.context();
+    const auto polygon = [&](int corners, double inner) {
+        for (int at = 0; at < corners; ++at) {
+            const double angle = 2.0 * std::numbers::pi * at / corners;
+            const double reach = at % 2 == 1 ? inner : radius;
+            cairo_line_to(cairo, reach * std::sin(angle), -reach * std::cos(angle));
+        }
+        cairo_close_path(cairo);
+    };
+    const auto stroke = [&](double x, double y) {
+        cairo_move_to(cairo, -x, -y);
+        cairo_line_to(cairo, x, y);
+    };
+    constexpr double diagonal = std::numbers::sqrt2 / 2.0;
+    constexpr double starInner = 0.382; // of a five-pointed star's radius
+    switch (symbol.shape) {
+    case Shape::Cross:
+        stroke(radius, 0.0);
+        stroke(0.0, radius);
+        break;
+    case Shape::DiagonalCross:
+        stroke(radius * diagonal, radius * diagonal);
+        stroke(radius * diagonal, -radius * diagonal);
+        break;
+    case Shape::Circle:
+        cairo_new_sub_path(cairo);
+        cairo_arc(cairo, 0.0, 0.0, radius, 0.0, 2.0 * std::numbers::pi);
+        cairo_close_path(cairo);
+        break;
+    case Shape::Square:
+        cairo_rectangle(cairo, -radius, -radius, 2.0 * radius, 2.0 * radius);
+        break;
+    case Shape::Triangle:
+        polygon(3, radius);
+        break;
+    case Shape::Star:
+        polygon(10, radius * starInner);
+        break;
+    case Shape::Bar:
+        stroke(0.0, radius);
+        break;
+    case Shape::Glyph:
+        glyphPath(m_surface, symbol.font, symbol.glyph, 2.0 * radius);
+        break;
+    }
+}
+
+void Painter::drawSymbol(const Point &point, const Symbol &symbol, double turned)
+{
+    constexpr double smallest = 0.5;
+    constexpr double largest = 1e5;
+    const double radius = std::clamp(pixels(symbol.size, m_resolution) / 2.0, smallest, largest);
+    const Point at{point.x + pixels(symbol.offsetX, m_resolution),
+                   point.y - pixels(symbol.offsetY, m_resolution)};
+    if (!m_visible.grown(2.0 * radius).holds(at))
+        return;
+    finishLines();
+    cairo_t *cairo = m_surface.context();
+    cairo_save(cairo);
+    cairo_translate(cairo, at.x, at.y);
+    cairo_rotate(cairo, turned - symbol.angle * degrees);
+    cairo_set_dash(cairo, nullptr, 0, 0.0);
+    cairo_set_line_cap(cairo, CAIRO_LINE_CAP_BUTT);
+    cairo_set_line_join(cairo, CAIRO_LINE_JOIN_MITER);
+    cairo_new_path(cairo);
+    shapePath(symbol, radius);
+    const bool filled = symbol.filled || symbol.shape == Shape::Glyph;
+    const double line = std::max(1.0, radius / 5.0);
+    if (symbol.outline.alpha > 0) { // under the symbol's own colour, around it
+        useColor(cairo, symbol.outline);
+        cairo_set_line_width(cairo, filled ? line : 2.0 * line + 1.0);
+        cairo_stroke_preserve(cairo);
+    }
+    useColor(cairo, symbol.color);
+    cairo_set_line_width(cairo, line);
+    if (filled)
+        cairo_fill(cairo);
+    else
+        cairo_stroke(cairo);
+    cairo_restore(cairo);
+}
+
+void Painter::drawSymbolsAlong(const std::vector<Point> &line, const Symbol &symbol)
+{
+    const double shift = pixels(symbol.perpendicular, m_resolution);
+    const auto draw = [&](double along) {
+        const Place place = placeAt(line, along);
+        drawSymbol(
+            {place.point.x - shift * std::sin(place.angle), place.point.y + shift * std::cos(place.angle)},
+            symbol, place.angle);
+    };
+    const double step = pixels(symbol.step, m_resolution);
+    if (line.size() < 2 || step < 1.0) {
+        if (!line.empty())
+            drawSymbol(line.front(), symbol);
+        return;
+    }
+    constexpr int most = 100000; // of one line
+    const double length = lengthOf(line);
+    double along = std::max(0.0, pixels(symbol.initialOffset, m_resolution));
+    for (int count = 0; along <= length && count < most; ++count, along += step)
+        draw(along);
+}
+
+} // namespace vectordraw

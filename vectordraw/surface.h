@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+struct _cairo;
+struct _cairo_surface;
+
+namespace vectordraw
+{
+
+/// Something to draw on, measured in pixels from its upper left corner. Vector surfaces are drawn on by the
+/// same calls; their file is whole after finish().
+class Surface
+{
+public:
+    /// Transparent at first; premultiplied ARGB of 32 bits in the machine's byte order.
+    static Surface image(int width, int height);
+    /// 8 bits of alpha, 0 at first.
+    static Surface mask(int width, int height);
+    /// Draws into somebody's memory of that layout (as image()), which outlives the surface.
+    static Surface onPixels(std::uint8_t *pixels, int width, int height, int bytesPerRow);
+    /// Files; a pixel is 1/dotsPerInch inch.
+    static Surface svg(const std::string &path, int width, int height);
+    static Surface pdf(const std::string &path, int width, int height, double dotsPerInch);
+
+    int width() const { return m_width; }
+    int height() const { return m_height; }
+    _cairo *context() const { return m_context.get(); }
+
+    /// Rows of an image or a mask, from the top; null for a file. What was drawn is there after flush().
+    const std::uint8_t *pixels() const;
+    int bytesPerRow() const;
+    void flush();
+
+    /// Writes an image as PNG; false when it cannot.
+    bool writePng(const std::string &path);
+
+    /// Ends a file. Returns what went wrong on any surface since it was made, in cairo's words; empty
+    /// otherwise.
+    std::string finish();
+
+private:
+    Surface(_cairo_surface *surface, int width, int height);
+
+    struct Release
+    {
+        void operator()(_cairo *context) const;
+        void operator()(_cairo_surface *surface) const;
+    };
+
+    std::unique_ptr<_cairo_surface, Release> m_surface;
+    std::unique_ptr<_cairo, Release> m_context;
+    int m_width;
+    int m_height;
+};
+
+} // namespace vectordraw
