@@ -17,7 +17,7 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     m_plan = plan;
     m_outcome = {};
     m_lock = std::move(lock);
-    m_inputSideFile = SideFile(plan.request.input);
+    m_sideFiles = SideFiles(plan.touchedInputFiles);
     m_outcome.sentence = removeReplaced(plan.outputs.first());
     if (!m_outcome.sentence.isEmpty()) {
         end();
@@ -38,7 +38,7 @@ void ProductRun::stop()
 
 void ProductRun::end()
 {
-    m_inputSideFile.restore();
+    m_sideFiles.restore();
     m_lock.reset();
 }
 

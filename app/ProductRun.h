@@ -57,6 +57,6 @@ private:
     QuvoScriptRunner &m_runner;
     RunPlan m_plan;
     RunOutcome m_outcome;
-    SideFile m_inputSideFile;
+    SideFiles m_sideFiles;
     std::unique_ptr<OutputLock> m_lock;
 };

@@ -6,6 +6,7 @@
 #include "app/runplan.h"
 #include "dataset/formatfilters.h"
 #include "dataset/pathencoding.h"
+#include "panels/contourlevels.h"
 
 #include <QDir>
 #include <QFile>
@@ -124,6 +125,8 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
                 labelText({"MESS_LOT_TABLE_TEMP",
                            "La table couleur de cette commande est un fichier temporaire de ce programme."});
     }
+    if (const auto *contours = std::get_if<ContourOptions>(&recipe.options); contours && contours->interval)
+        batch.warning = manyLevelsWarning(*contours, estimatedExtremes(request.input, request.band));
     if (request.worldFile && !request.tiled)
         batch.warning = labelText({"MESS_CALAGE_SANS_TUILE",
                                    "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});

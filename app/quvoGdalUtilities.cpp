@@ -256,8 +256,11 @@ void quvoGdalUtilities::slot_launchProcess()
         return;
     ProcessingRequest request = currentRequest();
     request.fragment = currentPanel()->getCommandArguments();
-    if (request.process == Process::ColorRelief)
+    if (request.process == Process::ColorRelief) {
         request.colorTableFile = m_colorRelief->colorFile(false);
+        if (request.colorTableFile.isEmpty()) // which the panel told
+            return;
+    }
     RunPlan plan = planRun(request, m_tools);
     if (plan.fault == RunFault::Output) {
         warnOfOutput(request.output, plan.problem);

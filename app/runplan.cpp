@@ -1,6 +1,7 @@
 #include "app/runplan.h"
 
 #include "app/outputname.h"
+#include "app/sidefile.h"
 #include "dataset/formatfilters.h"
 #include "dataset/rasterinfo.h"
 #include "runner/outputfiles.h"
@@ -134,6 +135,7 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     if (!problem.isEmpty())
         return refused(plan, RunFault::Output, problem);
 
+    plan.touchedInputFiles = filesWithStatistics(request.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
     plan.expected = {process.product, output.path, input.width, input.height, outputLayer(request)};
     const QString warning =

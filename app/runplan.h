@@ -23,9 +23,10 @@ struct RunPlan
 {
     ProcessingRequest request; ///< with the output under the name that the run writes: absolute, links resolved
     QString command;           ///< the tool's whole command line
-    QuvoOutputFilesList outputs; ///< what a stop or a failure deletes
-    ExpectedProduct expected;    ///< what the product is compared with
-    QStringList warnings;        ///< sentences that do not keep the run from starting
+    QuvoOutputFilesList outputs;   ///< what a stop or a failure deletes
+    ExpectedProduct expected;      ///< what the product is compared with
+    QStringList touchedInputFiles; ///< files of the DEM in which the tool leaves statistics
+    QStringList warnings;          ///< sentences that do not keep the run from starting
     RunFault fault = RunFault::None;
     QString problem; ///< the fault in a sentence; empty when the run can start
 };

@@ -13,23 +13,41 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+bool isVirtualRaster(const QString &path)
+{
+    constexpr qint64 largest = 64LL * 1024 * 1024;
+    QFile file(path);
+    return file.size() <= largest && file.open(QIODevice::ReadOnly) && file.read(1024).contains("<VRTDataset");
+}
+
 } // namespace
 
-SideFile::SideFile(const QString &dem)
-    : m_path(dem + QStringLiteral(".aux.xml"))
-    , m_existed(QFileInfo::exists(m_path))
-    , m_content(contentOf(m_path))
-{ }
-
-void SideFile::restore() const
+SideFiles::SideFiles(const QStringList &demFiles)
 {
-    if (m_path.isEmpty() || !QFileInfo::exists(m_path))
-        return;
-    if (!m_existed) {
-        QFile::remove(m_path);
-    } else if (!m_content.isEmpty() && contentOf(m_path) != m_content) {
-        QSaveFile file(m_path);
-        if (file.open(QIODevice::WriteOnly) && file.write(m_content) == m_content.size())
-            file.commit();
+    for (const QString &file : demFiles) {
+        const QString statistics = file + QStringLiteral(".aux.xml");
+        m_files += {statistics, QFileInfo::exists(statistics), contentOf(statistics)};
+        if (isVirtualRaster(file))
+            m_files += {file, true, contentOf(file)};
     }
+}
+
+void SideFiles::restore() const
+{
+    for (const Noted &noted : m_files) {
+        if (!QFileInfo::exists(noted.path))
+            continue;
+        if (!noted.existed) {
+            QFile::remove(noted.path);
+        } else if (!noted.content.isEmpty() && contentOf(noted.path) != noted.content) {
+            QSaveFile file(noted.path);
+            if (file.open(QIODevice::WriteOnly) && file.write(noted.content) == noted.content.size())
+                file.commit();
+        }
+    }
+}
+
+QStringList filesWithStatistics(const QString &colorTableFile, const QStringList &demFiles)
+{
+    return !colorTableFile.isEmpty() && contentOf(colorTableFile).contains('%') ? demFiles : QStringList();
 }

@@ -2,22 +2,32 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
+#include <QVector>
 
-/// The file of statistics beside a DEM ("dem.tif.aux.xml"). A tool that computes some leaves them there; this
-/// puts things back as they were.
-class SideFile
+/// The files in which a tool that computes statistics leaves them: "dem.tif.aux.xml" beside each file of the
+/// DEM, and virtual rasters themselves. This puts them back as they were.
+class SideFiles
 {
 public:
-    SideFile() = default;
+    SideFiles() = default;
 
-    /// Notes what stands beside the DEM now.
-    explicit SideFile(const QString &dem);
+    /// Notes what stands there now. demFiles: the files that the DEM is made of (RasterInfo::files).
+    explicit SideFiles(const QStringList &demFiles);
 
-    /// Removes the file if there was none, or writes what it held.
+    /// Removes the files that were not there, and writes what the others held.
     void restore() const;
 
 private:
-    QString m_path; ///< empty: nothing was noted
-    bool m_existed = false;
-    QByteArray m_content;
+    struct Noted
+    {
+        QString path;
+        bool existed;
+        QByteArray content;
+    };
+    QVector<Noted> m_files;
 };
+
+/// The files of the DEM that a colour relief with this table leaves statistics in; none for a table without
+/// percentages, with which the tool computes none.
+QStringList filesWithStatistics(const QString &colorTableFile, const QStringList &demFiles);

@@ -17,24 +17,13 @@ namespace
 
 constexpr int fullComponent = 255;
 
-/// Fields of a line, without what separates them from its ends.
-QStringList fieldsOf(QString line, const QString &separators)
-{
-    const QRegularExpression ends(QStringLiteral("^[%1]+|[%1]+$").arg(separators));
-    const QRegularExpression between(QStringLiteral("[%1]+").arg(separators));
-    line.remove(ends);
-    return line.split(between, Qt::SkipEmptyParts);
-}
+constexpr int mostEntries = 10000;
 
+/// Fields of a line, without what separates them from its ends.
 QStringList fieldsOf(const QString &line)
 {
-    return fieldsOf(line, QStringLiteral("\\t,\\s:;"));
-}
-
-/// The fields that the DEM tool sees.
-QStringList toolFieldsOf(const QString &line)
-{
-    return fieldsOf(line, QStringLiteral("\\t, :"));
+    static const QRegularExpression separators(QStringLiteral("[\\t,\\s:;]+"));
+    return line.split(separators, Qt::SkipEmptyParts);
 }
 
 bool readValue(const QString &field, QuvoColorDef &entry)
@@ -69,14 +58,22 @@ bool readColor(const QStringList &fields, QColor &color)
     return true;
 }
 
-/// Whether the DEM tool reads the same entry in the line. It knows few names of colours, and some of them as
-/// other colours, and takes -9999 for an elevation.
-bool isPlain(const QString &line, const QStringList &fields, const QuvoColorDef &entry)
+/// Whether the DEM tool reads the same entries in the text: numbers and comments in the plainest form, without
+/// names of colours (it knows few, and some of them as other colours), other separators than its own, -9999 for
+/// no-data, or the word by which it takes a file for another format.
+bool isPlain(const QByteArray &text)
 {
-    const bool named = fields.size() < 4;
-    const bool spelled =
-        entry.isNoData() && fields.first().compare(QLatin1String("nv"), Qt::CaseInsensitive) != 0;
-    return !named && !spelled && toolFieldsOf(line) == fields;
+    static const QRegularExpression line(QStringLiteral(
+        "^(|[#/].*|(nv|[-+]?[0-9]{1,9}(\\.[0-9]{1,17})?%?)([ \\t,:]+[0-9]{1,3}){3,4}[ \\t]*)\r?$"));
+    static const QRegularExpression noDataAsNumber(QStringLiteral("^-9999(\\.0*)?[ \\t,:]"));
+    if (text.contains("COLOR_MODEL"))
+        return false;
+    for (const QByteArray &bytes : text.split('\n')) {
+        const QString content = QString::fromLatin1(bytes);
+        if (!line.match(content).hasMatch() || noDataAsNumber.match(content).hasMatch())
+            return false;
+    }
+    return true;
 }
 
 void takeLine(ColorTableReading &reading, const QString &line, int number)
@@ -90,10 +87,8 @@ void takeLine(ColorTableReading &reading, const QString &line, int number)
         if (!reading.invalidValues)
             reading.invalidLine = number;
         reading.invalidValues = true;
-        reading.plain = false;
         return;
     }
-    reading.plain = reading.plain && isPlain(line, fields, entry);
     reading.entries += entry;
 }
 
@@ -142,11 +137,22 @@ ColorTableReading readColorTable(const QString &path)
 ColorTableReading parseColorTable(const QByteArray &text)
 {
     ColorTableReading reading;
+    static const QRegularExpression lineEnd(QStringLiteral("\r\n|\n|\r"));
     int number = 0;
     QString content = QString::fromUtf8(text);
     content.remove(QChar(QChar::ByteOrderMark));
-    for (const QString &line : content.split(QRegularExpression(QStringLiteral("\r\n|\n|\r"))))
+    for (const QString &line : content.split(lineEnd)) {
         takeLine(reading, line.trimmed(), ++number);
+        if (reading.entries.size() > mostEntries) {
+            reading = {};
+            reading.error = labelText({"MESS_TC_LONGUE",
+                                       "Ce fichier a plus de %1 lignes de couleurs : ce n'est pas une "
+                                       "table couleur."})
+                                .arg(mostEntries);
+            return reading;
+        }
+    }
+    reading.plain = !reading.invalidValues && isPlain(text);
 
     const QList<QuvoColorDef> elevations = elevationEntries(reading.entries);
     const auto isPercent = [](const QuvoColorDef &entry) { return entry.percent; };

@@ -23,7 +23,7 @@ struct ColorTableReading
     QString error;               ///< why the file could not be read, in a sentence; empty otherwise
 };
 
-/// Reads a table file of at most 4 MiB.
+/// Reads a table file of at most 4 MiB and 10,000 entries.
 ColorTableReading readColorTable(const QString &path);
 
 /// The table in the text of such a file.

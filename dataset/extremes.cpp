@@ -55,9 +55,14 @@ struct ExtremesReader::Band
         hasNoData = given != FALSE;
         if (band->GetRasterDataType() == GDT_Float32)
             noData = static_cast<float>(noData);
-        cells.resize(static_cast<std::size_t>(GDALGetDataTypeSizeBytes(band->GetRasterDataType())) * blockWidth
-                     * blockHeight);
         values.resize(blockWidth);
+    }
+
+    /// Bytes of one block.
+    std::size_t blockSize() const
+    {
+        return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(band->GetRasterDataType())) * blockWidth
+            * blockHeight;
     }
 
     bool takeBlock(long long index, Extremes &found)
@@ -65,6 +70,7 @@ struct ExtremesReader::Band
         const int column = static_cast<int>(index % across);
         const int row = static_cast<int>(index / across);
         const GdalMessages messages;
+        cells.resize(blockSize());
         if (band->ReadBlock(column, row, cells.data()) != CE_None)
             return false;
         const GDALDataType type = band->GetRasterDataType();
@@ -97,8 +103,13 @@ struct ExtremesReader::Band
 ExtremesReader::ExtremesReader(const QString &path, int band, Effort effort)
     : m_band(std::make_unique<Band>(path, band))
 {
-    if (!m_band->band)
+    constexpr std::size_t largestBlock = std::size_t(1) << 30; // of memory that one block may take
+    constexpr std::size_t largestEstimate = std::size_t(64)
+        << 20; // and of time, where there is no progress to see
+    if (!m_band->band || m_band->blockSize() > largestBlock) {
+        m_found.unreadable = true;
         return;
+    }
     m_blocksToRead = m_band->blockCount;
     if (effort == Exact)
         return;
@@ -108,6 +119,8 @@ ExtremesReader::ExtremesReader(const QString &path, int band, Effort effort)
     const double maximum = m_band->band->GetMaximum(&hasMaximum);
     if (hasMinimum && hasMaximum && std::isfinite(minimum) && std::isfinite(maximum) && minimum <= maximum) {
         m_found = {true, false, minimum, maximum};
+        m_blocksToRead = 0;
+    } else if (m_band->blockSize() > largestEstimate) {
         m_blocksToRead = 0;
     } else {
         m_blocksToRead = std::max(1LL, m_band->blockCount / estimateShare);
@@ -126,6 +139,7 @@ bool ExtremesReader::advance(int milliseconds)
             : static_cast<long long>(sampleAt(m_blocksRead) * static_cast<double>(m_band->blockCount));
         if (!m_band->takeBlock(index, m_found)) {
             m_found = {};
+            m_found.unreadable = true;
             m_blocksToRead = 0;
             return false;
         }
@@ -145,4 +159,11 @@ int ExtremesReader::percent() const
 Extremes ExtremesReader::extremes() const
 {
     return m_found;
+}
+
+Extremes estimatedExtremes(const QString &path, int band)
+{
+    ExtremesReader reader(path, band, ExtremesReader::Estimate);
+    while (reader.advance(1000)) { }
+    return reader.extremes();
 }

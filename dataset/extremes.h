@@ -11,6 +11,8 @@ struct Extremes
     bool exact = false; ///< from every cell; otherwise from statistics in the file or a part of the cells
     double minimum = 0.0;
     double maximum = 0.0;
+    bool unreadable =
+        false; ///< the band could not be read; otherwise unknown values mean that no cell holds one
 };
 
 /// Finds the extreme values of a band in portions. Cells that hold no-data or no finite number do not count.
@@ -47,3 +49,6 @@ private:
     long long m_blocksRead = 0;
     long long m_blocksToRead = 0;
 };
+
+/// An estimate at once, for whoever cannot wait for one in portions.
+Extremes estimatedExtremes(const QString &path, int band);

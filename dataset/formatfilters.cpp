@@ -52,6 +52,8 @@ QStringList formatExtensions(const QString &name)
     // Under its other extensions the driver would make an archive, or a table without shapes.
     if (EQUAL(driver->GetDescription(), "ESRI Shapefile"))
         return {QStringLiteral("shp")};
+    if (EQUAL(driver->GetDescription(), "MapInfo File"))
+        return {QStringLiteral("tab"), QStringLiteral("mif")};
     const char *list = driver->GetMetadataItem(GDAL_DMD_EXTENSIONS);
     if (!list)
         list = driver->GetMetadataItem(GDAL_DMD_EXTENSION);

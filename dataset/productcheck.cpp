@@ -77,6 +77,10 @@ ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standa
         check.problem = rasterProblem(*dataset, expected, messages);
     } else if (OGRLayer *layer = productLayer(*dataset, expected.layer)) {
         check.featureCount = layer->GetFeatureCount();
+        if (layer->GetGeomType() == wkbNone)
+            check.problem =
+                labelText({"MESS_PROD_SANS_GEOM",
+                           "Le format du résultat n'a pas gardé les géométries ; choisissez-en un autre."});
     } else {
         check.problem = labelText({"MESS_PROD_SANS_COUCHE", "Le résultat ne contient pas la couche « %1 »."})
                             .arg(expected.layer);

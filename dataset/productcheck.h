@@ -34,5 +34,5 @@ QString firstErrorLine(const QString &standardError);
 
 /// Checks the product of a run that ended with exit code 0: no line of the tool's error text begins with
 /// "ERROR", the data set opens, a raster has the input's size and its last block can be read in every band, a
-/// vector has its layer, or one layer alone under any name.
+/// vector has its layer, or one layer alone under any name, and that holds geometries.
 ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standardError);

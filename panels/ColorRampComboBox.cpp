@@ -114,6 +114,12 @@ int ColorRampComboBox::putTable(const QString &name, const Table &table)
     return row;
 }
 
+QString ColorRampComboBox::copyOf(const QString &file) const
+{
+    const QString toolFile = table(findData(file, FileRole)).toolFile;
+    return toolFile == file ? QString() : toolFile;
+}
+
 ColorRampComboBox::Table ColorRampComboBox::table(int row) const
 {
     return {itemData(row, FileRole).toString(), itemData(row, ToolFileRole).toString(),

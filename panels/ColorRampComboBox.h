@@ -24,6 +24,9 @@ public:
     /// Puts the table in the place of the one of the same file, or at the end. Returns its row.
     int putTable(const QString &name, const Table &table);
 
+    /// The copy that stands for the file; empty where there is none.
+    QString copyOf(const QString &file) const;
+
     /// Of that row; empty where there is none.
     Table table(int row) const;
     Table currentTable() const { return table(currentIndex()); }

@@ -9,6 +9,13 @@ QEditableComboBox::QEditableComboBox(QWidget *parent)
     setEditable(true);
     setInsertPolicy(QComboBox::NoInsert);
     setCompleter(nullptr);
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_editedRow = currentIndex(); });
+    connect(this, qOverload<int>(&QComboBox::activated), this, [this](int row) {
+        const bool sameRow = row == m_editedRow; // whose index does not change, and no signal of Qt's tells
+        m_editedRow = -1;
+        if (sameRow)
+            emit textReset();
+    });
 }
 
 int QEditableComboBox::chosenIndex() const

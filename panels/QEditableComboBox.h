@@ -24,6 +24,9 @@ public:
     void translateItems(const QStringList &texts);
 
 signals:
-    /// A typed text was replaced by that of the current row.
+    /// A typed text was replaced by that of the current row, by choose() or in the list.
     void textReset();
+
+private:
+    int m_editedRow = -1; ///< current row while another text was typed; -1: none was
 };

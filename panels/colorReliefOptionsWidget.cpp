@@ -93,15 +93,17 @@ ColorReliefOptions colorReliefOptionsWidget::options() const
 
 void colorReliefOptionsWidget::setDem(const DemInfo &dem)
 {
-    if (m_scan.isRunning()) {
+    if (m_scan.isRunning() && (dem.path != m_dem.path || dem.band != m_dem.band)) {
         m_scan.stop();
         m_progress.hide();
     }
     m_dem = dem;
     const bool maySpread = dem.extremes.known || dem.searching;
     m_form->m_pRBRelatifAltitude->setEnabled(maySpread);
-    if (!maySpread)
-        m_form->m_pRBAbsoluteAltitude->setChecked(true);
+    // The user's choice comes back with the elevations: while a path is being typed there is no DEM.
+    const bool wanted = m_spreadWanted;
+    (maySpread && wanted ? m_form->m_pRBRelatifAltitude : m_form->m_pRBAbsoluteAltitude)->setChecked(true);
+    m_spreadWanted = wanted;
     showExtremes();
     updateSpreadNote();
     if (m_spread)
@@ -134,7 +136,9 @@ int colorReliefOptionsWidget::addTable(const QString &file, const ColorTableRead
     if (elevationEntries(table.entries).isEmpty())
         return -1;
     if (!reading.plain || reading.mixedUnits) {
-        table.toolFile = freeTableName(m_workFolder.path(), QFileInfo(file).completeBaseName());
+        table.toolFile = m_form->m_pCBColorTable->copyOf(file);
+        if (table.toolFile.isEmpty())
+            table.toolFile = freeTableName(m_workFolder.path(), QFileInfo(file).completeBaseName());
         if (!writeOwnFile(table.toolFile, toolTableText(table.entries)))
             return -1;
     }
@@ -175,12 +179,17 @@ void colorReliefOptionsWidget::slot_addAColorFile()
                "même ?",
                "MESS_ATN_TC_MIXTE")))
         return;
-    slot_onNewColorFileCreated(file);
+    useTable(file, reading);
 }
 
 void colorReliefOptionsWidget::slot_onNewColorFileCreated(const QString &path)
 {
-    const int row = addTable(path, readColorTable(path));
+    useTable(path, readColorTable(path));
+}
+
+void colorReliefOptionsWidget::useTable(const QString &file, const ColorTableReading &reading)
+{
+    const int row = addTable(file, reading);
     if (row < 0)
         return;
     m_form->m_pCBColorTable->setCurrentIndex(row);
@@ -208,6 +217,7 @@ void colorReliefOptionsWidget::slot_onCurrentColormapChanged(int)
 void colorReliefOptionsWidget::slot_onUseColorsOnAbsolute()
 {
     m_spread = m_form->m_pRBRelatifAltitude->isChecked();
+    m_spreadWanted = m_spread;
     updateSpreadNote();
     slot_onOptionsChanged();
 }
@@ -251,31 +261,35 @@ void colorReliefOptionsWidget::takeExactStatistics(const Extremes &extremes)
         return;
     if (extremes.known)
         emit extremesComputed(extremes);
-    else
+    else if (extremes.unreadable)
         Prompt::warning(
             this, tr("Les altitudes du MNT ne peuvent pas être lues entièrement.", "MESS_STAT_ILLISIBLE"));
-}
-
-Extremes colorReliefOptionsWidget::currentExtremes() const
-{
-    if (m_dem.extremes.known)
-        return m_dem.extremes;
-    ExtremesReader reader(m_dem.path, m_dem.band, ExtremesReader::Estimate);
-    while (reader.advance(1000)) { }
-    return reader.extremes();
+    else
+        Prompt::warning(this, tr("Aucune cellule du MNT ne porte d'altitude.", "MESS_STAT_VIDE"));
 }
 
 QString colorReliefOptionsWidget::colorFile(bool forceAbsolute)
 {
+    refreshCurrentTable();
     const ColorRampComboBox::Table table = m_form->m_pCBColorTable->currentTable();
     return forceAbsolute || !m_spread ? table.toolFile : spreadFile(table.entries);
 }
 
+/// A file that was edited meanwhile counts as it is now, where it still is a table.
+void colorReliefOptionsWidget::refreshCurrentTable()
+{
+    const QString file = m_form->m_pCBColorTable->currentTable().file;
+    if (QFileInfo(file).isFile())
+        addTable(file, readColorTable(file));
+}
+
 QString colorReliefOptionsWidget::spreadFile(const QList<QuvoColorDef> &entries)
 {
-    const Extremes extremes = currentExtremes();
-    if (!extremes.known)
+    const Extremes extremes = m_dem.searching ? estimatedExtremes(m_dem.path, m_dem.band) : m_dem.extremes;
+    if (!extremes.known) {
+        Prompt::warning(this, tr("Aucune cellule du MNT ne porte d'altitude.", "MESS_STAT_VIDE"));
         return {};
+    }
     if (!m_spreadFile.isEmpty())
         QFile::remove(m_spreadFile);
     m_spreadFile = freeTableName(m_workFolder.path(), QStringLiteral("quvoColorTable"));

@@ -38,7 +38,7 @@ public:
 
     /// The file of the table that the tool gets: in the spread mode, unless the chosen table itself is asked
     /// for, one that is written for the DEM when it is asked for; it replaces the one before. Empty when there
-    /// is no table, or after a box that says that it could not be written.
+    /// is no table, or after a box that says why there is no file.
     QString colorFile(bool forceAbsolute);
 
     ColorReliefOptions options() const;
@@ -73,8 +73,9 @@ private:
     void showExtremes();
     void updateSpreadNote();
     void takeExactStatistics(const Extremes &extremes);
-    Extremes currentExtremes() const;
     int addTable(const QString &file, const ColorTableReading &reading);
+    void useTable(const QString &file, const ColorTableReading &reading);
+    void refreshCurrentTable();
     QString spreadFile(const QList<QuvoColorDef> &entries);
     bool writeOwnFile(const QString &path, const QByteArray &text);
 
@@ -83,8 +84,9 @@ private:
     DemInfo m_dem;
     ExtremesScan m_scan;
     QuvoProgressDialog m_progress;
-    bool m_spread = false; ///< the spread mode is chosen
-    QString m_spreadFile;  ///< the file written last for the spread mode
+    bool m_spread = false;       ///< the spread mode is on
+    bool m_spreadWanted = false; ///< the user chose it
+    QString m_spreadFile;        ///< the file written last for the spread mode
     bool m_cancelStatistics = false;
     int m_changeTimer = 0; ///< identifier of the pending change timer; 0: none runs
 };

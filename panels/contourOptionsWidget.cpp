@@ -47,13 +47,18 @@ QString attributeNote(const QString &name)
         .arg(QString::fromUtf8(bytes.left(longest)));
 }
 
-QString levelsNote(const QString &text)
+/// A comma that is typed becomes the point that the tool reads: else 10,5 would be 105.
+template <class Validator> class PointForComma : public Validator
 {
-    return readLevels(text)
-        ? QString()
-        : labelText({"MESS_CN_VAL_INVALIDE",
-                     "Les valeurs spécifiques doivent être des nombres séparés par des espaces."});
-}
+public:
+    using Validator::Validator;
+
+    QValidator::State validate(QString &input, int &cursor) const override
+    {
+        input.replace(QLatin1Char(','), QLatin1Char('.'));
+        return Validator::validate(input, cursor);
+    }
+};
 
 } // namespace
 
@@ -70,7 +75,7 @@ contourOptionsWidget::contourOptionsWidget(QWidget *parent, Qt::WindowFlags flag
     }
     static const QRegularExpression threeDecimals(QStringLiteral("\\d+\\.\\d{3}"));
     for (QLineEdit *field : {m_form->m_pLEElevationInterval, m_form->m_pLEOffset})
-        field->setValidator(new QRegularExpressionValidator(threeDecimals, field));
+        field->setValidator(new PointForComma<QRegularExpressionValidator>(threeDecimals, field));
     connectControls();
     updateNotes();
 }
@@ -85,7 +90,7 @@ void contourOptionsWidget::makeNoDataCombo()
     m_pNoDataCombo->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_pNoDataCombo->setMinimumContentsLength(16);
     constexpr double most = std::numeric_limits<double>::max();
-    auto validator = new QDoubleValidator(-most, most, decimals, m_pNoDataCombo);
+    auto validator = new PointForComma<QDoubleValidator>(-most, most, decimals, m_pNoDataCombo);
     // Numbers are written as the tool reads them; in a French locale 10.5 would be refused and 10,5 taken for
     // 0.
     QLocale numbers = QLocale::c();
@@ -118,6 +123,8 @@ void contourOptionsWidget::connectControls()
     connect(m_pNoDataCombo->lineEdit(), &QLineEdit::textEdited, this,
             &contourOptionsWidget::slot_onOptionsChanged);
 
+    connect(m_pNoDataCombo, &QEditableComboBox::textReset, this, &contourOptionsWidget::slot_onOptionsChanged);
+
     connect(m_form->m_pForecastLabel, &QLabel::linkActivated, this, [this](const QString &interval) {
         m_form->m_pLEElevationInterval->setText(interval);
         m_form->m_pLEElevationInterval->setFocus();
@@ -143,14 +150,9 @@ void contourOptionsWidget::setDem(const DemInfo &dem)
 QStringList contourOptionsWidget::launchWarnings() const
 {
     const ContourOptions asked = options();
-    if (!asked.interval || !asked.fixedLevels.isEmpty())
-        return {};
-    const double levels = levelCount(m_dem.extremes, *asked.interval, asked.offset.value_or(0.0));
-    if (levels <= manyLevels)
-        return {};
-    return {tr("Cet intervalle donne environ %1 niveaux sur ce MNT ; le fichier pourrait être énorme.",
-               "MESS_CN_TROP")
-                .arg(locale().toString(levels, 'f', 0))};
+    const Extremes extremes = m_dem.searching ? estimatedExtremes(m_dem.path, m_dem.band) : m_dem.extremes;
+    const QString warning = manyLevelsWarning(asked, extremes);
+    return warning.isEmpty() ? QStringList() : QStringList{warning};
 }
 
 ContourOptions contourOptionsWidget::options() const
@@ -177,7 +179,7 @@ void contourOptionsWidget::updateNotes()
     const ContourOptions asked = options();
     m_form->m_pForecastLabel->setText(forecast(asked)); // beside its field, so that its room stays
     setNote(m_form->m_pAttributeNote, attributeNote(asked.attribute));
-    setNote(m_form->m_pLevelsNote, levelsNote(asked.fixedLevels));
+    setNote(m_form->m_pLevelsNote, levelsProblem(asked.fixedLevels));
     setNote(m_form->m_pOffsetNote, numberNote(m_form->m_pLEOffset->text()));
     const QString ignored = asked.everyValueValid ? QString() : m_pNoDataCombo->currentText();
     setNote(m_form->m_pNoDataNote, numberNote(ignored));

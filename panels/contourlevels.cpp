@@ -1,5 +1,8 @@
 #include "panels/contourlevels.h"
 
+#include "messages/label.h"
+
+#include <QLocale>
 #include <QStringList>
 
 #include <cmath>
@@ -40,4 +43,30 @@ std::optional<QVector<double>> readLevels(const QString &text)
         levels += level;
     }
     return levels;
+}
+
+QString levelsProblem(const QString &text)
+{
+    constexpr int most = 1000; // the tool's own limit
+    const auto levels = readLevels(text);
+    if (!levels || (levels->isEmpty() && !text.isEmpty()))
+        return labelText({"MESS_CN_VAL_INVALIDE",
+                          "Les valeurs spécifiques doivent être des nombres séparés par des espaces."});
+    if (levels->size() > most)
+        return labelText({"MESS_CN_VAL_TROP", "L'outil ne prend pas plus de %1 valeurs spécifiques."})
+            .arg(most);
+    return {};
+}
+
+QString manyLevelsWarning(const ContourOptions &options, const Extremes &extremes)
+{
+    constexpr double many = 2000.0;
+    if (!options.interval || !options.fixedLevels.isEmpty())
+        return {};
+    const double levels = levelCount(extremes, *options.interval, options.offset.value_or(0.0));
+    if (levels <= many)
+        return {};
+    return labelText({"MESS_CN_TROP",
+                      "Cet intervalle donne environ %1 niveaux sur ce MNT ; le fichier pourrait être énorme."})
+        .arg(QLocale().toString(levels, 'f', 0));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dataset/extremes.h"
+#include "panels/fragments.h"
 
 #include <QString>
 #include <QVector>
@@ -20,5 +21,9 @@ std::optional<double> roundInterval(const Extremes &extremes);
 /// The levels in a text of numbers separated by blanks (C locale); none when something in it is no number.
 std::optional<QVector<double>> readLevels(const QString &text);
 
-/// A launch that makes more levels than this asks first.
-constexpr double manyLevels = 2000.0;
+/// Why the tool would not take the levels of a text, in a sentence: no numbers, or more than it can; empty when
+/// it would.
+QString levelsProblem(const QString &text);
+
+/// A sentence where the options make more than 2,000 levels of the DEM; empty otherwise.
+QString manyLevelsWarning(const ContourOptions &options, const Extremes &extremes);

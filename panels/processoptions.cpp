@@ -168,11 +168,7 @@ QString contourProblem(const ContourOptions &options)
         return labelText({"MESS_OPT_CN_RIEN", "Indiquez interval ou fixedLevels."});
     if (options.interval && *options.interval <= 0.0)
         return labelText({"MESS_CN_INTERV_NUL", "Un intervalle de 0 ne donne aucune courbe."});
-    const auto levels = readLevels(options.fixedLevels);
-    if (!levels || (levels->isEmpty() && !options.fixedLevels.isEmpty()))
-        return labelText({"MESS_CN_VAL_INVALIDE",
-                          "Les valeurs spécifiques doivent être des nombres séparés par des espaces."});
-    return {};
+    return levelsProblem(options.fixedLevels);
 }
 
 } // namespace

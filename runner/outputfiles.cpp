@@ -15,6 +15,23 @@
 namespace
 {
 
+/// What the driver may put beside a file under its base name.
+QStringList sideExtensions(const QuvoOutputFile &output)
+{
+    const auto isDriver = [&](const char *name) {
+        return output.driver.compare(QLatin1String(name), Qt::CaseInsensitive) == 0;
+    };
+    if (isDriver("ESRI Shapefile"))
+        return {"shx", "dbf", "prj", "cpg", "qix", "sbn", "sbx", "idm", "ind", "qpj"};
+    if (isDriver("MapInfo File"))
+        return {"tab", "map", "id", "dat", "ind", "mif", "mid"};
+    if (isDriver("GML"))
+        return {"xsd", "gfs"};
+    if (output.kind == QuvoOutputFileKind::Vector)
+        return {};
+    return {"hdr", "prj", "clr", "stx", "aux", "aux.xml", "ers", "rrd", "wld", "tfw", "blw"};
+}
+
 void removePlainly(const QString &path)
 {
     const QFileInfo file(path);
@@ -46,11 +63,11 @@ void deleteWhatCame(const QuvoOutputFile &file)
 
 void deleteOutputFile(const QuvoOutputFile &file)
 {
+    if (file.before)
+        deleteWhatCame(file); // which may be there before the file itself
     if (!QFile::exists(file.path))
         return;
-    if (file.before)
-        deleteWhatCame(file);
-    else if (file.kind != QuvoOutputFileKind::PlainFile)
+    if (!file.before && file.kind != QuvoOutputFileKind::PlainFile)
         deleteThroughDriver(file);
     if (QFile::exists(file.path))
         removePlainly(file.path);
@@ -58,14 +75,11 @@ void deleteOutputFile(const QuvoOutputFile &file)
 
 QStringList namesakes(const QuvoOutputFile &output)
 {
-    // What drivers put beside a file under its base name.
-    static const QStringList sideExtensions{"hdr", "prj", "clr", "stx", "aux", "aux.xml", "ers", "rrd",
-                                            "wld", "tfw", "blw", "dbf", "shx", "cpg",     "qix", "sbn",
-                                            "sbx", "xsd", "gfs", "map", "id",  "dat",     "ind", "mid"};
     // A database's journals stand under its whole name and a hyphen.
     static const QStringList journals{"-journal", "-wal", "-shm"};
     const QFileInfo file(output.path);
     const QString base = file.completeBaseName();
+    const QStringList besides = sideExtensions(output);
     QStringList found;
     for (const QFileInfo &other :
          QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System)) {
@@ -75,7 +89,7 @@ QStringList namesakes(const QuvoOutputFile &output)
         const bool byBaseName = output.ownsBaseName && name != file.fileName()
             && (name == base
                 || (name.startsWith(base + QLatin1Char('.'))
-                    && sideExtensions.contains(name.mid(base.size() + 1), Qt::CaseInsensitive)));
+                    && besides.contains(name.mid(base.size() + 1), Qt::CaseInsensitive)));
         if (byWholeName || byBaseName)
             found += other.absoluteFilePath();
     }

@@ -54,20 +54,30 @@ void ColorTableTest::lines_data()
     row("1500, 255, 0, 0", "1500 255 0 0 255");
     row("50% 0 0 255 128", "50% 0 0 255 128");
     row("nv 0 0 0 0", "-9999 0 0 0 0");
-    row("NV 0 0 0", "-9999 0 0 0 255");
+    row("NV 0 0 0", "-9999 0 0 0 255", false);
     row("-9999 1 2 3", "-9999 1 2 3 255", false); // an elevation to the tool
     row("-9999.0\t1 2 3", "-9999 1 2 3 255", false);
     row("10\t1  2:3,4\r\n", "10 1 2 3 4");
-    row(" 10 1 2 3 ", "10 1 2 3 255");
+    row(" 10 1 2 3 ", "10 1 2 3 255", false);
     row("10;1;2;3", "10 1 2 3 255", false);
-    row("10 1 2 3 4 5 6", "10 1 2 3 4");
-    row("10 1 2 3,", "10 1 2 3 255");
-    row("1.5e2 1 2 3", "150 1 2 3 255");
+    row("10 1 2 3 4 5 6", "10 1 2 3 4", false);
+    row("10 1 2 3,", "10 1 2 3 255", false);
+    row("1.5e2 1 2 3", "150 1 2 3 255", false);
+    row("-12.5% 1 2 3", "", false, true);
+    row("\xef\xbb\xbf"
+        "10 1 2 3",
+        "10 1 2 3 255", false);
+    row("\xc2\xa0"
+        "10 1 2 3",
+        "10 1 2 3 255", false);
+    row("# COLOR_MODEL = RGB", "", false);    // the tool would take the file for another format
     row("10 green", "10 0 128 0 255", false); // other colours to the tool
     row("10 green x", "10 0 128 0 255", false);
     row("10 #0a0b0c", "10 10 11 12 255", false);
-    for (const char *skipped : {"", "#10 1 2 3", "# x", "// 10 1 2 3", "10", "   ", ";;"})
+    for (const char *skipped : {"", "#10 1 2 3", "# x", "// 10 1 2 3"})
         row(skipped, "");
+    for (const char *skipped : {"10", "   ", ";;", ";# a b c d", "500 ;"}) // some are entries to the tool
+        row(skipped, "", false);
     for (const char *broken : {"abc 1 2 3", "101% 1 2 3", "-1% 1 2 3", "% 1 2 3", "nan 1 2 3", "inf 1 2 3",
                                "1e999 1 2 3", "10 1 2 256", "10 -1 2 3", "10 1 2 3 300", "10 1 2 x",
                                "10 1.5 2 3", "10 nocolour", "0x10 1 2 3", "50 % 1 2 3"})
@@ -89,7 +99,7 @@ void ColorTableTest::wholeTable()
 {
     // Stable: of the two entries on 0 the first stays first.
     const ColorTableReading reading =
-        parseColorTable("\xef\xbb\xbf# c\r\n100 3 3 3\r\nnv 9 9 9\r\n0 1 1 1\r\n0 2 2 2\r\n-50 0 0 0");
+        parseColorTable("# c\r\n100 3 3 3\r\nnv 9 9 9\r\n0 1 1 1\r\n0 2 2 2\r\n-50 0 0 0");
     QCOMPARE(described(reading.entries),
              (QStringList{"-9999 9 9 9 255", "-50 0 0 0 255", "0 1 1 1 255", "0 2 2 2 255", "100 3 3 3 255"}));
     QVERIFY(reading.plain && !reading.relative && !reading.mixedUnits);
@@ -116,6 +126,10 @@ void ColorTableTest::badFiles()
     QVERIFY(!readColorTable(folder.filePath("absent")).error.isEmpty());
     QVERIFY(!readColorTable(write("binary", QByteArray("10 1 2 3\n\0", 10))).error.isEmpty());
     QVERIFY(!readColorTable(write("huge", QByteArray(100'000'000, '1'))).error.isEmpty());
+    QByteArray many;
+    for (int at = 0; at < 300000; ++at)
+        many += "1 2 3 4\n";
+    QVERIFY(!readColorTable(write("long", many)).error.isEmpty());
     const QString pipe = folder.filePath("pipe");
     QCOMPARE(::mkfifo(pipe.toUtf8().constData(), 0600), 0);
     QVERIFY(!readColorTable(pipe).error.isEmpty()); // and does not wait for a writer

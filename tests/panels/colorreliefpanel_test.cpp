@@ -164,6 +164,11 @@ void ColorReliefPanelTest::spreadFileFollowsDemAndTable()
     panel.widget.setDem({"/other.tif", 1, {}, false});
     QVERIFY(panel.predefined->isChecked() && !panel.spread->isEnabled());
     QVERIFY(panel.widget.colorFile(false).endsWith("/b.txt"));
+    panel.widget.setDem({"/other.tif", 1, metres, false});
+    QVERIFY(panel.spread->isChecked()); // the user's choice comes back
+
+    write("b.txt", "0 8 8 8\n10 1 1 1\n"); // edited meanwhile
+    QVERIFY(bytesOf(panel.widget.colorFile(false)).contains("300\t1  1  1"));
 }
 
 void ColorReliefPanelTest::exactStatistics()

@@ -79,15 +79,15 @@ void ContourPanelTest::typedByKeys()
     const QSignalSpy changed(&panel.widget, &contourOptionsWidget::completeChanged);
     QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" "));
     QVERIFY(!panel.widget.isComplete());
-    QTest::keyClicks(panel.field("m_pLEElevationInterval"), "1,0.000x5");
+    QTest::keyClicks(panel.field("m_pLEElevationInterval"), "10,000x5");
     QCOMPARE(panel.field("m_pLEElevationInterval")->text(), QStringLiteral("10.000"));
     QCOMPARE(changed.count(), 6);
     QVERIFY(panel.widget.isComplete());
     QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" -i \"10\" "));
 
     QTest::keyClicks(panel.field("m_pLEOffset"), "2.5");
-    QTest::keyClicks(panel.noData->lineEdit(), "10,5.5");
-    QCOMPARE(panel.noData->currentText(), QStringLiteral("105.5")); // no comma gets in
+    QTest::keyClicks(panel.noData->lineEdit(), "105,5");
+    QCOMPARE(panel.noData->currentText(), QStringLiteral("105.5")); // the tool reads a point
     panel.field("m_pLEElevationAttribute")->setText("a\" b%1");
     panel.box("m_pChB3D")->click();
     QCOMPARE(panel.arguments(),

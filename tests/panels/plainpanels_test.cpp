@@ -54,6 +54,9 @@ void PlainPanelsTest::slope()
     QTest::keyClicks(scale->lineEdit(), QStringLiteral("2.5"));
     QVERIFY(panel.isComplete());
     QVERIFY(panel.getCommandArguments().endsWith(QStringLiteral("-s 2.5 ")));
+    emit scale->activated(2); // the row that was current before the text was typed
+    scale->setEditText(scale->itemText(2));
+    QCOMPARE(changed.count(), 8);
     click(panel, "m_pPBResetScale");
     QVERIFY(panel.getCommandArguments().endsWith(QStringLiteral("-s 1 ")));
     QVERIFY(!reset->isEnabled());

@@ -162,6 +162,14 @@ void ProductsTest::colorTables()
     QCOMPARE(relief("pour cent.txt"), 0);
     QCOMPARE(bytesOf(path("metres.tif.aux.xml")), aux); // the tool wrote its statistics there
     QFile::remove(path("metres.tif.aux.xml"));
+    write("virtuel.vrt",
+          "<VRTDataset rasterXSize=\"64\" rasterYSize=\"64\"><VRTRasterBand dataType=\"Float32\" "
+          "band=\"1\"><SimpleSource><SourceFilename relativeToVRT=\"1\">metres.tif</SourceFilename>"
+          "</SimpleSource></VRTRasterBand></VRTDataset>");
+    const QByteArray virtualRaster = bytesOf(path("virtuel.vrt"));
+    QCOMPARE(relief("pour cent.txt", {"--input", path("virtuel.vrt")}), 0);
+    QCOMPARE(bytesOf(path("virtuel.vrt")), virtualRaster);
+    QVERIFY(files("*.aux.xml").isEmpty());
 
     write("faux.txt", "0 0 0 0\n10 1 2 300\n");
     QCOMPARE(relief("faux.txt"), 2);
@@ -184,6 +192,15 @@ void ProductsTest::vectorOutputIsReplacedWhole()
     QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
     QCOMPARE(files("lignes.*"),
              (QStringList{"lignes.dbf", "lignes.prj", "lignes.shp", "lignes.shx", "lignes.txt"}));
+
+    QFile precious(path("autre.mif")); // MapInfo's other half of a .mid
+    QVERIFY(precious.open(QIODevice::WriteOnly) && precious.write("mine") == 4);
+    precious.close();
+    QCOMPARE(batch(contours + QStringList{"--of", "MapInfo File", "--output", path("autre.mid")}), 2);
+    QCOMPARE(batch(contours + QStringList{"--of", "MapInfo File", "--output", path("autre.tab")}), 2);
+    QCOMPARE(bytesOf(precious.fileName()), QByteArray("mine"));
+    QCOMPARE(batch(contours + QStringList{"--of", "CSV", "--output", path("sans.csv")}), 1); // holds no lines
+    QVERIFY(!QFile::exists(path("sans.csv")));
 
     // Of a file with several layers nothing is left but the new one.
     const QStringList package{"--of", "GPKG", "--output", path("lignes.gpkg"), "--overwrite"};
@@ -208,12 +225,13 @@ void ProductsTest::stoppedContoursLeaveNothing()
 {
     QVERIFY(writeHill(path("gros.tif"), 3000));
     const QStringList before = files("*");
-    for (const char *name : {"arrêt.shp", "arrêt.gpkg"}) {
+    for (const auto &[name, format] :
+         {std::pair{"arrêt.shp", "ESRI Shapefile"}, {"arrêt.gpkg", "GPKG"}, {"arrêt.tab", "MapInfo File"}}) {
         QProcess process;
         process.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
                       {"--process", "contour", "--set", "interval=0.5", "--input", path("gros.tif"), "--output",
-                       path(name), "--of", QString(name).endsWith("gpkg") ? "GPKG" : "ESRI Shapefile"});
-        QTRY_VERIFY(QFile::exists(path(name)));
+                       path(name), "--of", format});
+        QTRY_VERIFY(!files("arrêt.*").isEmpty());
         QTest::qWait(300);
         process.terminate();
         QVERIFY(process.waitForFinished());
