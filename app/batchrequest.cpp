@@ -1,6 +1,7 @@
 #include "app/batchrequest.h"
 
 #include "app/batchcolortable.h"
+#include "app/batchobservers.h"
 #include "app/outputname.h"
 #include "app/recipe.h"
 #include "app/runplan.h"
@@ -124,6 +125,12 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
             batch.warning =
                 labelText({"MESS_LOT_TABLE_TEMP",
                            "La table couleur de cette commande est un fichier temporaire de ce programme."});
+    }
+    if (const auto *zones = std::get_if<IntervisibilityOptions>(&recipe.options)) {
+        const BatchObservers observers = batchObservers(*zones, request.input, request.band, workFolder);
+        request.fragment = observers.fragment;
+        batch.problem = observers.problem;
+        batch.warning = observers.warning;
     }
     if (const auto *contours = std::get_if<ContourOptions>(&recipe.options); contours && contours->interval)
         batch.warning = manyLevelsWarning(*contours, estimatedExtremes(request.input, request.band));

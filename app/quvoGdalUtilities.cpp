@@ -15,6 +15,7 @@
 #include "panels/aspectOptionsWidget.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/contourOptionsWidget.h"
+#include "panels/intervisibilityOptionsWidget.h"
 #include "panels/shadedOptionsWidget.h"
 #include "panels/slopeOptionsWidget.h"
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
@@ -75,7 +76,8 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     addPanel(Process::ShadedRelief, new shadedOptionsWidget, m_form->shadedTab);
     addPanel(Process::Slope, new slopeOptionsWidget, m_form->slopeTab);
     addPanel(Process::Aspect, new aspectOptionsWidget, m_form->aspectTab);
-    hideTab(Process::Intervisibility, m_form->intervisibilityTab);
+    addPanel(Process::Intervisibility, new intervisibilityOptionsWidget(m_workFolder),
+             m_form->intervisibilityTab);
     m_colorRelief = new colorReliefOptionsWidget(m_workFolder);
     addPanel(Process::ColorRelief, m_colorRelief, m_form->colorReliefTab);
     connect(m_colorRelief, &colorReliefOptionsWidget::extremesComputed, m_input.get(), &InputDem::setExtremes);
@@ -103,13 +105,6 @@ template <class Panel> void quvoGdalUtilities::addPanel(Process process, Panel *
     connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_activeLaunchButton);
     connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
     connect(m_input.get(), &InputDem::demChanged, panel, &Panel::setDem);
-}
-
-void quvoGdalUtilities::hideTab(Process process, QWidget *tab)
-{
-    const auto at = static_cast<std::size_t>(process);
-    m_tabIndexes[at] = m_form->m_pTabWidget->indexOf(tab);
-    m_form->m_pTabWidget->setTabVisible(m_tabIndexes[at], false); // hidden, so that the indexes stay
 }
 
 void quvoGdalUtilities::connectControls()

@@ -69,7 +69,6 @@ private:
     static constexpr int processCount = 7;
 
     template <class Panel> void addPanel(Process process, Panel *panel, QWidget *tab);
-    void hideTab(Process process, QWidget *tab);
     void connectControls();
     void applyTexts();
     void restoreGeometryFromSettings();
@@ -94,8 +93,7 @@ private:
     QString m_lastChosenFolder; ///< of the DEM that was last chosen in a file dialog
     bool m_keepStartingDir = false;
 
-    // By process, in the order of the enumeration: the index of its tab, and its panel (null: its tab is
-    // hidden).
+    // By process, in the order of the enumeration: the index of its tab, and its panel.
     std::array<int, processCount> m_tabIndexes{};
     std::array<optionsWidget *, processCount> m_panels{};
 };

@@ -59,3 +59,19 @@ QStringList formatExtensions(const QString &name)
         list = driver->GetMetadataItem(GDAL_DMD_EXTENSION);
     return QString::fromUtf8(list).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
+
+QStringList vectorFilePatterns()
+{
+    QStringList patterns;
+    GDALDriverManager *manager = GetGDALDriverManager();
+    for (int at = 0; at < manager->GetDriverCount(); ++at) {
+        GDALDriver *driver = manager->GetDriver(at);
+        if (!says(driver, GDAL_DCAP_VECTOR))
+            continue;
+        for (const QString &extension : formatExtensions(QString::fromUtf8(driver->GetDescription())))
+            patterns += QStringLiteral("*.") + extension;
+    }
+    patterns.sort();
+    patterns.removeDuplicates();
+    return patterns;
+}

@@ -19,3 +19,6 @@ bool hasCreationOption(const QString &driver, const QString &option);
 /// File name extensions of the driver without their dot, the usual one first ("tif", "tiff"); empty for a
 /// driver that names none or does not exist.
 QStringList formatExtensions(const QString &driver);
+
+/// Patterns of the files that GDAL's vector drivers read ("*.shp", "*.gpkg", …), each once.
+QStringList vectorFilePatterns();

@@ -58,3 +58,9 @@ QString WorkFolder::path()
     sweepDeadFolders(QFileInfo(m_folder->path()).ownerId());
     return m_folder->path();
 }
+
+QString WorkFolder::newFolder()
+{
+    const QString folder = QStringLiteral("%1/%2").arg(path(), QString::number(++m_folders));
+    return !path().isEmpty() && QDir().mkpath(folder) ? folder : QString();
+}

@@ -21,7 +21,11 @@ public:
     /// Absolute; empty when none can be made.
     QString path();
 
+    /// A new folder in it; empty when none can be made.
+    QString newFolder();
+
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QLockFile> m_lock; ///< tells others that the process lives
+    int m_folders = 0;                 ///< that were made in it
 };

@@ -2,23 +2,15 @@
 
 #include "panels/QEditableComboBox.h"
 #include "panels/contourlevels.h"
+#include "panels/numberfield.h"
 #include "ui_contourOptionsWidget.h"
 
-#include <QDoubleValidator>
 #include <QEvent>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
 
-#include <limits>
-
 namespace
 {
-
-/// The number in a field: none for an empty one, 0 for what is no number.
-std::optional<double> fieldNumber(const QString &text)
-{
-    return text.isEmpty() ? std::nullopt : std::optional<double>(text.toDouble());
-}
 
 /// An empty note takes no room.
 void setNote(QLabel *note, const QString &text)
@@ -46,19 +38,6 @@ QString attributeNote(const QString &name)
     return labelText({"MESS_CN_ATTR_LONG", "Un shapefile ne garde que 10 caractères de ce nom : « %1 »."})
         .arg(QString::fromUtf8(bytes.left(longest)));
 }
-
-/// A comma that is typed becomes the point that the tool reads: else 10,5 would be 105.
-template <class Validator> class PointForComma : public Validator
-{
-public:
-    using Validator::Validator;
-
-    QValidator::State validate(QString &input, int &cursor) const override
-    {
-        input.replace(QLatin1Char(','), QLatin1Char('.'));
-        return Validator::validate(input, cursor);
-    }
-};
 
 } // namespace
 
@@ -89,14 +68,7 @@ void contourOptionsWidget::makeNoDataCombo()
     m_pNoDataCombo = new QEditableComboBox(this);
     m_pNoDataCombo->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_pNoDataCombo->setMinimumContentsLength(16);
-    constexpr double most = std::numeric_limits<double>::max();
-    auto validator = new PointForComma<QDoubleValidator>(-most, most, decimals, m_pNoDataCombo);
-    // Numbers are written as the tool reads them; in a French locale 10.5 would be refused and 10,5 taken for
-    // 0.
-    QLocale numbers = QLocale::c();
-    numbers.setNumberOptions(QLocale::RejectGroupSeparator | QLocale::OmitGroupSeparator);
-    validator->setLocale(numbers);
-    m_pNoDataCombo->setValidator(validator);
+    m_pNoDataCombo->setValidator(makeNumberValidator(decimals, m_pNoDataCombo));
     m_pNoDataCombo->addItems({QStringLiteral("-9999"), QStringLiteral("-32768")});
     m_pNoDataCombo->setCurrentIndex(-1);
     m_form->m_pFieldsLayout->setWidget(fieldRow, QFormLayout::FieldRole, m_pNoDataCombo);

@@ -2,6 +2,9 @@
 
 #include "panels/quoting.h"
 
+#include <QColor>
+#include <QRegularExpression>
+
 #include <iterator>
 
 QString scaleRatio(int scaleIndex, const QString &scaleText)
@@ -89,6 +92,32 @@ QString contourFragment(const ContourOptions &options)
     fragment += number("-off", options.offset);
     if (!options.fixedLevels.isEmpty())
         fragment += QStringLiteral("-fl ") + options.fixedLevels + QLatin1Char(' ');
+    return fragment;
+}
+
+QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile)
+{
+    static const QRegularExpression plainPath(QStringLiteral("^[A-Za-z0-9_./+:@-]+$"));
+    const auto color = [](const char *name, const QString &value) {
+        const QColor parts(value);
+        return QStringLiteral("%1 %2 %3 %4 ")
+            .arg(QLatin1String(name), QString::number(parts.red()), QString::number(parts.green()),
+                 QString::number(parts.blue()));
+    };
+    QString fragment;
+    if (!pointFile.isEmpty())
+        fragment += QStringLiteral("-point_file ")
+            + (plainPath.match(pointFile).hasMatch() ? pointFile : quotedArgument(pointFile))
+            + QLatin1Char(' ');
+    if (!options.combined)
+        fragment += QStringLiteral("-DstOp OVERWRITE ");
+    else if (!options.combination.isEmpty())
+        fragment += QStringLiteral("-DstOp ") + options.combination + QLatin1Char(' ');
+    if (options.groundHeight)
+        fragment += QStringLiteral("-SH %1 ").arg(*options.groundHeight, 0, 'g', 6);
+    fragment += color("-CNOZ", options.hiddenColor);
+    fragment += color("-COZ", options.visibleColor);
+    fragment += color("-CNoData", options.noDataColor);
     return fragment;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panels/observerpoints.h"
+
 #include <QString>
 
 #include <optional>
@@ -87,6 +89,26 @@ struct ColorReliefOptions
 };
 
 QString colorReliefFragment(const ColorReliefOptions &options);
+
+/// Options of the intervisibility process. The observers reach the tool in a file.
+struct IntervisibilityOptions
+{
+    QList<ObserverPoint> observers;
+    QString points;                                          ///< vector source with more observers; empty: none
+    double height = ObserverPoint().height;                  ///< of the source's observers
+    QString mode = altitudeModeText(AltitudeMode::Relative); ///< what that height counts from
+    double distance = ObserverPoint().maxDistance;           ///< how far they see, in metres; 0: without limit
+    double step = 0.0;     ///< between points on the source's lines, in the DEM's unit; 0: a cell
+    bool combined = false; ///< several observers: `combination` holds
+    QString combination = QStringLiteral("OR"); ///< "OR": seen by one at least; "AND": by all of them
+    std::optional<double> groundHeight = 0.0;   ///< of what is seen, above the ground
+    QString visibleColor = QStringLiteral("#009e73");
+    QString hiddenColor = QStringLiteral("#d55e00");
+    QString noDataColor = QStringLiteral("#000000");
+};
+
+/// pointFile: the shapefile of the observers (writePointFile()); empty: the tool gets none.
+QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile);
 
 /// Whether the options are enough to launch the process: a typed ratio is not empty, and there is an interval
 /// or a level.

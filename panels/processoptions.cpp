@@ -1,7 +1,9 @@
 #include "panels/processoptions.h"
 
+#include "dataset/pathencoding.h"
 #include "panels/contourlevels.h"
 
+#include <QColor>
 #include <QDir>
 #include <QFileInfo>
 #include <QStringList>
@@ -105,6 +107,33 @@ const QVector<RecordField<ColorReliefOptions>> &fieldsOf(const ColorReliefOption
     return fields;
 }
 
+const QVector<RecordField<IntervisibilityOptions>> &fieldsOf(const IntervisibilityOptions &)
+{
+    static const QVector<RecordField<IntervisibilityOptions>> fields{
+        QUVO_FIELD(IntervisibilityOptions, points, 0, 0, "MESS_OPT_OBS_SOURCE",
+                   "fichier vecteur dont les points, et les lignes échantillonnées, sont des observateurs"),
+        QUVO_FIELD(IntervisibilityOptions, height, -highestElevation, highestElevation, "MESS_OPT_OBS_HAUTEUR",
+                   "hauteur ou altitude de ces observateurs"),
+        QUVO_FIELD(IntervisibilityOptions, mode, 0, 0, "MESS_OPT_OBS_MODE",
+                   "Relative : au-dessus du sol ; Absolute : altitude"),
+        QUVO_FIELD(IntervisibilityOptions, distance, 0, highestElevation, "MESS_OPT_OBS_DIST",
+                   "distance maximale de leur vue, en mètres ; 0 : sans limite"),
+        QUVO_FIELD(IntervisibilityOptions, step, 0, highestElevation, "MESS_OPT_OBS_PAS",
+                   "pas d'échantillonnage des lignes, dans l'unité du MNT ; 0 : une cellule"),
+        QUVO_FIELD(IntervisibilityOptions, combination, 0, 0, "MESS_OPT_OBS_COMBIN",
+                   "OR : zones vues par un observateur au moins ; AND : par tous"),
+        QUVO_FIELD(IntervisibilityOptions, groundHeight, -highestElevation, highestElevation,
+                   "MESS_OPT_OBS_SOL", "hauteur ajoutée au sol des points dont la visibilité est calculée"),
+        QUVO_FIELD(IntervisibilityOptions, visibleColor, 0, 0, "MESS_OPT_COUL_VIS",
+                   "couleur des zones visibles"),
+        QUVO_FIELD(IntervisibilityOptions, hiddenColor, 0, 0, "MESS_OPT_COUL_NVIS",
+                   "couleur des zones non visibles"),
+        QUVO_FIELD(IntervisibilityOptions, noDataColor, 0, 0, "MESS_OPT_COUL_NDEF",
+                   "couleur des zones non définies"),
+    };
+    return fields;
+}
+
 const QVector<RecordField<ContourOptions>> &fieldsOf(const ContourOptions &)
 {
     constexpr double highest = highestElevation;
@@ -132,6 +161,7 @@ struct Word
     QString operator()(const SlopeOptions &) const { return QStringLiteral("slope"); }
     QString operator()(const AspectOptions &) const { return QStringLiteral("aspect"); }
     QString operator()(const TerrainIndexOptions &record) const { return terrainIndexWord(record.type); }
+    QString operator()(const IntervisibilityOptions &) const { return QStringLiteral("intervisibility"); }
     QString operator()(const ColorReliefOptions &) const { return QStringLiteral("color-relief"); }
     QString operator()(const ContourOptions &) const { return QStringLiteral("contour"); }
 };
@@ -142,6 +172,10 @@ struct Fragment
     QString operator()(const SlopeOptions &record) const { return slopeFragment(record); }
     QString operator()(const AspectOptions &record) const { return aspectFragment(record); }
     QString operator()(const TerrainIndexOptions &record) const { return terrainIndexFragment(record); }
+    QString operator()(const IntervisibilityOptions &record) const
+    {
+        return intervisibilityFragment(record, {});
+    }
     QString operator()(const ColorReliefOptions &record) const { return colorReliefFragment(record); }
     QString operator()(const ContourOptions &record) const { return contourFragment(record); }
 };
@@ -160,6 +194,38 @@ QString scaleProblem(int scaleIndex, const QString &scaleText)
         return {};
     return labelText({"MESS_OPT_RAPPORT_INV", "scaleText doit être un nombre positif, pas « %1 »."})
         .arg(scaleText);
+}
+
+QString intervisibilityProblem(const IntervisibilityOptions &options)
+{
+    if (options.observers.isEmpty() && options.points.isEmpty())
+        return labelText(
+            {"MESS_OBS_AUCUN", "Indiquez des observateurs : points (un fichier vecteur) ou observers."});
+    if (!readAltitudeMode(options.mode))
+        return labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
+    if (options.combination != QLatin1String("OR") && options.combination != QLatin1String("AND"))
+        return labelText({"MESS_OBS_COMBIN", "combination doit être OR ou AND."});
+    for (const QString &color : {options.visibleColor, options.hiddenColor, options.noDataColor}) {
+        if (!QColor(color).isValid())
+            return labelText({"MESS_OBS_COULEUR", "« %1 » n'est pas une couleur ; écrivez-la #RRVVBB."})
+                .arg(color);
+    }
+    return {};
+}
+
+/// The rows of a recipe's "observers".
+QString setObservers(IntervisibilityOptions &options, const QVariant &value)
+{
+    QString problem;
+    if (value.userType() != QMetaType::QVariantList)
+        return labelText({"MESS_OBS_TABLEAU", "observers doit être un tableau d'observateurs."});
+    options.observers.clear();
+    for (const QVariant &row : value.toList()) {
+        options.observers += readPointRow(row.toMap(), problem);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return {};
 }
 
 QString contourProblem(const ContourOptions &options)
@@ -184,6 +250,8 @@ QString optionsProblem(const ProcessOptions &options)
         []<class Record>(const Record &record) {
             if constexpr (HasScale<Record>)
                 return scaleProblem(record.scaleIndex, record.scaleText);
+            else if constexpr (std::is_same_v<Record, IntervisibilityOptions>)
+                return intervisibilityProblem(record);
             else if constexpr (std::is_same_v<Record, ContourOptions>)
                 return contourProblem(record);
             else
@@ -207,6 +275,10 @@ void settle(ProcessOptions &options, const QStringList &givenFields)
 
 void resolveFiles(ProcessOptions &options, const QString &folder)
 {
+    if (auto *observers = std::get_if<IntervisibilityOptions>(&options)) {
+        if (!observers->points.isEmpty())
+            observers->points = dataSetName(observers->points, folder);
+    }
     auto *colors = std::get_if<ColorReliefOptions>(&options);
     if (!colors || colors->table.isEmpty())
         return;
@@ -222,6 +294,9 @@ QString argumentFragment(const ProcessOptions &options)
 
 QString setOption(ProcessOptions &options, const QString &name, const QVariant &value)
 {
+    auto *observers = std::get_if<IntervisibilityOptions>(&options);
+    if (observers && name == QLatin1String("observers"))
+        return setObservers(*observers, value);
     return std::visit(
         [&](auto &record) {
             QStringList names;

@@ -8,7 +8,7 @@
 /// The option record of any process. A new process adds its record here, its table of fields, its word and its
 /// fragment in the .cpp file.
 using ProcessOptions = std::variant<ShadedOptions, SlopeOptions, AspectOptions, TerrainIndexOptions,
-                                    ColorReliefOptions, ContourOptions>;
+                                    IntervisibilityOptions, ColorReliefOptions, ContourOptions>;
 
 /// The process's word in recipes and on the command line, and the mode of the DEM tool ("hillshade", "TPI").
 QString processWord(const ProcessOptions &options);
@@ -22,7 +22,8 @@ void settle(ProcessOptions &options, const QStringList &givenFields);
 /// Takes the names of files in the options for names in that folder where they are relative.
 void resolveFiles(ProcessOptions &options, const QString &folder);
 
-/// The argument fragment of the options (panels/fragments.h).
+/// The argument fragment of the options (panels/fragments.h); without the file of the observers, which whoever
+/// writes it adds.
 QString argumentFragment(const ProcessOptions &options);
 
 /// Sets the field of that name. Returns why it could not, in a sentence that names the fields there are where

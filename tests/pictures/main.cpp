@@ -10,7 +10,10 @@
 #include "app/stylesheet.h"
 #include "dataset/gdalmessages.h"
 #include "messages/QuvoLanguageManager.h"
+#include "panels/AbsoluteHeightEditor.h"
 #include "panels/colorReliefOptionsWidget.h"
+#include "panels/intervisibilityOptionsWidget.h"
+#include "panels/intervisibilityProcessInfoDialog.h"
 #include "runner/ProgressWidget.h"
 #include "runner/QuvoProgressDialog.h"
 
@@ -70,6 +73,8 @@ void addMainDialog(Album &album)
     dialog.setInputDem(folder.filePath(QStringLiteral("dem.tif")));
     dialog.findChild<colorReliefOptionsWidget *>()->loadLibrary(
         QStringLiteral(QUVO_TREE "/libraries/colormap"));
+    for (int point = 0; point < 3; ++point)
+        dialog.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
     dialog.resize(dialog.sizeHint().expandedTo({707, 740})); // the offscreen screen is too small for it
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
     for (int index = 0; index < tabs->count(); ++index) {
@@ -78,6 +83,18 @@ void addMainDialog(Album &album)
         tabs->setCurrentIndex(index);
         album.add(dialog, tabs->widget(index)->objectName());
     }
+}
+
+void addImportDialogs(Album &album)
+{
+    VectorObservers source;
+    source.lines += {{0.0, 0.0}, {0.0, 90000.0}};
+    source.sites += {{1.0, 1.0}, 7.0, {}};
+    source.hasZ = true;
+    intervisibilityProcessInfoDialog choices(source, 1200, 1200, 30.0);
+    album.add(choices, QStringLiteral("import"));
+    AbsoluteHeightEditor editor;
+    album.add(editor, QStringLiteral("import_outside"));
 }
 
 void addResults(Album &album)
@@ -125,6 +142,7 @@ int main(int argc, char *argv[])
     addMainDialog(album);
     addProgress(album);
     addResults(album);
+    addImportDialogs(album);
     aboutDialog about(nullptr);
     album.add(about, QStringLiteral("about"));
     return 0;

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "dataset/workfolder.h"
+#include "panels/fragments.h"
+
+#include <QString>
+
+/// The argument fragment of an intervisibility run, or why there is none.
+struct BatchObservers
+{
+    QString fragment;
+    QString warning; ///< observers that were left out; mostly empty
+    QString problem; ///< in a sentence; empty for a good fragment
+};
+
+/// Writes the file of the observers to the work folder: those of the options' rows, and those of their vector
+/// source, with the ground of the DEM's band under the relative ones.
+BatchObservers batchObservers(const IntervisibilityOptions &options, const QString &dem, int band,
+                              WorkFolder &workFolder);

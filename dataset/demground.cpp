@@ -1,0 +1,77 @@
+#include "dataset/demground.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include <cmath>
+
+DemGround::DemGround(const QString &path, int band)
+    : m_band(band)
+{
+    const GdalMessages messages; // what cannot be opened has been told where it was chosen
+    std::shared_ptr<GDALDataset> dataset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
+    if (!dataset || band > dataset->GetRasterCount())
+        return;
+    if (dataset->GetGeoTransform(m_toGround.data()) != CE_None)
+        m_toGround = {0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
+    if (!GDALInvGeoTransform(m_toGround.data(), m_toCells.data()))
+        return;
+    m_width = dataset->GetRasterXSize();
+    m_height = dataset->GetRasterYSize();
+    if (const OGRSpatialReference *reference = dataset->GetSpatialRef()) {
+        char *text = nullptr;
+        reference->exportToWkt(&text);
+        m_crs = QString::fromUtf8(text);
+        CPLFree(text);
+    }
+    m_dataset = dataset;
+}
+
+QPointF DemGround::centre() const
+{
+    const double column = m_width / 2.0;
+    const double row = m_height / 2.0;
+    return {m_toGround[0] + column * m_toGround[1] + row * m_toGround[2],
+            m_toGround[3] + column * m_toGround[4] + row * m_toGround[5]};
+}
+
+double DemGround::cellSize() const
+{
+    return std::min(std::hypot(m_toGround[1], m_toGround[4]), std::hypot(m_toGround[2], m_toGround[5]));
+}
+
+QPointF DemGround::toCells(const QPointF &point) const
+{
+    return {m_toCells[0] + point.x() * m_toCells[1] + point.y() * m_toCells[2],
+            m_toCells[3] + point.x() * m_toCells[4] + point.y() * m_toCells[5]};
+}
+
+bool DemGround::holds(const QPointF &point) const
+{
+    const QPointF cell = toCells(point);
+    return m_dataset && cell.x() >= 0.0 && cell.y() >= 0.0 && cell.x() < m_width && cell.y() < m_height;
+}
+
+std::optional<double> DemGround::elevation(const QPointF &point) const
+{
+    if (!holds(point))
+        return std::nullopt;
+    const QPointF cell = toCells(point);
+    const GdalMessages messages;
+    GDALRasterBand *band = m_dataset->GetRasterBand(m_band);
+    double value = 0.0;
+    if (band->RasterIO(GF_Read, static_cast<int>(cell.x()), static_cast<int>(cell.y()), 1, 1, &value, 1, 1,
+                       GDT_Float64, 0, 0, nullptr)
+        != CE_None)
+        return std::nullopt;
+    int hasNoData = FALSE;
+    double noData = band->GetNoDataValue(&hasNoData);
+    if (band->GetRasterDataType() == GDT_Float32)
+        noData = static_cast<float>(noData);
+    if (!std::isfinite(value) || (hasNoData && value == noData))
+        return std::nullopt;
+    return value;
+}

@@ -1,0 +1,565 @@
+#include "panels/intervisibilityOptionsWidget.h"
+
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/formatfilters.h"
+#include "dataset/workfolder.h"
+#include "messages/Prompt.h"
+#include "panels/AbsoluteHeightEditor.h"
+#include "panels/intervisibilityProcessInfoDialog.h"
+#include "panels/labels.h"
+#include "panels/numberfield.h"
+#include "ui_intervisibilityOptionsWidget.h"
+
+#include <QClipboard>
+#include <QColorDialog>
+#include <QEvent>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QStyledItemDelegate>
+
+namespace
+{
+
+const IntervisibilityOptions defaults;
+
+QString fixedNumber(double value)
+{
+    return QString::number(value, 'f', 3);
+}
+
+/// Edits a cell of the table: the mode in a list, numbers as the tools write them.
+class PointDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const override
+    {
+        if (index.column() == ObserverPointsModel::ModeColumn) {
+            auto combo = new QComboBox(parent);
+            combo->addItems(
+                {altitudeModeText(AltitudeMode::Relative), altitudeModeText(AltitudeMode::Absolute)});
+            return combo;
+        }
+        QWidget *editor = QStyledItemDelegate::createEditor(parent, option, index);
+        if (auto field = qobject_cast<QLineEdit *>(editor))
+            makeNumberField(field);
+        return editor;
+    }
+
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override
+    {
+        if (auto combo = qobject_cast<QComboBox *>(editor))
+            combo->setCurrentText(index.data(Qt::EditRole).toString());
+        else
+            QStyledItemDelegate::setEditorData(editor, index);
+    }
+
+    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override
+    {
+        if (const auto combo = qobject_cast<QComboBox *>(editor))
+            model->setData(index, combo->currentText());
+        else
+            QStyledItemDelegate::setModelData(editor, model, index);
+    }
+};
+
+} // namespace
+
+intervisibilityOptionsWidget::intervisibilityOptionsWidget(WorkFolder &workFolder, QWidget *parent,
+                                                           Qt::WindowFlags flags)
+    : optionsWidget(parent, flags)
+    , m_form(std::make_unique<Ui::intervisibilityOptionsWidget>())
+    , m_workFolder(workFolder)
+    , m_visibleColor(defaults.visibleColor)
+    , m_hiddenColor(defaults.hiddenColor)
+    , m_noDataColor(defaults.noDataColor)
+{
+    m_form->setupUi(this);
+    setUpTable();
+    for (QLineEdit *field : {m_form->m_pLEAltitude, m_form->m_pLEMaxDistance, m_form->m_pLESmokeHeight,
+                             m_form->m_pLEPointX, m_form->m_pLEPointY})
+        makeNumberField(field);
+    showColor(m_form->m_pPBColorZO, m_visibleColor);
+    showColor(m_form->m_pPBColorZNO, m_hiddenColor);
+    showColor(m_form->m_pPBColorNoData, m_noDataColor);
+    applyTexts();
+    connectControls();
+    connectColors();
+    updateControls();
+}
+
+intervisibilityOptionsWidget::~intervisibilityOptionsWidget() = default;
+
+void intervisibilityOptionsWidget::setUpTable()
+{
+    QTableView *table = m_form->m_pTViewObsPos;
+    table->setModel(&m_model);
+    table->setItemDelegate(new PointDelegate(table));
+    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    table->installEventFilter(this);
+    connect(table, &QTableView::clicked, this,
+            &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
+    connect(table, &QTableView::clicked, this, &intervisibilityOptionsWidget::toggle);
+    connect(table->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
+    connect(&m_model, &ObserverPointsModel::dataChanged, this,
+            &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
+    connect(&m_model, &ObserverPointsModel::dataChanged, this, &intervisibilityOptionsWidget::warnOfGround,
+            Qt::QueuedConnection); // when the cell's editor is gone
+    for (const auto signal : {&ObserverPointsModel::rowsInserted, &ObserverPointsModel::rowsRemoved})
+        connect(&m_model, signal, this, &intervisibilityOptionsWidget::slot_onOptionsChanged);
+    connect(&m_model, &ObserverPointsModel::modelReset, this,
+            &intervisibilityOptionsWidget::slot_onOptionsChanged);
+    connect(&m_model, &ObserverPointsModel::dataChanged, this,
+            &intervisibilityOptionsWidget::slot_onOptionsChanged);
+}
+
+void intervisibilityOptionsWidget::connectControls()
+{
+    using Panel = intervisibilityOptionsWidget;
+    connect(m_form->m_pPBAddPoint, &QPushButton::clicked, this, &Panel::slot_addNewPoint);
+    connect(m_form->m_pPBAddFromVector, &QPushButton::clicked, this, &Panel::slot_addPointListFromOgrDS);
+    connect(m_form->m_pPBRemovePoint, &QPushButton::clicked, this, &Panel::slot_removePoint);
+    connect(m_form->m_pPBRemoveAll, &QPushButton::clicked, this, &Panel::slot_removeAllPoint);
+    for (QLineEdit *field : {m_form->m_pLEPointX, m_form->m_pLEPointY})
+        connect(field, &QLineEdit::editingFinished, this, &Panel::takePosition);
+    connect(m_form->m_pLEAltitude, &QLineEdit::textChanged, this,
+            &Panel::slot_onDefaultObserverHeightValueChanged);
+    connect(m_form->m_pCmBAltitudeType, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &Panel::slot_onDefaultAltitudeTypeChanged);
+    connect(m_form->m_pLEMaxDistance, &QLineEdit::textChanged, this, &Panel::slot_onMaxDistanceValueChanged);
+    connect(m_form->m_pLESmokeHeight, &QLineEdit::textChanged, this, &Panel::slot_onSmokeHeightValueChanged);
+    connect(m_form->m_pPBResetAltitude, &QPushButton::clicked, this, &Panel::slot_resetDefaultObserverHeight);
+    connect(m_form->m_pPBResetAltitudeType, &QPushButton::clicked, this, &Panel::slot_resetDefaultAltitudeType);
+    connect(m_form->m_pPBResetMaxDistance, &QPushButton::clicked, this, &Panel::slot_resetDefaultMaxDistance);
+    connect(m_form->m_pPBResetSmokeHeight, &QPushButton::clicked, this, &Panel::slot_resetSmokeHeight);
+    connect(m_form->m_pLApplyToAllPointsLink, &QLabel::linkActivated, this, &Panel::slot_onApplyToAllPoint);
+    connect(m_form->m_pRBOrMode, &QRadioButton::toggled, this, &Panel::slot_onOptionsChanged);
+}
+
+void intervisibilityOptionsWidget::connectColors()
+{
+    using Panel = intervisibilityOptionsWidget;
+    connect(m_form->m_pPBColorZO, &QPushButton::clicked, this, &Panel::slot_changeColorZoneVisible);
+    connect(m_form->m_pPBColorZNO, &QPushButton::clicked, this, &Panel::slot_changeColorZoneNotVisible);
+    connect(m_form->m_pPBColorNoData, &QPushButton::clicked, this, &Panel::slot_changeColorZoneNoData);
+    connect(m_form->m_pPBResetColorZO, &QPushButton::clicked, this, &Panel::slot_resetColorZoneVisible);
+    connect(m_form->m_pPBResetColorZNO, &QPushButton::clicked, this, &Panel::slot_resetColorZoneNotVisible);
+    connect(m_form->m_pPBResetColorNoData, &QPushButton::clicked, this, &Panel::slot_resetColorZoneNoData);
+}
+
+QString intervisibilityOptionsWidget::getCommandArguments()
+{
+    const QString folder = m_workFolder.newFolder();
+    const QString file = folder.isEmpty() ? QString() : writePointFile(folder, m_model.observers());
+    return intervisibilityFragment(options(), file);
+}
+
+bool intervisibilityOptionsWidget::isComplete() const
+{
+    bool grounded = true;
+    for (int row = 0; row < m_model.rowCount(); ++row)
+        grounded = grounded && (!m_model.point(row).enabled || !m_model.lacksGround(row));
+    return grounded && m_model.enabledCount() > 0;
+}
+
+IntervisibilityOptions intervisibilityOptionsWidget::options() const
+{
+    IntervisibilityOptions options;
+    options.observers = m_model.points();
+    options.combined = m_form->m_pGBVisibiliyMultiPoints->isEnabled();
+    options.combination = m_form->m_pRBOrMode->isChecked() ? QStringLiteral("OR")
+        : m_form->m_pRBAndMode->isChecked()                ? QStringLiteral("AND")
+                                                           : QString();
+    options.groundHeight = fieldNumber(m_form->m_pLESmokeHeight->text());
+    options.visibleColor = m_visibleColor;
+    options.hiddenColor = m_hiddenColor;
+    options.noDataColor = m_noDataColor;
+    return options;
+}
+
+std::optional<ObserverPoint> intervisibilityOptionsWidget::currentObserver() const
+{
+    const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
+    return current.isValid() ? std::optional<ObserverPoint>(m_model.point(current.row())) : std::nullopt;
+}
+
+void intervisibilityOptionsWidget::setDem(const DemInfo &dem)
+{
+    const bool another = dem.path != m_dem.path || dem.band != m_dem.band;
+    m_dem = dem;
+    if (!another)
+        return;
+    m_ground = dem.path.isEmpty() ? DemGround() : DemGround(dem.path, dem.band);
+    m_model.setGround(m_ground);
+    slot_onOptionsChanged();
+}
+
+void intervisibilityOptionsWidget::updateControls()
+{
+    const bool hasCurrent = currentObserver().has_value();
+    int groundless = 0;
+    for (int row = 0; row < m_model.rowCount(); ++row)
+        groundless += m_model.point(row).enabled && m_model.lacksGround(row);
+    m_form->m_pGBVisibiliyMultiPoints->setEnabled(m_model.enabledCount() >= 2);
+    m_form->m_pPBAddPoint->setEnabled(m_ground.isOpen());
+    m_form->m_pPBAddFromVector->setEnabled(m_ground.isOpen());
+    m_form->m_pPBRemovePoint->setEnabled(hasCurrent);
+    m_form->m_pPBRemoveAll->setEnabled(m_model.rowCount() > 0);
+    for (QLineEdit *field : {m_form->m_pLEPointX, m_form->m_pLEPointY})
+        field->setEnabled(hasCurrent);
+    m_form->m_pGroundNote->setVisible(groundless > 0 && m_ground.isOpen());
+    m_form->m_pGroundNote->setText(
+        tr("Observateurs sans sol sous eux dans ce MNT : %1.", "MESS_OBS_SANS_SOL").arg(groundless));
+}
+
+void intervisibilityOptionsWidget::showPosition()
+{
+    constexpr int digits = 12;
+    const auto point = currentObserver();
+    m_form->m_pLEPointX->setText(point ? QString::number(point->x, 'g', digits) : QString());
+    m_form->m_pLEPointY->setText(point ? QString::number(point->y, 'g', digits) : QString());
+}
+
+void intervisibilityOptionsWidget::takePosition()
+{
+    const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
+    const auto x = fieldNumber(m_form->m_pLEPointX->text());
+    const auto y = fieldNumber(m_form->m_pLEPointY->text());
+    if (!current.isValid() || !x || !y)
+        return;
+    ObserverPoint point = m_model.point(current.row());
+    // Leaving a field unchanged must not round the coordinate to what the field shows.
+    if (m_form->m_pLEPointX->isModified())
+        point.x = *x;
+    if (m_form->m_pLEPointY->isModified())
+        point.y = *y;
+    if (point != m_model.point(current.row()))
+        m_model.setPoint(current.row(), point);
+}
+
+void intervisibilityOptionsWidget::toggle(const QModelIndex &index)
+{
+    if (index.isValid() && index.column() == ObserverPointsModel::EnabledColumn)
+        m_model.setData(index, !m_model.point(index.row()).enabled);
+}
+
+void intervisibilityOptionsWidget::warnOfGround()
+{
+    if (!m_ground.isOpen() || m_model.switchOffGroundless() == 0)
+        return;
+    Prompt::warning(
+        this,
+        tr("La position de l'observateur est dans une zone non informée du MNT; l'altitude absolue de "
+           "l'observateur ne peut donc pas être calculée.Veuillez spécifier une altitude absolue.",
+           "MESS_ATN_POS_NODATA"));
+}
+
+ObserverPoint intervisibilityOptionsWidget::defaultPoint() const
+{
+    ObserverPoint point;
+    const QPointF centre = m_ground.centre();
+    point.x = centre.x();
+    point.y = centre.y();
+    point.height = fieldNumber(m_form->m_pLEAltitude->text()).value_or(point.height);
+    point.mode = readAltitudeMode(m_form->m_pCmBAltitudeType->currentText()).value_or(point.mode);
+    point.maxDistance = fieldNumber(m_form->m_pLEMaxDistance->text()).value_or(point.maxDistance);
+    return point;
+}
+
+void intervisibilityOptionsWidget::addPoints(const QList<ObserverPoint> &points)
+{
+    if (points.isEmpty())
+        return;
+    m_model.addPoints(points);
+    m_form->m_pTViewObsPos->setCurrentIndex(
+        m_model.index(m_model.rowCount() - 1, ObserverPointsModel::HeightColumn));
+    warnOfGround();
+}
+
+void intervisibilityOptionsWidget::slot_addNewPoint()
+{
+    addPoints({defaultPoint()});
+}
+
+void intervisibilityOptionsWidget::slot_removePoint()
+{
+    const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
+    if (current.isValid())
+        m_model.removePoint(current.row());
+}
+
+void intervisibilityOptionsWidget::slot_removeAllPoint()
+{
+    if (m_model.rowCount() > 0
+        && Prompt::question(this, tr("Voulez-vous vraiment supprimer tous les points ?", "MESS_ATN_SUPPR_PTS")))
+        m_model.clear();
+}
+
+void intervisibilityOptionsWidget::pastePoints()
+{
+    int unread = 0;
+    const QList<ObserverPoint> points =
+        readPointLines(QGuiApplication::clipboard()->text(), defaultPoint(), unread);
+    addPoints(points);
+    if (unread > 0)
+        Prompt::warning(
+            this,
+            tr("%1 lignes ne sont pas des points : x y [hauteur [mode [distance]]].", "MESS_OBS_COLLER")
+                .arg(unread));
+}
+
+void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()
+{
+    const QString file = QuvoFilerDialog::getSelection(
+        this, QuvoFilerDialog::OpenFile, tr("open vector", "MESS_CHX_VEC_AJOUT"),
+        QFileInfo(m_dem.path).absolutePath(),
+        QStringLiteral("%1 (%2);;%3 (*)")
+            .arg(tr("Fichiers vecteurs", "MESS_FICH_VECT"), vectorFilePatterns().join(QLatin1Char(' ')),
+                 tr("Tous les fichiers", "MESS_FICH_TOUS")));
+    if (file.isEmpty())
+        return;
+    const VectorObservers source = readVectorObservers(file, m_ground.crs());
+    if (!source.error.isEmpty()) {
+        Prompt::critical(this,
+                         tr("Format non reconnu", "MESS_ERR_FORMAT") + QStringLiteral("\n\n") + source.error);
+        return;
+    }
+    intervisibilityProcessInfoDialog choices(source, m_ground.width(), m_ground.height(), m_ground.cellSize(),
+                                             this);
+    if (choices.exec() != QDialog::Accepted)
+        return;
+    importPoints(importedPoints(source, choices));
+    if (source.notTaken > 0)
+        Prompt::warning(
+            this,
+            tr("%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de coordonnées du "
+               "MNT.",
+               "MESS_OBS_NON_PRIS")
+                .arg(source.notTaken));
+}
+
+QList<ObserverPoint> intervisibilityOptionsWidget::importedPoints(
+    const VectorObservers &source, const intervisibilityProcessInfoDialog &choices) const
+{
+    QList<ObserverPoint> points;
+    ObserverPoint point = defaultPoint();
+    for (const VectorSite &site : source.sites) {
+        ObserverPoint imported = point;
+        imported.x = site.position.x();
+        imported.y = site.position.y();
+        if (choices.heightSource() == intervisibilityProcessInfoDialog::ZCoordinate && site.z) {
+            imported.height = *site.z;
+            imported.mode = AltitudeMode::Absolute;
+        }
+        imported.height = site.values.value(choices.heightAttribute(), imported.height);
+        points += imported;
+    }
+    for (const QVector<QPointF> &line : source.lines) {
+        for (const QPointF &sample : sampledLine(line, choices.step())) {
+            point.x = sample.x();
+            point.y = sample.y();
+            points += point;
+        }
+    }
+    return points;
+}
+
+/// Points outside of the DEM come in at an altitude of their own, or not at all.
+void intervisibilityOptionsWidget::importPoints(QList<ObserverPoint> points)
+{
+    const auto isOutside = [this](const ObserverPoint &point) { return !m_ground.holds(point.position()); };
+    if (std::any_of(points.begin(), points.end(), isOutside)) {
+        AbsoluteHeightEditor editor(this);
+        if (editor.exec() == QDialog::Accepted) {
+            for (ObserverPoint &point : points) {
+                if (isOutside(point)) {
+                    point.mode = AltitudeMode::Absolute;
+                    point.height = editor.absoluteHeight();
+                }
+            }
+        } else {
+            points.erase(std::remove_if(points.begin(), points.end(), isOutside), points.end());
+        }
+    }
+    addPoints(points);
+}
+
+void intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged()
+{
+    showPosition();
+    updateControls();
+    emit currentObserverPointChanged();
+}
+
+void intervisibilityOptionsWidget::slot_onApplyToAllPoint()
+{
+    const ObserverPoint values = defaultPoint();
+    for (int row = 0; row < m_model.rowCount(); ++row) {
+        ObserverPoint point = m_model.point(row);
+        point.height = values.height;
+        point.mode = values.mode;
+        point.maxDistance = values.maxDistance;
+        m_model.setPoint(row, point);
+    }
+}
+
+void intervisibilityOptionsWidget::slot_onOptionsChanged()
+{
+    showPosition();
+    updateControls();
+    emit completeChanged();
+}
+
+void intervisibilityOptionsWidget::slot_onSmokeHeightValueChanged()
+{
+    m_form->m_pPBResetSmokeHeight->setEnabled(true);
+    slot_onOptionsChanged();
+}
+
+void intervisibilityOptionsWidget::slot_onMaxDistanceValueChanged()
+{
+    m_form->m_pPBResetMaxDistance->setEnabled(true);
+}
+
+void intervisibilityOptionsWidget::slot_onDefaultObserverHeightValueChanged()
+{
+    m_form->m_pPBResetAltitude->setEnabled(true);
+}
+
+void intervisibilityOptionsWidget::slot_onDefaultAltitudeTypeChanged()
+{
+    m_form->m_pPBResetAltitudeType->setEnabled(true);
+}
+
+// The value is set first and the button disabled after: the change itself enables it.
+
+void intervisibilityOptionsWidget::slot_resetSmokeHeight()
+{
+    m_form->m_pLESmokeHeight->setText(fixedNumber(*defaults.groundHeight));
+    m_form->m_pPBResetSmokeHeight->setEnabled(false);
+}
+
+void intervisibilityOptionsWidget::slot_resetDefaultMaxDistance()
+{
+    m_form->m_pLEMaxDistance->setText(fixedNumber(ObserverPoint().maxDistance));
+    m_form->m_pPBResetMaxDistance->setEnabled(false);
+}
+
+void intervisibilityOptionsWidget::slot_resetDefaultObserverHeight()
+{
+    m_form->m_pLEAltitude->setText(fixedNumber(ObserverPoint().height));
+    m_form->m_pPBResetAltitude->setEnabled(false);
+}
+
+void intervisibilityOptionsWidget::slot_resetDefaultAltitudeType()
+{
+    m_form->m_pCmBAltitudeType->setCurrentText(altitudeModeText(ObserverPoint().mode));
+    m_form->m_pPBResetAltitudeType->setEnabled(false);
+}
+
+void intervisibilityOptionsWidget::showColor(QPushButton *button, const QString &color)
+{
+    const QColor parts(color);
+    button->setStyleSheet(
+        QStringLiteral("background-color: rgb(%1, %2, %3);")
+            .arg(QString::number(parts.red()), QString::number(parts.green()), QString::number(parts.blue())));
+}
+
+void intervisibilityOptionsWidget::chooseColor(QString &color, QPushButton *button, QPushButton *reset)
+{
+    const QColor chosen =
+        QColorDialog::getColor(QColor(color), this, tr("Choisir une couleur", "MESS_CHX_COULEUR"));
+    if (!chosen.isValid())
+        return;
+    color = chosen.name();
+    showColor(button, color);
+    reset->setEnabled(true);
+    slot_onOptionsChanged();
+}
+
+void intervisibilityOptionsWidget::resetColor(QString &color, const QString &standard, QPushButton *button,
+                                              QPushButton *reset)
+{
+    color = standard;
+    showColor(button, color);
+    slot_onOptionsChanged();
+    reset->setEnabled(false);
+}
+
+void intervisibilityOptionsWidget::slot_changeColorZoneVisible()
+{
+    chooseColor(m_visibleColor, m_form->m_pPBColorZO, m_form->m_pPBResetColorZO);
+}
+
+void intervisibilityOptionsWidget::slot_changeColorZoneNotVisible()
+{
+    chooseColor(m_hiddenColor, m_form->m_pPBColorZNO, m_form->m_pPBResetColorZNO);
+}
+
+void intervisibilityOptionsWidget::slot_changeColorZoneNoData()
+{
+    chooseColor(m_noDataColor, m_form->m_pPBColorNoData, m_form->m_pPBResetColorNoData);
+}
+
+void intervisibilityOptionsWidget::slot_resetColorZoneVisible()
+{
+    resetColor(m_visibleColor, defaults.visibleColor, m_form->m_pPBColorZO, m_form->m_pPBResetColorZO);
+}
+
+void intervisibilityOptionsWidget::slot_resetColorZoneNotVisible()
+{
+    resetColor(m_hiddenColor, defaults.hiddenColor, m_form->m_pPBColorZNO, m_form->m_pPBResetColorZNO);
+}
+
+void intervisibilityOptionsWidget::slot_resetColorZoneNoData()
+{
+    resetColor(m_noDataColor, defaults.noDataColor, m_form->m_pPBColorNoData, m_form->m_pPBResetColorNoData);
+}
+
+bool intervisibilityOptionsWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_form->m_pTViewObsPos && event->type() == QEvent::KeyPress) {
+        const auto key = static_cast<QKeyEvent *>(event);
+        const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
+        if (key->key() == Qt::Key_Space && current.isValid()) {
+            toggle(current.siblingAtColumn(ObserverPointsModel::EnabledColumn));
+            return true;
+        }
+        if (key->matches(QKeySequence::Paste) && m_ground.isOpen()) {
+            pastePoints();
+            return true;
+        }
+        if (key->matches(QKeySequence::Delete)) {
+            slot_removePoint();
+            return true;
+        }
+    }
+    return optionsWidget::eventFilter(watched, event);
+}
+
+void intervisibilityOptionsWidget::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_form->retranslateUi(this);
+        applyTexts();
+        m_model.retranslate();
+        updateControls();
+    }
+    optionsWidget::changeEvent(event);
+}
+
+void intervisibilityOptionsWidget::applyTexts()
+{
+    m_form->m_pLApplyToAllPointsLink->setText(
+        QStringLiteral("<a href=\"all\">%1</a>")
+            .arg(tr("Appliquer à tous les points", "MESS_APPLI_TS_PTS").toHtmlEscaped()));
+    m_form->m_pTViewObsPos->setToolTip(
+        tr("Coller ajoute des lignes « x y [hauteur [mode [distance]]] » ; la barre d'espace active un point.",
+           "MESS_OBS_TABLE_EXPL"));
+}

@@ -1,0 +1,27 @@
+#include "panels/numberfield.h"
+
+#include <QDoubleValidator>
+#include <QLineEdit>
+
+#include <limits>
+
+QValidator *makeNumberValidator(int decimals, QObject *parent)
+{
+    constexpr double most = std::numeric_limits<double>::max();
+    auto validator = new PointForComma<QDoubleValidator>(-most, most, decimals, parent);
+    QLocale numbers = QLocale::c();
+    numbers.setNumberOptions(QLocale::RejectGroupSeparator | QLocale::OmitGroupSeparator);
+    validator->setLocale(numbers);
+    return validator;
+}
+
+void makeNumberField(QLineEdit *field)
+{
+    constexpr int decimals = 12;
+    field->setValidator(makeNumberValidator(decimals, field));
+}
+
+std::optional<double> fieldNumber(const QString &text)
+{
+    return text.isEmpty() ? std::nullopt : std::optional<double>(text.toDouble());
+}

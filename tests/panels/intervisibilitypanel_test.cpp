@@ -1,0 +1,336 @@
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+#include "dataset/workfolder.h"
+#include "messages/Prompt.h"
+#include "panels/AbsoluteHeightEditor.h"
+#include "panels/computingtime.h"
+#include "panels/intervisibilityOptionsWidget.h"
+#include "panels/intervisibilityProcessInfoDialog.h"
+#include "tests/support/rasters.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <gdal_priv.h>
+#include <ogrsf_frmts.h>
+
+class IntervisibilityPanelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void computingTimes_data();
+    void computingTimes();
+    void fragments();
+    void samples();
+    void pointsAndFile();
+    void groundless();
+    void tableByKeys();
+    void defaultsAndColours();
+    void importedSource();
+
+private:
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/vues é \"中\" XXXXXX")};
+    DemInfo m_dem;
+};
+
+namespace
+{
+
+struct Panel
+{
+    WorkFolder workFolder;
+    intervisibilityOptionsWidget widget{workFolder};
+    QTableView *table = widget.findChild<QTableView *>();
+    QAbstractItemModel *model = table->model();
+
+    explicit Panel(const DemInfo &dem) { widget.setDem(dem); }
+    QLineEdit *field(const char *name) const { return widget.findChild<QLineEdit *>(name); }
+    void click(const char *name) const { widget.findChild<QAbstractButton *>(name)->click(); }
+    void paste(const QString &lines)
+    {
+        QGuiApplication::clipboard()->setText(lines);
+        QTest::keySequence(table, QKeySequence::Paste);
+        QCoreApplication::processEvents();
+    }
+    bool combines() const { return widget.findChild<QGroupBox *>("m_pGBVisibiliyMultiPoints")->isEnabled(); }
+};
+
+/// x, y, z and distance of each point of a shapefile.
+QVector<QVector<double>> fileContent(const QString &path)
+{
+    QVector<QVector<double>> points;
+    const std::unique_ptr<GDALDataset> file(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR));
+    OGRLayer *layer = file ? file->GetLayerByName("point") : nullptr;
+    if (!layer || layer->GetSpatialRef() || layer->GetGeomType() != wkbPoint25D)
+        return points;
+    for (auto &feature : *layer) {
+        const OGRPoint &point = *feature->GetGeometryRef()->toPoint();
+        points += {point.getX(), point.getY(), point.getZ(), feature->GetFieldAsDouble("Max_Dist")};
+    }
+    return points;
+}
+
+QString pointFileOf(const QString &fragment)
+{
+    const QString argument = fragment.section(" -DstOp", 0, 0).section("-point_file ", 1);
+    return argument.startsWith('"') ? argument.mid(1, argument.size() - 2).replace("\"\"\"", "\"") : argument;
+}
+
+/// Answers the next modal dialog.
+template <class Dialog, class Answer> void answerNext(Answer answer)
+{
+    QTimer::singleShot(50, [answer] {
+        if (auto dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget()))
+            answer(*dialog);
+    });
+}
+
+} // namespace
+
+void IntervisibilityPanelTest::initTestCase()
+{
+    setUpGdal();
+    // 3 x 3 cells of 10 m from (500000, 5100000); the middle one has no data.
+    m_dem.path = path("dém.tif");
+    QVERIFY(writeRaster(m_dem.path, 3, 3, {10, 20, 30, 40, -9999, 60, 70, 80, 90}));
+}
+
+void IntervisibilityPanelTest::computingTimes_data()
+{
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<QString>("text");
+    const QVector<QPair<double, QString>> rows{
+        {0, "< 1 minute"},      {60, "< 1 minute"},     {60.1, "> 1 minute"},  {300, "> 1 minute"},
+        {300.1, "> 5 minutes"}, {600, "> 5 minutes"},   {1800, ">10 minutes"}, {3600, ">30 minutes"},
+        {3600.1, ">1 heure"},   {18000, ">1 heure"},    {36000, ">5 heures"},  {36000.1, ">10 heures"},
+        {90000, ">10 heures"},  {540000, ">100 heures"}};
+    for (const auto &[seconds, text] : rows)
+        QTest::addRow("%g", seconds) << seconds << text;
+}
+
+void IntervisibilityPanelTest::computingTimes()
+{
+    QFETCH(double, seconds);
+    QTEST(computingTimeText(seconds), "text");
+    QVERIFY(estimatedSeconds(100000, 100000, 1e6) > 6.9e9); // no integer overflows
+}
+
+void IntervisibilityPanelTest::fragments()
+{
+    IntervisibilityOptions options;
+    const QString colours = "-CNOZ 213 94 0 -COZ 0 158 115 -CNoData 0 0 0 ";
+    QCOMPARE(intervisibilityFragment(options, {}), "-DstOp OVERWRITE -SH 0 " + colours);
+    options.combined = true;
+    QCOMPARE(intervisibilityFragment(options, "/tmp/p.shp"),
+             "-point_file /tmp/p.shp -DstOp OR -SH 0 " + colours);
+    options.combination = "AND";
+    options.groundHeight = 12.3456789;
+    QCOMPARE(intervisibilityFragment(options, "/a b/\"p\".shp"),
+             "-point_file \"/a b/\"\"\"p\"\"\".shp\" -DstOp AND -SH 12.3457 " + colours);
+    options.combination.clear();
+    options.groundHeight.reset();
+    QCOMPARE(intervisibilityFragment(options, {}), colours);
+}
+
+void IntervisibilityPanelTest::samples()
+{
+    QCOMPARE(sampledLine({{0, 0}, {10, 0}, {10, 5}}, 4.0), (QVector<QPointF>{{0, 0}, {4, 0}, {8, 0}, {10, 2}}));
+    QCOMPARE(sampledLine({{0, 0}, {0, 0}, {3, 0}}, 10.0), (QVector<QPointF>{{0, 0}}));
+    const QVector<QPointF> square{{0, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 0}};
+    QCOMPARE(sampledLine(square, 2.0), (QVector<QPointF>{{0, 0}, {2, 0}, {2, 2}, {0, 2}}));
+    VectorObservers source;
+    source.lines = {square, {{0, 0}, {10, 0}}};
+    source.sites = {{}, {}, {}};
+    for (const double step : {0.3, 2.0, 3.0, 100.0})
+        QCOMPARE(sampledCount(source, step),
+                 3.0 + sampledLine(square, step).size() + sampledLine(source.lines.at(1), step).size());
+}
+
+void IntervisibilityPanelTest::pointsAndFile()
+{
+    Panel panel(m_dem);
+    Prompt::answerBeforehand({});
+    QVERIFY(!panel.widget.isComplete());
+    // The centre holds no data: the point is told of, and switched off.
+    panel.click("m_pPBAddPoint");
+    QVERIFY(Prompt::takeShown().value(0).startsWith("Attention: La position de l'observateur"));
+    QVERIFY(!panel.widget.isComplete() && !panel.widget.currentObserver()->enabled);
+
+    panel.paste(
+        "500005 5099995\n500015;5099995;2.5;Absolute;0\n500025\t5099995 3 relative 400\nnonsense\n1 2 x\n");
+    QVERIFY(Prompt::takeShown().value(0).contains("2 lignes"));
+    QCOMPARE(panel.model->rowCount(), 4);
+    QVERIFY(panel.widget.isComplete() && panel.combines());
+    const QString fragment = panel.widget.getCommandArguments();
+    QVERIFY2(fragment.contains(" -DstOp OR -SH 0 -CNOZ"), qPrintable(fragment));
+    const QString file = pointFileOf(fragment);
+    QCOMPARE(fileContent(file),
+             (QVector<QVector<double>>{
+                 {500005, 5099995, 11.7, 100000}, {500015, 5099995, 2.5, 0}, {500025, 5099995, 33, 400}}));
+    QVERIFY(pointFileOf(panel.widget.getCommandArguments()) != file); // a folder of its own each time
+    QVERIFY(QFile::exists(file) && file.startsWith(panel.workFolder.path()));
+
+    panel.click("m_pPBRemoveAll"); // "no" is the answer
+    QCOMPARE(panel.model->rowCount(), 4);
+    Prompt::answerBeforehand({true});
+    panel.click("m_pPBRemoveAll");
+    QCOMPARE(panel.model->rowCount(), 0);
+    QVERIFY(!panel.combines());
+}
+
+void IntervisibilityPanelTest::groundless()
+{
+    Panel panel(m_dem);
+    Prompt::answerBeforehand({});
+    panel.paste("500005 5099995\n");
+    QSignalSpy moved(&panel.widget, &intervisibilityOptionsWidget::currentObserverPointChanged);
+    panel.field("m_pLEPointX")->clear();
+    QTest::keyClicks(panel.field("m_pLEPointX"), "1,5"); // far outside
+    QTest::keyClick(panel.field("m_pLEPointX"), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    QCOMPARE(panel.widget.currentObserver()->x, 1.5);
+    QCOMPARE(Prompt::takeShown().size(), 1);
+    QVERIFY(moved.count() > 0 && !panel.widget.currentObserver()->enabled);
+    // At an absolute altitude it may stand anywhere.
+    panel.model->setData(panel.model->index(0, ObserverPointsModel::ModeColumn), "Absolute");
+    panel.model->setData(panel.model->index(0, ObserverPointsModel::EnabledColumn), true);
+    QCoreApplication::processEvents();
+    QVERIFY(panel.widget.isComplete() && Prompt::takeShown().isEmpty());
+
+    panel.model->setData(panel.model->index(0, ObserverPointsModel::ModeColumn), "Relative");
+    QCoreApplication::processEvents();
+    QVERIFY(!panel.widget.isComplete());
+    panel.widget.setDem({});
+    QVERIFY(Prompt::takeShown().size() == 1
+            && !panel.widget.findChild<QPushButton *>("m_pPBAddPoint")->isEnabled());
+}
+
+void IntervisibilityPanelTest::tableByKeys()
+{
+    Panel panel(m_dem);
+    panel.widget.show();
+    panel.paste("500005 5099995\n500025 5099995\n");
+    QTest::keyClick(panel.table, Qt::Key_Space);
+    QVERIFY(!panel.widget.currentObserver()->enabled && !panel.combines());
+    QTest::mouseClick(panel.table->viewport(), Qt::LeftButton, {},
+                      panel.table->visualRect(panel.model->index(1, 0)).center());
+    QVERIFY(panel.widget.currentObserver()->enabled);
+    panel.table->edit(panel.model->index(0, ObserverPointsModel::HeightColumn));
+    auto editor = panel.table->viewport()->findChild<QLineEdit *>();
+    QVERIFY(editor);
+    editor->selectAll();
+    QTest::keyClicks(editor, "2,25");
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE(panel.widget.options().observers.at(0).height, 2.25);
+    QTest::keyClick(panel.table, Qt::Key_Delete);
+    QCOMPARE(panel.model->rowCount(), 1);
+}
+
+void IntervisibilityPanelTest::defaultsAndColours()
+{
+    Panel panel(m_dem);
+    panel.paste("500005 5099995\n500025 5099995\n");
+    panel.field("m_pLEAltitude")->setText("50.000");
+    panel.widget.findChild<QComboBox *>("m_pCmBAltitudeType")->setCurrentText("Absolute");
+    panel.field("m_pLEMaxDistance")->setText("700.000");
+    panel.widget.slot_onApplyToAllPoint();
+    for (const ObserverPoint &point : panel.widget.options().observers)
+        QVERIFY(point.height == 50.0 && point.mode == AltitudeMode::Absolute && point.maxDistance == 700.0);
+    for (const char *reset : {"m_pPBResetAltitude", "m_pPBResetAltitudeType", "m_pPBResetMaxDistance"}) {
+        panel.click(reset);
+        QVERIFY2(!panel.widget.findChild<QPushButton *>(reset)->isEnabled(), reset);
+    }
+    QCOMPARE(panel.field("m_pLEMaxDistance")->text(), QStringLiteral("100000.000"));
+
+    panel.widget.findChild<QRadioButton *>("m_pRBAndMode")->click();
+    panel.field("m_pLESmokeHeight")->clear();
+    QVERIFY(panel.widget.getCommandArguments().contains(" -DstOp AND -CNOZ 213 94 0 "));
+    panel.click("m_pPBResetSmokeHeight");
+    QVERIFY(panel.widget.getCommandArguments().contains(" -SH 0 "));
+    QCOMPARE(panel.widget.findChild<QPushButton *>("m_pPBColorZO")->styleSheet(),
+             QStringLiteral("background-color: rgb(0, 158, 115);"));
+}
+
+void IntervisibilityPanelTest::importedSource()
+{
+    {
+        GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("GPKG");
+        const std::unique_ptr<GDALDataset> file(
+            driver->Create(encodePath(path("vues.gpkg")).constData(), 0, 0, 0, GDT_Unknown, nullptr));
+        OGRSpatialReference utm;
+        utm.importFromEPSG(32632);
+        OGRLayer *points = file->CreateLayer("points", &utm, wkbPoint25D);
+        OGRFieldDefn mast("mast", OFTReal);
+        points->CreateField(&mast);
+        OGRLayer *lines = file->CreateLayer("lines", &utm, wkbUnknown);
+        const auto add = [](OGRLayer *layer, const char *wkt, double value) {
+            OGRFeature feature(layer->GetLayerDefn());
+            OGRGeometry *geometry = nullptr;
+            OGRGeometryFactory::createFromWkt(wkt, nullptr, &geometry);
+            feature.SetGeometryDirectly(geometry);
+            if (value > 0.0)
+                feature.SetField(0, value);
+            return layer->CreateFeature(&feature) == OGRERR_NONE;
+        };
+        QVERIFY(add(points, "POINT Z(500005 5099995 77)", 5.0));
+        QVERIFY(add(points, "POINT Z(900005 5099995 88)", 6.0)); // outside
+        QVERIFY(add(lines, "MULTILINESTRING((500005 5099975,500027 5099975))", 0.0));
+        QVERIFY(add(lines, "POINT EMPTY", 0.0));
+    }
+    Panel panel(m_dem);
+    Prompt::answerBeforehand({});
+    const auto import = [&](const char *heights, double outside) {
+        QuvoFilerDialog::answerBeforehand({path("vues.gpkg")});
+        answerNext<intervisibilityProcessInfoDialog>([&](intervisibilityProcessInfoDialog &dialog) {
+            QCOMPARE(dialog.findChild<QLabel *>("m_pLabelPointCount")->text(), QStringLiteral("5"));
+            const auto ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+            const auto step = dialog.findChild<QLineEdit *>("m_pLEPas");
+            step->setText("9.9"); // below a cell
+            QTRY_VERIFY(!ok->isEnabled());
+            step->setText("10");
+            QTRY_VERIFY(ok->isEnabled());
+            dialog.findChild<QComboBox *>("m_pCBHeightSource")->setCurrentText(heights);
+            answerNext<AbsoluteHeightEditor>([outside](AbsoluteHeightEditor &editor) {
+                editor.findChild<QLineEdit *>("m_pLEAbsHeight")->setText(QString::number(outside));
+                outside > 0.0 ? editor.accept() : editor.reject();
+            });
+            ok->click();
+        });
+        panel.click("m_pPBAddFromVector");
+    };
+    import("mast", 120.0);
+    QVERIFY(Prompt::takeShown().value(0).contains("1 objets"));
+    const QList<ObserverPoint> points = panel.widget.options().observers;
+    QCOMPARE(points.size(), 5);
+    QVERIFY(points.at(0).height == 5.0 && points.at(0).mode == AltitudeMode::Relative);
+    QVERIFY(points.at(1).height == 120.0 && points.at(1).mode == AltitudeMode::Absolute);
+    QCOMPARE(points.at(4).position(), QPointF(500025, 5099975));
+    import("Coordonnée Z (altitude absolue)", 0.0);
+    QCOMPARE(panel.model->rowCount(), 9);
+    QCOMPARE(panel.widget.options().observers.at(5).height, 77.0);
+
+    Prompt::takeShown();
+    QuvoFilerDialog::answerBeforehand({path("absent.gpx")});
+    panel.click("m_pPBAddFromVector");
+    QVERIFY(Prompt::takeShown().value(0).startsWith("Erreur: Format non reconnu"));
+}
+
+QTEST_MAIN(IntervisibilityPanelTest)
+#include "intervisibilitypanel_test.moc"
