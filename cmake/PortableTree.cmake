@@ -35,9 +35,14 @@ function(_quvo_tree_link target name)
     ")
 endfunction()
 
+# A tool of ours that the programs start: into the tree alone.
+function(quvo_tree_tool target)
+    install(TARGETS ${target} RUNTIME DESTINATION "${QUVO_INSTALL_TREE}")
+endfunction()
+
 # A program of ours: into the tree, and a link to it in <prefix>/bin. The program finds its tree by its own real path.
 function(quvo_tree_program target)
-    install(TARGETS ${target} RUNTIME DESTINATION "${QUVO_INSTALL_TREE}")
+    quvo_tree_tool(${target})
     install(CODE "
         set(folder \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")
         file(MAKE_DIRECTORY \"\${folder}\")

@@ -1,0 +1,310 @@
+#include "dataset/pathencoding.h"
+#include "tests/support/rasters.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gdal_utils.h>
+#include <ogrsf_frmts.h>
+
+#include <cmath>
+#include <csignal>
+
+struct Point
+{
+    double x;
+    double y;
+    double z;
+    double reach;
+};
+
+/// gdal_intervisibility.exe on small rasters: what reaches the file, and what is refused.
+class IntervisibilityTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void picture();
+    void distances_data();
+    void distances();
+    void verticalFeet();
+    void refused_data();
+    void refused();
+    void stopLeavesNothing();
+
+private:
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+    bool writePoints(const QString &name, const QVector<Point> &points, OGRwkbGeometryType type = wkbPoint25D);
+    int run(const QStringList &arguments);
+    QStringList files() const { return QDir(m_folder.path()).entryList(QDir::Files, QDir::Name); }
+    QString cells(const QString &name) const;
+
+    QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/dossier à blancs \"中\" XXXXXX")};
+    QString m_output;
+    QString m_error;
+};
+
+namespace
+{
+
+using DataSet = std::unique_ptr<GDALDataset>;
+
+bool translate(const QString &from, const QString &to, const QList<QByteArray> &options)
+{
+    QVector<char *> arguments;
+    for (const QByteArray &option : options)
+        arguments += const_cast<char *>(option.constData());
+    arguments += nullptr;
+    GDALTranslateOptions *parsed = GDALTranslateOptionsNew(arguments.data(), nullptr);
+    GDALDatasetH source = GDALOpen(encodePath(from).constData(), GA_ReadOnly);
+    GDALDatasetH copy = GDALTranslate(encodePath(to).constData(), source, parsed, nullptr);
+    GDALTranslateOptionsFree(parsed);
+    GDALClose(copy);
+    GDALClose(source);
+    return copy != nullptr;
+}
+
+} // namespace
+
+bool IntervisibilityTest::writePoints(const QString &name, const QVector<Point> &points,
+                                      OGRwkbGeometryType type)
+{
+    GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
+    const DataSet dataset(driver->Create(encodePath(path(name)).constData(), 0, 0, 0, GDT_Unknown, nullptr));
+    OGRLayer *layer = dataset->CreateLayer("points", nullptr, type);
+    OGRFieldDefn field("Max_Dist", OFTReal);
+    layer->CreateField(&field);
+    bool written = true;
+    for (const Point &point : points) {
+        const std::unique_ptr<OGRFeature> feature(OGRFeature::CreateFeature(layer->GetLayerDefn()));
+        OGRPoint shape(point.x, point.y, point.z);
+        if (type == wkbPoint)
+            shape.flattenTo2D();
+        OGRLinearRing ring;
+        for (const auto &[x, y] : {std::pair{0, 0}, {1, 0}, {0, 1}, {0, 0}})
+            ring.addPoint(x, y);
+        OGRPolygon area;
+        area.addRing(&ring);
+        feature->SetGeometry(type == wkbPolygon ? static_cast<OGRGeometry *>(&area) : &shape);
+        feature->SetField("Max_Dist", point.reach);
+        written = written && layer->CreateFeature(feature.get()) == OGRERR_NONE;
+    }
+    return written;
+}
+
+int IntervisibilityTest::run(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(QUVO_TREE "/gdal_intervisibility.exe"), arguments);
+    process.waitForFinished(60000);
+    m_output = QString::fromLocal8Bit(process.readAllStandardOutput());
+    m_error = QString::fromLocal8Bit(process.readAllStandardError());
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+/// '#' for the first colour of a seen cell, '.' of a hidden one, ' ' of one without data, '?' of any other.
+QString IntervisibilityTest::cells(const QString &name) const
+{
+    const DataSet dataset(GDALDataset::Open(encodePath(path(name)).constData(), GDAL_OF_RASTER));
+    if (!dataset || dataset->GetRasterCount() != 3)
+        return {};
+    QString text;
+    for (int row = 0; row < dataset->GetRasterYSize(); ++row) {
+        text += row > 0 ? "|" : "";
+        for (int column = 0; column < dataset->GetRasterXSize(); ++column) {
+            std::array<uchar, 3> color{};
+            if (dataset->RasterIO(GF_Read, column, row, 1, 1, color.data(), 1, 1, GDT_Byte, 3, nullptr, 0, 0, 0,
+                                  nullptr)
+                != CE_None)
+                return {};
+            const std::map<std::array<uchar, 3>, QString> names{
+                {{1, 2, 3}, "#"}, {{4, 5, 6}, "."}, {{7, 8, 9}, " "}};
+            text += names.count(color) > 0 ? names.at(color) : "?";
+        }
+    }
+    return text;
+}
+
+void IntervisibilityTest::initTestCase()
+{
+    GDALAllRegister();
+    // A wall with a hole in the data beside it, 10 m a cell; the first observer stands in the second row's
+    // first cell.
+    QVERIFY(writeRaster(path("mur.tif"), 5, 3, {0, 0, 9, 0, 0, 0, 0, 9, -9999, 0, 0, 0, 9, 0, 0}));
+    QVERIFY(writePoints("deux.shp", {{500005, 5099985, 2, 0}, {500045, 5099985, 2, 11}}));
+}
+
+void IntervisibilityTest::picture()
+{
+    const QStringList colors{"-CNoData", "7", "8", "9", "-COZ", "1", "2", "3", "-CNOZ", "4", "5", "6"};
+    const QStringList given{"-SrcFile",     path("mur.tif"), "-DstFile",
+                            path("vu.tif"), "-point_file",   path("deux.shp")};
+    QCOMPARE(run(given + colors), 0);
+    QCOMPARE(cells("vu.tif"), QString("###.#|### #|###.#"));
+    QCOMPARE(m_output, QString("0...10...20...30...40...50...60...70...80...90...100 - done.\n"));
+    QCOMPARE(m_error, QString());
+    QCOMPARE(run(colors + QStringList{"-co", "TILED=YES", "-co", "TFW=YES", "-DstOp", "AND"} + given), 0);
+    QCOMPARE(cells("vu.tif"), QString(".....|... .|....."));
+    QVERIFY(QFile::remove(path("vu.tfw")));
+    // A target as high as the second observer's reach lets see: nearer than the wall only.
+    QCOMPARE(run(colors + QStringList{"-DstOp", "OR", "-SH", "14"} + given), 0);
+    QCOMPARE(cells("vu.tif"), QString("#####|### #|#####"));
+
+    const DataSet dem(GDALDataset::Open(encodePath(path("mur.tif")).constData(), GDAL_OF_RASTER));
+    const DataSet seen(GDALDataset::Open(encodePath(path("vu.tif")).constData(), GDAL_OF_RASTER));
+    double one[6];
+    double other[6];
+    QVERIFY(dem->GetGeoTransform(one) == CE_None && seen->GetGeoTransform(other) == CE_None);
+    QVERIFY(std::equal(one, one + 6, other));
+    QVERIFY(seen->GetSpatialRef() != nullptr && seen->GetSpatialRef()->IsSame(dem->GetSpatialRef()) != FALSE);
+    QVERIFY(QFile::remove(path("vu.tif")));
+}
+
+void IntervisibilityTest::distances_data()
+{
+    // A flat raster of 41 by 41 cells under an eye at its centre: the disc's half width and half height in
+    // cells.
+    QTest::addColumn<QList<QByteArray>>("placing");
+    QTest::addColumn<double>("x");
+    QTest::addColumn<double>("y");
+    QTest::addColumn<double>("reach");
+    QTest::addColumn<int>("halfWidth");
+    QTest::addColumn<int>("halfHeight");
+    using Words = QList<QByteArray>;
+    QTest::newRow("metres") << Words{"-a_srs", "EPSG:32632", "-a_ullr", "0", "410", "410", "0"} << 205.0
+                            << 205.0 << 155.0 << 15 << 15;
+    QTest::newRow("south-up") << Words{"-a_srs", "EPSG:32632", "-a_ullr", "0", "0", "410", "820"} << 205.0
+                              << 410.0 << 155.0 << 15 << 7;
+    QTest::newRow("US feet") << Words{"-a_srs", "EPSG:2263", "-a_ullr", "0", "410", "410", "0"} << 205.0
+                             << 205.0 << 38.0 << 12 << 12;
+    // At 60 degrees a degree is 55800 m wide and 111412 m high.
+    QTest::newRow("degrees") << Words{"-a_srs", "EPSG:4326", "-a_ullr", "-20.5", "80.5", "20.5", "39.5"} << 0.0
+                             << 60.0 << 570000.0 << 10 << 5;
+    QTest::newRow("rotated") << Words{"-of",  "VRT", "-gcp", "0",      "0",         "0",    "0",
+                                      "-gcp", "41",  "0",    "246",    "328",       "-gcp", "0",
+                                      "41",   "328", "-246", "-a_srs", "EPSG:32632"}
+                             << 287.0 << 41.0 << 155.0 << 15 << 15;
+}
+
+void IntervisibilityTest::distances()
+{
+    QFETCH(QList<QByteArray>, placing);
+    QFETCH(double, x);
+    QFETCH(double, y);
+    QFETCH(double, reach);
+    QFETCH(int, halfWidth);
+    QFETCH(int, halfHeight);
+    QVERIFY(writeRaster(path("plat.tif"), 41, 41, QVector<float>(41 * 41, 0.0F)));
+    QVERIFY(translate(path("plat.tif"), path("posé.tif"), placing));
+    QVERIFY(writePoints("un.shp", {{x, y, 1e6, reach}}));
+    QCOMPARE(run({"-SrcFile", path("posé.tif"), "-DstFile", path("disque.tif"), "-point_file", path("un.shp"),
+                  "-COZ", "1", "2", "3", "-CNOZ", "4", "5", "6", "-cc", "0"}),
+             0);
+    const QStringList rows = cells("disque.tif").split('|');
+    QCOMPARE(rows.size(), 41);
+    QCOMPARE(rows.at(20).count('#'), 2 * halfWidth + 1);
+    QCOMPARE(rows.at(20).indexOf('#'), 20 - halfWidth);
+    QCOMPARE(rows.join("").count('#') > halfWidth * halfHeight * 3, true);
+    for (int row = 0; row < 41; ++row)
+        QCOMPARE(rows.at(row).at(20), QChar(std::abs(row - 20) <= halfHeight ? '#' : '.'));
+    const DataSet placed(GDALDataset::Open(encodePath(path("posé.tif")).constData(), GDAL_OF_RASTER));
+    const DataSet disc(GDALDataset::Open(encodePath(path("disque.tif")).constData(), GDAL_OF_RASTER));
+    QCOMPARE(disc->GetGCPCount(), placed->GetGCPCount());
+    for (const char *name : {"plat.tif", "posé.tif", "disque.tif"})
+        QFile::remove(path(name));
+}
+
+/// 20 km over water the ground sinks by 26.9 m: an eye at 1 m sees a target of 20 m, not one of 20 feet.
+void IntervisibilityTest::verticalFeet()
+{
+    QVERIFY(writeRaster(path("plat.tif"), 2001, 1, QVector<float>(2001, 0.0F)));
+    QVERIFY(writePoints("un.shp", {{500005, 5099995, 1, 0}}));
+    for (const auto &[unit, sees] : {std::pair{"metre", true}, {"ft", false}}) {
+        const DataSet dem(
+            GDALDataset::Open(encodePath(path("plat.tif")).constData(), GDAL_OF_RASTER | GDAL_OF_UPDATE));
+        dem->GetRasterBand(1)->SetUnitType(unit);
+        dem->FlushCache();
+        QCOMPARE(run({"-SrcFile", path("plat.tif"), "-DstFile", path("vu.tif"), "-point_file", path("un.shp"),
+                      "-COZ", "1", "2", "3", "-SH", "20"}),
+                 0);
+        QCOMPARE(cells("vu.tif").endsWith('#'), sees);
+    }
+    QVERIFY(QFile::remove(path("plat.tif")) && QFile::remove(path("vu.tif")));
+}
+
+void IntervisibilityTest::refused_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("points");
+    QTest::addColumn<QStringList>("more");
+    QTest::addColumn<QString>("message");
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    writePoints("nul.shp", {{500005, 5099985, 2, 0}, {nan, 5099985, 2, 0}});
+    writePoints("loin.shp", {{1e300, 5099985, 2, 0}});
+    writePoints("ailleurs.shp", {{1e9, 5099985, 2, 0}});
+    writePoints("profond.shp", {{500005, 5099985, -1e38, 0}});
+    writePoints("aire.shp", {{0, 0, 0, 0}}, wkbPolygon);
+    writePoints("plan.shp", {{500005, 5099985, 2, 0}}, wkbPoint);
+    writePoints("vide.shp", {});
+    const auto row = [](const char *name, const char *source, const char *points, const QStringList &more,
+                        const char *message) { QTest::newRow(name) << source << points << more << message; };
+    row("no raster", "absent.tif", "deux.shp", {}, "absent.tif");
+    row("a vector file as raster", "deux.shp", "deux.shp", {}, "deux.shp");
+    row("no such band", "mur.tif", "deux.shp", {"-iBand", "2"}, "no band 2");
+    row("no points", "mur.tif", "absent.shp", {}, "absent.shp");
+    row("not a number", "mur.tif", "nul.shp", {}, "Observer 2 of nul.shp");
+    row("absurd", "mur.tif", "loin.shp", {}, "Observer 1 of loin.shp");
+    row("too far", "mur.tif", "ailleurs.shp", {}, "Observer 1 of ailleurs.shp");
+    row("absurd altitude", "mur.tif", "profond.shp", {}, "altitude");
+    row("polygons", "mur.tif", "aire.shp", {}, "no point");
+    row("no z", "mur.tif", "plan.shp", {}, "no altitude");
+    row("empty", "mur.tif", "vide.shp", {}, "no observer");
+    row("a folder that is not there", "mur.tif", "deux.shp", {"-DstFile", "/nowhere/a.tif"}, "/nowhere/a.tif");
+    row("onto the points", "mur.tif", "deux.shp", {"-DstFile", path("deux.dbf")}, "deux.dbf");
+    row("onto the raster", "mur.tif", "deux.shp", {"-DstFile", path("mur.tif")}, "mur.tif");
+    row("a bad argument", "mur.tif", "deux.shp", {"-SH", "x"}, "-SH");
+}
+
+void IntervisibilityTest::refused()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, points);
+    QFETCH(QStringList, more);
+    QFETCH(QString, message);
+    const QStringList before = files();
+    QCOMPARE(run(QStringList{"-SrcFile", path(source), "-point_file", path(points), "-DstFile", path("non.tif")}
+                 + more),
+             1);
+    QVERIFY2(m_error.contains(message) && m_error.count('\n') == 1, qPrintable(m_error));
+    QCOMPARE(files(), before);
+}
+
+void IntervisibilityTest::stopLeavesNothing()
+{
+    QVERIFY(writeHill(path("gros.tif"), 3000));
+    QVERIFY(writePoints("près.shp", {{500005, 5099985, 2, 20}})); // soon done
+    const QStringList before = files();
+    const QStringList arguments{"-SrcFile", path("gros.tif"),  "-point_file", path("deux.shp"),
+                                "-DstFile", path("arrêt.tif"), "-co",         "COMPRESS=DEFLATE",
+                                "-co",      "TFW=YES"};
+    for (const bool writing : {false, true}) {
+        QProcess process;
+        process.start(QStringLiteral(QUVO_TREE "/gdal_intervisibility.exe"),
+                      writing ? arguments + QStringList{"-point_file", path("près.shp")} : arguments);
+        if (writing)
+            QTRY_VERIFY(files() != before);
+        else
+            QVERIFY(process.waitForReadyRead());
+        process.terminate();
+        QVERIFY(process.waitForFinished());
+        QVERIFY(process.exitStatus() == QProcess::CrashExit || process.exitCode() == 1);
+        QCOMPARE(files(), before);
+    }
+}
+
+QTEST_GUILESS_MAIN(IntervisibilityTest)
+#include "intervisibility_test.moc"

@@ -1,0 +1,78 @@
+#include "viewshed/combine.h"
+
+#include <algorithm>
+
+namespace viewshed
+{
+
+namespace
+{
+
+/// Cells from `first` to `last` of a side; none where `last` < `first`.
+struct Range
+{
+    int first;
+    int last;
+};
+
+Range around(double middle, double half, int side)
+{
+    const double first = std::clamp(std::ceil(middle - half), 0.0, static_cast<double>(side));
+    const double last = std::clamp(std::floor(middle + half), -1.0, side - 1.0);
+    return {static_cast<int>(first), static_cast<int>(last)};
+}
+
+void andRow(std::uint64_t *picture, int words, const std::uint64_t *seen, int seenFrom, int seenWords)
+{
+    for (int word = 0; word < words; ++word) {
+        const bool inside = word >= seenFrom && word < seenFrom + seenWords;
+        picture[word] &= inside ? seen[word - seenFrom] : 0;
+    }
+}
+
+} // namespace
+
+Window windowOf(const Sight &sight, int rasterWidth, int rasterHeight)
+{
+    const GroundForm &ground = sight.ground;
+    const double determinant = ground.xx * ground.yy - ground.xy * ground.xy;
+    if (std::isinf(sight.reach) || !(determinant > 0.0))
+        return {0, 0, rasterWidth, rasterHeight};
+    // Half the sides of the ellipse's frame, and a cell more than rounding can take away.
+    const double halfWidth = sight.reach * std::sqrt(ground.yy / determinant) + 1.0;
+    const double halfHeight = sight.reach * std::sqrt(ground.xx / determinant) + 1.0;
+    const Range columns = around(sight.eye.column(), halfWidth, rasterWidth);
+    const Range rows = around(sight.eye.row(), halfHeight, rasterHeight);
+    if (columns.last < columns.first || rows.last < rows.first)
+        return {};
+    const int left = columns.first - columns.first % BitGrid::bitsPerWord;
+    return {left, rows.first, columns.last + 1 - left, rows.last + 1 - rows.first};
+}
+
+void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const Sight &sight, Combination how,
+             bool first)
+{
+    const int firstWord = window.left / BitGrid::bitsPerWord;
+    if (how == Combination::And && !first) {
+        const std::vector<std::uint64_t> nothing(static_cast<std::size_t>(seen.wordsPerRow()));
+        for (int row = 0; row < picture.height(); ++row) {
+            const bool inside = row >= window.top && row < window.top + window.height;
+            andRow(picture.row(row), picture.wordsPerRow(),
+                   inside ? seen.row(row - window.top) : nothing.data(), firstWord, seen.wordsPerRow());
+        }
+        return;
+    }
+    for (int row = 0; row < window.height; ++row) {
+        if (how == Combination::Overwrite && !first) {
+            for (int column = 0; column < window.width; ++column) {
+                if (sight.reaches(column, row))
+                    picture.set(window.left + column, window.top + row, false);
+            }
+        }
+        std::uint64_t *words = picture.row(window.top + row) + firstWord;
+        for (int word = 0; word < seen.wordsPerRow(); ++word)
+            words[word] |= seen.row(row)[word];
+    }
+}
+
+} // namespace viewshed

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "viewshed/bitgrid.h"
+#include "viewshed/sight.h"
+
+namespace viewshed
+{
+
+/// How several observers make one picture.
+enum class Combination
+{
+    Overwrite, ///< within its reach, a later observer replaces what the earlier ones gave
+    Or,        ///< seen by one observer at least
+    And,       ///< seen by every observer
+};
+
+/// A part of a raster, in its columns and rows. The left border is a multiple of BitGrid::bitsPerWord.
+struct Window
+{
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+
+    bool holds(const Window &other) const
+    {
+        return other.left >= left && other.top >= top && other.left + other.width <= left + width
+            && other.top + other.height <= top + height;
+    }
+    bool operator==(const Window &) const = default;
+};
+
+/// The smallest window that holds every cell of a raster within the sight's reach; the eye's position counts
+/// from the raster's first cell. Without a cell where the reach ends outside.
+Window windowOf(const Sight &sight, int rasterWidth, int rasterHeight);
+
+/// Puts what one observer sees into the raster's picture. seen: the window's cells, none beyond the sight's
+/// reach; the sight's eye counts from the window's first cell. `first`: no observer came before.
+void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const Sight &sight, Combination how,
+             bool first);
+
+} // namespace viewshed

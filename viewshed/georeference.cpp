@@ -1,0 +1,85 @@
+#include "viewshed/georeference.h"
+
+#include "viewshed/options.h"
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+namespace viewshed
+{
+
+namespace
+{
+
+/// Metres of a unit of x and of y.
+struct Metres
+{
+    double x;
+    double y;
+};
+
+/// The radii of curvature of the ellipsoid at a latitude, a quarter turn and its end at the poles.
+Metres metresOfAngle(const OGRSpatialReference &crs, double latitude)
+{
+    const double angle = crs.GetAngularUnits();
+    const double a = crs.GetSemiMajor();
+    const double flattening = crs.GetInvFlattening() > 0.0 ? 1.0 / crs.GetInvFlattening() : 0.0;
+    const double e2 = flattening * (2.0 - flattening);
+    const double sine = std::sin(latitude * angle);
+    const double w = 1.0 - e2 * sine * sine;
+    const double across = a / std::sqrt(w);
+    return {angle * across * std::abs(std::cos(latitude * angle)), angle * across * (1.0 - e2) / w};
+}
+
+} // namespace
+
+Georeference::Georeference(GDALDataset &dataset)
+    : m_transform{0.0, 1.0, 0.0, 0.0, 0.0, 1.0}
+    , m_inverse{}
+{
+    const OGRSpatialReference *crs = dataset.GetSpatialRef();
+    if (dataset.GetGeoTransform(m_transform.data()) != CE_None) {
+        m_transform = {0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
+        if (dataset.GetGCPCount() > 0) {
+            if (GDALGCPsToGeoTransform(dataset.GetGCPCount(), dataset.GetGCPs(), m_transform.data(), TRUE) == 0)
+                throw Failure("The raster's ground control points do not place it.");
+            crs = dataset.GetGCPSpatialRef();
+        }
+    }
+    if (crs != nullptr)
+        m_crs.reset(crs->Clone());
+    if (GDALInvGeoTransform(m_transform.data(), m_inverse.data()) == 0)
+        throw Failure("The raster's cells have no extent on the ground.");
+}
+
+Georeference::~Georeference() = default;
+
+Georeference::Position Georeference::positionOf(double x, double y) const
+{
+    constexpr double half = 0.5; // the geotransform counts from the first cell's corner
+    return {m_inverse[0] + m_inverse[1] * x + m_inverse[2] * y - half,
+            m_inverse[3] + m_inverse[4] * x + m_inverse[5] * y - half};
+}
+
+GroundForm Georeference::groundAt(double y) const
+{
+    Metres metres{1.0, 1.0};
+    if (m_crs && m_crs->IsGeographic())
+        metres = metresOfAngle(*m_crs, y);
+    else if (m_crs)
+        metres = {m_crs->GetLinearUnits(), m_crs->GetLinearUnits()};
+    const double columnX = m_transform[1] * metres.x;
+    const double columnY = m_transform[4] * metres.y;
+    const double rowX = m_transform[2] * metres.x;
+    const double rowY = m_transform[5] * metres.y;
+    return {columnX * columnX + columnY * columnY, columnX * rowX + columnY * rowY, rowX * rowX + rowY * rowY};
+}
+
+double Georeference::semiMajorAxis() const
+{
+    OGRErr error = OGRERR_NONE;
+    const double axis = m_crs ? m_crs->GetSemiMajor(&error) : SRS_WGS84_SEMIMAJOR;
+    return error == OGRERR_NONE && axis > 0.0 ? axis : SRS_WGS84_SEMIMAJOR;
+}
+
+} // namespace viewshed

@@ -1,0 +1,97 @@
+#include "viewshed/lineofsight.h"
+
+#include "viewshed/jobs.h"
+
+#include <cstdlib>
+
+namespace viewshed
+{
+
+namespace
+{
+
+struct Quotient
+{
+    std::int64_t whole;
+    std::int64_t rest; ///< never negative
+};
+
+Quotient divided(std::int64_t number, std::int64_t by)
+{
+    const std::int64_t rest = number % by;
+    return rest < 0 ? Quotient{number / by - 1, rest + by} : Quotient{number / by, rest};
+}
+
+/// The crossings with one family of grid lines: its lines lie across the first coordinate, and aboveEye(line,
+/// place) is the height of the cell at that line, NaN where there is none.
+template <class AboveEye>
+bool hidden(AboveEye aboveEye, std::int64_t eyeAlong, std::int64_t eyeAcross, int targetLine, int targetPlace,
+            double target)
+{
+    constexpr std::int64_t unit = latticePoints;
+    const std::int64_t along = targetLine * unit - eyeAlong;
+    const std::int64_t across = targetPlace * unit - eyeAcross;
+    const std::int64_t length = std::abs(along);
+    const std::int64_t whole = length * unit; // a place is a number of these, and a rest
+    if (length == 0)
+        return false;
+
+    const int direction = along > 0 ? 1 : -1;
+    const std::int64_t eyeLine = divided(eyeAlong, unit).whole;
+    const bool eyeOnLine = eyeLine * unit == eyeAlong;
+    int line = static_cast<int>(direction > 0 ? eyeLine + 1 : eyeLine - (eyeOnLine ? 1 : 0));
+    std::int64_t distance = std::abs(line * unit - eyeAlong);
+    auto [place, rest] = divided(eyeAcross * length + across * distance, whole);
+    const Quotient step = divided(across * unit, whole);
+
+    for (; line != targetLine; line += direction, distance += unit) {
+        const int cell = static_cast<int>(place);
+        const double limit = target * static_cast<double>(distance * unit);
+        const double left = aboveEye(line, cell) * static_cast<double>(whole - rest);
+        if (rest == 0) {
+            const auto hasData = [&](int there, int cellThere) {
+                return !std::isnan(aboveEye(there, cellThere));
+            };
+            if (left > limit
+                && (hasData(line, cell - 1) || hasData(line, cell + 1) || hasData(line - 1, cell)
+                    || hasData(line + 1, cell)))
+                return true;
+        } else if (left + aboveEye(line, cell + 1) * static_cast<double>(rest) > limit) {
+            return true;
+        }
+        place += step.whole;
+        rest += step.rest;
+        if (rest >= whole) {
+            rest -= whole;
+            ++place;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+bool sees(const Terrain &terrain, const Sight &sight, int column, int row)
+{
+    const auto aboveEye = [&](int x, int y) { return sight.aboveEye(terrain.at(x, y), x, y); };
+    const auto transposed = [&](int y, int x) { return aboveEye(x, y); };
+    const double target = aboveEye(column, row) + sight.targetHeight;
+    const Eye &eye = sight.eye;
+    return !std::isnan(target) && !hidden(aboveEye, eye.x, eye.y, column, row, target)
+        && !hidden(transposed, eye.y, eye.x, row, column, target);
+}
+
+BitGrid plainViewshed(const Terrain &terrain, const Sight &sight, int threads, const Progress &progress)
+{
+    BitGrid seen(terrain.width(), terrain.height());
+    const auto doRow = [&](int row) {
+        for (int column = 0; column < terrain.width(); ++column) {
+            if (sight.reaches(column, row) && sees(terrain, sight, column, row))
+                seen.set(column, row, true);
+        }
+    };
+    runJobs(terrain.height(), threads, doRow, progress);
+    return seen;
+}
+
+} // namespace viewshed

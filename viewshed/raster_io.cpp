@@ -1,0 +1,180 @@
+#include "viewshed/raster_io.h"
+
+#include "viewshed/options.h"
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include <algorithm>
+#include <fstream>
+
+namespace viewshed
+{
+
+namespace
+{
+
+bool fitsFloat(GDALDataType type)
+{
+    return type == GDT_Byte || type == GDT_Int16 || type == GDT_UInt16 || type == GDT_Float32;
+}
+
+/// Reads the blocks that meet a window into its cells.
+template <class Number> class BlockReader
+{
+public:
+    BlockReader(GDALRasterBand &band, const Window &window, Number *cells)
+        : m_band(band)
+        , m_window(window)
+        , m_cells(cells)
+    {
+        band.GetBlockSize(&m_blockWidth, &m_blockHeight);
+        const auto bytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(band.GetRasterDataType()));
+        m_block.resize(static_cast<std::size_t>(m_blockWidth) * static_cast<std::size_t>(m_blockHeight)
+                       * bytes);
+        int known = FALSE;
+        const double value = band.GetNoDataValue(&known);
+        if (known != FALSE)
+            m_noData = static_cast<Number>(value);
+        m_masked = (band.GetMaskFlags() & (GMF_ALL_VALID | GMF_NODATA)) == 0;
+    }
+
+    void read()
+    {
+        const int bottom = m_window.top + m_window.height;
+        const int right = m_window.left + m_window.width;
+        for (int y = m_window.top / m_blockHeight; y * m_blockHeight < bottom; ++y) {
+            for (int x = m_window.left / m_blockWidth; x * m_blockWidth < right; ++x)
+                readBlock(x, y);
+        }
+    }
+
+private:
+    void readBlock(int x, int y)
+    {
+        if (m_band.ReadBlock(x, y, m_block.data()) != CE_None)
+            throw Failure("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+        const int firstColumn = std::max(x * m_blockWidth, m_window.left);
+        const int endColumn = std::min(x * m_blockWidth + m_blockWidth, m_window.left + m_window.width);
+        const int firstRow = std::max(y * m_blockHeight, m_window.top);
+        const int endRow = std::min(y * m_blockHeight + m_blockHeight, m_window.top + m_window.height);
+        const GDALDataType type = m_band.GetRasterDataType();
+        const int bytes = GDALGetDataTypeSizeBytes(type);
+        constexpr GDALDataType own = sizeof(Number) == sizeof(float) ? GDT_Float32 : GDT_Float64;
+        const int columns = endColumn - firstColumn;
+        for (int row = firstRow; row < endRow; ++row) {
+            const auto inBlock =
+                static_cast<std::size_t>(row - y * m_blockHeight) * static_cast<std::size_t>(m_blockWidth)
+                + static_cast<std::size_t>(firstColumn - x * m_blockWidth);
+            Number *to = m_cells
+                + static_cast<std::size_t>(row - m_window.top) * static_cast<std::size_t>(m_window.width)
+                + (firstColumn - m_window.left);
+            GDALCopyWords(m_block.data() + inBlock * static_cast<std::size_t>(bytes), type, bytes, to, own,
+                          static_cast<int>(sizeof(Number)), columns);
+            dropNoData(to, columns);
+            if (m_masked)
+                dropMasked(to, firstColumn, row, columns);
+        }
+    }
+
+    void dropNoData(Number *cells, int count) const
+    {
+        constexpr Number none = std::numeric_limits<Number>::quiet_NaN();
+        constexpr Number greatest = std::numeric_limits<Number>::max();
+        for (int cell = 0; cell < count; ++cell)
+            cells[cell] = cells[cell] == m_noData || !(std::abs(cells[cell]) <= greatest) ? none : cells[cell];
+    }
+
+    void dropMasked(Number *cells, int column, int row, int count)
+    {
+        m_mask.resize(static_cast<std::size_t>(count));
+        if (m_band.GetMaskBand()->RasterIO(GF_Read, column, row, count, 1, m_mask.data(), count, 1, GDT_Byte, 0,
+                                           0, nullptr)
+            != CE_None)
+            throw Failure("The mask of the elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+        for (int cell = 0; cell < count; ++cell) {
+            if (m_mask[static_cast<std::size_t>(cell)] == 0)
+                cells[cell] = std::numeric_limits<Number>::quiet_NaN();
+        }
+    }
+
+    GDALRasterBand &m_band;
+    Window m_window;
+    Number *m_cells;
+    int m_blockWidth = 0;
+    int m_blockHeight = 0;
+    std::vector<GByte> m_block;
+    std::vector<GByte> m_mask;
+    Number m_noData = std::numeric_limits<Number>::quiet_NaN(); ///< NaN equals nothing
+    bool m_masked = false;
+};
+
+} // namespace
+
+Raster::Raster(const std::string &path, int band)
+    : m_dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR))
+    , m_band(nullptr)
+    , m_storage(Terrain::Storage::Float)
+{
+    if (!m_dataset)
+        throw Failure("The raster cannot be opened: " + std::string(CPLGetLastErrorMsg()));
+    if (band > m_dataset->GetRasterCount())
+        throw Failure("The raster " + path + " has no band " + std::to_string(band) + ".");
+    if (width() >= largestSide || height() >= largestSide)
+        throw Failure("The raster " + path + " is too large.");
+    m_band = m_dataset->GetRasterBand(band);
+    const GDALDataType type = m_band->GetRasterDataType();
+    if (GDALDataTypeIsComplex(type) != FALSE)
+        throw Failure("The raster " + path + " holds complex numbers, no elevations.");
+    m_storage = fitsFloat(type) ? Terrain::Storage::Float : Terrain::Storage::Double;
+}
+
+Raster::~Raster() = default;
+
+int Raster::width() const
+{
+    return m_dataset->GetRasterXSize();
+}
+
+int Raster::height() const
+{
+    return m_dataset->GetRasterYSize();
+}
+
+std::vector<std::string> Raster::files() const
+{
+    const CPLStringList list(m_dataset->GetFileList());
+    return {list.List(), list.List() + list.Count()};
+}
+
+double Raster::metresOfHeight() const
+{
+    const std::string unit = CPLString(m_band->GetUnitType()).tolower();
+    if (unit == "ft" || unit == "foot" || unit == "feet" || unit == "international foot")
+        return CPLAtof(SRS_UL_FOOT_CONV);
+    if (unit == "us-ft" || unit == "ftus" || unit == "us survey foot" || unit == "us survey feet"
+        || unit == "foot_us")
+        return CPLAtof(SRS_UL_US_FOOT_CONV);
+    return 1.0;
+}
+
+Terrain Raster::read(const Window &window) const
+{
+    Terrain terrain(window.width, window.height, m_storage);
+    terrain.withCells([&]<class Number>(Number *cells) { BlockReader(*m_band, window, cells).read(); });
+    return terrain;
+}
+
+double availableMemory()
+{
+    std::ifstream info("/proc/meminfo");
+    for (std::string name; info >> name;) {
+        constexpr double kilobyte = 1024.0;
+        double number = 0.0;
+        if (name == "MemAvailable:" && info >> number)
+            return number * kilobyte;
+    }
+    return std::numeric_limits<double>::max();
+}
+
+} // namespace viewshed

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "viewshed/combine.h"
+#include "viewshed/terrain.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class GDALDataset;
+class GDALRasterBand;
+
+namespace viewshed
+{
+
+/// The band of a raster that holds the elevations.
+class Raster
+{
+public:
+    /// Throws Failure if the file cannot be read, lacks the band, or holds complex numbers.
+    Raster(const std::string &path, int band);
+    ~Raster();
+
+    int width() const;
+    int height() const;
+    GDALDataset &dataset() const { return *m_dataset; }
+    /// The files that it is read from, as GDAL names them.
+    std::vector<std::string> files() const;
+
+    /// How its numbers are kept without loss.
+    Terrain::Storage storage() const { return m_storage; }
+    /// Metres of a unit of elevation, 1 where the band does not name another.
+    double metresOfHeight() const;
+
+    /// Reads a part block by block, past GDAL's cache; a number that is the no-data value, that the band's mask
+    /// leaves out, or that is not finite becomes a cell without data. Throws Failure, std::bad_alloc.
+    Terrain read(const Window &window) const;
+
+private:
+    std::unique_ptr<GDALDataset> m_dataset;
+    GDALRasterBand *m_band;
+    Terrain::Storage m_storage;
+};
+
+/// Bytes of memory that a computation may take now; the greatest number where the system does not tell.
+double availableMemory();
+
+} // namespace viewshed
