@@ -33,6 +33,8 @@ make_product TPI topographic_position.tif
 make_product roughness roughness.tif
 make_product color-relief colour_relief.tif
 make_product color-relief colour_relief_viridis.tif --set table=viridis --set spread=true
+printf 'id,WKT\n1,POINT(552000 5150000)\n2,POINT(563000 5143000)\n' > "$products/observers.csv"
+make_product intervisibility intervisibility.tif --set "points=$products/observers.csv" --set height=30
 make_product contour contour_lines.shp --set interval=100
 
 # A product that opens and whose cells differ from one another.

@@ -7,6 +7,7 @@
 #include "messages/QuvoLanguageManager.h"
 #include "panels/QEditableComboBox.h"
 #include "panels/colorReliefOptionsWidget.h"
+#include "panels/intervisibilityOptionsWidget.h"
 #include "tests/support/rasters.h"
 
 #include <QApplication>
@@ -268,6 +269,7 @@ void MainDialogTest::productEqualsTheBatchProgramsOwn_data()
     row("aspectTab", "dem_aspect.tif", {"aspect"});
     row("tri_tpi_roughnessTab", "dem_roughness.tif", {"TRI"});
     row("colorReliefTab", "dem_color.tif", {"color-relief", "--set", "table=viridis", "--set", "spread=true"});
+    row("intervisibilityTab", "dem_intervisibility.tif", {"intervisibility", "--set", "points=VUE"});
     row("contourTab", "dem_contour_lines.shp", {"contour", "--set", "interval=10"});
 }
 
@@ -276,8 +278,13 @@ void MainDialogTest::productEqualsTheBatchProgramsOwn()
     QFETCH(QString, tab);
     QFETCH(QString, product);
     QFETCH(QStringList, byBatch);
+    QFile observer(path("vue.csv")); // the centre of the DEM, where the window puts its first observer
+    QVERIFY(observer.open(QIODevice::WriteOnly) && observer.write("id,WKT\n1,POINT(500320 5099680)\n") > 0);
+    observer.close();
+    byBatch.replaceInStrings("VUE", observer.fileName());
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
+    dialog.window.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
     dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>(qPrintable(tab)));
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("10.000");
     const auto colors = dialog.window.findChild<colorReliefOptionsWidget *>();
