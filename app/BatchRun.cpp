@@ -35,6 +35,7 @@ void BatchRun::onFinished()
 {
     printOutput(m_progress.finish());
     printError(m_run.outcome().toolText);
+    printError(m_run.outcome().warning);
     end(BatchExit::Done, QString());
 }
 

@@ -26,6 +26,11 @@ void OutputFile::propose(const QString &input, const QString &suffix, const QStr
         m_name->setText(proposeOutputName(input, suffix, extensions.value(0)));
 }
 
+void OutputFile::changeExtension(const QStringList &before, const QStringList &extensions)
+{
+    m_name->setText(adaptExtension(name(), extensions, before));
+}
+
 void OutputFile::choose(const QString &name)
 {
     m_isUsers = true;

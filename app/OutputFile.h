@@ -23,6 +23,9 @@ public:
     /// Of a name that the user wrote only a wrong extension changes.
     void propose(const QString &input, const QString &suffix, const QStringList &extensions);
 
+    /// The format is another one now: an extension of the one before makes place for the first of the new ones.
+    void changeExtension(const QStringList &before, const QStringList &extensions);
+
     /// Takes a name that the user chose.
     void choose(const QString &name);
 

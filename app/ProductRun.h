@@ -18,6 +18,7 @@ struct RunOutcome
     QString toolText;            ///< what the tool wrote on its standard error
     std::optional<int> exitCode; ///< of the tool; none when it was stopped or never started
     long long featureCount = 0;  ///< of a vector product
+    QString warning;             ///< what is missing beside a product that is whole; mostly empty
 };
 
 /// A run that makes a product: one step of the script runner, and a look at what came out. Window and batch
@@ -50,6 +51,8 @@ signals:
 
 private:
     void end();
+    void buildOverviews();
+    void endWithoutOverviews(const QString &warning);
     void onDone();
     void onAborted();
     void onError(const QString &toolText);
@@ -59,4 +62,7 @@ private:
     RunOutcome m_outcome;
     SideFiles m_sideFiles;
     std::unique_ptr<OutputLock> m_lock;
+    bool m_window = false;
+    QString m_icon;
+    bool m_buildingOverviews = false; ///< the product itself is done and whole
 };

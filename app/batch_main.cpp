@@ -3,8 +3,11 @@
 #include "app/batchrequest.h"
 #include "app/console.h"
 #include "app/environment.h"
+#include "app/overviews.h"
 #include "app/runplan.h"
+#include "app/terminalprogress.h"
 #include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
 #include "messages/QuvoLanguageManager.h"
 
 #include <QApplication>
@@ -90,6 +93,17 @@ int runOrPrint(const BatchArguments &arguments)
     return static_cast<int>(BatchExit::Done);
 }
 
+/// Progress as the tools write it; the window's runner reads it.
+int buildOverviewsOf(const QString &raster)
+{
+    TerminalProgress progress;
+    printOutput(progress.advance(0));
+    const QString problem = buildOverviews(dataSetName(raster, QDir::currentPath()),
+                                           [&](int percent) { printOutput(progress.advance(percent)); });
+    printOutput(problem.isEmpty() ? progress.finish() : progress.abandon());
+    return problem.isEmpty() ? static_cast<int>(BatchExit::Done) : refuse(problem, BatchExit::Failed);
+}
+
 int print(const QString &text)
 {
     printOutput(text);
@@ -117,6 +131,8 @@ int main(int argc, char *argv[])
         return print(batchVersion());
     case BatchAction::List:
         return print(batchList());
+    case BatchAction::BuildOverviews:
+        return buildOverviewsOf(arguments.overviewRaster);
     case BatchAction::PrintCommand:
     case BatchAction::Run:
         break;

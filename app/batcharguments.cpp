@@ -10,6 +10,7 @@ namespace
 const QString helpName = QStringLiteral("help");
 const QString versionName = QStringLiteral("version");
 const QString listName = QStringLiteral("list");
+const QString buildName = QStringLiteral("build-overviews");
 const QString printName = QStringLiteral("print-command");
 
 /// The options, in the order in which the help shows them.
@@ -34,11 +35,17 @@ void declareOptions(QCommandLineParser &parser)
         {QStringLiteral("tiled"), text("MESS_LOT_TUILES", "Produit en tuiles.")},
         {QStringLiteral("world-file"),
          text("MESS_LOT_CALAGE", "Fichier de calage .tfw, avec --tiled seulement.")},
+        {QStringLiteral("layer"), text("MESS_LOT_COUCHE", "Couche d'un produit vecteur (contour par défaut)."),
+         QStringLiteral("name")},
+        {QStringLiteral("overviews"), text("MESS_LOT_VUES", "Vues d'ensemble à côté d'un produit raster.")},
         {QStringLiteral("set"), text("MESS_LOT_OPTION", "Option du traitement (voir --list) ; répétable."),
          QStringLiteral("name=value")},
         {QStringLiteral("overwrite"), text("MESS_LOT_REMPLACER", "Remplace un produit qui existe déjà.")},
         {printName, text("MESS_LOT_COMMANDE", "Affiche la commande de l'outil et n'exécute rien.")},
         {listName, text("MESS_LOT_LISTE", "Affiche les traitements et leurs options.")},
+        {buildName,
+         text("MESS_LOT_CALC_VUES", "Calcule les vues d'ensemble d'un raster, à côté de lui, et rien d'autre."),
+         QStringLiteral("raster")},
         {{QStringLiteral("v"), versionName}, text("MESS_LOT_VERSION", "Affiche la version.")},
         {{QStringLiteral("h"), helpName}, text("MESS_LOT_AIDE", "Affiche cette aide.")},
     });
@@ -52,6 +59,8 @@ BatchAction actionOf(const QCommandLineParser &parser)
         return BatchAction::Version;
     if (parser.isSet(listName))
         return BatchAction::List;
+    if (parser.isSet(buildName))
+        return BatchAction::BuildOverviews;
     return parser.isSet(printName) ? BatchAction::PrintCommand : BatchAction::Run;
 }
 
@@ -88,6 +97,8 @@ QString takeValues(BatchArguments &arguments, const QCommandLineParser &parser)
     if (parser.isSet(QStringLiteral("output")))
         arguments.output = parser.value(QStringLiteral("output"));
     arguments.outputFormat = parser.value(QStringLiteral("of"));
+    arguments.layerName = parser.value(QStringLiteral("layer"));
+    arguments.overviews = parser.isSet(QStringLiteral("overviews"));
     arguments.tiled = parser.isSet(QStringLiteral("tiled"));
     arguments.worldFile = parser.isSet(QStringLiteral("world-file"));
     arguments.overwrite = parser.isSet(QStringLiteral("overwrite"));
@@ -116,6 +127,7 @@ BatchArguments readBatchArguments(const QStringList &texts)
         return arguments;
     }
     arguments.action = actionOf(parser);
+    arguments.overviewRaster = parser.value(buildName);
     if (arguments.action == BatchAction::Run || arguments.action == BatchAction::PrintCommand)
         arguments.error = takeValues(arguments, parser);
     return arguments;

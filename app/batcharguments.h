@@ -12,6 +12,7 @@ enum class BatchAction
 {
     Run,
     PrintCommand,
+    BuildOverviews,
     List,
     Help,
     Version
@@ -27,6 +28,9 @@ struct BatchArguments
     std::optional<QString> output;
     std::optional<int> band;
     QString outputFormat;
+    QString layerName;
+    QString overviewRaster; ///< whose overviews are to be built
+    bool overviews = false;
     bool tiled = false;
     bool worldFile = false;
     bool overwrite = false;

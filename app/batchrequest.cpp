@@ -83,6 +83,9 @@ RecipeReading combine(const BatchArguments &arguments)
     if (!arguments.outputFormat.isEmpty())
         recipe.outputFormat = arguments.outputFormat;
     recipe.band = arguments.band.value_or(recipe.band);
+    if (!arguments.layerName.isEmpty())
+        recipe.layerName = arguments.layerName;
+    recipe.overviews |= arguments.overviews;
     recipe.tiled |= arguments.tiled;
     recipe.worldFile |= arguments.worldFile;
 
@@ -110,6 +113,8 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     request.input = dataSetName(recipe.input, QDir::currentPath());
     request.format = recipe.outputFormat;
     request.band = recipe.band;
+    request.layerName = recipe.layerName;
+    request.overviews = recipe.overviews;
     request.tiled = recipe.tiled;
     request.worldFile = recipe.worldFile;
     request.fragment = argumentFragment(recipe.options);

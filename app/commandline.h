@@ -19,6 +19,7 @@ struct ProcessingRequest
     int band = 1;           ///< of the input, counted from 1
     bool tiled = false;     ///< tiled GeoTIFF
     bool worldFile = false; ///< a world file beside the GeoTIFF; takes effect on a tiled one only, on purpose
+    bool overviews = false; ///< of a raster product, beside it, after it was found whole
     QString fragment;       ///< the option panel's argument fragment
     QString colorTableFile; ///< colour relief only
 };

@@ -5,6 +5,7 @@
 #include "app/PanelArea.h"
 #include "app/aboutDialog.h"
 #include "app/dialogrules.h"
+#include "app/outputFileAdvancedOptionsDialog.h"
 #include "app/outputname.h"
 #include "app/processResultDialog.h"
 #include "app/replacedoutput.h"
@@ -121,6 +122,8 @@ void quvoGdalUtilities::connectControls()
             &quvoGdalUtilities::slot_onOutputFileChanged);
     connect(m_form->m_pPBSelectOutputFile, &QPushButton::clicked, this,
             &quvoGdalUtilities::slot_selectOutputFile);
+    connect(m_form->m_pPBOutputFileAdvancedOptions, &QPushButton::clicked, this,
+            &quvoGdalUtilities::slot_showOutputFileAdvancedOptions);
     connect(m_form->m_pPBLaunchProcess, &QPushButton::clicked, this, &quvoGdalUtilities::slot_launchProcess);
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &quvoGdalUtilities::close);
 }
@@ -241,7 +244,34 @@ ProcessingRequest quvoGdalUtilities::currentRequest() const
     request.input = m_input->path();
     request.output = besideInput(m_output->name(), request.input);
     request.band = m_input->band();
+    if (request.process) {
+        const bool vector = processRow(*request.process).product == ProductKind::Vector;
+        OutputOptions options = vector ? m_vectorOptions : m_rasterOptions;
+        if (!outputFormats(*request.process).contains(options.format))
+            options.format.clear(); // this process's tool does not write it
+        applyOutputOptions(options, request);
+    }
     return request;
+}
+
+OutputOptions &quvoGdalUtilities::currentOutputOptions()
+{
+    const auto process = currentProcess();
+    return process && processRow(*process).product == ProductKind::Vector ? m_vectorOptions : m_rasterOptions;
+}
+
+void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
+{
+    const auto process = currentProcess();
+    if (!process)
+        return;
+    outputFileAdvancedOptionsDialog dialog(*process, currentOutputOptions(), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QStringList extensionsBefore = formatExtensions(outputFormat(currentRequest()));
+    currentOutputOptions() = dialog.options();
+    m_output->changeExtension(extensionsBefore, formatExtensions(outputFormat(currentRequest())));
+    slot_activeLaunchButton();
 }
 
 void quvoGdalUtilities::slot_launchProcess()
@@ -314,6 +344,8 @@ void quvoGdalUtilities::slot_processFinished()
     result.text =
         tr("Le traitement s'est déroulé avec succès et le résultat est disponible.", "MESS_TRAIT_FINI_RES");
     result.file = m_run.plan().request.output;
+    if (!m_run.outcome().warning.isEmpty())
+        result.text += QStringLiteral("\n\n") + m_run.outcome().warning;
     showResult(result);
 }
 

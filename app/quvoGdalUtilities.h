@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ProductRun.h"
+#include "app/outputoptions.h"
 #include "app/settings.h"
 #include "app/tools.h"
 #include "dataset/workfolder.h"
@@ -58,6 +59,7 @@ public slots:
     void slot_onInputDemChanged(const QString &path);
     void slot_onOutputFileChanged();
     void slot_selectOutputFile();
+    void slot_showOutputFileAdvancedOptions();
     void slot_launchProcess();
 
 protected:
@@ -76,6 +78,7 @@ private:
     std::optional<Process> currentProcess() const;
     optionsWidget *currentPanel() const;
     ProcessingRequest currentRequest() const;
+    OutputOptions &currentOutputOptions();
     void warnOfOutput(const QString &name, const QString &problem);
     bool mayOverwrite(const RunPlan &plan);
     bool mayGoOn(const RunPlan &plan);
@@ -89,6 +92,8 @@ private:
     std::unique_ptr<InputDem> m_input;
     std::unique_ptr<OutputFile> m_output;
     colorReliefOptionsWidget *m_colorRelief = nullptr;
+    OutputOptions m_rasterOptions; ///< of the products of each kind
+    OutputOptions m_vectorOptions;
     LastGeometry m_lastGeometry;
     QString m_lastChosenFolder; ///< of the DEM that was last chosen in a file dialog
     bool m_keepStartingDir = false;

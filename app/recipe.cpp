@@ -36,7 +36,8 @@ QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value,
     };
     static constexpr TextMember texts[] = {{"input", &Recipe::input, true},
                                            {"output", &Recipe::output, true},
-                                           {"outputFormat", &Recipe::outputFormat, false}};
+                                           {"outputFormat", &Recipe::outputFormat, false},
+                                           {"layerName", &Recipe::layerName, false}};
     for (const TextMember &known : texts) {
         if (name == QLatin1String(known.name)) {
             recipe.*known.member = known.isPath ? fromFolder(folder, value.toString()) : value.toString();
@@ -47,9 +48,18 @@ QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value,
         recipe.band = value.toInt(0);
         return recipe.band >= 1 ? QString() : wrongMember(name, bandNumber);
     }
-    if (name == QLatin1String("tiled") || name == QLatin1String("worldFile")) {
-        (name == QLatin1String("tiled") ? recipe.tiled : recipe.worldFile) = value.toBool();
-        return value.isBool() ? QString() : wrongMember(name, boolean);
+    struct SwitchMember
+    {
+        const char *name;
+        bool Recipe::*member;
+    };
+    static constexpr SwitchMember switches[] = {
+        {"tiled", &Recipe::tiled}, {"worldFile", &Recipe::worldFile}, {"overviews", &Recipe::overviews}};
+    for (const SwitchMember &known : switches) {
+        if (name == QLatin1String(known.name)) {
+            recipe.*known.member = value.toBool();
+            return value.isBool() ? QString() : wrongMember(name, boolean);
+        }
     }
     return labelText({"MESS_REC_INCONNU", "Membre inconnu : « %1 »."}).arg(name);
 }

@@ -14,6 +14,8 @@ struct Recipe
     QString output;       ///< likewise
     int band = 1;         ///< of the input, counted from 1
     QString outputFormat; ///< GDAL's short driver name; empty: the product's usual one
+    QString layerName;    ///< of a vector product; empty: the usual one
+    bool overviews = false;
     bool tiled = false;
     bool worldFile = false;
     ProcessOptions options;
@@ -29,7 +31,8 @@ struct RecipeReading
 /// Reads a recipe, a JSON object (UTF-8):
 ///
 ///     {"format": 1, "process": "hillshade", "input": "dem.tif", "output": "relief.tif",
-///      "band": 1, "outputFormat": "GTiff", "tiled": false, "worldFile": false,
+///      "band": 1, "outputFormat": "GTiff", "layerName": "contour", "tiled": false, "worldFile": false,
+///      "overviews": false,
 ///      "options": {"altitude": 60}}
 ///
 /// "format" and "process" are required. The members of "options" are the fields of the process's option record.

@@ -1,9 +1,11 @@
 #include "app/runplan.h"
 
 #include "app/outputname.h"
+#include "app/overviews.h"
 #include "app/sidefile.h"
 #include "dataset/formatfilters.h"
 #include "dataset/rasterinfo.h"
+#include "panels/quoting.h"
 #include "runner/outputfiles.h"
 
 #include <QDir>
@@ -137,6 +139,10 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
 
     plan.touchedInputFiles = filesWithStatistics(request.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
+    if (request.overviews && process.product == ProductKind::Raster && takesOverviews(outputFormat(request))
+        && !overviewFactors(input.width, input.height).isEmpty())
+        plan.overviewCommand =
+            processCommand(tools.batch, QStringLiteral("--build-overviews ") + quotedArgument(output.path));
     plan.expected = {process.product, output.path, input.width, input.height, outputLayer(request)};
     const QString warning =
         freeSpaceWarning(output.path, expectedProductSize(process, input.width, input.height));

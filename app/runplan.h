@@ -22,6 +22,7 @@ enum class RunFault
 struct RunPlan
 {
     ProcessingRequest request; ///< with the output under the name that the run writes: absolute, links resolved
+    QString overviewCommand;   ///< that builds the product's overviews; empty: there are none to build
     QString command;           ///< the tool's whole command line
     QuvoOutputFilesList outputs;   ///< what a stop or a failure deletes
     ExpectedProduct expected;      ///< what the product is compared with

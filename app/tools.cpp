@@ -40,7 +40,7 @@ ToolPaths findTools(const QString &programFolder)
         return file.exists() ? file.absoluteFilePath() : QString();
     };
     return {existing(Tool::Dem), existing(Tool::Contour), existing(Tool::Intervisibility),
-            existing(Tool::Translate)};
+            existing(Tool::Translate), QDir(programFolder).absoluteFilePath(QStringLiteral("QuvoDemBatch"))};
 }
 
 QString toolProblem(const ToolPaths &tools, Tool tool)

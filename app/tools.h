@@ -14,6 +14,7 @@ struct ToolPaths
     QString contour;
     QString intervisibility;
     QString translate;
+    QString batch; ///< the batch program beside them, which builds overviews
 
     const QString &path(Tool tool) const;
 

@@ -60,15 +60,30 @@ QStringList formatExtensions(const QString &name)
     return QString::fromUtf8(list).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
+QStringList driverNames()
+{
+    QStringList names;
+    GDALDriverManager *manager = GetGDALDriverManager();
+    for (int at = 0; at < manager->GetDriverCount(); ++at)
+        names += QString::fromUtf8(manager->GetDriver(at)->GetDescription());
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
+
+QString formatTitle(const QString &name)
+{
+    GDALDriver *driver = driverNamed(name);
+    const char *title = driver ? driver->GetMetadataItem(GDAL_DMD_LONGNAME) : nullptr;
+    return title ? QString::fromUtf8(title) : name;
+}
+
 QStringList vectorFilePatterns()
 {
     QStringList patterns;
-    GDALDriverManager *manager = GetGDALDriverManager();
-    for (int at = 0; at < manager->GetDriverCount(); ++at) {
-        GDALDriver *driver = manager->GetDriver(at);
-        if (!says(driver, GDAL_DCAP_VECTOR))
+    for (const QString &name : driverNames()) {
+        if (!says(driverNamed(name), GDAL_DCAP_VECTOR))
             continue;
-        for (const QString &extension : formatExtensions(QString::fromUtf8(driver->GetDescription())))
+        for (const QString &extension : formatExtensions(name))
             patterns += QStringLiteral("*.") + extension;
     }
     patterns.sort();

@@ -20,5 +20,11 @@ bool hasCreationOption(const QString &driver, const QString &option);
 /// driver that names none or does not exist.
 QStringList formatExtensions(const QString &driver);
 
+/// Short names of GDAL's drivers, sorted.
+QStringList driverNames();
+
+/// A driver's name as people know it ("GeoTIFF"); its short name where it has none.
+QString formatTitle(const QString &driver);
+
 /// Patterns of the files that GDAL's vector drivers read ("*.shp", "*.gpkg", …), each once.
 QStringList vectorFilePatterns();

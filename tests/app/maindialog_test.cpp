@@ -1,4 +1,5 @@
 #include "app/dialogrules.h"
+#include "app/outputFileAdvancedOptionsDialog.h"
 #include "app/processResultDialog.h"
 #include "app/quvoGdalUtilities.h"
 #include "dataset/QuvoFilerDialog.h"
@@ -25,6 +26,9 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+
+#include <utility>
 
 class MainDialogTest : public QObject
 {
@@ -47,6 +51,8 @@ private slots:
     void overwriteAsks();
     void outputIsNeverTheInput();
     void stopLeavesNothing();
+    void outputOptions();
+    void overviewsAreLeftAtWill();
     void failureIsTold();
     void closingDuringARun();
     void geometryAndRecentFilesComeBack();
@@ -361,6 +367,76 @@ void MainDialogTest::stopLeavesNothing()
     QCOMPARE(dialog.resultText(), QStringLiteral("Le traitement a été annulé."));
     QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
     QVERIFY(!stopButton());
+}
+
+void MainDialogTest::outputOptions()
+{
+    QVERIFY(writeHill(path("dem.tif"), 600));
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    const auto change = [&](const QString &format, const QStringList &boxes) {
+        QTimer::singleShot(50, [&, format, boxes] {
+            const auto options =
+                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
+            QVERIFY(options);
+            const auto list = options->findChild<QComboBox *>();
+            list->setCurrentIndex(list->findData(format));
+            for (const QString &box : boxes)
+                options->findChild<QAbstractButton *>(box)->click(); // of a disabled one nothing follows
+            options->accept();
+        });
+        dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
+    };
+    change("PNG", {"m_pChBTiled"});
+    QCOMPARE(dialog.output()->text(), path("dem_hillshade.png"));
+    change("GTiff", {"m_pChBWorldFile", "m_pChBTiled", "m_pChBWorldFile", "m_pChBOverviews"});
+    QCOMPARE(dialog.output()->text(), path("dem_hillshade.tif"));
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.result());
+    QCOMPARE(dialog.resultText(),
+             QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
+    QVERIFY(QFile::exists(path("dem_hillshade.tfw")) && QFile::exists(path("dem_hillshade.tif.ovr")));
+    dialog.result()->close();
+
+    const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
+    tabs->setCurrentWidget(dialog.find<QWidget>("contourTab"));
+    QVERIFY(dialog.output()->text().endsWith(".shp")); // each kind of product has options of its own
+    change("GPKG", {});
+    QVERIFY(dialog.output()->text().endsWith(".gpkg"));
+    tabs->setCurrentWidget(dialog.find<QWidget>("intervisibilityTab"));
+    change("PNG", {}); // the tool writes no other format
+    QVERIFY(dialog.output()->text().endsWith(".tif"));
+}
+
+void MainDialogTest::overviewsAreLeftAtWill()
+{
+    QVERIFY(writeHill(path("dem.tif"), 600));
+    const QString tool = m_tools.dem;
+    for (const char *script : {"echo half > \"$2.ovr\"; printf '0...10'; sleep 60\n",
+                               "echo half > \"$2.ovr\"; echo 'no room' >&2; exit 1\n"}) {
+        useTool(script);
+        m_tools.batch = std::exchange(m_tools.dem, tool);
+        Dialog dialog(m_tools);
+        dialog.window.setInputDem(path("dem.tif"));
+        dialog.output()->setText(path("vues.tif"));
+        Prompt::answerBeforehand({true});
+        QTimer::singleShot(50, [] {
+            const auto options =
+                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
+            options->findChild<QAbstractButton *>("m_pChBOverviews")->click();
+            options->accept();
+        });
+        dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
+        QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+        QTRY_VERIFY(QFile::exists(path("vues.tif.ovr")) || dialog.result());
+        if (QByteArray(script).contains("sleep")) {
+            QTRY_VERIFY(stopButton());
+            QTest::mouseClick(stopButton(), Qt::LeftButton);
+        }
+        QTRY_VERIFY(dialog.result());
+        QVERIFY2(dialog.resultText().contains("complet sans elles"), qPrintable(dialog.resultText()));
+        QVERIFY(QFile::exists(path("vues.tif")) && !QFile::exists(path("vues.tif.ovr")));
+    }
 }
 
 void MainDialogTest::failureIsTold()

@@ -1,6 +1,7 @@
 #include "app/outputname.h"
 
 #include "app/outputlock.h"
+#include "app/overviews.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,6 +20,7 @@ private slots:
     void names();
     void theInputUnderAnyName();
     void linksAreFollowed();
+    void overviews();
     void space();
     void lock();
 
@@ -104,6 +106,14 @@ void OutputNameTest::linksAreFollowed()
     QCOMPARE(output.problem, QString());
     QCOMPARE(output.path, m_folder->filePath("new.tif"));
     QVERIFY(checkOutputName(m_folder->filePath("no.rule"), {}, {}).problem.isEmpty());
+}
+
+void OutputNameTest::overviews()
+{
+    QCOMPARE(overviewFactors(255, 9000), QVector<int>());
+    QCOMPARE(overviewFactors(256, 256), QVector<int>{2});
+    QCOMPARE(overviewFactors(9000, 511), QVector<int>{2});
+    QCOMPARE(overviewFactors(2048, 3000), (QVector<int>{2, 4, 8, 16}));
 }
 
 void OutputNameTest::space()

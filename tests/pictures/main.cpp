@@ -5,6 +5,7 @@
 // The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language.
 
 #include "app/aboutDialog.h"
+#include "app/outputFileAdvancedOptionsDialog.h"
 #include "app/processResultDialog.h"
 #include "app/quvoGdalUtilities.h"
 #include "app/stylesheet.h"
@@ -85,8 +86,12 @@ void addMainDialog(Album &album)
     }
 }
 
-void addImportDialogs(Album &album)
+void addSmallDialogs(Album &album)
 {
+    outputFileAdvancedOptionsDialog raster(Process::ShadedRelief, {});
+    album.add(raster, QStringLiteral("output_raster"));
+    outputFileAdvancedOptionsDialog vector(Process::Contour, {});
+    album.add(vector, QStringLiteral("output_vector"));
     VectorObservers source;
     source.lines += {{0.0, 0.0}, {0.0, 90000.0}};
     source.sites += {{1.0, 1.0}, 7.0, {}};
@@ -142,7 +147,7 @@ int main(int argc, char *argv[])
     addMainDialog(album);
     addProgress(album);
     addResults(album);
-    addImportDialogs(album);
+    addSmallDialogs(album);
     aboutDialog about(nullptr);
     album.add(about, QStringLiteral("about"));
     return 0;

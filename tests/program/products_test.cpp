@@ -196,25 +196,36 @@ void ProductsTest::observers()
     const std::unique_ptr<GDALDataset> dem(
         GDALDataset::Open(encodePath(path("metres.tif")).constData(), GDAL_OF_RASTER));
     double ground = 0.0;
-    QCOMPARE(dem->GetRasterBand(1)->RasterIO(GF_Read, 32, 32, 1, 1, &ground, 1, 1, GDT_Float64, 0, 0, nullptr), CE_None);
+    QCOMPARE(dem->GetRasterBand(1)->RasterIO(GF_Read, 32, 32, 1, 1, &ground, 1, 1, GDT_Float64, 0, 0, nullptr),
+             CE_None);
     QVERIFY(QDir().mkpath(path("main")));
     QFile types(path("main/points.csvt"));
     QVERIFY(types.open(QIODevice::WriteOnly) && types.write("String,Real") > 0);
     types.close();
     QFile csv(path("main/points.csv"));
     QVERIFY(csv.open(QIODevice::WriteOnly));
-    csv.write(QStringLiteral("WKT,Max_Dist\nPOINT Z(500325 5099675 %1),100000\nPOINT Z(500005 5099995 150),300\n")
-                  .arg(QString::number(ground + 2.0, 'g', 17))
-                  .toUtf8());
+    csv.write(
+        QStringLiteral("WKT,Max_Dist\nPOINT Z(500325 5099675 %1),100000\nPOINT Z(500005 5099995 150),300\n")
+            .arg(QString::number(ground + 2.0, 'g', 17))
+            .toUtf8());
     csv.close();
-    QCOMPARE(run("gdal_intervisibility.exe",
-                 {"-SrcFile", path("metres.tif"), "-DstFile", path("hand.tif"), "-iBand", "1", "-point_file",
-                  csv.fileName(), "-DstOp", "AND", "-SH", "0", "-CNOZ", "213", "94", "0", "-COZ", "0", "158", "115",
-                  "-CNoData", "0", "0", "0"}),
+    QCOMPARE(run("gdal_intervisibility.exe", {"-SrcFile",    path("metres.tif"),
+                                              "-DstFile",    path("hand.tif"),
+                                              "-iBand",      "1",
+                                              "-point_file", csv.fileName(),
+                                              "-DstOp",      "AND",
+                                              "-SH",         "0",
+                                              "-CNOZ",       "213",
+                                              "94",          "0",
+                                              "-COZ",        "0",
+                                              "158",         "115",
+                                              "-CNoData",    "0",
+                                              "0",           "0"}),
              0);
     QCOMPARE(bytesOf(path("vues.tif")), bytesOf(path("hand.tif")));
     QCOMPARE(batch({recipe.fileName(), "--output", path("x.tif"), "--set", "combination=XOR"}), 2);
-    QCOMPARE(batch({"--process", "intervisibility", "--input", path("metres.tif"), "--output", path("x.tif")}), 2);
+    QCOMPARE(batch({"--process", "intervisibility", "--input", path("metres.tif"), "--output", path("x.tif")}),
+             2);
     QVERIFY(!QFile::exists(path("x.tif")));
 }
 
