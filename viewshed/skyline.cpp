@@ -194,8 +194,34 @@ void Skyline::raise(const Ring &ring)
     findLowest();
 }
 
+/// Takes the edge between the interval's cells for the whole of it, if that is nowhere below the horizon. The
+/// edges towards the ring before are below it then: they lead from one of the cells to a point of the horizon
+/// within the interval. That is not so where the leaf's end cuts the interval.
+bool Skyline::mergeWhole(const Ring &ring, int interval)
+{
+    const auto at = static_cast<std::size_t>(interval);
+    const double left = m_directions[at];
+    const double right = m_directions[at + 1];
+    if (!(ring.heights[interval] >= m_limits[at] && ring.heights[interval + 1] >= m_limits[at + 1])
+        || left < m_from || right > m_to)
+        return false;
+    const Piece piece = edgeAlong(ring, interval).piece;
+    copyUpTo(left);
+    std::size_t next = m_next;
+    for (; m_horizon.ends[next + 1] < right; ++next) {
+        const double end = m_horizon.ends[next + 1];
+        if (piece.at(end) < std::max(m_horizon.pieces[next].at(end), m_horizon.pieces[next + 1].at(end)))
+            return false;
+    }
+    m_next = next;
+    m_merged.append(right, piece);
+    return true;
+}
+
 void Skyline::mergeInterval(const Ring &ring, int interval)
 {
+    if (mergeWhole(ring, interval))
+        return;
     if (standsAlone(ring, interval)) {
         copyUpTo(m_directions[static_cast<std::size_t>(interval)]);
         m_merged.appendPoint({ring.heights[interval] / ring.ahead, 0.0});

@@ -78,6 +78,7 @@ private:
     Edge edgeAlong(const Ring &ring, int interval) const;
     Edge edgeAhead(const Ring &ring, int interval) const;
     bool standsAlone(const Ring &ring, int interval) const;
+    bool mergeWhole(const Ring &ring, int interval);
     void mergeInterval(const Ring &ring, int interval);
     void copyUpTo(double to);
     void mergeEdge(const Edge &edge);
