@@ -1,6 +1,7 @@
 #include "viewshed/analysis.h"
 
 #include "viewshed/georeference.h"
+#include "viewshed/horizon.h"
 
 #include <gdal_priv.h>
 
@@ -57,19 +58,23 @@ void checkMemory(const Observer &observer, const Sight &sight, const Window &win
 class LoadedWindow
 {
 public:
-    explicit LoadedWindow(const Raster &raster)
+    LoadedWindow(const Raster &raster, int threads)
         : m_raster(raster)
+        , m_threads(threads)
     { }
 
     const Window &window() const { return m_window; }
-    const Terrain &load(const Window &window)
+    const Terrain &terrain() const { return *m_terrain; }
+    const BlockMaxima &maxima() const { return *m_maxima; }
+
+    void load(const Window &window)
     {
-        if (!m_terrain || !m_window.holds(window)) {
-            m_terrain.reset(); // two do not fit
-            m_terrain.emplace(m_raster.read(window));
-            m_window = window;
-        }
-        return *m_terrain;
+        if (m_terrain && m_window.holds(window))
+            return;
+        m_terrain.reset(); // two do not fit
+        m_terrain.emplace(m_raster.read(window));
+        m_maxima.emplace(*m_terrain, m_threads);
+        m_window = window;
     }
     std::optional<Terrain> whole()
     {
@@ -80,8 +85,10 @@ public:
 
 private:
     const Raster &m_raster;
+    int m_threads;
     Window m_window;
     std::optional<Terrain> m_terrain;
+    std::optional<BlockMaxima> m_maxima;
 };
 
 } // namespace
@@ -97,15 +104,15 @@ Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, 
     }
 
     BitGrid picture(raster.width(), raster.height());
-    LoadedWindow loaded(raster);
+    LoadedWindow loaded(raster, threads);
     for (std::size_t index = 0; index < sights.size(); ++index) {
         const Window needed = windowOf(sights[index], raster.width(), raster.height());
-        const Terrain &terrain = loaded.load(needed);
+        loaded.load(needed);
         const Sight sight = within(sights[index], loaded.window());
         const auto tell = [&](double done) {
             progress((static_cast<double>(index) + done) / static_cast<double>(sights.size()));
         };
-        const BitGrid seen = plainViewshed(terrain, sight, threads, tell);
+        const BitGrid seen = horizonViewshed(loaded.terrain(), loaded.maxima(), sight, threads, tell);
         combine(picture, seen, loaded.window(), sight, options.combination, index == 0);
     }
     return {std::move(picture), loaded.whole()};

@@ -1,0 +1,348 @@
+#include "viewshed/horizon.h"
+
+#include "viewshed/combine.h"
+#include "viewshed/jobs.h"
+#include "viewshed/skyline.h"
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+namespace viewshed
+{
+
+namespace
+{
+
+constexpr int sectors = 4;
+constexpr int leaves = 64; ///< ranges of directions in a sector
+
+/// A sector reaches from m = -1 to 1. The leaves' ends are a trifle off the round numbers: no quotient of the
+/// lattice's numbers lies there, so every cell is inside one leaf, and those on a diagonal are inside both
+/// sectors.
+double leafEnd(int leaf)
+{
+    constexpr double trifle = 0x1p-40;
+    return leaf == 0 ? -1.0 - trifle : -1.0 + 2.0 * leaf / leaves + trifle;
+}
+
+/// Beyond so many cells the quotients of two directions may be equal without the directions being so.
+constexpr double farthest = 65536.0;
+
+/// A sector's own coordinates: lines lie across the view and count away from the eye or towards it, places
+/// count along a line.
+struct Frame
+{
+    bool overColumns; ///< a line is a column of the grid, a place a row
+    int direction;    ///< 1 where the lines' numbers grow away from the eye
+
+    int column(int line, int place) const { return overColumns ? line : place; }
+    int row(int line, int place) const { return overColumns ? place : line; }
+};
+
+/// Places of a line, `first` to `last`.
+struct Places
+{
+    int first;
+    int last;
+};
+
+/// The heights above the eye of some lines that follow each other, at some places.
+class Panel
+{
+public:
+    void load(const Terrain &terrain, const Sight &sight, const Frame &frame, Places lines, Places places)
+    {
+        m_lines = lines;
+        m_places = places;
+        m_width = places.last - places.first + 1;
+        m_heights.assign(static_cast<std::size_t>(m_width)
+                             * static_cast<std::size_t>(lines.last - lines.first + 1),
+                         noHeight);
+        terrain.withCells([&](const auto *cells) { copy(cells, terrain, sight, frame); });
+    }
+    int firstPlace() const { return m_places.first; }
+    /// Of the cell there and those after it.
+    const double *line(int line, int place) const
+    {
+        return m_heights.data() + static_cast<std::ptrdiff_t>(line - m_lines.first) * m_width
+            + (place - m_places.first);
+    }
+
+private:
+    template <class Number>
+    void copy(const Number *cells, const Terrain &terrain, const Sight &sight, const Frame &frame)
+    {
+        const Places columns = frame.overColumns ? m_lines : m_places;
+        const Places rows = frame.overColumns ? m_places : m_lines;
+        const std::ptrdiff_t columnStep = frame.overColumns ? m_width : 1;
+        const std::ptrdiff_t rowStep = frame.overColumns ? 1 : m_width;
+        for (int row = std::max(rows.first, 0); row <= std::min(rows.last, terrain.height() - 1); ++row) {
+            const Number *from = cells + static_cast<std::ptrdiff_t>(row) * terrain.width();
+            double *to = m_heights.data() + (row - rows.first) * rowStep;
+            const int last = std::min(columns.last, terrain.width() - 1);
+            for (int column = std::max(columns.first, 0); column <= last; ++column)
+                to[(column - columns.first) * columnStep] =
+                    sight.aboveEye(static_cast<double>(from[column]), column, row);
+        }
+    }
+
+    Places m_lines{};
+    Places m_places{};
+    int m_width = 0;
+    std::vector<double> m_heights;
+};
+
+/// What all leaves of one sight share.
+struct Scene
+{
+    const Terrain &terrain;
+    const BlockMaxima &maxima;
+    const Sight &sight;
+    Window window;      ///< the cells that matter
+    double error;       ///< of a horizon's height at a distance of one cell
+    double leastGround; ///< square metres of the shortest step of one cell, in any direction
+    BitGrid &seen;
+};
+
+/// The way of one leaf from the eye to the edge of the terrain.
+class LeafPass
+{
+public:
+    LeafPass(const Scene &scene, const Frame &frame, int leaf)
+        : m_scene(scene)
+        , m_frame(frame)
+        , m_from(leafEnd(leaf))
+        , m_to(leafEnd(leaf + 1))
+        , m_eyeLine(frame.overColumns ? scene.sight.eye.column() : scene.sight.eye.row())
+        , m_eyePlace(frame.overColumns ? scene.sight.eye.row() : scene.sight.eye.column())
+        , m_lines(frame.overColumns ? columnsOf(scene.window) : rowsOf(scene.window))
+        , m_places(frame.overColumns ? rowsOf(scene.window) : columnsOf(scene.window))
+        , m_skyline(m_from, m_to)
+    { }
+
+    void run()
+    {
+        const bool grows = m_frame.direction > 0;
+        const double next = grows ? std::floor(m_eyeLine) + 1.0 : std::ceil(m_eyeLine) - 1.0;
+        int line = static_cast<int>(grows ? std::max(next, double(m_lines.first))
+                                          : std::min(next, double(m_lines.last)));
+        constexpr int block = BlockMaxima::side;
+        while (line >= m_lines.first && line <= m_lines.last) {
+            const int first = line / block * block;
+            const int last = grows ? std::min(first + block - 1, m_lines.last) : std::max(first, m_lines.first);
+            passGroup(line, last);
+            line = last + m_frame.direction;
+        }
+    }
+
+private:
+    static Places columnsOf(const Window &window) { return {window.left, window.left + window.width - 1}; }
+    static Places rowsOf(const Window &window) { return {window.top, window.top + window.height - 1}; }
+
+    double ahead(int line) const { return (line - m_eyeLine) * m_frame.direction; }
+
+    /// The cells around the leaf at a distance, one beyond it on either side; not cut at the terrain's edge.
+    Places around(double ahead) const
+    {
+        Places places{static_cast<int>(std::floor(m_from * ahead + m_eyePlace)),
+                      static_cast<int>(std::ceil(m_to * ahead + m_eyePlace))};
+        // The sums are rounded, and an end may be nearer to a cell than that.
+        if ((places.first - m_eyePlace) / ahead > m_from)
+            --places.first;
+        if ((places.last - m_eyePlace) / ahead < m_to)
+            ++places.last;
+        return places;
+    }
+
+    /// Lines of one row of blocks, in the order from the eye.
+    void passGroup(int nearest, int farthestLine)
+    {
+        const Places near = around(ahead(nearest));
+        const Places far = around(ahead(farthestLine));
+        const Places places{std::max(std::min(near.first, far.first), m_places.first - 1),
+                            std::min(std::max(near.last, far.last), m_places.last + 1)};
+        if (places.first > m_places.last || places.last < m_places.first
+            || isHidden(nearest, farthestLine, places))
+            return;
+        m_panel.load(m_scene.terrain, m_scene.sight, m_frame,
+                     {std::min(nearest, farthestLine) - 1, std::max(nearest, farthestLine) + 1}, places);
+        m_columnBits.assign(static_cast<std::size_t>(places.last - places.first + 1), 0);
+        for (int line = nearest; line != farthestLine + m_frame.direction; line += m_frame.direction)
+            passLine(line);
+        if (m_frame.overColumns)
+            storeColumns(nearest);
+    }
+
+    /// Whether the highest cell of the blocks, put where it is best seen, is below all of the horizon.
+    bool isHidden(int nearest, int farthestLine, Places places) const
+    {
+        const Sight &sight = m_scene.sight;
+        if (sight.bend < 0.0)
+            return false;
+        constexpr int block = BlockMaxima::side;
+        const int first = std::max(places.first, m_places.first) / block;
+        const int last = std::min(places.last, m_places.last) / block;
+        const int line = nearest / block;
+        const double greatest = m_frame.overColumns ? m_scene.maxima.greatest(line, line, first, last)
+                                                    : m_scene.maxima.greatest(first, last, line, line);
+        const double before = ahead(nearest) - 1.0;
+        if (before <= 0.0)
+            return false;
+        const double top = greatest - sight.eye.z + std::max(sight.targetHeight, 0.0)
+            - sight.bend * m_scene.leastGround * before * before;
+        return top / (top > 0.0 ? before : ahead(farthestLine)) < m_skyline.lowest() - m_scene.error;
+    }
+
+    void passLine(int line)
+    {
+        Ring ring;
+        ring.ahead = ahead(line);
+        Places vertices = around(ring.ahead);
+        vertices = {std::max(vertices.first, m_places.first - 1), std::min(vertices.last, m_places.last + 1)};
+        ring.intervals = vertices.last - vertices.first;
+        if (ring.intervals < 1)
+            return;
+        ring.firstSide = vertices.first - m_eyePlace;
+        ring.heights = m_panel.line(line, vertices.first);
+        ring.nearer = m_panel.line(line - m_frame.direction, vertices.first);
+        ring.farther = m_panel.line(line + m_frame.direction, vertices.first);
+        const std::vector<double> &limits = m_skyline.limits(ring);
+        decide(line, ring, vertices.first, limits);
+        m_skyline.raise(ring);
+    }
+
+    void decide(int line, const Ring &ring, int first, const std::vector<double> &limits)
+    {
+        const double error = ring.ahead * m_scene.error;
+        const double target = m_scene.sight.targetHeight;
+        for (int vertex = 0; vertex <= ring.intervals; ++vertex) {
+            const double above = ring.heights[vertex] + target - limits[static_cast<std::size_t>(vertex)];
+            if (!(above >= -error)) // nor with NaN
+                continue;
+            const int place = first + vertex;
+            const int column = m_frame.column(line, place);
+            const int row = m_frame.row(line, place);
+            if ((above > error || sees(m_scene.terrain, m_scene.sight, column, row))
+                && m_scene.sight.reaches(column, row))
+                collect(line, place);
+        }
+        if (!m_frame.overColumns)
+            store(m_wordPlace, line, std::exchange(m_bits, 0));
+    }
+
+    /// Cells of a row are collected to words. Those of the lines of a block, where lines are columns, are
+    /// collected for each row, until the block is done.
+    void collect(int line, int place)
+    {
+        if (m_frame.overColumns) {
+            m_columnBits[static_cast<std::size_t>(place - m_panel.firstPlace())] |= std::uint64_t(1)
+                << (line % BitGrid::bitsPerWord);
+            return;
+        }
+        const int wordPlace = place / BitGrid::bitsPerWord * BitGrid::bitsPerWord;
+        if (wordPlace != m_wordPlace)
+            store(std::exchange(m_wordPlace, wordPlace), line, std::exchange(m_bits, 0));
+        m_bits |= std::uint64_t(1) << (place - wordPlace);
+    }
+
+    void storeColumns(int line)
+    {
+        for (std::size_t index = 0; index < m_columnBits.size(); ++index)
+            store(line, m_panel.firstPlace() + static_cast<int>(index), m_columnBits[index]);
+    }
+
+    /// Other threads write into the same words.
+    void store(int column, int row, std::uint64_t bits)
+    {
+        if (bits == 0)
+            return;
+        std::uint64_t &word = m_scene.seen.row(row)[column / BitGrid::bitsPerWord];
+        std::atomic_ref(word).fetch_or(bits, std::memory_order_relaxed);
+    }
+
+    const Scene &m_scene;
+    Frame m_frame;
+    double m_from;
+    double m_to;
+    double m_eyeLine;
+    double m_eyePlace;
+    Places m_lines;  ///< of the window
+    Places m_places; ///< of the window
+    Skyline m_skyline;
+    Panel m_panel;
+    int m_wordPlace = 0;
+    std::uint64_t m_bits = 0;
+    std::vector<std::uint64_t> m_columnBits; ///< one word a place of the panel
+};
+
+/// A bound of every height above or below the eye, with what is added to it.
+double greatestHeight(const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight)
+{
+    double farthestSquare = 0.0;
+    for (const int column : {0, terrain.width() - 1}) {
+        for (const int row : {0, terrain.height() - 1})
+            farthestSquare = std::max(farthestSquare, sight.squaredMetres(column, row));
+    }
+    return std::max(std::abs(maxima.highestHeight() - sight.eye.z),
+                    std::abs(maxima.lowestHeight() - sight.eye.z))
+        + std::abs(sight.targetHeight) + std::abs(sight.bend) * farthestSquare;
+}
+
+/// The least that squaredMetres() gives for a step of one cell, but for the rounding.
+double leastGround(const GroundForm &ground)
+{
+    const double least = (ground.xx + ground.yy) / 2.0 - std::hypot((ground.xx - ground.yy) / 2.0, ground.xy);
+    constexpr double less = 1.0 - 1e-6;
+    return std::max(least * less, 0.0);
+}
+
+bool isNear(const Terrain &terrain, const Eye &eye)
+{
+    return std::max(std::abs(eye.column()), std::abs(eye.column() - terrain.width())) < farthest
+        && std::max(std::abs(eye.row()), std::abs(eye.row() - terrain.height())) < farthest;
+}
+
+/// The eye's own cell is on no line ahead.
+void storeOwnCell(const Scene &scene)
+{
+    const Eye &eye = scene.sight.eye;
+    const double column = eye.column();
+    const double row = eye.row();
+    const int x = static_cast<int>(column);
+    const int y = static_cast<int>(row);
+    if (x == column && y == row && !std::isnan(scene.terrain.at(x, y)) && scene.sight.reaches(x, y))
+        scene.seen.set(x, y, true);
+}
+
+} // namespace
+
+BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight, int threads,
+                        const Progress &progress)
+{
+    const double greatest = greatestHeight(terrain, maxima, sight);
+    constexpr double greatestUsed = 1e200; // far from the horizon's gap
+    if (!isNear(terrain, sight.eye) || !(greatest < greatestUsed))
+        return plainViewshed(terrain, sight, threads, progress);
+
+    // Some roundings of heights as great, each 2^-53 of it, 2^10 times as much where the eye is near to a line.
+    constexpr double rounding = 0x1p-36;
+    BitGrid seen(terrain.width(), terrain.height());
+    const Scene scene{terrain,
+                      maxima,
+                      sight,
+                      windowOf(sight, terrain.width(), terrain.height()),
+                      greatest * rounding,
+                      leastGround(sight.ground),
+                      seen};
+    storeOwnCell(scene);
+    const auto doLeaf = [&](int job) {
+        const int sector = job % sectors;
+        LeafPass(scene, {sector < 2, sector % 2 == 0 ? 1 : -1}, job / sectors).run();
+    };
+    if (scene.window.width > 0)
+        runJobs(sectors * leaves, threads, doLeaf, progress);
+    return seen;
+}
+
+} // namespace viewshed

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "viewshed/blockmaxima.h"
+#include "viewshed/lineofsight.h"
+
+namespace viewshed
+{
+
+/// The same cells as plainViewshed(), on every terrain and for every sight, much faster: one pass outwards from
+/// the eye that keeps the horizon exactly (Skyline), and leaves the cells too near to it for its rounding to
+/// the line of sight itself. maxima: the terrain's own.
+BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight, int threads,
+                        const Progress &progress = {});
+
+} // namespace viewshed
