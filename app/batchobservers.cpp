@@ -6,25 +6,25 @@
 namespace
 {
 
-/// The observers of the vector source; problem: why there are none.
+/// The observers of the vector source; a problem in the batch where there are none.
 QList<ObserverPoint> sourceObservers(const IntervisibilityOptions &options, const DemGround &ground,
-                                     int &notTaken, QString &problem)
+                                     int &notTaken, BatchObservers &batch)
 {
-    constexpr double most = 100000;
     QList<ObserverPoint> points;
     if (options.points.isEmpty())
         return points;
     const VectorObservers source = readVectorObservers(options.points, ground.crs());
     notTaken = source.notTaken;
+    batch.sourceFiles = source.files;
     const double step = options.step > 0.0 ? options.step : ground.cellSize();
     if (!source.error.isEmpty()) {
-        problem = labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.error;
+        batch.problem = labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.error;
         return points;
     }
-    if (sampledCount(source, step) > most) {
-        problem =
+    if (sampledCount(source, step) > mostObservers) {
+        batch.problem =
             labelText({"MESS_OBS_TROP", "« %1 » donne plus de %2 observateurs ; choisissez un pas plus grand."})
-                .arg(options.points, QString::number(most, 'f', 0));
+                .arg(options.points, QString::number(mostObservers, 'f', 0));
         return points;
     }
     ObserverPoint point;
@@ -53,8 +53,7 @@ BatchObservers batchObservers(const IntervisibilityOptions &options, const QStri
     BatchObservers batch;
     const DemGround ground(dem, band);
     int leftOut = 0;
-    const QList<ObserverPoint> points =
-        options.observers + sourceObservers(options, ground, leftOut, batch.problem);
+    const QList<ObserverPoint> points = options.observers + sourceObservers(options, ground, leftOut, batch);
     if (!batch.problem.isEmpty())
         return batch;
 

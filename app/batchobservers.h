@@ -4,13 +4,15 @@
 #include "panels/fragments.h"
 
 #include <QString>
+#include <QStringList>
 
 /// The argument fragment of an intervisibility run, or why there is none.
 struct BatchObservers
 {
     QString fragment;
-    QString warning; ///< observers that were left out; mostly empty
-    QString problem; ///< in a sentence; empty for a good fragment
+    QStringList sourceFiles; ///< of the vector source, which the product must not replace
+    QString warning;         ///< observers that were left out; mostly empty
+    QString problem;         ///< in a sentence; empty for a good fragment
 };
 
 /// Writes the file of the observers to the work folder: those of the options' rows, and those of their vector

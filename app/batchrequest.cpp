@@ -136,6 +136,14 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
         request.fragment = observers.fragment;
         batch.problem = observers.problem;
         batch.warning = observers.warning;
+        batch.otherInputs += observers.sourceFiles;
+        if (arguments.action == BatchAction::PrintCommand)
+            batch.warning = QStringList{batch.warning,
+                                        labelText({"MESS_LOT_OBS_TEMP",
+                                                   "Le fichier des observateurs de cette commande "
+                                                   "est un fichier temporaire de ce programme."})}
+                                .join(QLatin1Char('\n'))
+                                .trimmed();
     }
     if (const auto *contours = std::get_if<ContourOptions>(&recipe.options); contours && contours->interval)
         batch.warning = manyLevelsWarning(*contours, estimatedExtremes(request.input, request.band));

@@ -103,10 +103,25 @@ QList<ObserverPoint> ObserverPointsModel::points() const
     return points;
 }
 
+void ObserverPointsModel::replace(int row, const ObserverPoint &point)
+{
+    if (m_rows.at(row).point.position() != point.position())
+        m_rows[row].ground = m_ground.elevation(point.position());
+    m_rows[row].point = point;
+}
+
 void ObserverPointsModel::setPoint(int row, const ObserverPoint &point)
 {
-    m_rows[row] = {point, m_ground.elevation(point.position())};
+    replace(row, point);
     emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
+}
+
+void ObserverPointsModel::setPoints(const QList<ObserverPoint> &points)
+{
+    for (int row = 0; row < rowCount(); ++row)
+        replace(row, points.at(row));
+    if (rowCount() > 0)
+        emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
 }
 
 void ObserverPointsModel::addPoints(const QList<ObserverPoint> &points)
@@ -153,9 +168,10 @@ int ObserverPointsModel::switchOffGroundless()
         if (!m_rows.at(row).point.enabled || !lacksGround(row))
             continue;
         m_rows[row].point.enabled = false;
-        emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
         ++count;
     }
+    if (count > 0)
+        emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
     return count;
 }
 

@@ -34,6 +34,8 @@ public:
     const ObserverPoint &point(int row) const { return m_rows.at(row).point; }
     QList<ObserverPoint> points() const;
     void setPoint(int row, const ObserverPoint &point);
+    /// As many as there are rows.
+    void setPoints(const QList<ObserverPoint> &points);
     void addPoints(const QList<ObserverPoint> &points);
     void removePoint(int row);
     void clear();
@@ -62,6 +64,7 @@ private:
         std::optional<double> ground;
     };
 
+    void replace(int row, const ObserverPoint &point);
     QString text(const ObserverPoint &point, int column) const;
 
     QList<Row> m_rows;

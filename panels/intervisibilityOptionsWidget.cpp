@@ -111,6 +111,8 @@ void intervisibilityOptionsWidget::setUpTable()
             &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
     connect(&m_model, &ObserverPointsModel::dataChanged, this, &intervisibilityOptionsWidget::warnOfGround,
             Qt::QueuedConnection); // when the cell's editor is gone
+    connect(&m_model, &ObserverPointsModel::modelReset, this,
+            &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
     for (const auto signal : {&ObserverPointsModel::rowsInserted, &ObserverPointsModel::rowsRemoved})
         connect(&m_model, signal, this, &intervisibilityOptionsWidget::slot_onOptionsChanged);
     connect(&m_model, &ObserverPointsModel::modelReset, this,
@@ -400,13 +402,13 @@ void intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged()
 void intervisibilityOptionsWidget::slot_onApplyToAllPoint()
 {
     const ObserverPoint values = defaultPoint();
-    for (int row = 0; row < m_model.rowCount(); ++row) {
-        ObserverPoint point = m_model.point(row);
+    QList<ObserverPoint> points = m_model.points();
+    for (ObserverPoint &point : points) {
         point.height = values.height;
         point.mode = values.mode;
         point.maxDistance = values.maxDistance;
-        m_model.setPoint(row, point);
     }
+    m_model.setPoints(points);
 }
 
 void intervisibilityOptionsWidget::slot_onOptionsChanged()

@@ -5,6 +5,7 @@
 #include "ui_intervisibilityProcessInfoDialog.h"
 
 #include <QGuiApplication>
+#include <QLocale>
 #include <QPushButton>
 
 namespace
@@ -26,7 +27,7 @@ intervisibilityProcessInfoDialog::intervisibilityProcessInfoDialog(const VectorO
 {
     m_form->setupUi(this);
     makeNumberField(m_form->m_pLEPas);
-    m_form->m_pLEPas->setText(QString::number(minimumStep, 'g', 12));
+    m_form->m_pLEPas->setText(QString::number(minimumStep, 'g', QLocale::FloatingPointShortest));
     m_form->m_pLEPas->setEnabled(!source.lines.isEmpty());
     listHeightSources();
     m_timer.setSingleShot(true);
@@ -36,6 +37,7 @@ intervisibilityProcessInfoDialog::intervisibilityProcessInfoDialog(const VectorO
     connect(&m_timer, &QTimer::timeout, this, &intervisibilityProcessInfoDialog::estimate);
     connect(m_form->m_pButtonBox, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(m_form->m_pButtonBox, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    m_form->m_pLimitNote->setVisible(false);
     estimate();
 }
 
@@ -79,12 +81,18 @@ void intervisibilityProcessInfoDialog::slot_onChangePas()
 void intervisibilityProcessInfoDialog::estimate()
 {
     QPushButton *ok = m_form->m_pButtonBox->button(QDialogButtonBox::Ok);
-    ok->setEnabled(step() >= m_minimumStep);
+    const bool stepCounts = !m_source.lines.isEmpty();
+    ok->setEnabled(!stepCounts || step() >= m_minimumStep);
     if (!ok->isEnabled())
         return;
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     const double count = sampledCount(m_source, step());
     m_form->m_pLabelPointCount->setText(QString::number(count, 'f', 0));
+    ok->setEnabled(count <= mostObservers);
+    m_form->m_pLimitNote->setVisible(!ok->isEnabled());
+    m_form->m_pLimitNote->setText(
+        tr("C'est plus que %1 observateurs ; choisissez un pas plus grand.", "MESS_OBS_LIMITE")
+            .arg(mostObservers, 0, 'f', 0));
     m_form->m_pLabelEstimateTime->setText(computingTimeText(estimatedSeconds(m_width, m_height, count)));
     QGuiApplication::restoreOverrideCursor();
 }

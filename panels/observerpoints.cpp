@@ -94,7 +94,7 @@ QString writePointFile(const QString &folder, const QList<ToolObserver> &observe
     const QString path = QDir(folder).filePath(QStringLiteral("point.shp"));
     const GdalMessages messages; // told by the empty path
     GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
-    const std::unique_ptr<GDALDataset> file(
+    std::unique_ptr<GDALDataset> file(
         driver ? driver->Create(encodePath(path).constData(), 0, 0, 0, GDT_Unknown, nullptr) : nullptr);
     OGRLayer *layer = file ? file->CreateLayer("point", nullptr, wkbPoint25D, nullptr) : nullptr;
     OGRFieldDefn distance("Max_Dist", OFTReal);
@@ -108,5 +108,6 @@ QString writePointFile(const QString &folder, const QList<ToolObserver> &observe
         if (layer->CreateFeature(&feature) != OGRERR_NONE)
             return {};
     }
-    return path;
+    file.reset(); // what is still to be written may meet a full disk
+    return messages.lastError().isEmpty() ? path : QString();
 }

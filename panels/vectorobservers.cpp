@@ -113,24 +113,34 @@ void takeLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
         const std::unique_ptr<OGRGeometry> own(geometry && possible ? geometry->getLinearGeometry() : nullptr);
         const bool placed = own && (!transformation || own->transform(transformation.get()) == OGRERR_NONE);
         const QHash<QString, double> values = numericValues(*feature);
+        const auto sitesBefore = found.sites.size();
         if (!placed || !takeGeometry(*own, values, found)) {
             ++found.notTaken;
             continue;
         }
+        if (found.sites.size() == sitesBefore)
+            continue;
         for (auto value = values.begin(); value != values.end(); ++value) {
-            if (wkbFlatten(own->getGeometryType()) == wkbPoint
-                && !found.numericAttributes.contains(value.key()))
+            if (!found.numericAttributes.contains(value.key()))
                 found.numericAttributes += value.key();
         }
     }
 }
 
-double lengthOf(const QVector<QPointF> &line)
+double distance(const QPointF &one, const QPointF &other)
+{
+    return std::hypot(other.x() - one.x(), other.y() - one.y());
+}
+
+/// Of a line's samples; the last of a closed line is its first, and does not count.
+double sampleCount(const QVector<QPointF> &line, double step)
 {
     double length = 0.0;
     for (int at = 1; at < line.size(); ++at)
-        length += std::hypot(line[at].x() - line[at - 1].x(), line[at].y() - line[at - 1].y());
-    return length;
+        length += distance(line[at - 1], line[at]);
+    const double steps = std::floor(length / step);
+    const bool endsOnStart = line.first() == line.last() && steps > 0.0 && steps * step == length;
+    return endsOnStart ? steps : steps + 1.0;
 }
 
 } // namespace
@@ -145,6 +155,10 @@ VectorObservers readVectorObservers(const QString &path, const QString &crs)
         found.error = messages.lastError().isEmpty() ? path : messages.lastError();
         return found;
     }
+    char **files = source->GetFileList();
+    for (char **file = files; file && *file; ++file)
+        found.files += decodePath(*file);
+    CSLDestroy(files);
     for (OGRLayer *layer : source->GetLayers())
         takeLayer(*layer, crs, found);
     found.numericAttributes.sort();
@@ -153,13 +167,9 @@ VectorObservers readVectorObservers(const QString &path, const QString &crs)
 
 double sampledCount(const VectorObservers &source, double step)
 {
-    double count = source.sites.size();
-    for (const QVector<QPointF> &line : source.lines) {
-        const double samples = std::floor(lengthOf(line) / step) + 1.0;
-        const bool endsOnStart = line.first() == line.last() && samples > 1.0
-            && std::floor(lengthOf(line) / step) * step == lengthOf(line);
-        count += endsOnStart ? samples - 1.0 : samples;
-    }
+    double count = static_cast<double>(source.sites.size());
+    for (const QVector<QPointF> &line : source.lines)
+        count += sampleCount(line, step);
     return count;
 }
 
@@ -168,19 +178,16 @@ QVector<QPointF> sampledLine(const QVector<QPointF> &line, double step)
     QVector<QPointF> points;
     if (line.isEmpty() || !(step > 0.0))
         return points;
-    const double length = lengthOf(line);
-    const bool closed = line.first() == line.last();
+    const double count = std::min(sampleCount(line, step), mostObservers);
     int segment = 1;
     double before = 0.0; // length up to the segment
-    for (int at = 0; at * step <= length; ++at) {
+    for (int at = 0; at < count; ++at) {
         const double along = at * step;
-        if (at > 0 && closed && along == length)
-            break;
-        while (segment + 1 < line.size() && before + lengthOf({line[segment - 1], line[segment]}) < along) {
-            before += lengthOf({line[segment - 1], line[segment]});
+        while (segment + 1 < line.size() && before + distance(line[segment - 1], line[segment]) < along) {
+            before += distance(line[segment - 1], line[segment]);
             ++segment;
         }
-        const double span = segment < line.size() ? lengthOf({line[segment - 1], line[segment]}) : 0.0;
+        const double span = segment < line.size() ? distance(line[segment - 1], line[segment]) : 0.0;
         points += span > 0.0
             ? line[segment - 1] + (line[segment] - line[segment - 1]) * qMin(1.0, (along - before) / span)
             : line[segment - 1];

@@ -24,9 +24,13 @@ struct VectorObservers
     QList<QVector<QPointF>> lines; ///< lines and rings, multi-parts taken apart
     bool hasZ = false;             ///< of a site at least
     QStringList numericAttributes; ///< of the sites
-    int notTaken = 0; ///< features without a geometry, or with one that does not lie in the DEM's CRS
-    QString error;    ///< why the source could not be opened, in GDAL's words
+    int notTaken = 0;  ///< features without a geometry, or with one that does not lie in the DEM's CRS
+    QStringList files; ///< the local files of the source
+    QString error;     ///< why the source could not be opened, in GDAL's words
 };
+
+/// More observers than this are not imported: their runs would take days.
+constexpr double mostObservers = 100000;
 
 /// Reads a vector source. crs: the DEM's, as WKT; empty: coordinates are taken as they are.
 VectorObservers readVectorObservers(const QString &path, const QString &crs);

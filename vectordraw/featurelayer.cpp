@@ -72,14 +72,13 @@ struct LinesFinished
     ~LinesFinished() { painter.finishLines(); }
 };
 
-/// Whether a part of the geometry, or of its symbols and labels, may lie in the picture.
-bool mayBeSeen(const PixelGeometry &geometry, const Surface &surface)
+/// Whether the vertices, or what symbols and labels put beside them, may lie in the picture.
+bool mayBeSeen(std::span<const Point> points, const Surface &surface)
 {
-    constexpr double reach = 512.0;
     const Rect picture{0.0, 0.0, static_cast<double>(surface.width()), static_cast<double>(surface.height())};
-    if (picture.holds(geometry.points.front()))
+    if (picture.holds(points.front()))
         return true;
-    const Rect bounds = boundsOf(geometry.points).grown(reach);
+    const Rect bounds = boundsOf(points).grown(FeatureReader::reach);
     return bounds.right >= 0.0 && bounds.left <= surface.width() && bounds.bottom >= 0.0
         && bounds.top <= surface.height();
 }
@@ -107,7 +106,7 @@ bool FeatureLayer::drawNext(int count)
             ++m_skipped;
             continue;
         }
-        if (!mayBeSeen(m_geometry, m_painter.surface()))
+        if (!mayBeSeen(m_geometry.points, m_painter.surface()))
             continue;
         for (const Tool &tool : styleOf(*m_reader.feature()))
             draw(tool, *m_reader.feature());
@@ -142,6 +141,11 @@ const Style &FeatureLayer::readStyle(const std::string &text, OGRFeature &featur
             if (found)
                 return readStyle(std::string(found), feature, depth + 1);
         }
+    }
+    constexpr std::size_t longestKept = 1024; // bytes
+    if (text.size() > longestKept) {
+        m_longStyle = std::move(reading.style);
+        return m_longStyle;
     }
     return m_read.emplace(text, std::move(reading.style)).first->second;
 }
@@ -206,6 +210,8 @@ void FeatureLayer::drawText(const LabelText &label, OGRFeature &feature)
     });
     m_painter.finishLines();
     for (const PixelGeometry::Part &part : m_geometry.parts) {
+        if (!mayBeSeen(verticesOf(m_geometry, part), m_painter.surface()))
+            continue;
         if (part.kind == PixelGeometry::FirstRing)
             drawLabel(m_painter.surface(), m_painter.resolution(), label, text,
                       {middleOf(verticesOf(m_geometry, part))});
@@ -218,10 +224,14 @@ FeatureMask::FeatureMask(OGRLayer &layer, const View &view)
     : m_surface(Surface::mask(view.width, view.height))
     , m_painter(m_surface, {})
     , m_reader(layer, view)
-{ }
+{
+    m_painter.addCoverage();
+}
 
 bool FeatureMask::addNext(int count)
 {
+    if (!m_surface.error().empty())
+        return false;
     Brush opaque;
     opaque.foreground = {0, 0, 0, 255};
     for (int done = 0; done < count; ++done) {
@@ -235,7 +245,8 @@ bool FeatureMask::addNext(int count)
 
 std::uint8_t FeatureMask::coverage(int column, int row) const
 {
-    if (column < 0 || row < 0 || column >= m_surface.width() || row >= m_surface.height())
+    if (!m_surface.pixels() || column < 0 || row < 0 || column >= m_surface.width()
+        || row >= m_surface.height())
         return 0;
     return m_surface.pixels()[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_surface.bytesPerRow())
                               + static_cast<std::size_t>(column)];

@@ -62,6 +62,7 @@ private:
     Style m_areaStyle;
     OGRStyleTable *m_styles;
     std::unordered_map<std::string, Style> m_read; ///< styles by their text
+    Style m_longStyle;                             ///< the last one whose text is too long to be kept
     PixelGeometry m_geometry;
     long long m_drawn = 0;
     long long m_skipped = 0;
@@ -75,7 +76,8 @@ public:
     /// The layer outlives the mask. view: the raster's grid.
     FeatureMask(OGRLayer &layer, const View &view);
 
-    const std::string &error() const { return m_reader.error(); }
+    /// Why nothing can be painted, in GDAL's or cairo's words; empty when it can.
+    std::string error() const { return m_reader.error().empty() ? m_surface.error() : m_reader.error(); }
 
     /// Adds the areas of the next features, so many at most; false when there are no more.
     bool addNext(int count);

@@ -86,10 +86,9 @@ void FeatureReader::setUpFilter(const View &view)
     // counts.
     if (m_layer.GetSpatialFilter() || !m_layer.TestCapability(OLCFastSpatialFilter))
         return;
-    constexpr double margin = 64.0; // pixels: symbols and wide lines reach in from outside
     OGREnvelope ground;
-    for (const double column : {-margin, view.width + margin}) {
-        for (const double row : {-margin, view.height + margin})
+    for (const double column : {-reach, view.width + reach}) {
+        for (const double row : {-reach, view.height + reach})
             ground.Merge(view.geoTransform[0] + column * view.geoTransform[1] + row * view.geoTransform[2],
                          view.geoTransform[3] + column * view.geoTransform[4] + row * view.geoTransform[5]);
     }

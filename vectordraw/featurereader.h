@@ -66,6 +66,9 @@ public:
     FeatureReader(const FeatureReader &) = delete;
     FeatureReader &operator=(const FeatureReader &) = delete;
 
+    /// How far beside its vertices a feature may be drawn, in pixels: wide lines, symbols, labels.
+    static constexpr double reach = 512.0;
+
     /// Why nothing can be read, in GDAL's words; empty when it can.
     const std::string &error() const { return m_error; }
 

@@ -93,27 +93,33 @@ public:
         , m_resolution(resolution)
         , m_label(label)
         , m_size(fontSize(label, resolution))
+        , m_perpendicular(pixels(label.perpendicular, resolution))
     { }
 
-    double width(const std::string &text) const
+    bool readsLeftwards(const std::string &text) const
     {
-        return extentOf(makeLayout(m_cairo, m_label, m_size, text).get()).width * m_label.stretch / 100.0;
+        return pango_layout_get_direction(makeLayout(m_cairo, m_label, m_size, text).get(), 0)
+            == PANGO_DIRECTION_RTL;
     }
 
-    /// turned: besides the label's own angle, in radians, clockwise.
-    void draw(const std::string &text, const Point &at, double turned, int anchor, double wanted = 0.0) const
+    /// turned: besides the label's own angle, in radians, clockwise. flipped: against the line's direction.
+    void draw(const std::string &text, const Point &at, double turned, int anchor, double wanted = 0.0,
+              bool flipped = false) const
     {
         const Layout layout = makeLayout(m_cairo, m_label, m_size, text);
         const Extent extent = extentOf(layout.get());
+        // A font of a size beyond all bounds would put an end to every drawing of text in the process.
+        constexpr double narrowest = 0.05;
+        constexpr double widest = 20.0;
         const double stretch =
-            wanted > 0.0 && extent.width > 0.0 ? wanted / extent.width : m_label.stretch / 100.0;
-        const double perpendicular = pixels(m_label.perpendicular, m_resolution);
+            std::clamp(wanted > 0.0 && extent.width > 0.0 ? wanted / extent.width : m_label.stretch / 100.0,
+                       narrowest, widest);
         const Point corner = cornerOf(anchor, extent);
         cairo_save(m_cairo);
         cairo_translate(m_cairo, at.x + pixels(m_label.offsetX, m_resolution),
                         at.y - pixels(m_label.offsetY, m_resolution));
         cairo_rotate(m_cairo, turned - m_label.angle * degrees);
-        cairo_translate(m_cairo, 0.0, perpendicular);
+        cairo_translate(m_cairo, 0.0, flipped ? -m_perpendicular : m_perpendicular);
         cairo_scale(m_cairo, stretch, 1.0);
         cairo_translate(m_cairo, corner.x, corner.y);
         paint(layout.get(), extent);
@@ -147,7 +153,8 @@ private:
         }
         cairo_move_to(m_cairo, 0.0, 0.0);
         useColor(m_cairo, m_label.color);
-        pango_cairo_show_layout(m_cairo, layout);
+        if (m_label.color.alpha > 0)
+            pango_cairo_show_layout(m_cairo, layout);
         cairo_new_path(m_cairo);
     }
 
@@ -155,6 +162,7 @@ private:
     const Resolution &m_resolution;
     const LabelText &m_label;
     double m_size;
+    double m_perpendicular; ///< to the right of the line's direction, in pixels
 };
 
 std::vector<std::string> wordsOf(const std::string &text)
@@ -236,35 +244,39 @@ void drawWords(const TextDrawing &drawing, const LabelText &label, const std::st
 void drawLabel(Surface &surface, const Resolution &resolution, const LabelText &label, const std::string &text,
                const std::vector<Point> &line)
 {
-    if (line.empty() || text.empty() || label.color.alpha == 0)
+    if (line.empty() || text.empty())
         return;
     const TextDrawing drawing(surface, resolution, label);
-    const bool isLine = line.size() > 1;
-    switch (label.placement) {
+    const std::string shown = text.substr(0, longestText);
+    Placement placement =
+        line.size() > 1 || label.placement == Placement::LastVertex ? label.placement : Placement::Point;
+    // Letters and words of such a text have to stand together to be read: it is placed as a whole.
+    const bool letterByLetter = placement != Placement::Point && placement != Placement::LastVertex;
+    if (letterByLetter && drawing.readsLeftwards(shown))
+        placement = Placement::Middle;
+    std::vector<Point> reading = line; // from left to right
+    if (letterByLetter && placement != Placement::Middle && line.back().x < line.front().x)
+        std::reverse(reading.begin(), reading.end());
+    switch (placement) {
     case Placement::Point:
-        drawing.draw(text, line.front(), 0.0, label.anchor);
+        drawing.draw(shown, line.front(), 0.0, label.anchor);
         break;
     case Placement::LastVertex:
-        drawing.draw(text, line.back(), 0.0, label.anchor);
+        drawing.draw(shown, line.back(), 0.0, label.anchor);
         break;
     case Placement::Middle: {
         const Place place = placeAt(line, lengthOf(line) / 2.0);
-        drawing.draw(text, place.point, isLine ? upright(place.angle) : 0.0, label.anchor);
+        const double angle = upright(place.angle);
+        drawing.draw(shown, place.point, angle, label.anchor, 0.0, angle != place.angle);
         break;
     }
     case Placement::Stretched:
-        if (isLine)
-            drawStretched(drawing, text, line);
-        else
-            drawing.draw(text, line.front(), 0.0, label.anchor);
+        drawStretched(drawing, shown, reading);
         break;
     case Placement::WordPerSegment:
     case Placement::HorizontalWords:
     case Placement::StretchedWords:
-        if (isLine)
-            drawWords(drawing, label, text, line);
-        else
-            drawing.draw(text, line.front(), 0.0, label.anchor);
+        drawWords(drawing, label, shown, reading);
         break;
     }
 }

@@ -260,12 +260,13 @@ void Painter::addRing(std::span<const Point> ring)
         m_rings.emplace_back();
     std::vector<Point> &kept = m_rings[m_ringCount++];
     kept.clear();
+    constexpr double nearestCorners = 0.25; // in pixels: nearer ones change no cover that could be seen
     for (const Point &point : ring) {
-        if (kept.empty() || distance(kept.back(), point) >= nearestVertices)
+        if (kept.empty() || distance(kept.back(), point) >= nearestCorners)
             kept.push_back(point);
     }
-    // An area of less than a pixel is still a dot.
-    if (kept.size() < 3)
+    constexpr std::size_t fewest = 4; // of an area and its closing vertex; a tiny one keeps what it has
+    if (kept.size() < fewest)
         kept.assign(ring.begin(), ring.end());
 }
 
@@ -278,6 +279,7 @@ void Painter::fillArea(const Brush &brush)
     for (std::size_t at = 0; at < m_ringCount; ++at) {
         m_clipped = m_rings[at];
         clipRing(m_clipped, m_visible.grown(2.0), m_scratch);
+        cairo_new_sub_path(cairo); // else a line would come from the ring before
         for (const Point &point : m_clipped)
             cairo_line_to(cairo, point.x, point.y);
         cairo_close_path(cairo);
@@ -305,20 +307,25 @@ void Painter::useBrush(const Brush &brush)
     const double size = pixels(brush.size, m_resolution);
     const double width = std::clamp(size + pixels(brush.spacingX, m_resolution), closest, farthest);
     const double height = std::clamp(size + pixels(brush.spacingY, m_resolution), closest, farthest);
-    const cairo_rectangle_t extent{0.0, 0.0, width, height};
-    cairo_surface_t *tile = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extent);
+    // Tiles of whole pixels meet without a seam; the pattern's matrix gives them the size that was asked for.
+    const cairo_rectangle_t tileSize{0.0, 0.0, std::ceil(width), std::ceil(height)};
+    cairo_surface_t *tile = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &tileSize);
     cairo_t *drawing = cairo_create(tile);
     useColor(drawing, brush.foreground);
     cairo_set_line_width(drawing, std::max(1.0, size / 10.0));
-    paintHatch(drawing, brush.hatch, width, height);
+    paintHatch(drawing, brush.hatch, tileSize.width, tileSize.height);
     cairo_destroy(drawing);
 
     const Pattern pattern(cairo_pattern_create_for_surface(tile));
     cairo_surface_destroy(tile);
     cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
     cairo_matrix_t turn;
+    cairo_matrix_t scale;
+    cairo_matrix_t both;
     cairo_matrix_init_rotate(&turn, brush.angle * degrees);
-    cairo_pattern_set_matrix(pattern.get(), &turn);
+    cairo_matrix_init_scale(&scale, tileSize.width / width, tileSize.height / height);
+    cairo_matrix_multiply(&both, &turn, &scale);
+    cairo_pattern_set_matrix(pattern.get(), &both);
     cairo_set_source(cairo, pattern.get());
 }
 
@@ -328,6 +335,9 @@ void Painter::outlineArea(const Pen &pen)
         std::vector<Point> ring = m_rings[at];
         if (!ring.empty() && ring.front() != ring.back())
             ring.push_back(ring.front());
+        // Its first segment again, so that the corner where it closes has a join; dashes would show it.
+        if (ring.size() > 2 && pen.pattern.empty())
+            ring.push_back(ring[1]);
         drawLine(ring, pen);
     }
 }
@@ -419,23 +429,41 @@ void Painter::drawSymbol(const Point &point, const Symbol &symbol, double turned
 void Painter::drawSymbolsAlong(const std::vector<Point> &line, const Symbol &symbol)
 {
     const double shift = pixels(symbol.perpendicular, m_resolution);
-    const auto draw = [&](double along) {
-        const Place place = placeAt(line, along);
-        drawSymbol(
-            {place.point.x - shift * std::sin(place.angle), place.point.y + shift * std::cos(place.angle)},
-            symbol, place.angle);
-    };
     const double step = pixels(symbol.step, m_resolution);
     if (line.size() < 2 || step < 1.0) {
         if (!line.empty())
             drawSymbol(line.front(), symbol);
         return;
     }
-    constexpr int most = 100000; // of one line
-    const double length = lengthOf(line);
-    double along = std::max(0.0, pixels(symbol.initialOffset, m_resolution));
-    for (int count = 0; along <= length && count < most; ++count, along += step)
-        draw(along);
+    const double reach = pixels(symbol.size, m_resolution) + std::abs(shift)
+        + std::abs(pixels(symbol.offsetX, m_resolution)) + std::abs(pixels(symbol.offsetY, m_resolution));
+    const Rect rect = m_visible.grown(reach);
+    double next = std::max(0.0, pixels(symbol.initialOffset, m_resolution)); // from the segment's start
+    for (std::size_t at = 1; at < line.size(); ++at) {
+        const Point &from = line[at - 1];
+        const Point &to = line[at];
+        const double length = distance(from, to);
+        if (const auto part = clippedSegment(from, to, rect); part && length > 0.0) {
+            // Only the symbols on the part that may be seen, however long the segment is.
+            const double begin = distance(from, part->first);
+            const double end = std::min(length, distance(from, part->second) + step);
+            const double angle = std::atan2(to.y - from.y, to.x - from.x);
+            for (double along = next + std::max(0.0, std::floor((begin - next) / step)) * step; along <= end;
+                 along += step) {
+                const double share = along / length;
+                drawSymbol({from.x + share * (to.x - from.x) - shift * std::sin(angle),
+                            from.y + share * (to.y - from.y) + shift * std::cos(angle)},
+                           symbol, angle);
+            }
+        }
+        const double passed = next > length ? 0.0 : std::floor((length - next) / step) + 1.0;
+        next += passed * step - length;
+    }
+}
+
+void Painter::addCoverage()
+{
+    cairo_set_operator(m_surface.context(), CAIRO_OPERATOR_ADD);
 }
 
 } // namespace vectordraw

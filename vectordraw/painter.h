@@ -28,6 +28,10 @@ public:
 
     void fillBackground(const Color &color);
 
+    /// From here on the cover of areas adds up, as it has to in a mask: two areas that share a cell's halves
+    /// cover it.
+    void addCoverage();
+
     /// The line is on the surface after finishLines(), at the latest: lines of one pen are drawn together.
     void drawLine(std::span<const Point> line, const Pen &pen);
     void finishLines();

@@ -73,9 +73,10 @@ std::optional<Length> takeLength(std::string_view &text)
     const auto value = takeNumber(text);
     if (!value)
         return std::nullopt;
+    const std::string_view behind = trimmed(text); // "4 px" has a unit, too; in "4 5px" the 4 has none
     for (const auto &[name, unit] : units) {
-        if (equalsIgnoringCase(text.substr(0, name.size()), name)) {
-            text.remove_prefix(name.size());
+        if (equalsIgnoringCase(behind.substr(0, name.size()), name)) {
+            text = behind.substr(name.size());
             return Length{*value, unit};
         }
     }
@@ -436,8 +437,9 @@ StyleReading parseStyle(std::string_view text)
 std::string expandText(std::string_view text,
                        const std::function<bool(std::string_view name, std::string &value)> &lookup)
 {
+    constexpr std::size_t longest = 4096; // bytes of one label; more cannot be read in a picture
     std::string expanded;
-    while (!text.empty()) {
+    while (!text.empty() && expanded.size() < longest) {
         const auto open = text.find('{');
         const auto close = open == std::string_view::npos ? open : text.find('}', open);
         if (close == std::string_view::npos)
@@ -450,7 +452,9 @@ std::string expandText(std::string_view text,
             expanded += text.substr(open, close - open + 1);
         text.remove_prefix(close + 1);
     }
-    return expanded.append(text);
+    if (expanded.size() < longest)
+        expanded.append(text);
+    return expanded.substr(0, longest);
 }
 
 } // namespace vectordraw

@@ -187,8 +187,8 @@ struct StyleReading
 /// Reads a style string of any content and length; at most 64 tools of it are taken.
 StyleReading parseStyle(std::string_view text);
 
-/// The text of a label with the attributes' values in it; what names no attribute stands as it is. lookup:
-/// false where there is no attribute of that name.
+/// The text of a label with the attributes' values in it, 4096 bytes at most; what names no attribute stands as
+/// it is. lookup: false where there is no attribute of that name.
 std::string expandText(std::string_view text,
                        const std::function<bool(std::string_view name, std::string &value)> &lookup);
 

@@ -79,13 +79,20 @@ bool Surface::writePng(const std::string &path)
     return cairo_surface_write_to_png(m_surface.get(), path.c_str()) == CAIRO_STATUS_SUCCESS;
 }
 
-std::string Surface::finish()
+std::string Surface::error() const
 {
     cairo_status_t status = cairo_status(m_context.get());
-    cairo_surface_finish(m_surface.get());
     if (status == CAIRO_STATUS_SUCCESS)
         status = cairo_surface_status(m_surface.get());
     return status == CAIRO_STATUS_SUCCESS ? std::string() : cairo_status_to_string(status);
+}
+
+std::string Surface::finish()
+{
+    std::string before = error();
+    cairo_surface_finish(m_surface.get());
+    const cairo_status_t status = cairo_surface_status(m_surface.get());
+    return before.empty() && status != CAIRO_STATUS_SUCCESS ? cairo_status_to_string(status) : before;
 }
 
 } // namespace vectordraw

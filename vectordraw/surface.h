@@ -37,6 +37,10 @@ public:
     /// Writes an image as PNG; false when it cannot.
     bool writePng(const std::string &path);
 
+    /// What went wrong since it was made, in cairo's words (a size beyond its limit of 32767, say); empty when
+    /// nothing did. Nothing more is drawn then.
+    std::string error() const;
+
     /// Ends a file. Returns what went wrong on any surface since it was made, in cairo's words; empty
     /// otherwise.
     std::string finish();

@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         std::abort();
     const std::string expanded =
         vectordraw::expandText(text, [](std::string_view, std::string &) { return false; });
-    if (expanded != text)
+    if (expanded != text.substr(0, 4096))
         std::abort();
     return 0;
 }

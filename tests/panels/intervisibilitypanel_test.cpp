@@ -322,6 +322,15 @@ void IntervisibilityPanelTest::importedSource()
     QVERIFY(points.at(0).height == 5.0 && points.at(0).mode == AltitudeMode::Relative);
     QVERIFY(points.at(1).height == 120.0 && points.at(1).mode == AltitudeMode::Absolute);
     QCOMPARE(points.at(4).position(), QPointF(500025, 5099975));
+    // A cell size that has no short text is no obstacle, and too many observers are refused.
+    VectorObservers other;
+    other.lines = {{{0, 0}, {100000, 0}}};
+    intervisibilityProcessInfoDialog fine(other, 9, 9, 25.0 / 3.0);
+    const auto fineOk = fine.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+    QVERIFY(fineOk->isEnabled());
+    other.lines = {{{0, 0}, {1e300, 0}}};
+    intervisibilityProcessInfoDialog tooMany(other, 9, 9, 1.0);
+    QVERIFY(!tooMany.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->isEnabled());
     import("Coordonnée Z (altitude absolue)", 0.0);
     QCOMPARE(panel.model->rowCount(), 9);
     QCOMPARE(panel.widget.options().observers.at(5).height, 77.0);

@@ -227,6 +227,11 @@ void ProductsTest::observers()
     QCOMPARE(batch({"--process", "intervisibility", "--input", path("metres.tif"), "--output", path("x.tif")}),
              2);
     QVERIFY(!QFile::exists(path("x.tif")));
+    const QByteArray source = bytesOf(csv.fileName());
+    QCOMPARE(batch({"--process", "intervisibility", "--input", path("metres.tif"), "--output", csv.fileName(),
+                    "--of", "XYZ", "--overwrite", "--set", "points=" + csv.fileName()}),
+             2);
+    QCOMPARE(bytesOf(csv.fileName()), source);
 }
 
 void ProductsTest::vectorOutputIsReplacedWhole()

@@ -30,6 +30,8 @@ private slots:
     void geometries();
     void transformedAndFiltered();
     void styleSources();
+    void areasAtTheEdge();
+    void hostileFeatures();
     void maskAgainstPointInPolygon();
     void pageOfEverything();
 };
@@ -314,6 +316,67 @@ void DrawingTest::styleSources()
     while (layer.drawNext(1)) { }
     QVERIFY(picture.ink(32, 62) > 200);
     QVERIFY(picture.ink(80, 50) > 50 && picture.ink(92, 50) == 0); // the default's dot
+}
+
+void DrawingTest::areasAtTheEdge()
+{
+    // A hole that begins outside of the picture tears no wedge, and a thin area keeps its cover.
+    Picture picture;
+    drawn(picture,
+          *memoryLayer({{"POLYGON((-5 -5,105 -5,105 105,-5 105,-5 -5),(120 60,60 60,60 40,120 40,120 60))",
+                         "BRUSH(fc:#000000)"}}));
+    for (const QPoint inside : {QPoint(2, 2), QPoint(50, 70), QPoint(95, 20), QPoint(70, 65), QPoint(30, 50)})
+        QVERIFY(picture.ink(inside.x(), inside.y()) > 250);
+    QVERIFY(picture.ink(80, 50) == 0);
+    const View view{10, 4, {0.0, 1.0, 0.0, 4.0, 0.0, -1.0}, {}};
+    const DataSet thin = memoryLayer({{"POLYGON((1 1.1,9 1.1,9 1.9,1 1.9,1 1.1))", ""},
+                                      {"POLYGON((2 3,2.5 3,2.5 4,2 4,2 3))", ""},
+                                      {"POLYGON((2.5 3,4 3,4 4,2.5 4,2.5 3))", ""}});
+    FeatureMask mask(*thin->GetLayer(0), view);
+    while (mask.addNext(1)) { }
+    QVERIFY(mask.pixels());
+    for (int column = 2; column < 8; ++column)
+        QVERIFY(std::abs(mask.coverage(column, 2) - 204) < 20);
+    QVERIFY(mask.coverage(2, 0) > 245); // two halves of one cell
+    // The corner where an outline closes is as full as the others.
+    Picture square;
+    drawn(square, *memoryLayer({{"POLYGON((20 20,80 20,80 80,20 80,20 20))", "PEN(w:12px,c:#000000)"}}));
+    for (const QPoint corner : {QPoint(16, 16), QPoint(83, 16), QPoint(83, 83), QPoint(16, 83)})
+        QVERIFY(square.ink(corner.x(), corner.y()) > 200);
+    // Hatches of any size keep their distance: 80 lines of 2.5 px in 200 px.
+    Picture hatched(200);
+    drawn(
+        hatched,
+        *memoryLayer({{"POLYGON((0 0,200 0,200 200,0 200,0 0))", "BRUSH(fc:#000000,s:2.5px,id:ogr-brush-3)"}}));
+    int lines = 0;
+    for (int x = 1; x < 200; ++x)
+        lines += hatched.ink(x, 100) > hatched.ink(x - 1, 100)
+            && (x < 2 || hatched.ink(x - 1, 100) <= hatched.ink(x - 2, 100));
+    QVERIFY2(std::abs(lines - 80) <= 2, qPrintable(QString::number(lines)));
+}
+
+void DrawingTest::hostileFeatures()
+{
+    QByteArray longLine = "LINESTRING(";
+    for (int at = 0; at < 50000; ++at)
+        longLine += QByteArray::number(at % 100) + " " + QByteArray::number(at % 90) + ",";
+    longLine += "1 1)";
+    const QByteArray text = QByteArray(100000, 'x');
+    Picture picture;
+    const Counts counts = drawn(picture,
+                                *memoryLayer({{longLine, "SYMBOL(id:ogr-sym-3,s:2px,dp:1px)"},
+                                              {"LINESTRING(-1e300 50,1e300 50)", "SYMBOL(id:ogr-sym-3,dp:5px)"},
+                                              {"LINESTRING(10 50,500010 50)", "LABEL(t:\"a\",m:a)"},
+                                              {"POINT(50 50)", "LABEL(t:\"{name}\",w:1e9,s:1e9px)"},
+                                              {"LINESTRING(0 0,9 9)", "LABEL(t:\"" + text + "\",m:s)"},
+                                              {"POINT(20 20)", "SYMBOL(id:ogr-sym-5,s:10px,c:#000000)"}}));
+    QCOMPARE(counts.drawn, 6);
+    QCOMPARE(picture.surface.error(), std::string());
+    QVERIFY(picture.ink(20, 20) > 200); // what comes after them is drawn
+    QVERIFY(picture.ink(50, 50) > 0);
+    const DataSet nothing = memoryLayer({});
+    FeatureMask huge(*nothing->GetLayer(0), {40000, 10, {0.0, 1.0, 0.0, 10.0, 0.0, -1.0}, {}});
+    QVERIFY(!huge.error().empty() && !huge.addNext(1) && huge.coverage(5, 5) == 0);
 }
 
 void DrawingTest::maskAgainstPointInPolygon()
