@@ -72,7 +72,7 @@ public:
         if (m_terrain && m_window.holds(window))
             return;
         m_terrain.reset(); // two do not fit
-        m_terrain.emplace(m_raster.read(window));
+        m_terrain.emplace(m_raster.read(window, m_threads));
         m_maxima.emplace(*m_terrain, m_threads);
         m_window = window;
     }

@@ -12,28 +12,27 @@ namespace
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-struct Extremes
+/// The lowest and the highest cell of each column, over some rows.
+template <class Number> struct ColumnExtremes
 {
-    double lowest = infinity;
-    double highest = -infinity;
-};
+    std::vector<Number> lowest;
+    std::vector<Number> highest;
 
-/// Of a rectangle of cells, up to but without `right` and `bottom`.
-Extremes extremesOf(const Terrain &terrain, int left, int top, int right, int bottom)
-{
-    return terrain.withCells([&]<class Number>(const Number *cells) {
-        Number lowest = std::numeric_limits<Number>::infinity();
-        Number highest = -lowest;
+    ColumnExtremes(const Number *cells, int width, int top, int bottom)
+        : lowest(static_cast<std::size_t>(width), std::numeric_limits<Number>::infinity())
+        , highest(static_cast<std::size_t>(width), -std::numeric_limits<Number>::infinity())
+    {
         for (int row = top; row < bottom; ++row) {
-            const Number *line = cells + static_cast<std::ptrdiff_t>(row) * terrain.width();
-            for (int column = left; column < right; ++column) { // a NaN is neither lower nor higher
-                lowest = line[column] < lowest ? line[column] : lowest;
-                highest = line[column] > highest ? line[column] : highest;
+            const Number *line = cells + static_cast<std::ptrdiff_t>(row) * width;
+            Number *low = lowest.data();
+            Number *high = highest.data();
+            for (int column = 0; column < width; ++column) { // a NaN is neither lower nor higher
+                low[column] = line[column] < low[column] ? line[column] : low[column];
+                high[column] = line[column] > high[column] ? line[column] : high[column];
             }
         }
-        return Extremes{static_cast<double>(lowest), static_cast<double>(highest)};
-    });
-}
+    }
+};
 
 } // namespace
 
@@ -47,13 +46,14 @@ BlockMaxima::BlockMaxima(const Terrain &terrain, int threads)
         double *maxima = m_maxima.data() + static_cast<std::ptrdiff_t>(row) * m_columns;
         const int top = std::max(row * side - 1, 0);
         const int bottom = std::min(row * side + side + 1, terrain.height());
-        for (int column = 0; column < m_columns; ++column) {
-            const Extremes found = extremesOf(terrain, std::max(column * side - 1, 0), top,
-                                              std::min(column * side + side + 1, terrain.width()), bottom);
-            maxima[column] = found.highest;
-            double &low = lowest[static_cast<std::size_t>(row)];
-            low = std::min(low, found.lowest);
-        }
+        terrain.withCells([&]<class Number>(const Number *cells) {
+            const ColumnExtremes<Number> found(cells, terrain.width(), top, bottom);
+            const auto high = found.highest.begin();
+            for (int column = 0; column < m_columns; ++column)
+                maxima[column] = *std::max_element(high + std::max(column * side - 1, 0),
+                                                   high + std::min(column * side + side + 1, terrain.width()));
+            lowest[static_cast<std::size_t>(row)] = *std::min_element(found.lowest.begin(), found.lowest.end());
+        });
     };
     runJobs(rows, threads, doRow, {});
     const double high = m_maxima.empty() ? -infinity : *std::max_element(m_maxima.begin(), m_maxima.end());

@@ -1,5 +1,7 @@
 #include "viewshed/picture.h"
 
+#include "viewshed/jobs.h"
+
 #include <cpl_string.h>
 #include <gdal_priv.h>
 
@@ -80,71 +82,131 @@ void copyGeoreference(GDALDataset &from, GDALDataset &to)
     }
 }
 
-/// Colours of the cells, row by row, in three planes.
-class Painter
+/// Some rows of the picture, a plane for each colour.
+class Rows
 {
 public:
-    Painter(const BitGrid &seen, const Options &options)
+    static constexpr int colors = 3;
+
+    Rows(const BitGrid &seen, const Options &options, int most)
         : m_seen(seen)
         , m_options(options)
+        , m_plane(static_cast<std::size_t>(seen.width()) * static_cast<std::size_t>(most))
+        , m_bytes(m_plane * colors)
     { }
 
-    /// terrain: the whole raster, or `rows` rows of it from `top`, of which `first` is the first at hand.
-    void paint(const Terrain &terrain, int first, int top, int rows, std::vector<GByte> &planes) const
+    /// terrain: the whole raster, or only its rows from `first` on.
+    void paint(const Terrain &terrain, int first, int top, int rows, int threads)
     {
-        const auto width = static_cast<std::size_t>(m_seen.width());
-        const std::size_t plane = width * static_cast<std::size_t>(rows);
-        planes.resize(plane * colors);
         terrain.withCells([&](const auto *cells) {
-            for (int row = top; row < top + rows; ++row) {
-                const auto *heights = cells + static_cast<std::size_t>(row - first) * width;
-                GByte *to = planes.data() + static_cast<std::size_t>(row - top) * width;
-                paintRow(m_seen.row(row), heights, to, plane);
-            }
+            const auto paintRow = [&](int row) {
+                this->paintRow(top + row,
+                               cells + static_cast<std::ptrdiff_t>(top + row - first) * m_seen.width(), row);
+            };
+            runJobs(rows, threads, paintRow, {});
         });
     }
-
-    static constexpr std::size_t colors = 3;
+    GByte *row(int color, int row)
+    {
+        return m_bytes.data() + static_cast<std::size_t>(color) * m_plane
+            + static_cast<std::size_t>(row) * static_cast<std::size_t>(m_seen.width());
+    }
 
 private:
-    template <class Number>
-    void paintRow(const std::uint64_t *seen, const Number *heights, GByte *to, std::size_t plane) const
+    static constexpr GByte noData = 2; ///< a kind of cell; the others are the seen bit
+
+    template <class Number> void paintRow(int rasterRow, const Number *heights, int row)
     {
-        for (std::size_t color = 0; color < colors; ++color, to += plane) {
-            const GByte choice[] = {m_options.hidden[color], m_options.seen[color], m_options.noData[color]};
-            for (int column = 0; column < m_seen.width(); ++column) {
-                const auto bit =
-                    seen[column / BitGrid::bitsPerWord] >> (column % BitGrid::bitsPerWord) & std::uint64_t(1);
-                to[column] = choice[std::isnan(heights[column]) ? 2U : bit];
-            }
+        // The first plane's row holds the kinds of the cells until it gets its own colour, as the last.
+        GByte *kinds = this->row(0, row);
+        const int width = m_seen.width();
+        for (int first = 0; first < width; first += BitGrid::bitsPerWord) {
+            const std::uint64_t word = m_seen.row(rasterRow)[first / BitGrid::bitsPerWord];
+            const int count = std::min(BitGrid::bitsPerWord, width - first);
+            for (int cell = 0; cell < count; ++cell)
+                kinds[first + cell] = static_cast<GByte>(word >> cell & 1U);
+        }
+        for (int column = 0; column < width; ++column)
+            kinds[column] = std::isnan(heights[column]) ? noData : kinds[column];
+        for (int color = colors - 1; color >= 0; --color)
+            paintKinds(kinds, static_cast<std::size_t>(color), this->row(color, row), width);
+    }
+
+    void paintKinds(const GByte *kinds, std::size_t color, GByte *to, int width) const
+    {
+        const GByte visible = m_options.seen[color];
+        const GByte hidden = m_options.hidden[color];
+        const GByte none = m_options.noData[color];
+        for (int column = 0; column < width; ++column) {
+            const GByte kind = kinds[column];
+            const GByte known = kind == 1 ? visible : hidden;
+            to[column] = kind == noData ? none : known;
         }
     }
 
     const BitGrid &m_seen;
     const Options &m_options;
+    std::size_t m_plane; ///< bytes
+    std::vector<GByte> m_bytes;
+};
+
+/// Writes whole blocks past GDAL's cache, which would take in the whole picture.
+class BlockWriter
+{
+public:
+    explicit BlockWriter(GDALDataset &picture)
+        : m_picture(picture)
+    {
+        picture.GetRasterBand(1)->GetBlockSize(&m_width, &m_height);
+        m_block.resize(static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height));
+    }
+
+    int height() const { return m_height; }
+
+    /// `count` rows from `top` on, which is a multiple of the blocks' height, as `count` is but at the end.
+    void write(Rows &rows, int top, int count)
+    {
+        for (int y = 0; y * m_height < count; ++y) {
+            for (int x = 0; x * m_width < m_picture.GetRasterXSize(); ++x) {
+                for (int color = 0; color < Rows::colors; ++color)
+                    writeBlock(rows, color, x, y, top / m_height + y, std::min(m_height, count - y * m_height));
+            }
+        }
+    }
+
+private:
+    void writeBlock(Rows &rows, int color, int x, int y, int blockRow, int count)
+    {
+        const int columns = std::min(m_width, m_picture.GetRasterXSize() - x * m_width);
+        for (int row = 0; row < count; ++row)
+            std::copy_n(rows.row(color, y * m_height + row) + x * m_width, columns,
+                        m_block.data() + static_cast<std::ptrdiff_t>(row) * m_width);
+        if (m_picture.GetRasterBand(color + 1)->WriteBlock(x, blockRow, m_block.data()) != CE_None)
+            throw Failure(lastMessage("The picture cannot be written"));
+    }
+
+    GDALDataset &m_picture;
+    int m_width = 0;
+    int m_height = 0;
+    std::vector<GByte> m_block;
 };
 
 void writeCells(GDALDataset &picture, const BitGrid &seen, const Raster &raster, const Terrain *terrain,
-                const Options &options)
+                const Options &options, int threads)
 {
-    int blockWidth = 0;
-    int blockHeight = 0;
-    picture.GetRasterBand(1)->GetBlockSize(&blockWidth, &blockHeight);
-    constexpr int fewRows = 256; // a picture in one strip is not painted at once
-    const int step = std::max(blockHeight, fewRows / blockHeight * blockHeight);
-    const Painter painter(seen, options);
-    std::vector<GByte> planes;
+    BlockWriter writer(picture);
+    constexpr int someRows = 256;
+    const int step = std::max(writer.height(), someRows / writer.height() * writer.height());
+    const int most = std::min(step, seen.height());
+    Rows rows(seen, options, most);
     for (int top = 0; top < seen.height(); top += step) {
         checkStop();
-        const int rows = std::min(step, seen.height() - top);
+        const int count = std::min(step, seen.height() - top);
         if (terrain != nullptr)
-            painter.paint(*terrain, 0, top, rows, planes);
+            rows.paint(*terrain, 0, top, count, threads);
         else
-            painter.paint(raster.read({0, top, seen.width(), rows}), top, top, rows, planes);
-        if (picture.RasterIO(GF_Write, 0, top, seen.width(), rows, planes.data(), seen.width(), rows, GDT_Byte,
-                             static_cast<int>(Painter::colors), nullptr, 0, 0, 0, nullptr)
-            != CE_None)
-            throw Failure(lastMessage("The picture cannot be written"));
+            rows.paint(raster.read({0, top, seen.width(), count}, 1), top, top, count, threads);
+        writer.write(rows, top, count);
     }
 }
 
@@ -156,7 +218,8 @@ bool sameFile(const std::string &one, const std::string &other)
 
 } // namespace
 
-void writePicture(const BitGrid &seen, const Raster &raster, const Terrain *terrain, const Options &options)
+void writePicture(const BitGrid &seen, const Raster &raster, const Terrain *terrain, const Options &options,
+                  int threads)
 {
     CPLStringList creation;
     for (const std::string &option : options.creationOptions)
@@ -169,14 +232,13 @@ void writePicture(const BitGrid &seen, const Raster &raster, const Terrain *terr
     std::signal(SIGTERM, askToStop);
     std::signal(SIGINT, askToStop);
     CPLErrorReset();
-    std::unique_ptr<GDALDataset> picture(driver->Create(options.destination.c_str(), seen.width(),
-                                                        seen.height(), static_cast<int>(Painter::colors),
-                                                        GDT_Byte, creation.List()));
+    std::unique_ptr<GDALDataset> picture(driver->Create(
+        options.destination.c_str(), seen.width(), seen.height(), Rows::colors, GDT_Byte, creation.List()));
     if (!picture)
         throw Failure(lastMessage("The picture cannot be created"));
     files.created();
     copyGeoreference(raster.dataset(), *picture);
-    writeCells(*picture, seen, raster, terrain, options);
+    writeCells(*picture, seen, raster, terrain, options, threads);
     CPLErrorReset();
     picture.reset();
     if (CPLGetLastErrorType() >= CE_Failure)

@@ -13,7 +13,8 @@ namespace viewshed
 ///
 /// Throws Failure. Nothing that was created is left then, nor is anything deleted that stood there before: that
 /// is replaced at the creation, once the driver has accepted the options.
-void writePicture(const BitGrid &seen, const Raster &raster, const Terrain *terrain, const Options &options);
+void writePicture(const BitGrid &seen, const Raster &raster, const Terrain *terrain, const Options &options,
+                  int threads);
 
 /// Throws Failure if the picture would replace one of the files that are read.
 void checkDestination(const Options &options, const Raster &raster);

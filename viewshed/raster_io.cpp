@@ -1,5 +1,6 @@
 #include "viewshed/raster_io.h"
 
+#include "viewshed/jobs.h"
 #include "viewshed/options.h"
 
 #include <gdal_priv.h>
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <mutex>
 
 namespace viewshed
 {
@@ -112,7 +114,9 @@ private:
 } // namespace
 
 Raster::Raster(const std::string &path, int band)
-    : m_dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR))
+    : m_path(path)
+    , m_bandNumber(band)
+    , m_dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR))
     , m_band(nullptr)
     , m_storage(Terrain::Storage::Float)
 {
@@ -158,11 +162,50 @@ double Raster::metresOfHeight() const
     return 1.0;
 }
 
-Terrain Raster::read(const Window &window) const
+Terrain Raster::read(const Window &window, int threads) const
 {
     Terrain terrain(window.width, window.height, m_storage);
-    terrain.withCells([&]<class Number>(Number *cells) { BlockReader(*m_band, window, cells).read(); });
+    int blockWidth = 0;
+    int blockHeight = 0;
+    m_band->GetBlockSize(&blockWidth, &blockHeight);
+    // Parts begin with a row of blocks of the file, so that no block is read twice.
+    constexpr int parts = 16;
+    const int blocks = (window.top % blockHeight + window.height + blockHeight - 1) / blockHeight;
+    const int step = std::max(blocks / parts, 1) * blockHeight;
+    const int first = window.top - window.top % blockHeight;
+    std::vector<std::unique_ptr<GDALDataset>> spare = openedAgain(std::min(threads, blocks / 2) - 1);
+    std::mutex guard;
+    const auto readPart = [&](int part) {
+        std::unique_ptr<GDALDataset> own;
+        {
+            const std::lock_guard lock(guard);
+            own = std::move(spare.back());
+            spare.pop_back();
+        }
+        GDALRasterBand &band = *(own ? *own : *m_dataset).GetRasterBand(m_bandNumber);
+        const int top = std::max(first + part * step, window.top);
+        const int bottom = std::min(first + (part + 1) * step, window.top + window.height);
+        const Window rows{window.left, top, window.width, bottom - top};
+        const std::ptrdiff_t skipped = static_cast<std::ptrdiff_t>(top - window.top) * window.width;
+        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(); });
+        const std::lock_guard lock(guard);
+        spare.push_back(std::move(own));
+    };
+    const int count = (window.top + window.height - first + step - 1) / step;
+    runJobs(count, static_cast<int>(spare.size()), readPart, {});
     return terrain;
+}
+
+/// Handles of the file, one a thread, as GDAL's are no good for two: a null one stands for our own.
+std::vector<std::unique_ptr<GDALDataset>> Raster::openedAgain(int more) const
+{
+    std::vector<std::unique_ptr<GDALDataset>> handles(1);
+    for (int handle = 0; handle < more; ++handle) {
+        std::unique_ptr<GDALDataset> opened(GDALDataset::Open(m_path.c_str(), GDAL_OF_RASTER));
+        if (opened)
+            handles.push_back(std::move(opened));
+    }
+    return handles;
 }
 
 double availableMemory()

@@ -33,10 +33,15 @@ public:
     double metresOfHeight() const;
 
     /// Reads a part block by block, past GDAL's cache; a number that is the no-data value, that the band's mask
-    /// leaves out, or that is not finite becomes a cell without data. Throws Failure, std::bad_alloc.
-    Terrain read(const Window &window) const;
+    /// leaves out, or that is not finite becomes a cell without data. Each thread opens the file for itself.
+    /// Throws Failure, std::bad_alloc.
+    Terrain read(const Window &window, int threads) const;
 
 private:
+    std::vector<std::unique_ptr<GDALDataset>> openedAgain(int more) const;
+
+    std::string m_path;
+    int m_bandNumber;
     std::unique_ptr<GDALDataset> m_dataset;
     GDALRasterBand *m_band;
     Terrain::Storage m_storage;

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <variant>
 #include <vector>
 
@@ -24,7 +25,7 @@ public:
         Double
     };
 
-    /// Without data at first. Throws std::bad_alloc.
+    /// The cells are to be written before they are read. Throws std::bad_alloc.
     Terrain(int width, int height, Storage storage);
     /// A grid as the rows of `heights`: width × height numbers.
     Terrain(int width, int height, const std::vector<double> &heights);
@@ -41,26 +42,26 @@ public:
         const std::size_t cell = index(column, row);
         if (const auto *floats = std::get_if<Floats>(&m_cells))
             return static_cast<double>((*floats)[cell]);
-        return (*std::get_if<Doubles>(&m_cells))[cell];
+        return std::get<Doubles>(m_cells)[cell];
     }
 
     /// Calls work(first cell of the grid) with a pointer to float or to double.
     template <class Work> decltype(auto) withCells(Work work) const
     {
         if (const auto *floats = std::get_if<Floats>(&m_cells))
-            return work(floats->data());
-        return work(std::get_if<Doubles>(&m_cells)->data());
+            return work(static_cast<const float *>(floats->get()));
+        return work(static_cast<const double *>(std::get<Doubles>(m_cells).get()));
     }
     template <class Work> decltype(auto) withCells(Work work)
     {
         if (auto *floats = std::get_if<Floats>(&m_cells))
-            return work(floats->data());
-        return work(std::get_if<Doubles>(&m_cells)->data());
+            return work(floats->get());
+        return work(std::get<Doubles>(m_cells).get());
     }
 
 private:
-    using Floats = std::vector<float>;
-    using Doubles = std::vector<double>;
+    using Floats = std::unique_ptr<float[]>;
+    using Doubles = std::unique_ptr<double[]>;
 
     std::size_t index(int column, int row) const
     {
