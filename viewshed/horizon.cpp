@@ -162,8 +162,11 @@ private:
         const Places far = around(ahead(farthestLine));
         const Places places{std::max(std::min(near.first, far.first), m_places.first - 1),
                             std::min(std::max(near.last, far.last), m_places.last + 1)};
-        if (places.first > m_places.last || places.last < m_places.first
-            || isHidden(nearest, farthestLine, places))
+        if (places.first > m_places.last || places.last < m_places.first)
+            return;
+        const double greatest = greatestHeight(nearest, places);
+        m_level = m_level && greatest <= m_scene.sight.eye.z && m_scene.sight.bend >= 0.0;
+        if (isHidden(nearest, farthestLine, greatest))
             return;
         m_panel.load(m_scene.terrain, m_scene.sight, m_frame,
                      {std::min(nearest, farthestLine) - 1, std::max(nearest, farthestLine) + 1}, places);
@@ -174,20 +177,23 @@ private:
             storeColumns(nearest);
     }
 
-    /// Whether the highest cell of the blocks, put where it is best seen, is below all of the horizon.
-    bool isHidden(int nearest, int farthestLine, Places places) const
+    /// Of the blocks around some places of a row of blocks.
+    double greatestHeight(int line, Places places) const
     {
-        const Sight &sight = m_scene.sight;
-        if (sight.bend < 0.0)
-            return false;
         constexpr int block = BlockMaxima::side;
         const int first = std::max(places.first, m_places.first) / block;
         const int last = std::min(places.last, m_places.last) / block;
-        const int line = nearest / block;
-        const double greatest = m_frame.overColumns ? m_scene.maxima.greatest(line, line, first, last)
-                                                    : m_scene.maxima.greatest(first, last, line, line);
+        const int row = line / block;
+        return m_frame.overColumns ? m_scene.maxima.greatest(row, row, first, last)
+                                   : m_scene.maxima.greatest(first, last, row, row);
+    }
+
+    /// Whether the highest cell of the lines, put where it is best seen, is below all of the horizon.
+    bool isHidden(int nearest, int farthestLine, double greatest) const
+    {
+        const Sight &sight = m_scene.sight;
         const double before = ahead(nearest) - 1.0;
-        if (before <= 0.0)
+        if (sight.bend < 0.0 || before <= 0.0)
             return false;
         const double top = greatest - sight.eye.z + std::max(sight.targetHeight, 0.0)
             - sight.bend * m_scene.leastGround * before * before;
@@ -223,7 +229,9 @@ private:
             const int place = first + vertex;
             const int column = m_frame.column(line, place);
             const int row = m_frame.row(line, place);
-            if ((above > error || sees(m_scene.terrain, m_scene.sight, column, row))
+            // Over water as high as the eye every cell is in doubt, and none has to be.
+            const bool clear = above > error || (m_level && ring.heights[vertex] + target >= 0.0);
+            if ((clear || sees(m_scene.terrain, m_scene.sight, column, row))
                 && m_scene.sight.reaches(column, row))
                 collect(line, place);
         }
@@ -267,8 +275,9 @@ private:
     double m_to;
     double m_eyeLine;
     double m_eyePlace;
-    Places m_lines;  ///< of the window
-    Places m_places; ///< of the window
+    Places m_lines;      ///< of the window
+    Places m_places;     ///< of the window
+    bool m_level = true; ///< nothing so far was above the eye
     Skyline m_skyline;
     Panel m_panel;
     int m_wordPlace = 0;

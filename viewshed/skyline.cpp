@@ -104,7 +104,8 @@ bool Skyline::markRisen(const Ring &ring)
             ++interval;
         if (interval == ring.intervals)
             break;
-        markKink(ring, end, interval);
+        if (m_risen[static_cast<std::size_t>(interval)] == 0)
+            markKink(ring, end, interval);
         if (interval + 1 < ring.intervals && m_directions[static_cast<std::size_t>(interval) + 1] == direction)
             markKink(ring, end, interval + 1);
     }
