@@ -10,39 +10,27 @@ namespace
 QList<ObserverPoint> sourceObservers(const IntervisibilityOptions &options, const DemGround &ground,
                                      int &notTaken, BatchObservers &batch)
 {
-    QList<ObserverPoint> points;
     if (options.points.isEmpty())
-        return points;
+        return {};
     const VectorObservers source = readVectorObservers(options.points, ground.crs());
     notTaken = source.notTaken;
     batch.sourceFiles = source.files;
     const double step = options.step > 0.0 ? options.step : ground.cellSize();
     if (!source.error.isEmpty()) {
         batch.problem = labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.error;
-        return points;
+        return {};
     }
     if (sampledCount(source, step) > mostObservers) {
         batch.problem =
             labelText({"MESS_OBS_TROP", "« %1 » donne plus de %2 observateurs ; choisissez un pas plus grand."})
                 .arg(options.points, QString::number(mostObservers, 'f', 0));
-        return points;
+        return {};
     }
     ObserverPoint point;
     point.height = options.height;
     point.mode = readAltitudeMode(options.mode).value_or(point.mode);
     point.maxDistance = options.distance;
-    const auto add = [&](const QPointF &position) {
-        point.x = position.x();
-        point.y = position.y();
-        points += point;
-    };
-    for (const VectorSite &site : source.sites)
-        add(site.position);
-    for (const QVector<QPointF> &line : source.lines) {
-        for (const QPointF &sample : sampledLine(line, step))
-            add(sample);
-    }
-    return points;
+    return observersFrom(source, step, point);
 }
 
 } // namespace

@@ -55,14 +55,14 @@ struct ExtremesReader::Band
         hasNoData = given != FALSE;
         if (band->GetRasterDataType() == GDT_Float32)
             noData = static_cast<float>(noData);
-        values.resize(blockWidth);
+        values.resize(static_cast<std::size_t>(blockWidth));
     }
 
     /// Bytes of one block.
     std::size_t blockSize() const
     {
-        return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(band->GetRasterDataType())) * blockWidth
-            * blockHeight;
+        return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(band->GetRasterDataType()))
+            * static_cast<std::size_t>(blockWidth) * static_cast<std::size_t>(blockHeight);
     }
 
     bool takeBlock(long long index, Extremes &found)
@@ -78,7 +78,7 @@ struct ExtremesReader::Band
         const int width = std::min(blockWidth, band->GetXSize() - column * blockWidth);
         const int height = std::min(blockHeight, band->GetYSize() - row * blockHeight);
         for (int line = 0; line < height; ++line) {
-            GDALCopyWords(cells.data() + static_cast<std::size_t>(line) * blockWidth * size, type, size,
+            GDALCopyWords(cells.data() + static_cast<std::ptrdiff_t>(line) * blockWidth * size, type, size,
                           values.data(), GDT_Float64, sizeof(double), width);
             takeValues(width, found);
         }
@@ -88,7 +88,7 @@ struct ExtremesReader::Band
     void takeValues(int count, Extremes &found) const
     {
         for (int at = 0; at < count; ++at) {
-            const double value = values[at];
+            const double value = values[static_cast<std::size_t>(at)];
             if (!std::isfinite(value) || (hasNoData && value == noData))
                 continue;
             if (!found.known || value < found.minimum)

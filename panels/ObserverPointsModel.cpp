@@ -70,7 +70,7 @@ QVariant ObserverPointsModel::data(const QModelIndex &index, int role) const
         return index.column() == EnabledColumn ? QVariant(point.enabled)
                                                : QVariant(text(point, index.column()));
     if (role == Qt::TextAlignmentRole && (index.column() == HeightColumn || index.column() == DistanceColumn))
-        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     return {};
 }
 

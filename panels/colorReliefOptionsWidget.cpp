@@ -42,7 +42,7 @@ colorReliefOptionsWidget::colorReliefOptionsWidget(WorkFolder &workFolder, QWidg
     m_form->m_pPBEditColorTable->setVisible(false); // there is no editor
     connectControls();
     loadLibrary(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
-    setDem({});
+    colorReliefOptionsWidget::setDem({});
     applyTexts();
 }
 

@@ -5,6 +5,7 @@
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
 #include "panels/AbsoluteHeightEditor.h"
+#include "panels/PointDelegate.h"
 #include "panels/intervisibilityProcessInfoDialog.h"
 #include "panels/labels.h"
 #include "panels/numberfield.h"
@@ -17,7 +18,6 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QStyledItemDelegate>
 
 namespace
 {
@@ -28,44 +28,6 @@ QString fixedNumber(double value)
 {
     return QString::number(value, 'f', 3);
 }
-
-/// Edits a cell of the table: the mode in a list, numbers as the tools write them.
-class PointDelegate : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
-                          const QModelIndex &index) const override
-    {
-        if (index.column() == ObserverPointsModel::ModeColumn) {
-            auto combo = new QComboBox(parent);
-            combo->addItems(
-                {altitudeModeText(AltitudeMode::Relative), altitudeModeText(AltitudeMode::Absolute)});
-            return combo;
-        }
-        QWidget *editor = QStyledItemDelegate::createEditor(parent, option, index);
-        if (auto field = qobject_cast<QLineEdit *>(editor))
-            makeNumberField(field);
-        return editor;
-    }
-
-    void setEditorData(QWidget *editor, const QModelIndex &index) const override
-    {
-        if (auto combo = qobject_cast<QComboBox *>(editor))
-            combo->setCurrentText(index.data(Qt::EditRole).toString());
-        else
-            QStyledItemDelegate::setEditorData(editor, index);
-    }
-
-    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override
-    {
-        if (const auto combo = qobject_cast<QComboBox *>(editor))
-            model->setData(index, combo->currentText());
-        else
-            QStyledItemDelegate::setModelData(editor, model, index);
-    }
-};
 
 } // namespace
 
@@ -336,7 +298,7 @@ void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()
                                              this);
     if (choices.exec() != QDialog::Accepted)
         return;
-    importPoints(importedPoints(source, choices));
+    importPoints(observersFrom(source, choices.step(), defaultPoint(), choices.heightChoice()));
     if (source.notTaken > 0)
         Prompt::warning(
             this,
@@ -344,32 +306,6 @@ void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()
                "MNT.",
                "MESS_OBS_NON_PRIS")
                 .arg(source.notTaken));
-}
-
-QList<ObserverPoint> intervisibilityOptionsWidget::importedPoints(
-    const VectorObservers &source, const intervisibilityProcessInfoDialog &choices) const
-{
-    QList<ObserverPoint> points;
-    ObserverPoint point = defaultPoint();
-    for (const VectorSite &site : source.sites) {
-        ObserverPoint imported = point;
-        imported.x = site.position.x();
-        imported.y = site.position.y();
-        if (choices.heightSource() == intervisibilityProcessInfoDialog::ZCoordinate && site.z) {
-            imported.height = *site.z;
-            imported.mode = AltitudeMode::Absolute;
-        }
-        imported.height = site.values.value(choices.heightAttribute(), imported.height);
-        points += imported;
-    }
-    for (const QVector<QPointF> &line : source.lines) {
-        for (const QPointF &sample : sampledLine(line, choices.step())) {
-            point.x = sample.x();
-            point.y = sample.y();
-            points += point;
-        }
-    }
-    return points;
 }
 
 /// Points outside of the DEM come in at an altitude of their own, or not at all.

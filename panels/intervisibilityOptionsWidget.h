@@ -2,7 +2,6 @@
 
 #include "panels/ObserverPointsModel.h"
 #include "panels/optionsWidget.h"
-#include "panels/vectorobservers.h"
 
 #include <memory>
 
@@ -13,8 +12,6 @@ namespace Ui
 {
 class intervisibilityOptionsWidget;
 }
-
-class intervisibilityProcessInfoDialog;
 
 /// Options of the intervisibility process: the observers, how what several of them see is combined, and the
 /// colours of the zones.
@@ -86,8 +83,6 @@ private:
     void warnOfGround();
     ObserverPoint defaultPoint() const;
     void addPoints(const QList<ObserverPoint> &points);
-    QList<ObserverPoint> importedPoints(const VectorObservers &source,
-                                        const intervisibilityProcessInfoDialog &choices) const;
     void importPoints(QList<ObserverPoint> points);
     void showColor(QPushButton *button, const QString &color);
     void chooseColor(QString &color, QPushButton *button, QPushButton *reset);

@@ -13,6 +13,14 @@ namespace
 
 constexpr int typingPause = 300; // ms
 
+/// Entries of the list of heights.
+enum HeightSource
+{
+    DefaultHeight,
+    ZCoordinate,
+    Attribute
+};
+
 } // namespace
 
 intervisibilityProcessInfoDialog::intervisibilityProcessInfoDialog(const VectorObservers &source, int width,
@@ -61,14 +69,10 @@ double intervisibilityProcessInfoDialog::step() const
     return m_form->m_pLEPas->text().toDouble();
 }
 
-intervisibilityProcessInfoDialog::HeightSource intervisibilityProcessInfoDialog::heightSource() const
+HeightChoice intervisibilityProcessInfoDialog::heightChoice() const
 {
-    return static_cast<HeightSource>(m_form->m_pCBHeightSource->currentData().toInt());
-}
-
-QString intervisibilityProcessInfoDialog::heightAttribute() const
-{
-    return heightSource() == Attribute ? m_form->m_pCBHeightSource->currentText() : QString();
+    const int source = m_form->m_pCBHeightSource->currentData().toInt();
+    return {source == ZCoordinate, source == Attribute ? m_form->m_pCBHeightSource->currentText() : QString()};
 }
 
 void intervisibilityProcessInfoDialog::slot_onChangePas()

@@ -27,14 +27,7 @@ public:
     /// Between samples, in the DEM's unit.
     double step() const;
 
-    enum HeightSource
-    {
-        DefaultHeight,
-        ZCoordinate, ///< which is an absolute altitude
-        Attribute
-    };
-    HeightSource heightSource() const;
-    QString heightAttribute() const;
+    HeightChoice heightChoice() const;
 
 public slots:
     void slot_onChangePas();

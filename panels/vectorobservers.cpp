@@ -167,7 +167,7 @@ VectorObservers readVectorObservers(const QString &path, const QString &crs)
 
 double sampledCount(const VectorObservers &source, double step)
 {
-    double count = static_cast<double>(source.sites.size());
+    auto count = static_cast<double>(source.sites.size());
     for (const QVector<QPointF> &line : source.lines)
         count += sampleCount(line, step);
     return count;
@@ -191,6 +191,31 @@ QVector<QPointF> sampledLine(const QVector<QPointF> &line, double step)
         points += span > 0.0
             ? line[segment - 1] + (line[segment] - line[segment - 1]) * qMin(1.0, (along - before) / span)
             : line[segment - 1];
+    }
+    return points;
+}
+
+QList<ObserverPoint> observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
+                                   const HeightChoice &heights)
+{
+    QList<ObserverPoint> points;
+    const auto add = [&](const QPointF &position) -> ObserverPoint & {
+        points += defaults;
+        points.last().x = position.x();
+        points.last().y = position.y();
+        return points.last();
+    };
+    for (const VectorSite &site : source.sites) {
+        ObserverPoint &point = add(site.position);
+        if (heights.fromZ && site.z) {
+            point.height = *site.z;
+            point.mode = AltitudeMode::Absolute;
+        }
+        point.height = site.values.value(heights.attribute, point.height);
+    }
+    for (const QVector<QPointF> &line : source.lines) {
+        for (const QPointF &sample : sampledLine(line, step))
+            add(sample);
     }
     return points;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panels/observerpoints.h"
+
 #include <QHash>
 #include <QList>
 #include <QPointF>
@@ -38,6 +40,18 @@ VectorObservers readVectorObservers(const QString &path, const QString &crs);
 /// Number of points that the source gives where its lines are sampled every `step`, in the DEM's unit. A
 /// number, not a count: a small step makes billions.
 double sampledCount(const VectorObservers &source, double step);
+
+/// Where the heights of a source's sites come from; the default point's where neither is chosen.
+struct HeightChoice
+{
+    bool fromZ = false; ///< the z coordinate, which is an absolute altitude
+    QString attribute;  ///< a numeric attribute; empty: none
+};
+
+/// The observers of a source: its sites, and its lines sampled every `step`. What the source does not say is
+/// the default point's.
+QList<ObserverPoint> observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
+                                   const HeightChoice &heights = {});
 
 /// The points of a line every `step` along its length, from its first vertex on; a closed line's last is its
 /// first and is left out.

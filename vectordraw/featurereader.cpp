@@ -208,15 +208,15 @@ bool FeatureReader::toPixels(PixelGeometry &result, std::size_t begin)
     }
     // Plain enough for the compiler to take several vertices at a time.
     const auto [x0, xx, xy, y0, yx, yy] = m_toPixels;
+    constexpr double largest = std::numeric_limits<double>::max();
     int faults = 0;
     int far = 0;
     for (std::size_t at = begin; at < result.points.size(); ++at) {
         const Point ground = result.points[at];
         const double x = x0 + ground.x * xx + ground.y * xy;
         const double y = y0 + ground.x * yx + ground.y * yy;
-        far |= !(std::abs(x) <= farthest) | !(std::abs(y) <= farthest);
-        faults |= !(std::abs(x) <= std::numeric_limits<double>::max())
-            | !(std::abs(y) <= std::numeric_limits<double>::max());
+        far |= static_cast<int>(!(std::abs(x) <= farthest)) | static_cast<int>(!(std::abs(y) <= farthest));
+        faults |= static_cast<int>(!(std::abs(x) <= largest)) | static_cast<int>(!(std::abs(y) <= largest));
         result.points[at] = {x, y};
     }
     for (std::size_t at = begin; far != 0 && at < result.points.size(); ++at) {

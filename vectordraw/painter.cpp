@@ -448,9 +448,10 @@ void Painter::drawSymbolsAlong(const std::vector<Point> &line, const Symbol &sym
             const double begin = distance(from, part->first);
             const double end = std::min(length, distance(from, part->second) + step);
             const double angle = std::atan2(to.y - from.y, to.x - from.x);
-            for (double along = next + std::max(0.0, std::floor((begin - next) / step)) * step; along <= end;
-                 along += step) {
-                const double share = along / length;
+            const double first = std::max(0.0, std::floor((begin - next) / step));
+            const auto count = static_cast<int>(std::max(0.0, std::floor((end - next) / step) - first + 1.0));
+            for (int index = 0; index < count; ++index) {
+                const double share = (next + (first + index) * step) / length;
                 drawSymbol({from.x + share * (to.x - from.x) - shift * std::sin(angle),
                             from.y + share * (to.y - from.y) + shift * std::cos(angle)},
                            symbol, angle);

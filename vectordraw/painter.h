@@ -6,8 +6,6 @@
 
 #include <span>
 
-struct _cairo_pattern;
-
 namespace vectordraw
 {
 

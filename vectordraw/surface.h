@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-struct _cairo;
-struct _cairo_surface;
+struct _cairo;         // NOLINT(bugprone-reserved-identifier): the library names it so
+struct _cairo_surface; // NOLINT(bugprone-reserved-identifier): likewise
 
 namespace vectordraw
 {
