@@ -8,7 +8,11 @@ ObserverPointsModel::ObserverPointsModel(QObject *parent)
     : QAbstractTableModel(parent)
     , m_on(QStringLiteral(":/QuvoGdalUtilities/images/Ok-6380-16.png"))
     , m_off(QStringLiteral(":/QuvoGdalUtilities/images/No-9337-16.png"))
-{ }
+{
+    // In a selected row, too, they keep their colours.
+    m_on.addFile(QStringLiteral(":/QuvoGdalUtilities/images/Ok-6380-16.png"), {}, QIcon::Selected);
+    m_off.addFile(QStringLiteral(":/QuvoGdalUtilities/images/No-9337-16.png"), {}, QIcon::Selected);
+}
 
 int ObserverPointsModel::rowCount(const QModelIndex &parent) const
 {

@@ -12,7 +12,6 @@
 #include "ui_intervisibilityOptionsWidget.h"
 
 #include <QClipboard>
-#include <QColorDialog>
 #include <QEvent>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -36,18 +35,15 @@ intervisibilityOptionsWidget::intervisibilityOptionsWidget(WorkFolder &workFolde
     : optionsWidget(parent, flags)
     , m_form(std::make_unique<Ui::intervisibilityOptionsWidget>())
     , m_workFolder(workFolder)
-    , m_visibleColor(defaults.visibleColor)
-    , m_hiddenColor(defaults.hiddenColor)
-    , m_noDataColor(defaults.noDataColor)
 {
     m_form->setupUi(this);
     setUpTable();
     for (QLineEdit *field : {m_form->m_pLEAltitude, m_form->m_pLEMaxDistance, m_form->m_pLESmokeHeight,
                              m_form->m_pLEPointX, m_form->m_pLEPointY})
         makeNumberField(field);
-    showColor(m_form->m_pPBColorZO, m_visibleColor);
-    showColor(m_form->m_pPBColorZNO, m_hiddenColor);
-    showColor(m_form->m_pPBColorNoData, m_noDataColor);
+    m_visibleColor.emplace(m_form->m_pPBColorZO, m_form->m_pPBResetColorZO, defaults.visibleColor);
+    m_hiddenColor.emplace(m_form->m_pPBColorZNO, m_form->m_pPBResetColorZNO, defaults.hiddenColor);
+    m_noDataColor.emplace(m_form->m_pPBColorNoData, m_form->m_pPBResetColorNoData, defaults.noDataColor);
     applyTexts();
     connectControls();
     connectColors();
@@ -141,9 +137,9 @@ IntervisibilityOptions intervisibilityOptionsWidget::options() const
         : m_form->m_pRBAndMode->isChecked()                ? QStringLiteral("AND")
                                                            : QString();
     options.groundHeight = fieldNumber(m_form->m_pLESmokeHeight->text());
-    options.visibleColor = m_visibleColor;
-    options.hiddenColor = m_hiddenColor;
-    options.noDataColor = m_noDataColor;
+    options.visibleColor = m_visibleColor->name();
+    options.hiddenColor = m_hiddenColor->name();
+    options.noDataColor = m_noDataColor->name();
     return options;
 }
 
@@ -401,63 +397,46 @@ void intervisibilityOptionsWidget::slot_resetDefaultAltitudeType()
     m_form->m_pPBResetAltitudeType->setEnabled(false);
 }
 
-void intervisibilityOptionsWidget::showColor(QPushButton *button, const QString &color)
+void intervisibilityOptionsWidget::changeColor(ZoneColor &color)
 {
-    const QColor parts(color);
-    button->setStyleSheet(
-        QStringLiteral("background-color: rgb(%1, %2, %3);")
-            .arg(QString::number(parts.red()), QString::number(parts.green()), QString::number(parts.blue())));
+    if (color.choose(this, tr("Choisir une couleur", "MESS_CHX_COULEUR")))
+        slot_onOptionsChanged();
 }
 
-void intervisibilityOptionsWidget::chooseColor(QString &color, QPushButton *button, QPushButton *reset)
+void intervisibilityOptionsWidget::resetColor(ZoneColor &color)
 {
-    const QColor chosen =
-        QColorDialog::getColor(QColor(color), this, tr("Choisir une couleur", "MESS_CHX_COULEUR"));
-    if (!chosen.isValid())
-        return;
-    color = chosen.name();
-    showColor(button, color);
-    reset->setEnabled(true);
+    color.reset();
     slot_onOptionsChanged();
-}
-
-void intervisibilityOptionsWidget::resetColor(QString &color, const QString &standard, QPushButton *button,
-                                              QPushButton *reset)
-{
-    color = standard;
-    showColor(button, color);
-    slot_onOptionsChanged();
-    reset->setEnabled(false);
 }
 
 void intervisibilityOptionsWidget::slot_changeColorZoneVisible()
 {
-    chooseColor(m_visibleColor, m_form->m_pPBColorZO, m_form->m_pPBResetColorZO);
+    changeColor(*m_visibleColor);
 }
 
 void intervisibilityOptionsWidget::slot_changeColorZoneNotVisible()
 {
-    chooseColor(m_hiddenColor, m_form->m_pPBColorZNO, m_form->m_pPBResetColorZNO);
+    changeColor(*m_hiddenColor);
 }
 
 void intervisibilityOptionsWidget::slot_changeColorZoneNoData()
 {
-    chooseColor(m_noDataColor, m_form->m_pPBColorNoData, m_form->m_pPBResetColorNoData);
+    changeColor(*m_noDataColor);
 }
 
 void intervisibilityOptionsWidget::slot_resetColorZoneVisible()
 {
-    resetColor(m_visibleColor, defaults.visibleColor, m_form->m_pPBColorZO, m_form->m_pPBResetColorZO);
+    resetColor(*m_visibleColor);
 }
 
 void intervisibilityOptionsWidget::slot_resetColorZoneNotVisible()
 {
-    resetColor(m_hiddenColor, defaults.hiddenColor, m_form->m_pPBColorZNO, m_form->m_pPBResetColorZNO);
+    resetColor(*m_hiddenColor);
 }
 
 void intervisibilityOptionsWidget::slot_resetColorZoneNoData()
 {
-    resetColor(m_noDataColor, defaults.noDataColor, m_form->m_pPBColorNoData, m_form->m_pPBResetColorNoData);
+    resetColor(*m_noDataColor);
 }
 
 bool intervisibilityOptionsWidget::eventFilter(QObject *watched, QEvent *event)

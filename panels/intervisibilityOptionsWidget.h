@@ -1,11 +1,12 @@
 #pragma once
 
 #include "panels/ObserverPointsModel.h"
+#include "panels/ZoneColor.h"
 #include "panels/optionsWidget.h"
 
 #include <memory>
+#include <optional>
 
-class QPushButton;
 class WorkFolder;
 
 namespace Ui
@@ -84,16 +85,15 @@ private:
     ObserverPoint defaultPoint() const;
     void addPoints(const QList<ObserverPoint> &points);
     void importPoints(QList<ObserverPoint> points);
-    void showColor(QPushButton *button, const QString &color);
-    void chooseColor(QString &color, QPushButton *button, QPushButton *reset);
-    void resetColor(QString &color, const QString &standard, QPushButton *button, QPushButton *reset);
+    void changeColor(ZoneColor &color);
+    void resetColor(ZoneColor &color);
 
     std::unique_ptr<Ui::intervisibilityOptionsWidget> m_form;
     WorkFolder &m_workFolder;
     ObserverPointsModel m_model;
     DemInfo m_dem;
     DemGround m_ground;
-    QString m_visibleColor;
-    QString m_hiddenColor;
-    QString m_noDataColor;
+    std::optional<ZoneColor> m_visibleColor; ///< made with the form
+    std::optional<ZoneColor> m_hiddenColor;
+    std::optional<ZoneColor> m_noDataColor;
 };
