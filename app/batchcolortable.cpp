@@ -11,17 +11,14 @@
 namespace
 {
 
-QString tableFile(const QString &name)
+/// The table of the file, or the one by value, of which the tool has no file yet.
+ColorTableReading readTable(const ColorReliefOptions &options, const QString &file)
 {
-    if (QFileInfo::exists(name))
-        return name;
-    const QDir library(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
-    const QString wanted = name.isEmpty() ? QStringLiteral("dtm") : name;
-    for (const QString &file : {wanted, wanted + QStringLiteral(".txt")}) {
-        if (library.exists(file))
-            return library.filePath(file);
-    }
-    return name;
+    if (options.colors.isEmpty())
+        return readColorTable(file);
+    ColorTableReading reading = parseColorTable(toolTableText(options.colors));
+    reading.plain = false;
+    return reading;
 }
 
 QString readingProblem(const ColorTableReading &reading, const QString &file, bool spread)
@@ -68,12 +65,31 @@ QByteArray spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOptio
 
 } // namespace
 
+QString colorTableFile(const QString &name)
+{
+    if (QFileInfo::exists(name))
+        return name;
+    const QDir library(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
+    const QString wanted = name.isEmpty() ? QStringLiteral("dtm") : name;
+    for (const QString &file : {wanted, wanted + QStringLiteral(".txt")}) {
+        if (library.exists(file))
+            return library.filePath(file);
+    }
+    return name;
+}
+
+QString colorTableProblem(const ColorReliefOptions &options)
+{
+    const QString file = colorTableFile(options.table);
+    return readingProblem(readTable(options, file), file, options.spread);
+}
+
 BatchColorTable batchColorTable(const ColorReliefOptions &options, const QString &dem, int band,
                                 WorkFolder &workFolder)
 {
     BatchColorTable table;
-    table.file = tableFile(options.table);
-    const ColorTableReading reading = readColorTable(table.file);
+    table.file = colorTableFile(options.table);
+    const ColorTableReading reading = readTable(options, table.file);
     table.problem = readingProblem(reading, table.file, options.spread);
     if (!table.problem.isEmpty() || (!options.spread && reading.plain))
         return table;

@@ -10,26 +10,10 @@
 #include "panels/contourlevels.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 namespace
 {
-
-RecipeReading readRecipeFile(const QString &name)
-{
-    constexpr qint64 largestRecipe = 64LL * 1024 * 1024;
-    QFile file(name);
-    RecipeReading reading;
-    if (QFileInfo(name).isFile() && file.size() <= largestRecipe && file.open(QIODevice::ReadOnly)) {
-        reading = readRecipe(file.readAll(), QFileInfo(name).absolutePath());
-        if (!reading.error.isEmpty())
-            reading.error = QStringLiteral("%1 : %2").arg(name, reading.error);
-    } else {
-        reading.error = labelText({"MESS_REC_ILLISIBLE", "La recette « %1 » ne peut pas être lue."}).arg(name);
-    }
-    return reading;
-}
 
 /// The process of the command line, which a recipe must not contradict.
 QString takeProcess(Recipe &recipe, const BatchArguments &arguments)

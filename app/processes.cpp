@@ -40,7 +40,7 @@ const QVector<BatchProcess> &batchProcesses()
         {Process::TriTpiRoughness, TerrainIndexOptions{1}},
         {Process::TriTpiRoughness, TerrainIndexOptions{2}},
         {Process::Intervisibility, IntervisibilityOptions{}},
-        {Process::ColorRelief, ColorReliefOptions{QStringLiteral("dtm.txt"), false, {}, {}, false}},
+        {Process::ColorRelief, ColorReliefOptions{QStringLiteral("dtm.txt"), false, {}, {}, false, {}}},
         {Process::Contour, ContourOptions{}},
     };
     return processes;

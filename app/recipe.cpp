@@ -2,6 +2,8 @@
 
 #include "dataset/pathencoding.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -9,6 +11,17 @@ namespace
 {
 
 constexpr int formatVersion = 1;
+
+struct TextMember
+{
+    const char *name;
+    QString Recipe::*member;
+    bool isPath;
+};
+constexpr TextMember textMembers[] = {{"input", &Recipe::input, true},
+                                      {"output", &Recipe::output, true},
+                                      {"outputFormat", &Recipe::outputFormat, false},
+                                      {"layerName", &Recipe::layerName, false}};
 
 constexpr Label textValue{"MESS_REC_UN_TEXTE", "un texte"};
 
@@ -28,17 +41,7 @@ QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value,
     static constexpr Label boolean{"MESS_REC_UN_BOOL", "true ou false"};
     static constexpr Label bandNumber{"MESS_REC_UNE_BANDE", "un numéro de bande, à partir de 1"};
 
-    struct TextMember
-    {
-        const char *name;
-        QString Recipe::*member;
-        bool isPath;
-    };
-    static constexpr TextMember texts[] = {{"input", &Recipe::input, true},
-                                           {"output", &Recipe::output, true},
-                                           {"outputFormat", &Recipe::outputFormat, false},
-                                           {"layerName", &Recipe::layerName, false}};
-    for (const TextMember &known : texts) {
+    for (const TextMember &known : textMembers) {
         if (name == QLatin1String(known.name)) {
             recipe.*known.member = known.isPath ? fromFolder(folder, value.toString()) : value.toString();
             return value.isString() ? QString() : wrongMember(name, textValue);
@@ -124,4 +127,34 @@ RecipeReading readRecipe(const QByteArray &json, const QString &folder)
         reading.error = takeObject(reading.recipe, document.object(), folder);
     }
     return reading;
+}
+
+RecipeReading readRecipeFile(const QString &name)
+{
+    constexpr qint64 largestRecipe = 64LL * 1024 * 1024;
+    QFile file(name);
+    RecipeReading reading;
+    if (QFileInfo(name).isFile() && file.size() <= largestRecipe && file.open(QIODevice::ReadOnly)) {
+        reading = readRecipe(file.readAll(), QFileInfo(name).absolutePath());
+        if (!reading.error.isEmpty())
+            reading.error = QStringLiteral("%1 : %2").arg(name, reading.error);
+    } else {
+        reading.error = labelText({"MESS_REC_ILLISIBLE", "La recette « %1 » ne peut pas être lue."}).arg(name);
+    }
+    return reading;
+}
+
+QByteArray writeRecipe(const Recipe &recipe)
+{
+    QJsonObject object{
+        {QStringLiteral("format"), formatVersion},       {QStringLiteral("process"), recipe.process},
+        {QStringLiteral("band"), recipe.band},           {QStringLiteral("tiled"), recipe.tiled},
+        {QStringLiteral("worldFile"), recipe.worldFile}, {QStringLiteral("overviews"), recipe.overviews}};
+    for (const TextMember &member : textMembers) {
+        const QString &text = recipe.*member.member;
+        if (!text.isEmpty())
+            object.insert(QLatin1String(member.name), text);
+    }
+    object.insert(QStringLiteral("options"), QJsonObject::fromVariantMap(optionValues(recipe.options)));
+    return QJsonDocument(object).toJson();
 }

@@ -19,6 +19,8 @@ struct Recipe
     bool tiled = false;
     bool worldFile = false;
     ProcessOptions options;
+
+    bool operator==(const Recipe &other) const = default;
 };
 
 /// A recipe that was read, or why it could not be.
@@ -39,3 +41,10 @@ struct RecipeReading
 /// A member that is not known is an error, so that a slip of the pen is noticed. Relative paths are relative to
 /// `folder`.
 RecipeReading readRecipe(const QByteArray &json, const QString &folder);
+
+/// Reads the recipe of a file of at most 64 MiB; the error names it.
+RecipeReading readRecipeFile(const QString &name);
+
+/// The recipe as such an object, with every option; colours and observers by value. A text of ASCII and UTF-8
+/// lines that ends in a line feed.
+QByteArray writeRecipe(const Recipe &recipe);

@@ -35,6 +35,12 @@ void QEditableComboBox::choose(int row)
     emit textReset();
 }
 
+void QEditableComboBox::showTyped(const QString &text)
+{
+    setEditText(text);
+    m_editedRow = currentIndex();
+}
+
 void QEditableComboBox::translateItems(const QStringList &texts)
 {
     const QSignalBlocker blocker(this);

@@ -19,6 +19,9 @@ public:
     /// textReset() follows where the text changed and the index did not.
     void choose(int row);
 
+    /// Shows a text as if it had been typed. No signal follows.
+    void showTyped(const QString &text);
+
     /// Puts other texts in the place of the entries', in another language, and keeps what was typed. No signal
     /// follows.
     void translateItems(const QStringList &texts);

@@ -27,6 +27,12 @@ void ZoneColor::reset()
     m_reset->setEnabled(false);
 }
 
+void ZoneColor::set(const QString &name)
+{
+    show(QColor(name).name());
+    m_reset->setEnabled(m_name != m_standard);
+}
+
 void ZoneColor::show(const QString &name)
 {
     m_name = name;

@@ -19,6 +19,9 @@ public:
 
     void reset();
 
+    /// Shows that colour, a name that QColor knows.
+    void set(const QString &name);
+
 private:
     void show(const QString &name);
 

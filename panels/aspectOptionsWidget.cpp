@@ -52,6 +52,19 @@ AspectOptions aspectOptionsWidget::options() const
     return options;
 }
 
+void aspectOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
+{
+    const auto *options = std::get_if<AspectOptions>(&processOptions);
+    if (!options)
+        return;
+    m_form->m_pRBAzimuth->setChecked(!options->trigonometric);
+    m_form->m_pRBTrigonometric->setChecked(options->trigonometric);
+    (options->zeroForFlat ? m_form->m_pRBZero : m_form->m_pRBNoData)->setChecked(true);
+    m_form->m_pChBComputeAtEdges->setChecked(options->computeEdges);
+    (options->zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
+    slot_onOptionsChanged();
+}
+
 void aspectOptionsWidget::slot_onOptionsChanged()
 {
     emit completeChanged();

@@ -58,6 +58,8 @@ void colorReliefOptionsWidget::connectControls()
             &colorReliefOptionsWidget::slot_addAColorFile);
     connect(m_form->m_pRBRelatifAltitude, &QRadioButton::toggled, this,
             &colorReliefOptionsWidget::slot_onUseColorsOnAbsolute);
+    for (QRadioButton *mode : {m_form->m_pRBAbsoluteAltitude, m_form->m_pRBRelatifAltitude})
+        connect(mode, &QRadioButton::clicked, this, &colorReliefOptionsWidget::forgetRange);
     connect(m_form->m_pChBAddAlphaChannel, &QCheckBox::toggled, this,
             &colorReliefOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pLComputeExactStatisticsLink, &QLabel::linkActivated, this,
@@ -83,12 +85,97 @@ ColorReliefOptions colorReliefOptionsWidget::options() const
     ColorReliefOptions options;
     options.table = m_form->m_pCBColorTable->currentTable().file;
     options.spread = m_spread;
-    if (m_spread && m_dem.extremes.known) {
-        options.minimum = m_dem.extremes.minimum;
-        options.maximum = m_dem.extremes.maximum;
+    const Extremes range = spreadRange(m_dem.extremes);
+    if (m_spread && range.known) {
+        options.minimum = range.minimum;
+        options.maximum = range.maximum;
     }
     options.alpha = m_form->m_pChBAddAlphaChannel->isChecked();
     return options;
+}
+
+ProcessOptions colorReliefOptionsWidget::processOptions() const
+{
+    ColorReliefOptions settings = options();
+    settings.table = settingsName(settings.table);
+    settings.colors = m_form->m_pCBColorTable->currentTable().entries;
+    settings.spread = m_spreadWanted;
+    settings.minimum = m_minimum;
+    settings.maximum = m_maximum;
+    return settings;
+}
+
+void colorReliefOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
+{
+    const auto *options = std::get_if<ColorReliefOptions>(&processOptions);
+    if (!options)
+        return;
+    const int row = rowOf(*options);
+    if (row >= 0)
+        m_form->m_pCBColorTable->setCurrentIndex(row);
+    m_form->m_pChBAddAlphaChannel->setChecked(options->alpha);
+    const bool spread = options->spread && m_form->m_pRBRelatifAltitude->isEnabled();
+    (spread ? m_form->m_pRBRelatifAltitude : m_form->m_pRBAbsoluteAltitude)->setChecked(true);
+    m_spreadWanted = options->spread; // the DEM that it is spread over may come later
+    m_minimum = options->minimum;
+    m_maximum = options->maximum;
+    updateSpreadNote();
+    slot_onOptionsChanged();
+}
+
+/// What a table is called outside of this process.
+QString colorReliefOptionsWidget::settingsName(const QString &file) const
+{
+    const bool named = m_ownTables.contains(file) || QFileInfo(file).absolutePath() == m_libraryFolder;
+    return named ? QFileInfo(file).completeBaseName() : file;
+}
+
+/// The row of the table, which joins the list where it is not there yet; -1 where there is no such table.
+int colorReliefOptionsWidget::rowOf(const ColorReliefOptions &options)
+{
+    const ColorRampComboBox *combo = m_form->m_pCBColorTable;
+    const auto isIt = [&](const QList<QuvoColorDef> &entries) {
+        return options.colors.isEmpty() || options.colors == entries;
+    };
+    for (int row = 0; row < combo->count(); ++row) {
+        const ColorRampComboBox::Table table = combo->table(row);
+        const QString name = settingsName(table.file);
+        const bool named = options.table == table.file || options.table == name
+            || (name != table.file && options.table == name + QLatin1String(".txt"));
+        if (named && isIt(table.entries))
+            return row;
+    }
+    if (QFileInfo(options.table).isFile()) {
+        const ColorTableReading reading = readColorTable(options.table);
+        if (isIt(reading.entries))
+            return addTable(options.table, reading);
+    }
+    if (options.colors.isEmpty())
+        return -1;
+    const QString base = QFileInfo(options.table).completeBaseName();
+    const QString file = freeTableName(m_workFolder.path(), base.isEmpty() ? QStringLiteral("custom") : base);
+    if (!writeOwnFile(file, toolTableText(options.colors)))
+        return -1;
+    m_ownTables += file;
+    return addTable(file, readColorTable(file));
+}
+
+Extremes colorReliefOptionsWidget::spreadRange(Extremes extremes) const
+{
+    extremes.minimum = m_minimum.value_or(extremes.minimum);
+    extremes.maximum = m_maximum.value_or(extremes.maximum);
+    extremes.known = extremes.known || (m_minimum && m_maximum);
+    return extremes;
+}
+
+void colorReliefOptionsWidget::forgetRange()
+{
+    if (!m_minimum && !m_maximum)
+        return;
+    m_minimum.reset();
+    m_maximum.reset();
+    updateSpreadNote();
+    slot_onOptionsChanged();
 }
 
 void colorReliefOptionsWidget::setDem(const DemInfo &dem)
@@ -98,6 +185,11 @@ void colorReliefOptionsWidget::setDem(const DemInfo &dem)
         m_progress.hide();
     }
     m_dem = dem;
+    if (!dem.path.isEmpty()) {
+        if (!m_rangeDem.path.isEmpty() && (dem.path != m_rangeDem.path || dem.band != m_rangeDem.band))
+            forgetRange();
+        m_rangeDem = dem;
+    }
     const bool maySpread = dem.extremes.known || dem.searching;
     m_form->m_pRBRelatifAltitude->setEnabled(maySpread);
     // The user's choice comes back with the elevations: while a path is being typed there is no DEM.
@@ -116,6 +208,7 @@ void colorReliefOptionsWidget::loadLibrary(const QString &folder)
     disconnect(combo, qOverload<int>(&QComboBox::activated), this,
                &colorReliefOptionsWidget::slot_onOptionsChanged);
     combo->clear();
+    m_libraryFolder = QFileInfo(folder).absoluteFilePath();
     int chosen = 0;
     for (const QFileInfo &file :
          QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
@@ -285,7 +378,8 @@ void colorReliefOptionsWidget::refreshCurrentTable()
 
 QString colorReliefOptionsWidget::spreadFile(const QList<QuvoColorDef> &entries)
 {
-    const Extremes extremes = m_dem.searching ? estimatedExtremes(m_dem.path, m_dem.band) : m_dem.extremes;
+    const Extremes extremes =
+        spreadRange(m_dem.searching ? estimatedExtremes(m_dem.path, m_dem.band) : m_dem.extremes);
     if (!extremes.known) {
         Prompt::warning(this, tr("Aucune cellule du MNT ne porte d'altitude.", "MESS_STAT_VIDE"));
         return {};
@@ -329,16 +423,21 @@ void colorReliefOptionsWidget::showExtremes()
 
 void colorReliefOptionsWidget::updateSpreadNote()
 {
+    const Extremes range = spreadRange(m_dem.extremes);
     int merged = 0;
-    if (m_spread && m_dem.extremes.known)
-        merged = spreadTable(m_form->m_pCBColorTable->currentTable().entries, m_dem.extremes.minimum,
-                             m_dem.extremes.maximum)
-                     .merged;
-    m_form->m_pSpreadNote->setVisible(merged > 0);
-    m_form->m_pSpreadNote->setText(
-        tr("Les altitudes sont arrondies à l’entier : sur ce MNT, des couleurs tombent ensemble (%1).",
-           "MESS_TC_ENSEMBLE")
-            .arg(merged));
+    if (m_spread && range.known)
+        merged =
+            spreadTable(m_form->m_pCBColorTable->currentTable().entries, range.minimum, range.maximum).merged;
+    QStringList notes;
+    if (m_spread && range.known && (m_minimum || m_maximum))
+        notes += tr("Étalée de %1 à %2, selon les réglages ouverts.", "MESS_TC_ETALEE")
+                     .arg(elevationText(locale(), range.minimum), elevationText(locale(), range.maximum));
+    if (merged > 0)
+        notes += tr("Les altitudes sont arrondies à l’entier : sur ce MNT, des couleurs tombent ensemble (%1).",
+                    "MESS_TC_ENSEMBLE")
+                     .arg(merged);
+    m_form->m_pSpreadNote->setVisible(!notes.isEmpty());
+    m_form->m_pSpreadNote->setText(notes.join(QLatin1Char('\n')));
 }
 
 void colorReliefOptionsWidget::changeEvent(QEvent *event)

@@ -28,7 +28,10 @@ public:
     ~colorReliefOptionsWidget() override;
 
     bool capabilityFlag() const override { return true; }
-    ProcessOptions processOptions() const override { return options(); }
+    /// The table by value, under its name in the library or its path; the elevations to spread it over only
+    /// where they were given.
+    ProcessOptions processOptions() const override;
+    void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
@@ -41,6 +44,7 @@ public:
     /// is no table, or after a box that says why there is no file.
     QString colorFile(bool forceAbsolute);
 
+    /// As a run takes them: the table's file, and the elevations to spread it over where they are known.
     ColorReliefOptions options() const;
 
 signals:
@@ -73,6 +77,10 @@ private:
     void showExtremes();
     void updateSpreadNote();
     void takeExactStatistics(const Extremes &extremes);
+    int rowOf(const ColorReliefOptions &options);
+    QString settingsName(const QString &file) const;
+    Extremes spreadRange(Extremes extremes) const;
+    void forgetRange();
     int addTable(const QString &file, const ColorTableReading &reading);
     void useTable(const QString &file, const ColorTableReading &reading);
     void refreshCurrentTable();
@@ -87,6 +95,11 @@ private:
     bool m_spread = false;       ///< the spread mode is on
     bool m_spreadWanted = false; ///< the user chose it
     QString m_spreadFile;        ///< the file written last for the spread mode
+    QString m_libraryFolder;
+    QStringList m_ownTables;         ///< files of the work folder that hold tables which came by value
+    std::optional<double> m_minimum; ///< given elevations to spread the table over, in place of the DEM's
+    std::optional<double> m_maximum;
+    DemInfo m_rangeDem; ///< the last DEM; with another one the given elevations lapse
     bool m_cancelStatistics = false;
     int m_changeTimer = 0; ///< identifier of the pending change timer; 0: none runs
 };

@@ -140,6 +140,21 @@ ContourOptions contourOptionsWidget::options() const
     return options;
 }
 
+void contourOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
+{
+    const auto *options = std::get_if<ContourOptions>(&processOptions);
+    if (!options)
+        return;
+    m_form->m_pLEElevationInterval->setText(numberText(options->interval));
+    m_form->m_pLEElevationAttribute->setText(options->attribute);
+    m_form->m_pChB3D->setChecked(options->threeD);
+    m_form->m_pLEFixedLevels->setText(options->fixedLevels);
+    m_form->m_pChBTreatNoDataValue->setChecked(options->everyValueValid);
+    m_pNoDataCombo->showTyped(numberText(options->noDataValue, 0));
+    m_form->m_pLEOffset->setText(numberText(options->offset));
+    slot_onOptionsChanged();
+}
+
 void contourOptionsWidget::slot_onOptionsChanged()
 {
     updateNotes();

@@ -23,6 +23,7 @@ public:
 
     bool capabilityFlag() const override { return false; }
     ProcessOptions processOptions() const override { return options(); }
+    void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;

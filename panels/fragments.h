@@ -1,5 +1,6 @@
 #pragma once
 
+#include "colortable/QuvoColorDef.h"
 #include "panels/observerpoints.h"
 
 #include <QString>
@@ -19,6 +20,8 @@ struct ShadedOptions
     int altitude = 45;      ///< height of the sun above the horizon, in degrees, 0 to 90
     bool computeEdges = false;      ///< also at the raster's edges and beside no-data cells
     bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
+
+    bool operator==(const ShadedOptions &other) const = default;
 };
 
 /// The azimuth that the tool gets is 270 minus the compass reading and may be negative: kept so on purpose.
@@ -32,6 +35,8 @@ struct SlopeOptions
     QString scaleText;              ///< as in ShadedOptions
     bool computeEdges = true;       ///< also at the raster's edges and beside no-data cells
     bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
+
+    bool operator==(const SlopeOptions &other) const = default;
 };
 
 QString slopeFragment(const SlopeOptions &options);
@@ -43,6 +48,8 @@ struct AspectOptions
     bool zeroForFlat = true;    ///< flat cells get 0 instead of -9999
     bool computeEdges = true;   ///< also at the raster's edges and beside no-data cells
     bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
+
+    bool operator==(const AspectOptions &other) const = default;
 };
 
 /// Begins with a blank unless the angles are trigonometric: the grammar's own, as the others' are.
@@ -53,6 +60,8 @@ struct TerrainIndexOptions
 {
     int type = 0;             ///< row of terrainIndexWord()
     bool computeEdges = true; ///< also at the raster's edges and beside no-data cells
+
+    bool operator==(const TerrainIndexOptions &other) const = default;
 };
 
 /// The fragment does not name the index: that is the tool's mode.
@@ -72,6 +81,8 @@ struct ContourOptions
     bool everyValueValid = false; ///< also the band's no-data value
     std::optional<double> noDataValue; ///< a value to ignore; not used while every value is valid
     std::optional<double> offset;      ///< elevation from which the intervals count
+
+    bool operator==(const ContourOptions &other) const = default;
 };
 
 /// Numbers have six significant digits; the fixed levels stand as they were typed.
@@ -85,7 +96,10 @@ struct ColorReliefOptions
     bool spread = false;           ///< spread the table over the DEM's elevations instead of using its own
     std::optional<double> minimum; ///< elevations to spread it over; none: the DEM's lowest and highest
     std::optional<double> maximum;
-    bool alpha = false; ///< an alpha band in the product
+    bool alpha = false;         ///< an alpha band in the product
+    QList<QuvoColorDef> colors; ///< the table by value: where there are any, `table` is but its name
+
+    bool operator==(const ColorReliefOptions &other) const = default;
 };
 
 QString colorReliefFragment(const ColorReliefOptions &options);
@@ -105,6 +119,8 @@ struct IntervisibilityOptions
     QString visibleColor = QStringLiteral("#009e73");
     QString hiddenColor = QStringLiteral("#d55e00");
     QString noDataColor = QStringLiteral("#000000");
+
+    bool operator==(const IntervisibilityOptions &other) const = default;
 };
 
 /// pointFile: the shapefile of the observers (writePointFile()); empty: the tool gets none.

@@ -23,11 +23,6 @@ namespace
 
 const IntervisibilityOptions defaults;
 
-QString fixedNumber(double value)
-{
-    return QString::number(value, 'f', 3);
-}
-
 } // namespace
 
 intervisibilityOptionsWidget::intervisibilityOptionsWidget(WorkFolder &workFolder, QWidget *parent,
@@ -141,6 +136,25 @@ IntervisibilityOptions intervisibilityOptionsWidget::options() const
     options.hiddenColor = m_hiddenColor->name();
     options.noDataColor = m_noDataColor->name();
     return options;
+}
+
+/// The points come as they are, switched on and off as they were: who lacks ground is told by the note.
+void intervisibilityOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
+{
+    const auto *options = std::get_if<IntervisibilityOptions>(&processOptions);
+    if (!options)
+        return;
+    m_model.clear();
+    m_model.addPoints(options->observers);
+    if (m_model.rowCount() > 0)
+        m_form->m_pTViewObsPos->setCurrentIndex(m_model.index(0, ObserverPointsModel::HeightColumn));
+    (options->combination == QLatin1String("AND") ? m_form->m_pRBAndMode : m_form->m_pRBOrMode)
+        ->setChecked(true);
+    m_form->m_pLESmokeHeight->setText(numberText(options->groundHeight));
+    m_visibleColor->set(options->visibleColor);
+    m_hiddenColor->set(options->hiddenColor);
+    m_noDataColor->set(options->noDataColor);
+    slot_onOptionsChanged();
 }
 
 std::optional<ObserverPoint> intervisibilityOptionsWidget::currentObserver() const
@@ -375,19 +389,19 @@ void intervisibilityOptionsWidget::slot_onDefaultAltitudeTypeChanged()
 
 void intervisibilityOptionsWidget::slot_resetSmokeHeight()
 {
-    m_form->m_pLESmokeHeight->setText(fixedNumber(*defaults.groundHeight));
+    m_form->m_pLESmokeHeight->setText(numberText(*defaults.groundHeight));
     m_form->m_pPBResetSmokeHeight->setEnabled(false);
 }
 
 void intervisibilityOptionsWidget::slot_resetDefaultMaxDistance()
 {
-    m_form->m_pLEMaxDistance->setText(fixedNumber(ObserverPoint().maxDistance));
+    m_form->m_pLEMaxDistance->setText(numberText(ObserverPoint().maxDistance));
     m_form->m_pPBResetMaxDistance->setEnabled(false);
 }
 
 void intervisibilityOptionsWidget::slot_resetDefaultObserverHeight()
 {
-    m_form->m_pLEAltitude->setText(fixedNumber(ObserverPoint().height));
+    m_form->m_pLEAltitude->setText(numberText(ObserverPoint().height));
     m_form->m_pPBResetAltitude->setEnabled(false);
 }
 

@@ -28,6 +28,7 @@ public:
 
     bool capabilityFlag() const override { return true; }
     ProcessOptions processOptions() const override { return options(); }
+    void setProcessOptions(const ProcessOptions &options) override;
     /// Writes the file of the observers, into a new folder each time.
     QString getCommandArguments() override;
     bool isComplete() const override;

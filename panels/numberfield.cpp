@@ -2,6 +2,7 @@
 
 #include <QDoubleValidator>
 #include <QLineEdit>
+#include <QLocale>
 
 #include <limits>
 
@@ -24,4 +25,12 @@ void makeNumberField(QLineEdit *field)
 std::optional<double> fieldNumber(const QString &text)
 {
     return text.isEmpty() ? std::nullopt : std::optional<double>(text.toDouble());
+}
+
+QString numberText(const std::optional<double> &number, int decimals)
+{
+    if (!number)
+        return {};
+    const QString text = QString::number(*number, 'f', decimals);
+    return text.toDouble() == *number ? text : QString::number(*number, 'f', QLocale::FloatingPointShortest);
 }

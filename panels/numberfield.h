@@ -29,3 +29,7 @@ void makeNumberField(QLineEdit *field);
 
 /// The number in a field's text: none for an empty one, 0 for what is no number.
 std::optional<double> fieldNumber(const QString &text);
+
+/// The text of a number for such a field: as many decimals as that, and more where the number has more; empty
+/// for none.
+QString numberText(const std::optional<double> &number, int decimals = 3);

@@ -89,6 +89,16 @@ ObserverPoint readPointRow(const QVariantMap &row, QString &problem)
     return point;
 }
 
+QVariantMap pointRow(const ObserverPoint &point)
+{
+    return {{QStringLiteral("enabled"), point.enabled},
+            {QStringLiteral("x"), point.x},
+            {QStringLiteral("y"), point.y},
+            {QStringLiteral("height"), point.height},
+            {QStringLiteral("mode"), altitudeModeText(point.mode)},
+            {QStringLiteral("distance"), point.maxDistance}};
+}
+
 QString writePointFile(const QString &folder, const QList<ToolObserver> &observers)
 {
     const QString path = QDir(folder).filePath(QStringLiteral("point.shp"));

@@ -46,6 +46,9 @@ QList<ObserverPoint> readPointLines(const QString &text, const ObserverPoint &de
 /// none.
 ObserverPoint readPointRow(const QVariantMap &row, QString &problem);
 
+/// Such a row of the point.
+QVariantMap pointRow(const ObserverPoint &point);
+
 /// An observer as the tool gets it.
 struct ToolObserver
 {

@@ -33,6 +33,10 @@ public:
     /// The options as they are set.
     virtual ProcessOptions processOptions() const = 0;
 
+    /// Shows the options as if they had been set by hand; completeChanged() follows. Those of another process
+    /// are left alone.
+    virtual void setProcessOptions(const ProcessOptions &options) = 0;
+
     /// The argument fragment of the options. It carries its own blanks and is inserted in the command line as
     /// it stands.
     virtual QString getCommandArguments() = 0;

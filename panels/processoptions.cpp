@@ -1,5 +1,6 @@
 #include "panels/processoptions.h"
 
+#include "colortable/colorrows.h"
 #include "dataset/pathencoding.h"
 #include "panels/contourlevels.h"
 
@@ -7,6 +8,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStringList>
+
+#include <limits>
 
 namespace
 {
@@ -137,6 +140,7 @@ const QVector<RecordField<IntervisibilityOptions>> &fieldsOf(const Intervisibili
 const QVector<RecordField<ContourOptions>> &fieldsOf(const ContourOptions &)
 {
     constexpr double highest = highestElevation;
+    constexpr double anyNumber = std::numeric_limits<double>::max();
     static const QVector<RecordField<ContourOptions>> fields{
         QUVO_FIELD(ContourOptions, interval, 0, highest, "MESS_OPT_INTERVALLE",
                    "intervalle entre les courbes, dans l'unité du MNT"),
@@ -147,7 +151,7 @@ const QVector<RecordField<ContourOptions>> &fieldsOf(const ContourOptions &)
                    "altitudes séparées par des espaces ; elles remplacent l'intervalle"),
         QUVO_FIELD(ContourOptions, everyValueValid, 0, 0, "MESS_OPT_TOUT_VALIDE",
                    "prendre aussi la valeur sans donnée du MNT pour une altitude"),
-        QUVO_FIELD(ContourOptions, noDataValue, -highest, highest, "MESS_OPT_IGNORER",
+        QUVO_FIELD(ContourOptions, noDataValue, -anyNumber, anyNumber, "MESS_OPT_IGNORER",
                    "valeur du MNT à ignorer"),
         QUVO_FIELD(ContourOptions, offset, -highest, highest, "MESS_OPT_OFFSET",
                    "altitude à partir de laquelle comptent les intervalles"),
@@ -196,11 +200,8 @@ QString scaleProblem(int scaleIndex, const QString &scaleText)
         .arg(scaleText);
 }
 
-QString intervisibilityProblem(const IntervisibilityOptions &options)
+QString intervisibilityValues(const IntervisibilityOptions &options)
 {
-    if (options.observers.isEmpty() && options.points.isEmpty())
-        return labelText(
-            {"MESS_OBS_AUCUN", "Indiquez des observateurs : points (un fichier vecteur) ou observers."});
     if (!readAltitudeMode(options.mode))
         return labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
     if (options.combination != QLatin1String("OR") && options.combination != QLatin1String("AND"))
@@ -211,6 +212,23 @@ QString intervisibilityProblem(const IntervisibilityOptions &options)
                 .arg(color);
     }
     return {};
+}
+
+QString intervisibilityProblem(const IntervisibilityOptions &options)
+{
+    if (options.observers.isEmpty() && options.points.isEmpty())
+        return labelText(
+            {"MESS_OBS_AUCUN", "Indiquez des observateurs : points (un fichier vecteur) ou observers."});
+    return intervisibilityValues(options);
+}
+
+QString setColors(ColorReliefOptions &options, const QVariant &value)
+{
+    QString problem;
+    const QList<QuvoColorDef> colors = readColorRows(value, problem);
+    if (problem.isEmpty())
+        options.colors = colors;
+    return problem;
 }
 
 /// The rows of a recipe's "observers".
@@ -260,8 +278,22 @@ QString optionsProblem(const ProcessOptions &options)
         options);
 }
 
+QString valuesProblem(const ProcessOptions &options)
+{
+    if (const auto *observers = std::get_if<IntervisibilityOptions>(&options))
+        return intervisibilityValues(*observers);
+    const auto *colors = std::get_if<ColorReliefOptions>(&options);
+    if (colors && colors->minimum && colors->maximum && *colors->minimum > *colors->maximum)
+        return labelText({"MESS_TC_BORNES", "minimum doit être au-dessous de maximum."});
+    return {};
+}
+
 void settle(ProcessOptions &options, const QStringList &givenFields)
 {
+    auto *colors = std::get_if<ColorReliefOptions>(&options);
+    if (colors && givenFields.contains(QLatin1String("table"))
+        && !givenFields.contains(QLatin1String("colors")))
+        colors->colors.clear();
     std::visit(
         [&]<class Record>(Record &record) {
             if constexpr (HasScale<Record>) {
@@ -297,6 +329,9 @@ QString setOption(ProcessOptions &options, const QString &name, const QVariant &
     auto *observers = std::get_if<IntervisibilityOptions>(&options);
     if (observers && name == QLatin1String("observers"))
         return setObservers(*observers, value);
+    auto *colors = std::get_if<ColorReliefOptions>(&options);
+    if (colors && name == QLatin1String("colors"))
+        return setColors(*colors, value);
     return std::visit(
         [&](auto &record) {
             QStringList names;
@@ -309,6 +344,28 @@ QString setOption(ProcessOptions &options, const QString &name, const QVariant &
                 .arg(name, names.join(QLatin1String(", ")));
         },
         options);
+}
+
+QVariantMap optionValues(const ProcessOptions &options)
+{
+    QVariantMap values = std::visit(
+        [](const auto &record) {
+            QVariantMap fields;
+            for (const auto &field : fieldsOf(record))
+                fields.insert(QString::fromLatin1(field.name), fieldValue(record, field));
+            return fields;
+        },
+        options);
+    if (const auto *observers = std::get_if<IntervisibilityOptions>(&options)) {
+        QVariantList rows;
+        for (const ObserverPoint &point : observers->observers)
+            rows += pointRow(point);
+        values.insert(QStringLiteral("observers"), rows);
+    }
+    const auto *colors = std::get_if<ColorReliefOptions>(&options);
+    if (colors && !colors->colors.isEmpty())
+        values.insert(QStringLiteral("colors"), colorRows(colors->colors));
+    return values;
 }
 
 QVector<FieldDescription> describeOptions(const ProcessOptions &options)

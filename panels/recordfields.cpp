@@ -26,6 +26,11 @@ bool readSwitch(const QVariant &value, bool &on)
     return true;
 }
 
+bool isNone(const QVariant &value)
+{
+    return value.userType() == QMetaType::Nullptr;
+}
+
 QString numberProblem(const QString &name, const QVariant &value, double lowest, double highest, bool whole)
 {
     const QString given = value.toString();

@@ -49,6 +49,9 @@ bool readNumber(const QVariant &value, double &number);
 /// The switch in "true" or "false", or a JSON boolean; false for anything else.
 bool readSwitch(const QVariant &value, bool &on);
 
+/// Whether the value is JSON's null, which stands for an optional number that is not given.
+bool isNone(const QVariant &value);
+
 /// Why a value does not fit a number field from `lowest` to `highest`.
 QString numberProblem(const QString &name, const QVariant &value, double lowest, double highest, bool whole);
 QString switchProblem(const QString &name, const QVariant &value);
@@ -69,6 +72,11 @@ QString setField(Record &record, const RecordField<Record> &field, const QVarian
     if (auto member = std::get_if<bool Record::*>(&field.member))
         return readSwitch(value, record.**member) ? QString() : switchProblem(name, value);
 
+    if (auto optional = std::get_if<std::optional<double> Record::*>(&field.member);
+        optional && isNone(value)) {
+        record.**optional = std::nullopt;
+        return {};
+    }
     double number = 0.0;
     const bool whole = std::holds_alternative<int Record::*>(field.member);
     const bool fits = readNumber(value, number) && number >= field.lowest && number <= field.highest
@@ -82,6 +90,20 @@ QString setField(Record &record, const RecordField<Record> &field, const QVarian
     else
         record.*std::get<int Record::*>(field.member) = static_cast<int>(number);
     return {};
+}
+
+/// The field's value in the record, as setField() reads it and as JSON holds it.
+template <class Record> QVariant fieldValue(const Record &record, const RecordField<Record> &field)
+{
+    return std::visit(
+        [&](auto member) {
+            const auto &value = record.*member;
+            if constexpr (std::is_same_v<decltype(value), const std::optional<double> &>)
+                return value ? QVariant(*value) : QVariant::fromValue(nullptr);
+            else
+                return QVariant(value);
+        },
+        field.member);
 }
 
 /// The field's value in the record as text, as setField() reads it.

@@ -143,6 +143,12 @@ ShadedOptions shadedOptionsWidget::options() const
     return options;
 }
 
+void shadedOptionsWidget::setProcessOptions(const ProcessOptions &options)
+{
+    if (const auto *shaded = std::get_if<ShadedOptions>(&options))
+        setOptions(*shaded);
+}
+
 void shadedOptionsWidget::setOptions(const ShadedOptions &options)
 {
     m_pWheel->setValue(options.exaggeration);
@@ -151,7 +157,7 @@ void shadedOptionsWidget::setOptions(const ShadedOptions &options)
     if (options.scaleIndex >= 0) {
         m_pScaleCombo->choose(options.scaleIndex);
     } else {
-        m_pScaleCombo->setEditText(options.scaleText);
+        m_pScaleCombo->showTyped(options.scaleText);
         slot_onScaleValueChanged();
     }
     m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);

@@ -26,6 +26,7 @@ public:
 
     bool capabilityFlag() const override { return true; }
     ProcessOptions processOptions() const override { return options(); }
+    void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     bool isComplete() const override;
 

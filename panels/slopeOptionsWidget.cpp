@@ -62,6 +62,23 @@ SlopeOptions slopeOptionsWidget::options() const
     return options;
 }
 
+void slopeOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
+{
+    const auto *options = std::get_if<SlopeOptions>(&processOptions);
+    if (!options)
+        return;
+    (options->percent ? m_form->m_pRBPercentSlope : m_form->m_pRBDegreesSlope)->setChecked(true);
+    if (options->scaleIndex >= 0) {
+        m_pScaleCombo->choose(options->scaleIndex);
+    } else {
+        m_pScaleCombo->showTyped(options->scaleText);
+        slot_onScaleValueChanged();
+    }
+    m_form->m_pChBComputeAtEdges->setChecked(options->computeEdges);
+    (options->zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
+    slot_onOptionsChanged();
+}
+
 void slopeOptionsWidget::slot_onScaleValueChanged()
 {
     m_form->m_pPBResetScale->setEnabled(true);

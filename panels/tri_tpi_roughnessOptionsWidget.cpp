@@ -29,6 +29,17 @@ TerrainIndexOptions tri_tpi_roughnessOptionsWidget::options() const
     return {processType(), m_form->m_pChBComputeAtEdges->isChecked()};
 }
 
+void tri_tpi_roughnessOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
+{
+    const auto *options = std::get_if<TerrainIndexOptions>(&processOptions);
+    if (!options)
+        return;
+    QRadioButton *const indexes[] = {m_form->m_pRBTRI, m_form->m_pRBTPI, m_form->m_pRBROUGHNESS};
+    indexes[qBound(0, options->type, 2)]->setChecked(true);
+    m_form->m_pChBComputeAtEdges->setChecked(options->computeEdges);
+    slot_onOptionsChanged();
+}
+
 int tri_tpi_roughnessOptionsWidget::processType() const
 {
     if (m_form->m_pRBTRI->isChecked())

@@ -4,12 +4,16 @@
 
 #include <QTest>
 
+Q_DECLARE_METATYPE(ProcessOptions)
+
 class RecipeTest : public QObject
 {
     Q_OBJECT
 
 private slots:
     void wholeRecipe();
+    void everyProcessComesBack_data();
+    void everyProcessComesBack();
     void faults_data();
     void faults();
     void arguments_data();
@@ -33,6 +37,60 @@ void RecipeTest::wholeRecipe()
     QCOMPARE(
         readRecipe(R"({"format": 1, "process": "hillshade", "input": "/vsizip/a.zip"})", "/x").recipe.input,
         QStringLiteral("/vsizip/a.zip"));
+}
+
+void RecipeTest::everyProcessComesBack_data()
+{
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<ProcessOptions>("options"); // other than the defaults in every field
+    const auto row = [](const ProcessOptions &options) {
+        QTest::newRow(qPrintable(processWord(options))) << processWord(options) << options;
+        const BatchProcess &defaults = *findBatchProcess(processWord(options));
+        QTest::newRow(qPrintable(processWord(options) + " as it is"))
+            << processWord(options) << defaults.defaults;
+    };
+    row(ShadedOptions{2.34567890123, -1, "\"é\\\n", 12.5, 7, true, true});
+    row(SlopeOptions{true, -1, "", false, true});
+    row(AspectOptions{true, false, false, true});
+    row(TerrainIndexOptions{2, false});
+    ContourOptions contours;
+    contours.attribute.clear();
+    contours.threeD = contours.everyValueValid = true;
+    contours.fixedLevels = QStringLiteral("1 2.5");
+    contours.noDataValue = -3.4028234663852886e38;
+    contours.offset = 0.1;
+    row(contours);
+    ColorReliefOptions colors{"中.txt", true, -12.5, 3000.0, true, {}};
+    colors.colors = {{QuvoColorDef::noDataValue, QColor(1, 2, 3, 0), false},
+                     {0.1, QColor(4, 5, 6), false},
+                     {0.1, QColor(7, 8, 9), false}};
+    row(colors);
+    colors.colors = {{0.0, QColor(4, 5, 6, 7), true}, {100.0, QColor(255, 0, 255), true}};
+    colors.minimum.reset();
+    row(colors);
+    IntervisibilityOptions observers;
+    observers.observers = {{false, 558000.123456789, -5146000, 2.5, AltitudeMode::Absolute, 0}, {}};
+    observers.points = QStringLiteral("/a/tours.gpx");
+    observers.height = 25.0;
+    observers.mode = QStringLiteral("Absolute");
+    observers.distance = observers.step = 0.5;
+    observers.combination = QStringLiteral("AND");
+    observers.groundHeight.reset();
+    observers.visibleColor = QStringLiteral("#010203");
+    row(observers);
+}
+
+void RecipeTest::everyProcessComesBack()
+{
+    QFETCH(QString, word);
+    QFETCH(ProcessOptions, options);
+    const Recipe recipe{word,   "/l'été \"\\中\n/dem.tif", "/out %1.tif", 3, "COG", "couche", true, true, true,
+                        options};
+    for (const Recipe &written : {recipe, Recipe{word, {}, {}, 1, {}, {}, false, false, false, options}}) {
+        const RecipeReading reading = readRecipe(writeRecipe(written), QStringLiteral("/else"));
+        QCOMPARE(reading.error, QString());
+        QVERIFY(reading.recipe == written);
+    }
 }
 
 void RecipeTest::faults_data()
@@ -60,6 +118,18 @@ void RecipeTest::faults_data()
     QTest::newRow("odd option") << QByteArray(
         R"({"format": 1, "process": "hillshade", "options": {"azimuth": 3}})")
                                 << "azimuth";
+    const auto options = [](const char *process, const char *json, const char *named) {
+        QTest::newRow(json) << QByteArray(R"({"format": 1, "process": ")") + process + R"(", "options": )"
+                + json + "}" << named;
+    };
+    options("hillshade", R"({"altitude": null})", "altitude");
+    options("color-relief", R"({"colors": []})", "colors");
+    options("color-relief", R"({"colors": "red"})", "colors");
+    options("color-relief", R"({"colors": [{"value": 1, "color": [1, 2]}]})", "colors");
+    options("color-relief", R"({"colors": [{"value": 1, "color": [1, 2, 256]}]})", "colors");
+    options("color-relief", R"({"colors": [{"percent": 101, "color": [1, 2, 3]}]})", "colors");
+    options("color-relief", R"({"colors": [{"value": true, "color": [1, 2, 3]}]})", "colors");
+    options("color-relief", R"({"colors": [{"value": 1, "percent": 1, "color": [1, 2, 3]}]})", "colors");
 }
 
 void RecipeTest::faults()
