@@ -2,9 +2,10 @@
 
 #include "app/console.h"
 
-BatchRun::BatchRun()
+BatchRun::BatchRun(bool oneOfSeveral)
     : m_scriptRunner(nullptr)
     , m_run(m_scriptRunner)
+    , m_oneOfSeveral(oneOfSeveral)
 {
     connect(&m_scriptRunner, &QuvoScriptRunner::updateProgress, this,
             [this](int percent) { printOutput(m_progress.advance(percent)); });
@@ -27,6 +28,7 @@ void BatchRun::start(const RunPlan &plan, bool overwrite)
             labelText({"MESS_LOT_EXISTE", "« %1 » existe déjà ; --overwrite le remplace."}).arg(existing));
         return;
     }
+    m_progress = {};
     printOutput(m_progress.advance(0));
     m_run.start(plan, std::move(lock), false, QString());
 }
@@ -41,7 +43,7 @@ void BatchRun::onFinished()
 
 void BatchRun::onAborted()
 {
-    printOutput(m_progress.abandon());
+    leaveProgress();
     end(BatchExit::Failed, labelText({"MESS_TRAIT_ANNULE", "Le traitement a été annulé."}));
 }
 
@@ -51,11 +53,17 @@ void BatchRun::onFailed()
         onAborted();
         return;
     }
-    printOutput(m_progress.abandon());
+    leaveProgress();
     printError(m_run.outcome().toolText);
     const QString sentence =
         labelText({"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
     end(BatchExit::Failed, m_run.outcome().sentence.isEmpty() ? sentence : m_run.outcome().sentence);
+}
+
+void BatchRun::leaveProgress()
+{
+    if (!m_oneOfSeveral)
+        printOutput(m_progress.abandon());
 }
 
 void BatchRun::end(BatchExit exit, const QString &sentence)

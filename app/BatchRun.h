@@ -15,7 +15,8 @@ class BatchRun : public QObject
     Q_OBJECT
 
 public:
-    BatchRun();
+    /// oneOfSeveral: whoever runs several ends the line of progress of one that fails.
+    explicit BatchRun(bool oneOfSeveral = false);
 
     /// Starts a plan without a fault; finished() follows, possibly from inside this call.
     void start(const RunPlan &plan, bool overwrite);
@@ -27,10 +28,12 @@ private:
     void onFinished();
     void onAborted();
     void onFailed();
+    void leaveProgress();
     void end(BatchExit exit, const QString &sentence);
 
     QuvoScriptRunner m_scriptRunner;
     ProductRun m_run;
     StopSignals m_stopSignals;
     TerminalProgress m_progress;
+    bool m_oneOfSeveral;
 };

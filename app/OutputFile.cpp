@@ -36,3 +36,9 @@ void OutputFile::choose(const QString &name)
     m_isUsers = true;
     m_name->setText(name);
 }
+
+void OutputFile::restore(const QString &name, const QString &input, const QString &suffix)
+{
+    m_isUsers = !isProposedName(name, input, suffix);
+    m_name->setText(name);
+}

@@ -26,6 +26,10 @@ public:
     /// The format is another one now: an extension of the one before makes place for the first of the new ones.
     void changeExtension(const QStringList &before, const QStringList &extensions);
 
+    /// Takes a name of settings that were opened; one as it would have been proposed for that input stays a
+    /// proposal.
+    void restore(const QString &name, const QString &input, const QString &suffix);
+
     /// Takes a name that the user chose.
     void choose(const QString &name);
 

@@ -1,10 +1,11 @@
-#include "app/BatchRun.h"
+#include "app/BatchSeries.h"
 #include "app/batcharguments.h"
 #include "app/batchrequest.h"
 #include "app/console.h"
 #include "app/environment.h"
 #include "app/overviews.h"
 #include "app/runplan.h"
+#include "app/settings.h"
 #include "app/terminalprogress.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
@@ -48,7 +49,8 @@ void setUpEnvironment()
 {
     const QString window =
         QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("QuvoDemToolBox"));
-    const Environment environment = readEnvironment(window);
+    Environment environment = readEnvironment(window);
+    environment.language = chosenLanguage(environment.language);
     exportInstallDir(environment.installDir);
     QuvoLanguageManager::getInstance()->defaultSetup(environment.messagesPath, environment.language, QString());
     exportMessageVariables(environment);
@@ -79,7 +81,7 @@ int run(const BatchRequest &batch, bool overwrite)
     return QCoreApplication::exec();
 }
 
-int runOrPrint(const BatchArguments &arguments)
+int runOrPrintOne(const BatchArguments &arguments)
 {
     WorkFolder workFolder;
     const BatchRequest batch = assembleBatch(arguments, workFolder);
@@ -93,6 +95,28 @@ int runOrPrint(const BatchArguments &arguments)
     return static_cast<int>(BatchExit::Done);
 }
 
+int runSeries(const QVector<BatchArguments> &runs)
+{
+    BatchSeries series(runs);
+    QObject::connect(&series, &BatchSeries::finished, qApp,
+                     [](BatchExit exit) { QCoreApplication::exit(static_cast<int>(exit)); });
+    QTimer::singleShot(0, &series, &BatchSeries::start);
+    return QCoreApplication::exec();
+}
+
+int runOrPrint(const BatchArguments &arguments)
+{
+    QString problem;
+    const QVector<BatchArguments> runs = splitBatch(arguments, problem);
+    if (!problem.isEmpty())
+        return refuse(problem, BatchExit::BadArguments);
+    if (!arguments.dems.isEmpty() && arguments.action == BatchAction::Run)
+        return runSeries(runs);
+    int code = 0;
+    for (const BatchArguments &run : runs)
+        code = qMax(code, runOrPrintOne(run));
+    return code;
+}
 /// Progress as the tools write it; the window's runner reads it.
 int buildOverviewsOf(const QString &raster)
 {
@@ -120,8 +144,7 @@ int main(int argc, char *argv[])
         makeApplication(readBatchArguments(texts).action, argv);
     setUpEnvironment();
 
-    const BatchArguments arguments =
-        readBatchArguments(texts); // anew: its sentences are in the language in use now
+    BatchArguments arguments = readBatchArguments(texts); // anew: its sentences are in the language in use now
     if (!arguments.error.isEmpty())
         return refuse(arguments.error, BatchExit::BadArguments);
     switch (arguments.action) {
@@ -137,5 +160,8 @@ int main(int argc, char *argv[])
     case BatchAction::Run:
         break;
     }
+    constexpr qint64 largestRecipe = 64LL * 1024 * 1024;
+    if (arguments.recipeFile == QLatin1String(pipedRecipeName))
+        arguments.pipedRecipe = readInput(largestRecipe);
     return runOrPrint(arguments);
 }

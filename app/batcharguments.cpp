@@ -22,8 +22,16 @@ void declareOptions(QCommandLineParser &parser)
              "Calcule un produit d'un modèle numérique de terrain avec les outils de GDAL, sans fenêtre."));
     parser.addPositionalArgument(
         QStringLiteral("recipe.json"),
-        text("MESS_LOT_RECETTE", "Recette à exécuter ; les options de la ligne de commande l'emportent."),
-        QStringLiteral("[recipe.json]"));
+        text("MESS_LOT_RECETTE",
+             "Recette à exécuter, « - » pour l'entrée standard ; les options de la ligne de commande "
+             "l'emportent."),
+        QStringLiteral("[recipe.json"));
+    parser.addPositionalArgument(
+        QStringLiteral("dem"),
+        text("MESS_LOT_DES_MNT",
+             "MNT pour chacun desquels la recette est exécutée ; chaque produit porte le nom de son MNT, suivi "
+             "de celui du traitement, et se trouve à côté de lui."),
+        QStringLiteral("[dem...]]"));
     parser.addOptions({
         {QStringLiteral("process"), text("MESS_LOT_TRAITEMENT", "Traitement (voir --list)."),
          QStringLiteral("word")},
@@ -86,11 +94,16 @@ QString takeOption(BatchArguments &arguments, const QString &text)
 
 QString takeValues(BatchArguments &arguments, const QCommandLineParser &parser)
 {
-    const QStringList recipes = parser.positionalArguments();
-    if (recipes.size() > 1)
-        return labelText({"MESS_LOT_UNE_RECETTE", "Une seule recette à la fois ; « %1 » est de trop."})
-            .arg(recipes.at(1));
-    arguments.recipeFile = recipes.value(0);
+    const QStringList files = parser.positionalArguments();
+    arguments.recipeFile = files.value(0);
+    arguments.dems = files.mid(1);
+    for (const char *option : {"input", "output"}) {
+        if (!arguments.dems.isEmpty() && parser.isSet(QLatin1String(option)))
+            return labelText({"MESS_LOT_PLUSIEURS",
+                              "--%1 ne va pas avec plusieurs MNT : chacun a son propre "
+                              "produit à côté de lui."})
+                .arg(QLatin1String(option));
+    }
     arguments.process = parser.value(QStringLiteral("process"));
     if (parser.isSet(QStringLiteral("input")))
         arguments.input = parser.value(QStringLiteral("input"));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QPair>
 #include <QString>
 #include <QStringList>
@@ -22,7 +23,9 @@ enum class BatchAction
 struct BatchArguments
 {
     BatchAction action = BatchAction::Run;
-    QString recipeFile;
+    QString recipeFile;     ///< pipedRecipeName: the recipe comes on the standard input
+    QByteArray pipedRecipe; ///< that came there; whoever runs the program reads it, once
+    QStringList dems;       ///< for each of which the recipe is run, instead of for one input
     QString process;
     std::optional<QString> input;
     std::optional<QString> output;
@@ -37,6 +40,8 @@ struct BatchArguments
     QVector<QPair<QString, QString>> options; ///< name and value of each --set, in their order
     QString error; ///< what is wrong with the command line, in a sentence; empty for a good one
 };
+
+constexpr char pipedRecipeName[] = "-";
 
 /// Reads the arguments; the first is the program's name. It needs no application object.
 BatchArguments readBatchArguments(const QStringList &arguments);

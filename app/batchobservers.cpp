@@ -3,47 +3,46 @@
 #include "messages/label.h"
 #include "panels/vectorobservers.h"
 
-namespace
+SourceObservers sourceObservers(const IntervisibilityOptions &options, const DemGround &ground)
 {
-
-/// The observers of the vector source; a problem in the batch where there are none.
-QList<ObserverPoint> sourceObservers(const IntervisibilityOptions &options, const DemGround &ground,
-                                     int &notTaken, BatchObservers &batch)
-{
+    SourceObservers observers;
     if (options.points.isEmpty())
-        return {};
+        return observers;
     const VectorObservers source = readVectorObservers(options.points, ground.crs());
-    notTaken = source.notTaken;
-    batch.sourceFiles = source.files;
+    observers.notTaken = source.notTaken;
+    observers.files = source.files;
     const double step = options.step > 0.0 ? options.step : ground.cellSize();
     if (!source.error.isEmpty()) {
-        batch.problem = labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.error;
-        return {};
+        observers.problem =
+            labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.error;
+        return observers;
     }
     if (sampledCount(source, step) > mostObservers) {
-        batch.problem =
+        observers.problem =
             labelText({"MESS_OBS_TROP", "« %1 » donne plus de %2 observateurs ; choisissez un pas plus grand."})
                 .arg(options.points, QString::number(mostObservers, 'f', 0));
-        return {};
+        return observers;
     }
     ObserverPoint point;
     point.height = options.height;
     point.mode = readAltitudeMode(options.mode).value_or(point.mode);
     point.maxDistance = options.distance;
-    return observersFrom(source, step, point);
+    observers.points = observersFrom(source, step, point);
+    return observers;
 }
-
-} // namespace
 
 BatchObservers batchObservers(const IntervisibilityOptions &options, const QString &dem, int band,
                               WorkFolder &workFolder)
 {
     BatchObservers batch;
     const DemGround ground(dem, band);
-    int leftOut = 0;
-    const QList<ObserverPoint> points = options.observers + sourceObservers(options, ground, leftOut, batch);
+    const SourceObservers source = sourceObservers(options, ground);
+    batch.sourceFiles = source.files;
+    batch.problem = source.problem;
     if (!batch.problem.isEmpty())
         return batch;
+    int leftOut = source.notTaken;
+    const QList<ObserverPoint> points = options.observers + source.points;
 
     QList<ToolObserver> observers;
     for (const ObserverPoint &point : points) {

@@ -6,6 +6,19 @@
 #include <QString>
 #include <QStringList>
 
+/// The observers of a vector source.
+struct SourceObservers
+{
+    QList<ObserverPoint> points;
+    QStringList files; ///< of the source, which the product must not replace
+    int notTaken = 0;  ///< features that give none
+    QString problem;   ///< in a sentence; empty for a good source
+};
+
+/// Reads the observers of the options' source, with the options' height, mode, distance and step; none where
+/// they name no source.
+SourceObservers sourceObservers(const IntervisibilityOptions &options, const DemGround &ground);
+
 /// The argument fragment of an intervisibility run, or why there is none.
 struct BatchObservers
 {

@@ -2,6 +2,7 @@
 
 #include "app/batchcolortable.h"
 #include "app/batchobservers.h"
+#include "app/dialogrules.h"
 #include "app/outputname.h"
 #include "app/recipe.h"
 #include "app/runplan.h"
@@ -11,6 +12,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace
 {
@@ -55,7 +58,9 @@ QString takeOptions(Recipe &recipe, const BatchArguments &arguments)
 RecipeReading combine(const BatchArguments &arguments)
 {
     RecipeReading reading;
-    if (!arguments.recipeFile.isEmpty())
+    if (arguments.recipeFile == QLatin1String(pipedRecipeName))
+        reading = readRecipe(arguments.pipedRecipe, QDir::currentPath());
+    else if (!arguments.recipeFile.isEmpty())
         reading = readRecipeFile(arguments.recipeFile);
     Recipe &recipe = reading.recipe;
     if (reading.error.isEmpty())
@@ -103,7 +108,7 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     request.worldFile = recipe.worldFile;
     request.fragment = argumentFragment(recipe.options);
     request.output = recipe.output;
-    if (!arguments.recipeFile.isEmpty())
+    if (!arguments.recipeFile.isEmpty() && arguments.recipeFile != QLatin1String(pipedRecipeName))
         batch.otherInputs += QFileInfo(arguments.recipeFile).absoluteFilePath();
 
     if (const auto *colors = std::get_if<ColorReliefOptions>(&recipe.options)) {
@@ -135,6 +140,39 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
         batch.warning = labelText({"MESS_CALAGE_SANS_TUILE",
                                    "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
     return batch;
+}
+
+QVector<BatchArguments> splitBatch(const BatchArguments &arguments, QString &problem)
+{
+    if (arguments.dems.isEmpty())
+        return {arguments};
+    BatchArguments one = arguments;
+    one.dems.clear();
+    one.input = arguments.dems.first();
+    one.output = one.input; // until the format is known
+    const RecipeReading reading = combine(one);
+    problem = reading.error;
+    if (!problem.isEmpty())
+        return {};
+    const BatchProcess &process = *findBatchProcess(reading.recipe.process);
+    ProcessingRequest request;
+    request.process = process.process;
+    request.format = reading.recipe.outputFormat;
+    const QString extension = formatExtensions(outputFormat(request)).value(0);
+    const QString suffix = QString::fromLatin1(processRow(process.process).suffix);
+
+    QVector<BatchArguments> runs;
+    QStringList products;
+    for (const QString &dem : arguments.dems) {
+        one.input = dataSetName(dem, QDir::currentPath());
+        one.output = productName(*one.input, suffix, extension);
+        products += *one.output;
+        runs += one;
+    }
+    runs.erase(std::remove_if(runs.begin(), runs.end(),
+                              [&](const BatchArguments &run) { return products.contains(*run.input); }),
+               runs.end());
+    return runs;
 }
 
 QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools)

@@ -31,5 +31,11 @@ struct BatchRequest
 /// folder.
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder);
 
+/// The arguments of each run that they ask for: of one with an input and an output where they name several
+/// DEMs. The second names the product by the process and the format: "base_suffix.ext" beside the DEM. problem:
+/// why there are none. A DEM that is the product of another of them is left out, so that a list of all files of
+/// a folder can be given twice.
+QVector<BatchArguments> splitBatch(const BatchArguments &arguments, QString &problem);
+
 /// The command line that a run would use, for whoever wants to see it; the input need not exist.
 QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools);

@@ -1,5 +1,7 @@
 #include "app/console.h"
 
+#include <QFile>
+
 #include <cstdio>
 
 void printOutput(const QString &text)
@@ -15,4 +17,10 @@ void printError(const QString &text)
     const bool ended = text.endsWith(QLatin1Char('\n'));
     std::fprintf(stderr, "%s%s", text.toLocal8Bit().constData(), ended ? "" : "\n");
     std::fflush(stderr);
+}
+
+QByteArray readInput(qint64 most)
+{
+    QFile input;
+    return input.open(stdin, QIODevice::ReadOnly) ? input.read(most) : QByteArray();
 }

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 bool canLaunch(bool hasInput, const QString &output, bool panelIsComplete)
 {
@@ -28,17 +29,32 @@ QString startDirectory(const StartDirectory &choices)
     return choices.inputText.isEmpty() ? choices.secondRecent : choices.inputText;
 }
 
-QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension)
+QString productName(const QString &input, const QString &suffix, const QString &extension)
 {
     const QFileInfo file(input);
     const QDir folder =
         QFileInfo(file.absolutePath()).isDir() && !isVirtualPath(input) ? file.absoluteDir() : QDir::current();
-    const QString base = file.completeBaseName();
-    QString name = folder.filePath(QStringLiteral("%1_%2.%3").arg(base, suffix, extension));
+    return folder.filePath(QStringLiteral("%1_%2.%3").arg(file.completeBaseName(), suffix, extension));
+}
+
+QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension)
+{
+    const QString first = productName(input, suffix, extension);
+    const QString stem = first.chopped(extension.size() + 1);
+    QString name = first;
     for (int counter = 2; QFileInfo::exists(name); ++counter)
-        name = folder.filePath(
-            QStringLiteral("%1_%2_%3.%4").arg(base, suffix, QString::number(counter), extension));
+        name = QStringLiteral("%1_%2.%3").arg(stem, QString::number(counter), extension);
     return name;
+}
+
+bool isProposedName(const QString &name, const QString &input, const QString &suffix)
+{
+    const QFileInfo file(name);
+    const QFileInfo dem(input);
+    const QString stem = QStringLiteral("%1_%2").arg(dem.completeBaseName(), suffix);
+    static const QRegularExpression number(QStringLiteral("^(_[0-9]+)?$"));
+    return file.absolutePath() == dem.absolutePath() && file.completeBaseName().startsWith(stem)
+        && number.match(file.completeBaseName().mid(stem.size())).hasMatch();
 }
 
 QString adaptExtension(const QString &name, const QStringList &extensions, const QStringList &knownExtensions)

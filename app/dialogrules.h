@@ -24,11 +24,16 @@ struct StartDirectory
 };
 QString startDirectory(const StartDirectory &choices);
 
-/// A name for the product of an input: "<folder>/<base>_<suffix>.<extension>", and where such a file is there
-/// already
-/// "<folder>/<base>_<suffix>_<n>.<extension>" with the first free n from 2 on. A data set that is no local file
-/// gets a name in the current directory.
+/// The name of an input's product: "<folder>/<base>_<suffix>.<extension>". A data set that is no local file
+/// gets one in the current directory.
+QString productName(const QString &input, const QString &suffix, const QString &extension);
+
+/// That name, or where such a file is there already "<folder>/<base>_<suffix>_<n>.<extension>" with the first
+/// free n from 2 on.
 QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension);
+
+/// Whether the name is one of those proposals, whatever its extension and number.
+bool isProposedName(const QString &name, const QString &input, const QString &suffix);
 
 /// A name that the user gave, for a process whose products have the extensions: another process's extension
 /// (knownExtensions) makes place for the first of them, anything else stays.

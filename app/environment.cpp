@@ -170,3 +170,9 @@ void exportMessageVariables(const Environment &environment)
     if (!qEnvironmentVariableIsSet("GEOLANGUE"))
         exportVariable("GEOLANGUE=" + environment.language.toLocal8Bit());
 }
+
+void exportLanguage(const QString &before, const QString &now)
+{
+    if (qgetenv("GEOLANGUE") == before.toLocal8Bit())
+        exportVariable("GEOLANGUE=" + now.toLocal8Bit());
+}

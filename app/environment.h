@@ -52,3 +52,6 @@ void exportGdalVariables(const QString &installDir);
 
 /// Gives the C-level messages (messages/dico.h) the language in use, where the environment says nothing else.
 void exportMessageVariables(const Environment &environment);
+
+/// Gives them another language, where the one before was given by exportMessageVariables().
+void exportLanguage(const QString &before, const QString &now);

@@ -1,6 +1,7 @@
 #include "app/console.h"
 #include "app/environment.h"
 #include "app/quvoGdalUtilities.h"
+#include "app/settings.h"
 #include "app/startupoptions.h"
 #include "app/stylesheet.h"
 #include "app/tools.h"
@@ -98,7 +99,8 @@ int main(int argc, char *argv[])
         sayMissingTools();
         return 0; // kept so on purpose: a missing tool is no failure of the program's own
     }
-    const Environment environment = readEnvironment(QApplication::applicationFilePath());
+    Environment environment = readEnvironment(QApplication::applicationFilePath());
+    environment.language = chosenLanguage(environment.language);
     exportInstallDir(environment.installDir);
     applyLanguage(environment);
     prepareGdal(environment);

@@ -11,18 +11,25 @@ const ProcessRow &processRow(Process process)
     // clang-format off
     static constexpr ProcessRow rows[] = {
         {ShadedRelief, Tool::Dem, ProductKind::Raster, 1, 1, "hillshade", "shadedReliefIcon.png",
+         {"MESS_OMBRES", "Ombres"},
          {"MESS_CALC_OMBR_RELIEF", "Calcul d'une image ombrée du relief."}},
         {Slope, Tool::Dem, ProductKind::Raster, 1, 4, "slope", "slopeIcon.png",
+         {"MESS_PENTES", "Pentes"},
          {"MESS_CALC_CARTE_PENTE", "Calcul d'une carte des pentes."}},
         {Aspect, Tool::Dem, ProductKind::Raster, 1, 4, "aspect", "aspectIcon.png",
+         {"MESS_ORIENTATIONS", "Orientations"},
          {"MESS_CALC_ORIENT_DEG", "Calcul d'une carte des orientations en degrés."}},
         {Intervisibility, Tool::Intervisibility, ProductKind::Raster, 3, 1, "intervisibility", "intervisibility.png",
+         {"MESS_INTERVIS", "Intervisibilité"},
          {"MESS_CALC_INTERVIS", "Calcul d'une carte d'intervisibilité"}},
         {ColorRelief, Tool::Dem, ProductKind::Raster, 3, 1, "color", "colorReliefIcon.png",
+         {"MESS_RELIEF_COUL", "Relief en couleur"},
          {"MESS_CALC_COUL_RELIEF", "Calcul d'une image en couleur du relief."}},
         {Contour, Tool::Contour, ProductKind::Vector, 0, 0, "contour_lines", "contoursIcon.png",
+         {"MESS_CN", "Courbes de niveau"},
          {"MESS_CN_GEN_FIC_VECT", "Génération d'un fichier vectoriel de courbes de niveau"}},
         {TriTpiRoughness, Tool::Dem, ProductKind::Raster, 1, 4, "roughness", "AnalysisIcon.png",
+         {"MESS_ANALYSE", "Analysis"},
          {"MESS_CALC_RESULTAT", "Calcul du résultat"}},
     };
     // clang-format on

@@ -37,6 +37,7 @@ struct ProcessRow
     int bytesPerCell;   ///< bytes of one cell of one band, without compression
     const char *suffix; ///< of the proposed output name
     const char *icon;   ///< file of its picture in the folder of the tab icons
+    Label title;        ///< of its tab
     Label stepTitle;    ///< what the progress window says while it runs
 };
 

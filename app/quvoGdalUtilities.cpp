@@ -3,16 +3,18 @@
 #include "app/InputDem.h"
 #include "app/OutputFile.h"
 #include "app/PanelArea.h"
+#include "app/SettingsMenu.h"
 #include "app/aboutDialog.h"
+#include "app/copiedcommand.h"
 #include "app/dialogrules.h"
+#include "app/launchquestions.h"
 #include "app/outputFileAdvancedOptionsDialog.h"
 #include "app/outputname.h"
 #include "app/processResultDialog.h"
-#include "app/replacedoutput.h"
+#include "app/windowrecipe.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
-#include "messages/QuvoLanguageManager.h"
 #include "panels/aspectOptionsWidget.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/contourOptionsWidget.h"
@@ -73,6 +75,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     m_form->setupUi(this);
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
     m_output = std::make_unique<OutputFile>(m_form->m_pLEOutputFile);
+    m_settings = std::make_unique<SettingsMenu>(*m_form->m_pTBSettings, *this, m_run);
 
     addPanel(Process::ShadedRelief, new shadedOptionsWidget, m_form->shadedTab);
     addPanel(Process::Slope, new slopeOptionsWidget, m_form->slopeTab);
@@ -260,6 +263,35 @@ OutputOptions &quvoGdalUtilities::currentOutputOptions()
     return process && processRow(*process).product == ProductKind::Vector ? m_vectorOptions : m_rasterOptions;
 }
 
+Recipe quvoGdalUtilities::recipe() const
+{
+    return recipeOf(currentRequest(), currentPanel()->processOptions());
+}
+
+void quvoGdalUtilities::setRecipe(const Recipe &recipe)
+{
+    const auto at = static_cast<std::size_t>(findBatchProcess(recipe.process)->process);
+    if (!recipe.input.isEmpty())
+        setInputDem(recipe.input);
+    m_form->m_pCBBand->setCurrentIndex(recipe.band - 1);
+    m_form->m_pTabWidget->setCurrentIndex(m_tabIndexes[at]);
+    currentOutputOptions() = {recipe.outputFormat, recipe.layerName, recipe.tiled, recipe.worldFile,
+                              recipe.overviews};
+    m_panels[at]->setProcessOptions(recipe.options);
+    if (recipe.output.isEmpty())
+        slot_onInputDemChanged(m_input->path());
+    else
+        m_output->restore(recipe.output, m_input->path(),
+                          QString::fromLatin1(processRow(*currentProcess()).suffix));
+    slot_activeLaunchButton();
+}
+
+QString quvoGdalUtilities::commandToCopy()
+{
+    const auto plan = currentPlan();
+    return plan ? copiedCommand(*plan, recipe(), m_tools, m_workFolder.path()) : QString();
+}
+
 void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
 {
     const auto process = currentProcess();
@@ -274,37 +306,46 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
     slot_activeLaunchButton();
 }
 
-void quvoGdalUtilities::slot_launchProcess()
+std::optional<RunPlan> quvoGdalUtilities::currentPlan()
 {
     slot_activeLaunchButton(); // options that have just been typed count
     if (m_run.isRunning() || !m_form->m_pPBLaunchProcess->isEnabled())
-        return;
+        return std::nullopt;
     ProcessingRequest request = currentRequest();
     request.fragment = currentPanel()->getCommandArguments();
     if (request.process == Process::ColorRelief) {
         request.colorTableFile = m_colorRelief->colorFile(false);
         if (request.colorTableFile.isEmpty()) // which the panel told
-            return;
+            return std::nullopt;
     }
-    RunPlan plan = planRun(request, m_tools);
-    if (plan.fault == RunFault::Output) {
+    const RunPlan plan = planRun(request, m_tools);
+    if (plan.fault == RunFault::None)
+        return plan;
+    if (plan.fault == RunFault::Output)
         warnOfOutput(request.output, plan.problem);
-        return;
-    }
-    if (plan.fault != RunFault::None) {
+    else
         Prompt::warning(this, plan.problem);
+    return std::nullopt;
+}
+
+void quvoGdalUtilities::slot_launchProcess()
+{
+    auto planned = currentPlan();
+    if (!planned)
         return;
-    }
+    RunPlan &plan = *planned;
     plan.warnings += currentPanel()->launchWarnings();
     auto lock = std::make_unique<OutputLock>(plan.request.output);
     if (!lock->problem().isEmpty()) {
         Prompt::warning(this, lock->problem());
         return;
     }
-    if (mayOverwrite(plan) && mayGoOn(plan))
-        m_run.start(plan, std::move(lock), true,
-                    imageFolder + QStringLiteral("icones/")
-                        + QString::fromLatin1(processRow(*request.process).icon));
+    if (!mayOverwrite(plan, this) || !mayGoOn(plan, this))
+        return;
+    m_settings->noteRun(recipeOf(plan.request, currentPanel()->processOptions()));
+    m_run.start(plan, std::move(lock), true,
+                imageFolder + QStringLiteral("icones/")
+                    + QString::fromLatin1(processRow(*plan.request.process).icon));
 }
 
 void quvoGdalUtilities::warnOfOutput(const QString &name, const QString &problem)
@@ -313,27 +354,6 @@ void quvoGdalUtilities::warnOfOutput(const QString &name, const QString &problem
         this,
         QStringLiteral("%1\n%2\n\n%3")
             .arg(tr("Le fichier de sortie n'est pas valide.", "MESS_INV_OUTPUT_FILE"), name, problem));
-}
-
-bool quvoGdalUtilities::mayOverwrite(const RunPlan &plan)
-{
-    const QString existing = existingOutput(plan);
-    if (existing.isEmpty())
-        return true;
-    QString question = dico_label("MESS_FICHIER_EXISTANT", existing.toLocal8Bit().constData());
-    const int layers = layersReplaced(plan.outputs.first());
-    if (layers > 1)
-        question +=
-            QStringLiteral("\n\n") + tr("Ses %1 couches seraient perdues.", "MESS_COUCHES_PERDUES").arg(layers);
-    return Prompt::question(this, question);
-}
-
-bool quvoGdalUtilities::mayGoOn(const RunPlan &plan)
-{
-    return plan.warnings.isEmpty()
-        || Prompt::question(this,
-                            plan.warnings.join(QLatin1Char('\n')) + QStringLiteral("\n\n")
-                                + tr("Voulez-vous continuer ?", "MESS_CONTINUER"));
 }
 
 void quvoGdalUtilities::slot_processFinished()
@@ -434,5 +454,9 @@ void quvoGdalUtilities::dragEnterEvent(QDragEnterEvent *event)
 void quvoGdalUtilities::dropEvent(QDropEvent *event)
 {
     event->acceptProposedAction();
-    setInputDem(droppedFile(event->mimeData()));
+    const QString file = droppedFile(event->mimeData());
+    if (SettingsMenu::isSettingsFile(file))
+        m_settings->openFile(file);
+    else
+        setInputDem(file);
 }

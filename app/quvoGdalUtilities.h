@@ -2,6 +2,7 @@
 
 #include "app/ProductRun.h"
 #include "app/outputoptions.h"
+#include "app/recipe.h"
 #include "app/settings.h"
 #include "app/tools.h"
 #include "dataset/workfolder.h"
@@ -17,6 +18,7 @@ class colorReliefOptionsWidget;
 class InputDem;
 class optionsWidget;
 class OutputFile;
+class SettingsMenu;
 struct ProcessResult;
 
 namespace Ui
@@ -40,6 +42,16 @@ public:
 
     /// Whether the first dialog for choosing a DEM opens in the current directory.
     void setKeepStartingDir(bool keep);
+
+    /// The settings as they are, for a file or a list.
+    Recipe recipe() const;
+
+    /// Shows settings that were looked at (app/windowrecipe); of an empty input or output the window keeps its
+    /// own.
+    void setRecipe(const Recipe &recipe);
+
+    /// What does in a shell what a launch does here; empty after a box that says why it would not begin.
+    QString commandToCopy();
 
     /// Wide enough for every tab.
     QSize sizeHint() const override;
@@ -79,9 +91,8 @@ private:
     optionsWidget *currentPanel() const;
     ProcessingRequest currentRequest() const;
     OutputOptions &currentOutputOptions();
+    std::optional<RunPlan> currentPlan();
     void warnOfOutput(const QString &name, const QString &problem);
-    bool mayOverwrite(const RunPlan &plan);
-    bool mayGoOn(const RunPlan &plan);
     void showResult(const ProcessResult &result);
 
     std::unique_ptr<Ui::quvoGdalUtilitiesDialog> m_form;
@@ -91,6 +102,7 @@ private:
     ProductRun m_run;
     std::unique_ptr<InputDem> m_input;
     std::unique_ptr<OutputFile> m_output;
+    std::unique_ptr<SettingsMenu> m_settings;
     colorReliefOptionsWidget *m_colorRelief = nullptr;
     OutputOptions m_rasterOptions; ///< of the products of each kind
     OutputOptions m_vectorOptions;

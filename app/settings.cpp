@@ -1,6 +1,7 @@
 #include "app/settings.h"
 
 #include <QSettings>
+#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -11,6 +12,8 @@ const QString organisation = QStringLiteral("KARVEX");
 const QString application = QStringLiteral("Riglios");
 const QString geometryGroup = QStringLiteral("LastGeometry");
 const QString recentGroup = QStringLiteral("RecentUsedListFile");
+// A key of its own: the environment file may refer to another one, over which what it says itself holds.
+const QString languageKey = QStringLiteral("Interface/ChosenLanguage");
 
 QString recentKey(int index)
 {
@@ -59,6 +62,25 @@ void writeRecentFiles(const QStringList &paths)
     settings.remove(QString());
     for (int index = 0; index < paths.size(); ++index)
         settings.setValue(recentKey(index), paths.at(index));
+}
+
+QString recentRunsFile()
+{
+    return QStringLiteral("%1/%2/%3_runs.json")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation,
+             application);
+}
+
+QString chosenLanguage(const QString &otherwise)
+{
+    const QString chosen = QSettings(organisation, application).value(languageKey).toString();
+    const bool known = chosen == QLatin1String("FRENCH") || chosen == QLatin1String("ENGLISH");
+    return known ? chosen : otherwise;
+}
+
+void writeChosenLanguage(const QString &language)
+{
+    QSettings(organisation, application).setValue(languageKey, language);
 }
 
 QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens)

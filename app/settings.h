@@ -25,6 +25,15 @@ void writeLastGeometry(const LastGeometry &geometry);
 QStringList readRecentFiles();
 void writeRecentFiles(const QStringList &paths);
 
+/// The file of the runs made last (app/recentruns), beside the user's other settings.
+QString recentRunsFile();
+
+/// The language that the user chose in the window; `otherwise` where none was chosen.
+QString chosenLanguage(const QString &otherwise);
+
+/// language: "FRENCH" or "ENGLISH".
+void writeChosenLanguage(const QString &language);
+
 /// The geometry moved and shrunk so that the screens show it; screens: their available areas, the first the
 /// main one.
 QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens);

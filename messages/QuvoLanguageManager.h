@@ -20,6 +20,9 @@ public:
     /// `unused` is always empty.
     void defaultSetup(const QString &messagesPath, const QString &language, const QString &unused);
 
+    /// Another language from the dictionaries of the last set-up.
+    void changeLanguage(const QString &language) { defaultSetup(m_messagesPath, language, QString()); }
+
     /// Whether the language is written from right to left.
     bool currentLanguageNeedsReversedLayout() const;
 
@@ -33,6 +36,7 @@ private:
     QuvoLanguageManager();
     ~QuvoLanguageManager();
 
+    QString m_messagesPath;
     QString m_language;
     std::unique_ptr<KeyTranslator> m_texts;
     std::unique_ptr<QTranslator> m_qtTexts;

@@ -1,0 +1,47 @@
+#include "app/BatchSeries.h"
+
+#include "app/console.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+BatchSeries::BatchSeries(const QVector<BatchArguments> &runs)
+    : m_runs(runs)
+{
+    // Later, since a run may end inside of its start.
+    connect(&m_run, &BatchRun::finished, this, &BatchSeries::onRunFinished, Qt::QueuedConnection);
+}
+
+void BatchSeries::next()
+{
+    ++m_at;
+    if (m_at == m_runs.size() || StopSignals::wasAsked()) {
+        emit finished(StopSignals::wasAsked() ? BatchExit::Failed : m_exit);
+        return;
+    }
+    const BatchArguments &arguments = m_runs.at(m_at);
+    printOutput(*arguments.input + QStringLiteral(" : "));
+    const BatchRequest batch = assembleBatch(arguments, m_workFolder);
+    RunPlan plan;
+    plan.problem = batch.problem;
+    if (plan.problem.isEmpty())
+        plan = planRun(batch.request, findTools(QCoreApplication::applicationDirPath()), batch.otherInputs);
+    if (!plan.problem.isEmpty()) {
+        printError(plan.problem);
+        onRunFinished(BatchExit::BadArguments);
+        return;
+    }
+    printError(batch.warning);
+    for (const QString &warning : plan.warnings)
+        printError(warning);
+    m_run.start(plan, arguments.overwrite);
+}
+
+void BatchSeries::onRunFinished(BatchExit exit)
+{
+    if (exit != BatchExit::Done) {
+        m_exit = BatchExit::Failed;
+        printOutput(QStringLiteral(" %1\n").arg(labelText({"MESS_LOT_ECHEC", "échec"})));
+    }
+    QTimer::singleShot(0, this, &BatchSeries::next); // the stop signal comes through the event loop
+}

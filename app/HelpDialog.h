@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QDialog>
+
+class QTextBrowser;
+
+/// The guide in the language in use.
+class HelpDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit HelpDialog(QWidget *parent);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void showGuide();
+
+    QTextBrowser *m_pGuide;
+};
