@@ -8,8 +8,7 @@
 BatchSeries::BatchSeries(const QVector<BatchArguments> &runs)
     : m_runs(runs)
 {
-    // Later, since a run may end inside of its start.
-    connect(&m_run, &BatchRun::finished, this, &BatchSeries::onRunFinished, Qt::QueuedConnection);
+    connect(&m_run, &BatchRun::finished, this, &BatchSeries::onRunFinished);
 }
 
 void BatchSeries::next()
@@ -43,5 +42,6 @@ void BatchSeries::onRunFinished(BatchExit exit)
         m_exit = BatchExit::Failed;
         printOutput(QStringLiteral(" %1\n").arg(labelText({"MESS_LOT_ECHEC", "échec"})));
     }
-    QTimer::singleShot(0, this, &BatchSeries::next); // the stop signal comes through the event loop
+    // Later: a run may end inside of its start, and a stop comes through the event loop.
+    QTimer::singleShot(0, this, &BatchSeries::next);
 }

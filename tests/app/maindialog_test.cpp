@@ -160,6 +160,11 @@ void MainDialogTest::names()
     QCOMPARE(proposeOutputName(path("dem.tif"), "slope", "tif"), path("dem_slope_3.tif"));
     QCOMPARE(proposeOutputName("/vsizip/a.zip/dem.tif", "slope", "tif"),
              QDir::current().filePath("dem_slope.tif"));
+    for (const char *name : {"/a/dem_slope.tif", "/a/dem_slope_12.img"})
+        QVERIFY2(isProposedName(name, "/a/dem.tif", "slope"), name);
+    for (const char *name :
+         {"/b/dem_slope.tif", "/a/dem_slope_x.tif", "/a/dem_slopes.tif", "/a/dem_aspect.tif"})
+        QVERIFY2(!isProposedName(name, "/a/dem.tif", "slope"), name);
 
     QCOMPARE(adaptExtension("/a/b.tif", {"shp"}, {"tif", "shp"}), QStringLiteral("/a/b.shp"));
     QCOMPARE(adaptExtension("/a/b.TIFF", {"tif", "tiff"}, {"tif", "shp"}), QStringLiteral("/a/b.TIFF"));

@@ -156,7 +156,7 @@ void RecipeTest::arguments_data()
     QTest::newRow("band text") << QStringList{"--band", "two"} << false;
     QTest::newRow("set without a name") << QStringList{"--set", "=3"} << false;
     QTest::newRow("set without a value") << QStringList{"--set", "altitude"} << false;
-    QTest::newRow("two recipes") << QStringList{"a.json", "b.json"} << false;
+    QTest::newRow("several DEMs and an output") << QStringList{"a.json", "b.tif", "--output", "c"} << false;
 }
 
 void RecipeTest::arguments()

@@ -24,6 +24,9 @@ private slots:
     void productEqualsTheToolsOwn_data();
     void productEqualsTheToolsOwn();
     void recipeAndOverrides();
+    void recipeOnStandardInput();
+    void severalDems();
+    void severalDemsStop();
     void namesOfAllKinds();
     void badArguments_data();
     void badArguments();
@@ -182,6 +185,82 @@ void BatchTest::recipeAndOverrides()
     const Ended bad = batch({path("bad.json")});
     QCOMPARE(bad.code, 2);
     QVERIFY2(bad.error.contains(path("bad.json")), qPrintable(bad.error));
+}
+
+void BatchTest::recipeOnStandardInput()
+{
+    writeText(path("table.txt"), "nv 0 0 0 0\n450 1 2 3\n25% 9 9 9\n600 200 100 50\n");
+    const QStringList byHand{"color-relief", path("dem.tif"), path("table.txt"), path("hand.tif"), "-b", "1"};
+    QCOMPARE(run(QStringLiteral(QUVO_TREE "/gdal_dem.exe"), byHand).code, 0);
+    QVERIFY(QFile::remove(path("dem.tif.aux.xml")));
+    QProcess process;
+    process.setWorkingDirectory(m_folder->path());
+    process.start(program(), {"-", "--output", "product.tif"});
+    process.write(R"({"format": 1, "process": "color-relief", "input": "dem.tif", "options": {"table": "mine",
+        "colors": [{"value": 600, "color": [200, 100, 50]}, {"percent": 25, "color": [9, 9, 9, 255]},
+                   {"value": 450, "color": [1, 2, 3]}, {"value": "nv", "color": [0, 0, 0, 0]}]}})");
+    process.closeWriteChannel();
+    QVERIFY(process.waitForFinished());
+    QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
+    QVERIFY(!bytesOf(path("hand.tif")).isEmpty());
+    QCOMPARE(bytesOf(path("product.tif")), bytesOf(path("hand.tif")));
+    // Another table on the command line takes the place of the one by value.
+    writeText(path("a.json"), R"({"format": 1, "process": "color-relief", "options":
+        {"colors": [{"value": 1, "color": [1, 1, 1]}]}})");
+    const Ended other = batch({path("a.json"), "--input", path("dem.tif"), "--output", path("c.tif"), "--set",
+                               "table=" + path("table.txt"), "--print-command"});
+    QVERIFY2(other.code == 0 && !other.out.contains("quvodemtoolbox-"), qPrintable(other.out));
+}
+
+void BatchTest::severalDems()
+{
+    writeText(path("recette.json"),
+              R"({"format": 1, "process": "slope", "input": "none", "output": "none.tif"})");
+    QVERIFY(QFile::copy(path("dem.tif"), path("b%1.c.tif")));
+    writeText(path("a.tif"), "broken");
+    const auto all = [&](const QStringList &more = {}) {
+        return batch(QStringList{path("recette.json")} + more
+                     + QStringList{path("a.tif"), path("b%1.c.tif"), path("dem.tif")});
+    };
+    const Ended first = all();
+    QCOMPARE(first.code, 1);
+    QCOMPARE(
+        files(),
+        (QStringList{"a.tif", "b%1.c.tif", "b%1.c_slope.tif", "dem.tif", "dem_slope.tif", "recette.json"}));
+    const QStringList lines = first.out.split('\n');
+    QCOMPARE(lines.size(), 4);
+    QVERIFY(lines.at(0).startsWith(path("a.tif") + " : ") && !lines.at(0).contains("done"));
+    QCOMPARE(lines.at(2) + '\n', path("dem.tif") + " : " + wholeProgress);
+    QVERIFY2(first.error.contains(path("a.tif")), qPrintable(first.error));
+
+    // What exists is kept, and what the first time made is no DEM of the second.
+    const QByteArray product = bytesOf(path("dem_slope.tif"));
+    writeText(path("dem_slope.tif"), "precious");
+    const Ended second = all({path("dem_slope.tif")});
+    QCOMPARE(second.code, 1);
+    QCOMPARE(bytesOf(path("dem_slope.tif")), QByteArray("precious"));
+    QVERIFY(!second.out.contains(path("dem_slope.tif")));
+    QCOMPARE(all({"--overwrite"}).code, 1);
+    QCOMPARE(bytesOf(path("dem_slope.tif")), product);
+    QVERIFY(QFile::remove(path("a.tif")) && QFile::copy(path("dem.tif"), path("a.tif")));
+    QCOMPARE(all({"--overwrite"}).code, 0);
+
+    QCOMPARE(all({"--print-command"}).out.count('\n'), 3);
+    QCOMPARE(all({"--set", "percents=true"}).code, 2);
+    QCOMPARE(all({"--output", path("x.tif")}).code, 2);
+}
+
+void BatchTest::severalDemsStop()
+{
+    writeText(path("recette.json"), R"({"format": 1, "process": "hillshade"})");
+    QVERIFY(writeHill(path("large.tif"), 6000));
+    QProcess process;
+    process.start(program(), {path("recette.json"), path("large.tif"), path("dem.tif")});
+    QTRY_VERIFY(QFile::exists(path("large_hillshade.tif")));
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    QVERIFY(process.waitForFinished(10000));
+    QVERIFY(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 1);
+    QCOMPARE(files(), (QStringList{"dem.tif", "large.tif", "recette.json"}));
 }
 
 void BatchTest::namesOfAllKinds()
