@@ -7,6 +7,31 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
+namespace
+{
+
+/// Qt's own font for code is a proportional one where the desktop names none.
+void setCodeFont(QTextDocument &document)
+{
+    QTextCharFormat code;
+    code.setFontFamilies({QStringLiteral("monospace")});
+    code.setFontFamily(QStringLiteral("monospace"));
+    code.setFontStyleHint(QFont::Monospace);
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto at = block.begin(); !at.atEnd(); ++at) {
+            const QTextFragment fragment = at.fragment();
+            if (!fragment.charFormat().hasProperty(QTextFormat::FontFixedPitch))
+                continue;
+            QTextCursor cursor(&document);
+            cursor.setPosition(fragment.position());
+            cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
+            cursor.mergeCharFormat(code);
+        }
+    }
+}
+
+} // namespace
+
 HelpDialog::HelpDialog(QWidget *parent)
     : QDialog(parent)
     , m_pGuide(new QTextBrowser(this))
@@ -18,7 +43,7 @@ HelpDialog::HelpDialog(QWidget *parent)
     auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pGuide);
-    resize(700, 720);
+    resize(fontMetrics().averageCharWidth() * 88, fontMetrics().height() * 36);
     showGuide();
 }
 
@@ -30,6 +55,7 @@ void HelpDialog::showGuide()
                    .arg(french ? QLatin1String("fr") : QLatin1String("en")));
     if (file.open(QIODevice::ReadOnly))
         m_pGuide->setMarkdown(QString::fromUtf8(file.readAll()));
+    setCodeFont(*m_pGuide->document());
     m_pGuide->moveCursor(QTextCursor::Start);
 }
 

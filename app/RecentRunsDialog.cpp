@@ -28,6 +28,11 @@ QString fileName(const QString &path)
 
 } // namespace
 
+QString startText(const RecentRun &run)
+{
+    return run.started.toLocalTime().toString(QStringLiteral("yyyy-MM-dd hh:mm"));
+}
+
 QString processTitle(const QString &word)
 {
     const BatchProcess *process = findBatchProcess(word);
@@ -52,7 +57,10 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
     m_pTable->setSelectionMode(QAbstractItemView::SingleSelection);
     m_pTable->setWordWrap(false);
     m_pTable->verticalHeader()->hide();
-    m_pTable->horizontalHeader()->setStretchLastSection(true);
+    m_pTable->setTextElideMode(Qt::ElideMiddle); // the ends of the names tell them apart
+    m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    for (const int names : {4, 5})
+        m_pTable->horizontalHeader()->setSectionResizeMode(names, QHeaderView::Stretch);
     m_pPBClear->setAutoDefault(false);
     m_pPBClose->setAutoDefault(false);
     auto buttons = new QHBoxLayout;
@@ -64,9 +72,8 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
     layout->addWidget(m_pTable);
     layout->addLayout(buttons);
     applyTexts();
-    m_pTable->resizeColumnsToContents();
     m_pTable->selectRow(0);
-    resize(860, 420);
+    resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 25);
 
     connect(m_pTable, &QTableWidget::cellDoubleClicked, this, &RecentRunsDialog::choose);
     connect(m_pPBChoose, &QPushButton::clicked, this, [this] { choose(m_pTable->currentRow()); });
@@ -85,8 +92,7 @@ void RecentRunsDialog::applyTexts()
         const RecentRun &run = m_runs.at(row);
         int column = 0;
         for (QTableWidgetItem *item :
-             {cell(QLocale().toString(run.started.toLocalTime(), QLocale::ShortFormat)),
-              cell(processTitle(run.recipe.process)), cell(runEndText(run.end)),
+             {cell(startText(run)), cell(processTitle(run.recipe.process)), cell(runEndText(run.end)),
               cell(durationText(run.seconds)),
               cell(fileName(run.recipe.input), QDir::toNativeSeparators(run.recipe.input)),
               cell(fileName(run.recipe.output), QDir::toNativeSeparators(run.recipe.output))})

@@ -36,5 +36,8 @@ private:
     QPushButton *m_pPBClose;
 };
 
+/// When the run began, here: a date that no country reads as another.
+QString startText(const RecentRun &run);
+
 /// The process as its tab names it, with the index where one tab holds several.
 QString processTitle(const QString &word);

@@ -52,6 +52,7 @@ void SettingsMenu::makeActions(QToolButton &button)
         QAction *action = menu->addAction(QString());
         action->setObjectName(QLatin1String(name));
         action->setShortcut(keys);
+        action->setShortcutVisibleInContextMenu(true);
         connect(action, &QAction::triggered, this, slot);
         m_window.addAction(action); // its shortcut holds while the menu is closed
         return action;
@@ -184,8 +185,7 @@ void SettingsMenu::listRecentRuns()
     const QList<RecentRun> runs = readRecentRuns(recentRunsFile());
     for (const RecentRun &run : runs.mid(0, mostListed)) {
         const QString text = QStringLiteral("%1 · %2 · %3 · %4")
-                                 .arg(QLocale().toString(run.started.toLocalTime(), QLocale::ShortFormat),
-                                      processTitle(run.recipe.process),
+                                 .arg(startText(run), processTitle(run.recipe.process),
                                       run.recipe.input.section(QLatin1Char('/'), -1), runEndText(run.end));
         QAction *action = m_pRecentMenu->addAction(inMenu(text));
         action->setToolTip(run.recipe.output);

@@ -4,6 +4,8 @@
 //
 // The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language.
 
+#include "app/HelpDialog.h"
+#include "app/RecentRunsDialog.h"
 #include "app/aboutDialog.h"
 #include "app/outputFileAdvancedOptionsDialog.h"
 #include "app/processResultDialog.h"
@@ -21,8 +23,11 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QMenu>
 #include <QStyleFactory>
 #include <QTabWidget>
+#include <QTextBrowser>
+#include <QToolButton>
 
 namespace
 {
@@ -84,6 +89,9 @@ void addMainDialog(Album &album)
         tabs->setCurrentIndex(index);
         album.add(dialog, tabs->widget(index)->objectName());
     }
+    QMenu &menu = *dialog.findChild<QToolButton *>(QStringLiteral("m_pTBSettings"))->menu();
+    menu.resize(menu.sizeHint());
+    album.add(menu, QStringLiteral("settings_menu"));
 }
 
 void addSmallDialogs(Album &album)
@@ -125,6 +133,32 @@ void addResults(Album &album)
     album.add(failed, QStringLiteral("result_failed"));
 }
 
+void addSettings(Album &album)
+{
+    HelpDialog help(nullptr);
+    album.add(help, QStringLiteral("help"));
+    help.findChild<QTextBrowser *>()->moveCursor(QTextCursor::End);
+    album.add(help, QStringLiteral("help_end"));
+    const QString file = QDir::tempPath() + QStringLiteral("/terrain/runs.json");
+    QFile::remove(file);
+    const QDateTime first(QDate(2024, 5, 6), QTime(7, 8), Qt::UTC);
+    const QString folder = QStringLiteral("/home/user/terrain/");
+    int count = 0;
+    for (const BatchProcess &process : batchProcesses()) {
+        Recipe recipe;
+        recipe.process = processWord(process.defaults);
+        recipe.options = process.defaults;
+        recipe.input = folder + QStringLiteral("valley of the two lakes.tif");
+        recipe.output = folder + QStringLiteral("valley of the two lakes_")
+            + QString::fromLatin1(processRow(process.process).suffix) + QStringLiteral(".tif");
+        addRecentRun(
+            file, {first.addSecs(4000 * count), static_cast<RunEnd>(count % 3), 61.0 * count * count, recipe});
+        ++count;
+    }
+    RecentRunsDialog runs(file, nullptr);
+    album.add(runs, QStringLiteral("recent_runs"));
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -148,6 +182,7 @@ int main(int argc, char *argv[])
     addProgress(album);
     addResults(album);
     addSmallDialogs(album);
+    addSettings(album);
     aboutDialog about(nullptr);
     album.add(about, QStringLiteral("about"));
     return 0;
