@@ -148,7 +148,7 @@ void SettingsMenu::slot_save()
         Prompt::warning(&m_window, problem);
         return;
     }
-    const QFileInfo output(recipe.output);
+    const QFileInfo output(recipe.output.isEmpty() ? recipe.process : recipe.output);
     const QString start = m_lastFile.isEmpty()
         ? output.absolutePath() + QLatin1Char('/') + output.completeBaseName() + extension
         : m_lastFile;

@@ -84,6 +84,11 @@ QString colorTableProblem(const ColorReliefOptions &options)
     return readingProblem(readTable(options, file), file, options.spread);
 }
 
+bool mixesUnits(const ColorReliefOptions &options)
+{
+    return readTable(options, colorTableFile(options.table)).mixedUnits;
+}
+
 BatchColorTable batchColorTable(const ColorReliefOptions &options, const QString &dem, int band,
                                 WorkFolder &workFolder)
 {

@@ -19,6 +19,9 @@ QString colorTableFile(const QString &name);
 /// Why the table of the options cannot be used, in a sentence; empty for a good one.
 QString colorTableProblem(const ColorReliefOptions &options);
 
+/// Whether that table holds elevations and percentages side by side.
+bool mixesUnits(const ColorReliefOptions &options);
+
 /// Finds the table of the options (their colours, or colorTableFile()). Where it is spread over the DEM's
 /// elevations, or holds what the tool would read as something else, a file is written to the work folder.
 /// Elevations that the options do not name are read from every cell of the band.

@@ -19,7 +19,7 @@ QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths
 {
     const bool ownTable = plan.request.colorTableFile.startsWith(workFolder + QLatin1Char('/'));
     const bool ownPoints = plan.request.process == Process::Intervisibility;
-    if (!ownTable && !ownPoints) {
+    if ((!ownTable && !ownPoints) || tools.batch.isEmpty()) {
         QString text = shellCommand(words(plan.command), shell);
         if (!plan.overviewCommand.isEmpty())
             text += QStringLiteral(" && ") + shellCommand(words(plan.overviewCommand), shell);

@@ -23,10 +23,8 @@ QString formatProblem(Recipe &recipe, Process process)
         .arg(recipe.outputFormat);
 }
 
-void takeInput(OpenedRecipe &opened, const QString &currentInput)
+void takeInput(Recipe &recipe, const QString &currentInput, QStringList &notes)
 {
-    Recipe &recipe = opened.recipe;
-    QStringList notes;
     if (!recipe.input.isEmpty() && !readRasterInfo(recipe.input).error.isEmpty()) {
         notes += labelText({"MESS_REC_SANS_MNT",
                             "Le MNT des réglages, « %1 », ne peut pas être lu ; celui de la "
@@ -41,11 +39,23 @@ void takeInput(OpenedRecipe &opened, const QString &currentInput)
                      .arg(QString::number(recipe.band), QString::number(bands));
         recipe.band = 1;
     }
-    opened.note = notes.join(QLatin1Char('\n'));
+}
+
+/// The panel shows the entries of one kind.
+QString takeTable(ColorReliefOptions &options, QStringList &notes)
+{
+    const QString problem = colorTableProblem(options);
+    if (problem.isEmpty() && mixesUnits(options))
+        notes += labelText({"MESS_REC_TC_MIXTE",
+                            "La table couleur mélange des altitudes et des pourcentages : une seule des deux "
+                            "sortes est reprise."});
+    if (options.colors.isEmpty())
+        options.table = colorTableFile(options.table);
+    return problem;
 }
 
 /// The panel holds rows alone.
-QString takeSource(IntervisibilityOptions &options, const QString &dem, int band)
+QString takeSource(IntervisibilityOptions &options, const QString &dem, int band, QStringList &notes)
 {
     if (options.points.isEmpty())
         return {};
@@ -54,6 +64,11 @@ QString takeSource(IntervisibilityOptions &options, const QString &dem, int band
                           "Les observateurs de ces réglages viennent d'un fichier vecteur : choisissez d'abord "
                           "un MNT."});
     const SourceObservers source = sourceObservers(options, DemGround(dem, band));
+    if (source.notTaken > 0)
+        notes += labelText({"MESS_OBS_NON_PRIS",
+                            "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de "
+                            "coordonnées du MNT."})
+                     .arg(source.notTaken);
     const IntervisibilityOptions defaults;
     options.observers += source.points;
     options.points.clear();
@@ -87,21 +102,21 @@ OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInpu
     OpenedRecipe opened;
     opened.recipe = reading.recipe;
     Recipe &recipe = opened.recipe;
+    QStringList notes;
     opened.problem = reading.error;
     if (opened.problem.isEmpty())
         opened.problem = valuesProblem(recipe.options);
     if (opened.problem.isEmpty())
         opened.problem = formatProblem(recipe, findBatchProcess(recipe.process)->process);
-    if (auto *colors = std::get_if<ColorReliefOptions>(&recipe.options); colors && opened.problem.isEmpty()) {
-        opened.problem = colorTableProblem(*colors);
-        if (colors->colors.isEmpty())
-            colors->table = colorTableFile(colors->table);
-    }
-    if (opened.problem.isEmpty())
-        takeInput(opened, currentInput);
-    auto *observers = std::get_if<IntervisibilityOptions>(&recipe.options);
-    if (observers && opened.problem.isEmpty())
+    if (!opened.problem.isEmpty())
+        return opened;
+
+    takeInput(recipe, currentInput, notes);
+    if (auto *colors = std::get_if<ColorReliefOptions>(&recipe.options))
+        opened.problem = takeTable(*colors, notes);
+    if (auto *observers = std::get_if<IntervisibilityOptions>(&recipe.options))
         opened.problem =
-            takeSource(*observers, recipe.input.isEmpty() ? currentInput : recipe.input, recipe.band);
+            takeSource(*observers, recipe.input.isEmpty() ? currentInput : recipe.input, recipe.band, notes);
+    opened.note = notes.join(QLatin1Char('\n'));
     return opened;
 }

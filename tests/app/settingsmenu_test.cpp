@@ -23,6 +23,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QSettings>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTemporaryDir>
@@ -113,6 +114,24 @@ QByteArray bytesOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// All that the window's labels, buttons, tabs and lists say.
+QStringList textsOf(const QWidget &window)
+{
+    QStringList texts{window.windowTitle()};
+    for (const QWidget *widget : window.findChildren<QWidget *>()) {
+        if (qobject_cast<const QTabBar *>(widget->parent()))
+            continue; // Qt's own arrows, which Qt names once
+        for (const char *property : {"text", "title", "toolTip", "placeholderText", "accessibleName"})
+            texts += widget->property(property).toString();
+        if (const auto combo = qobject_cast<const QComboBox *>(widget)) {
+            for (int row = 0; row < combo->count(); ++row)
+                texts += combo->itemText(row);
+        }
+    }
+    texts.removeAll(QString());
+    return texts;
 }
 
 const QList<QuvoColorDef> ramp{{QuvoColorDef::noDataValue, QColor(1, 2, 3, 0), false},
@@ -438,6 +457,11 @@ void SettingsMenuTest::languages()
     QTRY_COMPARE(dialog.find<QWidget>("contourTab")->findChild<QLineEdit *>()->locale().language(),
                  QLocale::English); // in which a panel writes its numbers
     QCOMPARE(chosenLanguage("FRENCH"), QStringLiteral("ENGLISH"));
+
+    // Nothing of the window is left in the other language.
+    Dialog fresh(m_tools);
+    fresh.window.setInputDem(path("dem.tif"));
+    QTRY_COMPARE(textsOf(dialog.window), textsOf(fresh.window));
 
     QProcess batch; // the choice is the user's, not the window's
     batch.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), {"--band", "x"});
