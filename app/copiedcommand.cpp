@@ -21,6 +21,8 @@ QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths
     const bool ownPoints = plan.request.process == Process::Intervisibility;
     if ((!ownTable && !ownPoints) || tools.batch.isEmpty()) {
         QString text = shellCommand(words(plan.command), shell);
+        if (processRow(*plan.request.process).tool == Tool::Contour && shell == Shell::Posix)
+            text.prepend(QLatin1String("SHAPE_ENCODING= ")); // as here: attributes are not recoded
         if (!plan.overviewCommand.isEmpty())
             text += QStringLiteral(" && ") + shellCommand(words(plan.overviewCommand), shell);
         return text;

@@ -144,6 +144,7 @@ void SettingsMenuTest::initTestCase()
 {
     qputenv("XDG_CONFIG_HOME", m_home.path().toUtf8());
     Q_INIT_RESOURCE(quvo);
+    qputenv("SHAPE_ENCODING", ""); // as the program sets it, and a shell does not
     setUpGdal();
 }
 
@@ -177,7 +178,7 @@ void SettingsMenuTest::addRows()
     row("roughness", TerrainIndexOptions{2, false}, "d.tif");
     ContourOptions contours{10.12345, "", true, "", false, -3.4028234663852886e38, 0.5};
     row("contour", contours, "e.shp");
-    contours = {std::nullopt, "Z", false, "450 500.5", true, std::nullopt, std::nullopt};
+    contours = {std::nullopt, "Zé", false, "450 500.5", true, std::nullopt, std::nullopt};
     row("contour, levels", contours, "e.shp");
     row("colours", ColorReliefOptions{"mine", false, {}, {}, true, ramp}, "f.tif");
     row("colours, spread", ColorReliefOptions{"mine", true, {}, {}, false, ramp}, "f.tif");
@@ -358,6 +359,9 @@ void SettingsMenuTest::copiedCommandMakesTheProduct()
     }
     QCOMPARE(products.contains(QFileInfo(settings.output).fileName() + ".ovr"), settings.overviews);
     QProcess shell;
+    QProcessEnvironment usual = QProcessEnvironment::systemEnvironment();
+    usual.remove("SHAPE_ENCODING");
+    shell.setProcessEnvironment(usual);
     shell.start("sh", {"-c", command});
     QVERIFY(shell.waitForFinished());
     QVERIFY2(shell.exitCode() == 0, qPrintable(command + QString::fromLocal8Bit(shell.readAllStandardError())));
