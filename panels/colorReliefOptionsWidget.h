@@ -37,7 +37,7 @@ public:
     void loadLibrary(const QString &folder);
 
     /// The file of the table that the tool gets: in the spread mode, unless the chosen table itself is asked
-    /// for, one that is written for the DEM when it is asked for; it replaces the one before. Empty when there
+    /// for, one that is written for the DEM when it is asked for, into a folder of its own. Empty when there
     /// is no table, or after a box that says why there is no file.
     QString colorFile(bool forceAbsolute);
 
@@ -86,7 +86,6 @@ private:
     QuvoProgressDialog m_progress;
     bool m_spread = false;       ///< the spread mode is on
     bool m_spreadWanted = false; ///< the user chose it
-    QString m_spreadFile;        ///< the file written last for the spread mode
     bool m_cancelStatistics = false;
     int m_changeTimer = 0; ///< identifier of the pending change timer; 0: none runs
 };

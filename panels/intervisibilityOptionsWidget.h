@@ -30,6 +30,8 @@ public:
     ProcessOptions processOptions() const override { return options(); }
     /// Writes the file of the observers, into a new folder each time.
     QString getCommandArguments() override;
+    /// Relative observers stand on the copy's ground: on the DEM's own they might stand below it.
+    QString previewArguments(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
 
@@ -37,6 +39,13 @@ public:
 
     /// The point of the table's current row; none where there is none.
     std::optional<ObserverPoint> currentObserver() const;
+
+    /// The table's current row, from 0; -1 where there is none.
+    int currentRow() const;
+
+    /// Moves the observer of a row, which becomes the current one, to a position in the DEM's coordinates; row
+    /// -1: a new observer comes there.
+    void placeObserver(int row, const QPointF &position);
 
 signals:
     void completeChanged();
@@ -84,7 +93,7 @@ private:
     void warnOfGround();
     ObserverPoint defaultPoint() const;
     void addPoints(const QList<ObserverPoint> &points);
-    void importPoints(QList<ObserverPoint> points);
+    QString argumentsWith(const QList<ToolObserver> &observers);
     void changeColor(ZoneColor &color);
     void resetColor(ZoneColor &color);
 

@@ -119,6 +119,7 @@ void MainDialogTest::init()
     m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/l'été \"中\" XXXXXX"));
     m_tools = findTools(QStringLiteral(QUVO_TREE));
     QSettings("KARVEX", "Riglios").clear();
+    QSettings("KARVEX", "Riglios").setValue("LastGeometry/showPreview", false); // no tool runs but those asked for
     QVERIFY(writeHill(path("dem.tif"), 64));
     Prompt::answerBeforehand({});
     QuvoFilerDialog::answerBeforehand({});

@@ -21,8 +21,13 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
+#include <QLineEdit>
+#include <QSplitter>
 #include <QStyleFactory>
+#include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 
 namespace
 {
@@ -63,6 +68,14 @@ void addProgress(Album &album)
     album.add(wheel, QStringLiteral("wheel"));
 }
 
+/// Longer than the pause after a change and a run on a reduced copy take.
+void waitForPreview()
+{
+    QEventLoop loop;
+    QTimer::singleShot(1500, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
 void addMainDialog(Album &album)
 {
     quvoGdalUtilities dialog(findTools(QStringLiteral(QUVO_TREE)), nullptr, {});
@@ -76,12 +89,17 @@ void addMainDialog(Album &album)
         QStringLiteral(QUVO_TREE "/libraries/colormap"));
     for (int point = 0; point < 3; ++point)
         dialog.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
+    dialog.findChild<QLineEdit *>(QStringLiteral("m_pLEElevationInterval"))->setText(QStringLiteral("100.000"));
     dialog.resize(dialog.sizeHint().expandedTo({707, 740})); // the offscreen screen is too small for it
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
+    const int tabsWidth = tabs->tabBar()->sizeHint().width();
+    dialog.findChild<QSplitter *>(QStringLiteral("m_pSplitter"))
+        ->setSizes({tabsWidth, dialog.width() - tabsWidth});
     for (int index = 0; index < tabs->count(); ++index) {
         if (!tabs->isTabVisible(index))
             continue;
         tabs->setCurrentIndex(index);
+        waitForPreview();
         album.add(dialog, tabs->widget(index)->objectName());
     }
 }
