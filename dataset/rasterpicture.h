@@ -24,6 +24,9 @@ public:
 
     bool isOpen() const { return m_dataset != nullptr; }
 
+    /// Whether it shows one band.
+    bool isGrey() const { return m_colourBands == 0; }
+
     /// In cells.
     QSize size() const { return m_size; }
 

@@ -1,4 +1,5 @@
 #include "app/PreviewPane.h"
+#include "app/previewDialog.h"
 #include "app/previewgeometry.h"
 #include "app/previewqueue.h"
 #include "app/quvoGdalUtilities.h"
@@ -49,6 +50,7 @@ private slots:
     void pictures();
     void productIsTheToolsOwn_data();
     void productIsTheToolsOwn();
+    void vectorProducts();
     void observersAreSetInThePicture();
     void aPartIsSeenAtFullResolution();
     void launchEndsPreviews();
@@ -87,7 +89,8 @@ struct Dialog
 QPoint placeOf(const PreviewLabel &label, const QPointF &cell)
 {
     const QRectF shown = shownRect(label.view(), label.size());
-    return (shown.topLeft() + (cell - label.view().topLeft()) * (shown.width() / label.view().width())).toPoint();
+    return (shown.topLeft() + (cell - label.view().topLeft()) * (shown.width() / label.view().width()))
+        .toPoint();
 }
 
 /// Whether a child process of this one is alive.
@@ -124,26 +127,46 @@ void PreviewsTest::queue_data()
     QTest::addColumn<QString>("events");
     QTest::addColumn<QString>("due");
 
-    QTest::newRow("hidden") << "dem complete" << "-";
-    QTest::newRow("shown") << "dem complete show" << "R";
-    QTest::newRow("one at a time") << "dem complete show begin" << "-";
-    QTest::newRow("reduced") << "dem complete show begin good" << "C";
-    QTest::newRow("incomplete") << "dem show begin good" << "-";
-    QTest::newRow("all shown") << "dem complete show begin good begin good" << "-";
-    QTest::newRow("burst") << "dem complete show begin good change change change" << "C";
-    QTest::newRow("change during a run") << "dem complete show begin good begin change" << "-!";
-    QTest::newRow("change after it") << "dem complete show begin good begin change ended" << "C";
-    QTest::newRow("change during a reduction") << "dem complete show begin change" << "-";
-    QTest::newRow("another part") << "dem complete show begin good begin part" << "-!";
-    QTest::newRow("part reduced anew") << "dem complete show begin good begin part ended" << "R";
-    QTest::newRow("whole at hand") << "dem complete show begin good part dem have" << "C";
-    QTest::newRow("launch") << "dem complete show begin good begin hold" << "-!";
-    QTest::newRow("during a launch") << "dem complete show begin good begin hold ended change" << "-";
-    QTest::newRow("after a launch") << "dem complete show begin good begin hold ended release" << "C";
-    QTest::newRow("hidden during a run") << "dem complete show begin hide" << "-!";
-    QTest::newRow("failure") << "dem complete show begin bad change part" << "-";
-    QTest::newRow("stale failure") << "dem complete show begin good begin change bad" << "C";
-    QTest::newRow("incomplete meanwhile") << "dem complete show begin good begin incomplete" << "-!";
+    QTest::newRow("hidden") << "dem complete"
+                            << "-";
+    QTest::newRow("shown") << "dem complete show"
+                           << "R";
+    QTest::newRow("one at a time") << "dem complete show begin"
+                                   << "-";
+    QTest::newRow("reduced") << "dem complete show begin good"
+                             << "C";
+    QTest::newRow("incomplete") << "dem show begin good"
+                                << "-";
+    QTest::newRow("all shown") << "dem complete show begin good begin good"
+                               << "-";
+    QTest::newRow("burst") << "dem complete show begin good change change change"
+                           << "C";
+    QTest::newRow("change during a run") << "dem complete show begin good begin change"
+                                         << "-!";
+    QTest::newRow("change after it") << "dem complete show begin good begin change ended"
+                                     << "C";
+    QTest::newRow("change during a reduction") << "dem complete show begin change"
+                                               << "-";
+    QTest::newRow("another part") << "dem complete show begin good begin part"
+                                  << "-!";
+    QTest::newRow("part reduced anew") << "dem complete show begin good begin part ended"
+                                       << "R";
+    QTest::newRow("whole at hand") << "dem complete show begin good part dem have"
+                                   << "C";
+    QTest::newRow("launch") << "dem complete show begin good begin hold"
+                            << "-!";
+    QTest::newRow("during a launch") << "dem complete show begin good begin hold ended change"
+                                     << "-";
+    QTest::newRow("after a launch") << "dem complete show begin good begin hold ended release"
+                                    << "C";
+    QTest::newRow("hidden during a run") << "dem complete show begin hide"
+                                         << "-!";
+    QTest::newRow("failure") << "dem complete show begin bad change part"
+                             << "-";
+    QTest::newRow("stale failure") << "dem complete show begin good begin change bad"
+                                   << "C";
+    QTest::newRow("incomplete meanwhile") << "dem complete show begin good begin incomplete"
+                                          << "-!";
 }
 
 void PreviewsTest::queue()
@@ -273,7 +296,8 @@ void PreviewsTest::productIsTheToolsOwn()
     QFETCH(QStringList, arguments);
     Dialog dialog(m_tools);
     dialog.showTab(tab);
-    dialog.window.findChild<colorReliefOptionsWidget *>()->loadLibrary(QStringLiteral(QUVO_TREE "/libraries/colormap"));
+    dialog.window.findChild<colorReliefOptionsWidget *>()->loadLibrary(
+        QStringLiteral(QUVO_TREE "/libraries/colormap"));
     dialog.window.setInputDem(path("dem.tif"));
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
 
@@ -291,6 +315,41 @@ void PreviewsTest::productIsTheToolsOwn()
     QCOMPARE(byHand.size(), QSize(800, 800));
     QCOMPARE(dialog.output()->picture(), byHand.read({0, 0, 800, 800}, {800, 800}));
     QVERIFY(!QFile::exists(path("dem.tif.aux.xml")));
+}
+
+void PreviewsTest::vectorProducts()
+{
+    Dialog dialog(m_tools);
+    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("10.000");
+    dialog.showTab(6);
+    dialog.window.setInputDem(path("dem.tif"));
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
+    const auto coloured = [](const QImage &image) {
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                count += qRed(image.pixel(x, y)) - qBlue(image.pixel(x, y)) > 40;
+        }
+        return count;
+    };
+    QVERIFY(coloured(dialog.output()->picture()) > 500); // lines over the greys
+    const QImage tenMetres = dialog.output()->picture();
+    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("0.000"); // what the tool would not understand
+    QVERIFY(!dialog.hasOutput());
+    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("50.000");
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
+    QVERIFY(coloured(dialog.output()->picture()) < coloured(tenMetres));
+
+    QCOMPARE(QProcess::execute(m_tools.contour, {"-q", "-i", "10", path("dem.tif"), path("lines.shp")}), 0);
+    previewDialog large(path("lines.shp"), nullptr);
+    QVERIFY(large.canShow());
+    large.show();
+    const auto label = large.findChild<PreviewLabel *>();
+    QTRY_VERIFY(coloured(label->picture()) > 500);
+    const QImage whole = label->picture();
+    large.slot_zoomIn();
+    QTRY_VERIFY(coloured(label->picture()) > 0 && label->picture() != whole);
+    QVERIFY(!previewDialog(path("none.tif"), nullptr).canShow());
 }
 
 void PreviewsTest::observersAreSetInThePicture()

@@ -6,6 +6,7 @@
 
 #include "app/aboutDialog.h"
 #include "app/outputFileAdvancedOptionsDialog.h"
+#include "app/previewDialog.h"
 #include "app/processResultDialog.h"
 #include "app/quvoGdalUtilities.h"
 #include "app/stylesheet.h"
@@ -131,6 +132,11 @@ void addResults(Album &album)
     result.command = QStringLiteral("\"/opt/gdal_dem.exe\" hillshade \"/home/user/dem.tif\" -z 1");
     processResultDialog good(result, nullptr);
     album.add(good, QStringLiteral("result_done"));
+
+    previewDialog relief(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"), nullptr);
+    relief.show();
+    waitForPreview();
+    album.add(relief, QStringLiteral("preview"));
 
     result.picture = QStringLiteral(":/QuvoGdalUtilities/images/cancel2.png");
     result.text =
