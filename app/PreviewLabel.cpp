@@ -115,8 +115,8 @@ void PreviewLabel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
     if (m_picture.isNull() || m_view.isEmpty()) {
-        painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
-        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, m_text);
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(rect().adjusted(0, height() / 5, 0, 0), Qt::AlignHCenter | Qt::TextWordWrap, m_text);
         return;
     }
     const QRectF area = shown();

@@ -163,7 +163,7 @@ bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vec
         image = groundForLines(m_input.picture->picture());
         const QSize room = m_output.picture->size();
         const double shown = std::max(1, std::min(room.width(), room.height()));
-        constexpr double lineWidth = 0.8; // on the screen, however large the picture is
+        constexpr double lineWidth = 0.45; // on the screen, however large the picture is
         lines.begin(image, pictureToGround(image.size(), part),
                     lineWidth * std::max(1.0, std::max(image.width(), image.height()) / shown));
         while (lines.advance(1000)) { }
