@@ -163,7 +163,7 @@ bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vec
         image = groundForLines(m_input.picture->picture());
         const QSize room = m_output.picture->size();
         const double shown = std::max(1, std::min(room.width(), room.height()));
-        constexpr double lineWidth = 0.45; // on the screen, however large the picture is
+        constexpr double lineWidth = 0.6; // on the screen, however large the picture is
         lines.begin(image, pictureToGround(image.size(), part),
                     lineWidth * std::max(1.0, std::max(image.width(), image.height()) / shown));
         while (lines.advance(1000)) { }
@@ -295,6 +295,14 @@ void PreviewPane::showNote()
         tr("La molette agrandit une partie du MNT, qui est alors calculée plus finement ; tirer la "
            "déplace.",
            "MESS_APERCU_EXPL"));
+}
+
+QSize PreviewPane::minimumSizeHint() const
+{
+    const QSize picture = m_input.picture->minimumSizeHint();
+    const QMargins margins = layout()->contentsMargins();
+    return {picture.width() + margins.left() + margins.right(),
+            2 * picture.height() + 6 * fontMetrics().height()};
 }
 
 void PreviewPane::resizeEvent(QResizeEvent *event)

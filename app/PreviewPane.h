@@ -57,6 +57,9 @@ public:
     /// The compass reading of a shaded relief, whose light is drawn; none: there is no light.
     void setCompass(const std::optional<double> &compass);
 
+    /// Of one picture above the other.
+    QSize minimumSizeHint() const override;
+
     PreviewLabel *inputLabel() const { return m_input.picture; }
 
     /// The DEM's coordinates of a place as PreviewLabel::clicked() tells it.

@@ -144,18 +144,24 @@ void quvoGdalUtilities::connectPreviews()
             &quvoGdalUtilities::slot_updateMarkerPosition);
     connect(m_input.get(), &InputDem::demChanged, m_previewControl.get(), &PreviewControl::takeDem);
     slot_updateOutputFilePreview();
-    m_previews.setShown(m_lastGeometry.showPreview);
+    m_previews.setShown(!pane->isHidden());
 }
 
 void quvoGdalUtilities::restoreGeometryFromSettings()
 {
     m_lastGeometry = readLastGeometry();
     m_form->m_pSplitter->setStretchFactor(1, 1);
-    m_form->m_pGrpBPreviews->setVisible(m_lastGeometry.showPreview);
-    m_form->m_pPBShowPreview->setChecked(m_lastGeometry.showPreview);
+    m_form->m_pGrpBPreviews->hide();
+    const QVector<QRect> screens = availableScreens();
+    const int needed = minimumSizeHint().width() + m_form->m_pSplitter->handleWidth()
+        + m_form->m_pGrpBPreviews->minimumSizeHint().width();
+    const bool fits = std::any_of(screens.begin(), screens.end(),
+                                  [&](const QRect &screen) { return screen.width() >= needed; });
+    m_form->m_pGrpBPreviews->setVisible(m_lastGeometry.showPreview && fits);
+    m_form->m_pPBShowPreview->setChecked(m_lastGeometry.showPreview && fits);
     const QSize size =
         m_lastGeometry.isDefault ? m_lastGeometry.size.expandedTo(sizeHint()) : m_lastGeometry.size;
-    const QRect visible = visibleGeometry({m_lastGeometry.position, size}, availableScreens());
+    const QRect visible = visibleGeometry({m_lastGeometry.position, size}, screens);
     resize(visible.size());
     move(visible.topLeft());
     giveTabsTheirRoom();

@@ -74,8 +74,9 @@ struct Dialog
     explicit Dialog(const ToolPaths &tools)
         : window(tools, nullptr, {})
     {
-        window.resize(780, 780);
         window.show();
+        if (!find<PreviewPane>("m_pGrpBPreviews")->isVisible()) // the screen is too small for them
+            find<QPushButton>("m_pPBShowPreview")->click();
     }
     template <class Widget> Widget *find(const char *name) { return window.findChild<Widget *>(name); }
     PreviewLabel *input() { return find<PreviewLabel>("m_pLInputImgPreview"); }

@@ -4,6 +4,7 @@
 //
 // The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language.
 
+#include "app/PreviewPane.h"
 #include "app/aboutDialog.h"
 #include "app/outputFileAdvancedOptionsDialog.h"
 #include "app/previewDialog.h"
@@ -91,7 +92,9 @@ void addMainDialog(Album &album)
     for (int point = 0; point < 3; ++point)
         dialog.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
     dialog.findChild<QLineEdit *>(QStringLiteral("m_pLEElevationInterval"))->setText(QStringLiteral("100.000"));
-    dialog.resize(dialog.sizeHint().expandedTo({707, 740})); // the offscreen screen is too small for it
+    if (dialog.findChild<PreviewPane *>()->isHidden()) // the offscreen screen is too small for them
+        dialog.slot_dialogExtension();
+    dialog.resize(dialog.sizeHint().expandedTo({707, 740}));
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
     const int tabsWidth = tabs->tabBar()->sizeHint().width();
     dialog.findChild<QSplitter *>(QStringLiteral("m_pSplitter"))
