@@ -273,6 +273,16 @@ void PreviewsTest::pictures()
     QCOMPARE(qRed(picture.pixel(1, 0)), 0); // below the 2nd percentile
     QCOMPARE(qRed(picture.pixel(9, 9)), 255);
     QVERIFY(qAbs(qRed(picture.pixel(0, 5)) - 128) < 5);
+    // Percentages are taken of what was noted, not of the cells.
+    QVERIFY(noteExtremes(path("ramp.tif"), 1, 0.0, 198.0));
+    QFile table(path("percent.txt"));
+    QVERIFY(table.open(QIODevice::WriteOnly) && table.write("0% 0 0 0\n100% 198 198 198\n") > 0);
+    table.close();
+    QCOMPARE(QProcess::execute(m_tools.dem,
+                               {"color-relief", path("ramp.tif"), path("percent.txt"), path("grey.tif"), "-q"}),
+             0);
+    QCOMPARE(qRed(RasterPicture(path("grey.tif")).read({0, 0, 10, 10}, {10, 10}).pixel(9, 9)), 99);
+
     QVERIFY(RasterPicture(path("ramp.tif"), 1).read({5, 5, 10, 10}, {10, 10}).isNull());
     QVERIFY(!RasterPicture(path("ramp.tif"), 2).isOpen());
     QVERIFY(!RasterPicture(path("none.tif"), 1).isOpen());
