@@ -2,6 +2,7 @@
 
 #include "app/dialogrules.h"
 #include "app/settings.h"
+#include "dataset/QuvoFilerDialog.h"
 #include "dataset/pathencoding.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
@@ -17,6 +18,15 @@ namespace
 {
 
 constexpr int typingPause = 300; // ms
+
+QString filterPattern()
+{
+#ifdef Q_OS_WIN
+    return QStringLiteral("*.*");
+#else
+    return QStringLiteral("*");
+#endif
+}
 
 } // namespace
 
@@ -87,6 +97,21 @@ bool InputDem::eventFilter(QObject *watched, QEvent *event)
 bool InputDem::choose(const QString &path)
 {
     return open(path, MoveToFront);
+}
+
+void InputDem::select()
+{
+    const StartDirectory choices{m_lastChosenFolder, m_keepStartingDir, QDir::currentPath(),
+                                 m_paths->currentText(), m_paths->itemText(1)};
+    const QString path = QuvoFilerDialog::getSelection(
+        m_dialog, QuvoFilerDialog::OpenFile,
+        labelText({"MESS_CHX_MNT", "Choisir un Modèle Numérique de Terrain..."}), startDirectory(choices),
+        QStringLiteral("%1 (%2)").arg(labelText({"MESS_MNT_EXP", "Modèle Numérique de Terrain"}),
+                                      filterPattern()));
+    if (path.isEmpty())
+        return;
+    m_lastChosenFolder = QFileInfo(path).absolutePath();
+    choose(path);
 }
 
 bool InputDem::open(const QString &typed, Listing listing)

@@ -38,6 +38,12 @@ public:
     /// before.
     bool choose(const QString &path);
 
+    /// Asks for a file and makes it the input.
+    void select();
+
+    /// Whether the first dialog for choosing a DEM opens in the current directory.
+    void setKeepStartingDir(bool keep) { m_keepStartingDir = keep; }
+
 signals:
     /// There is another DEM, or none for the moment (an empty path).
     void changed(const QString &path);
@@ -73,4 +79,6 @@ private:
     QStringList m_files;
     DemInfo m_dem;
     ExtremesScan m_scan;
+    QString m_lastChosenFolder; ///< of the DEM that was last chosen in a file dialog
+    bool m_keepStartingDir = false;
 };

@@ -72,3 +72,15 @@ QString besideInput(const QString &name, const QString &input)
         return name;
     return QDir::cleanPath(QFileInfo(input).absoluteDir().absoluteFilePath(name));
 }
+
+bool isPreviewable(const ProcessOptions &options)
+{
+    const auto *colors = std::get_if<ColorReliefOptions>(&options);
+    return optionsProblem(options).isEmpty() && !(colors && colors->spread && !colors->minimum);
+}
+
+std::optional<double> compassOf(const ProcessOptions &options)
+{
+    const auto *shaded = std::get_if<ShadedOptions>(&options);
+    return shaded ? std::optional(shaded->compass) : std::nullopt;
+}

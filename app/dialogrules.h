@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panels/processoptions.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -41,3 +43,10 @@ QString adaptExtension(const QString &name, const QStringList &extensions, const
 
 /// An output name without a folder, or with a relative one, is one of the input's folder; any other stays.
 QString besideInput(const QString &name, const QString &input);
+
+/// Whether a preview can be made of complete options: those that the tool would not understand have none, nor
+/// has a colour table that is spread over elevations which are still looked for.
+bool isPreviewable(const ProcessOptions &options);
+
+/// The compass reading of a shaded relief; none for any other process.
+std::optional<double> compassOf(const ProcessOptions &options);

@@ -1,5 +1,6 @@
 #include "app/processResultDialog.h"
 
+#include "app/previewDialog.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
 #include "ui_processResultDialog.h"
@@ -58,10 +59,14 @@ processResultDialog::~processResultDialog() = default;
 
 void processResultDialog::slot_showResult()
 {
-    if (!openWithShell(m_result.file, m_services))
-        Prompt::warning(
-            this,
-            labelText({"MESS_RES_NON_OUVERT", "Aucun programme n'a pu ouvrir « %1 »."}).arg(m_result.file));
+    auto dialog = new previewDialog(m_result.file, this, m_services);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    if (dialog->canShow()) {
+        dialog->open();
+    } else { // another program may know the format
+        dialog->slot_openWith();
+        dialog->deleteLater();
+    }
 }
 
 void processResultDialog::slot_openFolder()

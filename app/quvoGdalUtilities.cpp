@@ -3,6 +3,7 @@
 #include "app/InputDem.h"
 #include "app/OutputFile.h"
 #include "app/PanelArea.h"
+#include "app/PreviewControl.h"
 #include "app/SettingsMenu.h"
 #include "app/aboutDialog.h"
 #include "app/copiedcommand.h"
@@ -10,10 +11,11 @@
 #include "app/launchquestions.h"
 #include "app/outputFileAdvancedOptionsDialog.h"
 #include "app/outputname.h"
-#include "app/processResultDialog.h"
+#include "app/runresults.h"
 #include "app/windowrecipe.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
+#include "dataset/rasterpicture.h"
 #include "messages/Prompt.h"
 #include "panels/aspectOptionsWidget.h"
 #include "panels/colorReliefOptionsWidget.h"
@@ -47,15 +49,6 @@ QVector<QRect> availableScreens()
     return areas;
 }
 
-QString filterPattern()
-{
-#ifdef Q_OS_WIN
-    return QStringLiteral("*.*");
-#else
-    return QStringLiteral("*");
-#endif
-}
-
 /// The local file of a drop; empty for none, or more than one.
 QString droppedFile(const QMimeData *data)
 {
@@ -71,6 +64,8 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     , m_tools(tools)
     , m_scriptRunner(nullptr)
     , m_run(m_scriptRunner)
+    , m_previews(m_scriptRunner, tools, m_workFolder,
+                 [this](const QString &copy) { return previewRequest(copy); })
 {
     m_form->setupUi(this);
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
@@ -80,8 +75,8 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     addPanel(Process::ShadedRelief, new shadedOptionsWidget, m_form->shadedTab);
     addPanel(Process::Slope, new slopeOptionsWidget, m_form->slopeTab);
     addPanel(Process::Aspect, new aspectOptionsWidget, m_form->aspectTab);
-    addPanel(Process::Intervisibility, new intervisibilityOptionsWidget(m_workFolder),
-             m_form->intervisibilityTab);
+    m_intervisibility = new intervisibilityOptionsWidget(m_workFolder);
+    addPanel(Process::Intervisibility, m_intervisibility, m_form->intervisibilityTab);
     m_colorRelief = new colorReliefOptionsWidget(m_workFolder);
     addPanel(Process::ColorRelief, m_colorRelief, m_form->colorReliefTab);
     connect(m_colorRelief, &colorReliefOptionsWidget::extremesComputed, m_input.get(), &InputDem::setExtremes);
@@ -95,6 +90,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     restoreGeometryFromSettings();
     applyTexts();
     connectControls();
+    connectPreviews();
     slot_activeLaunchButton();
 }
 
@@ -108,6 +104,7 @@ template <class Panel> void quvoGdalUtilities::addPanel(Process process, Panel *
     tab->layout()->addWidget(new PanelArea(panel, tab));
     connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_activeLaunchButton);
     connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
+    connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_updateOutputFilePreview);
     connect(m_input.get(), &InputDem::demChanged, panel, &Panel::setDem);
 }
 
@@ -131,21 +128,62 @@ void quvoGdalUtilities::connectControls()
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &quvoGdalUtilities::close);
 }
 
+void quvoGdalUtilities::connectPreviews()
+{
+    PreviewPane *pane = m_form->m_pGrpBPreviews;
+    m_previewControl = std::make_unique<PreviewControl>(*pane, m_previews, *m_intervisibility);
+    connect(&m_previews, &Previews::reduced, this, &quvoGdalUtilities::slot_showInputFilePreview);
+    connect(&m_previews, &Previews::reducingProgress, this, &quvoGdalUtilities::slot_updateReducingProgress);
+    connect(&m_previews, &Previews::reductionFailed, this, &quvoGdalUtilities::slot_reduceProcessFailed);
+    connect(&m_previews, &Previews::computed, this, &quvoGdalUtilities::slot_showOutputFilePreview);
+    connect(&m_previews, &Previews::computingProgress, this,
+            &quvoGdalUtilities::slot_updatePreviewComputingProgress);
+    connect(&m_previews, &Previews::computationFailed, this, &quvoGdalUtilities::slot_previewProcessFailed);
+    connect(m_form->m_pTabWidget, &QTabWidget::currentChanged, this,
+            &quvoGdalUtilities::slot_updateOutputFilePreview);
+    connect(m_form->m_pPBShowPreview, &QPushButton::clicked, this, &quvoGdalUtilities::slot_dialogExtension);
+    connect(pane->inputLabel(), &PreviewLabel::clicked, this, &quvoGdalUtilities::slot_onPreviewLabelClicked);
+    connect(m_intervisibility, &intervisibilityOptionsWidget::currentObserverPointChanged, this,
+            &quvoGdalUtilities::slot_updateMarkerPosition);
+    connect(m_input.get(), &InputDem::demChanged, m_previewControl.get(), &PreviewControl::takeDem);
+    slot_updateOutputFilePreview();
+    m_previews.setShown(!pane->isHidden());
+}
+
 void quvoGdalUtilities::restoreGeometryFromSettings()
 {
     m_lastGeometry = readLastGeometry();
+    m_form->m_pSplitter->setStretchFactor(1, 1);
+    m_form->m_pGrpBPreviews->hide();
+    const QVector<QRect> screens = availableScreens();
+    const int needed = minimumSizeHint().width() + m_form->m_pSplitter->handleWidth()
+        + m_form->m_pGrpBPreviews->minimumSizeHint().width();
+    const bool fits = std::any_of(screens.begin(), screens.end(),
+                                  [&](const QRect &screen) { return screen.width() >= needed; });
+    m_form->m_pGrpBPreviews->setVisible(m_lastGeometry.showPreview && fits);
+    m_form->m_pPBShowPreview->setChecked(m_lastGeometry.showPreview && fits);
     const QSize size =
         m_lastGeometry.isDefault ? m_lastGeometry.size.expandedTo(sizeHint()) : m_lastGeometry.size;
-    const QRect visible = visibleGeometry({m_lastGeometry.position, size}, availableScreens());
+    const QRect visible = visibleGeometry({m_lastGeometry.position, size}, screens);
     resize(visible.size());
     move(visible.topLeft());
+    giveTabsTheirRoom();
+}
+
+/// The previews get what the tabs do not need.
+void quvoGdalUtilities::giveTabsTheirRoom()
+{
+    const int tabs = m_form->m_pTabWidget->tabBar()->sizeHint().width();
+    m_form->m_pSplitter->setSizes({tabs, qMax(0, width() - tabs)});
 }
 
 QSize quvoGdalUtilities::sizeHint() const
 {
     const QMargins margins = layout()->contentsMargins();
-    const int tabs = m_form->m_pTabWidget->tabBar()->sizeHint().width();
-    return QDialog::sizeHint().expandedTo({tabs + margins.left() + margins.right(), 0});
+    int width = m_form->m_pTabWidget->tabBar()->sizeHint().width();
+    if (!m_form->m_pGrpBPreviews->isHidden())
+        width += m_form->m_pSplitter->handleWidth() + m_form->m_pGrpBPreviews->sizeHint().width();
+    return QDialog::sizeHint().expandedTo({width + margins.left() + margins.right(), 0});
 }
 
 void quvoGdalUtilities::setInputDem(const QString &path)
@@ -156,7 +194,7 @@ void quvoGdalUtilities::setInputDem(const QString &path)
 
 void quvoGdalUtilities::setKeepStartingDir(bool keep)
 {
-    m_keepStartingDir = keep;
+    m_input->setKeepStartingDir(keep);
 }
 
 std::optional<Process> quvoGdalUtilities::currentProcess() const
@@ -209,17 +247,7 @@ void quvoGdalUtilities::slot_onOutputFileChanged()
 
 void quvoGdalUtilities::slot_selectInputDem()
 {
-    const StartDirectory choices{m_lastChosenFolder, m_keepStartingDir, QDir::currentPath(),
-                                 m_form->m_pCBInputListFile->currentText(),
-                                 m_form->m_pCBInputListFile->itemText(1)};
-    const QString path = QuvoFilerDialog::getSelection(
-        this, QuvoFilerDialog::OpenFile, tr("Choisir un Modèle Numérique de Terrain...", "MESS_CHX_MNT"),
-        startDirectory(choices),
-        QStringLiteral("%1 (%2)").arg(tr("Modèle Numérique de Terrain", "MESS_MNT_EXP"), filterPattern()));
-    if (path.isEmpty())
-        return;
-    m_lastChosenFolder = QFileInfo(path).absolutePath();
-    m_input->choose(path);
+    m_input->select();
 }
 
 void quvoGdalUtilities::slot_selectOutputFile()
@@ -306,10 +334,15 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
     slot_activeLaunchButton();
 }
 
-std::optional<RunPlan> quvoGdalUtilities::currentPlan()
+bool quvoGdalUtilities::mayLaunch()
 {
     slot_activeLaunchButton(); // options that have just been typed count
-    if (m_run.isRunning() || !m_form->m_pPBLaunchProcess->isEnabled())
+    return !m_run.isRunning() && m_form->m_pPBLaunchProcess->isEnabled();
+}
+
+std::optional<RunPlan> quvoGdalUtilities::currentPlan()
+{
+    if (!mayLaunch())
         return std::nullopt;
     ProcessingRequest request = currentRequest();
     request.fragment = currentPanel()->getCommandArguments();
@@ -330,22 +363,32 @@ std::optional<RunPlan> quvoGdalUtilities::currentPlan()
 
 void quvoGdalUtilities::slot_launchProcess()
 {
+    if (!mayLaunch())
+        return;
+    m_previews.hold();
+    if (!launch())
+        m_previews.release();
+}
+
+bool quvoGdalUtilities::launch()
+{
     auto planned = currentPlan();
     if (!planned)
-        return;
+        return false;
     RunPlan &plan = *planned;
     plan.warnings += currentPanel()->launchWarnings();
     auto lock = std::make_unique<OutputLock>(plan.request.output);
     if (!lock->problem().isEmpty()) {
         Prompt::warning(this, lock->problem());
-        return;
+        return false;
     }
     if (!mayOverwrite(plan, this) || !mayGoOn(plan, this))
-        return;
+        return false;
     m_settings->noteRun(recipeOf(plan.request, currentPanel()->processOptions()));
     m_run.start(plan, std::move(lock), true,
                 imageFolder + QStringLiteral("icones/")
                     + QString::fromLatin1(processRow(*plan.request.process).icon));
+    return true;
 }
 
 void quvoGdalUtilities::warnOfOutput(const QString &name, const QString &problem)
@@ -358,49 +401,111 @@ void quvoGdalUtilities::warnOfOutput(const QString &name, const QString &problem
 
 void quvoGdalUtilities::slot_processFinished()
 {
-    ProcessResult result;
-    result.title = tr("Opération terminée", "MESS_OP_TERMINEE");
-    result.picture = imageFolder + QStringLiteral("ok2.png");
-    result.text =
-        tr("Le traitement s'est déroulé avec succès et le résultat est disponible.", "MESS_TRAIT_FINI_RES");
-    result.file = m_run.plan().request.output;
-    if (!m_run.outcome().warning.isEmpty())
-        result.text += QStringLiteral("\n\n") + m_run.outcome().warning;
-    showResult(result);
+    showResult(finishedResult(m_run));
 }
 
 void quvoGdalUtilities::slot_processAborted()
 {
     // Told from inside the progress window's own closing: the result waits until that is over.
-    QTimer::singleShot(0, this, [this] {
-        ProcessResult result;
-        result.title = tr("Fin du traitement", "MESS_FIN_TRAIT");
-        result.picture = imageFolder + QStringLiteral("cancel2.png");
-        result.text = tr("Le traitement a été annulé.", "MESS_TRAIT_ANNULE");
-        showResult(result);
-    });
+    QTimer::singleShot(0, this, [this] { showResult(abortedResult(m_run)); });
 }
 
 void quvoGdalUtilities::slot_processFailed(const QString &)
 {
-    ProcessResult result;
-    result.title = tr("Fin du traitement", "MESS_FIN_TRAIT");
-    result.picture = imageFolder + QStringLiteral("cancel2.png");
-    result.text = tr("Une erreur est survenue lors de la création de l'image de sortie.", "MESS_ERR_CREAT_IMG");
-    if (!m_run.outcome().sentence.isEmpty())
-        result.text += QStringLiteral("\n\n") + m_run.outcome().sentence;
-    showResult(result);
+    showResult(failedResult(m_run));
 }
 
-void quvoGdalUtilities::showResult(const ProcessResult &ofRun)
+void quvoGdalUtilities::showResult(const ProcessResult &result)
 {
-    ProcessResult result = ofRun;
-    result.command = m_run.plan().command;
-    result.exitCode = m_run.outcome().exitCode;
-    result.toolText = m_run.outcome().toolText;
     auto dialog = new processResultDialog(result, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
+    m_previews.release();
+}
+
+std::optional<ProcessingRequest> quvoGdalUtilities::previewRequest(const QString &copy)
+{
+    ProcessingRequest request = currentRequest();
+    request.fragment = currentPanel()->previewArguments(copy);
+    if (request.process == Process::ColorRelief) {
+        request.colorTableFile = m_colorRelief->colorFile(false);
+        if (request.colorTableFile.isEmpty())
+            return std::nullopt;
+        const Extremes &extremes = m_input->dem().extremes; // percentages are of the DEM, not of its copy
+        if (extremes.known)
+            noteExtremes(copy, request.band, extremes.minimum, extremes.maximum);
+    }
+    return request;
+}
+
+void quvoGdalUtilities::slot_updateOutputFilePreview()
+{
+    const auto process = currentProcess();
+    m_previewControl->showPanel(currentPanel(),
+                                m_form->m_pTabWidget->tabText(m_form->m_pTabWidget->currentIndex()),
+                                process && processRow(*process).product == ProductKind::Vector);
+}
+
+void quvoGdalUtilities::slot_showInputFilePreview()
+{
+    m_previewControl->showInput();
+}
+
+void quvoGdalUtilities::slot_updateReducingProgress(int percent)
+{
+    m_form->m_pGrpBPreviews->setReducing(percent);
+}
+
+void quvoGdalUtilities::slot_reduceProcessFailed(const QString &toolText)
+{
+    slot_previewProcessFailed(toolText);
+}
+
+void quvoGdalUtilities::slot_showOutputFilePreview()
+{
+    m_previewControl->showOutput();
+}
+
+void quvoGdalUtilities::slot_updatePreviewComputingProgress(int percent)
+{
+    m_form->m_pGrpBPreviews->setComputing(percent);
+}
+
+void quvoGdalUtilities::slot_previewProcessFailed(const QString &toolText)
+{
+    m_form->m_pGrpBPreviews->hide();
+    m_form->m_pPBShowPreview->setChecked(false);
+    m_form->m_pPBShowPreview->setEnabled(false);
+    const QString text =
+        tr("Une erreur est survenue lors de la création d'une vue réduite du MNT.\nLe mécanisme "
+           "de preview doit être désactivé.",
+           "MESS_ERR_APERCU_DES");
+    Prompt::warning(this, QStringLiteral("%1\n\n%2").arg(text, toolText.trimmed()).trimmed());
+}
+
+void quvoGdalUtilities::slot_dialogExtension()
+{
+    PreviewPane *pane = m_form->m_pGrpBPreviews;
+    const bool show = pane->isHidden();
+    const int room = m_form->m_pSplitter->handleWidth() + (show ? pane->sizeHint() : pane->size()).width();
+    pane->setVisible(show);
+    m_form->m_pPBShowPreview->setChecked(show);
+    m_lastGeometry.showPreview = show;
+    if (!isMaximized() && !isFullScreen())
+        resize(width() + (show ? room : -room), height());
+    if (show)
+        giveTabsTheirRoom();
+    m_previews.setShown(show);
+}
+
+void quvoGdalUtilities::slot_updateMarkerPosition()
+{
+    m_previewControl->showObservers();
+}
+
+void quvoGdalUtilities::slot_onPreviewLabelClicked(int x, int y, QSize shown)
+{
+    m_previewControl->placeObserver(x, y, shown);
 }
 
 void quvoGdalUtilities::slot_showAboutAppDialog()
@@ -431,6 +536,7 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
     if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
         applyTexts();
+        slot_updateOutputFilePreview();
     }
     QDialog::changeEvent(event);
 }

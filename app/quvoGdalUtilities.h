@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Previews.h"
 #include "app/ProductRun.h"
 #include "app/outputoptions.h"
 #include "app/recipe.h"
@@ -16,7 +17,9 @@
 
 class colorReliefOptionsWidget;
 class InputDem;
+class intervisibilityOptionsWidget;
 class optionsWidget;
+class PreviewControl;
 class OutputFile;
 class SettingsMenu;
 struct ProcessResult;
@@ -57,6 +60,21 @@ public:
     QSize sizeHint() const override;
 
 public slots:
+    void slot_showInputFilePreview();
+    void slot_updateOutputFilePreview();
+    void slot_updateReducingProgress(int percent);
+    void slot_reduceProcessFailed(const QString &toolText);
+    void slot_showOutputFilePreview();
+    void slot_updatePreviewComputingProgress(int percent);
+    /// The previews stay off until the program is started anew.
+    void slot_previewProcessFailed(const QString &toolText);
+    /// Shows or hides the previews; the window grows or shrinks by them.
+    void slot_dialogExtension();
+    void slot_updateMarkerPosition();
+    /// On the intervisibility tab the current observer goes to the place, which is counted from the picture's
+    /// upper left corner; where there is none, a new one comes.
+    void slot_onPreviewLabelClicked(int x, int y, QSize shown);
+
     /// Saves the geometry, however the dialog is closed. While a run is on, asks first and stops it.
     void done(int result) override;
 
@@ -84,8 +102,10 @@ private:
 
     template <class Panel> void addPanel(Process process, Panel *panel, QWidget *tab);
     void connectControls();
+    void connectPreviews();
     void applyTexts();
     void restoreGeometryFromSettings();
+    void giveTabsTheirRoom();
 
     std::optional<Process> currentProcess() const;
     optionsWidget *currentPanel() const;
@@ -93,6 +113,9 @@ private:
     OutputOptions &currentOutputOptions();
     std::optional<RunPlan> currentPlan();
     void warnOfOutput(const QString &name, const QString &problem);
+    bool mayLaunch();
+    bool launch();
+    std::optional<ProcessingRequest> previewRequest(const QString &copy);
     void showResult(const ProcessResult &result);
 
     std::unique_ptr<Ui::quvoGdalUtilitiesDialog> m_form;
@@ -100,15 +123,16 @@ private:
     ToolPaths m_tools;
     QuvoScriptRunner m_scriptRunner;
     ProductRun m_run;
+    Previews m_previews;
+    std::unique_ptr<PreviewControl> m_previewControl;
     std::unique_ptr<InputDem> m_input;
     std::unique_ptr<OutputFile> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
     colorReliefOptionsWidget *m_colorRelief = nullptr;
+    intervisibilityOptionsWidget *m_intervisibility = nullptr;
     OutputOptions m_rasterOptions; ///< of the products of each kind
     OutputOptions m_vectorOptions;
     LastGeometry m_lastGeometry;
-    QString m_lastChosenFolder; ///< of the DEM that was last chosen in a file dialog
-    bool m_keepStartingDir = false;
 
     // By process, in the order of the enumeration: the index of its tab, and its panel.
     std::array<int, processCount> m_tabIndexes{};

@@ -45,7 +45,7 @@ set(allowed_runner "messages")
 set(allowed_panels "colortable;dataset;messages")
 set(allowed_app "panels;runner;dataset;colortable;messages;vectordraw")
 set(allowed_samples "vectordraw")
-set(allowed_bench "vectordraw")
+set(allowed_bench "app;runner;dataset;vectordraw")
 set(folders messages viewshed vectordraw colortable dataset runner panels app samples bench)
 
 # Single headers that a folder may include from one that it may not know as a whole.

@@ -15,7 +15,8 @@ DemGround::DemGround(const QString &path, int band)
     std::shared_ptr<GDALDataset> dataset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
     if (!dataset || band > dataset->GetRasterCount())
         return;
-    if (dataset->GetGeoTransform(m_toGround.data()) != CE_None)
+    m_georeferenced = dataset->GetGeoTransform(m_toGround.data()) == CE_None;
+    if (!m_georeferenced)
         m_toGround = {0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
     if (!GDALInvGeoTransform(m_toGround.data(), m_toCells.data()))
         return;
@@ -30,12 +31,40 @@ DemGround::DemGround(const QString &path, int band)
     m_dataset = dataset;
 }
 
+QPointF DemGround::toGround(const QPointF &cell) const
+{
+    return {m_toGround[0] + cell.x() * m_toGround[1] + cell.y() * m_toGround[2],
+            m_toGround[3] + cell.x() * m_toGround[4] + cell.y() * m_toGround[5]};
+}
+
 QPointF DemGround::centre() const
 {
-    const double column = m_width / 2.0;
-    const double row = m_height / 2.0;
-    return {m_toGround[0] + column * m_toGround[1] + row * m_toGround[2],
-            m_toGround[3] + column * m_toGround[4] + row * m_toGround[5]};
+    return toGround({m_width / 2.0, m_height / 2.0});
+}
+
+QString DemGround::unit() const
+{
+    const OGRSpatialReference *crs = m_dataset ? m_dataset->GetSpatialRef() : nullptr;
+    if (!crs)
+        return {};
+    if (crs->IsGeographic())
+        return QStringLiteral("°");
+    const double metres = crs->GetLinearUnits();
+    if (metres == 1.0)
+        return QStringLiteral("m");
+    return std::abs(metres - 0.3048) < 1e-6 ? QStringLiteral("ft") : QString();
+}
+
+QSizeF DemGround::metresPerUnit(const QPointF &point) const
+{
+    const OGRSpatialReference *crs = m_dataset ? m_dataset->GetSpatialRef() : nullptr;
+    if (!crs)
+        return {1.0, 1.0};
+    if (!crs->IsGeographic())
+        return {crs->GetLinearUnits(), crs->GetLinearUnits()};
+    const double radian = crs->GetAngularUnits();
+    const double metres = crs->GetSemiMajor() * radian;
+    return {metres * std::cos(point.y() * radian), metres};
 }
 
 double DemGround::cellSize() const

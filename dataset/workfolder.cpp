@@ -64,3 +64,9 @@ QString WorkFolder::newFolder()
     const QString folder = QStringLiteral("%1/%2").arg(path(), QString::number(++m_folders));
     return !path().isEmpty() && QDir().mkpath(folder) ? folder : QString();
 }
+
+void WorkFolder::removeFolders(int begin, int end)
+{
+    for (int folder = begin; m_folder && folder < end; ++folder)
+        QDir(m_folder->filePath(QString::number(folder + 1))).removeRecursively();
+}

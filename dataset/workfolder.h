@@ -24,6 +24,11 @@ public:
     /// A new folder in it; empty when none can be made.
     QString newFolder();
 
+    /// How many folders were made so far, and the removal of those from the n-th (counted from 0) up to the
+    /// last one before `end`. For files that nobody reads any more.
+    int folderCount() const { return m_folders; }
+    void removeFolders(int begin, int end);
+
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QLockFile> m_lock; ///< tells others that the process lives

@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QEvent>
-#include <QFile>
 #include <QFileInfo>
 #include <QTimerEvent>
 
@@ -384,13 +383,9 @@ QString colorReliefOptionsWidget::spreadFile(const QList<QuvoColorDef> &entries)
         Prompt::warning(this, tr("Aucune cellule du MNT ne porte d'altitude.", "MESS_STAT_VIDE"));
         return {};
     }
-    if (!m_spreadFile.isEmpty())
-        QFile::remove(m_spreadFile);
-    m_spreadFile = freeTableName(m_workFolder.path(), QStringLiteral("quvoColorTable"));
+    const QString file = freeTableName(m_workFolder.newFolder(), QStringLiteral("quvoColorTable"));
     const SpreadTable spread = spreadTable(entries, extremes.minimum, extremes.maximum);
-    if (!writeOwnFile(m_spreadFile, spread.text))
-        m_spreadFile.clear();
-    return m_spreadFile;
+    return writeOwnFile(file, spread.text) ? file : QString();
 }
 
 bool colorReliefOptionsWidget::writeOwnFile(const QString &path, const QByteArray &text)

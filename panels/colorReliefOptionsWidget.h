@@ -40,7 +40,7 @@ public:
     void loadLibrary(const QString &folder);
 
     /// The file of the table that the tool gets: in the spread mode, unless the chosen table itself is asked
-    /// for, one that is written for the DEM when it is asked for; it replaces the one before. Empty when there
+    /// for, one that is written for the DEM when it is asked for, into a folder of its own. Empty when there
     /// is no table, or after a box that says why there is no file.
     QString colorFile(bool forceAbsolute);
 
@@ -94,7 +94,6 @@ private:
     QuvoProgressDialog m_progress;
     bool m_spread = false;       ///< the spread mode is on
     bool m_spreadWanted = false; ///< the user chose it
-    QString m_spreadFile;        ///< the file written last for the spread mode
     QString m_libraryFolder;
     QStringList m_ownTables;         ///< files of the work folder that hold tables which came by value
     std::optional<double> m_minimum; ///< given elevations to spread the table over, in place of the DEM's

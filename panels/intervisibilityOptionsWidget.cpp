@@ -1,19 +1,15 @@
 #include "panels/intervisibilityOptionsWidget.h"
 
-#include "dataset/QuvoFilerDialog.h"
-#include "dataset/formatfilters.h"
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
-#include "panels/AbsoluteHeightEditor.h"
 #include "panels/PointDelegate.h"
-#include "panels/intervisibilityProcessInfoDialog.h"
 #include "panels/labels.h"
 #include "panels/numberfield.h"
+#include "panels/observerimport.h"
 #include "ui_intervisibilityOptionsWidget.h"
 
 #include <QClipboard>
 #include <QEvent>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -110,8 +106,21 @@ void intervisibilityOptionsWidget::connectColors()
 
 QString intervisibilityOptionsWidget::getCommandArguments()
 {
+    return argumentsWith(m_model.observers());
+}
+
+QString intervisibilityOptionsWidget::previewArguments(const QString &copy)
+{
+    ObserverPointsModel onCopy;
+    onCopy.setGround(DemGround(copy, m_dem.band));
+    onCopy.addPoints(m_model.points());
+    return argumentsWith(onCopy.observers());
+}
+
+QString intervisibilityOptionsWidget::argumentsWith(const QList<ToolObserver> &observers)
+{
     const QString folder = m_workFolder.newFolder();
-    const QString file = folder.isEmpty() ? QString() : writePointFile(folder, m_model.observers());
+    const QString file = folder.isEmpty() ? QString() : writePointFile(folder, observers);
     return intervisibilityFragment(options(), file);
 }
 
@@ -159,8 +168,26 @@ void intervisibilityOptionsWidget::setProcessOptions(const ProcessOptions &proce
 
 std::optional<ObserverPoint> intervisibilityOptionsWidget::currentObserver() const
 {
-    const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
-    return current.isValid() ? std::optional<ObserverPoint>(m_model.point(current.row())) : std::nullopt;
+    const int row = currentRow();
+    return row >= 0 ? std::optional<ObserverPoint>(m_model.point(row)) : std::nullopt;
+}
+
+int intervisibilityOptionsWidget::currentRow() const
+{
+    return m_form->m_pTViewObsPos->currentIndex().row();
+}
+
+void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &position)
+{
+    ObserverPoint point = row >= 0 ? m_model.point(row) : defaultPoint();
+    point.x = position.x();
+    point.y = position.y();
+    if (row < 0) {
+        addPoints({point});
+        return;
+    }
+    m_form->m_pTViewObsPos->setCurrentIndex(m_model.index(row, ObserverPointsModel::HeightColumn));
+    m_model.setPoint(row, point);
 }
 
 void intervisibilityOptionsWidget::setDem(const DemInfo &dem)
@@ -290,52 +317,7 @@ void intervisibilityOptionsWidget::pastePoints()
 
 void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()
 {
-    const QString file = QuvoFilerDialog::getSelection(
-        this, QuvoFilerDialog::OpenFile, tr("open vector", "MESS_CHX_VEC_AJOUT"),
-        QFileInfo(m_dem.path).absolutePath(),
-        QStringLiteral("%1 (%2);;%3 (*)")
-            .arg(tr("Fichiers vecteurs", "MESS_FICH_VECT"), vectorFilePatterns().join(QLatin1Char(' ')),
-                 tr("Tous les fichiers", "MESS_FICH_TOUS")));
-    if (file.isEmpty())
-        return;
-    const VectorObservers source = readVectorObservers(file, m_ground.crs());
-    if (!source.error.isEmpty()) {
-        Prompt::critical(this,
-                         tr("Format non reconnu", "MESS_ERR_FORMAT") + QStringLiteral("\n\n") + source.error);
-        return;
-    }
-    intervisibilityProcessInfoDialog choices(source, m_ground.width(), m_ground.height(), m_ground.cellSize(),
-                                             this);
-    if (choices.exec() != QDialog::Accepted)
-        return;
-    importPoints(observersFrom(source, choices.step(), defaultPoint(), choices.heightChoice()));
-    if (source.notTaken > 0)
-        Prompt::warning(
-            this,
-            tr("%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de coordonnées du "
-               "MNT.",
-               "MESS_OBS_NON_PRIS")
-                .arg(source.notTaken));
-}
-
-/// Points outside of the DEM come in at an altitude of their own, or not at all.
-void intervisibilityOptionsWidget::importPoints(QList<ObserverPoint> points)
-{
-    const auto isOutside = [this](const ObserverPoint &point) { return !m_ground.holds(point.position()); };
-    if (std::any_of(points.begin(), points.end(), isOutside)) {
-        AbsoluteHeightEditor editor(this);
-        if (editor.exec() == QDialog::Accepted) {
-            for (ObserverPoint &point : points) {
-                if (isOutside(point)) {
-                    point.mode = AltitudeMode::Absolute;
-                    point.height = editor.absoluteHeight();
-                }
-            }
-        } else {
-            points.erase(std::remove_if(points.begin(), points.end(), isOutside), points.end());
-        }
-    }
-    addPoints(points);
+    addPoints(importObservers(m_dem.path, m_ground, defaultPoint(), this));
 }
 
 void intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged()

@@ -31,6 +31,8 @@ public:
     void setProcessOptions(const ProcessOptions &options) override;
     /// Writes the file of the observers, into a new folder each time.
     QString getCommandArguments() override;
+    /// Relative observers stand on the copy's ground: on the DEM's own they might stand below it.
+    QString previewArguments(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
 
@@ -38,6 +40,13 @@ public:
 
     /// The point of the table's current row; none where there is none.
     std::optional<ObserverPoint> currentObserver() const;
+
+    /// The table's current row, from 0; -1 where there is none.
+    int currentRow() const;
+
+    /// Moves the observer of a row, which becomes the current one, to a position in the DEM's coordinates; row
+    /// -1: a new observer comes there.
+    void placeObserver(int row, const QPointF &position);
 
 signals:
     void completeChanged();
@@ -85,7 +94,7 @@ private:
     void warnOfGround();
     ObserverPoint defaultPoint() const;
     void addPoints(const QList<ObserverPoint> &points);
-    void importPoints(QList<ObserverPoint> points);
+    QString argumentsWith(const QList<ToolObserver> &observers);
     void changeColor(ZoneColor &color);
     void resetColor(ZoneColor &color);
 

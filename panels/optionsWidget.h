@@ -41,6 +41,9 @@ public:
     /// it stands.
     virtual QString getCommandArguments() = 0;
 
+    /// The argument fragment for a reduced copy of the DEM.
+    virtual QString previewArguments(const QString &) { return getCommandArguments(); }
+
     /// Whether the options are enough to launch the process.
     virtual bool isComplete() const = 0;
 

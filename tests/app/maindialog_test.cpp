@@ -1,3 +1,4 @@
+#include "app/PreviewLabel.h"
 #include "app/dialogrules.h"
 #include "app/outputFileAdvancedOptionsDialog.h"
 #include "app/processResultDialog.h"
@@ -119,6 +120,8 @@ void MainDialogTest::init()
     m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/l'été \"中\" XXXXXX"));
     m_tools = findTools(QStringLiteral(QUVO_TREE));
     QSettings("KARVEX", "Riglios").clear();
+    QSettings("KARVEX", "Riglios")
+        .setValue("LastGeometry/showPreview", false); // no tool runs but those asked for
     QVERIFY(writeHill(path("dem.tif"), 64));
     Prompt::answerBeforehand({});
     QuvoFilerDialog::answerBeforehand({});
@@ -529,6 +532,8 @@ void MainDialogTest::resultDialog()
     processResultDialog dialog(result, nullptr, services);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the desktop did not take"));
     dialog.findChild<QPushButton *>("m_pPBShowResult")->click();
+    QTRY_VERIFY(!dialog.findChild<PreviewLabel *>("m_pLPreview")->picture().isNull());
+    dialog.findChild<QPushButton *>("m_pPBOpenWith")->click();
     dialog.findChild<QPushButton *>("m_pPBOpenFolder")->click();
     dialog.findChild<QPushButton *>("m_pPBCopyCommand")->click();
     QCOMPARE(asked, (QStringList{"open " + path("dem.tif"), "show " + path("dem.tif")}));

@@ -152,7 +152,8 @@ void ColorReliefPanelTest::spreadFileFollowsDemAndTable()
     QTRY_COMPARE(changed.count(), 1);
     panel.add(write("b.txt", "0 8 8 8\n10 9 9 9\n"));
     QCOMPARE(bytesOf(panel.widget.colorFile(false)), QByteArray("-5\t8  8  8  255\n5\t9  9  9  255\n"));
-    QCOMPARE(panel.ownFiles(), QStringList{"quvoColorTable.txt"}); // one at a time
+    QVERIFY(panel.widget.colorFile(false)
+            != panel.widget.colorFile(false)); // a run may still read the one before
 
     const auto note = panel.widget.findChild<QLabel *>("m_pSpreadNote");
     QVERIFY(note->isHidden());

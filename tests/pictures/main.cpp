@@ -5,9 +5,11 @@
 // The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language.
 
 #include "app/HelpDialog.h"
+#include "app/PreviewPane.h"
 #include "app/RecentRunsDialog.h"
 #include "app/aboutDialog.h"
 #include "app/outputFileAdvancedOptionsDialog.h"
+#include "app/previewDialog.h"
 #include "app/processResultDialog.h"
 #include "app/quvoGdalUtilities.h"
 #include "app/stylesheet.h"
@@ -23,10 +25,15 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
+#include <QLineEdit>
 #include <QMenu>
+#include <QSplitter>
 #include <QStyleFactory>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTextBrowser>
+#include <QTimer>
 #include <QToolButton>
 
 namespace
@@ -68,6 +75,14 @@ void addProgress(Album &album)
     album.add(wheel, QStringLiteral("wheel"));
 }
 
+/// Longer than the pause after a change and a run on a reduced copy take.
+void waitForPreview()
+{
+    QEventLoop loop;
+    QTimer::singleShot(1500, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
 void addMainDialog(Album &album)
 {
     quvoGdalUtilities dialog(findTools(QStringLiteral(QUVO_TREE)), nullptr, {});
@@ -81,12 +96,19 @@ void addMainDialog(Album &album)
         QStringLiteral(QUVO_TREE "/libraries/colormap"));
     for (int point = 0; point < 3; ++point)
         dialog.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
-    dialog.resize(dialog.sizeHint().expandedTo({707, 740})); // the offscreen screen is too small for it
+    dialog.findChild<QLineEdit *>(QStringLiteral("m_pLEElevationInterval"))->setText(QStringLiteral("100.000"));
+    if (dialog.findChild<PreviewPane *>()->isHidden()) // the offscreen screen is too small for them
+        dialog.slot_dialogExtension();
+    dialog.resize(dialog.sizeHint().expandedTo({707, 740}));
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
+    const int tabsWidth = tabs->tabBar()->sizeHint().width();
+    dialog.findChild<QSplitter *>(QStringLiteral("m_pSplitter"))
+        ->setSizes({tabsWidth, dialog.width() - tabsWidth});
     for (int index = 0; index < tabs->count(); ++index) {
         if (!tabs->isTabVisible(index))
             continue;
         tabs->setCurrentIndex(index);
+        waitForPreview();
         album.add(dialog, tabs->widget(index)->objectName());
     }
     QMenu &menu = *dialog.findChild<QToolButton *>(QStringLiteral("m_pTBSettings"))->menu();
@@ -121,6 +143,11 @@ void addResults(Album &album)
     result.command = QStringLiteral("\"/opt/gdal_dem.exe\" hillshade \"/home/user/dem.tif\" -z 1");
     processResultDialog good(result, nullptr);
     album.add(good, QStringLiteral("result_done"));
+
+    previewDialog relief(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"), nullptr);
+    relief.show();
+    waitForPreview();
+    album.add(relief, QStringLiteral("preview"));
 
     result.picture = QStringLiteral(":/QuvoGdalUtilities/images/cancel2.png");
     result.text =

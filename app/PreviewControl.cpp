@@ -1,0 +1,80 @@
+#include "app/PreviewControl.h"
+
+#include "app/dialogrules.h"
+#include "panels/intervisibilityOptionsWidget.h"
+
+PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilityOptionsWidget &observers)
+    : m_pane(pane)
+    , m_runs(runs)
+    , m_observers(observers)
+{
+    connect(&runs, &Previews::reductionStarted, &pane, [&pane] { pane.setReducing(0); });
+    connect(&runs, &Previews::computationStarted, &pane, [&pane] { pane.setComputing(0); });
+    connect(&pane, &PreviewPane::partChanged, &runs, &Previews::setPart);
+    connect(&pane, &PreviewPane::observerMoved, &observers, &intervisibilityOptionsWidget::placeObserver);
+}
+
+void PreviewControl::takeDem(const DemInfo &dem)
+{
+    const bool anotherBand = dem.band != m_band;
+    m_band = dem.band;
+    if (m_pane.setDem(dem)) {
+        m_pane.setReducing(-1);
+        m_runs.setDem(m_pane.dem());
+    } else if (anotherBand && m_runs.running() != PreviewStep::Reduce) {
+        showInput();
+    } else {
+        return;
+    }
+    update(false);
+}
+
+void PreviewControl::showPanel(const optionsWidget *panel, const QString &name, bool vector)
+{
+    const bool another = panel != m_panel;
+    m_panel = panel;
+    m_vector = vector;
+    m_pane.setProductName(name);
+    update(another);
+}
+
+void PreviewControl::update(bool clear)
+{
+    const bool previewable = m_panel && m_panel->isComplete() && isPreviewable(m_panel->processOptions())
+        && m_panel->launchWarnings().isEmpty();
+    if (!previewable)
+        m_pane.clearOutput(
+            PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS"));
+    else if (clear)
+        m_pane.clearOutput(QString());
+    m_pane.setCompass(m_panel ? compassOf(m_panel->processOptions()) : std::nullopt);
+    m_pane.setComputing(-1);
+    showObservers();
+    m_runs.update(previewable);
+}
+
+void PreviewControl::showInput()
+{
+    m_pane.setReducing(-1);
+    m_pane.showInput(m_runs.copy(), m_runs.part());
+}
+
+void PreviewControl::showOutput()
+{
+    m_pane.setComputing(-1);
+    if (!m_pane.showOutput(m_runs.product(), m_runs.part(), m_vector))
+        m_pane.clearOutput(QString());
+}
+
+void PreviewControl::showObservers()
+{
+    const bool shown = m_panel == &m_observers;
+    m_pane.setObservers(shown ? m_observers.options().observers : QList<ObserverPoint>(),
+                        m_observers.currentRow());
+}
+
+void PreviewControl::placeObserver(int x, int y, const QSize &shown)
+{
+    if (m_panel == &m_observers)
+        m_observers.placeObserver(m_observers.currentRow(), m_pane.groundAt(x, y, shown));
+}

@@ -1,0 +1,80 @@
+#include "dataset/vectorpicture.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+#include "vectordraw/featurelayer.h"
+
+#include <QElapsedTimer>
+
+#include <ogrsf_frmts.h>
+
+#include <optional>
+
+/// A drawing that is under way.
+struct VectorPicture::Drawing
+{
+    Drawing(QImage &image, const std::array<double, 6> &toGround, double lineWidth)
+        : view{image.width(), image.height(), toGround, {}}
+        , surface(
+              vectordraw::Surface::onPixels(image.bits(), image.width(), image.height(), image.bytesPerLine()))
+        , painter(surface, {96.0, view.groundPerPixel()})
+    {
+        styles.lines = QStringLiteral("PEN(c:#8A5A32,w:%1px)").arg(lineWidth, 0, 'f', 2).toStdString();
+    }
+
+    vectordraw::View view;
+    vectordraw::Surface surface;
+    vectordraw::Painter painter;
+    vectordraw::DefaultStyles styles;
+    std::optional<vectordraw::FeatureLayer> features;
+    int layer = 0; ///< the next one
+};
+
+VectorPicture::VectorPicture() = default;
+
+VectorPicture::VectorPicture(const QString &path)
+{
+    const GdalMessages messages;
+    m_dataset.reset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR));
+}
+
+VectorPicture::~VectorPicture() = default;
+VectorPicture::VectorPicture(VectorPicture &&) noexcept = default;
+VectorPicture &VectorPicture::operator=(VectorPicture &&) noexcept = default;
+
+QRectF VectorPicture::extent() const
+{
+    OGREnvelope all;
+    for (int layer = 0; m_dataset && layer < m_dataset->GetLayerCount(); ++layer) {
+        OGREnvelope one;
+        if (m_dataset->GetLayer(layer)->GetExtent(&one) == OGRERR_NONE)
+            all.Merge(one);
+    }
+    return all.IsInit() ? QRectF(QPointF(all.MinX, all.MinY), QPointF(all.MaxX, all.MaxY)) : QRectF();
+}
+
+void VectorPicture::begin(QImage &picture, const std::array<double, 6> &toGround, double lineWidth)
+{
+    m_drawing = m_dataset ? std::make_unique<Drawing>(picture, toGround, lineWidth) : nullptr;
+}
+
+bool VectorPicture::advance(int milliseconds)
+{
+    constexpr int portion = 256; // features
+    const GdalMessages messages;
+    QElapsedTimer timer;
+    timer.start();
+    while (m_drawing && timer.elapsed() < milliseconds) {
+        if (m_drawing->features && m_drawing->features->drawNext(portion))
+            continue;
+        m_drawing->features.reset();
+        if (m_drawing->layer < m_dataset->GetLayerCount()) {
+            m_drawing->features.emplace(*m_dataset->GetLayer(m_drawing->layer++), m_drawing->view,
+                                        m_drawing->painter, m_drawing->styles, m_dataset->GetStyleTable());
+        } else {
+            m_drawing->surface.flush();
+            m_drawing.reset();
+        }
+    }
+    return m_drawing != nullptr;
+}
