@@ -4,6 +4,22 @@
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 
+void warnOfOutput(const QString &name, const QString &problem, QWidget *parent)
+{
+    Prompt::warning(
+        parent,
+        QStringLiteral("%1\n%2\n\n%3")
+            .arg(labelText({"MESS_INV_OUTPUT_FILE", "Le fichier de sortie n'est pas valide."}), name, problem));
+}
+
+void tellFault(const RunPlan &plan, QWidget *parent)
+{
+    if (plan.fault == RunFault::Output)
+        warnOfOutput(plan.request.output, plan.problem, parent);
+    else
+        Prompt::warning(parent, plan.problem);
+}
+
 bool mayOverwrite(const RunPlan &plan, QWidget *parent)
 {
     const QString existing = existingOutput(plan);

@@ -4,7 +4,15 @@
 
 class QWidget;
 
-// What the user is asked before a run begins. Each returns whether it may.
+// What the user is told and asked before a run begins.
+
+/// Tells why a name is none for an output.
+void warnOfOutput(const QString &name, const QString &problem, QWidget *parent);
+
+/// Tells what keeps a plan from starting.
+void tellFault(const RunPlan &plan, QWidget *parent);
+
+// Each of these returns whether the run may begin.
 
 /// Asks before an existing output is replaced.
 bool mayOverwrite(const RunPlan &plan, QWidget *parent);

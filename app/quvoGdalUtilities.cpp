@@ -1,5 +1,6 @@
 #include "app/quvoGdalUtilities.h"
 
+#include "app/FileDrop.h"
 #include "app/InputDem.h"
 #include "app/OutputFile.h"
 #include "app/PanelArea.h"
@@ -27,11 +28,9 @@
 #include "ui_quvoGdalUtilitiesDialog.h"
 
 #include <QDir>
-#include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QMimeData>
 #include <QScreen>
 #include <QTabBar>
 #include <QTimer>
@@ -47,13 +46,6 @@ QVector<QRect> availableScreens()
     for (const QScreen *screen : QGuiApplication::screens())
         areas += screen->availableGeometry();
     return areas;
-}
-
-/// The local file of a drop; empty for none, or more than one.
-QString droppedFile(const QMimeData *data)
-{
-    const QList<QUrl> addresses = data->urls();
-    return addresses.size() == 1 ? addresses.first().toLocalFile() : QString();
 }
 
 } // namespace
@@ -126,6 +118,12 @@ void quvoGdalUtilities::connectControls()
             &quvoGdalUtilities::slot_showOutputFileAdvancedOptions);
     connect(m_form->m_pPBLaunchProcess, &QPushButton::clicked, this, &quvoGdalUtilities::slot_launchProcess);
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &quvoGdalUtilities::close);
+    connect(new FileDrop(this), &FileDrop::dropped, this, [this](const QString &file) {
+        if (SettingsMenu::isSettingsFile(file))
+            m_settings->openFile(file);
+        else
+            setInputDem(file);
+    });
 }
 
 void quvoGdalUtilities::connectPreviews()
@@ -263,7 +261,7 @@ void quvoGdalUtilities::slot_selectOutputFile()
     if (output.problem.isEmpty())
         m_output->choose(path);
     else
-        warnOfOutput(path, output.problem);
+        warnOfOutput(path, output.problem, this);
 }
 
 ProcessingRequest quvoGdalUtilities::currentRequest() const
@@ -354,10 +352,7 @@ std::optional<RunPlan> quvoGdalUtilities::currentPlan()
     const RunPlan plan = planRun(request, m_tools);
     if (plan.fault == RunFault::None)
         return plan;
-    if (plan.fault == RunFault::Output)
-        warnOfOutput(request.output, plan.problem);
-    else
-        Prompt::warning(this, plan.problem);
+    tellFault(plan, this);
     return std::nullopt;
 }
 
@@ -389,14 +384,6 @@ bool quvoGdalUtilities::launch()
                 imageFolder + QStringLiteral("icones/")
                     + QString::fromLatin1(processRow(*plan.request.process).icon));
     return true;
-}
-
-void quvoGdalUtilities::warnOfOutput(const QString &name, const QString &problem)
-{
-    Prompt::warning(
-        this,
-        QStringLiteral("%1\n%2\n\n%3")
-            .arg(tr("Le fichier de sortie n'est pas valide.", "MESS_INV_OUTPUT_FILE"), name, problem));
 }
 
 void quvoGdalUtilities::slot_processFinished()
@@ -549,20 +536,4 @@ void quvoGdalUtilities::applyTexts()
     const bool vector = process && processRow(*process).product == ProductKind::Vector;
     m_form->m_pLOutputFile->setText(vector ? tr("Fichier vecteur à créer :", "MESS_FIC_VECT_A_CREER")
                                            : tr("Fichier à créer :", "MESS_FIC_A_CREER"));
-}
-
-void quvoGdalUtilities::dragEnterEvent(QDragEnterEvent *event)
-{
-    if (!droppedFile(event->mimeData()).isEmpty())
-        event->acceptProposedAction();
-}
-
-void quvoGdalUtilities::dropEvent(QDropEvent *event)
-{
-    event->acceptProposedAction();
-    const QString file = droppedFile(event->mimeData());
-    if (SettingsMenu::isSettingsFile(file))
-        m_settings->openFile(file);
-    else
-        setInputDem(file);
 }

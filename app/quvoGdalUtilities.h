@@ -94,8 +94,6 @@ public slots:
 
 protected:
     void changeEvent(QEvent *event) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
 
 private:
     static constexpr int processCount = 7;
@@ -112,7 +110,6 @@ private:
     ProcessingRequest currentRequest() const;
     OutputOptions &currentOutputOptions();
     std::optional<RunPlan> currentPlan();
-    void warnOfOutput(const QString &name, const QString &problem);
     bool mayLaunch();
     bool launch();
     std::optional<ProcessingRequest> previewRequest(const QString &copy);

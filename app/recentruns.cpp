@@ -9,6 +9,8 @@
 #include <QLockFile>
 #include <QSaveFile>
 
+#include <cmath>
+
 namespace
 {
 
@@ -83,7 +85,7 @@ bool addRecentRun(const QString &name, const RecentRun &run)
 
 QString durationText(double seconds)
 {
-    const auto whole = static_cast<qint64>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     const QLatin1Char zero('0');
     const auto hours = whole / 3600;
     const QString minutes = QString::number(whole / 60 % 60);

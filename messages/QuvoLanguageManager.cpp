@@ -68,8 +68,7 @@ QuvoLanguageManager *QuvoLanguageManager::getInstance()
 
 void QuvoLanguageManager::defaultSetup(const QString &messagesPath, const QString &language, const QString &)
 {
-    const QString folder = messagesPath; // which may be the member itself
-    m_messagesPath = folder;
+    m_messagesPath = messagesPath;
     m_language = language;
     m_texts.reset(); // a translator that is deleted leaves the application
     m_qtTexts = std::make_unique<QTranslator>();
@@ -80,7 +79,7 @@ void QuvoLanguageManager::defaultSetup(const QString &messagesPath, const QStrin
 #endif
     if (m_qtTexts->load(QStringLiteral("qtbase_") + qtLanguage(language), translations))
         QCoreApplication::installTranslator(m_qtTexts.get());
-    m_texts = std::make_unique<KeyTranslator>(readLanguage(folder, language), nullptr);
+    m_texts = std::make_unique<KeyTranslator>(readLanguage(messagesPath, language), nullptr);
     QCoreApplication::installTranslator(m_texts.get());
     QLocale::setDefault(QLocale(qtLanguage(language)));
 }

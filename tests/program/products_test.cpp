@@ -78,6 +78,8 @@ int ProductsTest::run(const QString &program, const QStringList &arguments)
 void ProductsTest::initTestCase()
 {
     setUpGdal();
+    // A temporary directory of its own, since it looks whether anything is left there.
+    QVERIFY(QDir(m_folder.path()).mkdir("tmp") && qputenv("TMPDIR", path("tmp").toLocal8Bit()));
     QVERIFY(writeHill(path("metres.tif"), 64));
     QVERIFY(copyRaster(path("metres.tif"), path("degrés.tif"),
                        {"-a_srs", "EPSG:4326", "-a_ullr", "6", "46", "6.5", "45.5", "-a_nodata", "20"}));
