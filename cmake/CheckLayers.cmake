@@ -44,7 +44,7 @@ set(allowed_dataset "messages;vectordraw")
 set(allowed_runner "messages")
 set(allowed_panels "colortable;dataset;messages")
 set(allowed_app "panels;runner;dataset;colortable;messages;vectordraw")
-set(allowed_samples "vectordraw")
+set(allowed_samples "dataset;vectordraw")
 set(allowed_bench "app;runner;dataset;vectordraw")
 set(folders messages viewshed vectordraw colortable dataset runner panels app samples bench)
 

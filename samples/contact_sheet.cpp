@@ -1,9 +1,10 @@
 // contact_sheet <sheet.png> <file>…
 //
-// Paints the products into one picture, each with its file name below: rasters of one band in greys, stretched
-// from the 2nd to the 98th percentile, rasters of more bands in their colours, contour lines over the file
-// named "hillshade". Without a display.
+// Paints the products into one picture, each with its file name below: rasters in greys or in their colours,
+// contour lines over the file named "hillshade". Without a display.
 
+#include "dataset/gdalmessages.h"
+#include "dataset/rasterpicture.h"
 #include "vectordraw/featurelayer.h"
 
 #include <QFile>
@@ -15,11 +16,8 @@
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <memory>
-#include <vector>
 
 namespace
 {
@@ -30,59 +28,15 @@ constexpr int titleHeight = 28;
 constexpr int columns = 3;
 
 using DataSet = std::unique_ptr<GDALDataset>;
-using Cells = std::vector<double>;
-
-/// The band reduced to the picture; cells without data are NaN.
-Cells readBand(GDALRasterBand &band, const QSize &size)
+QImage rasterPicture(const QString &file)
 {
-    Cells cells(static_cast<std::size_t>(size.width()) * size.height());
-    int hasNoData = FALSE;
-    const double noData = band.GetNoDataValue(&hasNoData);
-    if (band.RasterIO(GF_Read, 0, 0, band.GetXSize(), band.GetYSize(), cells.data(), size.width(),
-                      size.height(), GDT_Float64, 0, 0, nullptr)
-        != CE_None)
-        return {};
-    for (double &cell : cells) {
-        if (hasNoData && cell == noData)
-            cell = std::nan("");
-    }
-    return cells;
-}
-
-/// Maps the cells to 0 to 255, from the 2nd to the 98th percentile.
-void stretch(Cells &cells)
-{
-    Cells sorted;
-    std::copy_if(cells.begin(), cells.end(), std::back_inserter(sorted),
-                 [](double cell) { return !std::isnan(cell); });
-    if (sorted.empty())
-        return;
-    std::sort(sorted.begin(), sorted.end());
-    const double low = sorted[sorted.size() / 50];
-    const double high = sorted[sorted.size() - 1 - sorted.size() / 50];
-    for (double &cell : cells)
-        cell = high > low ? std::clamp((cell - low) / (high - low) * 255.0, 0.0, 255.0) : 128.0;
-}
-
-QImage rasterPicture(GDALDataset &dataset)
-{
-    const QSize size =
-        QSize(dataset.GetRasterXSize(), dataset.GetRasterYSize()).scaled(side, side, Qt::KeepAspectRatio);
-    const bool grey = dataset.GetRasterCount() < 3;
-    std::vector<Cells> bands;
-    for (int band = 1; band <= (grey ? 1 : 3); ++band)
-        bands.push_back(readBand(*dataset.GetRasterBand(band), size));
-    if (grey)
-        stretch(bands.front());
+    const RasterPicture raster(file);
+    const QSize size = raster.size().scaled(side, side, Qt::KeepAspectRatio);
+    const QImage image = raster.read(QRect(QPoint(0, 0), raster.size()), size);
     QImage picture(size, QImage::Format_RGB32);
-    for (int at = 0; at < size.width() * size.height(); ++at) {
-        const auto part = [&](std::size_t band) {
-            const double value = bands[grey ? 0 : band].at(at);
-            return std::isnan(value) ? 255 : static_cast<int>(value);
-        };
-        picture.setPixel(at % size.width(), at / size.width(), qRgb(part(0), part(1), part(2)));
-    }
-    return picture;
+    picture.fill(Qt::white); // shows where there is no data
+    QPainter(&picture).drawImage(0, 0, image);
+    return image.isNull() ? image : picture;
 }
 
 QString fileNamed(const QStringList &files, const QString &name)
@@ -100,7 +54,7 @@ DataSet open(const QString &file)
 }
 
 /// A pale copy of the relief, as a ground for lines.
-QImage paleRelief(GDALDataset &relief)
+QImage paleRelief(const QString &relief)
 {
     QImage ground = rasterPicture(relief).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&ground);
@@ -109,14 +63,17 @@ QImage paleRelief(GDALDataset &relief)
 }
 
 /// The lines over the relief, which has the same extent; every fifth level is heavier.
-QImage linesOver(GDALDataset &relief, OGRLayer &layer)
+QImage linesOver(const QString &reliefFile, OGRLayer &layer)
 {
     using namespace vectordraw;
-    QImage picture = paleRelief(relief);
+    const DataSet relief = open(reliefFile);
+    if (!relief)
+        return {};
+    QImage picture = paleRelief(reliefFile);
     View view{picture.width(), picture.height(), {}, {}};
-    relief.GetGeoTransform(view.geoTransform.data());
-    view.geoTransform[1] *= static_cast<double>(relief.GetRasterXSize()) / picture.width();
-    view.geoTransform[5] *= static_cast<double>(relief.GetRasterYSize()) / picture.height();
+    relief->GetGeoTransform(view.geoTransform.data());
+    view.geoTransform[1] *= static_cast<double>(relief->GetRasterXSize()) / picture.width();
+    view.geoTransform[5] *= static_cast<double>(relief->GetRasterYSize()) / picture.height();
     Surface surface =
         Surface::onPixels(picture.bits(), picture.width(), picture.height(), picture.bytesPerLine());
     Painter painter(surface, {96.0, view.groundPerPixel()});
@@ -138,9 +95,8 @@ QImage pictureOf(const QString &file, const QStringList &files)
     if (!dataset)
         return {};
     if (dataset->GetRasterCount() > 0)
-        return rasterPicture(*dataset);
-    const DataSet relief = open(fileNamed(files, QStringLiteral("hillshade")));
-    return relief ? linesOver(*relief, *dataset->GetLayer(0)) : QImage();
+        return rasterPicture(file);
+    return linesOver(fileNamed(files, QStringLiteral("hillshade")), *dataset->GetLayer(0));
 }
 
 } // namespace
@@ -148,10 +104,8 @@ QImage pictureOf(const QString &file, const QStringList &files)
 int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    CPLSetConfigOption("GDAL_FILENAME_IS_UTF8", "NO");
-    CPLSetConfigOption("GDAL_PAM_ENABLED", "NO");
     const QGuiApplication application(argc, argv);
-    GDALAllRegister();
+    setUpGdal();
     const QStringList files = QGuiApplication::arguments().mid(2);
     if (files.isEmpty()) {
         std::fputs("usage: contact_sheet <sheet.png> <file>...\n", stderr);
