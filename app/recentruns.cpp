@@ -42,13 +42,15 @@ QJsonObject writeRun(const RecentRun &run)
 
 QByteArray fileText(const QList<RecentRun> &runs)
 {
+    constexpr qint64 margin = 100; // around the list
     QJsonArray list;
     qint64 size = 0;
     for (const RecentRun &run : runs) {
         const QJsonObject object = writeRun(run);
-        size += QJsonDocument(object).toJson(QJsonDocument::Compact).size() + 1;
-        if (list.size() == mostRecentRuns || size > largestFile - 100)
-            break;
+        const qint64 length = QJsonDocument(object).toJson(QJsonDocument::Compact).size() + 1;
+        if (list.size() == mostRecentRuns || size + length > largestFile - margin)
+            continue; // one that is too large does not drive out the others
+        size += length;
         list += object;
     }
     return QJsonDocument(QJsonObject{{QStringLiteral("runs"), list}}).toJson(QJsonDocument::Compact);

@@ -30,8 +30,8 @@ constexpr int mostRecentRuns = 50;
 /// The runs of the file, the newest first. What is damaged in it is left out; a file that is none gives none.
 QList<RecentRun> readRecentRuns(const QString &file);
 
-/// Puts a run before those of the file, which keeps the newest: 50 of them, or what 16 MiB hold. Returns
-/// whether they were written.
+/// Puts a run before those of the file, which keeps the newest 50, as far as 16 MiB hold them. Returns whether
+/// they were written.
 bool addRecentRun(const QString &file, const RecentRun &run);
 
 /// "0:07", "12:30" or "1:02:03".

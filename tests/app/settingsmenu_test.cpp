@@ -403,6 +403,10 @@ void SettingsMenuTest::recentRuns()
     QVERIFY(dialog.window.recipe() == recipe(colors, "f.tif"));
 
     RecentRun more = runs.first();
+    ContourOptions endless;
+    endless.fixedLevels.fill('1', 17 << 20);
+    QVERIFY(addRecentRun(recentRunsFile(), {more.started, RunEnd::Done, 1.0, recipe(endless, "h.shp")}));
+    QCOMPARE(readRecentRuns(recentRunsFile()).size(), 2); // too large to be kept, and no harm to the others
     for (int run = 0; run < mostRecentRuns + 5; ++run)
         QVERIFY(addRecentRun(recentRunsFile(), more));
     QCOMPARE(readRecentRuns(recentRunsFile()).size(), mostRecentRuns);
