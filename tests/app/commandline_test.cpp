@@ -1,8 +1,10 @@
 #include "app/commandline.h"
 
+#include "app/shelltext.h"
 #include "app/terminalprogress.h"
 #include "runner/commandsplit.h"
 
+#include <QProcess>
 #include <QTest>
 
 class CommandLineTest : public QObject
@@ -15,6 +17,8 @@ private slots:
     void noProcessHasNoArguments();
     void declared();
     void terminal();
+    void shellWords_data();
+    void shellWords();
 };
 
 namespace
@@ -135,6 +139,36 @@ void CommandLineTest::terminal()
     QCOMPARE(progress.finish(), QStringLiteral("..30...40...50...60...70...80...90...100 - done.\n"));
     QCOMPARE(TerminalProgress().finish(),
              QStringLiteral("0...10...20...30...40...50...60...70...80...90...100 - done.\n"));
+}
+
+void CommandLineTest::shellWords_data()
+{
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<QString>("windows");
+    QTest::newRow("plain") << "C:\\dem-1.tif"
+                           << "C:\\dem-1.tif";
+    QTest::newRow("empty") << ""
+                           << "^\"^\"";
+    QTest::newRow("blank and percent") << "a b%PATH%"
+                                       << "^\"a b^%PATH^%^\"";
+    QTest::newRow("quotes") << "it's \"so\""
+                            << "^\"it's \\^\"so\\^\"^\"";
+    QTest::newRow("backslashes") << "a \\\" b\\"
+                                 << "^\"a \\\\\\^\" b\\\\^\"";
+    QTest::newRow("everything") << "é中 $HOME `x` !! ~ * ? # ; & | < > ( ) [ ] { } \\n"
+                                << "^\"é中 $HOME `x` ^!^! ~ * ? # ; ^& ^| ^< ^> ^( ^) [ ] { } \\n^\"";
+}
+
+void CommandLineTest::shellWords()
+{
+    QFETCH(QString, word);
+    QTEST(shellCommand({word}, Shell::Windows), "windows");
+    for (const QString &text : {word, word + "\n\t" + word}) {
+        QProcess shell;
+        shell.start("sh", {"-c", shellCommand({"printf", "%s|", text, "-x"}, Shell::Posix)});
+        QVERIFY(shell.waitForFinished());
+        QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), text + "|-x|");
+    }
 }
 
 QTEST_APPLESS_MAIN(CommandLineTest)

@@ -3,7 +3,6 @@
 #include "app/processResultDialog.h"
 #include "app/quvoGdalUtilities.h"
 #include "app/settings.h"
-#include "app/shelltext.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"
@@ -49,8 +48,6 @@ private slots:
     void badSettingsChangeNothing_data();
     void badSettingsChangeNothing();
     void whatCannotBeTakenIsTold();
-    void shellWords_data();
-    void shellWords();
     void copiedCommandMakesTheProduct_data();
     void copiedCommandMakesTheProduct();
     void recentRuns();
@@ -298,36 +295,6 @@ void SettingsMenuTest::whatCannotBeTakenIsTold()
     QVERIFY2(dialog.window.recipe() == expected, writeRecipe(dialog.window.recipe()).constData());
 }
 
-void SettingsMenuTest::shellWords_data()
-{
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<QString>("windows");
-    QTest::newRow("plain") << "C:\\dem-1.tif"
-                           << "C:\\dem-1.tif";
-    QTest::newRow("empty") << ""
-                           << "^\"^\"";
-    QTest::newRow("blank and percent") << "a b%PATH%"
-                                       << "^\"a b^%PATH^%^\"";
-    QTest::newRow("quotes") << "it's \"so\""
-                            << "^\"it's \\^\"so\\^\"^\"";
-    QTest::newRow("backslashes") << "a \\\" b\\"
-                                 << "^\"a \\\\\\^\" b\\\\^\"";
-    QTest::newRow("everything") << "é中 $HOME `x` !! ~ * ? # ; & | < > ( ) [ ] { } \\n"
-                                << "^\"é中 $HOME `x` ^!^! ~ * ? # ; ^& ^| ^< ^> ^( ^) [ ] { } \\n^\"";
-}
-
-void SettingsMenuTest::shellWords()
-{
-    QFETCH(QString, word);
-    QTEST(shellCommand({word}, Shell::Windows), "windows");
-    for (const QString &text : {word, word + "\n\t" + word}) {
-        QProcess shell;
-        shell.start("sh", {"-c", shellCommand({"printf", "%s|", text, "-x"}, Shell::Posix)});
-        QVERIFY(shell.waitForFinished());
-        QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), text + "|-x|");
-    }
-}
-
 void SettingsMenuTest::copiedCommandMakesTheProduct_data()
 {
     addRows();
@@ -384,29 +351,41 @@ void SettingsMenuTest::recentRuns()
         failing.window.setRecipe(recipe(colors, "f.tif"));
         failing.launch();
     }
-    const QList<RecentRun> runs = readRecentRuns(recentRunsFile());
-    QCOMPARE(runs.size(), 2);
+    QFile slow(write("slow.sh", "#!/bin/sh\nsleep 60\n"));
+    QVERIFY(slow.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    m_tools.dem = slow.fileName();
+    {
+        Dialog closed(m_tools); // which stops the run
+        closed.window.setRecipe(recipe(AspectOptions{}, "c.tif"));
+        closed.find<QPushButton>("m_pPBLaunchProcess")->click();
+        Prompt::answerBeforehand({true});
+        closed.window.close();
+    }
+    QList<RecentRun> runs = readRecentRuns(recentRunsFile());
+    QCOMPARE(runs.size(), 3);
+    QCOMPARE(int(runs.first().end), int(RunEnd::Stopped));
+    QVERIFY(runs.takeFirst().recipe == recipe(AspectOptions{}, "c.tif"));
     QCOMPARE(int(runs.at(0).end), int(RunEnd::Failed));
     QCOMPARE(int(runs.at(1).end), int(RunEnd::Done));
     QVERIFY(runs.at(0).recipe == recipe(colors, "f.tif") && runs.at(1).recipe == first);
 
     const auto menu = dialog.find<QToolButton>("m_pTBSettings")->menu()->actions().at(3)->menu();
     emit menu->aboutToShow();
-    QCOMPARE(menu->actions().size(), 4); // two runs, a line, and all of them
-    QVERIFY(menu->actions().at(1)->text().contains("Pentes · dem.tif · Terminé"));
-    menu->actions().at(1)->trigger();
+    QCOMPARE(menu->actions().size(), 5); // three runs, a line, and all of them
+    QVERIFY(menu->actions().at(2)->text().contains("Pentes · dem.tif · Terminé"));
+    menu->actions().at(2)->trigger();
     QVERIFY(dialog.window.recipe() == first);
 
     menu->actions().last()->trigger();
     const auto list = dialog.window.findChild<RecentRunsDialog *>();
-    emit list->findChild<QTableWidget *>()->cellDoubleClicked(0, 0);
+    emit list->findChild<QTableWidget *>()->cellDoubleClicked(1, 0);
     QVERIFY(dialog.window.recipe() == recipe(colors, "f.tif"));
 
     RecentRun more = runs.first();
     ContourOptions endless;
     endless.fixedLevels.fill('1', 17 << 20);
     QVERIFY(addRecentRun(recentRunsFile(), {more.started, RunEnd::Done, 1.0, recipe(endless, "h.shp")}));
-    QCOMPARE(readRecentRuns(recentRunsFile()).size(), 2); // too large to be kept, and no harm to the others
+    QCOMPARE(readRecentRuns(recentRunsFile()).size(), 3); // too large to be kept, and no harm to the others
     for (int run = 0; run < mostRecentRuns + 5; ++run)
         QVERIFY(addRecentRun(recentRunsFile(), more));
     QCOMPARE(readRecentRuns(recentRunsFile()).size(), mostRecentRuns);
