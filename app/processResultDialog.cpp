@@ -86,5 +86,5 @@ void processResultDialog::slot_showDetails(bool shown)
 
 void processResultDialog::slot_copyCommand()
 {
-    QGuiApplication::clipboard()->setText(m_result.command);
+    QGuiApplication::clipboard()->setText(m_result.shellCommand);
 }

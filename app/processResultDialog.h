@@ -20,6 +20,7 @@ struct ProcessResult
     QString text;
     QString file;                ///< the product; empty when there is none
     QString command;             ///< the tool's whole command line
+    QString shellCommand;        ///< what does the same in a shell
     std::optional<int> exitCode; ///< of the tool; none when it was stopped or never started
     QString toolText;            ///< what the tool wrote on its standard error
 };

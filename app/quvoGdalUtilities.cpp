@@ -6,6 +6,7 @@
 #include "app/PanelArea.h"
 #include "app/PreviewControl.h"
 #include "app/SettingsMenu.h"
+#include "app/WindowShape.h"
 #include "app/aboutDialog.h"
 #include "app/copiedcommand.h"
 #include "app/dialogrules.h"
@@ -29,24 +30,13 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QIcon>
-#include <QScreen>
-#include <QTabBar>
 #include <QTimer>
 
 namespace
 {
 
 const QString imageFolder = QStringLiteral(":/QuvoGdalUtilities/images/");
-
-QVector<QRect> availableScreens()
-{
-    QVector<QRect> areas;
-    for (const QScreen *screen : QGuiApplication::screens())
-        areas += screen->availableGeometry();
-    return areas;
-}
 
 } // namespace
 
@@ -62,6 +52,8 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     m_form->setupUi(this);
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
     m_output = std::make_unique<OutputFile>(m_form->m_pLEOutputFile);
+    m_shape = std::make_unique<WindowShape>(*this, *m_form->m_pTabWidget, *m_form->m_pSplitter,
+                                            *m_form->m_pGrpBPreviews, *m_form->m_pPBShowPreview);
     m_settings = std::make_unique<SettingsMenu>(*m_form->m_pTBSettings, *this, m_run);
 
     addPanel(Process::ShadedRelief, new shadedOptionsWidget, m_form->shadedTab);
@@ -79,7 +71,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     for (QWidget *field : QList<QWidget *>{m_form->m_pCBInputListFile, m_form->m_pCBInputListFile->lineEdit(),
                                            m_form->m_pLEOutputFile})
         field->setAcceptDrops(false);
-    restoreGeometryFromSettings();
+    m_shape->restore();
     applyTexts();
     connectControls();
     connectPreviews();
@@ -148,40 +140,9 @@ void quvoGdalUtilities::connectPreviews()
     m_previews.setShown(!pane->isHidden());
 }
 
-void quvoGdalUtilities::restoreGeometryFromSettings()
-{
-    m_lastGeometry = readLastGeometry();
-    m_form->m_pSplitter->setStretchFactor(1, 1);
-    m_form->m_pGrpBPreviews->hide();
-    const QVector<QRect> screens = availableScreens();
-    const int needed = minimumSizeHint().width() + m_form->m_pSplitter->handleWidth()
-        + m_form->m_pGrpBPreviews->minimumSizeHint().width();
-    const bool fits = std::any_of(screens.begin(), screens.end(),
-                                  [&](const QRect &screen) { return screen.width() >= needed; });
-    m_form->m_pGrpBPreviews->setVisible(m_lastGeometry.showPreview && fits);
-    m_form->m_pPBShowPreview->setChecked(m_lastGeometry.showPreview && fits);
-    const QSize size =
-        m_lastGeometry.isDefault ? m_lastGeometry.size.expandedTo(sizeHint()) : m_lastGeometry.size;
-    const QRect visible = visibleGeometry({m_lastGeometry.position, size}, screens);
-    resize(visible.size());
-    move(visible.topLeft());
-    giveTabsTheirRoom();
-}
-
-/// The previews get what the tabs do not need.
-void quvoGdalUtilities::giveTabsTheirRoom()
-{
-    const int tabs = m_form->m_pTabWidget->tabBar()->sizeHint().width();
-    m_form->m_pSplitter->setSizes({tabs, qMax(0, width() - tabs)});
-}
-
 QSize quvoGdalUtilities::sizeHint() const
 {
-    const QMargins margins = layout()->contentsMargins();
-    int width = m_form->m_pTabWidget->tabBar()->sizeHint().width();
-    if (!m_form->m_pGrpBPreviews->isHidden())
-        width += m_form->m_pSplitter->handleWidth() + m_form->m_pGrpBPreviews->sizeHint().width();
-    return QDialog::sizeHint().expandedTo({width + margins.left() + margins.right(), 0});
+    return QDialog::sizeHint().expandedTo({m_shape->widthHint(), 0});
 }
 
 void quvoGdalUtilities::setInputDem(const QString &path)
@@ -379,7 +340,9 @@ bool quvoGdalUtilities::launch()
     }
     if (!mayOverwrite(plan, this) || !mayGoOn(plan, this))
         return false;
-    m_settings->noteRun(recipeOf(plan.request, currentPanel()->processOptions()));
+    const Recipe settings = recipeOf(plan.request, currentPanel()->processOptions());
+    m_settings->noteRun(settings);
+    m_launchedCommand = copiedCommand(plan, settings, m_tools, m_workFolder.path());
     m_run.start(plan, std::move(lock), true,
                 imageFolder + QStringLiteral("icones/")
                     + QString::fromLatin1(processRow(*plan.request.process).icon));
@@ -402,8 +365,9 @@ void quvoGdalUtilities::slot_processFailed(const QString &)
     showResult(failedResult(m_run));
 }
 
-void quvoGdalUtilities::showResult(const ProcessResult &result)
+void quvoGdalUtilities::showResult(ProcessResult result)
 {
+    result.shellCommand = m_launchedCommand;
     auto dialog = new processResultDialog(result, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
@@ -460,9 +424,7 @@ void quvoGdalUtilities::slot_updatePreviewComputingProgress(int percent)
 
 void quvoGdalUtilities::slot_previewProcessFailed(const QString &toolText)
 {
-    m_form->m_pGrpBPreviews->hide();
-    m_form->m_pPBShowPreview->setChecked(false);
-    m_form->m_pPBShowPreview->setEnabled(false);
+    m_shape->removePreviews();
     const QString text =
         tr("Une erreur est survenue lors de la création d'une vue réduite du MNT.\nLe mécanisme "
            "de preview doit être désactivé.",
@@ -472,17 +434,7 @@ void quvoGdalUtilities::slot_previewProcessFailed(const QString &toolText)
 
 void quvoGdalUtilities::slot_dialogExtension()
 {
-    PreviewPane *pane = m_form->m_pGrpBPreviews;
-    const bool show = pane->isHidden();
-    const int room = m_form->m_pSplitter->handleWidth() + (show ? pane->sizeHint() : pane->size()).width();
-    pane->setVisible(show);
-    m_form->m_pPBShowPreview->setChecked(show);
-    m_lastGeometry.showPreview = show;
-    if (!isMaximized() && !isFullScreen())
-        resize(width() + (show ? room : -room), height());
-    if (show)
-        giveTabsTheirRoom();
-    m_previews.setShown(show);
+    m_previews.setShown(m_shape->togglePreviews());
 }
 
 void quvoGdalUtilities::slot_updateMarkerPosition()
@@ -512,9 +464,7 @@ void quvoGdalUtilities::done(int result)
         disconnect(&m_run, nullptr, this, nullptr);
         m_run.stop();
     }
-    m_lastGeometry.size = size();
-    m_lastGeometry.position = pos();
-    writeLastGeometry(m_lastGeometry);
+    m_shape->save();
     QDialog::done(result);
 }
 

@@ -4,7 +4,6 @@
 #include "app/ProductRun.h"
 #include "app/outputoptions.h"
 #include "app/recipe.h"
-#include "app/settings.h"
 #include "app/tools.h"
 #include "dataset/workfolder.h"
 #include "runner/QuvoScriptRunner.h"
@@ -22,6 +21,7 @@ class optionsWidget;
 class PreviewControl;
 class OutputFile;
 class SettingsMenu;
+class WindowShape;
 struct ProcessResult;
 
 namespace Ui
@@ -102,8 +102,6 @@ private:
     void connectControls();
     void connectPreviews();
     void applyTexts();
-    void restoreGeometryFromSettings();
-    void giveTabsTheirRoom();
 
     std::optional<Process> currentProcess() const;
     optionsWidget *currentPanel() const;
@@ -113,7 +111,7 @@ private:
     bool mayLaunch();
     bool launch();
     std::optional<ProcessingRequest> previewRequest(const QString &copy);
-    void showResult(const ProcessResult &result);
+    void showResult(ProcessResult result);
 
     std::unique_ptr<Ui::quvoGdalUtilitiesDialog> m_form;
     WorkFolder m_workFolder;
@@ -125,11 +123,12 @@ private:
     std::unique_ptr<InputDem> m_input;
     std::unique_ptr<OutputFile> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
+    std::unique_ptr<WindowShape> m_shape;
     colorReliefOptionsWidget *m_colorRelief = nullptr;
     intervisibilityOptionsWidget *m_intervisibility = nullptr;
     OutputOptions m_rasterOptions; ///< of the products of each kind
     OutputOptions m_vectorOptions;
-    LastGeometry m_lastGeometry;
+    QString m_launchedCommand; ///< of the run, for a shell
 
     // By process, in the order of the enumeration: the index of its tab, and its panel.
     std::array<int, processCount> m_tabIndexes{};

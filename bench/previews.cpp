@@ -1,8 +1,8 @@
 // previews <tools' folder> <dem>
 //
 // A preview after a change, from the start of its run to its picture, against the bare tool on the same reduced
-// copy, in turn within one run. Goal: at most 1.3 times as long. The pause that waits for further changes is not
-// counted.
+// copy, in turn within one run. Goal: at most 1.3 times as long. The pause that waits for further changes is
+// not counted.
 
 #include "app/Previews.h"
 #include "app/tools.h"

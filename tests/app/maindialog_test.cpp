@@ -528,7 +528,7 @@ void MainDialogTest::resultDialog()
     services.showInFileManager = [&](const QUrl &url) { return asked += "show " + url.toLocalFile(), true; };
     ProcessResult result;
     result.file = path("dem.tif");
-    result.command = QStringLiteral("\"tool\" a");
+    result.shellCommand = QStringLiteral("'tool' a");
     processResultDialog dialog(result, nullptr, services);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the desktop did not take"));
     dialog.findChild<QPushButton *>("m_pPBShowResult")->click();
@@ -538,7 +538,7 @@ void MainDialogTest::resultDialog()
     dialog.findChild<QPushButton *>("m_pPBCopyCommand")->click();
     QCOMPARE(asked, (QStringList{"open " + path("dem.tif"), "show " + path("dem.tif")}));
     QVERIFY(Prompt::takeShown().constFirst().contains(path("dem.tif"))); // no program could open it
-    QCOMPARE(QApplication::clipboard()->text(), result.command);
+    QCOMPARE(QApplication::clipboard()->text(), result.shellCommand);
 }
 
 QTEST_MAIN(MainDialogTest)
