@@ -60,8 +60,12 @@ public:
     }
 
 private:
-    using Floats = std::unique_ptr<float[]>;
-    using Doubles = std::unique_ptr<double[]>;
+    struct Release
+    {
+        void operator()(void *cells) const;
+    };
+    using Floats = std::unique_ptr<float[], Release>;
+    using Doubles = std::unique_ptr<double[], Release>;
 
     std::size_t index(int column, int row) const
     {
