@@ -72,8 +72,11 @@ public:
         if (m_terrain && m_window.holds(window))
             return;
         m_terrain.reset(); // two do not fit
-        m_terrain.emplace(m_raster.read(window, m_threads));
-        m_maxima.emplace(*m_terrain, m_threads);
+        m_maxima.emplace(window.width, window.height);
+        m_terrain.emplace(m_raster.read(window, m_threads, [this](const Terrain &terrain, int first, int end) {
+            m_maxima->take(terrain, first, end);
+        }));
+        m_maxima->finish(*m_terrain, m_threads);
         m_window = window;
     }
     std::optional<Terrain> whole()
