@@ -329,14 +329,24 @@ void storeOwnCell(const Scene &scene)
 BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight, int threads,
                         const Progress &progress)
 {
+    BitGrid seen(terrain.width(), terrain.height());
+    addHorizonViewshed(seen, terrain, maxima, sight, threads, progress);
+    return seen;
+}
+
+void addHorizonViewshed(BitGrid &seen, const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight,
+                        int threads, const Progress &progress)
+{
     const double greatest = greatestHeight(terrain, maxima, sight);
     constexpr double greatestUsed = 1e200; // far from the horizon's gap
-    if (!isNear(terrain, sight.eye) || !(greatest < greatestUsed))
-        return plainViewshed(terrain, sight, threads, progress);
+    const Window whole{0, 0, terrain.width(), terrain.height()};
+    if (!isNear(terrain, sight.eye) || !(greatest < greatestUsed)) {
+        add(seen, plainViewshed(terrain, sight, threads, progress), {whole, 0, terrain.height()});
+        return;
+    }
 
     // Some roundings of heights as great, each 2^-53 of it, 2^10 times as much where the eye is near to a line.
     constexpr double rounding = 0x1p-36;
-    BitGrid seen(terrain.width(), terrain.height());
     const Scene scene{terrain,
                       maxima,
                       sight,
@@ -351,7 +361,6 @@ BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const
     };
     if (scene.window.width > 0)
         runJobs(sectors * leaves, threads, doLeaf, progress);
-    return seen;
 }
 
 } // namespace viewshed

@@ -12,4 +12,8 @@ namespace viewshed
 BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight, int threads,
                         const Progress &progress = {});
 
+/// Adds the same cells to a grid of the terrain's size.
+void addHorizonViewshed(BitGrid &seen, const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight,
+                        int threads, const Progress &progress = {});
+
 } // namespace viewshed

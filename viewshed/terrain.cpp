@@ -51,4 +51,13 @@ Terrain::Terrain(int width, int height, const std::vector<double> &heights)
     std::copy(heights.begin(), heights.end(), std::get<Doubles>(m_cells).get());
 }
 
+void Terrain::findVoids(int row, std::uint64_t *words) const
+{
+    withCells([&](const auto *cells) {
+        const auto *line = cells + index(0, row);
+        for (int column = 0; column < m_width; ++column)
+            words[column / 64] |= std::uint64_t(std::isnan(line[column]) ? 1 : 0) << (column % 64);
+    });
+}
+
 } // namespace viewshed

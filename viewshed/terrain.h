@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <variant>
@@ -44,6 +45,9 @@ public:
             return static_cast<double>((*floats)[cell]);
         return std::get<Doubles>(m_cells)[cell];
     }
+
+    /// Sets the bits of the row's cells without data; a word holds 64 cells, as in BitGrid.
+    void findVoids(int row, std::uint64_t *words) const;
 
     /// Calls work(first cell of the grid) with a pointer to float or to double.
     template <class Work> decltype(auto) withCells(Work work) const

@@ -1,3 +1,4 @@
+#include "viewshed/combine.h"
 #include "viewshed/horizon.h"
 
 #include <QTest>
@@ -96,12 +97,30 @@ Sight sightOn(const Terrain &terrain, Random &random)
     return sight;
 }
 
+/// Cut along the eye's row, each part from its own cells alone.
+BitGrid seenInParts(const Terrain &terrain, const Sight &sight, int threads)
+{
+    BitGrid seen(terrain.width(), terrain.height());
+    for (const Part &part : partsOf(sight, {0, 0, terrain.width(), terrain.height()})) {
+        std::vector<double> heights;
+        for (int row = 0; row < part.window.height; ++row) {
+            for (int column = 0; column < part.window.width; ++column)
+                heights.push_back(terrain.at(column, part.window.top + row));
+        }
+        const Terrain cells(part.window.width, part.window.height, heights);
+        const BlockMaxima maxima(cells, threads);
+        add(seen, horizonViewshed(cells, maxima, within(sight, part.window), threads), part);
+    }
+    return seen;
+}
+
 /// The first cells that differ; empty if none does.
-QString differences(const Terrain &terrain, const Sight &sight, int threads)
+QString differences(const Terrain &terrain, const Sight &sight, int threads, bool inParts)
 {
     const BlockMaxima maxima(terrain, threads);
     const BitGrid truth = plainViewshed(terrain, sight, 1);
-    const BitGrid seen = horizonViewshed(terrain, maxima, sight, threads);
+    const BitGrid seen = inParts ? seenInParts(terrain, sight, threads)
+                                 : horizonViewshed(terrain, maxima, sight, threads);
     if (truth == seen)
         return {};
     QString text = QStringLiteral("%1 x %2, eye %3 %4 %5, target %6:")
@@ -148,7 +167,7 @@ void HorizonTest::equalsTheReference()
         for (const auto &[width, height] : sizes) {
             const Terrain terrain = terrainOf(Ground(ground), width, height, voids, random);
             const Sight sight = sightOn(terrain, random);
-            const QString wrong = differences(terrain, sight, round % 3 + 1);
+            const QString wrong = differences(terrain, sight, round % 3 + 1, round % 4 == 1);
             QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
         }
     }
@@ -161,7 +180,7 @@ void HorizonTest::largerTerrain()
     for (const Ground ground : {Ground::Smooth, Ground::Sea}) {
         for (const double voids : {0.0, 0.01}) {
             const Terrain terrain = terrainOf(ground, 401, 307, voids, random);
-            const QString wrong = differences(terrain, sightOn(terrain, random), 2);
+            const QString wrong = differences(terrain, sightOn(terrain, random), 2, voids > 0.0);
             QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
         }
     }
