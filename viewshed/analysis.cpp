@@ -40,7 +40,7 @@ std::vector<Part> partsFor(const Sight &sight, const Raster &raster, bool alone)
 
 void checkMemory(const Observer &observer, const Sight &sight, const Raster &raster, bool alone)
 {
-    constexpr double share = 0.9; // of what is free, the rest of it being for GDAL
+    constexpr double share = 0.9;  // of what is free, the rest of it being for GDAL
     constexpr double bits = 0.375; // bytes a cell of the raster
     const double available =
         share * availableMemory() - bits * raster.width() * static_cast<double>(raster.height());

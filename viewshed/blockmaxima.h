@@ -7,8 +7,8 @@
 namespace viewshed
 {
 
-/// What bounds the heights of a terrain, by blocks of cells: found once, used by every observer. Also which rows
-/// of blocks have cells without data.
+/// What bounds the heights of a terrain, by blocks of cells: found once, used by every observer. Also which
+/// rows of blocks have cells without data.
 class BlockMaxima
 {
 public:
@@ -18,9 +18,9 @@ public:
     BlockMaxima(int width, int height);
     BlockMaxima(const Terrain &terrain, int threads);
 
-    /// Takes in the rows of blocks that lie in the rows `first` to `end` - 1 of the terrain with all they depend
-    /// on, and were not taken in before: what was just read is near at hand. Several threads may do so, with
-    /// rows that do not overlap.
+    /// Takes in the rows of blocks that lie in the rows `first` to `end` - 1 of the terrain with all they
+    /// depend on, and were not taken in before: what was just read is near at hand. Several threads may do so,
+    /// with rows that do not overlap.
     void take(const Terrain &terrain, int first, int end);
     /// Takes in the rest; to be called once, and before anything is asked.
     void finish(const Terrain &terrain, int threads);

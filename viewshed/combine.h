@@ -37,13 +37,13 @@ Window windowOf(const Sight &sight, int rasterWidth, int rasterHeight);
 /// A part of what one observer looks at that can be computed alone.
 struct Part
 {
-    Window window;     ///< the cells that it depends on
-    int firstRow = 0;  ///< of the raster: the cells whose outcome holds are those of the rows `firstRow`
-    int endRow = 0;    ///< to `endRow` - 1, over the window's width
+    Window window;    ///< the cells that it depends on
+    int firstRow = 0; ///< of the raster: the cells whose outcome holds are those of the rows `firstRow`
+    int endRow = 0;   ///< to `endRow` - 1, over the window's width
 };
 
-/// The window cut along the eye's row, which no line of sight crosses: half of the heights have to be at hand at
-/// once. One part if the eye's row is outside the window. The eye counts from the raster's first cell.
+/// The window cut along the eye's row, which no line of sight crosses: half of the heights have to be at hand
+/// at once. One part if the eye's row is outside the window. The eye counts from the raster's first cell.
 std::vector<Part> partsOf(const Sight &sight, const Window &window);
 
 /// The same sight, its eye counted from the window's first cell.

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <utility>
 
 namespace viewshed
 {
@@ -51,15 +50,25 @@ struct Places
 class Panel
 {
 public:
+    explicit Panel(const SkylineKernels &kernels)
+        : m_kernels(kernels)
+    { }
+
     void load(const Terrain &terrain, const Sight &sight, const Frame &frame, Places lines, Places places)
     {
         m_lines = lines;
         m_places = places;
         m_width = places.last - places.first + 1;
-        m_heights.assign(static_cast<std::size_t>(m_width)
-                             * static_cast<std::size_t>(lines.last - lines.first + 1),
-                         noHeight);
-        terrain.withCells([&](const auto *cells) { copy(cells, terrain, sight, frame); });
+        const std::size_t cells =
+            static_cast<std::size_t>(m_width) * static_cast<std::size_t>(lines.last - lines.first + 1);
+        if (m_heights.size() < cells)
+            m_heights.resize(cells);
+        const Places columns = frame.overColumns ? lines : places;
+        const Places rows = frame.overColumns ? places : lines;
+        if (columns.first < 0 || rows.first < 0 || columns.last >= terrain.width()
+            || rows.last >= terrain.height())
+            std::fill(m_heights.begin(), m_heights.end(), noHeight);
+        terrain.withCells([&](const auto *heights) { copy(heights, terrain, sight, frame); });
     }
     int firstPlace() const { return m_places.first; }
     /// Of the cell there and those after it.
@@ -79,14 +88,28 @@ private:
         const std::ptrdiff_t rowStep = frame.overColumns ? 1 : m_width;
         for (int row = std::max(rows.first, 0); row <= std::min(rows.last, terrain.height() - 1); ++row) {
             const Number *from = cells + static_cast<std::ptrdiff_t>(row) * terrain.width();
-            double *to = m_heights.data() + (row - rows.first) * rowStep;
+            const int first = std::max(columns.first, 0);
             const int last = std::min(columns.last, terrain.width() - 1);
-            for (int column = std::max(columns.first, 0); column <= last; ++column)
-                to[(column - columns.first) * columnStep] =
-                    sight.aboveEye(static_cast<double>(from[column]), column, row);
+            double *to = m_heights.data() + (row - rows.first) * rowStep + (first - columns.first) * columnStep;
+            if (sight.bend == 0.0) {
+                lower(from + first, last + 1 - first, sight.eye.z, to, columnStep);
+                continue;
+            }
+            for (int column = first; column <= last; ++column, to += columnStep)
+                *to = sight.aboveEye(static_cast<double>(from[column]), column, row);
         }
     }
 
+    void lower(const float *from, int count, double eye, double *to, std::ptrdiff_t step) const
+    {
+        m_kernels.lowerFloats(from, count, eye, to, step);
+    }
+    void lower(const double *from, int count, double eye, double *to, std::ptrdiff_t step) const
+    {
+        m_kernels.lowerDoubles(from, count, eye, to, step);
+    }
+
+    const SkylineKernels &m_kernels;
     Places m_lines{};
     Places m_places{};
     int m_width = 0;
@@ -102,6 +125,7 @@ struct Scene
     Window window;      ///< the cells that matter
     double error;       ///< of a horizon's height at a distance of one cell
     double leastGround; ///< square metres of the shortest step of one cell, in any direction
+    const SkylineKernels &kernels;
     BitGrid &seen;
 };
 
@@ -118,7 +142,8 @@ public:
         , m_eyePlace(frame.overColumns ? scene.sight.eye.row() : scene.sight.eye.column())
         , m_lines(frame.overColumns ? columnsOf(scene.window) : rowsOf(scene.window))
         , m_places(frame.overColumns ? rowsOf(scene.window) : columnsOf(scene.window))
-        , m_skyline(m_from, m_to)
+        , m_skyline(m_from, m_to, scene.kernels)
+        , m_panel(scene.kernels)
     { }
 
     void run()
@@ -189,7 +214,7 @@ private:
     }
 
     /// Whether the highest cell of the lines, put where it is best seen, is below all of the horizon.
-    bool isHidden(int nearest, int farthestLine, double greatest) const
+    bool isHidden(int nearest, int farthestLine, double greatest)
     {
         const Sight &sight = m_scene.sight;
         const double before = ahead(nearest) - 1.0;
@@ -213,45 +238,70 @@ private:
         ring.heights = m_panel.line(line, vertices.first);
         ring.nearer = m_panel.line(line - m_frame.direction, vertices.first);
         ring.farther = m_panel.line(line + m_frame.direction, vertices.first);
-        const std::vector<double> &limits = m_skyline.limits(ring);
+        const double *limits = m_skyline.limits(ring);
         decide(line, ring, vertices.first, limits);
         m_skyline.raise(ring);
     }
 
-    void decide(int line, const Ring &ring, int first, const std::vector<double> &limits)
+    void decide(int line, const Ring &ring, int first, const double *limits)
     {
         const double error = ring.ahead * m_scene.error;
         const double target = m_scene.sight.targetHeight;
-        for (int vertex = 0; vertex <= ring.intervals; ++vertex) {
-            const double above = ring.heights[vertex] + target - limits[static_cast<std::size_t>(vertex)];
-            if (!(above >= -error)) // nor with NaN
+        if (m_above.size() <= static_cast<std::size_t>(ring.intervals))
+            m_above.resize(static_cast<std::size_t>(ring.intervals) + 1);
+        int doubtful = m_scene.kernels.judge(ring, limits, target, error, m_above.data());
+        for (int vertex = 0; doubtful > 0; ++vertex) {
+            const double height = ring.heights[vertex] + target;
+            if (!(std::abs(height - limits[vertex]) <= error))
                 continue;
-            const int place = first + vertex;
-            const int column = m_frame.column(line, place);
-            const int row = m_frame.row(line, place);
+            --doubtful;
             // Over water as high as the eye every cell is in doubt, and none has to be.
-            const bool clear = above > error || (m_level && ring.heights[vertex] + target >= 0.0);
-            if ((clear || sees(m_scene.terrain, m_scene.sight, column, row))
-                && m_scene.sight.reaches(column, row))
-                collect(line, place);
+            const bool clear = m_level && height >= 0.0;
+            const int place = first + vertex;
+            if (clear
+                || sees(m_scene.terrain, m_scene.sight, m_frame.column(line, place), m_frame.row(line, place)))
+                m_above[static_cast<std::size_t>(vertex)] = 1;
         }
-        if (!m_frame.overColumns)
-            store(m_wordPlace, line, std::exchange(m_bits, 0));
+        if (!std::isinf(m_scene.sight.reach))
+            dropBeyondReach(line, ring, first);
+        if (m_frame.overColumns)
+            collectColumn(line, ring, first);
+        else
+            storeRow(line, ring, first);
     }
 
-    /// Cells of a row are collected to words. Those of the lines of a block, where lines are columns, are
-    /// collected for each row, until the block is done.
-    void collect(int line, int place)
+    void dropBeyondReach(int line, const Ring &ring, int first)
     {
-        if (m_frame.overColumns) {
-            m_columnBits[static_cast<std::size_t>(place - m_panel.firstPlace())] |= std::uint64_t(1)
-                << (line % BitGrid::bitsPerWord);
-            return;
+        for (int vertex = 0; vertex <= ring.intervals; ++vertex) {
+            const int place = first + vertex;
+            std::uint64_t &above = m_above[static_cast<std::size_t>(vertex)];
+            if (above != 0 && !m_scene.sight.reaches(m_frame.column(line, place), m_frame.row(line, place)))
+                above = 0;
         }
-        const int wordPlace = place / BitGrid::bitsPerWord * BitGrid::bitsPerWord;
-        if (wordPlace != m_wordPlace)
-            store(std::exchange(m_wordPlace, wordPlace), line, std::exchange(m_bits, 0));
-        m_bits |= std::uint64_t(1) << (place - wordPlace);
+    }
+
+    /// The bits of the lines of a block, where lines are columns, are collected for each row until the block is
+    /// done.
+    void collectColumn(int line, const Ring &ring, int first)
+    {
+        std::uint64_t *bits = m_columnBits.data() + (first - m_panel.firstPlace());
+        const int shift = line % BitGrid::bitsPerWord;
+        for (int vertex = 0; vertex <= ring.intervals; ++vertex)
+            bits[vertex] |= m_above[static_cast<std::size_t>(vertex)] << shift;
+    }
+
+    void storeRow(int line, const Ring &ring, int first)
+    {
+        constexpr int bitsPerWord = BitGrid::bitsPerWord;
+        int vertex = std::max(-first, 0); // the others are outside the terrain
+        while (vertex <= ring.intervals) {
+            const int place = first + vertex;
+            const int end = std::min(vertex + bitsPerWord - place % bitsPerWord, ring.intervals + 1);
+            std::uint64_t bits = 0;
+            for (int shift = place % bitsPerWord; vertex < end; ++vertex, ++shift)
+                bits |= m_above[static_cast<std::size_t>(vertex)] << shift;
+            store(place, line, bits);
+        }
     }
 
     void storeColumns(int line)
@@ -280,8 +330,7 @@ private:
     bool m_level = true; ///< nothing so far was above the eye
     Skyline m_skyline;
     Panel m_panel;
-    int m_wordPlace = 0;
-    std::uint64_t m_bits = 0;
+    std::vector<std::uint64_t> m_above;      ///< 1 for each vertex of a ring that is seen
     std::vector<std::uint64_t> m_columnBits; ///< one word a place of the panel
 };
 
@@ -327,15 +376,15 @@ void storeOwnCell(const Scene &scene)
 } // namespace
 
 BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight, int threads,
-                        const Progress &progress)
+                        const Progress &progress, VectorPath path)
 {
     BitGrid seen(terrain.width(), terrain.height());
-    addHorizonViewshed(seen, terrain, maxima, sight, threads, progress);
+    addHorizonViewshed(seen, terrain, maxima, sight, threads, progress, path);
     return seen;
 }
 
 void addHorizonViewshed(BitGrid &seen, const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight,
-                        int threads, const Progress &progress)
+                        int threads, const Progress &progress, VectorPath path)
 {
     const double greatest = greatestHeight(terrain, maxima, sight);
     constexpr double greatestUsed = 1e200; // far from the horizon's gap
@@ -353,6 +402,7 @@ void addHorizonViewshed(BitGrid &seen, const Terrain &terrain, const BlockMaxima
                       windowOf(sight, terrain.width(), terrain.height()),
                       greatest * rounding,
                       leastGround(sight.ground),
+                      kernelsOf(path),
                       seen};
     storeOwnCell(scene);
     const auto doLeaf = [&](int job) {

@@ -34,9 +34,9 @@ public:
     double metresOfHeight() const;
 
     /// Reads a part block by block, past GDAL's cache; a number that is the no-data value, that the band's mask
-    /// leaves out, or that is not finite becomes a cell without data. Each thread opens the file for itself, and
-    /// whenever it has read some rows calls `tell` with all that follow each other: the terrain, the first one,
-    /// one after the last. Throws Failure, std::bad_alloc.
+    /// leaves out, or that is not finite becomes a cell without data. Each thread opens the file for itself,
+    /// and whenever it has read some rows calls `tell` with all that follow each other: the terrain, the first
+    /// one, one after the last. Throws Failure, std::bad_alloc.
     using RowsRead = std::function<void(const Terrain &, int, int)>;
     Terrain read(const Window &window, int threads, const RowsRead &tell = {}) const;
 
