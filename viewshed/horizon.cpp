@@ -91,22 +91,18 @@ private:
             const int first = std::max(columns.first, 0);
             const int last = std::min(columns.last, terrain.width() - 1);
             double *to = m_heights.data() + (row - rows.first) * rowStep + (first - columns.first) * columnStep;
-            if (sight.bend == 0.0) {
-                lower(from + first, last + 1 - first, sight.eye.z, to, columnStep);
-                continue;
-            }
-            for (int column = first; column <= last; ++column, to += columnStep)
-                *to = sight.aboveEye(static_cast<double>(from[column]), column, row);
+            lower(from + first, {first, row, last + 1 - first}, sight, to, columnStep);
         }
     }
 
-    void lower(const float *from, int count, double eye, double *to, std::ptrdiff_t step) const
+    void lower(const float *from, const CellRun &run, const Sight &sight, double *to, std::ptrdiff_t step) const
     {
-        m_kernels.lowerFloats(from, count, eye, to, step);
+        m_kernels.lowerFloats(from, run, sight, to, step);
     }
-    void lower(const double *from, int count, double eye, double *to, std::ptrdiff_t step) const
+    void lower(const double *from, const CellRun &run, const Sight &sight, double *to,
+               std::ptrdiff_t step) const
     {
-        m_kernels.lowerDoubles(from, count, eye, to, step);
+        m_kernels.lowerDoubles(from, run, sight, to, step);
     }
 
     const SkylineKernels &m_kernels;

@@ -263,15 +263,20 @@ VIEWSHED_INLINE int judge(const Ring &ring, const double *limits, double target,
 }
 
 template <class Number>
-VIEWSHED_INLINE void lower(const Number *heights, int count, double eye, double *VIEWSHED_RESTRICT above,
-                           std::ptrdiff_t step)
+VIEWSHED_INLINE void lower(const Number *heights, const CellRun &cells, const Sight &given,
+                           double *VIEWSHED_RESTRICT above, std::ptrdiff_t step)
 {
-    if (step == 1) {
+    const Sight sight = given; // what nothing else points to stays in registers
+    const auto [column, row, count] = cells;
+    if (sight.bend == 0.0 && step == 1) {
         for (int cell = 0; cell < count; ++cell)
-            above[cell] = static_cast<double>(heights[cell]) - eye;
+            above[cell] = static_cast<double>(heights[cell]) - sight.eye.z;
+    } else if (sight.bend == 0.0) {
+        for (int cell = 0; cell < count; ++cell)
+            above[cell * step] = static_cast<double>(heights[cell]) - sight.eye.z;
     } else {
         for (int cell = 0; cell < count; ++cell)
-            above[cell * step] = static_cast<double>(heights[cell]) - eye;
+            above[cell * step] = sight.aboveEye(static_cast<double>(heights[cell]), column + cell, row);
     }
 }
 
@@ -287,11 +292,11 @@ constexpr SkylineKernels plainKernels{
     [](const Ring &ring, const double *limits, double target, double error, std::uint64_t *above) {
         return judge(ring, limits, target, error, above);
     },
-    [](const float *heights, int count, double eye, double *above, std::ptrdiff_t step) {
-        lower(heights, count, eye, above, step);
+    [](const float *heights, const CellRun &cells, const Sight &sight, double *above, std::ptrdiff_t step) {
+        lower(heights, cells, sight, above, step);
     },
-    [](const double *heights, int count, double eye, double *above, std::ptrdiff_t step) {
-        lower(heights, count, eye, above, step);
+    [](const double *heights, const CellRun &cells, const Sight &sight, double *above, std::ptrdiff_t step) {
+        lower(heights, cells, sight, above, step);
     },
 };
 
@@ -307,10 +312,10 @@ constexpr SkylineKernels avx2Kernels{
     [](const Pieces &horizon) VIEWSHED_AVX2 { return lowest(horizon); },
     [](const Ring &ring, const double *limits, double target, double error, std::uint64_t *above)
         VIEWSHED_AVX2 { return judge(ring, limits, target, error, above); },
-    [](const float *heights, int count, double eye, double *above, std::ptrdiff_t step)
-        VIEWSHED_AVX2 { lower(heights, count, eye, above, step); },
-    [](const double *heights, int count, double eye, double *above, std::ptrdiff_t step)
-        VIEWSHED_AVX2 { lower(heights, count, eye, above, step); },
+    [](const float *heights, const CellRun &cells, const Sight &sight, double *above, std::ptrdiff_t step)
+        VIEWSHED_AVX2 { lower(heights, cells, sight, above, step); },
+    [](const double *heights, const CellRun &cells, const Sight &sight, double *above, std::ptrdiff_t step)
+        VIEWSHED_AVX2 { lower(heights, cells, sight, above, step); },
 };
 #endif
 

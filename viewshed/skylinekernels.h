@@ -1,5 +1,7 @@
 #pragma once
 
+#include "viewshed/sight.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -50,6 +52,14 @@ enum IntervalFlags
     notWhole = 2 ///< not all of the edge between its cells is above the horizon
 };
 
+/// Cells that follow each other in a row of the grid.
+struct CellRun
+{
+    int column; ///< of the first
+    int row;
+    int count;
+};
+
 /// The loops of a pass over the terrain that take its time, compiled for what a processor can do. All give the
 /// same numbers, bit by bit.
 struct SkylineKernels
@@ -67,9 +77,11 @@ struct SkylineKernels
     /// For each vertex 1 if the target is above the limit by more than `error`, else 0; how many are nearer to
     /// it than that.
     int (*judge)(const Ring &ring, const double *limits, double target, double error, std::uint64_t *above);
-    /// Heights in a row less the eye's, with a step between two in the outcome.
-    void (*lowerFloats)(const float *heights, int count, double eye, double *above, std::ptrdiff_t step);
-    void (*lowerDoubles)(const double *heights, int count, double eye, double *above, std::ptrdiff_t step);
+    /// Sight::aboveEye() of the cells' heights, `step` numbers apart in the outcome.
+    void (*lowerFloats)(const float *heights, const CellRun &cells, const Sight &sight, double *above,
+                        std::ptrdiff_t step);
+    void (*lowerDoubles)(const double *heights, const CellRun &cells, const Sight &sight, double *above,
+                         std::ptrdiff_t step);
 };
 
 enum class VectorPath
