@@ -44,6 +44,8 @@ void checkMemory(const Observer &observer, const Sight &sight, const Raster &ras
     constexpr double bits = 0.375; // bytes a cell of the raster
     const double available =
         share * availableMemory() - bits * raster.width() * static_cast<double>(raster.height());
+    if (available <= 0.0)
+        throw Failure("The raster has more cells than fit into the available memory.");
     const double each = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
     double needed = 0.0;
     for (const Part &part : partsFor(sight, raster, alone))
@@ -53,8 +55,7 @@ void checkMemory(const Observer &observer, const Sight &sight, const Raster &ras
     const double determinant = sight.ground.xx * sight.ground.yy - sight.ground.xy * sight.ground.xy;
     // A disc's frame has 4 · distance² / (area of a cell) cells if the cells are square.
     const double frame = alone ? 2.0 : 4.0;
-    const double distance =
-        std::sqrt(std::max(available, 0.0) / each * std::sqrt(std::max(determinant, 0.0)) / frame);
+    const double distance = std::sqrt(available / each * std::sqrt(std::max(determinant, 0.0)) / frame);
     throw Failure(observer.name + " sees more cells than fit into the available memory; a Max_Dist of "
                   + std::to_string(static_cast<long long>(distance)) + " m would.");
 }
@@ -95,26 +96,68 @@ private:
     std::optional<BlockMaxima> m_maxima;
 };
 
-/// Adds the loaded cells without data; the window is as wide as the raster.
-void addVoids(std::optional<BitGrid> &voids, const LoadedWindow &loaded, const Raster &raster, int threads)
+/// What was found so far, and what is needed to find more.
+class Survey
 {
-    std::vector<int> blockRows;
-    for (int row = 0; row * BlockMaxima::side < loaded.window().height; ++row) {
-        if (loaded.maxima().hasVoids(row))
-            blockRows.push_back(row);
+public:
+    Survey(const Raster &raster, const Options &options, int threads)
+        : m_options(options)
+        , m_threads(threads)
+        , m_whole{0, 0, raster.width(), raster.height()}
+        , m_loaded(raster, threads)
+        , m_analysis{BitGrid(raster.width(), raster.height()), false, {}}
+    { }
+
+    /// Adds a part, or all, of what the next observer sees.
+    void look(const Sight &sight, const Part &part, bool first, const Progress &progress)
+    {
+        if (m_loaded.load(part.window))
+            addVoids();
+        const Window &window = m_loaded.window();
+        const Sight own = within(sight, window);
+        if (window == m_whole && (first || m_options.combination == Combination::Or)) {
+            addHorizonViewshed(m_analysis.seen, m_loaded.terrain(), m_loaded.maxima(), own, m_threads,
+                               progress);
+            return;
+        }
+        const BitGrid seen = horizonViewshed(m_loaded.terrain(), m_loaded.maxima(), own, m_threads, progress);
+        if (first)
+            add(m_analysis.seen, seen,
+                window == part.window ? part : Part{window, window.top, window.top + window.height});
+        else
+            combine(m_analysis.seen, seen, window, own, m_options.combination);
     }
-    if (blockRows.empty())
-        return;
-    if (!voids)
-        voids.emplace(raster.width(), raster.height());
-    const auto doBlockRow = [&](int index) {
-        const int first = blockRows[static_cast<std::size_t>(index)] * BlockMaxima::side;
-        const int end = std::min(first + BlockMaxima::side, loaded.window().height);
-        for (int row = first; row < end; ++row)
-            loaded.terrain().findVoids(row, voids->row(loaded.window().top + row));
-    };
-    runJobs(static_cast<int>(blockRows.size()), threads, doBlockRow, {});
-}
+    Analysis result() { return std::move(m_analysis); }
+
+private:
+    /// Adds the cells without data of what was loaded, as far as all rows above are known.
+    void addVoids()
+    {
+        const Window &window = m_loaded.window();
+        if (window.width < m_whole.width || window.top > m_knownRows)
+            return;
+        m_knownRows = std::max(m_knownRows, window.top + window.height);
+        m_analysis.knowsVoids = m_knownRows == m_whole.height;
+        const auto doBlockRow = [&](int blockRow) {
+            const int first = blockRow * BlockMaxima::side;
+            const int end = std::min(first + BlockMaxima::side, window.height);
+            for (int row = first; row < end && m_loaded.maxima().hasVoids(blockRow); ++row)
+                m_loaded.terrain().findVoids(row, m_analysis.voids->row(window.top + row));
+        };
+        if (!m_loaded.maxima().hasVoids())
+            return;
+        if (!m_analysis.voids)
+            m_analysis.voids.emplace(m_whole.width, m_whole.height);
+        runJobs((window.height + BlockMaxima::side - 1) / BlockMaxima::side, m_threads, doBlockRow, {});
+    }
+
+    const Options &m_options;
+    int m_threads;
+    Window m_whole;
+    LoadedWindow m_loaded;
+    int m_knownRows = 0; ///< from the top: those whose cells without data are known
+    Analysis m_analysis;
+};
 
 } // namespace
 
@@ -128,35 +171,18 @@ Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, 
         sights.push_back(sightOf(observer, georeference, raster, options));
         checkMemory(observer, sights.back(), raster, alone);
     }
-
-    const Window whole{0, 0, raster.width(), raster.height()};
-    Analysis analysis{BitGrid(raster.width(), raster.height()), false, {}};
-    LoadedWindow loaded(raster, threads);
+    Survey survey(raster, options, threads);
     for (std::size_t index = 0; index < sights.size(); ++index) {
         const std::vector<Part> parts = partsFor(sights[index], raster, alone);
-        const bool isWhole = windowOf(sights[index], raster.width(), raster.height()) == whole;
         for (std::size_t part = 0; part < parts.size(); ++part) {
-            if (loaded.load(parts[part].window) && isWhole)
-                addVoids(analysis.voids, loaded, raster, threads);
-            const Sight sight = within(sights[index], loaded.window());
-            const auto steps = static_cast<double>(sights.size() * parts.size());
             const auto tell = [&](double done) {
-                progress((static_cast<double>(index * parts.size() + part) + done) / steps);
+                progress((static_cast<double>(index * parts.size() + part) + done)
+                         / static_cast<double>(sights.size() * parts.size()));
             };
-            const bool first = index == 0;
-            if (loaded.window() == whole && (first || options.combination == Combination::Or)) {
-                addHorizonViewshed(analysis.seen, loaded.terrain(), loaded.maxima(), sight, threads, tell);
-                continue;
-            }
-            const BitGrid seen = horizonViewshed(loaded.terrain(), loaded.maxima(), sight, threads, tell);
-            if (parts.size() > 1)
-                add(analysis.seen, seen, parts[part]);
-            else
-                combine(analysis.seen, seen, loaded.window(), sight, options.combination, first);
+            survey.look(sights[index], parts[part], index == 0, tell);
         }
-        analysis.knowsVoids = analysis.knowsVoids || isWhole;
     }
-    return analysis;
+    return survey.result();
 }
 
 } // namespace viewshed

@@ -2,6 +2,8 @@
 
 #include "viewshed/terrain.h"
 
+#include <algorithm>
+#include <limits>
 #include <vector>
 
 namespace viewshed
@@ -32,6 +34,10 @@ public:
     /// Of the whole terrain; 0 if no cell has data.
     double lowestHeight() const { return m_lowest; }
     double highestHeight() const { return m_highest; }
+    bool hasVoids() const
+    {
+        return std::any_of(m_rows.begin(), m_rows.end(), [](const Row &row) { return row.voids; });
+    }
     bool hasVoids(int row) const { return m_rows[static_cast<std::size_t>(row)].voids; }
 
 private:

@@ -82,11 +82,10 @@ void add(BitGrid &picture, const BitGrid &seen, const Part &part)
     }
 }
 
-void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const Sight &sight, Combination how,
-             bool first)
+void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const Sight &sight, Combination how)
 {
     const int firstWord = window.left / BitGrid::bitsPerWord;
-    if (how == Combination::And && !first) {
+    if (how == Combination::And) {
         const std::vector<std::uint64_t> nothing(static_cast<std::size_t>(seen.wordsPerRow()));
         for (int row = 0; row < picture.height(); ++row) {
             const bool inside = row >= window.top && row < window.top + window.height;
@@ -95,7 +94,7 @@ void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const 
         }
         return;
     }
-    for (int row = 0; row < window.height && how == Combination::Overwrite && !first; ++row) {
+    for (int row = 0; row < window.height && how == Combination::Overwrite; ++row) {
         for (int column = 0; column < window.width; ++column) {
             if (sight.reaches(column, row))
                 picture.set(window.left + column, window.top + row, false);

@@ -50,9 +50,8 @@ std::vector<Part> partsOf(const Sight &sight, const Window &window);
 Sight within(Sight sight, const Window &window);
 
 /// Puts what one observer sees into the raster's picture. seen: the window's cells, none beyond the sight's
-/// reach; the sight's eye counts from the window's first cell. `first`: no observer came before.
-void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const Sight &sight, Combination how,
-             bool first);
+/// reach; the sight's eye counts from the window's first cell. Not for the first observer, who is added.
+void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const Sight &sight, Combination how);
 
 /// Adds the part's rows of what is seen, the cells of its window, to the raster's picture.
 void add(BitGrid &picture, const BitGrid &seen, const Part &part);
