@@ -2,10 +2,13 @@
 
 #include "viewshed/combine.h"
 #include "viewshed/jobs.h"
+#include "viewshed/panel.h"
 #include "viewshed/skyline.h"
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
+#include <mutex>
 
 namespace viewshed
 {
@@ -28,88 +31,42 @@ double leafEnd(int leaf)
 /// Beyond so many cells the quotients of two directions may be equal without the directions being so.
 constexpr double farthest = 65536.0;
 
-/// A sector's own coordinates: lines lie across the view and count away from the eye or towards it, places
-/// count along a line.
-struct Frame
+/// What one leaf after the other is computed in: memory is asked for once a thread.
+struct Workspace
 {
-    bool overColumns; ///< a line is a column of the grid, a place a row
-    int direction;    ///< 1 where the lines' numbers grow away from the eye
-
-    int column(int line, int place) const { return overColumns ? line : place; }
-    int row(int line, int place) const { return overColumns ? place : line; }
-};
-
-/// Places of a line, `first` to `last`.
-struct Places
-{
-    int first;
-    int last;
-};
-
-/// The heights above the eye of some lines that follow each other, at some places.
-class Panel
-{
-public:
-    explicit Panel(const SkylineKernels &kernels)
-        : m_kernels(kernels)
+    explicit Workspace(const SkylineKernels &kernels)
+        : skyline(kernels)
+        , panel(kernels)
     { }
 
-    void load(const Terrain &terrain, const Sight &sight, const Frame &frame, Places lines, Places places)
+    Skyline skyline;
+    Panel panel;
+    std::vector<std::uint64_t> above;      ///< 1 for each vertex of a ring that is seen
+    std::vector<std::uint64_t> columnBits; ///< one word a place of the panel
+};
+
+/// Those that no thread uses just now.
+class Workspaces
+{
+public:
+    std::unique_ptr<Workspace> taken(const SkylineKernels &kernels)
     {
-        m_lines = lines;
-        m_places = places;
-        m_width = places.last - places.first + 1;
-        const std::size_t cells =
-            static_cast<std::size_t>(m_width) * static_cast<std::size_t>(lines.last - lines.first + 1);
-        if (m_heights.size() < cells)
-            m_heights.resize(cells);
-        const Places columns = frame.overColumns ? lines : places;
-        const Places rows = frame.overColumns ? places : lines;
-        if (columns.first < 0 || rows.first < 0 || columns.last >= terrain.width()
-            || rows.last >= terrain.height())
-            std::fill(m_heights.begin(), m_heights.end(), noHeight);
-        terrain.withCells([&](const auto *heights) { copy(heights, terrain, sight, frame); });
+        const std::lock_guard lock(m_guard);
+        if (m_idle.empty())
+            return std::make_unique<Workspace>(kernels);
+        std::unique_ptr<Workspace> one = std::move(m_idle.back());
+        m_idle.pop_back();
+        return one;
     }
-    int firstPlace() const { return m_places.first; }
-    /// Of the cell there and those after it.
-    const double *line(int line, int place) const
+    void giveBack(std::unique_ptr<Workspace> one)
     {
-        return m_heights.data() + static_cast<std::ptrdiff_t>(line - m_lines.first) * m_width
-            + (place - m_places.first);
+        const std::lock_guard lock(m_guard);
+        m_idle.push_back(std::move(one));
     }
 
 private:
-    template <class Number>
-    void copy(const Number *cells, const Terrain &terrain, const Sight &sight, const Frame &frame)
-    {
-        const Places columns = frame.overColumns ? m_lines : m_places;
-        const Places rows = frame.overColumns ? m_places : m_lines;
-        const std::ptrdiff_t columnStep = frame.overColumns ? m_width : 1;
-        const std::ptrdiff_t rowStep = frame.overColumns ? 1 : m_width;
-        for (int row = std::max(rows.first, 0); row <= std::min(rows.last, terrain.height() - 1); ++row) {
-            const Number *from = cells + static_cast<std::ptrdiff_t>(row) * terrain.width();
-            const int first = std::max(columns.first, 0);
-            const int last = std::min(columns.last, terrain.width() - 1);
-            double *to = m_heights.data() + (row - rows.first) * rowStep + (first - columns.first) * columnStep;
-            lower(from + first, {first, row, last + 1 - first}, sight, to, columnStep);
-        }
-    }
-
-    void lower(const float *from, const CellRun &run, const Sight &sight, double *to, std::ptrdiff_t step) const
-    {
-        m_kernels.lowerFloats(from, run, sight, to, step);
-    }
-    void lower(const double *from, const CellRun &run, const Sight &sight, double *to,
-               std::ptrdiff_t step) const
-    {
-        m_kernels.lowerDoubles(from, run, sight, to, step);
-    }
-
-    const SkylineKernels &m_kernels;
-    Places m_lines{};
-    Places m_places{};
-    int m_width = 0;
-    std::vector<double> m_heights;
+    std::mutex m_guard;
+    std::vector<std::unique_ptr<Workspace>> m_idle;
 };
 
 /// What all leaves of one sight share.
@@ -129,7 +86,7 @@ struct Scene
 class LeafPass
 {
 public:
-    LeafPass(const Scene &scene, const Frame &frame, int leaf)
+    LeafPass(const Scene &scene, const Frame &frame, int leaf, Workspace &workspace)
         : m_scene(scene)
         , m_frame(frame)
         , m_from(leafEnd(leaf))
@@ -138,9 +95,13 @@ public:
         , m_eyePlace(frame.overColumns ? scene.sight.eye.row() : scene.sight.eye.column())
         , m_lines(frame.overColumns ? columnsOf(scene.window) : rowsOf(scene.window))
         , m_places(frame.overColumns ? rowsOf(scene.window) : columnsOf(scene.window))
-        , m_skyline(m_from, m_to, scene.kernels)
-        , m_panel(scene.kernels)
-    { }
+        , m_skyline(workspace.skyline)
+        , m_panel(workspace.panel)
+        , m_above(workspace.above)
+        , m_columnBits(workspace.columnBits)
+    {
+        m_skyline.restart(m_from, m_to);
+    }
 
     void run()
     {
@@ -324,10 +285,10 @@ private:
     Places m_lines;      ///< of the window
     Places m_places;     ///< of the window
     bool m_level = true; ///< nothing so far was above the eye
-    Skyline m_skyline;
-    Panel m_panel;
-    std::vector<std::uint64_t> m_above;      ///< 1 for each vertex of a ring that is seen
-    std::vector<std::uint64_t> m_columnBits; ///< one word a place of the panel
+    Skyline &m_skyline;
+    Panel &m_panel;
+    std::vector<std::uint64_t> &m_above;
+    std::vector<std::uint64_t> &m_columnBits;
 };
 
 /// A bound of every height above or below the eye, with what is added to it.
@@ -401,9 +362,12 @@ void addHorizonViewshed(BitGrid &seen, const Terrain &terrain, const BlockMaxima
                       kernelsOf(path),
                       seen};
     storeOwnCell(scene);
+    Workspaces workspaces;
     const auto doLeaf = [&](int job) {
         const int sector = job % sectors;
-        LeafPass(scene, {sector < 2, sector % 2 == 0 ? 1 : -1}, job / sectors).run();
+        std::unique_ptr<Workspace> workspace = workspaces.taken(scene.kernels);
+        LeafPass(scene, {sector < 2, sector % 2 == 0 ? 1 : -1}, job / sectors, *workspace).run();
+        workspaces.giveBack(std::move(workspace));
     };
     if (scene.window.width > 0)
         runJobs(sectors * leaves, threads, doLeaf, progress);

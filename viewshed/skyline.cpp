@@ -56,13 +56,17 @@ void Skyline::Envelope::appendCopy(const Envelope &other, std::size_t first, std
     count += end - first;
 }
 
-Skyline::Skyline(double from, double to, const SkylineKernels &kernels)
-    : m_from(from)
-    , m_to(to)
-    , m_kernels(kernels)
+Skyline::Skyline(const SkylineKernels &kernels)
+    : m_kernels(kernels)
+{ }
+
+void Skyline::restart(double from, double to)
 {
+    m_from = from;
+    m_to = to;
     m_horizon.restart(from, 1);
     m_horizon.append(to, {gapHeight, 0.0});
+    m_knowsLowest = false;
 }
 
 double Skyline::lowest()
@@ -140,8 +144,8 @@ void Skyline::raise(const Ring &ring)
 {
     if (!m_kernels.findRisen(ring, m_horizon.pieces(), layout(), m_meetings, m_flags.data()))
         return;
-    // An interval cuts pieces at its ends, and each of its two edges may cross each piece.
-    m_merged.restart(m_from, 2 * m_horizon.count + 8 * m_flags.size());
+    // An interval has two edges at most: each cuts a piece at either end, and crosses each that it meets.
+    m_merged.restart(m_from, 2 * m_horizon.count + 16 * m_flags.size());
     m_next = 0;
     for (int interval = 0; interval < ring.intervals; ++interval) {
         if ((m_flags[static_cast<std::size_t>(interval)] & risen) == 0)

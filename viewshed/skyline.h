@@ -18,8 +18,11 @@ namespace viewshed
 class Skyline
 {
 public:
+    /// To be restarted before it is used.
+    explicit Skyline(const SkylineKernels &kernels);
+
     /// A gap. No vertex of any ring may ever lie in the directions `from` and `to` themselves.
-    Skyline(double from, double to, const SkylineKernels &kernels);
+    void restart(double from, double to);
 
     /// A bound that no point of the horizon is below.
     double lowest();
@@ -79,8 +82,8 @@ private:
     double direction(int vertex) const { return m_directions[static_cast<std::size_t>(vertex)]; }
     RingLayout layout();
 
-    double m_from;
-    double m_to;
+    double m_from = 0.0;
+    double m_to = 0.0;
     const SkylineKernels &m_kernels;
     double m_lowest = 0.0;
     bool m_knowsLowest = false;
