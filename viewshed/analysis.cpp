@@ -46,7 +46,7 @@ void checkMemory(const Observer &observer, const Sight &sight, const Raster &ras
         share * availableMemory() - bits * raster.width() * static_cast<double>(raster.height());
     if (available <= 0.0)
         throw Failure("The raster has more cells than fit into the available memory.");
-    const double each = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
+    const auto each = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
     double needed = 0.0;
     for (const Part &part : partsFor(sight, raster, alone))
         needed = std::max(needed, each * part.window.width * part.window.height);

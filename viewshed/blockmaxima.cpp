@@ -31,7 +31,7 @@ template <class Number> struct ColumnExtremes
             for (int column = 0; column < width; ++column) { // a NaN is neither lower nor higher
                 low[column] = line[column] < low[column] ? line[column] : low[column];
                 high[column] = line[column] > high[column] ? line[column] : high[column];
-                some |= line[column] != line[column] ? 1 : 0;
+                some |= std::isnan(line[column]) ? 1 : 0;
             }
             voids = voids || some != 0;
         }

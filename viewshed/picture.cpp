@@ -177,11 +177,12 @@ public:
 private:
     void writeBlock(Rows &rows, int color, int x, int y, int blockRow, int count)
     {
-        const int columns = std::min(m_width, m_picture.GetRasterXSize() - x * m_width);
+        const int left = x * m_width;
+        const int columns = std::min(m_width, m_picture.GetRasterXSize() - left);
         GByte *block = rows.row(color, y * m_height);
         if (m_height > 1 || columns < m_width) {
             for (int row = 0; row < count; ++row)
-                std::copy_n(rows.row(color, y * m_height + row) + x * m_width, columns,
+                std::copy_n(rows.row(color, y * m_height + row) + left, columns,
                             m_block.data() + static_cast<std::ptrdiff_t>(row) * m_width);
             block = m_block.data();
         }

@@ -119,8 +119,6 @@ Raster::Raster(const std::string &path, int band)
     : m_path(path)
     , m_bandNumber(band)
     , m_dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR))
-    , m_band(nullptr)
-    , m_storage(Terrain::Storage::Float)
 {
     if (!m_dataset)
         throw Failure("The raster cannot be opened: " + std::string(CPLGetLastErrorMsg()));

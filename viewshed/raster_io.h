@@ -46,8 +46,8 @@ private:
     std::string m_path;
     int m_bandNumber;
     std::unique_ptr<GDALDataset> m_dataset;
-    GDALRasterBand *m_band;
-    Terrain::Storage m_storage;
+    GDALRasterBand *m_band = nullptr;
+    Terrain::Storage m_storage = Terrain::Storage::Float;
 };
 
 /// Bytes of memory that a computation may take now; the greatest number where the system does not tell.
