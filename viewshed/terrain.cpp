@@ -22,7 +22,8 @@ template <class Number> Number *allocated(std::size_t cells)
     const std::size_t bytes = cells * sizeof(Number);
     void *memory = ::operator new[](bytes, pageSize);
 #ifdef MADV_HUGEPAGE
-    madvise(memory, bytes, MADV_HUGEPAGE); // advice: it works without, too
+    if (bytes >= static_cast<std::size_t>(pageSize))
+        madvise(memory, bytes, MADV_HUGEPAGE); // advice: it works without, too
 #endif
     return static_cast<Number *>(memory);
 }
