@@ -67,9 +67,11 @@ private:
 /// Mountains of 2000 m with ever smaller ones on them, down to the cell.
 float heightAt(const Noise &noise, int column, int row)
 {
+    constexpr int octaves = 10;
     float height = 0.0F;
     float amplitude = 1000.0F;
-    for (float period = 1024.0F; period > 1.0F; period /= 2.0F, amplitude *= 0.45F)
+    float period = 1024.0F;
+    for (int octave = 0; octave < octaves; ++octave, period /= 2.0F, amplitude *= 0.45F)
         height += amplitude * noise.at(static_cast<float>(column) / period, static_cast<float>(row) / period);
     return height;
 }
