@@ -1,6 +1,6 @@
-// viewshed <gdal_intervisibility.exe> [cells a side]
+// viewshed <gdal_intervisibility.exe>
 //
-// Starts gdal_viewshed and gdal_intervisibility.exe in turn on a rough terrain of its own, as whole processes,
+// Starts gdal_viewshed and gdal_intervisibility.exe in turn on rough terrains of its own, as whole processes,
 // and prints the ratio of the medians. Goals, at 6000 cells a side: one observer 2.5 times faster (at
 // least 1.5), ten observers 4 times faster than ten runs (2), a hundred 2.5 ns a cell and observer (5), 0.8 of
 // the memory (1.0).
@@ -19,6 +19,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <random>
+#include <sched.h>
 #include <string>
 #include <vector>
 
@@ -66,9 +67,11 @@ private:
 /// Mountains of 2000 m with ever smaller ones on them, down to the cell.
 float heightAt(const Noise &noise, int column, int row)
 {
+    constexpr int octaves = 10;
     float height = 0.0F;
     float amplitude = 1000.0F;
-    for (float period = 1024.0F; period > 1.0F; period /= 2.0F, amplitude *= 0.45F)
+    float period = 1024.0F;
+    for (int octave = 0; octave < octaves; ++octave, period /= 2.0F, amplitude *= 0.45F)
         height += amplitude * noise.at(static_cast<float>(column) / period, static_cast<float>(row) / period);
     return height;
 }
@@ -157,7 +160,8 @@ struct Cost
     double megabytes = 0.0; ///< at the peak
 };
 
-Cost costOf(const Words &command)
+/// On so many of the processors; 0 for all.
+Cost costOf(const Words &command, int processors)
 {
     std::vector<char *> arguments;
     for (const std::string &word : command)
@@ -166,6 +170,12 @@ Cost costOf(const Words &command)
     const auto begin = std::chrono::steady_clock::now();
     const pid_t child = fork();
     if (child == 0) {
+        cpu_set_t few;
+        CPU_ZERO(&few);
+        for (int processor = 0; processor < processors; ++processor)
+            CPU_SET(static_cast<std::size_t>(processor), &few);
+        if (processors > 0)
+            sched_setaffinity(0, sizeof few, &few);
         dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
         execvp(arguments[0], arguments.data());
         _exit(1);
@@ -221,50 +231,70 @@ struct Bench
                 curvature};
     }
 
-    void compare(const char *what, std::size_t count, const std::string &dem,
-                 const std::string &curvature) const
+    void compare(const char *what, std::size_t count, const std::string &dem, const std::string &curvature,
+                 int processors = 0) const
     {
         constexpr int rounds = 5;
         std::vector<Cost> one;
         std::vector<Cost> other;
         for (int round = 0; round < rounds; ++round) {
-            one.push_back(costOf(theirs(eyes[static_cast<std::size_t>(round) % count], dem, curvature)));
-            other.push_back(costOf(ours(count, dem, curvature)));
+            one.push_back(
+                costOf(theirs(eyes[static_cast<std::size_t>(round) % count], dem, curvature), processors));
+            other.push_back(costOf(ours(count, dem, curvature), processors));
         }
         const Cost theirs = median(one);
         const Cost ours = median(other);
         const double cells = static_cast<double>(side) * side * static_cast<double>(count);
-        std::printf(
-            "%-28s %5.2f times faster (%.3f s for one, %.3f s for %zu), %.2f of the memory, %.2f ns a cell "
-            "and observer\n",
-            what, theirs.seconds * static_cast<double>(count) / ours.seconds, theirs.seconds, ours.seconds,
-            count, ours.megabytes / theirs.megabytes, ours.seconds * 1e9 / cells);
+        std::printf("%5d  %-28s %5.2f times faster (%.3f s for one, %.3f s for %zu), %.2f of the memory, %.2f "
+                    "ns a cell "
+                    "and observer\n",
+                    side, what, theirs.seconds * static_cast<double>(count) / ours.seconds, theirs.seconds,
+                    ours.seconds, count, ours.megabytes / theirs.megabytes, ours.seconds * 1e9 / cells);
         std::fflush(stdout);
     }
 };
+
+/// A terrain of so many cells a side and its eyes, in the bench's folder.
+bool prepare(Bench &bench, int side, std::size_t eyes)
+{
+    const DataSet dem = writeTerrain(bench.folder + "/dem.tif", side, nullptr);
+    if (!dem)
+        return false;
+    bench.side = side;
+    bench.eyes = eyesOn(*dem, static_cast<int>(eyes));
+    return true;
+}
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    if (argc < 2) {
-        std::fputs("usage: viewshed <gdal_intervisibility.exe> [cells a side]\n", stderr);
+    if (argc != 2) {
+        std::fputs("usage: viewshed <gdal_intervisibility.exe>\n", stderr);
         return 2;
     }
     GDALAllRegister();
-    constexpr int usualSide = 6000;
-    constexpr int mostEyes = 100;
-    Bench bench{argv[1], CPLGenerateTempFilename("viewshed"), argc > 2 ? std::atoi(argv[2]) : usualSide, {}};
+    constexpr int small = 2000;
+    constexpr int usual = 6000;
+    constexpr int large = 12000;
+    constexpr std::size_t few = 10;
+    constexpr std::size_t many = 100;
+    Bench bench{argv[1], CPLGenerateTempFilename("viewshed"), 0, {}};
+    const char *const tiles[] = {"TILED=YES", "COMPRESS=DEFLATE", nullptr};
     if (VSIMkdir(bench.folder.c_str(), 0700) != 0) // NOLINT: rwx------
         return 1;
-    const char *const tiles[] = {"TILED=YES", "COMPRESS=DEFLATE", nullptr};
-    const DataSet dem = writeTerrain(bench.folder + "/dem.tif", bench.side, nullptr);
-    if (!dem || !writeTerrain(bench.folder + "/tiles.tif", bench.side, tiles))
+    for (const int side : {small, large}) {
+        if (!prepare(bench, side, 1))
+            return 1;
+        bench.compare("1 observer", 1, "dem.tif", "0");
+    }
+    if (!prepare(bench, usual, many) || !writeTerrain(bench.folder + "/tiles.tif", usual, tiles))
         return 1;
-    bench.eyes = eyesOn(*dem, mostEyes);
     bench.compare("1 observer", 1, "dem.tif", "0");
-    bench.compare("10 observers", 10, "dem.tif", "0");
-    bench.compare("100 observers", mostEyes, "dem.tif", "0");
+    bench.compare("10 observers", few, "dem.tif", "0");
+    bench.compare("100 observers", many, "dem.tif", "0");
+    bench.compare("1 observer, 1 thread", 1, "dem.tif", "0", 1);
+    bench.compare("10 observers, 1 thread", few, "dem.tif", "0", 1);
     bench.compare("1 observer, DEFLATE in tiles", 1, "tiles.tif", "0");
     bench.compare("1 observer, curvature", 1, "dem.tif", "0.85714");
     VSIRmdirRecursive(bench.folder.c_str());

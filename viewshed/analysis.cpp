@@ -2,6 +2,7 @@
 
 #include "viewshed/georeference.h"
 #include "viewshed/horizon.h"
+#include "viewshed/jobs.h"
 
 #include <gdal_priv.h>
 
@@ -29,27 +30,32 @@ Sight sightOf(const Observer &observer, const Georeference &georeference, const 
     return sight;
 }
 
-/// The same sight, counted from the window's first cell.
-Sight within(Sight sight, const Window &window)
+/// What the observer looks at, in parts that are computed one after the other. Several observers share the
+/// heights: cutting them would mean to read them over and over.
+std::vector<Part> partsFor(const Sight &sight, const Raster &raster, bool alone)
 {
-    sight.eye.x -= std::int64_t(window.left) * latticePoints;
-    sight.eye.y -= std::int64_t(window.top) * latticePoints;
-    return sight;
+    const Window window = windowOf(sight, raster.width(), raster.height());
+    return alone ? partsOf(sight, window) : std::vector<Part>{{window, window.top, window.top + window.height}};
 }
 
-void checkMemory(const Observer &observer, const Sight &sight, const Window &window, const Raster &raster)
+void checkMemory(const Observer &observer, const Sight &sight, const Raster &raster, bool alone)
 {
-    constexpr double share = 0.9; // of what is free, the rest of it being for GDAL
-    constexpr double bits = 0.25; // bytes a cell of the raster
+    constexpr double share = 0.9;  // of what is free, the rest of it being for GDAL
+    constexpr double bits = 0.375; // bytes a cell of the raster
     const double available =
         share * availableMemory() - bits * raster.width() * static_cast<double>(raster.height());
-    const double each = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
-    if (each * window.width * window.height <= available)
+    if (available <= 0.0)
+        throw Failure("The raster has more cells than fit into the available memory.");
+    const auto each = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
+    double needed = 0.0;
+    for (const Part &part : partsFor(sight, raster, alone))
+        needed = std::max(needed, each * part.window.width * part.window.height);
+    if (needed <= available)
         return;
     const double determinant = sight.ground.xx * sight.ground.yy - sight.ground.xy * sight.ground.xy;
     // A disc's frame has 4 · distance² / (area of a cell) cells if the cells are square.
-    const double distance =
-        std::sqrt(std::max(available, 0.0) / each * std::sqrt(std::max(determinant, 0.0))) / 2.0;
+    const double frame = alone ? 2.0 : 4.0;
+    const double distance = std::sqrt(available / each * std::sqrt(std::max(determinant, 0.0)) / frame);
     throw Failure(observer.name + " sees more cells than fit into the available memory; a Max_Dist of "
                   + std::to_string(static_cast<long long>(distance)) + " m would.");
 }
@@ -67,20 +73,19 @@ public:
     const Terrain &terrain() const { return *m_terrain; }
     const BlockMaxima &maxima() const { return *m_maxima; }
 
-    void load(const Window &window)
+    /// Whether it had to be read.
+    bool load(const Window &window)
     {
         if (m_terrain && m_window.holds(window))
-            return;
+            return false;
         m_terrain.reset(); // two do not fit
-        m_terrain.emplace(m_raster.read(window, m_threads));
-        m_maxima.emplace(*m_terrain, m_threads);
+        m_maxima.emplace(window.width, window.height);
+        m_terrain.emplace(m_raster.read(window, m_threads, [this](const Terrain &terrain, int first, int end) {
+            m_maxima->take(terrain, first, end);
+        }));
+        m_maxima->finish(*m_terrain, m_threads);
         m_window = window;
-    }
-    std::optional<Terrain> whole()
-    {
-        if (m_window != Window{0, 0, m_raster.width(), m_raster.height()})
-            m_terrain.reset();
-        return std::move(m_terrain);
+        return true;
     }
 
 private:
@@ -91,31 +96,93 @@ private:
     std::optional<BlockMaxima> m_maxima;
 };
 
+/// What was found so far, and what is needed to find more.
+class Survey
+{
+public:
+    Survey(const Raster &raster, const Options &options, int threads)
+        : m_options(options)
+        , m_threads(threads)
+        , m_whole{0, 0, raster.width(), raster.height()}
+        , m_loaded(raster, threads)
+        , m_analysis{BitGrid(raster.width(), raster.height()), false, {}}
+    { }
+
+    /// Adds a part, or all, of what the next observer sees.
+    void look(const Sight &sight, const Part &part, bool first, const Progress &progress)
+    {
+        if (m_loaded.load(part.window))
+            addVoids();
+        const Window &window = m_loaded.window();
+        const Sight own = within(sight, window);
+        if (window == m_whole && (first || m_options.combination == Combination::Or)) {
+            addHorizonViewshed(m_analysis.seen, m_loaded.terrain(), m_loaded.maxima(), own, m_threads,
+                               progress);
+            return;
+        }
+        const BitGrid seen = horizonViewshed(m_loaded.terrain(), m_loaded.maxima(), own, m_threads, progress);
+        if (first)
+            add(m_analysis.seen, seen,
+                window == part.window ? part : Part{window, window.top, window.top + window.height});
+        else
+            combine(m_analysis.seen, seen, window, own, m_options.combination);
+    }
+    Analysis result() { return std::move(m_analysis); }
+
+private:
+    /// Adds the cells without data of what was loaded, as far as all rows above are known.
+    void addVoids()
+    {
+        const Window &window = m_loaded.window();
+        if (window.width < m_whole.width || window.top > m_knownRows)
+            return;
+        m_knownRows = std::max(m_knownRows, window.top + window.height);
+        m_analysis.knowsVoids = m_knownRows == m_whole.height;
+        const auto doBlockRow = [&](int blockRow) {
+            const int first = blockRow * BlockMaxima::side;
+            const int end = std::min(first + BlockMaxima::side, window.height);
+            for (int row = first; row < end && m_loaded.maxima().hasVoids(blockRow); ++row)
+                m_loaded.terrain().findVoids(row, m_analysis.voids->row(window.top + row));
+        };
+        if (!m_loaded.maxima().hasVoids())
+            return;
+        if (!m_analysis.voids)
+            m_analysis.voids.emplace(m_whole.width, m_whole.height);
+        runJobs((window.height + BlockMaxima::side - 1) / BlockMaxima::side, m_threads, doBlockRow, {});
+    }
+
+    const Options &m_options;
+    int m_threads;
+    Window m_whole;
+    LoadedWindow m_loaded;
+    int m_knownRows = 0; ///< from the top: those whose cells without data are known
+    Analysis m_analysis;
+};
+
 } // namespace
 
 Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, const Options &options,
                   int threads, const Progress &progress)
 {
     const Georeference georeference(raster.dataset());
+    const bool alone = observers.size() == 1;
     std::vector<Sight> sights;
     for (const Observer &observer : observers) {
         sights.push_back(sightOf(observer, georeference, raster, options));
-        checkMemory(observer, sights.back(), windowOf(sights.back(), raster.width(), raster.height()), raster);
+        checkMemory(observer, sights.back(), raster, alone);
     }
-
-    BitGrid picture(raster.width(), raster.height());
-    LoadedWindow loaded(raster, threads);
+    Survey survey(raster, options, threads);
     for (std::size_t index = 0; index < sights.size(); ++index) {
-        const Window needed = windowOf(sights[index], raster.width(), raster.height());
-        loaded.load(needed);
-        const Sight sight = within(sights[index], loaded.window());
-        const auto tell = [&](double done) {
-            progress((static_cast<double>(index) + done) / static_cast<double>(sights.size()));
-        };
-        const BitGrid seen = horizonViewshed(loaded.terrain(), loaded.maxima(), sight, threads, tell);
-        combine(picture, seen, loaded.window(), sight, options.combination, index == 0);
+        const std::vector<Part> parts = partsFor(sights[index], raster, alone);
+        for (std::size_t part = 0; part < parts.size(); ++part) {
+            const auto tell = [&](double done) {
+                progress((static_cast<double>(index * parts.size() + part) + done)
+                         / static_cast<double>(sights.size() * parts.size()));
+            };
+            survey.look(sights[index], parts[part], index == 0, tell);
+        }
     }
-    return {std::move(picture), loaded.whole()};
+    return survey.result();
 }
 
 } // namespace viewshed

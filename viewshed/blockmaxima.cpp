@@ -17,6 +17,7 @@ template <class Number> struct ColumnExtremes
 {
     std::vector<Number> lowest;
     std::vector<Number> highest;
+    bool voids = false;
 
     ColumnExtremes(const Number *cells, int width, int top, int bottom)
         : lowest(static_cast<std::size_t>(width), std::numeric_limits<Number>::infinity())
@@ -26,41 +27,69 @@ template <class Number> struct ColumnExtremes
             const Number *line = cells + static_cast<std::ptrdiff_t>(row) * width;
             Number *low = lowest.data();
             Number *high = highest.data();
+            int some = 0;
             for (int column = 0; column < width; ++column) { // a NaN is neither lower nor higher
                 low[column] = line[column] < low[column] ? line[column] : low[column];
                 high[column] = line[column] > high[column] ? line[column] : high[column];
+                some |= std::isnan(line[column]) ? 1 : 0;
             }
+            voids = voids || some != 0;
         }
     }
 };
 
 } // namespace
 
+BlockMaxima::BlockMaxima(int width, int height)
+    : m_columns((width + side - 1) / side)
+    , m_rows(static_cast<std::size_t>((height + side - 1) / side))
+    , m_maxima(static_cast<std::size_t>(m_columns) * m_rows.size())
+{ }
+
 BlockMaxima::BlockMaxima(const Terrain &terrain, int threads)
-    : m_columns((terrain.width() + side - 1) / side)
+    : BlockMaxima(terrain.width(), terrain.height())
 {
-    const int rows = (terrain.height() + side - 1) / side;
-    m_maxima.resize(static_cast<std::size_t>(m_columns) * static_cast<std::size_t>(rows));
-    std::vector<double> lowest(static_cast<std::size_t>(rows), infinity);
-    const auto doRow = [&](int row) {
-        double *maxima = m_maxima.data() + static_cast<std::ptrdiff_t>(row) * m_columns;
-        const int top = std::max(row * side - 1, 0);
-        const int bottom = std::min(row * side + side + 1, terrain.height());
-        terrain.withCells([&]<class Number>(const Number *cells) {
-            const ColumnExtremes<Number> found(cells, terrain.width(), top, bottom);
-            const auto high = found.highest.begin();
-            for (int column = 0; column < m_columns; ++column)
-                maxima[column] = *std::max_element(high + std::max(column * side - 1, 0),
-                                                   high + std::min(column * side + side + 1, terrain.width()));
-            lowest[static_cast<std::size_t>(row)] = *std::min_element(found.lowest.begin(), found.lowest.end());
-        });
+    finish(terrain, threads);
+}
+
+void BlockMaxima::take(const Terrain &terrain, int first, int end)
+{
+    const int firstRow = first == 0 ? 0 : first / side + 1; // with the cell row above it
+    const int endRow = end == terrain.height() ? static_cast<int>(m_rows.size()) : (end - 1) / side;
+    for (int row = endRow - 1; row >= firstRow && !m_rows[static_cast<std::size_t>(row)].taken; --row)
+        takeRow(terrain, row);
+}
+
+void BlockMaxima::finish(const Terrain &terrain, int threads)
+{
+    const auto takeIfLeft = [&](int row) {
+        if (!m_rows[static_cast<std::size_t>(row)].taken)
+            takeRow(terrain, row);
     };
-    runJobs(rows, threads, doRow, {});
+    runJobs(static_cast<int>(m_rows.size()), threads, takeIfLeft, {});
     const double high = m_maxima.empty() ? -infinity : *std::max_element(m_maxima.begin(), m_maxima.end());
     if (high > -infinity) {
         m_highest = high;
-        m_lowest = *std::min_element(lowest.begin(), lowest.end());
+        m_lowest = infinity;
+        for (const Row &row : m_rows)
+            m_lowest = std::min(m_lowest, row.lowest);
     }
+}
+
+void BlockMaxima::takeRow(const Terrain &terrain, int row)
+{
+    double *maxima = m_maxima.data() + static_cast<std::ptrdiff_t>(row) * m_columns;
+    Row &of = m_rows[static_cast<std::size_t>(row)];
+    const int top = std::max(row * side - 1, 0);
+    const int bottom = std::min(row * side + side + 1, terrain.height());
+    terrain.withCells([&]<class Number>(const Number *cells) {
+        const ColumnExtremes<Number> found(cells, terrain.width(), top, bottom);
+        const auto high = found.highest.begin();
+        for (int column = 0; column < m_columns; ++column)
+            maxima[column] = *std::max_element(high + std::max(column * side - 1, 0),
+                                               high + std::min(column * side + side + 1, terrain.width()));
+        of = {true, found.voids, *std::min_element(found.lowest.begin(), found.lowest.end())};
+    });
 }
 
 double BlockMaxima::greatest(int firstColumn, int lastColumn, int firstRow, int lastRow) const

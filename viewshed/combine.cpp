@@ -49,11 +49,43 @@ Window windowOf(const Sight &sight, int rasterWidth, int rasterHeight)
     return {left, rows.first, columns.last + 1 - left, rows.last + 1 - rows.first};
 }
 
-void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const Sight &sight, Combination how,
-             bool first)
+std::vector<Part> partsOf(const Sight &sight, const Window &window)
+{
+    const int bottom = window.top + window.height;
+    const auto eyeRow = static_cast<std::int64_t>(std::floor(sight.eye.row()));
+    if (eyeRow < window.top || eyeRow + 1 >= bottom)
+        return {{window, window.top, bottom}};
+    // A crossing that falls on a cell asks for its neighbours, too.
+    const int cut = static_cast<int>(eyeRow) + 1;
+    Window upper = window;
+    upper.height = cut + 1 - window.top;
+    Window lower = window;
+    lower.top = cut - 1;
+    lower.height = bottom - lower.top;
+    return {{upper, window.top, cut}, {lower, cut, bottom}};
+}
+
+Sight within(Sight sight, const Window &window)
+{
+    sight.eye.x -= std::int64_t(window.left) * latticePoints;
+    sight.eye.y -= std::int64_t(window.top) * latticePoints;
+    return sight;
+}
+
+void add(BitGrid &picture, const BitGrid &seen, const Part &part)
+{
+    for (int row = part.firstRow; row < part.endRow; ++row) {
+        std::uint64_t *words = picture.row(row) + part.window.left / BitGrid::bitsPerWord;
+        const std::uint64_t *more = seen.row(row - part.window.top);
+        for (int word = 0; word < seen.wordsPerRow(); ++word)
+            words[word] |= more[word];
+    }
+}
+
+void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const Sight &sight, Combination how)
 {
     const int firstWord = window.left / BitGrid::bitsPerWord;
-    if (how == Combination::And && !first) {
+    if (how == Combination::And) {
         const std::vector<std::uint64_t> nothing(static_cast<std::size_t>(seen.wordsPerRow()));
         for (int row = 0; row < picture.height(); ++row) {
             const bool inside = row >= window.top && row < window.top + window.height;
@@ -62,17 +94,13 @@ void combine(BitGrid &picture, const BitGrid &seen, const Window &window, const 
         }
         return;
     }
-    for (int row = 0; row < window.height; ++row) {
-        if (how == Combination::Overwrite && !first) {
-            for (int column = 0; column < window.width; ++column) {
-                if (sight.reaches(column, row))
-                    picture.set(window.left + column, window.top + row, false);
-            }
+    for (int row = 0; row < window.height && how == Combination::Overwrite; ++row) {
+        for (int column = 0; column < window.width; ++column) {
+            if (sight.reaches(column, row))
+                picture.set(window.left + column, window.top + row, false);
         }
-        std::uint64_t *words = picture.row(window.top + row) + firstWord;
-        for (int word = 0; word < seen.wordsPerRow(); ++word)
-            words[word] |= seen.row(row)[word];
     }
+    add(picture, seen, {window, window.top, window.top + window.height});
 }
 
 } // namespace viewshed

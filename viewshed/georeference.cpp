@@ -35,7 +35,6 @@ Metres metresOfAngle(const OGRSpatialReference &crs, double latitude)
 
 Georeference::Georeference(GDALDataset &dataset)
     : m_transform{0.0, 1.0, 0.0, 0.0, 0.0, 1.0}
-    , m_inverse{}
 {
     const OGRSpatialReference *crs = dataset.GetSpatialRef();
     if (dataset.GetGeoTransform(m_transform.data()) != CE_None) {

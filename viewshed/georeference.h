@@ -37,7 +37,7 @@ public:
 
 private:
     std::array<double, 6> m_transform;
-    std::array<double, 6> m_inverse;
+    std::array<double, 6> m_inverse{};
     std::unique_ptr<OGRSpatialReference> m_crs; ///< null without one
 };
 

@@ -2,11 +2,13 @@
 
 #include "viewshed/combine.h"
 #include "viewshed/jobs.h"
+#include "viewshed/panel.h"
 #include "viewshed/skyline.h"
 
 #include <algorithm>
 #include <atomic>
-#include <utility>
+#include <memory>
+#include <mutex>
 
 namespace viewshed
 {
@@ -29,68 +31,42 @@ double leafEnd(int leaf)
 /// Beyond so many cells the quotients of two directions may be equal without the directions being so.
 constexpr double farthest = 65536.0;
 
-/// A sector's own coordinates: lines lie across the view and count away from the eye or towards it, places
-/// count along a line.
-struct Frame
+/// What one leaf after the other is computed in: memory is asked for once a thread.
+struct Workspace
 {
-    bool overColumns; ///< a line is a column of the grid, a place a row
-    int direction;    ///< 1 where the lines' numbers grow away from the eye
+    explicit Workspace(const SkylineKernels &kernels)
+        : skyline(kernels)
+        , panel(kernels)
+    { }
 
-    int column(int line, int place) const { return overColumns ? line : place; }
-    int row(int line, int place) const { return overColumns ? place : line; }
+    Skyline skyline;
+    Panel panel;
+    std::vector<std::uint64_t> above;      ///< 1 for each vertex of a ring that is seen
+    std::vector<std::uint64_t> columnBits; ///< one word a place of the panel
 };
 
-/// Places of a line, `first` to `last`.
-struct Places
-{
-    int first;
-    int last;
-};
-
-/// The heights above the eye of some lines that follow each other, at some places.
-class Panel
+/// Those that no thread uses just now.
+class Workspaces
 {
 public:
-    void load(const Terrain &terrain, const Sight &sight, const Frame &frame, Places lines, Places places)
+    std::unique_ptr<Workspace> taken(const SkylineKernels &kernels)
     {
-        m_lines = lines;
-        m_places = places;
-        m_width = places.last - places.first + 1;
-        m_heights.assign(static_cast<std::size_t>(m_width)
-                             * static_cast<std::size_t>(lines.last - lines.first + 1),
-                         noHeight);
-        terrain.withCells([&](const auto *cells) { copy(cells, terrain, sight, frame); });
+        const std::lock_guard lock(m_guard);
+        if (m_idle.empty())
+            return std::make_unique<Workspace>(kernels);
+        std::unique_ptr<Workspace> one = std::move(m_idle.back());
+        m_idle.pop_back();
+        return one;
     }
-    int firstPlace() const { return m_places.first; }
-    /// Of the cell there and those after it.
-    const double *line(int line, int place) const
+    void giveBack(std::unique_ptr<Workspace> one)
     {
-        return m_heights.data() + static_cast<std::ptrdiff_t>(line - m_lines.first) * m_width
-            + (place - m_places.first);
+        const std::lock_guard lock(m_guard);
+        m_idle.push_back(std::move(one));
     }
 
 private:
-    template <class Number>
-    void copy(const Number *cells, const Terrain &terrain, const Sight &sight, const Frame &frame)
-    {
-        const Places columns = frame.overColumns ? m_lines : m_places;
-        const Places rows = frame.overColumns ? m_places : m_lines;
-        const std::ptrdiff_t columnStep = frame.overColumns ? m_width : 1;
-        const std::ptrdiff_t rowStep = frame.overColumns ? 1 : m_width;
-        for (int row = std::max(rows.first, 0); row <= std::min(rows.last, terrain.height() - 1); ++row) {
-            const Number *from = cells + static_cast<std::ptrdiff_t>(row) * terrain.width();
-            double *to = m_heights.data() + (row - rows.first) * rowStep;
-            const int last = std::min(columns.last, terrain.width() - 1);
-            for (int column = std::max(columns.first, 0); column <= last; ++column)
-                to[(column - columns.first) * columnStep] =
-                    sight.aboveEye(static_cast<double>(from[column]), column, row);
-        }
-    }
-
-    Places m_lines{};
-    Places m_places{};
-    int m_width = 0;
-    std::vector<double> m_heights;
+    std::mutex m_guard;
+    std::vector<std::unique_ptr<Workspace>> m_idle;
 };
 
 /// What all leaves of one sight share.
@@ -102,6 +78,7 @@ struct Scene
     Window window;      ///< the cells that matter
     double error;       ///< of a horizon's height at a distance of one cell
     double leastGround; ///< square metres of the shortest step of one cell, in any direction
+    const SkylineKernels &kernels;
     BitGrid &seen;
 };
 
@@ -109,7 +86,7 @@ struct Scene
 class LeafPass
 {
 public:
-    LeafPass(const Scene &scene, const Frame &frame, int leaf)
+    LeafPass(const Scene &scene, const Frame &frame, int leaf, Workspace &workspace)
         : m_scene(scene)
         , m_frame(frame)
         , m_from(leafEnd(leaf))
@@ -118,8 +95,13 @@ public:
         , m_eyePlace(frame.overColumns ? scene.sight.eye.row() : scene.sight.eye.column())
         , m_lines(frame.overColumns ? columnsOf(scene.window) : rowsOf(scene.window))
         , m_places(frame.overColumns ? rowsOf(scene.window) : columnsOf(scene.window))
-        , m_skyline(m_from, m_to)
-    { }
+        , m_skyline(workspace.skyline)
+        , m_panel(workspace.panel)
+        , m_above(workspace.above)
+        , m_columnBits(workspace.columnBits)
+    {
+        m_skyline.restart(m_from, m_to);
+    }
 
     void run()
     {
@@ -189,7 +171,7 @@ private:
     }
 
     /// Whether the highest cell of the lines, put where it is best seen, is below all of the horizon.
-    bool isHidden(int nearest, int farthestLine, double greatest) const
+    bool isHidden(int nearest, int farthestLine, double greatest)
     {
         const Sight &sight = m_scene.sight;
         const double before = ahead(nearest) - 1.0;
@@ -213,45 +195,70 @@ private:
         ring.heights = m_panel.line(line, vertices.first);
         ring.nearer = m_panel.line(line - m_frame.direction, vertices.first);
         ring.farther = m_panel.line(line + m_frame.direction, vertices.first);
-        const std::vector<double> &limits = m_skyline.limits(ring);
+        const double *limits = m_skyline.limits(ring);
         decide(line, ring, vertices.first, limits);
         m_skyline.raise(ring);
     }
 
-    void decide(int line, const Ring &ring, int first, const std::vector<double> &limits)
+    void decide(int line, const Ring &ring, int first, const double *limits)
     {
         const double error = ring.ahead * m_scene.error;
         const double target = m_scene.sight.targetHeight;
-        for (int vertex = 0; vertex <= ring.intervals; ++vertex) {
-            const double above = ring.heights[vertex] + target - limits[static_cast<std::size_t>(vertex)];
-            if (!(above >= -error)) // nor with NaN
+        if (m_above.size() <= static_cast<std::size_t>(ring.intervals))
+            m_above.resize(static_cast<std::size_t>(ring.intervals) + 1);
+        int doubtful = m_scene.kernels.judge(ring, limits, target, error, m_above.data());
+        for (int vertex = 0; doubtful > 0; ++vertex) {
+            const double height = ring.heights[vertex] + target;
+            if (!(std::abs(height - limits[vertex]) <= error))
                 continue;
-            const int place = first + vertex;
-            const int column = m_frame.column(line, place);
-            const int row = m_frame.row(line, place);
+            --doubtful;
             // Over water as high as the eye every cell is in doubt, and none has to be.
-            const bool clear = above > error || (m_level && ring.heights[vertex] + target >= 0.0);
-            if ((clear || sees(m_scene.terrain, m_scene.sight, column, row))
-                && m_scene.sight.reaches(column, row))
-                collect(line, place);
+            const bool clear = m_level && height >= 0.0;
+            const int place = first + vertex;
+            if (clear
+                || sees(m_scene.terrain, m_scene.sight, m_frame.column(line, place), m_frame.row(line, place)))
+                m_above[static_cast<std::size_t>(vertex)] = 1;
         }
-        if (!m_frame.overColumns)
-            store(m_wordPlace, line, std::exchange(m_bits, 0));
+        if (!std::isinf(m_scene.sight.reach))
+            dropBeyondReach(line, ring, first);
+        if (m_frame.overColumns)
+            collectColumn(line, ring, first);
+        else
+            storeRow(line, ring, first);
     }
 
-    /// Cells of a row are collected to words. Those of the lines of a block, where lines are columns, are
-    /// collected for each row, until the block is done.
-    void collect(int line, int place)
+    void dropBeyondReach(int line, const Ring &ring, int first)
     {
-        if (m_frame.overColumns) {
-            m_columnBits[static_cast<std::size_t>(place - m_panel.firstPlace())] |= std::uint64_t(1)
-                << (line % BitGrid::bitsPerWord);
-            return;
+        for (int vertex = 0; vertex <= ring.intervals; ++vertex) {
+            const int place = first + vertex;
+            std::uint64_t &above = m_above[static_cast<std::size_t>(vertex)];
+            if (above != 0 && !m_scene.sight.reaches(m_frame.column(line, place), m_frame.row(line, place)))
+                above = 0;
         }
-        const int wordPlace = place / BitGrid::bitsPerWord * BitGrid::bitsPerWord;
-        if (wordPlace != m_wordPlace)
-            store(std::exchange(m_wordPlace, wordPlace), line, std::exchange(m_bits, 0));
-        m_bits |= std::uint64_t(1) << (place - wordPlace);
+    }
+
+    /// The bits of the lines of a block, where lines are columns, are collected for each row until the block is
+    /// done.
+    void collectColumn(int line, const Ring &ring, int first)
+    {
+        std::uint64_t *bits = m_columnBits.data() + (first - m_panel.firstPlace());
+        const int shift = line % BitGrid::bitsPerWord;
+        for (int vertex = 0; vertex <= ring.intervals; ++vertex)
+            bits[vertex] |= m_above[static_cast<std::size_t>(vertex)] << shift;
+    }
+
+    void storeRow(int line, const Ring &ring, int first)
+    {
+        constexpr int bitsPerWord = BitGrid::bitsPerWord;
+        int vertex = std::max(-first, 0); // the others are outside the terrain
+        while (vertex <= ring.intervals) {
+            const int place = first + vertex;
+            const int end = std::min(vertex + bitsPerWord - place % bitsPerWord, ring.intervals + 1);
+            std::uint64_t bits = 0;
+            for (int shift = place % bitsPerWord; vertex < end; ++vertex, ++shift)
+                bits |= m_above[static_cast<std::size_t>(vertex)] << shift;
+            store(place, line, bits);
+        }
     }
 
     void storeColumns(int line)
@@ -278,11 +285,10 @@ private:
     Places m_lines;      ///< of the window
     Places m_places;     ///< of the window
     bool m_level = true; ///< nothing so far was above the eye
-    Skyline m_skyline;
-    Panel m_panel;
-    int m_wordPlace = 0;
-    std::uint64_t m_bits = 0;
-    std::vector<std::uint64_t> m_columnBits; ///< one word a place of the panel
+    Skyline &m_skyline;
+    Panel &m_panel;
+    std::vector<std::uint64_t> &m_above;
+    std::vector<std::uint64_t> &m_columnBits;
 };
 
 /// A bound of every height above or below the eye, with what is added to it.
@@ -327,31 +333,44 @@ void storeOwnCell(const Scene &scene)
 } // namespace
 
 BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight, int threads,
-                        const Progress &progress)
+                        const Progress &progress, VectorPath path)
+{
+    BitGrid seen(terrain.width(), terrain.height());
+    addHorizonViewshed(seen, terrain, maxima, sight, threads, progress, path);
+    return seen;
+}
+
+void addHorizonViewshed(BitGrid &seen, const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight,
+                        int threads, const Progress &progress, VectorPath path)
 {
     const double greatest = greatestHeight(terrain, maxima, sight);
     constexpr double greatestUsed = 1e200; // far from the horizon's gap
-    if (!isNear(terrain, sight.eye) || !(greatest < greatestUsed))
-        return plainViewshed(terrain, sight, threads, progress);
+    const Window whole{0, 0, terrain.width(), terrain.height()};
+    if (!isNear(terrain, sight.eye) || !(greatest < greatestUsed)) {
+        add(seen, plainViewshed(terrain, sight, threads, progress), {whole, 0, terrain.height()});
+        return;
+    }
 
     // Some roundings of heights as great, each 2^-53 of it, 2^10 times as much where the eye is near to a line.
     constexpr double rounding = 0x1p-36;
-    BitGrid seen(terrain.width(), terrain.height());
     const Scene scene{terrain,
                       maxima,
                       sight,
                       windowOf(sight, terrain.width(), terrain.height()),
                       greatest * rounding,
                       leastGround(sight.ground),
+                      kernelsOf(path),
                       seen};
     storeOwnCell(scene);
+    Workspaces workspaces;
     const auto doLeaf = [&](int job) {
         const int sector = job % sectors;
-        LeafPass(scene, {sector < 2, sector % 2 == 0 ? 1 : -1}, job / sectors).run();
+        std::unique_ptr<Workspace> workspace = workspaces.taken(scene.kernels);
+        LeafPass(scene, {sector < 2, sector % 2 == 0 ? 1 : -1}, job / sectors, *workspace).run();
+        workspaces.giveBack(std::move(workspace));
     };
     if (scene.window.width > 0)
         runJobs(sectors * leaves, threads, doLeaf, progress);
-    return seen;
 }
 
 } // namespace viewshed

@@ -37,7 +37,7 @@ void paint(const Options &options)
     tell(0.0);
     const Analysis analysis =
         analysed(raster, observers, options, threads, [&](double done) { tell(computing * done); });
-    writePicture(analysis.seen, raster, analysis.terrain ? &*analysis.terrain : nullptr, options, threads);
+    writePicture(analysis, raster, options, threads);
     tell(1.0);
 }
 

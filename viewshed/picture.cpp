@@ -1,12 +1,12 @@
 #include "viewshed/picture.h"
 
-#include "viewshed/jobs.h"
-
 #include <cpl_string.h>
 #include <gdal_priv.h>
 
 #include <algorithm>
+#include <array>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 
 namespace viewshed
@@ -88,66 +88,66 @@ class Rows
 public:
     static constexpr int colors = 3;
 
-    Rows(const BitGrid &seen, const Options &options, int most)
-        : m_seen(seen)
-        , m_options(options)
-        , m_plane(static_cast<std::size_t>(seen.width()) * static_cast<std::size_t>(most))
+    Rows(const Options &options, int width, int most)
+        : m_width(width)
+        , m_stride(static_cast<std::size_t>((width + BitGrid::bitsPerWord - 1) / BitGrid::bitsPerWord)
+                   * BitGrid::bitsPerWord)
+        , m_plane(m_stride * static_cast<std::size_t>(most))
         , m_bytes(m_plane * colors)
-    { }
-
-    /// terrain: the whole raster, or only its rows from `first` on.
-    void paint(const Terrain &terrain, int first, int top, int rows, int threads)
     {
-        terrain.withCells([&](const auto *cells) {
-            const auto paintRow = [&](int row) {
-                this->paintRow(top + row,
-                               cells + static_cast<std::ptrdiff_t>(top + row - first) * m_seen.width(), row);
-            };
-            runJobs(rows, threads, paintRow, {});
-        });
+        for (std::size_t color = 0; color < colors; ++color) {
+            constexpr std::uint64_t everyByte = 0x0101010101010101;
+            m_hidden[color] = everyByte * options.hidden[color];
+            m_seen[color] = everyByte * options.seen[color];
+            m_noData[color] = everyByte * options.noData[color];
+        }
+    }
+
+    int width() const { return m_width; }
+    /// voids: the bits of the cells without data; null if there is none.
+    void paint(int row, const std::uint64_t *seen, const std::uint64_t *voids)
+    {
+        static const std::array<std::uint64_t, 256> spread = bytesOfBits();
+        constexpr int cells = 8; // of one step
+        for (int column = 0; column < m_width; column += cells) {
+            const int word = column / BitGrid::bitsPerWord;
+            const int shift = column % BitGrid::bitsPerWord;
+            const std::uint64_t see = spread[seen[word] >> shift & 0xFF];
+            const std::uint64_t none = voids != nullptr ? spread[voids[word] >> shift & 0xFF] : 0;
+            for (std::size_t color = 0; color < colors; ++color) {
+                const std::uint64_t known = (see & m_seen[color]) | (~see & m_hidden[color]);
+                const std::uint64_t bytes = (none & m_noData[color]) | (~none & known);
+                std::memcpy(this->row(static_cast<int>(color), row) + column, &bytes, sizeof bytes);
+            }
+        }
     }
     GByte *row(int color, int row)
     {
         return m_bytes.data() + static_cast<std::size_t>(color) * m_plane
-            + static_cast<std::size_t>(row) * static_cast<std::size_t>(m_seen.width());
+            + static_cast<std::size_t>(row) * m_stride;
     }
 
 private:
-    static constexpr GByte noData = 2; ///< a kind of cell; the others are the seen bit
-
-    template <class Number> void paintRow(int rasterRow, const Number *heights, int row)
+    /// A byte of ones for each bit, the lowest bit's first in memory.
+    static std::array<std::uint64_t, 256> bytesOfBits()
     {
-        // The first plane's row holds the kinds of the cells until it gets its own colour, as the last.
-        GByte *kinds = this->row(0, row);
-        const int width = m_seen.width();
-        for (int first = 0; first < width; first += BitGrid::bitsPerWord) {
-            const std::uint64_t word = m_seen.row(rasterRow)[first / BitGrid::bitsPerWord];
-            const int count = std::min(BitGrid::bitsPerWord, width - first);
-            for (int cell = 0; cell < count; ++cell)
-                kinds[first + cell] = static_cast<GByte>(word >> cell & 1U);
+        std::array<std::uint64_t, 256> spread{};
+        for (std::size_t bits = 0; bits < spread.size(); ++bits) {
+            std::array<GByte, sizeof(std::uint64_t)> bytes{};
+            for (std::size_t bit = 0; bit < bytes.size(); ++bit)
+                bytes[bit] = (bits >> bit & 1U) != 0 ? 0xFF : 0;
+            std::memcpy(&spread[bits], bytes.data(), sizeof(std::uint64_t));
         }
-        for (int column = 0; column < width; ++column)
-            kinds[column] = std::isnan(heights[column]) ? noData : kinds[column];
-        for (int color = colors - 1; color >= 0; --color)
-            paintKinds(kinds, static_cast<std::size_t>(color), this->row(color, row), width);
+        return spread;
     }
 
-    void paintKinds(const GByte *kinds, std::size_t color, GByte *to, int width) const
-    {
-        const GByte visible = m_options.seen[color];
-        const GByte hidden = m_options.hidden[color];
-        const GByte none = m_options.noData[color];
-        for (int column = 0; column < width; ++column) {
-            const GByte kind = kinds[column];
-            const GByte known = kind == 1 ? visible : hidden;
-            to[column] = kind == noData ? none : known;
-        }
-    }
-
-    const BitGrid &m_seen;
-    const Options &m_options;
-    std::size_t m_plane; ///< bytes
+    int m_width;
+    std::size_t m_stride; ///< bytes of a row, whole words of cells
+    std::size_t m_plane;  ///< bytes
     std::vector<GByte> m_bytes;
+    std::array<std::uint64_t, colors> m_hidden{};
+    std::array<std::uint64_t, colors> m_seen{};
+    std::array<std::uint64_t, colors> m_noData{};
 };
 
 /// Writes whole blocks past GDAL's cache, which would take in the whole picture.
@@ -177,11 +177,16 @@ public:
 private:
     void writeBlock(Rows &rows, int color, int x, int y, int blockRow, int count)
     {
-        const int columns = std::min(m_width, m_picture.GetRasterXSize() - x * m_width);
-        for (int row = 0; row < count; ++row)
-            std::copy_n(rows.row(color, y * m_height + row) + x * m_width, columns,
-                        m_block.data() + static_cast<std::ptrdiff_t>(row) * m_width);
-        if (m_picture.GetRasterBand(color + 1)->WriteBlock(x, blockRow, m_block.data()) != CE_None)
+        const int left = x * m_width;
+        const int columns = std::min(m_width, m_picture.GetRasterXSize() - left);
+        GByte *block = rows.row(color, y * m_height);
+        if (m_height > 1 || columns < m_width) {
+            for (int row = 0; row < count; ++row)
+                std::copy_n(rows.row(color, y * m_height + row) + left, columns,
+                            m_block.data() + static_cast<std::ptrdiff_t>(row) * m_width);
+            block = m_block.data();
+        }
+        if (m_picture.GetRasterBand(color + 1)->WriteBlock(x, blockRow, block) != CE_None)
             throw Failure(lastMessage("The picture cannot be written"));
     }
 
@@ -191,21 +196,34 @@ private:
     std::vector<GByte> m_block;
 };
 
-void writeCells(GDALDataset &picture, const BitGrid &seen, const Raster &raster, const Terrain *terrain,
-                const Options &options, int threads)
+/// Paints some rows of the picture; those of the raster are read again if its cells without data are not known.
+void paintRows(Rows &rows, const Analysis &analysis, const Raster &raster, int top, int count, int threads)
+{
+    std::optional<BitGrid> found;
+    if (!analysis.knowsVoids) {
+        const Terrain terrain = raster.read({0, top, rows.width(), count}, threads);
+        found.emplace(rows.width(), count);
+        for (int row = 0; row < count; ++row)
+            terrain.findVoids(row, found->row(row));
+    }
+    for (int row = 0; row < count; ++row) {
+        const std::uint64_t *voids = found ? found->row(row) : nullptr;
+        rows.paint(row, analysis.seen.row(top + row), analysis.voids ? analysis.voids->row(top + row) : voids);
+    }
+}
+
+void writeCells(GDALDataset &picture, const Analysis &analysis, const Raster &raster, const Options &options,
+                int threads)
 {
     BlockWriter writer(picture);
-    constexpr int someRows = 256;
+    const int someRows = analysis.knowsVoids ? 32 : 256;
     const int step = std::max(writer.height(), someRows / writer.height() * writer.height());
-    const int most = std::min(step, seen.height());
-    Rows rows(seen, options, most);
-    for (int top = 0; top < seen.height(); top += step) {
+    const int height = analysis.seen.height();
+    Rows rows(options, analysis.seen.width(), std::min(step, height));
+    for (int top = 0; top < height; top += step) {
         checkStop();
-        const int count = std::min(step, seen.height() - top);
-        if (terrain != nullptr)
-            rows.paint(*terrain, 0, top, count, threads);
-        else
-            rows.paint(raster.read({0, top, seen.width(), count}, 1), top, top, count, threads);
+        const int count = std::min(step, height - top);
+        paintRows(rows, analysis, raster, top, count, threads);
         writer.write(rows, top, count);
     }
 }
@@ -218,8 +236,7 @@ bool sameFile(const std::string &one, const std::string &other)
 
 } // namespace
 
-void writePicture(const BitGrid &seen, const Raster &raster, const Terrain *terrain, const Options &options,
-                  int threads)
+void writePicture(const Analysis &analysis, const Raster &raster, const Options &options, int threads)
 {
     CPLStringList creation;
     for (const std::string &option : options.creationOptions)
@@ -233,12 +250,12 @@ void writePicture(const BitGrid &seen, const Raster &raster, const Terrain *terr
     std::signal(SIGINT, askToStop);
     CPLErrorReset();
     std::unique_ptr<GDALDataset> picture(driver->Create(
-        options.destination.c_str(), seen.width(), seen.height(), Rows::colors, GDT_Byte, creation.List()));
+        options.destination.c_str(), raster.width(), raster.height(), Rows::colors, GDT_Byte, creation.List()));
     if (!picture)
         throw Failure(lastMessage("The picture cannot be created"));
     files.created();
     copyGeoreference(raster.dataset(), *picture);
-    writeCells(*picture, seen, raster, terrain, options, threads);
+    writeCells(*picture, analysis, raster, options, threads);
     CPLErrorReset();
     picture.reset();
     if (CPLGetLastErrorType() >= CE_Failure)

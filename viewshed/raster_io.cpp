@@ -41,13 +41,15 @@ public:
         m_masked = (band.GetMaskFlags() & (GMF_ALL_VALID | GMF_NODATA)) == 0;
     }
 
-    void read()
+    /// tell(bottom): the window's rows above that are there.
+    template <class Tell> void read(Tell tell)
     {
         const int bottom = m_window.top + m_window.height;
         const int right = m_window.left + m_window.width;
         for (int y = m_window.top / m_blockHeight; y * m_blockHeight < bottom; ++y) {
             for (int x = m_window.left / m_blockWidth; x * m_blockWidth < right; ++x)
                 readBlock(x, y);
+            tell(std::min((y + 1) * m_blockHeight, bottom));
         }
     }
 
@@ -117,8 +119,6 @@ Raster::Raster(const std::string &path, int band)
     : m_path(path)
     , m_bandNumber(band)
     , m_dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR))
-    , m_band(nullptr)
-    , m_storage(Terrain::Storage::Float)
 {
     if (!m_dataset)
         throw Failure("The raster cannot be opened: " + std::string(CPLGetLastErrorMsg()));
@@ -162,7 +162,7 @@ double Raster::metresOfHeight() const
     return 1.0;
 }
 
-Terrain Raster::read(const Window &window, int threads) const
+Terrain Raster::read(const Window &window, int threads, const RowsRead &tell) const
 {
     Terrain terrain(window.width, window.height, m_storage);
     int blockWidth = 0;
@@ -187,7 +187,11 @@ Terrain Raster::read(const Window &window, int threads) const
         const int bottom = std::min(first + (part + 1) * step, window.top + window.height);
         const Window rows{window.left, top, window.width, bottom - top};
         const std::ptrdiff_t skipped = static_cast<std::ptrdiff_t>(top - window.top) * window.width;
-        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(); });
+        const auto rowsRead = [&](int end) {
+            if (tell)
+                tell(terrain, top - window.top, end - window.top);
+        };
+        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(rowsRead); });
         const std::lock_guard lock(guard);
         spare.push_back(std::move(own));
     };

@@ -3,6 +3,7 @@
 #include "viewshed/combine.h"
 #include "viewshed/terrain.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,9 +34,11 @@ public:
     double metresOfHeight() const;
 
     /// Reads a part block by block, past GDAL's cache; a number that is the no-data value, that the band's mask
-    /// leaves out, or that is not finite becomes a cell without data. Each thread opens the file for itself.
-    /// Throws Failure, std::bad_alloc.
-    Terrain read(const Window &window, int threads) const;
+    /// leaves out, or that is not finite becomes a cell without data. Each thread opens the file for itself,
+    /// and whenever it has read some rows calls `tell` with all that follow each other: the terrain, the first
+    /// one, one after the last. Throws Failure, std::bad_alloc.
+    using RowsRead = std::function<void(const Terrain &, int, int)>;
+    Terrain read(const Window &window, int threads, const RowsRead &tell = {}) const;
 
 private:
     std::vector<std::unique_ptr<GDALDataset>> openedAgain(int more) const;
@@ -43,8 +46,8 @@ private:
     std::string m_path;
     int m_bandNumber;
     std::unique_ptr<GDALDataset> m_dataset;
-    GDALRasterBand *m_band;
-    Terrain::Storage m_storage;
+    GDALRasterBand *m_band = nullptr;
+    Terrain::Storage m_storage = Terrain::Storage::Float;
 };
 
 /// Bytes of memory that a computation may take now; the greatest number where the system does not tell.

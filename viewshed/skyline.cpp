@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <utility>
 
 namespace viewshed
 {
@@ -17,125 +17,86 @@ constexpr double nowhere = 4.0; // a direction beyond all
 
 } // namespace
 
-void Skyline::Envelope::restart(double from)
+void Skyline::Envelope::restart(double from, std::size_t room)
 {
-    ends.assign(1, from);
-    pieces.clear();
+    if (a.size() < room) {
+        ends.resize(room + 1);
+        a.resize(room);
+        b.resize(room);
+    }
+    ends[0] = from;
+    count = 0;
 }
 
 void Skyline::Envelope::append(double end, const Piece &piece)
 {
-    if (end <= ends.back())
+    if (end <= ends[count])
         return;
-    if (!pieces.empty() && pieces.back() == piece) {
-        ends.back() = end;
-    } else {
-        pieces.push_back(piece);
-        ends.push_back(end);
+    if (count == 0 || this->piece(count - 1) != piece) {
+        a[count] = piece.a;
+        b[count] = piece.b;
+        ++count;
     }
+    ends[count] = end;
 }
 
 void Skyline::Envelope::appendPoint(const Piece &piece)
 {
-    pieces.push_back(piece);
-    ends.push_back(ends.back());
+    a[count] = piece.a;
+    b[count] = piece.b;
+    ++count;
+    ends[count] = ends[count - 1];
 }
 
-Skyline::Skyline(double from, double to)
-    : m_from(from)
-    , m_to(to)
-    , m_lowest(gapHeight)
+void Skyline::Envelope::appendCopy(const Envelope &other, std::size_t first, std::size_t end)
 {
-    m_horizon.restart(from);
+    std::copy(other.a.data() + first, other.a.data() + end, a.data() + count);
+    std::copy(other.b.data() + first, other.b.data() + end, b.data() + count);
+    std::copy(other.ends.data() + first + 1, other.ends.data() + end + 1, ends.data() + count + 1);
+    count += end - first;
+}
+
+Skyline::Skyline(const SkylineKernels &kernels)
+    : m_kernels(kernels)
+{ }
+
+void Skyline::restart(double from, double to)
+{
+    m_from = from;
+    m_to = to;
+    m_horizon.restart(from, 1);
     m_horizon.append(to, {gapHeight, 0.0});
-    findLowest();
+    m_knowsLowest = false;
 }
 
-const std::vector<double> &Skyline::limits(const Ring &ring)
+double Skyline::lowest()
 {
-    const int vertices = ring.intervals + 1;
-    m_directions.resize(static_cast<std::size_t>(vertices));
-    m_limits.resize(static_cast<std::size_t>(vertices));
-    // A quotient, not a product with 1 / ahead: equal directions of cells must be equal numbers.
-    for (int vertex = 0; vertex < vertices; ++vertex)
-        m_directions[static_cast<std::size_t>(vertex)] = ring.side(vertex) / ring.ahead;
-
-    const double *ends = m_horizon.ends.data();
-    const Piece *pieces = m_horizon.pieces.data();
-    const std::size_t count = m_horizon.pieces.size();
-    std::size_t piece = 0;
-    for (int vertex = 0; vertex < vertices; ++vertex) {
-        const double direction = m_directions[static_cast<std::size_t>(vertex)];
-        double &limit = m_limits[static_cast<std::size_t>(vertex)];
-        if (direction < m_from || direction > m_to) {
-            limit = std::numeric_limits<double>::infinity();
-            continue;
-        }
-        while (ends[piece + 1] < direction)
-            ++piece;
-        const double side = ring.side(vertex);
-        limit = pieces[piece].a * ring.ahead + pieces[piece].b * side;
-        for (std::size_t other = piece + 1; other < count && ends[other] == direction; ++other)
-            limit = std::max(limit, pieces[other].a * ring.ahead + pieces[other].b * side);
-    }
-    return m_limits;
+    if (!m_knowsLowest)
+        m_lowest = m_kernels.lowest(m_horizon.pieces());
+    m_knowsLowest = true;
+    return m_lowest;
 }
 
-/// Marks the intervals where an end of an edge, or an edge over a bend of the horizon, is not below it: nothing
-/// else can stand out, as all is straight between.
-bool Skyline::markRisen(const Ring &ring)
+RingLayout Skyline::layout()
 {
-    m_risen.assign(static_cast<std::size_t>(ring.intervals), 0);
-    for (int vertex = 0; vertex <= ring.intervals; ++vertex) {
-        const auto at = static_cast<std::size_t>(vertex);
-        if (!(ring.heights[vertex] >= m_limits[at]))
-            continue;
-        if (vertex > 0)
-            m_risen[at - 1] = 1;
-        if (vertex < ring.intervals)
-            m_risen[at] = 1;
-    }
-    int interval = 0;
-    for (std::size_t end = 0; end < m_horizon.ends.size(); ++end) {
-        const double direction = m_horizon.ends[end];
-        if (direction < m_directions[0])
-            continue;
-        while (interval < ring.intervals && m_directions[static_cast<std::size_t>(interval) + 1] < direction)
-            ++interval;
-        if (interval == ring.intervals)
-            break;
-        if (m_risen[static_cast<std::size_t>(interval)] == 0)
-            markKink(ring, end, interval);
-        if (interval + 1 < ring.intervals && m_directions[static_cast<std::size_t>(interval) + 1] == direction)
-            markKink(ring, end, interval + 1);
-    }
-    return std::find(m_risen.begin(), m_risen.end(), 1) != m_risen.end();
+    return {m_directions.data(), m_limits.data(), m_before.data(), m_meets.data(), m_bends.data()};
 }
 
-void Skyline::markKink(const Ring &ring, std::size_t end, int interval)
+const double *Skyline::limits(const Ring &ring)
 {
-    char &risen = m_risen[static_cast<std::size_t>(interval)];
-    if (risen != 0)
-        return;
-    const double m = m_horizon.ends[end];
-    const double low = m_low[end];
-    const double left = ring.heights[interval];
-    const double right = ring.heights[interval + 1];
-    if (left + (right - left) * (m * ring.ahead - ring.side(interval)) > low * ring.ahead) {
-        risen = 1;
-        return;
+    const auto vertices = static_cast<std::size_t>(ring.intervals) + 1;
+    if (m_directions.size() < vertices) {
+        m_directions.resize(vertices);
+        m_limits.resize(vertices + RingLayout::surplus);
+        m_flags.resize(vertices);
     }
-    // The edge towards the ring before, times |m|; a little too far does no harm.
-    constexpr double more = 1.0 + 1e-12;
-    const bool rightwards = ring.side(interval) > 0.0;
-    const int vertex = rightwards ? interval : interval + 1;
-    const double side = std::abs(ring.side(vertex));
-    const double steep = std::abs(m);
-    if (steep * (ring.ahead - 1.0) > side * more)
-        return;
-    const double height = ring.heights[vertex];
-    if (height * steep - (height - ring.nearer[vertex]) * (ring.ahead * steep - side) > low * side)
-        risen = 1;
+    if (m_before.size() < m_horizon.ends.size()) {
+        m_before.resize(m_horizon.ends.size());
+        m_meets.resize(m_horizon.ends.size());
+        m_bends.resize(m_horizon.ends.size());
+    }
+    m_meetings = m_kernels.layOut(ring, m_horizon.pieces(), layout());
+    return m_limits.data();
 }
 
 /// Between the interval's two cells.
@@ -145,8 +106,8 @@ Skyline::Edge Skyline::edgeAlong(const Ring &ring, int interval) const
     const double right = ring.heights[interval + 1];
     const double b = right - left;
     const double a = (left * ring.side(interval + 1) - right * ring.side(interval)) / ring.ahead;
-    const auto at = static_cast<std::size_t>(interval);
-    return {std::max(m_directions[at], m_from), std::min(m_directions[at + 1], m_to), {a, b}, !std::isnan(b)};
+    return {
+        std::max(direction(interval), m_from), std::min(direction(interval + 1), m_to), {a, b}, !std::isnan(b)};
 }
 
 /// From the ring before to the cell from which the edge leads over this interval: away from straight ahead.
@@ -160,10 +121,9 @@ Skyline::Edge Skyline::edgeAhead(const Ring &ring, int interval) const
     const double height = ring.heights[vertex];
     const double a = height - ring.nearer[vertex];
     const double b = (height - a * ring.ahead) / side;
-    const auto at = static_cast<std::size_t>(interval);
     const double before = ring.ahead - 1.0;
     const double outer = before > 0.0 ? side / before : std::copysign(nowhere, side);
-    Edge edge{m_directions[at], m_directions[at + 1], {a, b}, !std::isnan(b)};
+    Edge edge{direction(interval), direction(interval + 1), {a, b}, !std::isnan(b)};
     (rightwards ? edge.to : edge.from) = rightwards ? std::min(outer, edge.to) : std::max(outer, edge.from);
     edge.from = std::max(edge.from, m_from);
     edge.to = std::min(edge.to, m_to);
@@ -174,7 +134,7 @@ Skyline::Edge Skyline::edgeAhead(const Ring &ring, int interval) const
 /// Whether the interval's left cell has edges straight ahead at most, which are seen as a point.
 bool Skyline::standsAlone(const Ring &ring, int interval) const
 {
-    const bool inside = m_directions[static_cast<std::size_t>(interval)] > m_from;
+    const bool inside = direction(interval) > m_from;
     return inside && !std::isnan(ring.heights[interval]) && std::isnan(ring.heights[interval + 1])
         && (interval == 0 || std::isnan(ring.heights[interval - 1]))
         && !(std::isnan(ring.nearer[interval]) && std::isnan(ring.farther[interval]));
@@ -182,49 +142,55 @@ bool Skyline::standsAlone(const Ring &ring, int interval) const
 
 void Skyline::raise(const Ring &ring)
 {
-    if (!markRisen(ring))
+    if (!m_kernels.findRisen(ring, m_horizon.pieces(), layout(), m_meetings, m_flags.data()))
         return;
-    m_merged.restart(m_from);
+    // An interval has two edges at most: each cuts a piece at either end, and crosses each that it meets.
+    m_merged.restart(m_from, 2 * m_horizon.count + 16 * m_flags.size());
     m_next = 0;
     for (int interval = 0; interval < ring.intervals; ++interval) {
-        if (m_risen[static_cast<std::size_t>(interval)] != 0)
+        if ((m_flags[static_cast<std::size_t>(interval)] & risen) == 0)
+            continue;
+        int end = interval;
+        while (end < ring.intervals && isWhole(end))
+            ++end;
+        if (end > interval) {
+            mergeWhole(ring, interval, end);
+            interval = end - 1;
+        } else {
             mergeInterval(ring, interval);
+        }
     }
     copyUpTo(m_to);
     std::swap(m_horizon, m_merged);
-    findLowest();
+    m_knowsLowest = false;
 }
 
-/// Takes the edge between the interval's cells for the whole of it, if that is nowhere below the horizon. The
-/// edges towards the ring before are below it then: they lead from one of the cells to a point of the horizon
-/// within the interval. That is not so where the leaf's end cuts the interval.
-bool Skyline::mergeWhole(const Ring &ring, int interval)
+/// Whether the edge between the interval's cells is nowhere below the horizon. The edges towards the ring
+/// before are below it then: they lead from one of the cells to a point of the horizon within the interval.
+/// That is not so where the leaf's end cuts the interval.
+bool Skyline::isWhole(int interval) const
 {
-    const auto at = static_cast<std::size_t>(interval);
-    const double left = m_directions[at];
-    const double right = m_directions[at + 1];
-    if (!(ring.heights[interval] >= m_limits[at] && ring.heights[interval + 1] >= m_limits[at + 1])
-        || left < m_from || right > m_to)
-        return false;
-    const Piece piece = edgeAlong(ring, interval).piece;
-    copyUpTo(left);
-    std::size_t next = m_next;
-    for (; m_horizon.ends[next + 1] < right; ++next) {
-        const double end = m_horizon.ends[next + 1];
-        if (piece.at(end) < std::max(m_horizon.pieces[next].at(end), m_horizon.pieces[next + 1].at(end)))
-            return false;
-    }
-    m_next = next;
-    m_merged.append(right, piece);
-    return true;
+    return m_flags[static_cast<std::size_t>(interval)] == risen && direction(interval) >= m_from
+        && direction(interval + 1) <= m_to;
+}
+
+/// Takes the edges between the cells of the intervals `first` to `end` - 1 for the whole of them.
+void Skyline::mergeWhole(const Ring &ring, int first, int end)
+{
+    copyUpTo(direction(first));
+    const auto more = static_cast<std::size_t>(end - first);
+    m_kernels.edges(ring, first, end, m_merged.a.data() + m_merged.count, m_merged.b.data() + m_merged.count);
+    std::copy(m_directions.data() + first + 1, m_directions.data() + end + 1,
+              m_merged.ends.data() + m_merged.count + 1);
+    m_merged.count += more;
+    while (m_horizon.ends[m_next + 1] < direction(end))
+        ++m_next;
 }
 
 void Skyline::mergeInterval(const Ring &ring, int interval)
 {
-    if (mergeWhole(ring, interval))
-        return;
     if (standsAlone(ring, interval)) {
-        copyUpTo(m_directions[static_cast<std::size_t>(interval)]);
+        copyUpTo(direction(interval));
         m_merged.appendPoint({ring.heights[interval] / ring.ahead, 0.0});
     }
     Edge along = edgeAlong(ring, interval);
@@ -248,15 +214,19 @@ void Skyline::mergeInterval(const Ring &ring, int interval)
 
 void Skyline::copyUpTo(double to)
 {
-    for (; m_next < m_horizon.pieces.size() && m_horizon.ends[m_next + 1] <= to; ++m_next) {
-        const double end = m_horizon.ends[m_next + 1];
-        if (end == m_horizon.ends[m_next])
-            m_merged.appendPoint(m_horizon.pieces[m_next]);
+    const std::size_t first = m_next;
+    while (m_next < m_horizon.count && m_horizon.ends[m_next + 1] <= to)
+        ++m_next;
+    if (m_next > first) {
+        const double end = m_horizon.ends[first + 1]; // the first may be in m_merged in part
+        if (end == m_horizon.ends[first])
+            m_merged.appendPoint(m_horizon.piece(first));
         else
-            m_merged.append(end, m_horizon.pieces[m_next]);
+            m_merged.append(end, m_horizon.piece(first));
+        m_merged.appendCopy(m_horizon, first + 1, m_next);
     }
-    if (m_next < m_horizon.pieces.size() && m_horizon.ends[m_next] < to)
-        m_merged.append(to, m_horizon.pieces[m_next]);
+    if (m_next < m_horizon.count && m_horizon.ends[m_next] < to)
+        m_merged.append(to, m_horizon.piece(m_next));
 }
 
 void Skyline::mergeEdge(const Edge &edge)
@@ -264,10 +234,10 @@ void Skyline::mergeEdge(const Edge &edge)
     if (!edge.exists || edge.from >= edge.to)
         return;
     copyUpTo(edge.from);
-    while (m_next < m_horizon.pieces.size()) {
+    while (m_next < m_horizon.count) {
         const double begin = m_horizon.ends[m_next];
         const double end = m_horizon.ends[m_next + 1];
-        const Piece &old = m_horizon.pieces[m_next];
+        const Piece old = m_horizon.piece(m_next);
         if (begin >= edge.to && end > edge.to)
             break;
         if (begin == end) {
@@ -296,22 +266,6 @@ void Skyline::appendHigher(double from, double to, const Piece &old, const Piece
         const double crossing = std::clamp(from + (to - from) * (atFrom / (atFrom - atTo)), from, to);
         m_merged.append(crossing, atFrom > 0.0 ? edge : old);
         m_merged.append(to, atFrom > 0.0 ? old : edge);
-    }
-}
-
-void Skyline::findLowest()
-{
-    const std::size_t count = m_horizon.pieces.size();
-    m_low.resize(count + 1);
-    m_lowest = m_horizon.pieces[0].at(m_horizon.ends[0]);
-    m_low[0] = m_lowest;
-    for (std::size_t piece = 0; piece < count; ++piece) {
-        const double end = m_horizon.ends[piece + 1];
-        double low = m_horizon.pieces[piece].at(end);
-        if (piece + 1 < count)
-            low = std::min(low, m_horizon.pieces[piece + 1].at(end));
-        m_low[piece + 1] = low;
-        m_lowest = std::min(m_lowest, low);
     }
 }
 

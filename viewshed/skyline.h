@@ -1,24 +1,12 @@
 #pragma once
 
+#include "viewshed/skylinekernels.h"
+
 #include <cstddef>
 #include <vector>
 
 namespace viewshed
 {
-
-/// One line of cells across the view, at one distance ahead of the eye. Vertices are the centres of its cells;
-/// interval i lies between the vertices i and i + 1.
-struct Ring
-{
-    double ahead = 0.0;              ///< distance of the line from the eye in cells, positive
-    double firstSide = 0.0;          ///< how far vertex 0 lies to the side, in cells; the next ones 1 more each
-    int intervals = 0;               ///< one less than vertices
-    const double *heights = nullptr; ///< above the eye, NaN without data, one a vertex
-    const double *nearer = nullptr;  ///< the same of the line before, one cell nearer to the eye or behind it
-    const double *farther = nullptr; ///< the same of the line after
-
-    double side(int vertex) const { return firstSide + vertex; }
-};
 
 /// The horizon that the ground up to some ring makes, for one narrow range of directions.
 ///
@@ -30,15 +18,18 @@ struct Ring
 class Skyline
 {
 public:
+    /// To be restarted before it is used.
+    explicit Skyline(const SkylineKernels &kernels);
+
     /// A gap. No vertex of any ring may ever lie in the directions `from` and `to` themselves.
-    Skyline(double from, double to);
+    void restart(double from, double to);
 
     /// A bound that no point of the horizon is below.
-    double lowest() const { return m_lowest; }
+    double lowest();
 
     /// For each vertex the height above the eye that the horizon reaches there; infinity outside the range.
     /// Valid until the next call.
-    const std::vector<double> &limits(const Ring &ring);
+    const double *limits(const Ring &ring);
 
     /// Adds the edges of the ring, and those between it and the one before. Call limits() with the ring first.
     void raise(const Ring &ring);
@@ -53,15 +44,20 @@ private:
         bool operator==(const Piece &) const = default;
     };
 
-    /// Pieces in order; piece i reaches from ends[i] to ends[i + 1].
+    /// Pieces in order; piece i reaches from ends[i] to ends[i + 1]. What is appended has to be made room for.
     struct Envelope
     {
         std::vector<double> ends;
-        std::vector<Piece> pieces;
+        std::vector<double> a;
+        std::vector<double> b;
+        std::size_t count = 0;
 
-        void restart(double from);
+        Piece piece(std::size_t index) const { return {a[index], b[index]}; }
+        Pieces pieces() const { return {ends.data(), a.data(), b.data(), static_cast<int>(count)}; }
+        void restart(double from, std::size_t room);
         void append(double end, const Piece &piece);
         void appendPoint(const Piece &piece);
+        void appendCopy(const Envelope &other, std::size_t first, std::size_t end);
     };
 
     /// An edge over a part of an interval.
@@ -73,28 +69,34 @@ private:
         bool exists;
     };
 
-    bool markRisen(const Ring &ring);
-    void markKink(const Ring &ring, std::size_t end, int interval);
     Edge edgeAlong(const Ring &ring, int interval) const;
     Edge edgeAhead(const Ring &ring, int interval) const;
     bool standsAlone(const Ring &ring, int interval) const;
-    bool mergeWhole(const Ring &ring, int interval);
+    bool isWhole(int interval) const;
+    void mergeWhole(const Ring &ring, int first, int end);
     void mergeInterval(const Ring &ring, int interval);
     void copyUpTo(double to);
     void mergeEdge(const Edge &edge);
     void appendHigher(double from, double to, const Piece &old, const Piece &edge);
-    void findLowest();
 
-    double m_from;
-    double m_to;
-    double m_lowest;
+    double direction(int vertex) const { return m_directions[static_cast<std::size_t>(vertex)]; }
+    RingLayout layout();
+
+    double m_from = 0.0;
+    double m_to = 0.0;
+    const SkylineKernels &m_kernels;
+    double m_lowest = 0.0;
+    bool m_knowsLowest = false;
     Envelope m_horizon;
     Envelope m_merged;
-    std::size_t m_next = 0;           ///< while merging: the first piece that is not in m_merged as a whole
-    std::vector<double> m_low;        ///< at each end, the lower one of the pieces that meet there
-    std::vector<double> m_directions; ///< of the ring's vertices
+    std::size_t m_next = 0; ///< while merging: the first piece that is not in m_merged as a whole
+    std::vector<double> m_directions;
     std::vector<double> m_limits;
-    std::vector<char> m_risen; ///< whether something of the interval may stand out
+    std::vector<int> m_before;
+    std::vector<int> m_meets;
+    std::vector<int> m_bends;
+    int m_meetings = 0; ///< of the horizon's ends with the ring's vertices
+    std::vector<int> m_flags;
 };
 
 } // namespace viewshed

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <variant>
@@ -45,6 +46,9 @@ public:
         return std::get<Doubles>(m_cells)[cell];
     }
 
+    /// Sets the bits of the row's cells without data; a word holds 64 cells, as in BitGrid.
+    void findVoids(int row, std::uint64_t *words) const;
+
     /// Calls work(first cell of the grid) with a pointer to float or to double.
     template <class Work> decltype(auto) withCells(Work work) const
     {
@@ -60,8 +64,12 @@ public:
     }
 
 private:
-    using Floats = std::unique_ptr<float[]>;
-    using Doubles = std::unique_ptr<double[]>;
+    struct Release
+    {
+        void operator()(void *cells) const;
+    };
+    using Floats = std::unique_ptr<float[], Release>;
+    using Doubles = std::unique_ptr<double[], Release>;
 
     std::size_t index(int column, int row) const
     {

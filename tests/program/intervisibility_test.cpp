@@ -1,9 +1,11 @@
 #include "dataset/pathencoding.h"
 #include "tests/support/rasters.h"
+#include "viewshed/raster_io.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -34,6 +36,7 @@ private slots:
     void verticalFeet();
     void refused_data();
     void refused();
+    void tooManyCells();
     void stopLeavesNothing();
 
 private:
@@ -150,6 +153,13 @@ void IntervisibilityTest::picture()
     QCOMPARE(run(colors + QStringList{"-co", "TILED=YES", "-co", "TFW=YES", "-DstOp", "AND"} + given), 0);
     QCOMPARE(cells("vu.tif"), QString(".....|... .|....."));
     QVERIFY(QFile::remove(path("vu.tfw")));
+    // Each alone: what is seen, and where there are no data, is found in other ways.
+    for (const auto &[point, seen] : {std::pair{Point{500005, 5099985, 2, 0}, "###..|### .|###.."},
+                                      {Point{500045, 5099985, 2, 11}, "....#|... #|....#"}}) {
+        QVERIFY(writePoints("seul.shp", {point}));
+        QCOMPARE(run(colors + given + QStringList{"-point_file", path("seul.shp")}), 0);
+        QCOMPARE(cells("vu.tif"), QString(seen));
+    }
     // A target as high as the second observer's reach lets see: nearer than the wall only.
     QCOMPARE(run(colors + QStringList{"-DstOp", "OR", "-SH", "14"} + given), 0);
     QCOMPARE(cells("vu.tif"), QString("#####|### #|#####"));
@@ -281,6 +291,32 @@ void IntervisibilityTest::refused()
              1);
     QVERIFY2(m_error.contains(message) && m_error.count('\n') == 1, qPrintable(m_error));
     QCOMPARE(files(), before);
+}
+
+/// The heights of two observers' whole raster do not fit: the distance that is told makes a window that does.
+void IntervisibilityTest::tooManyCells()
+{
+    const double available = viewshed::availableMemory();
+    const int side = static_cast<int>(std::sqrt(available)); // of cells with 4 bytes each
+    if (side >= viewshed::largestSide)
+        QSKIP("No raster is as large as this memory.");
+    QFile file(path("vaste.vrt"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
+                       "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' band='1'/>"
+                       "</VRTDataset>")
+            .arg(side)
+            .toUtf8());
+    file.close();
+    QCOMPARE(run({"-SrcFile", path("vaste.vrt"), "-point_file", path("deux.shp"), "-DstFile", path("non.tif")}),
+             1);
+    const QRegularExpressionMatch told =
+        QRegularExpression("Observer 1 of deux.shp .* a Max_Dist of (\\d+) m would").match(m_error);
+    QVERIFY2(told.hasMatch(), qPrintable(m_error));
+    const double cells = 2.0 * told.captured(1).toDouble() / 10.0;
+    QVERIFY(4.0 * cells * cells < available && 4.0 * cells * cells > available / 4.0);
+    QVERIFY(file.remove());
 }
 
 void IntervisibilityTest::stopLeavesNothing()

@@ -1,3 +1,4 @@
+#include "viewshed/combine.h"
 #include "viewshed/horizon.h"
 
 #include <QTest>
@@ -96,25 +97,49 @@ Sight sightOn(const Terrain &terrain, Random &random)
     return sight;
 }
 
-/// The first cells that differ; empty if none does.
-QString differences(const Terrain &terrain, const Sight &sight, int threads)
+/// Cut along the eye's row, each part from its own cells alone.
+BitGrid seenInParts(const Terrain &terrain, const Sight &sight, int threads, VectorPath path)
+{
+    BitGrid seen(terrain.width(), terrain.height());
+    for (const Part &part : partsOf(sight, {0, 0, terrain.width(), terrain.height()})) {
+        std::vector<double> heights;
+        for (int row = 0; row < part.window.height; ++row) {
+            for (int column = 0; column < part.window.width; ++column)
+                heights.push_back(terrain.at(column, part.window.top + row));
+        }
+        const Terrain cells(part.window.width, part.window.height, heights);
+        const BlockMaxima maxima(cells, threads);
+        add(seen, horizonViewshed(cells, maxima, within(sight, part.window), threads, {}, path), part);
+    }
+    return seen;
+}
+
+/// The first cells that differ, on whatever path this processor has; empty if none does.
+QString differences(const Terrain &terrain, const Sight &sight, int threads, bool inParts)
 {
     const BlockMaxima maxima(terrain, threads);
     const BitGrid truth = plainViewshed(terrain, sight, 1);
-    const BitGrid seen = horizonViewshed(terrain, maxima, sight, threads);
-    if (truth == seen)
-        return {};
-    QString text = QStringLiteral("%1 x %2, eye %3 %4 %5, target %6:")
-                       .arg(terrain.width())
-                       .arg(terrain.height())
-                       .arg(sight.eye.column())
-                       .arg(sight.eye.row())
-                       .arg(sight.eye.z)
-                       .arg(sight.targetHeight);
-    for (int row = 0; row < terrain.height(); ++row) {
-        for (int column = 0; column < terrain.width() && text.size() < 200; ++column) {
-            if (truth.test(column, row) != seen.test(column, row))
-                text += QStringLiteral(" (%1, %2) is %3").arg(column).arg(row).arg(truth.test(column, row));
+    QString text;
+    for (const VectorPath path : {VectorPath::Plain, VectorPath::Avx2}) {
+        if (!isSupported(path))
+            continue;
+        const BitGrid seen = inParts ? seenInParts(terrain, sight, threads, path)
+                                     : horizonViewshed(terrain, maxima, sight, threads, {}, path);
+        if (truth == seen)
+            continue;
+        text += QStringLiteral("path %1, %2 x %3, eye %4 %5 %6, target %7:")
+                    .arg(static_cast<int>(path))
+                    .arg(terrain.width())
+                    .arg(terrain.height())
+                    .arg(sight.eye.column())
+                    .arg(sight.eye.row())
+                    .arg(sight.eye.z)
+                    .arg(sight.targetHeight);
+        for (int row = 0; row < terrain.height(); ++row) {
+            for (int column = 0; column < terrain.width() && text.size() < 200; ++column) {
+                if (truth.test(column, row) != seen.test(column, row))
+                    text += QStringLiteral(" (%1, %2) is %3").arg(column).arg(row).arg(truth.test(column, row));
+            }
         }
     }
     return text;
@@ -148,7 +173,7 @@ void HorizonTest::equalsTheReference()
         for (const auto &[width, height] : sizes) {
             const Terrain terrain = terrainOf(Ground(ground), width, height, voids, random);
             const Sight sight = sightOn(terrain, random);
-            const QString wrong = differences(terrain, sight, round % 3 + 1);
+            const QString wrong = differences(terrain, sight, round % 3 + 1, round % 4 == 1);
             QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
         }
     }
@@ -161,7 +186,7 @@ void HorizonTest::largerTerrain()
     for (const Ground ground : {Ground::Smooth, Ground::Sea}) {
         for (const double voids : {0.0, 0.01}) {
             const Terrain terrain = terrainOf(ground, 401, 307, voids, random);
-            const QString wrong = differences(terrain, sightOn(terrain, random), 2);
+            const QString wrong = differences(terrain, sightOn(terrain, random), 2, voids > 0.0);
             QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
         }
     }

@@ -152,7 +152,7 @@ void LineOfSightTest::combinations()
 
     const auto after = [&](Combination how) {
         BitGrid picture = before;
-        combine(picture, seen, window, sight, how, false);
+        combine(picture, seen, window, sight, how);
         QList<int> columns;
         for (int column = 0; column < 200; ++column) {
             if (picture.test(column, 0))
