@@ -24,7 +24,7 @@ constexpr double zoomStep = 1.25;
 QBrush checker(const QPalette &palette)
 {
     constexpr int side = 6;
-    const QColor base = palette.color(QPalette::Base);
+    const QColor &base = palette.color(QPalette::Base);
     const bool dark = base.lightness() < 128;
     QPixmap tile(2 * side, 2 * side);
     tile.fill(base);

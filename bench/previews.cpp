@@ -46,6 +46,7 @@ double runTool(const QString &tool, const QStringList &arguments)
     for (const QString &argument : arguments)
         texts.push_back(argument.toLocal8Bit());
     std::vector<char *> pointers;
+    pointers.reserve(texts.size() + 1);
     for (QByteArray &text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
