@@ -8,6 +8,7 @@
 #include "messages/label.h"
 
 #include <QComboBox>
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -26,6 +27,14 @@ QString filterPattern()
 #else
     return QStringLiteral("*");
 #endif
+}
+
+/// Size and time of the last change; the same for every virtual path.
+QString fileState(const QString &path)
+{
+    const QFileInfo file(path);
+    return QStringLiteral("%1 %2").arg(QString::number(file.size()),
+                                       QString::number(file.lastModified().toMSecsSinceEpoch()));
 }
 
 } // namespace
@@ -66,7 +75,7 @@ int InputDem::band() const
 void InputDem::describe()
 {
     m_scan.stop();
-    m_dem = {path(), band(), {}, !path().isEmpty()};
+    m_dem = {path(), band(), {}, !path().isEmpty(), fileState(path())};
     emit demChanged(m_dem);
     if (m_dem.searching)
         m_scan.start(m_dem.path, m_dem.band, ExtremesReader::Estimate);

@@ -3,6 +3,8 @@
 #include "app/dialogrules.h"
 #include "panels/intervisibilityOptionsWidget.h"
 
+#include <utility>
+
 PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilityOptionsWidget &observers)
     : m_pane(pane)
     , m_runs(runs)
@@ -10,20 +12,24 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilit
 {
     connect(&runs, &Previews::reductionStarted, &pane, [&pane] { pane.setReducing(0); });
     connect(&runs, &Previews::computationStarted, &pane, [&pane] { pane.setComputing(0); });
+    connect(&runs, &Previews::interrupted, &pane, [&pane] {
+        pane.setReducing(-1);
+        pane.setComputing(-1);
+    });
+    connect(&pane, &PreviewPane::observerChosen, &observers, &intervisibilityOptionsWidget::chooseObserver);
     connect(&pane, &PreviewPane::partChanged, &runs, &Previews::setPart);
     connect(&pane, &PreviewPane::observerMoved, &observers, &intervisibilityOptionsWidget::placeObserver);
 }
 
 void PreviewControl::takeDem(const DemInfo &dem)
 {
-    const bool anotherBand = dem.band != m_band;
-    m_band = dem.band;
+    const DemInfo before = std::exchange(m_dem, dem);
     if (m_pane.setDem(dem)) {
         m_pane.setReducing(-1);
         m_runs.setDem(m_pane.dem());
-    } else if (anotherBand && m_runs.running() != PreviewStep::Reduce) {
+    } else if (!dem.isSameBandAs(before)) {
         showInput();
-    } else {
+    } else if (before.searching == dem.searching) {
         return;
     }
     update(false);
@@ -38,25 +44,32 @@ void PreviewControl::showPanel(const optionsWidget *panel, const QString &name, 
     update(another);
 }
 
+/// Why there is no preview, in a sentence; empty where there is one.
+QString PreviewControl::obstacle() const
+{
+    if (!m_panel || !m_panel->isComplete() || !isPreviewable(m_panel->processOptions()))
+        return PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS");
+    if (m_vector && m_dem.searching) // how many lines there will be hangs on the elevations
+        return PreviewPane::tr("Les altitudes extrêmes du MNT sont recherchées.", "MESS_APERCU_ATTENTE");
+    return m_panel->launchWarnings().join(QLatin1Char('\n'));
+}
+
 void PreviewControl::update(bool clear)
 {
-    const bool previewable = m_panel && m_panel->isComplete() && isPreviewable(m_panel->processOptions())
-        && m_panel->launchWarnings().isEmpty();
-    if (!previewable)
-        m_pane.clearOutput(
-            PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS"));
-    else if (clear)
-        m_pane.clearOutput(QString());
+    const QString reason = obstacle();
+    if (clear || !reason.isEmpty())
+        m_pane.clearOutput(reason);
     m_pane.setCompass(m_panel ? compassOf(m_panel->processOptions()) : std::nullopt);
     m_pane.setComputing(-1);
     showObservers();
-    m_runs.update(previewable);
+    m_runs.update(reason.isEmpty());
 }
 
 void PreviewControl::showInput()
 {
     m_pane.setReducing(-1);
-    m_pane.showInput(m_runs.copy(), m_runs.part());
+    if (!m_runs.copy().isEmpty())
+        m_pane.showInput(m_runs.copy(), m_runs.part());
 }
 
 void PreviewControl::showOutput()

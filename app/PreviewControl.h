@@ -33,6 +33,7 @@ public:
     void placeObserver(int x, int y, const QSize &shown);
 
 private:
+    QString obstacle() const;
     void update(bool clear);
 
     PreviewPane &m_pane;
@@ -40,5 +41,5 @@ private:
     intervisibilityOptionsWidget &m_observers;
     const optionsWidget *m_panel = nullptr;
     bool m_vector = false;
-    int m_band = 1;
+    DemInfo m_dem;
 };

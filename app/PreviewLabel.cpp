@@ -70,8 +70,10 @@ void PreviewLabel::setView(const QSize &dem, const QRectF &view)
 void PreviewLabel::setMarks(const QVector<PreviewMark> &marks)
 {
     m_marks = marks;
-    if (m_draggedMark >= 0) // there may be no such mark any more
+    if (m_draggedMark >= 0) { // there may be no such mark any more
         m_pressed.reset();
+        setCursor(Qt::CrossCursor);
+    }
     m_draggedMark = -1;
     update();
 }
@@ -113,7 +115,7 @@ QPointF PreviewLabel::toPlace(const QPointF &cell) const
 void PreviewLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::Antialiasing);
     if (m_picture.isNull() || m_view.isEmpty()) {
         painter.setPen(palette().color(QPalette::WindowText));
         painter.drawText(rect().adjusted(0, height() / 5, 0, 0), Qt::AlignHCenter | Qt::TextWordWrap, m_text);
@@ -123,7 +125,10 @@ void PreviewLabel::paintEvent(QPaintEvent *)
     painter.setClipRect(area);
     painter.fillRect(area, checker(palette()));
     painter.setOpacity(m_outdated ? 0.45 : 1.0);
-    painter.drawImage(QRectF(toPlace(m_part.topLeft()), toPlace(m_part.bottomRight())), m_picture);
+    const QRectF place(toPlace(m_part.topLeft()), toPlace(m_part.bottomRight()));
+    // A cell that is larger than a pixel has one colour: between two classes lies none.
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, place.width() < m_picture.width());
+    painter.drawImage(place, m_picture);
     painter.setOpacity(1.0);
     paintMarks(painter);
     if (m_light)
@@ -210,7 +215,7 @@ int PreviewLabel::markAt(const QPointF &place) const
 void PreviewLabel::zoom(const QPointF &place, double factor)
 {
     if (!m_view.isEmpty())
-        emit viewChanged(zoomed(m_view, toCells(place), factor, m_dem));
+        emit viewChanged(zoomed(m_view, toCells(place), factor, m_dem, size()));
 }
 
 void PreviewLabel::wheelEvent(QWheelEvent *event)
@@ -274,14 +279,16 @@ void PreviewLabel::mouseReleaseEvent(QMouseEvent *event)
     const QPointF place = *m_pressed;
     m_pressed.reset();
     setCursor(Qt::CrossCursor);
+    const int mark = std::exchange(m_draggedMark, -1);
     if (m_dragging) {
-        const int mark = std::exchange(m_draggedMark, -1);
         if (mark >= 0)
             emit markMoved(mark, m_marks.at(mark).position);
         return;
     }
     const QRectF area = shown();
-    if (area.contains(place))
+    if (mark >= 0 && !m_marks.at(mark).current)
+        emit markClicked(mark);
+    else if (area.contains(place))
         emit clicked(static_cast<int>(place.x() - area.x()), static_cast<int>(place.y() - area.y()),
                      area.size().toSize());
 }

@@ -63,6 +63,9 @@ signals:
     void hovered(const QPointF &cell);
     void left();
 
+    /// A click on a mark that is not the current one.
+    void markClicked(int mark);
+
     /// The user wants another part to be seen.
     void viewChanged(const QRectF &view);
 

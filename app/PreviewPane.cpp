@@ -2,14 +2,12 @@
 
 #include "app/previewgeometry.h"
 #include "dataset/rasterpicture.h"
-#include "dataset/vectorpicture.h"
 #include "runner/ProgressWidget.h"
 
 #include <QEvent>
 #include <QLabel>
 #include <QLocale>
 #include <QPainter>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <QtMath>
 
@@ -43,10 +41,12 @@ PreviewPane::PreviewPane(QWidget *parent)
     layout->addLayout(m_sides, 1);
     layout->addWidget(m_note);
     layout->addWidget(m_readout);
+    layout->addStretch(0);
     m_note->setObjectName(QStringLiteral("m_pLPreviewNote"));
     m_readout->setObjectName(QStringLiteral("m_pLPreviewReadout"));
     m_readout->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    m_note->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    m_note->setWordWrap(true);
+    connect(&m_drawing, &QTimer::timeout, this, &PreviewPane::drawLines);
     m_sides->setSpacing(10);
     applyTexts();
 }
@@ -78,6 +78,7 @@ PreviewPane::Side PreviewPane::addSide(const QString &titleName, const QString &
     connect(side.picture, &PreviewLabel::left, this, [this] { m_readout->clear(); });
     connect(side.picture, &PreviewLabel::markMoved, this,
             [this](int mark, const QPointF &cell) { emit observerMoved(mark, m_ground.toGround(cell)); });
+    connect(side.picture, &PreviewLabel::markClicked, this, &PreviewPane::observerChosen);
     side.slow->setSingleShot(true);
     side.slow->setInterval(patience);
     connect(side.slow, &QTimer::timeout, this, [side] {
@@ -89,13 +90,14 @@ PreviewPane::Side PreviewPane::addSide(const QString &titleName, const QString &
 
 bool PreviewPane::setDem(const DemInfo &dem)
 {
-    const bool another = dem.path != m_dem.path;
-    if (another || dem.band != m_dem.band)
+    const bool another = !dem.isSameFileAs(m_dem);
+    if (!dem.isSameBandAs(m_dem))
         m_ground = dem.path.isEmpty() ? DemGround() : DemGround(dem.path, dem.band);
     m_dem = dem;
     if (!another)
         return false;
     m_copySize = QSize();
+    m_drawing.stop();
     for (const Side &side : {m_input, m_output})
         side.picture->setPicture({}, {});
     m_view = QRectF(0.0, 0.0, m_ground.width(), m_ground.height());
@@ -105,6 +107,7 @@ bool PreviewPane::setDem(const DemInfo &dem)
     m_toldPart = part();
     m_readout->clear();
     applyTexts();
+    fitPictures();
     return true;
 }
 
@@ -112,7 +115,7 @@ PreviewDem PreviewPane::dem() const
 {
     if (!m_ground.isOpen())
         return {};
-    return {m_dem.path, {m_ground.width(), m_ground.height()}, m_ground.isGeoreferenced()};
+    return {m_dem.path, m_dem.state, {m_ground.width(), m_ground.height()}, m_ground.isGeoreferenced()};
 }
 
 QRect PreviewPane::part() const
@@ -127,6 +130,7 @@ void PreviewPane::setView(const QRectF &view)
     m_view = view;
     for (const Side &side : {m_input, m_output})
         side.picture->setView({m_ground.width(), m_ground.height()}, view);
+    fitPictures();
     tellPart();
 }
 
@@ -155,28 +159,37 @@ void PreviewPane::showInput(const QString &copy, const QRect &part)
 
 bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vector)
 {
-    QImage image;
-    if (vector) {
-        VectorPicture lines(product);
-        if (!lines.isOpen())
-            return false;
-        image = groundForLines(m_input.picture->picture());
-        const QSize room = m_output.picture->size();
-        const double shown = std::max(1, std::min(room.width(), room.height()));
-        constexpr double lineWidth = 0.6; // on the screen, however large the picture is
-        lines.begin(image, pictureToGround(image.size(), part),
-                    lineWidth * std::max(1.0, std::max(image.width(), image.height()) / shown));
-        while (lines.advance(1000)) { }
-    } else {
+    m_drawing.stop();
+    if (!vector) {
         const RasterPicture picture(product);
-        image = picture.read(QRect(QPoint(0, 0), picture.size()), picture.size());
+        m_output.picture->setPicture(picture.read(QRect(QPoint(0, 0), picture.size()), picture.size()), part);
+        return !m_output.picture->picture().isNull();
     }
-    m_output.picture->setPicture(image, part);
-    return !image.isNull();
+    constexpr double lineWidth = 0.6; // on the screen, however large the picture is
+    m_lines = VectorPicture(product);
+    if (!m_lines.isOpen())
+        return false;
+    m_drawn = groundForLines(m_input.picture->picture());
+    m_linesPart = part;
+    const QSize room = m_output.picture->size();
+    const double shown = std::max(1, std::min(room.width(), room.height()));
+    m_lines.begin(m_drawn, pictureToGround(m_drawn.size(), part),
+                  lineWidth * std::max(1.0, std::max(m_drawn.width(), m_drawn.height()) / shown));
+    m_drawing.start(0);
+    return true;
+}
+
+void PreviewPane::drawLines()
+{
+    constexpr int slice = 30; // ms
+    if (!m_lines.advance(slice))
+        m_drawing.stop();
+    m_output.picture->setPicture(m_drawn.copy(), m_linesPart);
 }
 
 void PreviewPane::clearOutput(const QString &text)
 {
+    m_drawing.stop();
     m_output.picture->setPicture({}, {});
     m_output.picture->setText(text);
 }
@@ -218,7 +231,9 @@ QPolygonF PreviewPane::rangeOf(const ObserverPoint &observer) const
                           observer.maxDistance / metres.height() * std::sin(angle));
         range += m_ground.toCells(observer.position() + way);
     }
-    return range;
+    constexpr double mostCells = 1e9; // beyond it is no line that can be seen, and dashing it takes for ever
+    const QRectF box = range.boundingRect();
+    return box.width() < mostCells && box.height() < mostCells ? range : QPolygonF();
 }
 
 void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int current)
@@ -242,8 +257,9 @@ void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int curren
 
 void PreviewPane::setCompass(const std::optional<double> &compass)
 {
-    const auto light =
-        compass ? std::optional(lightDirection(*compass, m_ground.rowsRunNorth())) : std::nullopt;
+    const auto light = compass
+        ? std::optional(lightDirection(*compass, m_ground.rowsRunNorth(), m_ground.columnsRunWest()))
+        : std::nullopt;
     m_output.picture->setLight(light);
 }
 
@@ -265,7 +281,7 @@ std::array<double, 6> PreviewPane::pictureToGround(const QSize &picture, const Q
 void PreviewPane::showReadout(const QPointF &cell)
 {
     const QPointF ground = m_ground.toGround(cell);
-    const int decimals = m_ground.unit() == QStringLiteral("°") ? 6 : 1;
+    const int decimals = coordinateDecimals(m_ground.cellSize());
     const auto elevation = m_ground.elevation(ground);
     m_readout->setText(
         tr("X %1   Y %2   Altitude %3", "MESS_APERCU_POS")
@@ -282,10 +298,11 @@ void PreviewPane::showNote()
     }
     const auto text = [this](double size) {
         const QString unit = m_ground.unit();
-        return locale().toString(size, 'g', 3) + (unit == QStringLiteral("°") ? unit : QLatin1Char(' ') + unit);
+        return lengthText(size, locale()) + (unit == QStringLiteral("°") ? unit : QLatin1Char(' ') + unit);
     };
     const double cell = m_ground.cellSize();
-    const double reduction = static_cast<double>(m_copyPart.width()) / m_copySize.width();
+    const double reduction = std::max(static_cast<double>(m_copyPart.width()) / m_copySize.width(),
+                                      static_cast<double>(m_copyPart.height()) / m_copySize.height());
     m_note->setText(reduction > 1.0
                         ? tr("Aperçu calculé sur des cellules de %1 (MNT : %2).", "MESS_APERCU_CELLULES")
                               .arg(text(cell * reduction).trimmed(), text(cell).trimmed())
@@ -305,10 +322,25 @@ QSize PreviewPane::minimumSizeHint() const
             2 * picture.height() + 6 * fontMetrics().height()};
 }
 
+/// Side by side the pictures are no higher than they need be, so that the lines below them are near.
+void PreviewPane::fitPictures()
+{
+    int most = QWIDGETSIZE_MAX;
+    if (m_sides->direction() == QBoxLayout::LeftToRight && !m_view.isEmpty()) {
+        const QMargins margins = layout()->contentsMargins();
+        const double room = (width() - margins.left() - margins.right() - m_sides->spacing()) / 2.0;
+        most = std::max(m_input.picture->minimumSizeHint().height(),
+                        qCeil(room * m_view.height() / m_view.width()));
+    }
+    for (const Side &side : {m_input, m_output})
+        side.picture->setMaximumHeight(most);
+}
+
 void PreviewPane::resizeEvent(QResizeEvent *event)
 {
     constexpr double narrow = 0.85; // a little less than where both ways leave pictures of one size
     m_sides->setDirection(width() > narrow * height() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    fitPictures();
     QGroupBox::resizeEvent(event);
 }
 

@@ -3,10 +3,12 @@
 #include "app/PreviewLabel.h"
 #include "app/Previews.h"
 #include "dataset/demground.h"
+#include "dataset/vectorpicture.h"
 #include "panels/observerpoints.h"
 #include "panels/optionsWidget.h"
 
 #include <QGroupBox>
+#include <QTimer>
 
 #include <array>
 #include <optional>
@@ -14,7 +16,6 @@
 class ProgressWidget;
 class QBoxLayout;
 class QLabel;
-class QTimer;
 
 /// The DEM and the product side by side, or one above the other where the pane is narrow. It shows what is
 /// given to it, and tells what the user points at in the DEM's coordinates.
@@ -40,11 +41,11 @@ public:
     /// The reduced copy of a part of the DEM.
     void showInput(const QString &copy, const QRect &part);
 
-    /// The product of such a copy; a vector one is drawn over the elevations. False when the file cannot be
-    /// shown.
+    /// The product of such a copy; a vector one is drawn over the elevations, in slices of the event loop.
+    /// False when the file cannot be shown.
     bool showOutput(const QString &product, const QRect &part, bool vector);
 
-    /// There is no product to show; the text says why.
+    /// There is no product to show; the text says why. Empty: it is being made.
     void clearOutput(const QString &text);
 
     /// Percentages of what runs; -1: nothing does. What takes its time turns a wheel.
@@ -67,7 +68,8 @@ public:
 
 signals:
     void partChanged(const QRect &part);
-    /// An observer was dragged to another place.
+    /// An observer was clicked, or dragged to another place.
+    void observerChosen(int observer);
     void observerMoved(int observer, const QPointF &ground);
 
 protected:
@@ -87,6 +89,8 @@ private:
     Side addSide(const QString &titleName, const QString &pictureName);
     void setView(const QRectF &view);
     void tellPart();
+    void drawLines();
+    void fitPictures();
     void showProgress(Side &side, int percent);
     void showReadout(const QPointF &cell);
     void showNote();
@@ -104,6 +108,10 @@ private:
     QRectF m_view;           ///< cells that are shown
     QVector<QPointF> m_eyes; ///< cells of the enabled observers
     QRect m_toldPart;        ///< part() as it was told last
-    QSize m_copySize;        ///< of the reduced copy that is shown
+    QImage m_drawn;          ///< what the lines are drawn into; it outlives the drawing
+    VectorPicture m_lines;
+    QRect m_linesPart;
+    QTimer m_drawing;
+    QSize m_copySize; ///< of the reduced copy that is shown
     QRect m_copyPart;
 };

@@ -5,7 +5,7 @@
 #include "runner/QuvoScriptRunner.h"
 #include "runner/outputfiles.h"
 
-#include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -14,23 +14,24 @@ namespace
 
 constexpr int pauseAfterChange = 300; // ms
 
-/// Tells apart what a reduced copy is made of: the DEM as it is now, and the part.
+/// Tells apart what a reduced copy is made of.
 QString sourceName(const PreviewDem &dem, const QRect &part)
 {
     if (dem.path.isEmpty())
         return {};
-    const QFileInfo file(dem.path);
-    return QStringLiteral("%1 %2 %3 %4,%5,%6,%7")
-        .arg(dem.path, QString::number(file.size()), QString::number(file.lastModified().toMSecsSinceEpoch()),
-             QString::number(part.x()), QString::number(part.y()), QString::number(part.width()),
-             QString::number(part.height()));
+    return QStringLiteral("%1 %2 %3,%4,%5,%6")
+        .arg(dem.path, dem.state, QString::number(part.x()), QString::number(part.y()),
+             QString::number(part.width()), QString::number(part.height()));
 }
 
-/// A file of that name in a new folder; empty when there can be none.
-QString fileInNewFolder(WorkFolder &workFolder, const QString &name)
+/// The file of that name in a folder of its own, whose path is kept from one time to the next; the folder comes
+/// back where somebody removed it.
+QString fileInOwnFolder(WorkFolder &workFolder, QString &file, const QString &name)
 {
-    const QString folder = workFolder.newFolder();
-    return folder.isEmpty() ? QString() : folder + QLatin1Char('/') + name;
+    if (file.isEmpty())
+        file = workFolder.newFolder() + QLatin1Char('/') + name;
+    QDir().mkpath(QFileInfo(file).path());
+    return file;
 }
 
 } // namespace
@@ -63,7 +64,6 @@ void Previews::setShown(bool shown)
 void Previews::setDem(const PreviewDem &dem)
 {
     m_dem = dem;
-    m_hasWholeCopy = false;
     setPart(QRect(QPoint(0, 0), dem.size));
 }
 
@@ -71,7 +71,7 @@ void Previews::setPart(const QRect &part)
 {
     m_part = part;
     m_queue.setSource(sourceName(m_dem, part));
-    if (isWhole() && m_hasWholeCopy) {
+    if (isWhole() && sourceName(m_dem, m_part) == m_wholeSource) {
         m_queue.haveReduction();
         m_copy = m_wholeCopy;
         emit reduced();
@@ -110,6 +110,7 @@ void Previews::endStale()
         return;
     m_runner.stop();
     end(false);
+    emit interrupted();
 }
 
 void Previews::end(bool good)
@@ -121,6 +122,8 @@ void Previews::end(bool good)
 
 void Previews::runNext()
 {
+    if (m_queue.next() == PreviewStep::Compute && !QFile::exists(m_copy))
+        m_queue.loseReduction(); // a cleaner of temporary files came by
     switch (m_queue.next()) {
     case PreviewStep::Reduce:
         reduce();
@@ -145,10 +148,11 @@ void Previews::begin(PreviewStep step, const QString &command, const QuvoOutputF
 
 void Previews::reduce()
 {
-    QString &copy = isWhole() ? m_wholeCopy : m_partCopy;
-    if (copy.isEmpty())
-        copy = fileInNewFolder(m_workFolder, QStringLiteral("tempoReducedImg"));
+    const QString copy =
+        fileInOwnFolder(m_workFolder, isWhole() ? m_wholeCopy : m_partCopy, QStringLiteral("tempoReducedImg"));
     m_copy = copy;
+    if (isWhole())
+        m_wholeSource.clear();
     QFile::remove(copy);
     QFile::remove(copy + QStringLiteral(".aux.xml"));
     const Reduction reduction{m_dem.path, m_dem.size, m_dem.georeferenced, m_part, copy};
@@ -170,8 +174,7 @@ void Previews::compute()
     request->input = m_copy;
     // The contour tool makes a folder of any other name.
     const QString name = QStringLiteral("tempoPreviewImage") + (vector ? QStringLiteral(".shp") : QString());
-    if (QFileInfo(m_product).fileName() != name)
-        m_product = fileInNewFolder(m_workFolder, name);
+    m_product = fileInOwnFolder(m_workFolder, vector ? m_vectorProduct : m_rasterProduct, name);
     request->output = m_product;
     request->format.clear();
     request->tiled = request->worldFile = request->overviews = false;
@@ -195,7 +198,8 @@ void Previews::onDone()
         return;
     end(true);
     if (step == PreviewStep::Reduce) {
-        m_hasWholeCopy = m_hasWholeCopy || isWhole();
+        if (isWhole())
+            m_wholeSource = sourceName(m_dem, m_part);
         emit reduced();
     } else {
         emit computed();

@@ -18,8 +18,9 @@ class QuvoScriptRunner;
 /// The DEM of the previews.
 struct PreviewDem
 {
-    QString path; ///< empty: there is none
-    QSize size;   ///< cells
+    QString path;  ///< empty: there is none
+    QString state; ///< tells a file that was written anew from the one before
+    QSize size;    ///< cells
     bool georeferenced = true;
 };
 
@@ -63,8 +64,8 @@ public:
 
     PreviewStep running() const { return m_queue.running(); }
 
-    /// The reduced copy of part().
-    QString copy() const { return m_copy; }
+    /// The reduced copy of part(); empty while there is none.
+    QString copy() const { return m_queue.hasReduction() ? m_copy : QString(); }
     QRect part() const { return m_part; }
 
     /// The file of the product, valid from computed() to the next change.
@@ -79,6 +80,8 @@ signals:
     void computingProgress(int percent);
     void computed();
     void computationFailed(const QString &toolText);
+    /// A step was ended before its time; none of the other signals follows.
+    void interrupted();
 
 private:
     void changed();
@@ -102,10 +105,12 @@ private:
     PreviewDem m_dem;
     QRect m_part;
     QString m_copy;
-    QString m_wholeCopy; ///< the copy of the whole DEM, kept while parts of it are looked at
-    bool m_hasWholeCopy = false;
+    QString m_wholeCopy;   ///< the copy of the whole DEM, kept while parts of it are looked at
+    QString m_wholeSource; ///< what it is a copy of; empty: it is not there yet
     QString m_partCopy;
     QString m_product;
+    QString m_rasterProduct;
+    QString m_vectorProduct;
     int m_firstSideFolder = 0; ///< folders of the work folder that the running product's files lie in
     int m_endOfSideFolders = 0;
 };

@@ -80,20 +80,24 @@ int WindowShape::widthHint() const
 bool WindowShape::togglePreviews()
 {
     const bool show = m_previews.isHidden();
+    m_last.showPreview = show;
+    showPreviews(show);
+    return show;
+}
+
+void WindowShape::showPreviews(bool show)
+{
     const int room = m_splitter.handleWidth() + (show ? m_previews.sizeHint() : m_previews.size()).width();
     m_previews.setVisible(show);
     m_button.setChecked(show);
-    m_last.showPreview = show;
     if (!m_window.isMaximized() && !m_window.isFullScreen())
         m_window.resize(m_window.width() + (show ? room : -room), m_window.height());
     if (show)
         giveTabsTheirRoom();
-    return show;
 }
 
 void WindowShape::removePreviews()
 {
-    m_previews.hide();
-    m_button.setChecked(false);
+    showPreviews(false);
     m_button.setEnabled(false);
 }

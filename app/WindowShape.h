@@ -34,6 +34,7 @@ public:
     void removePreviews();
 
 private:
+    void showPreviews(bool show);
     void giveTabsTheirRoom();
 
     QDialog &m_window;

@@ -67,12 +67,12 @@ void previewDialog::setView(const QRectF &view)
 
 void previewDialog::slot_zoomIn()
 {
-    setView(zoomed(m_view, m_view.center(), zoomStep, m_size));
+    setView(zoomed(m_view, m_view.center(), zoomStep, m_size, m_form->m_pLPreview->size()));
 }
 
 void previewDialog::slot_zoomOut()
 {
-    setView(zoomed(m_view, m_view.center(), 1.0 / zoomStep, m_size));
+    setView(zoomed(m_view, m_view.center(), 1.0 / zoomStep, m_size, m_form->m_pLPreview->size()));
 }
 
 void previewDialog::slot_showWhole()
@@ -144,9 +144,9 @@ QPointF previewDialog::toGround(const QPointF &cell) const
 
 void previewDialog::showReadout(const QPointF &cell)
 {
-    constexpr double degreesAtMost = 360.0; // numbers this small are degrees, or a plan of a room
     const QPointF ground = toGround(cell);
-    const int decimals = qAbs(ground.x()) <= degreesAtMost && qAbs(ground.y()) <= degreesAtMost ? 6 : 1;
+    const int decimals =
+        coordinateDecimals(m_raster.isOpen() ? m_ground.cellSize() : m_extent.width() / m_size.width());
     QString text =
         QStringLiteral("X %1   Y %2")
             .arg(locale().toString(ground.x(), 'f', decimals), locale().toString(ground.y(), 'f', decimals));

@@ -63,15 +63,18 @@ QRectF within(QRectF view, const QSize &dem)
 
 } // namespace
 
-QRectF zoomed(const QRectF &view, const QPointF &at, double factor, const QSize &dem)
+QRectF zoomed(const QRectF &view, const QPointF &at, double factor, const QSize &dem, const QSizeF &area)
 {
     constexpr double fewestCells = 8.0;
-    const double least =
-        std::min({fewestCells, static_cast<double>(dem.width()), static_cast<double>(dem.height())});
-    const double most = std::max(dem.width() / view.width(), dem.height() / view.height());
-    const double scale = qBound(least / std::min(view.width(), view.height()), 1.0 / factor, most);
-    const QPointF corner = at + (view.topLeft() - at) * scale;
-    return within(QRectF(corner, view.size() * scale), dem);
+    const double now = std::max(view.width() / area.width(), view.height() / area.height()); // cells per pixel
+    const double most = std::max(dem.width() / area.width(), dem.height() / area.height());
+    const double least = std::min(most, fewestCells / std::min(area.width(), area.height()));
+    const double scale = qBound(least, now / factor, most);
+    const QSizeF size = (area * scale).boundedTo(dem);
+    const QPointF way = view.topLeft() - at;
+    const QPointF corner =
+        at + QPointF(way.x() * size.width() / view.width(), way.y() * size.height() / view.height());
+    return within(QRectF(corner, size), dem);
 }
 
 QRectF moved(const QRectF &view, const QPointF &by, const QSize &dem)
@@ -88,10 +91,30 @@ QRectF shownRect(const QRectF &view, const QSizeF &area)
     return {QPointF((area.width() - size.width()) / 2.0, 0.0), size};
 }
 
-double lightDirection(double compass, bool rowsRunNorth)
+double lightDirection(double compass, bool rowsRunNorth, bool columnsRunWest)
 {
     const double azimuth = 270.0 - compass;
-    const double seen = rowsRunNorth ? 180.0 - azimuth : azimuth;
-    const double turn = std::fmod(seen, 360.0);
+    const double upright = rowsRunNorth ? 180.0 - azimuth : azimuth;
+    const double turn = std::fmod(columnsRunWest ? -upright : upright, 360.0);
     return turn < 0.0 ? turn + 360.0 : turn;
+}
+
+int coordinateDecimals(double cellSize)
+{
+    constexpr int most = 8;
+    return cellSize > 0.0 ? qBound(0, static_cast<int>(std::ceil(-std::log10(cellSize))) + 1, most) : 0;
+}
+
+QString lengthText(double length, const QLocale &locale)
+{
+    constexpr int most = 8;
+    constexpr double precision = 0.001;
+    int decimals = 0;
+    while (decimals < most) {
+        const double power = std::pow(10.0, decimals);
+        if (std::abs(std::round(length * power) / power - length) < precision * length)
+            break;
+        ++decimals;
+    }
+    return locale.toString(length, 'f', decimals);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLocale>
 #include <QPointF>
 #include <QPolygonF>
 #include <QRect>
@@ -37,9 +38,10 @@ struct Reduction
 /// come from the other side.
 QString reductionArguments(const Reduction &reduction);
 
-/// A view of a DEM after a turn of the wheel over a place: that place stays where it is. factor: above 1 shows
-/// less. A view is never larger than the DEM, nor smaller than some cells.
-QRectF zoomed(const QRectF &view, const QPointF &at, double factor, const QSize &dem);
+/// A view of a DEM after a turn of the wheel over a place: that place stays where it is, or near it. factor:
+/// above 1 shows less. A view is never larger than the DEM, nor smaller than some cells; closer than the whole
+/// it has the shape of the area that shows it, as far as the DEM reaches.
+QRectF zoomed(const QRectF &view, const QPointF &at, double factor, const QSize &dem, const QSizeF &area);
 
 /// A view moved by so many cells, within the DEM.
 QRectF moved(const QRectF &view, const QPointF &by, const QSize &dem);
@@ -48,5 +50,12 @@ QRectF moved(const QRectF &view, const QPointF &by, const QSize &dem);
 QRectF shownRect(const QRectF &view, const QSizeF &area);
 
 /// The azimuth, clockwise from the picture's upper edge in degrees (0 to 360), from which a shaded relief is
-/// lit: what the tool gets for a compass reading, mirrored where the DEM's rows run northwards.
-double lightDirection(double compass, bool rowsRunNorth);
+/// lit: what the tool gets for a compass reading, mirrored where the DEM's rows run northwards or its columns
+/// westwards.
+double lightDirection(double compass, bool rowsRunNorth, bool columnsRunWest);
+
+/// So many decimals tell two cells of that size apart in a coordinate.
+int coordinateDecimals(double cellSize);
+
+/// A length for people: true to a thousandth, with no more decimals than that takes and never an exponent.
+QString lengthText(double length, const QLocale &locale);

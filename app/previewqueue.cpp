@@ -30,6 +30,11 @@ void PreviewQueue::haveReduction()
     m_reduced = true;
 }
 
+void PreviewQueue::loseReduction()
+{
+    outdate(PreviewStep::Reduce);
+}
+
 void PreviewQueue::invalidate()
 {
     outdate(PreviewStep::Compute);

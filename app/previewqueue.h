@@ -25,8 +25,10 @@ public:
     /// current one changes nothing.
     void setSource(const QString &source);
 
-    /// A reduced copy of the current source is at hand already.
+    /// A reduced copy of the current source is at hand already, or not any more.
     void haveReduction();
+    void loseReduction();
+    bool hasReduction() const { return m_reduced; }
 
     /// The product is another one now.
     void invalidate();

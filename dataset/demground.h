@@ -32,6 +32,7 @@ public:
 
     /// Whether its rows run northwards, as those of a DEM without georeference count.
     bool rowsRunNorth() const { return m_toGround[5] > 0.0; }
+    bool columnsRunWest() const { return m_toGround[1] < 0.0; }
 
     /// Name of the unit of its coordinates, for display: "m", "°", "ft"; empty where it is unknown.
     QString unit() const;

@@ -19,7 +19,7 @@ struct VectorPicture::Drawing
               vectordraw::Surface::onPixels(image.bits(), image.width(), image.height(), image.bytesPerLine()))
         , painter(surface, {96.0, view.groundPerPixel()})
     {
-        styles.lines = QStringLiteral("PEN(c:#8A5A32,w:%1px)").arg(lineWidth, 0, 'f', 2).toStdString();
+        styles.lines = QStringLiteral("PEN(c:#8A5A32C0,w:%1px)").arg(lineWidth, 0, 'f', 2).toStdString();
     }
 
     vectordraw::View view;

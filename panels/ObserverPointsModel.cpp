@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include <cmath>
+
 ObserverPointsModel::ObserverPointsModel(QObject *parent)
     : QAbstractTableModel(parent)
     , m_on(QStringLiteral(":/QuvoGdalUtilities/images/Ok-6380-16.png"))
@@ -92,6 +94,7 @@ bool ObserverPointsModel::setData(const QModelIndex &index, const QVariant &valu
         point.mode = mode.value_or(point.mode);
     } else {
         const double number = value.toString().toDouble(&good);
+        good = good && std::isfinite(number);
         (index.column() == HeightColumn ? point.height : point.maxDistance) = number;
     }
     if (good)

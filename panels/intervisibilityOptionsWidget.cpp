@@ -111,9 +111,18 @@ QString intervisibilityOptionsWidget::getCommandArguments()
 
 QString intervisibilityOptionsWidget::previewArguments(const QString &copy)
 {
+    const DemGround ground(copy, m_dem.band);
+    QList<ObserverPoint> points = m_model.points();
+    for (ObserverPoint &point : points) { // a void of the copy alone must not lose an observer
+        const auto own = m_ground.elevation(point.position());
+        if (point.mode == AltitudeMode::Relative && own && !ground.elevation(point.position())) {
+            point.height += *own;
+            point.mode = AltitudeMode::Absolute;
+        }
+    }
     ObserverPointsModel onCopy;
-    onCopy.setGround(DemGround(copy, m_dem.band));
-    onCopy.addPoints(m_model.points());
+    onCopy.setGround(ground);
+    onCopy.addPoints(points);
     return argumentsWith(onCopy.observers());
 }
 
@@ -177,6 +186,11 @@ int intervisibilityOptionsWidget::currentRow() const
     return m_form->m_pTViewObsPos->currentIndex().row();
 }
 
+void intervisibilityOptionsWidget::chooseObserver(int row)
+{
+    m_form->m_pTViewObsPos->setCurrentIndex(m_model.index(row, ObserverPointsModel::HeightColumn));
+}
+
 void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &position)
 {
     ObserverPoint point = row >= 0 ? m_model.point(row) : defaultPoint();
@@ -186,13 +200,13 @@ void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &positio
         addPoints({point});
         return;
     }
-    m_form->m_pTViewObsPos->setCurrentIndex(m_model.index(row, ObserverPointsModel::HeightColumn));
+    chooseObserver(row);
     m_model.setPoint(row, point);
 }
 
 void intervisibilityOptionsWidget::setDem(const DemInfo &dem)
 {
-    const bool another = dem.path != m_dem.path || dem.band != m_dem.band;
+    const bool another = !dem.isSameBandAs(m_dem);
     m_dem = dem;
     if (!another)
         return;

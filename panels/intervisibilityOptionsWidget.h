@@ -44,6 +44,9 @@ public:
     /// The table's current row, from 0; -1 where there is none.
     int currentRow() const;
 
+    /// Makes the row the current one.
+    void chooseObserver(int row);
+
     /// Moves the observer of a row, which becomes the current one, to a position in the DEM's coordinates; row
     /// -1: a new observer comes there.
     void placeObserver(int row, const QPointF &position);

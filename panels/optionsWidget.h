@@ -14,6 +14,10 @@ struct DemInfo
     int band = 1;           ///< from 1
     Extremes extremes;      ///< of the band
     bool searching = false; ///< the extreme values are being looked for
+    QString state = {};     ///< tells a file that was written anew from the one before
+
+    bool isSameFileAs(const DemInfo &other) const { return path == other.path && state == other.state; }
+    bool isSameBandAs(const DemInfo &other) const { return isSameFileAs(other) && band == other.band; }
 };
 
 /// Base of the option panels, one a process.

@@ -13,6 +13,7 @@
 #include <QAbstractSlider>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
@@ -24,6 +25,7 @@
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -52,6 +54,8 @@ private slots:
     void productIsTheToolsOwn();
     void vectorProducts();
     void observersAreSetInThePicture();
+    void observersOfAnyKind();
+    void anotherFileOfTheName();
     void aPartIsSeenAtFullResolution();
     void launchEndsPreviews();
     void failureIsToldOnce();
@@ -221,15 +225,24 @@ void PreviewsTest::zooming()
 {
     const QSize dem(1000, 500);
     const QRectF whole(0, 0, 1000, 500);
-    const QRectF closer = zoomed(whole, {250, 250}, 2.0, dem);
+    const QRectF closer = zoomed(whole, {250, 250}, 2.0, dem, dem);
     QCOMPARE(closer, QRectF(125, 125, 500, 250)); // the place stays
-    QCOMPARE(zoomed(closer, {250, 250}, 0.01, dem), whole);
-    QCOMPARE(zoomed(whole, {0, 0}, 1e9, dem).height(), 8.0);
-    QCOMPARE(zoomed({0, 0, 3, 2}, {1, 1}, 2.0, {3, 2}).size(), QSizeF(3, 2)); // smaller than the least
+    QCOMPARE(zoomed(closer, {250, 250}, 0.01, dem, dem), whole);
+    QCOMPARE(zoomed(whole, {0, 0}, 1e9, dem, dem).height(), 8.0);
+    QCOMPARE(zoomed({0, 0, 3, 2}, {1, 1}, 2.0, {3, 2}, {300, 200}).size(),
+             QSizeF(3, 2)); // smaller than the least
+    // A long strip comes to have the shape of the area that shows it.
+    QCOMPARE(zoomed({0, 0, 12000, 30}, {6000, 15}, 400.0, {12000, 30}, {300, 200}), QRectF(5985, 5, 30, 20));
     QCOMPARE(moved(closer, {-900, 900}, dem), QRectF(0, 250, 500, 250));
-    QCOMPARE(lightDirection(315.0, false), 315.0);
-    QCOMPARE(lightDirection(315.0, true), 225.0); // its rows are seen upside down
-    QCOMPARE(lightDirection(0.0, false), 270.0);
+    QCOMPARE(lightDirection(315.0, false, false), 315.0);
+    QCOMPARE(lightDirection(315.0, true, false), 225.0); // its rows are seen upside down
+    QCOMPARE(lightDirection(0.0, false, false), 270.0);
+    QCOMPARE(lightDirection(315.0, false, true), 45.0);
+    QCOMPARE(coordinateDecimals(30.0), 0);
+    QCOMPARE(coordinateDecimals(1.0 / 1200), 5);
+    const QLocale c = QLocale::c();
+    QCOMPARE((QStringList{lengthText(1250, c), lengthText(12.5, c), lengthText(1.0 / 10800, c)}),
+             (QStringList{"1250", "12.5", "0.0000926"}));
 }
 
 void PreviewsTest::placesAndCoordinates_data()
@@ -343,12 +356,12 @@ void PreviewsTest::vectorProducts()
         }
         return count;
     };
-    QVERIFY(coloured(dialog.output()->picture()) > 500); // lines over the greys
+    QTRY_VERIFY(coloured(dialog.output()->picture()) > 500); // lines over the greys
     const QImage tenMetres = dialog.output()->picture();
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("0.000"); // what the tool would not understand
     QVERIFY(!dialog.hasOutput());
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("50.000");
-    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && coloured(dialog.output()->picture()) > 0, 10000);
     QVERIFY(coloured(dialog.output()->picture()) < coloured(tenMetres));
 
     QCOMPARE(QProcess::execute(m_tools.contour, {"-q", "-i", "10", path("dem.tif"), path("lines.shp")}), 0);
@@ -396,6 +409,52 @@ void PreviewsTest::observersAreSetInThePicture()
     QTRY_VERIFY_WITH_TIMEOUT(dialog.output()->picture() != before, 10000);
 }
 
+void PreviewsTest::observersOfAnyKind()
+{
+    constexpr int side = 1600; // the copy picks every second cell
+    QVector<float> cells(side * side, -9999.0f);
+    for (int row = 0; row < side; row += 2) {
+        for (int column = 0; column < side; column += 2)
+            cells[row * side + column] = 100.0f;
+    }
+    QVERIFY(writeRaster(path("voids.tif"), side, side, cells));
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("voids.tif"));
+    dialog.showTab(4);
+    const auto panel = dialog.window.findChild<intervisibilityOptionsWidget *>();
+    const DemGround ground(path("voids.tif"), 1);
+    panel->placeObserver(-1, ground.toGround({800.5, 800.5})); // on a cell that the copy does not have
+    QVERIFY(panel->isComplete());
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
+
+    const auto model = dialog.find<QTableView>("m_pTViewObsPos")->model();
+    QVERIFY(model->setData(model->index(0, ObserverPointsModel::DistanceColumn), "1e300"));
+    QVERIFY(!model->setData(model->index(0, ObserverPointsModel::DistanceColumn), "inf"));
+    QVERIFY(!dialog.input()->grab().isNull()); // comes back
+    panel->placeObserver(-1, ground.toGround({200.5, 200.5}));
+    QTest::mouseClick(dialog.input(), Qt::LeftButton, {}, placeOf(*dialog.input(), {800.5, 800.5}));
+    QCOMPARE(panel->currentRow(), 0); // a click on a mark chooses it
+    QCOMPARE(panel->options().observers.at(1).position(), ground.toGround({200.5, 200.5}));
+    QVERIFY(Prompt::takeShown().isEmpty());
+}
+
+void PreviewsTest::anotherFileOfTheName()
+{
+    QVERIFY(writeRaster(path("bands.tif"), 40, 40, QVector<float>(1600, 5), 2));
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
+    QVERIFY(writeHill(path("dem.tif"), 300));
+    dialog.window.setInputDem(path("dem.tif"));
+    QCOMPARE(dialog.input()->view(), QRectF(0, 0, 300, 300));
+    QTRY_COMPARE(dialog.input()->picture().width(), 300);
+
+    dialog.find<QPushButton>("m_pPBShowPreview")->click();
+    dialog.window.setInputDem(path("bands.tif"));
+    dialog.find<QComboBox>("m_pCBBand")->setCurrentIndex(1);
+    QVERIFY(dialog.input()->picture().isNull()); // and not that of the DEM before
+}
+
 void PreviewsTest::aPartIsSeenAtFullResolution()
 {
     Dialog dialog(m_tools);
@@ -406,9 +465,10 @@ void PreviewsTest::aPartIsSeenAtFullResolution()
     const QImage whole = dialog.input()->picture();
     for (int turn = 0; turn < 4; ++turn)
         QTest::keyClick(dialog.input(), Qt::Key_Plus);
-    QVERIFY(dialog.output()->view().width() < 500.0); // both show the same part
+    QCOMPARE(dialog.output()->view(), dialog.input()->view()); // both show the same part
     QTRY_VERIFY_WITH_TIMEOUT(note->text() != wholeNote && dialog.hasOutput(), 10000);
-    QVERIFY(dialog.input()->picture().width() < 600); // not enlarged
+    QVERIFY(std::min(dialog.input()->picture().width(), dialog.input()->picture().height())
+            < 600); // not enlarged
     QTest::keyClick(dialog.output(), Qt::Key_Home);
     QTRY_COMPARE(dialog.input()->picture(), whole);
 }
