@@ -463,7 +463,7 @@ void PreviewsTest::aPartIsSeenAtFullResolution()
     const auto note = dialog.find<QLabel>("m_pLPreviewNote");
     const QString wholeNote = note->text();
     const QImage whole = dialog.input()->picture();
-    for (int turn = 0; turn < 4; ++turn)
+    for (int turn = 0; turn < 8; ++turn)
         QTest::keyClick(dialog.input(), Qt::Key_Plus);
     QCOMPARE(dialog.output()->view(), dialog.input()->view()); // both show the same part
     QTRY_VERIFY_WITH_TIMEOUT(note->text() != wholeNote && dialog.hasOutput(), 10000);
