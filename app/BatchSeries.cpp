@@ -2,6 +2,7 @@
 
 #include "app/console.h"
 
+#include "panels/labels.h"
 #include <QCoreApplication>
 #include <QTimer>
 
@@ -19,7 +20,7 @@ void BatchSeries::next()
         return;
     }
     const BatchArguments &arguments = m_runs.at(m_at);
-    printOutput(*arguments.input + QStringLiteral(" : "));
+    printOutput(withColon(*arguments.input) + QLatin1Char(' '));
     const BatchRequest batch = assembleBatch(arguments, m_workFolder);
     RunPlan plan;
     plan.problem = batch.problem;
@@ -33,11 +34,15 @@ void BatchSeries::next()
     printError(batch.warning);
     for (const QString &warning : plan.warnings)
         printError(warning);
-    m_run.start(plan, arguments.overwrite);
+    m_output = plan.request.output;
+    m_run.start(plan,
+                arguments.overwrite && !m_made.contains(m_output)); // "a.tif" and "a.asc" name one product
 }
 
 void BatchSeries::onRunFinished(BatchExit exit)
 {
+    if (exit == BatchExit::Done)
+        m_made += m_output;
     if (exit != BatchExit::Done) {
         m_exit = BatchExit::Failed;
         printOutput(QStringLiteral(" %1\n").arg(labelText({"MESS_LOT_ECHEC", "échec"})));

@@ -27,7 +27,9 @@ private:
     void onRunFinished(BatchExit exit);
 
     QVector<BatchArguments> m_runs;
-    int m_at = -1; ///< the run that is on
+    int m_at = -1;      ///< the run that is on
+    QString m_output;   ///< its product
+    QStringList m_made; ///< the products so far, none of which replaces another
     WorkFolder m_workFolder;
     BatchRun m_run{true};
     BatchExit m_exit = BatchExit::Done;

@@ -1,5 +1,6 @@
 #include "app/FileDrop.h"
 
+#include <QApplication>
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QUrl>
@@ -30,7 +31,8 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
         return QObject::eventFilter(watched, event);
     auto drop = static_cast<QDropEvent *>(event); // of which the other is one, too
     const QString file = droppedFile(drop->mimeData());
-    if (file.isEmpty())
+    // A drop reaches a window that a modal one blocks, too.
+    if (file.isEmpty() || QApplication::activeModalWidget())
         return true;
     drop->acceptProposedAction();
     if (event->type() == QEvent::Drop)

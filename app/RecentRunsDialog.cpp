@@ -56,6 +56,8 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
     m_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_pTable->setSelectionMode(QAbstractItemView::SingleSelection);
     m_pTable->setWordWrap(false);
+    m_pTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    m_pTable->setTabKeyNavigation(false); // Tab goes on to the buttons
     m_pTable->verticalHeader()->hide();
     m_pTable->setTextElideMode(Qt::ElideMiddle); // the ends of the names tell them apart
     m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);

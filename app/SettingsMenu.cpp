@@ -17,6 +17,7 @@
 #include <QMenu>
 #include <QSaveFile>
 #include <QToolButton>
+#include <QToolTip>
 
 namespace
 {
@@ -36,7 +37,8 @@ QString fileFilter()
 } // namespace
 
 SettingsMenu::SettingsMenu(QToolButton &button, quvoGdalUtilities &window, ProductRun &run)
-    : m_window(window)
+    : m_button(button)
+    , m_window(window)
     , m_history(run)
 {
     makeActions(button);
@@ -65,6 +67,7 @@ void SettingsMenu::makeActions(QToolButton &button)
     menu->addSeparator();
     m_pLanguageMenu = menu->addMenu(QString());
     m_pHelp = add("m_pActionHelp", QKeySequence::HelpContents, &SettingsMenu::slot_showHelp);
+    connect(menu, &QMenu::aboutToShow, this, [this] { m_pCopy->setEnabled(m_window.mayLaunch()); });
     connect(m_pRecentMenu, &QMenu::aboutToShow, this, &SettingsMenu::listRecentRuns);
     button.setMenu(menu);
     button.setPopupMode(QToolButton::InstantPopup);
@@ -143,7 +146,9 @@ void SettingsMenu::slot_save()
 {
     const Recipe recipe = m_window.recipe();
     const QByteArray text = writeRecipe(recipe);
-    const QString problem = readRecipe(text, QString()).error; // a field may hold what no recipe can
+    QString problem = readRecipe(text, QString()).error; // a field may hold what no recipe can
+    if (problem.isEmpty())
+        problem = valuesProblem(recipe.options);
     if (!problem.isEmpty()) {
         Prompt::warning(&m_window, problem);
         return;
@@ -157,7 +162,7 @@ void SettingsMenu::slot_save()
                                       tr("Enregistrer les réglages", "MESS_REGL_ENREG_T"), start, fileFilter());
     if (name.isEmpty())
         return;
-    if (QFileInfo(name).suffix().isEmpty())
+    if (!isSettingsFile(name))
         name += extension;
     if (QFileInfo::exists(name)
         && !Prompt::question(&m_window, dico_label("MESS_FICHIER_EXISTANT", name.toLocal8Bit().constData())))
@@ -174,19 +179,23 @@ void SettingsMenu::slot_save()
 void SettingsMenu::slot_copyCommand()
 {
     const QString command = m_window.commandToCopy();
-    if (!command.isEmpty())
-        QApplication::clipboard()->setText(command);
+    if (command.isEmpty())
+        return;
+    QApplication::clipboard()->setText(command);
+    QToolTip::showText(m_button.mapToGlobal(QPoint(0, 0)),
+                       tr("La commande est dans le presse-papiers.", "MESS_REGL_COPIEE"));
 }
 
 void SettingsMenu::listRecentRuns()
 {
     constexpr int mostListed = 10;
     m_pRecentMenu->clear();
-    const QList<RecentRun> runs = readRecentRuns(recentRunsFile());
-    for (const RecentRun &run : runs.mid(0, mostListed)) {
-        const QString text = QStringLiteral("%1 · %2 · %3 · %4")
+    const QList<RecentRun> runs = readRecentRuns(recentRunsFile(), mostListed);
+    for (const RecentRun &run : runs) {
+        const QString text = QStringLiteral("%1 · %2 · %3 · %4 (%5)")
                                  .arg(startText(run), processTitle(run.recipe.process),
-                                      run.recipe.input.section(QLatin1Char('/'), -1), runEndText(run.end));
+                                      run.recipe.input.section(QLatin1Char('/'), -1), runEndText(run.end),
+                                      durationText(run.seconds));
         QAction *action = m_pRecentMenu->addAction(inMenu(text));
         action->setToolTip(run.recipe.output);
         connect(action, &QAction::triggered, this, [this, recipe = run.recipe] { show({recipe, {}}); });

@@ -49,6 +49,7 @@ private:
     void changeLanguage(const QString &language);
     void show(const RecipeReading &reading);
 
+    QToolButton &m_button;
     quvoGdalUtilities &m_window;
     RunHistory m_history;
     QMenu *m_pRecentMenu = nullptr;

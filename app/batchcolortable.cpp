@@ -59,7 +59,7 @@ QByteArray spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOptio
         problem = labelText({"MESS_TC_SANS_ALTITUDE",
                              "Le MNT n'a pas d'altitudes lisibles sur lesquelles étaler la table couleur."});
     else if (minimum > maximum)
-        problem = labelText({"MESS_TC_BORNES", "minimum doit être au-dessous de maximum."});
+        problem = labelText({"MESS_TC_BORNES", "minimum ne doit pas dépasser maximum."});
     return problem.isEmpty() ? spreadTable(entries, minimum, maximum).text : QByteArray();
 }
 

@@ -4,6 +4,7 @@
 #include "app/batchobservers.h"
 #include "app/dialogrules.h"
 #include "app/outputname.h"
+#include "app/overviews.h"
 #include "app/recipe.h"
 #include "app/runplan.h"
 #include "dataset/formatfilters.h"
@@ -136,6 +137,9 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     }
     if (const auto *contours = std::get_if<ContourOptions>(&recipe.options); contours && contours->interval)
         batch.warning = manyLevelsWarning(*contours, estimatedExtremes(request.input, request.band));
+    if (request.overviews && !takesOverviews(outputFormat(request)))
+        batch.warning =
+            labelText({"MESS_VUES_FORMAT", "Ce format ne reçoit pas de vues d'ensemble à côté du produit."});
     if (request.worldFile && !request.tiled)
         batch.warning = labelText({"MESS_CALAGE_SANS_TUILE",
                                    "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});

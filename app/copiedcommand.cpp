@@ -19,7 +19,9 @@ QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths
 {
     const bool ownTable = plan.request.colorTableFile.startsWith(workFolder + QLatin1Char('/'));
     const bool ownPoints = plan.request.process == Process::Intervisibility;
-    if ((!ownTable && !ownPoints) || tools.batch.isEmpty()) {
+    // By itself the tool would leave its statistics beside the DEM.
+    const bool touchesInput = !plan.touchedInputFiles.isEmpty();
+    if ((!ownTable && !ownPoints && !touchesInput) || tools.batch.isEmpty()) {
         QString text = shellCommand(words(plan.command), shell);
         if (processRow(*plan.request.process).tool == Tool::Contour && shell == Shell::Posix)
             text.prepend(QLatin1String("SHAPE_ENCODING= ")); // as here: attributes are not recoded

@@ -37,9 +37,13 @@ outputFileAdvancedOptionsDialog::~outputFileAdvancedOptionsDialog() = default;
 
 void outputFileAdvancedOptionsDialog::listFormats(const OutputOptions &options)
 {
-    for (const QString &format : outputFormats(m_process))
+    for (const QString &format : outputFormats(m_process)) {
+        const QString title = formatTitle(format);
+        const QString extension = QStringLiteral("(.%1)").arg(formatExtensions(format).value(0));
         m_form->m_pCBFormat->addItem(
-            QStringLiteral("%1 (.%2)").arg(formatTitle(format), formatExtensions(format).value(0)), format);
+            title.contains(extension, Qt::CaseInsensitive) ? title : title + QLatin1Char(' ') + extension,
+            format);
+    }
     m_form->m_pCBFormat->setCurrentIndex(qMax(0, m_form->m_pCBFormat->findData(options.format)));
 }
 
@@ -49,7 +53,8 @@ void outputFileAdvancedOptionsDialog::updateControls()
     m_form->m_pChBTiled->setEnabled(hasCreationOption(format, QStringLiteral("TILED")));
     m_form->m_pChBWorldFile->setEnabled(m_form->m_pChBTiled->isEnabled() && m_form->m_pChBTiled->isChecked()
                                         && hasCreationOption(format, QStringLiteral("TFW")));
-    m_form->m_pChBOverviews->setEnabled(takesOverviews(format));
+    for (QWidget *overviews : QList<QWidget *>{m_form->m_pChBOverviews, m_form->m_pOverviewsExpl})
+        overviews->setEnabled(takesOverviews(format));
     m_form->m_pCBFormat->setEnabled(m_form->m_pCBFormat->count() > 1);
 }
 

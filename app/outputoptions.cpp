@@ -22,9 +22,11 @@ QStringList outputFormats(Process process)
     if (processRow(process).tool == Tool::Intervisibility)
         return formats; // the tool writes no other
     const bool vector = processRow(process).product == ProductKind::Vector;
+    const QString cells =
+        processRow(process).bytesPerCell == 1 ? QStringLiteral("Byte") : QStringLiteral("Float32");
     for (const QString &name : driverNames()) {
         if (name != formats.first() && !formatExtensions(name).isEmpty()
-            && (vector ? isVectorOutputFormat(name) : isRasterOutputFormat(name)))
+            && (vector ? isVectorOutputFormat(name) : isRasterOutputFormat(name) && storesCells(name, cells)))
             formats += name;
     }
     return formats;

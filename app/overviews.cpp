@@ -21,8 +21,8 @@ QVector<int> overviewFactors(int width, int height)
 
 bool takesOverviews(const QString &format)
 {
-    static const QStringList ownOverviews{"COG", "GPKG", "MBTiles", "PDF"};
-    return !ownOverviews.contains(format, Qt::CaseInsensitive);
+    static const QStringList inTheFile{"COG", "GPKG", "MBTiles", "PDF"};
+    return !inTheFile.contains(format, Qt::CaseInsensitive);
 }
 
 QString overviewFile(const QString &raster)

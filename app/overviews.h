@@ -9,7 +9,8 @@
 /// raster.
 QVector<int> overviewFactors(int width, int height);
 
-/// Whether overviews can stand beside a product of that GDAL driver ("a.tif.ovr"); some formats keep their own.
+/// Whether overviews can stand beside a product of that GDAL driver ("a.tif.ovr"). COG has its own already; the
+/// others would take them into the product itself, which a stop would then leave half changed.
 bool takesOverviews(const QString &format);
 
 /// The file of a raster's overviews.

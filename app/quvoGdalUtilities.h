@@ -53,6 +53,9 @@ public:
     /// own.
     void setRecipe(const Recipe &recipe);
 
+    /// Whether a launch may begin.
+    bool mayLaunch();
+
     /// What does in a shell what a launch does here; empty after a box that says why it would not begin.
     QString commandToCopy();
 
@@ -108,7 +111,6 @@ private:
     ProcessingRequest currentRequest() const;
     OutputOptions &currentOutputOptions();
     std::optional<RunPlan> currentPlan();
-    bool mayLaunch();
     bool launch();
     std::optional<ProcessingRequest> previewRequest(const QString &copy);
     void showResult(ProcessResult result);

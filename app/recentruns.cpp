@@ -40,35 +40,38 @@ QJsonObject writeRun(const RecentRun &run)
             {QStringLiteral("settings"), QJsonDocument::fromJson(writeRecipe(run.recipe)).object()}};
 }
 
-QByteArray fileText(const QList<RecentRun> &runs)
+/// The file's entries as they are; none for a file that is none.
+QJsonArray entriesOf(const QString &name)
+{
+    QFile file(name);
+    if (!QFileInfo(name).isFile() || file.size() > largestFile || !file.open(QIODevice::ReadOnly))
+        return {};
+    return QJsonDocument::fromJson(file.readAll()).object().value(QStringLiteral("runs")).toArray();
+}
+
+QByteArray fileText(const QJsonArray &entries)
 {
     constexpr qint64 margin = 100; // around the list
     QJsonArray list;
     qint64 size = 0;
-    for (const RecentRun &run : runs) {
-        const QJsonObject object = writeRun(run);
-        const qint64 length = QJsonDocument(object).toJson(QJsonDocument::Compact).size() + 1;
-        if (list.size() == mostRecentRuns || size + length > largestFile - margin)
+    for (const QJsonValue &entry : entries) {
+        const qint64 length = QJsonDocument(entry.toObject()).toJson(QJsonDocument::Compact).size() + 1;
+        if (list.size() == mostRecentRuns || size + length > largestFile - margin || !entry.isObject())
             continue; // one that is too large does not drive out the others
         size += length;
-        list += object;
+        list += entry;
     }
     return QJsonDocument(QJsonObject{{QStringLiteral("runs"), list}}).toJson(QJsonDocument::Compact);
 }
 
 } // namespace
 
-QList<RecentRun> readRecentRuns(const QString &name)
+QList<RecentRun> readRecentRuns(const QString &file, int most)
 {
     QList<RecentRun> runs;
-    QFile file(name);
-    if (!QFileInfo(name).isFile() || file.size() > largestFile || !file.open(QIODevice::ReadOnly))
-        return runs;
-    const QJsonArray list =
-        QJsonDocument::fromJson(file.readAll()).object().value(QStringLiteral("runs")).toArray();
-    for (const QJsonValue &value : list) {
+    for (const QJsonValue &value : entriesOf(file)) {
         RecentRun run;
-        if (readRun(value.toObject(), run) && runs.size() < mostRecentRuns)
+        if (runs.size() < most && readRun(value.toObject(), run))
             runs += run;
     }
     return runs;
@@ -79,8 +82,10 @@ bool addRecentRun(const QString &name, const RecentRun &run)
     constexpr int patience = 1000; // ms; another window writes a list in far less
     QDir().mkpath(QFileInfo(name).absolutePath());
     QLockFile lock(name + QStringLiteral(".lock"));
-    lock.tryLock(patience); // without it, too: at worst a run is missing from a list
-    const QByteArray text = fileText(QList<RecentRun>{run} + readRecentRuns(name));
+    lock.tryLock(patience);               // without it, too: at worst a run is missing from a list
+    QJsonArray entries = entriesOf(name); // not read and written anew: settings may be large
+    entries.prepend(writeRun(run));
+    const QByteArray text = fileText(entries);
     QSaveFile file(name);
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
 }

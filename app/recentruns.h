@@ -27,8 +27,9 @@ struct RecentRun
 
 constexpr int mostRecentRuns = 50;
 
-/// The runs of the file, the newest first. What is damaged in it is left out; a file that is none gives none.
-QList<RecentRun> readRecentRuns(const QString &file);
+/// The runs of the file, the newest first, so many at most. What is damaged in it is left out; a file that is
+/// none gives none.
+QList<RecentRun> readRecentRuns(const QString &file, int most = mostRecentRuns);
 
 /// Puts a run before those of the file, which keeps the newest 50, as far as 16 MiB hold them. Returns whether
 /// they were written.

@@ -1,6 +1,7 @@
 #include "app/recipe.h"
 
 #include "dataset/pathencoding.h"
+#include "panels/labels.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -44,7 +45,9 @@ QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value,
     for (const TextMember &known : textMembers) {
         if (name == QLatin1String(known.name)) {
             recipe.*known.member = known.isPath ? fromFolder(folder, value.toString()) : value.toString();
-            return value.isString() ? QString() : wrongMember(name, textValue);
+            const bool good =
+                value.isString() && !value.toString().contains(QChar(0)); // which ends a path for GDAL
+            return good ? QString() : wrongMember(name, textValue);
         }
     }
     if (name == QLatin1String("band")) {
@@ -137,7 +140,7 @@ RecipeReading readRecipeFile(const QString &name)
     if (QFileInfo(name).isFile() && file.size() <= largestRecipe && file.open(QIODevice::ReadOnly)) {
         reading = readRecipe(file.readAll(), QFileInfo(name).absolutePath());
         if (!reading.error.isEmpty())
-            reading.error = QStringLiteral("%1 : %2").arg(name, reading.error);
+            reading.error = withColon(name) + QLatin1Char(' ') + reading.error;
     } else {
         reading.error = labelText({"MESS_REC_ILLISIBLE", "La recette « %1 » ne peut pas être lue."}).arg(name);
     }

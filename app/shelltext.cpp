@@ -8,7 +8,7 @@ namespace
 
 QString posixWord(const QString &word)
 {
-    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./:@%+=,-]+$"));
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./:@%+=,-]+\\z"));
     if (plain.match(word).hasMatch())
         return word;
     QString quoted = word;
@@ -26,7 +26,7 @@ QString caretEscaped(const QString &text)
 /// Quoted for the C runtime, which splits a program's arguments, and then for cmd.
 QString windowsWord(const QString &word)
 {
-    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./:\\\\@+=-]+$"));
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./:\\\\@+=-]+\\z"));
     if (plain.match(word).hasMatch())
         return word;
     static const QRegularExpression beforeQuote(QStringLiteral("(\\\\*)\""));

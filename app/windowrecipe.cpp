@@ -2,6 +2,7 @@
 
 #include "app/batchcolortable.h"
 #include "app/batchobservers.h"
+#include "app/dialogrules.h"
 #include "app/outputoptions.h"
 #include "dataset/rasterinfo.h"
 
@@ -30,6 +31,10 @@ void takeInput(Recipe &recipe, const QString &currentInput, QStringList &notes)
                             "Le MNT des réglages, « %1 », ne peut pas être lu ; celui de la "
                             "fenêtre reste."})
                      .arg(recipe.input);
+        const QString suffix =
+            QString::fromLatin1(processRow(findBatchProcess(recipe.process)->process).suffix);
+        if (isProposedName(recipe.output, recipe.input, suffix))
+            recipe.output.clear(); // a name for a product of another DEM
         recipe.input.clear();
     }
     const QString dem = recipe.input.isEmpty() ? currentInput : recipe.input;

@@ -21,16 +21,28 @@ bool says(GDALDriver *driver, const char *item)
 bool isRasterOutputFormat(const QString &name)
 {
     GDALDriver *driver = driverNamed(name);
-    // A virtual raster would refer to the input instead of holding the product.
-    return driver && !EQUAL(driver->GetDescription(), "VRT") && says(driver, GDAL_DCAP_RASTER)
+    // A virtual raster would refer to the input instead of holding the product; the others leave files and
+    // folders of other names behind.
+    static const QStringList others{"VRT", "KMLSUPEROVERLAY", "MRF", "ILWIS"};
+    return driver && !others.contains(name, Qt::CaseInsensitive) && says(driver, GDAL_DCAP_RASTER)
         && (says(driver, GDAL_DCAP_CREATE) || says(driver, GDAL_DCAP_CREATECOPY));
 }
 
 bool isVectorOutputFormat(const QString &name)
 {
     GDALDriver *driver = driverNamed(name);
-    return driver && !EQUAL(driver->GetDescription(), "OGR_VRT") && says(driver, GDAL_DCAP_VECTOR)
+    // Tables without geometries, formats of fixed layers, and those that want settings of their own.
+    static const QStringList others{"OGR_VRT",    "BAG", "CSV", "DGN",    "DXF", "FITS", "GPSBabel", "GPX",
+                                    "Interlis 2", "MVT", "ODS", "PGDUMP", "S57", "VDV",  "XLSX"};
+    return driver && !others.contains(name, Qt::CaseInsensitive) && says(driver, GDAL_DCAP_VECTOR)
         && says(driver, GDAL_DCAP_CREATE) && !formatExtensions(name).isEmpty();
+}
+
+bool storesCells(const QString &name, const QString &type)
+{
+    GDALDriver *driver = driverNamed(name);
+    const char *types = driver ? driver->GetMetadataItem(GDAL_DMD_CREATIONDATATYPES) : nullptr;
+    return driver && (!types || QString::fromUtf8(types).split(QLatin1Char(' ')).contains(type));
 }
 
 bool hasCreationOption(const QString &name, const QString &option)

@@ -141,7 +141,8 @@ int colorReliefOptionsWidget::rowOf(const ColorReliefOptions &options)
         const QString name = settingsName(table.file);
         const bool named = options.table == table.file || options.table == name
             || (name != table.file && options.table == name + QLatin1String(".txt"));
-        if (named && isIt(table.entries))
+        const bool own = m_ownTables.contains(table.file) && !options.colors.isEmpty();
+        if ((named || own) && isIt(table.entries))
             return row;
     }
     if (QFileInfo(options.table).isFile()) {

@@ -282,9 +282,22 @@ QString valuesProblem(const ProcessOptions &options)
 {
     if (const auto *observers = std::get_if<IntervisibilityOptions>(&options))
         return intervisibilityValues(*observers);
+    if (const auto *contours = std::get_if<ContourOptions>(&options))
+        return levelsProblem(contours->fixedLevels);
+    const QString ratioProblem = std::visit(
+        []<class Record>(const Record &record) {
+            if constexpr (HasScale<Record>)
+                return record.scaleText.isEmpty() ? QString()
+                                                  : scaleProblem(record.scaleIndex, record.scaleText);
+            else
+                return QString();
+        },
+        options);
+    if (!ratioProblem.isEmpty())
+        return ratioProblem;
     const auto *colors = std::get_if<ColorReliefOptions>(&options);
     if (colors && colors->minimum && colors->maximum && *colors->minimum > *colors->maximum)
-        return labelText({"MESS_TC_BORNES", "minimum doit être au-dessous de maximum."});
+        return labelText({"MESS_TC_BORNES", "minimum ne doit pas dépasser maximum."});
     return {};
 }
 

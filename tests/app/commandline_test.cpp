@@ -163,7 +163,7 @@ void CommandLineTest::shellWords()
 {
     QFETCH(QString, word);
     QTEST(shellCommand({word}, Shell::Windows), "windows");
-    for (const QString &text : {word, word + "\n\t" + word}) {
+    for (const QString &text : {word, word + "\n\t" + word, word + "\n"}) {
         QProcess shell;
         shell.start("sh", {"-c", shellCommand({"printf", "%s|", text, "-x"}, Shell::Posix)});
         QVERIFY(shell.waitForFinished());

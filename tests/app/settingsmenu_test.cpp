@@ -172,7 +172,6 @@ void SettingsMenuTest::addRows()
     row("slope, list", SlopeOptions{false, 2, {}, true, false}, "b.tif");
     row("aspect", AspectOptions{true, false, false, true}, "c.tif");
     row("TRI", TerrainIndexOptions{0, true}, "d.tif");
-    row("roughness", TerrainIndexOptions{2, false}, "d.tif");
     ContourOptions contours{10.12345, "", true, "", false, -3.4028234663852886e38, 0.5};
     row("contour", contours, "e.shp");
     contours = {std::nullopt, "Zé", false, "450 500.5", true, std::nullopt, std::nullopt};
@@ -207,13 +206,13 @@ void SettingsMenuTest::settingsComeBack()
     QFETCH(ProcessOptions, options);
     QFETCH(QString, output);
     const Recipe settings = recipe(options, output);
-    const QString file = path("réglages.json");
+    const QString file = path("réglages 1.5.json");
     {
         Dialog dialog(m_tools);
         dialog.window.setRecipe(settings);
         QVERIFY2(dialog.window.recipe() == settings, writeRecipe(dialog.window.recipe()).constData());
         QVERIFY(dialog.find<QPushButton>("m_pPBLaunchProcess")->isEnabled());
-        QuvoFilerDialog::answerBeforehand({path("réglages")});
+        QuvoFilerDialog::answerBeforehand({path("réglages 1.5")}); // no extension of settings
         dialog.trigger("m_pActionSave");
     }
     QVERIFY(!bytesOf(file).contains("quvodemtoolbox-")); // nothing that dies with the window
@@ -250,9 +249,10 @@ void SettingsMenuTest::badSettingsChangeNothing_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::newRow("no JSON") << QByteArray("II*");
-    QTest::newRow("later format") << QByteArray(R"({"format": 2, "process": "slope"})");
-    QTest::newRow("slip of the pen") << QByteArray(
-        R"({"format": 1, "process": "slope", "options": {"percents": true}})");
+    QTest::newRow("arguments in a ratio")
+        << QByteArray(R"({"format": 1, "process": "slope", "options": {"scaleText": "2 -alt 3"}})");
+    QTest::newRow("arguments in levels")
+        << QByteArray(R"({"format": 1, "process": "contour", "options": {"fixedLevels": "1 -a x"}})");
     QTest::newRow("format of the product")
         << QByteArray(R"({"format": 1, "process": "slope", "outputFormat": "nO/such"})");
     QTest::newRow("colour") << QByteArray(
@@ -284,12 +284,13 @@ void SettingsMenuTest::whatCannotBeTakenIsTold()
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     dialog.drop(write("gone.json", R"({"format": 1, "process": "slope", "input": "gone.tif", "band": 4,
-        "output": "here.tif", "outputFormat": "gtiff", "tiled": true, "options": {"percent": true}})"));
+        "output": "gone_slope.tif", "outputFormat": "gtiff", "tiled": true, "options": {"percent": true}})"));
     const QStringList shown = Prompt::takeShown();
     QCOMPARE(shown.size(), 1);
     QVERIFY2(shown.first().contains(path("gone.tif")) && shown.first().contains("bande 4"),
              qPrintable(shown.first()));
-    Recipe expected = recipe(SlopeOptions{true, 0, {}, true, false}, "here.tif");
+    Recipe expected =
+        recipe(SlopeOptions{true, 0, {}, true, false}, "dem_slope.tif"); // not the other DEM's name
     expected.outputFormat = QStringLiteral("GTiff");
     expected.tiled = true;
     QVERIFY2(dialog.window.recipe() == expected, writeRecipe(dialog.window.recipe()).constData());
@@ -299,12 +300,16 @@ void SettingsMenuTest::copiedCommandMakesTheProduct_data()
 {
     addRows();
     QTest::newRow("overviews") << ProcessOptions(ShadedOptions{}) << "tiled.tif";
+    QTest::newRow("percentages") << ProcessOptions(ColorReliefOptions{"percent.txt", false, {}, {}, false, {}})
+                                 << "f.tif";
 }
 
 void SettingsMenuTest::copiedCommandMakesTheProduct()
 {
     QFETCH(ProcessOptions, options);
     QFETCH(QString, output);
+    if (auto *colors = std::get_if<ColorReliefOptions>(&options); colors && colors->colors.isEmpty())
+        colors->table = write(colors->table, "0% 0 0 0\n100% 200 9 9\n");
     Recipe settings = recipe(options, output);
     settings.tiled = settings.overviews = output == QLatin1String("tiled.tif");
     if (settings.overviews)
@@ -332,7 +337,7 @@ void SettingsMenuTest::copiedCommandMakesTheProduct()
     shell.start("sh", {"-c", command});
     QVERIFY(shell.waitForFinished());
     QVERIFY2(shell.exitCode() == 0, qPrintable(command + QString::fromLocal8Bit(shell.readAllStandardError())));
-    QVERIFY(!products.isEmpty());
+    QVERIFY(!products.isEmpty() && !QFile::exists(path("dem.tif.aux.xml")));
     for (auto product = products.cbegin(); product != products.cend(); ++product)
         QVERIFY2(bytesOf(path(product.key())) == product.value(), qPrintable(product.key() + '\n' + command));
 }

@@ -229,8 +229,8 @@ void BatchTest::severalDems()
         (QStringList{"a.tif", "b%1.c.tif", "b%1.c_slope.tif", "dem.tif", "dem_slope.tif", "recette.json"}));
     const QStringList lines = first.out.split('\n');
     QCOMPARE(lines.size(), 4);
-    QVERIFY(lines.at(0).startsWith(path("a.tif") + " : ") && !lines.at(0).contains("done"));
-    QCOMPARE(lines.at(2) + '\n', path("dem.tif") + " : " + wholeProgress);
+    QVERIFY(lines.at(0).startsWith(path("a.tif") + ": ") && !lines.at(0).contains("done"));
+    QCOMPARE(lines.at(2) + '\n', path("dem.tif") + ": " + wholeProgress);
     QVERIFY2(first.error.contains(path("a.tif")), qPrintable(first.error));
 
     // What exists is kept, and what the first time made is no DEM of the second.
@@ -244,6 +244,11 @@ void BatchTest::severalDems()
     QCOMPARE(bytesOf(path("dem_slope.tif")), product);
     QVERIFY(QFile::remove(path("a.tif")) && QFile::copy(path("dem.tif"), path("a.tif")));
     QCOMPARE(all({"--overwrite"}).code, 0);
+
+    // Two DEMs that name one product: the second does not take the place of the first.
+    QVERIFY(QFile::copy(path("dem.tif"), path("dem.asc")));
+    const Ended twins = batch({path("recette.json"), "--overwrite", path("dem.tif"), path("dem.asc")});
+    QCOMPARE(twins.code, 1);
 
     QCOMPARE(all({"--print-command"}).out.count('\n'), 3);
     QCOMPARE(all({"--set", "percents=true"}).code, 2);
