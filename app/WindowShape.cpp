@@ -61,6 +61,12 @@ void WindowShape::save()
     writeLastGeometry(m_last);
 }
 
+void WindowShape::fitTabs()
+{
+    if (m_tabs.width() < m_tabs.tabBar()->sizeHint().width())
+        giveTabsTheirRoom();
+}
+
 /// The previews get what the tabs do not need.
 void WindowShape::giveTabsTheirRoom()
 {

@@ -24,6 +24,9 @@ public:
     void restore();
     void save();
 
+    /// The tabs' texts are in another language: none is cut.
+    void fitTabs();
+
     /// Wide enough for every tab, and for the previews where they are shown.
     int widthHint() const;
 

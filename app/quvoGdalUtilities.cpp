@@ -473,6 +473,7 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
     if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
         applyTexts();
+        m_shape->fitTabs();
         slot_updateOutputFilePreview();
     }
     QDialog::changeEvent(event);
