@@ -1,8 +1,6 @@
 #include "app/PreviewLabel.h"
 #include "app/dialogrules.h"
 #include "app/outputFileAdvancedOptionsDialog.h"
-#include "app/processResultDialog.h"
-#include "app/quvoGdalUtilities.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"
@@ -10,6 +8,7 @@
 #include "panels/QEditableComboBox.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
+#include "tests/support/maindialog.h"
 #include "tests/support/rasters.h"
 
 #include <QApplication>
@@ -73,21 +72,13 @@ namespace
 {
 
 /// The dialog with its controls at hand.
-struct Dialog
+struct Dialog : ShownDialog
 {
-    explicit Dialog(const ToolPaths &tools)
-        : window(tools, nullptr, {})
-    {
-        window.show();
-    }
-    template <class Widget> Widget *find(const char *name) { return window.findChild<Widget *>(name); }
+    using ShownDialog::ShownDialog;
     QLineEdit *output() { return find<QLineEdit>("m_pLEOutputFile"); }
     QPushButton *launch() { return find<QPushButton>("m_pPBLaunchProcess"); }
     QComboBox *input() { return find<QComboBox>("m_pCBInputListFile"); }
-    processResultDialog *result() { return window.findChild<processResultDialog *>(); }
     QString resultText() { return result() ? result()->findChild<QLabel *>("m_pLText")->text() : QString(); }
-
-    quvoGdalUtilities window;
 };
 
 QByteArray bytesOf(const QString &path)

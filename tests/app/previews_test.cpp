@@ -2,12 +2,12 @@
 #include "app/previewDialog.h"
 #include "app/previewgeometry.h"
 #include "app/previewqueue.h"
-#include "app/quvoGdalUtilities.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/rasterpicture.h"
 #include "messages/Prompt.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
+#include "tests/support/maindialog.h"
 #include "tests/support/rasters.h"
 
 #include <QAbstractSlider>
@@ -73,22 +73,18 @@ namespace
 {
 
 /// The dialog with its previews shown.
-struct Dialog
+struct Dialog : ShownDialog
 {
     explicit Dialog(const ToolPaths &tools)
-        : window(tools, nullptr, {})
+        : ShownDialog(tools)
     {
-        window.show();
         if (!find<PreviewPane>("m_pGrpBPreviews")->isVisible()) // the screen is too small for them
             find<QPushButton>("m_pPBShowPreview")->click();
     }
-    template <class Widget> Widget *find(const char *name) { return window.findChild<Widget *>(name); }
     PreviewLabel *input() { return find<PreviewLabel>("m_pLInputImgPreview"); }
     PreviewLabel *output() { return find<PreviewLabel>("m_pLOutputImgPreview"); }
     void showTab(int tab) { find<QTabWidget>("m_pTabWidget")->setCurrentIndex(tab); }
     bool hasOutput() { return !output()->picture().isNull(); }
-
-    quvoGdalUtilities window;
 };
 
 QPoint placeOf(const PreviewLabel &label, const QPointF &cell)

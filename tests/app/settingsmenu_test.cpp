@@ -1,12 +1,11 @@
 #include "app/HelpDialog.h"
 #include "app/RecentRunsDialog.h"
-#include "app/processResultDialog.h"
-#include "app/quvoGdalUtilities.h"
 #include "app/settings.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
+#include "tests/support/maindialog.h"
 #include "tests/support/rasters.h"
 
 #include <QAction>
@@ -76,16 +75,10 @@ private:
 namespace
 {
 
-struct Dialog
+struct Dialog : ShownDialog
 {
-    explicit Dialog(const ToolPaths &tools)
-        : window(tools, nullptr, {})
-    {
-        window.show();
-    }
-    template <class Widget> Widget *find(const char *name) { return window.findChild<Widget *>(name); }
+    using ShownDialog::ShownDialog;
     void trigger(const char *action) { find<QAction>(action)->trigger(); }
-    processResultDialog *result() { return window.findChild<processResultDialog *>(); }
     void launch()
     {
         QTRY_VERIFY(find<QPushButton>("m_pPBLaunchProcess")->isEnabled());
@@ -103,8 +96,6 @@ struct Dialog
         QDropEvent event(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&window, &event);
     }
-
-    quvoGdalUtilities window;
 };
 
 QByteArray bytesOf(const QString &path)

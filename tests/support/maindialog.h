@@ -1,0 +1,18 @@
+#pragma once
+
+#include "app/processResultDialog.h"
+#include "app/quvoGdalUtilities.h"
+
+/// The main dialog, shown, with its controls at hand.
+struct ShownDialog
+{
+    explicit ShownDialog(const ToolPaths &tools)
+        : window(tools, nullptr, {})
+    {
+        window.show();
+    }
+    template <class Widget> Widget *find(const char *name) { return window.findChild<Widget *>(name); }
+    processResultDialog *result() { return window.findChild<processResultDialog *>(); }
+
+    quvoGdalUtilities window;
+};
