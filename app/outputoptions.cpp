@@ -3,6 +3,31 @@
 #include "app/overviews.h"
 #include "dataset/formatfilters.h"
 
+namespace
+{
+
+/// What the drivers do not say of themselves: formats of a fixed grid, scale or purpose, and formats of so many
+/// bands.
+bool takesProduct(const QString &format, int bands)
+{
+    static const QStringList special{"DTED", "MBTiles", "MEM", "NITF", "NTv2", "PCRaster", "PDF", "SRTMHGT"};
+    static const QStringList ofOneBand{"AAIGrid", "GIF", "GS7BG", "GSAG", "GSBG", "netCDF", "XPM"};
+    static const QStringList ofSeveral{"WEBP"};
+    return !special.contains(format) && !(bands > 1 ? ofOneBand : ofSeveral).contains(format);
+}
+
+bool isOffered(const QString &format, const ProcessRow &process)
+{
+    if (formatExtensions(format).isEmpty())
+        return false;
+    if (process.product == ProductKind::Vector)
+        return isVectorOutputFormat(format);
+    const QString cells = process.bytesPerCell == 1 ? QStringLiteral("Byte") : QStringLiteral("Float32");
+    return isRasterOutputFormat(format) && storesCells(format, cells) && takesProduct(format, process.bands);
+}
+
+} // namespace
+
 void applyOutputOptions(const OutputOptions &options, ProcessingRequest &request)
 {
     request.format = options.format;
@@ -21,12 +46,8 @@ QStringList outputFormats(Process process)
     QStringList formats{outputFormat(usual)};
     if (processRow(process).tool == Tool::Intervisibility)
         return formats; // the tool writes no other
-    const bool vector = processRow(process).product == ProductKind::Vector;
-    const QString cells =
-        processRow(process).bytesPerCell == 1 ? QStringLiteral("Byte") : QStringLiteral("Float32");
     for (const QString &name : driverNames()) {
-        if (name != formats.first() && !formatExtensions(name).isEmpty()
-            && (vector ? isVectorOutputFormat(name) : isRasterOutputFormat(name) && storesCells(name, cells)))
+        if (name != formats.first() && isOffered(name, processRow(process)))
             formats += name;
     }
     return formats;
