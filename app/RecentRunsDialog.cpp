@@ -86,9 +86,12 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
 void RecentRunsDialog::applyTexts()
 {
     setWindowTitle(tr("Derniers traitements", "MESS_HIST_TITRE"));
-    m_pTable->setHorizontalHeaderLabels({tr("Date", "MESS_HIST_DATE"), tr("Traitement", "MESS_HIST_TRAIT"),
-                                         tr("Résultat", "MESS_HIST_RES"), tr("Durée", "MESS_HIST_DUREE"),
-                                         tr("MNT", "MESS_HIST_MNT"), tr("Fichier créé", "MESS_HIST_FICHIER")});
+    QStringList titles{tr("Date", "MESS_HIST_DATE"),    tr("Traitement", "MESS_HIST_TRAIT"),
+                       tr("Résultat", "MESS_HIST_RES"), tr("Durée", "MESS_HIST_DUREE"),
+                       tr("MNT", "MESS_HIST_MNT"),      tr("Fichier créé", "MESS_HIST_FICHIER")};
+    for (QString &title : titles)
+        title += QStringLiteral("  "); // apart from the next one
+    m_pTable->setHorizontalHeaderLabels(titles);
     m_pTable->setRowCount(static_cast<int>(m_runs.size()));
     for (int row = 0; row < m_pTable->rowCount(); ++row) {
         const RecentRun &run = m_runs.at(row);

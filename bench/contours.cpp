@@ -77,7 +77,8 @@ std::string writeContours(const char *dem, const char *interval)
 vectordraw::View viewOf(OGRLayer &layer)
 {
     OGREnvelope extent;
-    layer.GetExtent(&extent);
+    if (layer.GetExtent(&extent) != OGRERR_NONE)
+        return {};
     const double pixel = std::max(extent.MaxX - extent.MinX, extent.MaxY - extent.MinY) / side;
     return {side, side, {extent.MinX, pixel, 0.0, extent.MaxY, 0.0, -pixel}, {}};
 }

@@ -104,7 +104,7 @@ int main(int argc, char *argv[])
         return std::optional(request);
     });
     previews.setShown(true);
-    previews.setDem({arguments.at(2), {info.width, info.height}, true});
+    previews.setDem({arguments.at(2), QString(), {info.width, info.height}, true});
     runPreview(previews); // the reduction comes with the first one
 
     const QString product = workFolder.path() + QStringLiteral("/bare");
