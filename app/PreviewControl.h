@@ -18,7 +18,7 @@ public:
 
     void takeDem(const DemInfo &dem);
 
-    /// The options of a panel are another ones, or another panel is the current one; null: none is. name: of
+    /// The options of a panel are others now, or another panel is the current one; null: none is. name: of
     /// the product. vector: whether that is one.
     void showPanel(const optionsWidget *panel, const QString &name, bool vector);
 
