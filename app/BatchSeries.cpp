@@ -1,8 +1,8 @@
 #include "app/BatchSeries.h"
 
 #include "app/console.h"
-
 #include "panels/labels.h"
+
 #include <QCoreApplication>
 #include <QTimer>
 

@@ -47,9 +47,9 @@ void PreviewControl::showPanel(const optionsWidget *panel, const QString &name, 
 /// Why there is no preview, in a sentence; empty where there is one.
 QString PreviewControl::obstacle() const
 {
-    if (!m_panel || !m_panel->isComplete() || !isPreviewable(m_panel->processOptions()))
+    if (!m_panel || !m_panel->isComplete() || !optionsProblem(m_panel->processOptions()).isEmpty())
         return PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS");
-    if (m_vector && m_dem.searching) // how many lines there will be hangs on the elevations
+    if (m_dem.searching && needsExtremes(m_panel->processOptions()))
         return PreviewPane::tr("Les altitudes extrêmes du MNT sont recherchées.", "MESS_APERCU_ATTENTE");
     return m_panel->launchWarnings().join(QLatin1Char('\n'));
 }

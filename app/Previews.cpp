@@ -25,11 +25,15 @@ QString sourceName(const PreviewDem &dem, const QRect &part)
 }
 
 /// The file of that name in a folder of its own, whose path is kept from one time to the next; the folder comes
-/// back where somebody removed it.
+/// back where somebody removed it. Empty when there can be none.
 QString fileInOwnFolder(WorkFolder &workFolder, QString &file, const QString &name)
 {
-    if (file.isEmpty())
-        file = workFolder.newFolder() + QLatin1Char('/') + name;
+    if (file.isEmpty()) {
+        const QString folder = workFolder.newFolder();
+        if (folder.isEmpty())
+            return {};
+        file = folder + QLatin1Char('/') + name;
+    }
     QDir().mkpath(QFileInfo(file).path());
     return file;
 }
@@ -143,7 +147,10 @@ void Previews::begin(PreviewStep step, const QString &command, const QuvoOutputF
         emit reductionStarted();
     else
         emit computationStarted();
-    m_runner.run({{command, QString()}}, {{output}}, NoProgressWindow);
+    if (output.path.isEmpty())
+        onError(QString());
+    else
+        m_runner.run({{command, QString()}}, {{output}}, NoProgressWindow);
 }
 
 void Previews::reduce()

@@ -137,7 +137,8 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     }
     if (const auto *contours = std::get_if<ContourOptions>(&recipe.options); contours && contours->interval)
         batch.warning = manyLevelsWarning(*contours, estimatedExtremes(request.input, request.band));
-    if (request.overviews && !takesOverviews(outputFormat(request)))
+    const bool hasOwn = outputFormat(request).compare(QLatin1String("COG"), Qt::CaseInsensitive) == 0;
+    if (request.overviews && !hasOwn && !takesOverviews(outputFormat(request)))
         batch.warning =
             labelText({"MESS_VUES_FORMAT", "Ce format ne reçoit pas de vues d'ensemble à côté du produit."});
     if (request.worldFile && !request.tiled)

@@ -73,10 +73,11 @@ QString besideInput(const QString &name, const QString &input)
     return QDir::cleanPath(QFileInfo(input).absoluteDir().absoluteFilePath(name));
 }
 
-bool isPreviewable(const ProcessOptions &options)
+bool needsExtremes(const ProcessOptions &options)
 {
     const auto *colors = std::get_if<ColorReliefOptions>(&options);
-    return optionsProblem(options).isEmpty() && !(colors && colors->spread && !colors->minimum);
+    return std::holds_alternative<ContourOptions>(options)
+        || (colors && colors->spread && !(colors->minimum && colors->maximum));
 }
 
 std::optional<double> compassOf(const ProcessOptions &options)

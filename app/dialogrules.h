@@ -44,9 +44,9 @@ QString adaptExtension(const QString &name, const QStringList &extensions, const
 /// An output name without a folder, or with a relative one, is one of the input's folder; any other stays.
 QString besideInput(const QString &name, const QString &input);
 
-/// Whether a preview can be made of complete options: those that the tool would not understand have none, nor
-/// has a colour table that is spread over elevations which are still looked for.
-bool isPreviewable(const ProcessOptions &options);
+/// Whether a product hangs on the DEM's extreme elevations: how many contour lines there will be, or the
+/// elevations that a colour table is spread over.
+bool needsExtremes(const ProcessOptions &options);
 
 /// The compass reading of a shaded relief; none for any other process.
 std::optional<double> compassOf(const ProcessOptions &options);

@@ -334,6 +334,12 @@ void PreviewsTest::productIsTheToolsOwn()
     const RasterPicture byHand(path("by hand.tif"));
     QCOMPARE(byHand.size(), QSize(800, 800));
     QCOMPARE(dialog.output()->picture(), byHand.read({0, 0, 800, 800}, {800, 800}));
+    if (tab == 5) { // spread over the DEM's elevations it is another picture
+        dialog.find<QRadioButton>("m_pRBRelatifAltitude")->click();
+        QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput()
+                                     && dialog.output()->picture() != byHand.read({0, 0, 800, 800}, {800, 800}),
+                                 10000);
+    }
     QVERIFY(!QFile::exists(path("dem.tif.aux.xml")));
 }
 
