@@ -31,8 +31,7 @@ void BatchSeries::next()
         onRunFinished(BatchExit::BadArguments);
         return;
     }
-    printError(batch.warning);
-    for (const QString &warning : plan.warnings)
+    for (const QString &warning : batch.warnings + plan.warnings)
         printError(warning);
     m_output = plan.request.output;
     m_run.start(plan,

@@ -87,7 +87,8 @@ int runOrPrintOne(const BatchArguments &arguments)
     const BatchRequest batch = assembleBatch(arguments, workFolder);
     if (!batch.problem.isEmpty())
         return refuse(batch.problem, BatchExit::BadArguments);
-    printError(batch.warning);
+    for (const QString &warning : batch.warnings)
+        printError(warning);
     if (arguments.action == BatchAction::Run)
         return run(batch, arguments.overwrite);
     printOutput(printedCommand(batch.request, findTools(QCoreApplication::applicationDirPath()))

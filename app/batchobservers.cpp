@@ -57,9 +57,9 @@ BatchObservers batchObservers(const IntervisibilityOptions &options, const QStri
         return batch;
     }
     if (leftOut > 0)
-        batch.warning = labelText({"MESS_OBS_LAISSES",
-                                   "Observateurs laissés de côté, sans sol sous eux ou sans position : %1."})
-                            .arg(leftOut);
+        batch.warnings += labelText({"MESS_OBS_LAISSES",
+                                     "Observateurs laissés de côté, sans sol sous eux ou sans position : %1."})
+                              .arg(leftOut);
     const QString folder = workFolder.newFolder();
     const QString file = folder.isEmpty() ? QString() : writePointFile(folder, observers);
     if (file.isEmpty())

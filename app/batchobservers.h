@@ -24,7 +24,7 @@ struct BatchObservers
 {
     QString fragment;
     QStringList sourceFiles; ///< of the vector source, which the product must not replace
-    QString warning;         ///< observers that were left out; mostly empty
+    QStringList warnings;    ///< sentences that do not keep the run from starting: observers that were left out
     QString problem;         ///< in a sentence; empty for a good fragment
 };
 

@@ -117,7 +117,7 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
         request.colorTableFile = table.file;
         batch.problem = table.problem;
         if (arguments.action == BatchAction::PrintCommand && table.file.startsWith(workFolder.path()))
-            batch.warning =
+            batch.warnings +=
                 labelText({"MESS_LOT_TABLE_TEMP",
                            "La table couleur de cette commande est un fichier temporaire de ce programme."});
     }
@@ -125,25 +125,23 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
         const BatchObservers observers = batchObservers(*zones, request.input, request.band, workFolder);
         request.fragment = observers.fragment;
         batch.problem = observers.problem;
-        batch.warning = observers.warning;
+        batch.warnings += observers.warnings;
         batch.otherInputs += observers.sourceFiles;
         if (arguments.action == BatchAction::PrintCommand)
-            batch.warning = QStringList{batch.warning,
-                                        labelText({"MESS_LOT_OBS_TEMP",
-                                                   "Le fichier des observateurs de cette commande "
-                                                   "est un fichier temporaire de ce programme."})}
-                                .join(QLatin1Char('\n'))
-                                .trimmed();
+            batch.warnings += labelText({"MESS_LOT_OBS_TEMP",
+                                         "Le fichier des observateurs de cette commande est un fichier "
+                                         "temporaire de ce programme."});
     }
     if (const auto *contours = std::get_if<ContourOptions>(&recipe.options); contours && contours->interval)
-        batch.warning = manyLevelsWarning(*contours, estimatedExtremes(request.input, request.band));
+        batch.warnings += manyLevelsWarnings(*contours, estimatedExtremes(request.input, request.band));
     const bool hasOwn = outputFormat(request).compare(QLatin1String("COG"), Qt::CaseInsensitive) == 0;
     if (request.overviews && !hasOwn && !takesOverviews(outputFormat(request)))
-        batch.warning =
+        batch.warnings +=
             labelText({"MESS_VUES_FORMAT", "Ce format ne reçoit pas de vues d'ensemble à côté du produit."});
     if (request.worldFile && !request.tiled)
-        batch.warning = labelText({"MESS_CALAGE_SANS_TUILE",
-                                   "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
+        batch.warnings +=
+            labelText({"MESS_CALAGE_SANS_TUILE",
+                       "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
     return batch;
 }
 

@@ -22,7 +22,7 @@ struct BatchRequest
 {
     ProcessingRequest request; ///< the output as it was typed, or as the recipe's folder makes it
     QStringList otherInputs;   ///< files besides the DEM that the output must not be: the recipe
-    QString warning;           ///< a sentence that does not keep the run from starting; mostly empty
+    QStringList warnings;      ///< sentences that do not keep the run from starting
     QString problem;           ///< why it cannot start, in a sentence; empty when it may
 };
 

@@ -121,10 +121,8 @@ void contourOptionsWidget::setDem(const DemInfo &dem)
 
 QStringList contourOptionsWidget::launchWarnings() const
 {
-    const ContourOptions asked = options();
     const Extremes extremes = m_dem.searching ? estimatedExtremes(m_dem.path, m_dem.band) : m_dem.extremes;
-    const QString warning = manyLevelsWarning(asked, extremes);
-    return warning.isEmpty() ? QStringList() : QStringList{warning};
+    return manyLevelsWarnings(options(), extremes);
 }
 
 ContourOptions contourOptionsWidget::options() const

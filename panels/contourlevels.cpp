@@ -58,7 +58,7 @@ QString levelsProblem(const QString &text)
     return {};
 }
 
-QString manyLevelsWarning(const ContourOptions &options, const Extremes &extremes)
+QStringList manyLevelsWarnings(const ContourOptions &options, const Extremes &extremes)
 {
     constexpr double many = 2000.0;
     if (!options.interval || !options.fixedLevels.isEmpty())
@@ -66,7 +66,7 @@ QString manyLevelsWarning(const ContourOptions &options, const Extremes &extreme
     const double levels = levelCount(extremes, *options.interval, options.offset.value_or(0.0));
     if (levels <= many)
         return {};
-    return labelText({"MESS_CN_TROP",
-                      "Cet intervalle donne environ %1 niveaux sur ce MNT ; le fichier pourrait être énorme."})
-        .arg(QLocale().toString(levels, 'f', 0));
+    return {labelText({"MESS_CN_TROP",
+                       "Cet intervalle donne environ %1 niveaux sur ce MNT ; le fichier pourrait être énorme."})
+                .arg(QLocale().toString(levels, 'f', 0))};
 }

@@ -4,6 +4,7 @@
 #include "panels/fragments.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <optional>
@@ -25,5 +26,5 @@ std::optional<QVector<double>> readLevels(const QString &text);
 /// it would.
 QString levelsProblem(const QString &text);
 
-/// A sentence where the options make more than 2,000 levels of the DEM; empty otherwise.
-QString manyLevelsWarning(const ContourOptions &options, const Extremes &extremes);
+/// Warns of options that make more than 2,000 levels of the DEM: an empty list, or one sentence.
+QStringList manyLevelsWarnings(const ContourOptions &options, const Extremes &extremes);

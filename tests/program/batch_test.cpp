@@ -30,6 +30,7 @@ private slots:
     void namesOfAllKinds();
     void badArguments_data();
     void badArguments();
+    void everyWarningIsShown();
     void existingOutputIsKept();
     void inputIsNeverOverwritten();
     void toolFailureLeavesNothing();
@@ -319,6 +320,16 @@ void BatchTest::badArguments()
     QVERIFY2(ended.error.contains(named), qPrintable(ended.error));
     QCOMPARE(files(), QStringList{"dem.tif"});
     QCOMPARE(ended.out, QString());
+}
+
+void BatchTest::everyWarningIsShown()
+{
+    writeText(path("recette.json"), R"({"format": 1, "process": "intervisibility", "input": "dem.tif",
+        "output": "zones.tif", "options": {"observers": [{"x": 500100, "y": 5099900}, {"x": 0, "y": 0}]}})");
+    const Ended ended = batch({path("recette.json"), "--world-file", "--print-command"});
+    QCOMPARE(ended.code, 0);
+    // An observer without ground, a temporary file in the command, and a world file that is not written.
+    QCOMPARE(ended.error.trimmed().split('\n').size(), 3);
 }
 
 void BatchTest::existingOutputIsKept()
