@@ -4,8 +4,8 @@
 // copy, in turn within one run. Goal: at most 1.3 times as long. The pause that waits for further changes is
 // not counted.
 
-#include "app/Previews.h"
-#include "app/tools.h"
+#include "app/preview/Previews.h"
+#include "app/process/tools.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/rasterinfo.h"
 #include "dataset/rasterpicture.h"

@@ -50,17 +50,17 @@ set(folders messages viewshed vectordraw colortable dataset runner panels app sa
 
 # Single headers that a folder may include from one that it may not know as a whole.
 set(headers_runner "dataset/pathencoding\\.h")
-set(headers_panels "runner/QuvoProgressDialog\\.h")
+set(headers_panels "runner/(QuvoProgressDialog|quoting)\\.h")
 
 # A pattern, and the files that may hold it.
 set(rules
     "QProcess[^a-zA-Z]|<QProcess>" "^runner/"
     "QMessageBox" "^messages/Prompt"
     "QFileDialog" "^dataset/QuvoFilerDialog"
-    "QSettings" "^app/(settings|environment)"
+    "QSettings" "^app/startup/(settings|environment)"
     "<QtWidgets/" "^$"
     "<[Qq]wt|Qwt[A-Z]" "^panels/shadedOptionsWidget"
-    "qgetenv|getenv *\\(|qEnvironmentVariable" "^(app/environment|messages/dico|.*/main\\.cpp)"
+    "qgetenv|getenv *\\(|qEnvironmentVariable" "^(app/startup/environment|messages/dico|.*/main\\.cpp)"
 )
 
 set(problems "")

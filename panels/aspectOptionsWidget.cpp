@@ -1,6 +1,6 @@
 #include "panels/aspectOptionsWidget.h"
 
-#include "panels/labels.h"
+#include "panels/controls/labels.h"
 #include "ui_aspectOptionsWidget.h"
 
 #include <QEvent>

@@ -1,8 +1,8 @@
 #include "panels/contourOptionsWidget.h"
 
-#include "panels/QEditableComboBox.h"
-#include "panels/contourlevels.h"
-#include "panels/numberfield.h"
+#include "panels/controls/QEditableComboBox.h"
+#include "panels/controls/numberfield.h"
+#include "panels/options/contourlevels.h"
 #include "ui_contourOptionsWidget.h"
 
 #include <QEvent>

@@ -2,10 +2,10 @@
 
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
-#include "panels/PointDelegate.h"
-#include "panels/labels.h"
-#include "panels/numberfield.h"
-#include "panels/observerimport.h"
+#include "panels/controls/labels.h"
+#include "panels/controls/numberfield.h"
+#include "panels/observers/PointDelegate.h"
+#include "panels/observers/observerimport.h"
 #include "ui_intervisibilityOptionsWidget.h"
 
 #include <QClipboard>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "panels/ObserverPointsModel.h"
-#include "panels/ZoneColor.h"
+#include "panels/controls/ZoneColor.h"
+#include "panels/observers/ObserverPointsModel.h"
 #include "panels/optionsWidget.h"
 
 #include <memory>

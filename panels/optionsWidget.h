@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dataset/extremes.h"
-#include "panels/processoptions.h"
+#include "panels/options/processoptions.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,8 +1,8 @@
 #include "panels/shadedOptionsWidget.h"
 
-#include "panels/QEditableComboBox.h"
-#include "panels/labels.h"
-#include "panels/scalecombo.h"
+#include "panels/controls/QEditableComboBox.h"
+#include "panels/controls/labels.h"
+#include "panels/controls/scalecombo.h"
 #include "ui_shadedOptionsWidget.h"
 
 #include <QEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "panels/fragments.h"
+#include "panels/options/fragments.h"
 #include "panels/optionsWidget.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
 
-#include "panels/labels.h"
+#include "panels/controls/labels.h"
 #include "ui_tri_tpi_roughnessOptionsWidget.h"
 
 #include <QEvent>

@@ -2,8 +2,8 @@
 #include "dataset/gdalmessages.h"
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
-#include "panels/ColorRampComboBox.h"
 #include "panels/colorReliefOptionsWidget.h"
+#include "panels/controls/ColorRampComboBox.h"
 #include "tests/support/rasters.h"
 
 #include <QAbstractButton>

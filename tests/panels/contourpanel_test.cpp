@@ -1,6 +1,6 @@
-#include "panels/QEditableComboBox.h"
 #include "panels/contourOptionsWidget.h"
-#include "panels/contourlevels.h"
+#include "panels/controls/QEditableComboBox.h"
+#include "panels/options/contourlevels.h"
 
 #include <QCheckBox>
 #include <QLabel>

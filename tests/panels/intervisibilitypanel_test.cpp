@@ -3,10 +3,10 @@
 #include "dataset/pathencoding.h"
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
-#include "panels/AbsoluteHeightEditor.h"
-#include "panels/computingtime.h"
 #include "panels/intervisibilityOptionsWidget.h"
-#include "panels/intervisibilityProcessInfoDialog.h"
+#include "panels/observers/AbsoluteHeightEditor.h"
+#include "panels/observers/intervisibilityProcessInfoDialog.h"
+#include "panels/options/computingtime.h"
 #include "tests/support/rasters.h"
 
 #include <QApplication>

@@ -1,5 +1,5 @@
-#include "panels/QEditableComboBox.h"
 #include "panels/aspectOptionsWidget.h"
+#include "panels/controls/QEditableComboBox.h"
 #include "panels/slopeOptionsWidget.h"
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
 

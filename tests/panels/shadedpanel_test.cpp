@@ -1,4 +1,4 @@
-#include "panels/QEditableComboBox.h"
+#include "panels/controls/QEditableComboBox.h"
 #include "panels/shadedOptionsWidget.h"
 
 #include "messages/QuvoLanguageManager.h"

@@ -4,21 +4,21 @@
 //
 // The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language.
 
-#include "app/HelpDialog.h"
-#include "app/PreviewPane.h"
-#include "app/RecentRunsDialog.h"
-#include "app/aboutDialog.h"
-#include "app/outputFileAdvancedOptionsDialog.h"
-#include "app/previewDialog.h"
-#include "app/processResultDialog.h"
-#include "app/quvoGdalUtilities.h"
-#include "app/stylesheet.h"
+#include "app/preview/PreviewDialog.h"
+#include "app/preview/PreviewPane.h"
+#include "app/startup/stylesheet.h"
+#include "app/window/AboutDialog.h"
+#include "app/window/HelpDialog.h"
+#include "app/window/RecentRunsDialog.h"
+#include "app/window/outputFileAdvancedOptionsDialog.h"
+#include "app/window/processResultDialog.h"
+#include "app/window/quvoGdalUtilities.h"
 #include "dataset/gdalmessages.h"
 #include "messages/QuvoLanguageManager.h"
-#include "panels/AbsoluteHeightEditor.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
-#include "panels/intervisibilityProcessInfoDialog.h"
+#include "panels/observers/AbsoluteHeightEditor.h"
+#include "panels/observers/intervisibilityProcessInfoDialog.h"
 #include "runner/ProgressWidget.h"
 #include "runner/QuvoProgressDialog.h"
 
@@ -144,7 +144,7 @@ void addResults(Album &album)
     processResultDialog good(result, nullptr);
     album.add(good, QStringLiteral("result_done"));
 
-    previewDialog relief(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"), nullptr);
+    PreviewDialog relief(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"), nullptr);
     relief.show();
     waitForPreview();
     album.add(relief, QStringLiteral("preview"));
@@ -210,7 +210,7 @@ int main(int argc, char *argv[])
     addResults(album);
     addSmallDialogs(album);
     addSettings(album);
-    aboutDialog about(nullptr);
+    AboutDialog about(nullptr);
     album.add(about, QStringLiteral("about"));
     return 0;
 }

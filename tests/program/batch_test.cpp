@@ -1,4 +1,4 @@
-#include "app/outputlock.h"
+#include "app/run/outputlock.h"
 #include "dataset/gdalmessages.h"
 #include "tests/support/rasters.h"
 

@@ -10,7 +10,7 @@ function(expect outcome file text)
     endif()
 endfunction()
 
-expect(fails runner/a.cpp "#include \"app/tools.h\"")
+expect(fails runner/a.cpp "#include \"app/process/tools.h\"")
 expect(fails messages/a.h "#include \"dataset/rasterinfo.h\"")
 expect(fails runner/a.cpp "#include \"dataset/rasterinfo.h\"")
 expect(passes runner/a.cpp "#include \"dataset/pathencoding.h\"")

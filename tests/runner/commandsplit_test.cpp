@@ -1,6 +1,6 @@
 #include "runner/commandsplit.h"
 
-#include "panels/quoting.h"
+#include "runner/quoting.h"
 
 #include <QTest>
 

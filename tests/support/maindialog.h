@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/processResultDialog.h"
-#include "app/quvoGdalUtilities.h"
+#include "app/window/processResultDialog.h"
+#include "app/window/quvoGdalUtilities.h"
 
 /// The main dialog, shown, with its controls at hand.
 struct ShownDialog

@@ -1,0 +1,73 @@
+#include "app/batch/BatchRun.h"
+
+#include "app/startup/console.h"
+
+BatchRun::BatchRun(bool oneOfSeveral)
+    : m_scriptRunner(nullptr)
+    , m_run(m_scriptRunner)
+    , m_oneOfSeveral(oneOfSeveral)
+{
+    connect(&m_scriptRunner, &QuvoScriptRunner::updateProgress, this,
+            [this](int percent) { printOutput(m_progress.advance(percent)); });
+    connect(&m_run, &ProductRun::finished, this, &BatchRun::onFinished);
+    connect(&m_run, &ProductRun::aborted, this, &BatchRun::onAborted);
+    connect(&m_run, &ProductRun::failed, this, &BatchRun::onFailed);
+    connect(&m_stopSignals, &StopSignals::stopRequested, &m_run, &ProductRun::stop);
+}
+
+void BatchRun::start(const RunPlan &plan, bool overwrite)
+{
+    auto lock = std::make_unique<OutputLock>(plan.request.output);
+    if (!lock->problem().isEmpty()) {
+        end(BatchExit::Failed, lock->problem());
+        return;
+    }
+    const QString existing = existingOutput(plan);
+    if (!existing.isEmpty() && !overwrite) {
+        end(BatchExit::BadArguments,
+            labelText({"MESS_LOT_EXISTE", "« %1 » existe déjà ; --overwrite le remplace."}).arg(existing));
+        return;
+    }
+    m_progress = {};
+    printOutput(m_progress.advance(0));
+    m_run.start(plan, std::move(lock), false, QString());
+}
+
+void BatchRun::onFinished()
+{
+    printOutput(m_progress.finish());
+    printError(m_run.outcome().toolText);
+    printError(m_run.outcome().warning);
+    end(BatchExit::Done, QString());
+}
+
+void BatchRun::onAborted()
+{
+    leaveProgress();
+    end(BatchExit::Failed, labelText({"MESS_TRAIT_ANNULE", "Le traitement a été annulé."}));
+}
+
+void BatchRun::onFailed()
+{
+    if (StopSignals::wasAsked()) { // Ctrl-C reached the tool, too, and it was faster
+        onAborted();
+        return;
+    }
+    leaveProgress();
+    printError(m_run.outcome().toolText);
+    const QString sentence =
+        labelText({"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
+    end(BatchExit::Failed, m_run.outcome().sentence.isEmpty() ? sentence : m_run.outcome().sentence);
+}
+
+void BatchRun::leaveProgress()
+{
+    if (!m_oneOfSeveral)
+        printOutput(m_progress.abandon());
+}
+
+void BatchRun::end(BatchExit exit, const QString &sentence)
+{
+    printError(sentence);
+    emit finished(exit);
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/batch/StopSignals.h"
+#include "app/batch/request.h"
+#include "app/batch/terminalprogress.h"
+#include "app/run/ProductRun.h"
+#include "runner/QuvoScriptRunner.h"
+
+#include <QObject>
+
+/// One run of the batch program: progress on standard output, the tool's text and our sentences on standard
+/// error.
+class BatchRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// oneOfSeveral: whoever runs several ends the line of progress of one that fails.
+    explicit BatchRun(bool oneOfSeveral = false);
+
+    /// Starts a plan without a fault; finished() follows, possibly from inside this call.
+    void start(const RunPlan &plan, bool overwrite);
+
+signals:
+    void finished(BatchExit exit);
+
+private:
+    void onFinished();
+    void onAborted();
+    void onFailed();
+    void leaveProgress();
+    void end(BatchExit exit, const QString &sentence);
+
+    QuvoScriptRunner m_scriptRunner;
+    ProductRun m_run;
+    StopSignals m_stopSignals;
+    TerminalProgress m_progress;
+    bool m_oneOfSeveral;
+};

@@ -1,0 +1,51 @@
+#include "app/batch/BatchSeries.h"
+
+#include "app/startup/console.h"
+#include "panels/controls/labels.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+BatchSeries::BatchSeries(const QVector<BatchArguments> &runs)
+    : m_runs(runs)
+{
+    connect(&m_run, &BatchRun::finished, this, &BatchSeries::onRunFinished);
+}
+
+void BatchSeries::next()
+{
+    ++m_at;
+    if (m_at == m_runs.size() || StopSignals::wasAsked()) {
+        emit finished(StopSignals::wasAsked() ? BatchExit::Failed : m_exit);
+        return;
+    }
+    const BatchArguments &arguments = m_runs.at(m_at);
+    printOutput(withColon(*arguments.input) + QLatin1Char(' '));
+    const BatchRequest batch = assembleBatch(arguments, m_workFolder);
+    RunPlan plan;
+    plan.problem = batch.problem;
+    if (plan.problem.isEmpty())
+        plan = planRun(batch.request, findTools(QCoreApplication::applicationDirPath()), batch.otherInputs);
+    if (!plan.problem.isEmpty()) {
+        printError(plan.problem);
+        onRunFinished(BatchExit::BadArguments);
+        return;
+    }
+    for (const QString &warning : batch.warnings + plan.warnings)
+        printError(warning);
+    m_output = plan.request.output;
+    m_run.start(plan,
+                arguments.overwrite && !m_made.contains(m_output)); // "a.tif" and "a.asc" name one product
+}
+
+void BatchSeries::onRunFinished(BatchExit exit)
+{
+    if (exit == BatchExit::Done)
+        m_made += m_output;
+    if (exit != BatchExit::Done) {
+        m_exit = BatchExit::Failed;
+        printOutput(QStringLiteral(" %1\n").arg(labelText({"MESS_LOT_ECHEC", "échec"})));
+    }
+    // Later: a run may end inside of its start, and a stop comes through the event loop.
+    QTimer::singleShot(0, this, &BatchSeries::next);
+}

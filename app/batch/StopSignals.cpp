@@ -1,0 +1,87 @@
+#include "app/batch/StopSignals.h"
+
+#include <QSocketNotifier>
+
+#include <atomic>
+#include <csignal>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace
+{
+
+// A signal handler has no other way to the rest of the program: kept global on purpose.
+std::atomic<bool> asked{false};
+int wakeUpPipe[2] = {-1, -1};
+
+#ifdef Q_OS_UNIX
+
+constexpr int stopSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+extern "C" void onStopSignal(int)
+{
+    asked = true;
+    [[maybe_unused]] const auto written = ::write(wakeUpPipe[1], "", 1);
+}
+
+/// Handles a signal, unless whoever started the process wants it ignored (nohup, a script's background job).
+void handle(int signal)
+{
+    struct sigaction before
+    { };
+    ::sigaction(signal, nullptr, &before);
+    if (before.sa_handler != SIG_IGN)
+        std::signal(signal, onStopSignal);
+}
+
+#endif
+
+} // namespace
+
+StopSignals::StopSignals()
+{
+#ifdef Q_OS_UNIX
+    if (::pipe(wakeUpPipe) != 0)
+        return; // the signals keep their own way of ending the process
+    for (const int end : wakeUpPipe) {
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+        ::fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+    m_notifier = std::make_unique<QSocketNotifier>(wakeUpPipe[0], QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
+        char bytes[16];
+        [[maybe_unused]] const auto taken = ::read(wakeUpPipe[0], bytes, sizeof bytes);
+        emit stopRequested();
+    });
+    for (const int signal : stopSignals)
+        handle(signal);
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
+StopSignals::~StopSignals()
+{
+#ifdef Q_OS_UNIX
+    for (const int signal : stopSignals) {
+        struct sigaction now
+        { };
+        ::sigaction(signal, nullptr, &now);
+        if (now.sa_handler == onStopSignal)
+            std::signal(signal, SIG_DFL);
+    }
+    m_notifier.reset();
+    for (int &end : wakeUpPipe) {
+        if (end >= 0)
+            ::close(end);
+        end = -1;
+    }
+#endif
+}
+
+bool StopSignals::wasAsked()
+{
+    return asked;
+}

@@ -1,0 +1,183 @@
+#include "app/batch/arguments.h"
+
+#include "app/process/processes.h"
+
+#include <QCommandLineParser>
+
+namespace
+{
+
+const QString helpName = QStringLiteral("help");
+const QString versionName = QStringLiteral("version");
+const QString listName = QStringLiteral("list");
+const QString buildName = QStringLiteral("build-overviews");
+const QString printName = QStringLiteral("print-command");
+
+/// The options, in the order in which the help shows them.
+void declareOptions(QCommandLineParser &parser)
+{
+    const auto text = [](const char *key, const char *defaultText) { return labelText({key, defaultText}); };
+    parser.setApplicationDescription(
+        text("MESS_LOT_BUT",
+             "Calcule un produit d'un modèle numérique de terrain avec les outils de GDAL, sans fenêtre."));
+    parser.addPositionalArgument(
+        QStringLiteral("recipe.json"),
+        text("MESS_LOT_RECETTE",
+             "Recette à exécuter, « - » pour l'entrée standard ; les options de la ligne de commande "
+             "l'emportent."),
+        QStringLiteral("[recipe.json"));
+    parser.addPositionalArgument(
+        QStringLiteral("dem"),
+        text("MESS_LOT_DES_MNT",
+             "MNT pour chacun desquels la recette est exécutée ; chaque produit porte le nom de son MNT, suivi "
+             "de celui du traitement, et se trouve à côté de lui."),
+        QStringLiteral("[dem...]]"));
+    parser.addOptions({
+        {QStringLiteral("process"), text("MESS_LOT_TRAITEMENT", "Traitement (voir --list)."),
+         QStringLiteral("word")},
+        {QStringLiteral("input"), text("MESS_LOT_ENTREE", "MNT d'entrée."), QStringLiteral("file")},
+        {QStringLiteral("output"), text("MESS_LOT_SORTIE", "Fichier à créer."), QStringLiteral("file")},
+        {QStringLiteral("band"), text("MESS_LOT_BANDE", "Bande du MNT (1 par défaut)."), QStringLiteral("n")},
+        {QStringLiteral("of"), text("MESS_LOT_FORMAT", "Format GDAL du produit (GTiff par défaut)."),
+         QStringLiteral("format")},
+        {QStringLiteral("tiled"), text("MESS_LOT_TUILES", "Produit en tuiles.")},
+        {QStringLiteral("world-file"),
+         text("MESS_LOT_CALAGE", "Fichier de calage .tfw, avec --tiled seulement.")},
+        {QStringLiteral("layer"), text("MESS_LOT_COUCHE", "Couche d'un produit vecteur (contour par défaut)."),
+         QStringLiteral("name")},
+        {QStringLiteral("overviews"), text("MESS_LOT_VUES", "Vues d'ensemble à côté d'un produit raster.")},
+        {QStringLiteral("set"), text("MESS_LOT_OPTION", "Option du traitement (voir --list) ; répétable."),
+         QStringLiteral("name=value")},
+        {QStringLiteral("overwrite"), text("MESS_LOT_REMPLACER", "Remplace un produit qui existe déjà.")},
+        {printName, text("MESS_LOT_COMMANDE", "Affiche la commande de l'outil et n'exécute rien.")},
+        {listName, text("MESS_LOT_LISTE", "Affiche les traitements et leurs options.")},
+        {buildName,
+         text("MESS_LOT_CALC_VUES", "Calcule les vues d'ensemble d'un raster, à côté de lui, et rien d'autre."),
+         QStringLiteral("raster")},
+        {{QStringLiteral("v"), versionName}, text("MESS_LOT_VERSION", "Affiche la version.")},
+        {{QStringLiteral("h"), helpName}, text("MESS_LOT_AIDE", "Affiche cette aide.")},
+    });
+}
+
+BatchAction actionOf(const QCommandLineParser &parser)
+{
+    if (parser.isSet(helpName))
+        return BatchAction::Help;
+    if (parser.isSet(versionName))
+        return BatchAction::Version;
+    if (parser.isSet(listName))
+        return BatchAction::List;
+    if (parser.isSet(buildName))
+        return BatchAction::BuildOverviews;
+    return parser.isSet(printName) ? BatchAction::PrintCommand : BatchAction::Run;
+}
+
+QString takeBand(BatchArguments &arguments, const QString &text)
+{
+    bool isNumber = false;
+    const int band = text.toInt(&isNumber);
+    if (!isNumber || band < 1)
+        return labelText({"MESS_LOT_BANDE_INV", "--band demande un numéro à partir de 1, pas « %1 »."})
+            .arg(text);
+    arguments.band = band;
+    return {};
+}
+
+QString takeOption(BatchArguments &arguments, const QString &text)
+{
+    const auto equals = text.indexOf(QLatin1Char('='));
+    if (equals <= 0)
+        return labelText({"MESS_LOT_OPTION_INV", "--set demande name=value, pas « %1 »."}).arg(text);
+    arguments.options += {text.left(equals), text.mid(equals + 1)};
+    return {};
+}
+
+QString takeValues(BatchArguments &arguments, const QCommandLineParser &parser)
+{
+    const QStringList files = parser.positionalArguments();
+    arguments.recipeFile = files.value(0);
+    arguments.dems = files.mid(1);
+    for (const char *option : {"input", "output"}) {
+        if (!arguments.dems.isEmpty() && parser.isSet(QLatin1String(option)))
+            return labelText({"MESS_LOT_PLUSIEURS",
+                              "--%1 ne va pas avec plusieurs MNT : chacun a son propre "
+                              "produit à côté de lui."})
+                .arg(QLatin1String(option));
+    }
+    arguments.process = parser.value(QStringLiteral("process"));
+    if (parser.isSet(QStringLiteral("input")))
+        arguments.input = parser.value(QStringLiteral("input"));
+    if (parser.isSet(QStringLiteral("output")))
+        arguments.output = parser.value(QStringLiteral("output"));
+    arguments.outputFormat = parser.value(QStringLiteral("of"));
+    arguments.layerName = parser.value(QStringLiteral("layer"));
+    arguments.overviews = parser.isSet(QStringLiteral("overviews"));
+    arguments.tiled = parser.isSet(QStringLiteral("tiled"));
+    arguments.worldFile = parser.isSet(QStringLiteral("world-file"));
+    arguments.overwrite = parser.isSet(QStringLiteral("overwrite"));
+    if (parser.isSet(QStringLiteral("band"))) {
+        const QString problem = takeBand(arguments, parser.value(QStringLiteral("band")));
+        if (!problem.isEmpty())
+            return problem;
+    }
+    for (const QString &option : parser.values(QStringLiteral("set"))) {
+        const QString problem = takeOption(arguments, option);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return {};
+}
+
+} // namespace
+
+BatchArguments readBatchArguments(const QStringList &texts)
+{
+    QCommandLineParser parser;
+    declareOptions(parser);
+    BatchArguments arguments;
+    if (!parser.parse(texts)) {
+        arguments.error = parser.errorText();
+        return arguments;
+    }
+    arguments.action = actionOf(parser);
+    arguments.overviewRaster = parser.value(buildName);
+    if (arguments.action == BatchAction::Run || arguments.action == BatchAction::PrintCommand)
+        arguments.error = takeValues(arguments, parser);
+    return arguments;
+}
+
+QString batchHelp()
+{
+    QCommandLineParser parser;
+    declareOptions(parser);
+    return parser.helpText();
+}
+
+QString batchVersion()
+{
+    return QStringLiteral("QuvoDemBatch " QUVO_VERSION "\n");
+}
+
+QString batchList()
+{
+    QString text;
+    for (const BatchProcess &process : batchProcesses()) {
+        const QVector<FieldDescription> fields = describeOptions(process.defaults);
+        int nameWidth = 0;
+        int rangeWidth = 0;
+        for (const FieldDescription &field : fields) {
+            nameWidth = qMax(nameWidth, static_cast<int>(field.name.size()));
+            rangeWidth = qMax(rangeWidth, static_cast<int>(field.range.size()));
+        }
+        text += QStringLiteral("%1  %2\n")
+                    .arg(processWord(process.defaults), labelText(processRow(process.process).stepTitle));
+        for (const FieldDescription &field : fields) {
+            const QString defaultValue =
+                field.defaultValue.isEmpty() ? QStringLiteral("\"\"") : field.defaultValue;
+            text += QStringLiteral("  %1  %2  [%3]  %4\n")
+                        .arg(field.name.leftJustified(nameWidth), field.range.leftJustified(rangeWidth),
+                             defaultValue.leftJustified(5), field.meaning);
+        }
+    }
+    return text;
+}

@@ -1,0 +1,168 @@
+#include "app/batch/BatchSeries.h"
+#include "app/batch/arguments.h"
+#include "app/batch/request.h"
+#include "app/batch/terminalprogress.h"
+#include "app/run/runplan.h"
+#include "app/startup/console.h"
+#include "app/startup/environment.h"
+#include "app/startup/settings.h"
+#include "dataset/gdalmessages.h"
+#include "dataset/overviews.h"
+#include "dataset/pathencoding.h"
+#include "messages/QuvoLanguageManager.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLoggingCategory>
+#include <QTimer>
+
+#include <memory>
+
+namespace
+{
+
+QStringList commandLine(int argc, char **argv)
+{
+    QStringList texts;
+    for (int index = 0; index < argc; ++index)
+        texts += QString::fromLocal8Bit(argv[index]);
+    return texts;
+}
+
+/// The script runner owns a window, which is never shown here; asked for text alone, the program needs no
+/// display. Qt gets to see the program's name only: none of the arguments is meant for it.
+std::unique_ptr<QCoreApplication> makeApplication(BatchAction action, char **argv)
+{
+    static int programNameOnly = 1;
+    if (action != BatchAction::Run)
+        return std::make_unique<QCoreApplication>(programNameOnly, argv);
+    useOffscreenPlatform();
+    // Qt warns where no XDG_RUNTIME_DIR is set, as on servers; without a display nothing needs one.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    auto application = std::make_unique<QApplication>(programNameOnly, argv);
+    QLoggingCategory::setFilterRules(QString());
+    return application;
+}
+
+/// The window's environment file and settings hold here, too.
+void setUpEnvironment()
+{
+    const QString window =
+        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("QuvoDemToolBox"));
+    Environment environment = readEnvironment(window);
+    environment.language = chosenLanguage(environment.language);
+    exportInstallDir(environment.installDir);
+    QuvoLanguageManager::getInstance()->defaultSetup(environment.messagesPath, environment.language, QString());
+    exportMessageVariables(environment);
+    exportGdalVariables(environment.installDir);
+    setUpGdal();
+}
+
+int refuse(const QString &problem, BatchExit exit)
+{
+    printError(problem);
+    return static_cast<int>(exit);
+}
+
+int run(const BatchRequest &batch, bool overwrite)
+{
+    const RunPlan plan =
+        planRun(batch.request, findTools(QCoreApplication::applicationDirPath()), batch.otherInputs);
+    if (plan.fault != RunFault::None)
+        return refuse(plan.problem, plan.fault == RunFault::Tool ? BatchExit::Failed : BatchExit::BadArguments);
+    for (const QString &warning : plan.warnings)
+        printError(warning);
+
+    BatchRun batchRun;
+    QObject::connect(&batchRun, &BatchRun::finished, qApp,
+                     [](BatchExit exit) { QCoreApplication::exit(static_cast<int>(exit)); });
+    // From inside the event loop, since a run may end within start().
+    QTimer::singleShot(0, &batchRun, [&] { batchRun.start(plan, overwrite); });
+    return QCoreApplication::exec();
+}
+
+int runOrPrintOne(const BatchArguments &arguments)
+{
+    WorkFolder workFolder;
+    const BatchRequest batch = assembleBatch(arguments, workFolder);
+    if (!batch.problem.isEmpty())
+        return refuse(batch.problem, BatchExit::BadArguments);
+    for (const QString &warning : batch.warnings)
+        printError(warning);
+    if (arguments.action == BatchAction::Run)
+        return run(batch, arguments.overwrite);
+    printOutput(printedCommand(batch.request, findTools(QCoreApplication::applicationDirPath()))
+                + QLatin1Char('\n'));
+    return static_cast<int>(BatchExit::Done);
+}
+
+int runSeries(const QVector<BatchArguments> &runs)
+{
+    BatchSeries series(runs);
+    QObject::connect(&series, &BatchSeries::finished, qApp,
+                     [](BatchExit exit) { QCoreApplication::exit(static_cast<int>(exit)); });
+    QTimer::singleShot(0, &series, &BatchSeries::start);
+    return QCoreApplication::exec();
+}
+
+int runOrPrint(const BatchArguments &arguments)
+{
+    QString problem;
+    const QVector<BatchArguments> runs = splitBatch(arguments, problem);
+    if (!problem.isEmpty())
+        return refuse(problem, BatchExit::BadArguments);
+    if (!arguments.dems.isEmpty() && arguments.action == BatchAction::Run)
+        return runSeries(runs);
+    int code = 0;
+    for (const BatchArguments &run : runs)
+        code = qMax(code, runOrPrintOne(run));
+    return code;
+}
+/// Progress as the tools write it; the window's runner reads it.
+int buildOverviewsOf(const QString &raster)
+{
+    TerminalProgress progress;
+    printOutput(progress.advance(0));
+    const QString problem = buildOverviews(dataSetName(raster, QDir::currentPath()),
+                                           [&](int percent) { printOutput(progress.advance(percent)); });
+    printOutput(problem.isEmpty() ? progress.finish() : progress.abandon());
+    return problem.isEmpty() ? static_cast<int>(BatchExit::Done) : refuse(problem, BatchExit::Failed);
+}
+
+int print(const QString &text)
+{
+    printOutput(text);
+    return static_cast<int>(BatchExit::Done);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    useUtf8Paths();
+    const QStringList texts = commandLine(argc, argv);
+    const std::unique_ptr<QCoreApplication> application =
+        makeApplication(readBatchArguments(texts).action, argv);
+    setUpEnvironment();
+
+    BatchArguments arguments = readBatchArguments(texts); // anew: its sentences are in the language in use now
+    if (!arguments.error.isEmpty())
+        return refuse(arguments.error, BatchExit::BadArguments);
+    switch (arguments.action) {
+    case BatchAction::Help:
+        return print(batchHelp());
+    case BatchAction::Version:
+        return print(batchVersion());
+    case BatchAction::List:
+        return print(batchList());
+    case BatchAction::BuildOverviews:
+        return buildOverviewsOf(arguments.overviewRaster);
+    case BatchAction::PrintCommand:
+    case BatchAction::Run:
+        break;
+    }
+    constexpr qint64 largestRecipe = 64LL * 1024 * 1024;
+    if (arguments.recipeFile == QLatin1String(pipedRecipeName))
+        arguments.pipedRecipe = readInput(largestRecipe);
+    return runOrPrint(arguments);
+}

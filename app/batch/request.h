@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/batch/arguments.h"
+#include "app/process/commandline.h"
+#include "app/process/tools.h"
+
+#include "dataset/workfolder.h"
+
+#include <QString>
+#include <QStringList>
+
+/// How the batch program ends.
+enum class BatchExit
+{
+    Done = 0,
+    Failed = 1, ///< the run failed or was stopped
+    BadArguments = 2,
+};
+
+/// What the batch program's arguments and the recipe that they name ask for.
+struct BatchRequest
+{
+    ProcessingRequest request; ///< the output as it was typed, or as the recipe's folder makes it
+    QStringList otherInputs;   ///< files besides the DEM that the output must not be: the recipe
+    QStringList warnings;      ///< sentences that do not keep the run from starting
+    QString problem;           ///< why it cannot start, in a sentence; empty when it may
+};
+
+/// Puts arguments and recipe together. Reads the recipe file and, for a colour relief, the colour table; the
+/// input need not exist unless a table is spread over its elevations. A table that is written goes to the work
+/// folder.
+BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder);
+
+/// The arguments of each run that they ask for: of one with an input and an output where they name several
+/// DEMs. The second names the product by the process and the format: "base_suffix.ext" beside the DEM. problem:
+/// why there are none. A DEM that is the product of another of them is left out, so that a list of all files of
+/// a folder can be given twice.
+QVector<BatchArguments> splitBatch(const BatchArguments &arguments, QString &problem);
+
+/// The command line that a run would use, for whoever wants to see it; the input need not exist.
+QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools);

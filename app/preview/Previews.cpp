@@ -1,0 +1,228 @@
+#include "app/preview/Previews.h"
+
+#include "app/preview/previewgeometry.h"
+#include "app/run/runplan.h"
+#include "runner/QuvoScriptRunner.h"
+#include "runner/outputfiles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace
+{
+
+constexpr int pauseAfterChange = 300; // ms
+
+/// Tells apart what a reduced copy is made of.
+QString sourceName(const PreviewDem &dem, const QRect &part)
+{
+    if (dem.path.isEmpty())
+        return {};
+    return QStringLiteral("%1 %2 %3,%4,%5,%6")
+        .arg(dem.path, dem.state, QString::number(part.x()), QString::number(part.y()),
+             QString::number(part.width()), QString::number(part.height()));
+}
+
+/// The file of that name in a folder of its own, whose path is kept from one time to the next; the folder comes
+/// back where somebody removed it. Empty when there can be none.
+QString fileInOwnFolder(WorkFolder &workFolder, QString &file, const QString &name)
+{
+    if (file.isEmpty()) {
+        const QString folder = workFolder.newFolder();
+        if (folder.isEmpty())
+            return {};
+        file = folder + QLatin1Char('/') + name;
+    }
+    QDir().mkpath(QFileInfo(file).path());
+    return file;
+}
+
+} // namespace
+
+Previews::Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder, Fetch fetch)
+    : m_runner(runner)
+    , m_tools(tools)
+    , m_workFolder(workFolder)
+    , m_fetch(std::move(fetch))
+{
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(pauseAfterChange);
+    connect(&m_pause, &QTimer::timeout, this, &Previews::runNext);
+    connect(&runner, &QuvoScriptRunner::updateProgress, this, &Previews::onProgress);
+    connect(&runner, &QuvoScriptRunner::done, this, &Previews::onDone);
+    connect(&runner, &QuvoScriptRunner::error, this, &Previews::onError);
+}
+
+Previews::~Previews()
+{
+    hold();
+}
+
+void Previews::setShown(bool shown)
+{
+    m_queue.setShown(shown);
+    changed();
+}
+
+void Previews::setDem(const PreviewDem &dem)
+{
+    m_dem = dem;
+    setPart(QRect(QPoint(0, 0), dem.size));
+}
+
+void Previews::setPart(const QRect &part)
+{
+    m_part = part;
+    m_queue.setSource(sourceName(m_dem, part));
+    if (isWhole() && sourceName(m_dem, m_part) == m_wholeSource) {
+        m_queue.haveReduction();
+        m_copy = m_wholeCopy;
+        emit reduced();
+    }
+    changed();
+}
+
+void Previews::update(bool complete)
+{
+    m_queue.setComplete(complete);
+    m_queue.invalidate();
+    changed();
+}
+
+void Previews::hold()
+{
+    m_queue.hold();
+    endStale();
+}
+
+void Previews::release()
+{
+    m_queue.release();
+    changed();
+}
+
+void Previews::changed()
+{
+    endStale();
+    m_pause.start();
+}
+
+void Previews::endStale()
+{
+    if (!m_queue.isStale())
+        return;
+    m_runner.stop();
+    end(false);
+    emit interrupted();
+}
+
+void Previews::end(bool good)
+{
+    m_queue.end(good);
+    m_workFolder.removeFolders(m_firstSideFolder, m_endOfSideFolders);
+    m_firstSideFolder = m_endOfSideFolders = 0;
+}
+
+void Previews::runNext()
+{
+    if (m_queue.next() == PreviewStep::Compute && !QFile::exists(m_copy))
+        m_queue.loseReduction(); // a cleaner of temporary files came by
+    switch (m_queue.next()) {
+    case PreviewStep::Reduce:
+        reduce();
+        break;
+    case PreviewStep::Compute:
+        compute();
+        break;
+    case PreviewStep::None:
+        break;
+    }
+}
+
+void Previews::begin(PreviewStep step, const QString &command, const QuvoOutputFile &output)
+{
+    m_queue.begin(step);
+    if (step == PreviewStep::Reduce)
+        emit reductionStarted();
+    else
+        emit computationStarted();
+    if (output.path.isEmpty())
+        onError(QString());
+    else
+        m_runner.run({{command, QString()}}, {{output}}, NoProgressWindow);
+}
+
+void Previews::reduce()
+{
+    const QString copy =
+        fileInOwnFolder(m_workFolder, isWhole() ? m_wholeCopy : m_partCopy, QStringLiteral("tempoReducedImg"));
+    m_copy = copy;
+    if (isWhole())
+        m_wholeSource.clear();
+    QFile::remove(copy);
+    QFile::remove(copy + QStringLiteral(".aux.xml"));
+    const Reduction reduction{m_dem.path, m_dem.size, m_dem.georeferenced, m_part, copy};
+    begin(PreviewStep::Reduce, processCommand(m_tools.translate, reductionArguments(reduction)),
+          {copy, QStringLiteral("GTiff"), QuvoOutputFileKind::Raster});
+}
+
+void Previews::compute()
+{
+    m_firstSideFolder = m_workFolder.folderCount();
+    std::optional<ProcessingRequest> request = m_fetch(m_copy);
+    m_endOfSideFolders = m_workFolder.folderCount();
+    if (!request || !request->process) {
+        m_queue.setComplete(false);
+        end(true);
+        return;
+    }
+    const bool vector = processRow(*request->process).product == ProductKind::Vector;
+    request->input = m_copy;
+    // The contour tool makes a folder of any other name.
+    const QString name = QStringLiteral("tempoPreviewImage") + (vector ? QStringLiteral(".shp") : QString());
+    m_product = fileInOwnFolder(m_workFolder, vector ? m_vectorProduct : m_rasterProduct, name);
+    request->output = m_product;
+    request->format.clear();
+    request->tiled = request->worldFile = request->overviews = false;
+    const QuvoOutputFile output = declaredOutputs(*request).first();
+    deleteOutputFiles({{output}});
+    begin(PreviewStep::Compute, runCommand(*request, m_tools), output);
+}
+
+void Previews::onProgress(int percent)
+{
+    if (m_queue.running() == PreviewStep::Reduce)
+        emit reducingProgress(percent);
+    else if (m_queue.running() == PreviewStep::Compute)
+        emit computingProgress(percent);
+}
+
+void Previews::onDone()
+{
+    const PreviewStep step = m_queue.running();
+    if (step == PreviewStep::None)
+        return;
+    end(true);
+    if (step == PreviewStep::Reduce) {
+        if (isWhole())
+            m_wholeSource = sourceName(m_dem, m_part);
+        emit reduced();
+    } else {
+        emit computed();
+    }
+    if (!m_pause.isActive())
+        runNext();
+}
+
+void Previews::onError(const QString &toolText)
+{
+    const PreviewStep step = m_queue.running();
+    if (step == PreviewStep::None)
+        return;
+    end(false);
+    if (step == PreviewStep::Reduce)
+        emit reductionFailed(toolText);
+    else
+        emit computationFailed(toolText);
+}

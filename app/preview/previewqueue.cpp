@@ -1,0 +1,86 @@
+#include "app/preview/previewqueue.h"
+
+/// What depends on that step is to be made anew.
+void PreviewQueue::outdate(PreviewStep from)
+{
+    m_computed = false;
+    if (from == PreviewStep::Reduce)
+        m_reduced = false;
+    if (m_running == PreviewStep::Compute || (m_running == PreviewStep::Reduce && from == PreviewStep::Reduce))
+        m_stale = true;
+}
+
+void PreviewQueue::setShown(bool shown)
+{
+    m_shown = shown;
+    if (!shown && m_running != PreviewStep::None)
+        m_stale = true;
+}
+
+void PreviewQueue::setSource(const QString &source)
+{
+    if (source == m_source)
+        return;
+    m_source = source;
+    outdate(PreviewStep::Reduce);
+}
+
+void PreviewQueue::haveReduction()
+{
+    m_reduced = true;
+}
+
+void PreviewQueue::loseReduction()
+{
+    outdate(PreviewStep::Reduce);
+}
+
+void PreviewQueue::invalidate()
+{
+    outdate(PreviewStep::Compute);
+}
+
+void PreviewQueue::setComplete(bool complete)
+{
+    if (complete != m_complete)
+        outdate(PreviewStep::Compute);
+    m_complete = complete;
+}
+
+void PreviewQueue::hold()
+{
+    m_held = true;
+    if (m_running != PreviewStep::None)
+        m_stale = true;
+}
+
+void PreviewQueue::release()
+{
+    m_held = false;
+}
+
+PreviewStep PreviewQueue::next() const
+{
+    if (!m_shown || m_held || m_failed || m_source.isEmpty() || m_running != PreviewStep::None)
+        return PreviewStep::None;
+    if (!m_reduced)
+        return PreviewStep::Reduce;
+    return m_complete && !m_computed ? PreviewStep::Compute : PreviewStep::None;
+}
+
+void PreviewQueue::begin(PreviewStep step)
+{
+    m_running = step;
+    m_stale = false;
+}
+
+void PreviewQueue::end(bool good)
+{
+    if (!m_stale) {
+        m_failed = m_failed || !good;
+        m_reduced = m_reduced || (good && m_running == PreviewStep::Reduce);
+        m_computed = good && m_running == PreviewStep::Compute;
+    }
+    m_running = PreviewStep::None;
+    m_stale = false;
+}

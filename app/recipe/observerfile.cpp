@@ -1,0 +1,72 @@
+#include "app/recipe/observerfile.h"
+
+#include "messages/label.h"
+#include "panels/options/vectorobservers.h"
+
+SourceObservers sourceObservers(const IntervisibilityOptions &options, const DemGround &ground)
+{
+    SourceObservers observers;
+    if (options.points.isEmpty())
+        return observers;
+    const VectorObservers source = readVectorObservers(options.points, ground.crs());
+    observers.notTaken = source.notTaken;
+    observers.files = source.files;
+    const double step = options.step > 0.0 ? options.step : ground.cellSize();
+    if (!source.error.isEmpty()) {
+        observers.problem =
+            labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.error;
+        return observers;
+    }
+    if (sampledCount(source, step) > mostObservers) {
+        observers.problem =
+            labelText({"MESS_OBS_TROP", "« %1 » donne plus de %2 observateurs ; choisissez un pas plus grand."})
+                .arg(options.points, QString::number(mostObservers, 'f', 0));
+        return observers;
+    }
+    ObserverPoint point;
+    point.height = options.height;
+    point.mode = readAltitudeMode(options.mode).value_or(point.mode);
+    point.maxDistance = options.distance;
+    observers.points = observersFrom(source, step, point);
+    return observers;
+}
+
+BatchObservers batchObservers(const IntervisibilityOptions &options, const QString &dem, int band,
+                              WorkFolder &workFolder)
+{
+    BatchObservers batch;
+    const DemGround ground(dem, band);
+    const SourceObservers source = sourceObservers(options, ground);
+    batch.sourceFiles = source.files;
+    batch.problem = source.problem;
+    if (!batch.problem.isEmpty())
+        return batch;
+    int leftOut = source.notTaken;
+    const QList<ObserverPoint> points = options.observers + source.points;
+
+    QList<ToolObserver> observers;
+    for (const ObserverPoint &point : points) {
+        const auto altitude = absoluteAltitude(point, ground.elevation(point.position()));
+        if (point.enabled && altitude)
+            observers += {point.x, point.y, *altitude, point.maxDistance};
+        else
+            leftOut += point.enabled;
+    }
+    if (observers.isEmpty()) {
+        batch.problem = labelText({"MESS_OBS_NUL_PART", "Aucun observateur n'a de sol sous lui dans ce MNT."});
+        return batch;
+    }
+    if (leftOut > 0)
+        batch.warnings += labelText({"MESS_OBS_LAISSES",
+                                     "Observateurs laissés de côté, sans sol sous eux ou sans position : %1."})
+                              .arg(leftOut);
+    const QString folder = workFolder.newFolder();
+    const QString file = folder.isEmpty() ? QString() : writePointFile(folder, observers);
+    if (file.isEmpty())
+        batch.problem =
+            labelText({"MESS_OBS_NON_ECRIT", "Le fichier des observateurs ne peut pas être écrit."});
+    IntervisibilityOptions combined = options;
+    combined.combined = observers.size() > 1;
+    batch.fragment = intervisibilityFragment(combined, file);
+    return batch;
+}

@@ -1,0 +1,112 @@
+#include "app/recipe/tablefile.h"
+
+#include "colortable/colortablefile.h"
+#include "dataset/extremes.h"
+#include "messages/label.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+
+/// The table of the file, or the one by value, of which the tool has no file yet.
+ColorTableReading readTable(const ColorReliefOptions &options, const QString &file)
+{
+    if (options.colors.isEmpty())
+        return readColorTable(file);
+    ColorTableReading reading = parseColorTable(toolTableText(options.colors));
+    reading.plain = false;
+    return reading;
+}
+
+QString readingProblem(const ColorTableReading &reading, const QString &file, bool spread)
+{
+    if (!reading.error.isEmpty())
+        return reading.error;
+    if (reading.invalidValues)
+        return labelText({"MESS_TC_LIGNE_INV", "La ligne %1 de la table couleur « %2 » n'est pas valable."})
+            .arg(QString::number(reading.invalidLine), file);
+    if (elevationEntries(reading.entries).isEmpty())
+        return labelText({"MESS_TC_VIDE", "La table couleur « %1 » ne contient aucune couleur."}).arg(file);
+    if (spread && reading.mixedUnits)
+        return labelText(
+                   {"MESS_TC_ETALER_MIXTE",
+                    "La table couleur « %1 » mélange des altitudes et des pourcentages : elle ne peut pas être "
+                    "étalée."})
+            .arg(file);
+    return {};
+}
+
+Extremes exactExtremes(const QString &dem, int band)
+{
+    ExtremesReader reader(dem, band, ExtremesReader::Exact);
+    while (reader.advance(1000)) { }
+    return reader.extremes();
+}
+
+/// The table's text for the tool; empty with a problem.
+QByteArray spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOptions &options, const QString &dem,
+                      int band, QString &problem)
+{
+    Extremes extremes;
+    if (!options.minimum || !options.maximum)
+        extremes = exactExtremes(dem, band);
+    const double minimum = options.minimum.value_or(extremes.minimum);
+    const double maximum = options.maximum.value_or(extremes.maximum);
+    if (!(options.minimum && options.maximum) && !extremes.known)
+        problem = labelText({"MESS_TC_SANS_ALTITUDE",
+                             "Le MNT n'a pas d'altitudes lisibles sur lesquelles étaler la table couleur."});
+    else if (minimum > maximum)
+        problem = labelText({"MESS_TC_BORNES", "minimum ne doit pas dépasser maximum."});
+    return problem.isEmpty() ? spreadTable(entries, minimum, maximum).text : QByteArray();
+}
+
+} // namespace
+
+QString colorTableFile(const QString &name)
+{
+    if (QFileInfo::exists(name))
+        return name;
+    const QDir library(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
+    const QString wanted = name.isEmpty() ? QStringLiteral("dtm") : name;
+    for (const QString &file : {wanted, wanted + QStringLiteral(".txt")}) {
+        if (library.exists(file))
+            return library.filePath(file);
+    }
+    return name;
+}
+
+QString colorTableProblem(const ColorReliefOptions &options)
+{
+    const QString file = colorTableFile(options.table);
+    return readingProblem(readTable(options, file), file, options.spread);
+}
+
+bool mixesUnits(const ColorReliefOptions &options)
+{
+    return readTable(options, colorTableFile(options.table)).mixedUnits;
+}
+
+BatchColorTable batchColorTable(const ColorReliefOptions &options, const QString &dem, int band,
+                                WorkFolder &workFolder)
+{
+    BatchColorTable table;
+    table.file = colorTableFile(options.table);
+    const ColorTableReading reading = readTable(options, table.file);
+    table.problem = readingProblem(reading, table.file, options.spread);
+    if (!table.problem.isEmpty() || (!options.spread && reading.plain))
+        return table;
+
+    const QByteArray text = options.spread ? spreadText(reading.entries, options, dem, band, table.problem)
+                                           : toolTableText(reading.entries);
+    if (!table.problem.isEmpty())
+        return table;
+    table.file = freeTableName(workFolder.path(), QStringLiteral("quvoColorTable"));
+    const TableWriting writing = writeTableFile(table.file, text);
+    if (!writing.written)
+        table.problem = labelText({"MESS_TC_NON_ECRITE", "« %1 » ne peut pas être écrit : %2"})
+                            .arg(table.file, writing.error);
+    return table;
+}

@@ -1,0 +1,41 @@
+#include "app/run/outputlock.h"
+
+#include "dataset/pathencoding.h"
+#include "messages/label.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+
+/// The output may not exist yet; its folder does.
+QString canonicalOutput(const QString &output)
+{
+    const QFileInfo file(output);
+    if (file.exists())
+        return file.canonicalFilePath();
+    return QDir(QFileInfo(file.absolutePath()).canonicalFilePath()).filePath(file.fileName());
+}
+
+} // namespace
+
+OutputLock::OutputLock(const QString &output)
+{
+    const QByteArray key =
+        QCryptographicHash::hash(encodePath(canonicalOutput(output)), QCryptographicHash::Sha1);
+    const QString name = QStringLiteral("quvodem-%1.lock").arg(QString::fromLatin1(key.toHex()));
+    m_lock = std::make_unique<QLockFile>(QDir(QDir::tempPath()).filePath(name));
+    m_lock->setStaleLockTime(0); // a long run is no stale lock; the lock of a dead process still is
+    if (m_lock->tryLock())
+        return;
+    const QString file = QDir(QDir::tempPath()).filePath(name);
+    if (m_lock->error() == QLockFile::LockFailedError)
+        m_problem =
+            labelText({"MESS_SORTIE_OCCUPEE", "Un autre traitement écrit déjà dans « %1 » (verrou : %2)."})
+                .arg(output, file);
+    else
+        m_problem =
+            labelText({"MESS_VERROU_IMPOSS", "Le fichier de verrou « %1 » ne peut pas être créé."}).arg(file);
+}

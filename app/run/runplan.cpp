@@ -1,0 +1,152 @@
+#include "app/run/runplan.h"
+
+#include "app/run/outputname.h"
+#include "app/run/statisticsfiles.h"
+#include "dataset/formatfilters.h"
+#include "dataset/overviews.h"
+#include "dataset/rasterinfo.h"
+#include "runner/outputfiles.h"
+#include "runner/quoting.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+
+QString formatProblem(const ProcessingRequest &request)
+{
+    const QString format = outputFormat(request);
+    if (processRow(*request.process).product == ProductKind::Vector)
+        return isVectorOutputFormat(format)
+            ? QString()
+            : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cette machine."})
+                  .arg(format);
+    if (!isRasterOutputFormat(format))
+        return labelText({"MESS_FORMAT_INCONNU", "GDAL n'écrit aucun format raster « %1 » sur cette machine."})
+            .arg(format);
+    if (request.tiled && !hasCreationOption(format, QStringLiteral("TILED")))
+        return labelText({"MESS_FORMAT_SANS_TUILE", "Le format « %1 » n'a pas d'option de tuiles."})
+            .arg(format);
+    if (request.tiled && request.worldFile && !hasCreationOption(format, QStringLiteral("TFW")))
+        return labelText({"MESS_FORMAT_SANS_CALAGE", "Le format « %1 » n'a pas de fichier de calage."})
+            .arg(format);
+    return {};
+}
+
+QString inputProblem(const ProcessingRequest &request, const RasterInfo &input)
+{
+    if (!input.error.isEmpty())
+        return labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}) + QLatin1Char('\n')
+            + request.input + QLatin1Char('\n') + input.error;
+    if (request.band > input.bandCount)
+        return labelText({"MESS_BANDE_ABSENTE", "Le MNT n'a pas de bande %1 ; il en a %2."})
+            .arg(QString::number(request.band), QString::number(input.bandCount));
+    return {};
+}
+
+QString colorTableProblem(const ProcessingRequest &request)
+{
+    if (request.process != Process::ColorRelief || QFileInfo(request.colorTableFile).isFile())
+        return {};
+    return labelText({"MESS_TC_ABSENTE", "La table couleur « %1 » n'existe pas."}).arg(request.colorTableFile);
+}
+
+QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFilesList &outputs,
+                         const QStringList &inputFiles)
+{
+    for (const QuvoOutputFile &output : outputs) {
+        if (isOneOf(output.path, inputFiles))
+            return partOfInput(output.path);
+    }
+    for (const QString &file : wholeNameFiles(request.output)) {
+        if (isOneOf(file,
+                    inputFiles)) // it would pass for the product's, or be removed with the one that is replaced
+            return partOfInput(file);
+    }
+    const QFileInfo product(request.output);
+    const auto isNeighbour = [&](const QString &inputFile) {
+        const QFileInfo file(inputFile);
+        return file.completeBaseName() == product.completeBaseName()
+            && QFileInfo(file.absolutePath()) == QFileInfo(product.absolutePath());
+    };
+    if (outputs.first().ownsBaseName && std::any_of(inputFiles.begin(), inputFiles.end(), isNeighbour))
+        return labelText(
+                   {"MESS_SORTIE_MEME_BASE",
+                    "Le format « %1 » écrit des fichiers annexes qui remplaceraient ceux du MNT d'entrée ; "
+                    "choisissez un autre nom que « %2 »."})
+            .arg(outputFormat(request), product.fileName());
+    return {};
+}
+
+RunPlan refused(RunPlan plan, RunFault fault, const QString &problem)
+{
+    plan.fault = fault;
+    plan.problem = problem;
+    return plan;
+}
+
+} // namespace
+
+QString runCommand(const ProcessingRequest &request, const ToolPaths &tools)
+{
+    return processCommand(tools.path(processRow(*request.process).tool), processArguments(request));
+}
+
+QString existingOutput(const RunPlan &plan)
+{
+    for (const QuvoOutputFile &output : plan.outputs) {
+        if (QFileInfo::exists(output.path))
+            return output.path;
+    }
+    const QuvoOutputFile &product = plan.outputs.first();
+    return product.ownsBaseName ? namesakes(product).value(0) : QString();
+}
+
+RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs)
+{
+    RunPlan plan;
+    plan.request = request;
+    const ProcessRow &process = processRow(*request.process);
+
+    QString problem = toolProblem(tools, process.tool);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Tool, problem);
+    problem = formatProblem(request);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Format, problem);
+    const RasterInfo input = readRasterInfo(request.input);
+    problem = inputProblem(request, input);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Input, problem);
+
+    problem = colorTableProblem(request);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Input, problem);
+
+    QStringList inputFiles = input.files + otherInputs;
+    if (!request.colorTableFile.isEmpty())
+        inputFiles += request.colorTableFile;
+    const OutputName output =
+        checkOutputName(request.output, formatExtensions(outputFormat(request)), inputFiles);
+    if (!output.problem.isEmpty())
+        return refused(plan, RunFault::Output, output.problem);
+    plan.request.output = output.path;
+    plan.outputs = declaredOutputs(plan.request);
+    problem = neighbourProblem(plan.request, plan.outputs, inputFiles);
+    if (!problem.isEmpty())
+        return refused(plan, RunFault::Output, problem);
+
+    plan.touchedInputFiles = filesWithStatistics(request.colorTableFile, input.files);
+    plan.command = runCommand(plan.request, tools);
+    if (request.overviews && process.product == ProductKind::Raster && takesOverviews(outputFormat(request))
+        && !overviewFactors(input.width, input.height).isEmpty())
+        plan.overviewCommand =
+            processCommand(tools.batch, QStringLiteral("--build-overviews ") + quotedArgument(output.path));
+    plan.expected = {process.product, output.path, input.width, input.height, outputLayer(request)};
+    const QString warning =
+        freeSpaceWarning(output.path, expectedProductSize(process, input.width, input.height));
+    if (!warning.isEmpty())
+        plan.warnings += warning;
+    return plan;
+}

@@ -1,0 +1,110 @@
+#include "app/startup/settings.h"
+
+#include <QSettings>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace
+{
+
+const QString organisation = QStringLiteral("KARVEX");
+const QString application = QStringLiteral("Riglios");
+const QString geometryGroup = QStringLiteral("LastGeometry");
+const QString recentGroup = QStringLiteral("RecentUsedListFile");
+// A key of its own: the environment file may refer to another one, over which what it says itself holds.
+const QString languageKey = QStringLiteral("Interface/ChosenLanguage");
+
+QString recentKey(int index)
+{
+    return QStringLiteral("File_%1").arg(index);
+}
+
+} // namespace
+
+LastGeometry readLastGeometry()
+{
+    QSettings settings(organisation, application);
+    settings.beginGroup(geometryGroup);
+    LastGeometry geometry;
+    const QSize size = settings.value(QStringLiteral("size"), geometry.size).toSize();
+    geometry.isDefault = !settings.contains(QStringLiteral("size")) || size.isEmpty();
+    if (!size.isEmpty())
+        geometry.size = size;
+    geometry.position = settings.value(QStringLiteral("pos"), geometry.position).toPoint();
+    geometry.showPreview = settings.value(QStringLiteral("showPreview"), geometry.showPreview).toBool();
+    return geometry;
+}
+
+void writeLastGeometry(const LastGeometry &geometry)
+{
+    QSettings settings(organisation, application);
+    settings.beginGroup(geometryGroup);
+    settings.setValue(QStringLiteral("size"), geometry.size);
+    settings.setValue(QStringLiteral("pos"), geometry.position);
+    settings.setValue(QStringLiteral("showPreview"), geometry.showPreview);
+}
+
+QStringList readRecentFiles()
+{
+    QSettings settings(organisation, application);
+    settings.beginGroup(recentGroup);
+    QStringList paths;
+    for (int index = 0; settings.contains(recentKey(index)); ++index)
+        paths += settings.value(recentKey(index)).toString();
+    return paths;
+}
+
+void writeRecentFiles(const QStringList &paths)
+{
+    QSettings settings(organisation, application);
+    settings.beginGroup(recentGroup);
+    settings.remove(QString());
+    for (int index = 0; index < paths.size(); ++index)
+        settings.setValue(recentKey(index), paths.at(index));
+}
+
+QString recentRunsFile()
+{
+    return QStringLiteral("%1/%2/%3_runs.json")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation,
+             application);
+}
+
+QString chosenLanguage(const QString &otherwise)
+{
+    const QString chosen = QSettings(organisation, application).value(languageKey).toString();
+    const bool known = chosen == QLatin1String("FRENCH") || chosen == QLatin1String("ENGLISH");
+    return known ? chosen : otherwise;
+}
+
+void writeChosenLanguage(const QString &language)
+{
+    QSettings(organisation, application).setValue(languageKey, language);
+}
+
+QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens)
+{
+    constexpr QSize handle(100, 20); // of the window's upper edge: enough to take it by
+    const QRect edge(wanted.left(), wanted.top(), wanted.width(), handle.height());
+    const auto shows = [&](const QRect &screen) {
+        const QRect shown = screen.intersected(edge);
+        return shown.width() >= qMin(handle.width(), edge.width()) && shown.height() >= handle.height();
+    };
+    if (screens.isEmpty())
+        return wanted;
+    const auto showing = std::find_if(screens.begin(), screens.end(), shows);
+    if (showing != screens.end())
+        return {wanted.topLeft(), wanted.size().boundedTo(showing->size())};
+    const auto area = [&](const QRect &screen) {
+        const QRect shown = screen.intersected(wanted);
+        return shown.isEmpty() ? 0 : shown.width() * shown.height();
+    };
+    const QRect screen =
+        *std::max_element(screens.begin(), screens.end(),
+                          [&](const QRect &one, const QRect &other) { return area(one) < area(other); });
+    QRect geometry(wanted.topLeft(), wanted.size().boundedTo(screen.size()));
+    geometry.moveLeft(qBound(screen.left(), geometry.left(), screen.right() + 1 - geometry.width()));
+    geometry.moveTop(qBound(screen.top(), geometry.top(), screen.bottom() + 1 - geometry.height()));
+    return geometry;
+}

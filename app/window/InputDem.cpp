@@ -1,0 +1,197 @@
+#include "app/window/InputDem.h"
+
+#include "app/startup/settings.h"
+#include "app/window/dialogrules.h"
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/pathencoding.h"
+#include "messages/Prompt.h"
+#include "messages/label.h"
+
+#include <QComboBox>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+namespace
+{
+
+constexpr int typingPause = 300; // ms
+
+QString filterPattern()
+{
+#ifdef Q_OS_WIN
+    return QStringLiteral("*.*");
+#else
+    return QStringLiteral("*");
+#endif
+}
+
+/// Size and time of the last change; the same for every virtual path.
+QString fileState(const QString &path)
+{
+    const QFileInfo file(path);
+    return QStringLiteral("%1 %2").arg(QString::number(file.size()),
+                                       QString::number(file.lastModified().toMSecsSinceEpoch()));
+}
+
+} // namespace
+
+InputDem::InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog)
+    : m_paths(paths)
+    , m_bands(bands)
+    , m_dialog(dialog)
+{
+    m_paths->setCompleter(nullptr);
+    m_paths->addItems(readRecentFiles());
+    m_paths->setCurrentIndex(-1);
+    m_bands->setEnabled(false);
+    m_typingTimer.setSingleShot(true);
+    m_typingTimer.setInterval(typingPause);
+
+    connect(m_paths, qOverload<int>(&QComboBox::activated), this,
+            [this](int row) { open(m_paths->itemText(row), KeepOrder); });
+    connect(m_paths->lineEdit(), &QLineEdit::textEdited, this, &InputDem::onTyped);
+    m_paths->installEventFilter(this);
+    m_paths->lineEdit()->installEventFilter(this);
+    connect(&m_typingTimer, &QTimer::timeout, this, &InputDem::tryTyped);
+    connect(this, &InputDem::changed, this, &InputDem::describe);
+    connect(m_bands, qOverload<int>(&QComboBox::currentIndexChanged), this, &InputDem::describe);
+    connect(&m_scan, &ExtremesScan::finished, this, &InputDem::setExtremes);
+}
+
+QString InputDem::path() const
+{
+    return m_paths->currentText() == m_path ? m_path : QString();
+}
+
+int InputDem::band() const
+{
+    return qMax(0, m_bands->currentIndex()) + 1;
+}
+
+void InputDem::describe()
+{
+    m_scan.stop();
+    m_dem = {path(), band(), {}, !path().isEmpty(), fileState(path())};
+    emit demChanged(m_dem);
+    if (m_dem.searching)
+        m_scan.start(m_dem.path, m_dem.band, ExtremesReader::Estimate);
+}
+
+void InputDem::setExtremes(const Extremes &extremes)
+{
+    m_scan.stop();
+    m_dem.extremes = extremes;
+    m_dem.searching = false;
+    emit demChanged(m_dem);
+}
+
+bool InputDem::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Wheel && watched == m_paths)
+        return true;
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            open(m_paths->currentText(), MoveToFront);
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool InputDem::choose(const QString &path)
+{
+    return open(path, MoveToFront);
+}
+
+void InputDem::select()
+{
+    const StartDirectory choices{m_lastChosenFolder, m_keepStartingDir, QDir::currentPath(),
+                                 m_paths->currentText(), m_paths->itemText(1)};
+    const QString path = QuvoFilerDialog::getSelection(
+        m_dialog, QuvoFilerDialog::OpenFile,
+        labelText({"MESS_CHX_MNT", "Choisir un Modèle Numérique de Terrain..."}), startDirectory(choices),
+        QStringLiteral("%1 (%2)").arg(labelText({"MESS_MNT_EXP", "Modèle Numérique de Terrain"}),
+                                      filterPattern()));
+    if (path.isEmpty())
+        return;
+    m_lastChosenFolder = QFileInfo(path).absolutePath();
+    choose(path);
+}
+
+bool InputDem::open(const QString &typed, Listing listing)
+{
+    m_typingTimer.stop();
+    if (typed.isEmpty())
+        return false;
+    const QString name = dataSetName(typed, QDir::currentPath());
+    const RasterInfo info = readRasterInfo(name);
+    if (info.error.isEmpty()) {
+        accept(name, info, listing);
+        return true;
+    }
+    {
+        const QSignalBlocker blocker(m_paths);
+        m_paths->setCurrentIndex(m_paths->findText(m_path));
+        m_paths->setEditText(m_path);
+    }
+    emit changed(path());
+    Prompt::warning(
+        m_dialog,
+        QStringLiteral("%1\n\n%2")
+            .arg(labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}), typed));
+    return false;
+}
+
+void InputDem::onTyped()
+{
+    emit changed(path());
+    m_typingTimer.start();
+}
+
+/// While a path is being typed only a local file is looked at, and in silence.
+void InputDem::tryTyped()
+{
+    const QString typed = m_paths->currentText();
+    if (typed == m_path || isVirtualPath(typed) || !QFileInfo(typed).isFile())
+        return;
+    const QString name = QFileInfo(typed).absoluteFilePath();
+    const RasterInfo info = readRasterInfo(name);
+    if (info.error.isEmpty())
+        accept(name, info, MoveToFront);
+}
+
+void InputDem::accept(const QString &accepted, const RasterInfo &info, Listing listing)
+{
+    const bool same = accepted == m_path;
+    m_path = accepted;
+    m_files = info.files;
+    writeRecentFiles(withRecent(readRecentFiles(), m_path));
+    showPath(listing);
+    if (!same || m_bands->count() != info.bandCount) {
+        m_bands->clear();
+        for (int band = 1; band <= info.bandCount; ++band)
+            m_bands->addItem(QString::number(band));
+        m_bands->setEnabled(info.bandCount > 1);
+    }
+    emit changed(path());
+}
+
+/// Shows the path in the list, where it goes to the front unless it was chosen there: stepping through a list
+/// that moves would lead nowhere.
+void InputDem::showPath(Listing listing)
+{
+    const QSignalBlocker blocker(m_paths);
+    const int fromEnd = static_cast<int>(m_paths->currentText().size()) - m_paths->lineEdit()->cursorPosition();
+    if (listing == MoveToFront || m_paths->findText(m_path) < 0) {
+        m_paths->clear();
+        m_paths->addItems(readRecentFiles());
+    }
+    m_paths->setCurrentIndex(m_paths->findText(m_path));
+    m_paths->lineEdit()->setCursorPosition(qMax(0, static_cast<int>(m_path.size()) - fromEnd));
+    m_paths->setToolTip(QDir::toNativeSeparators(m_path));
+}

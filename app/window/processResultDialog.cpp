@@ -1,0 +1,90 @@
+#include "app/window/processResultDialog.h"
+
+#include "app/preview/PreviewDialog.h"
+#include "messages/Prompt.h"
+#include "messages/label.h"
+#include "ui_processResultDialog.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QIcon>
+
+namespace
+{
+
+constexpr int pictureSide = 48;
+
+} // namespace
+
+QString resultDetails(const ProcessResult &result)
+{
+    QString text = labelText({"MESS_DET_COMMANDE", "Commande :"}) + QLatin1Char('\n') + result.command;
+    if (result.exitCode)
+        text += QStringLiteral("\n\n") + labelText({"MESS_DET_CODE", "Code de retour :"}) + QLatin1Char(' ')
+            + QString::number(*result.exitCode);
+    const QString toolText = result.toolText.trimmed();
+    if (!toolText.isEmpty())
+        text += QStringLiteral("\n\n") + labelText({"MESS_DET_TEXTE", "Texte de l'outil :"}) + QLatin1Char('\n')
+            + toolText;
+    return text;
+}
+
+processResultDialog::processResultDialog(const ProcessResult &result, QWidget *parent,
+                                         const ShellServices &services)
+    : QDialog(parent)
+    , m_form(std::make_unique<Ui::processResultDialog>())
+    , m_result(result)
+    , m_services(services)
+{
+    m_form->setupUi(this);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowTitle(result.title);
+    m_form->m_pLPicture->setPixmap(QIcon(result.picture).pixmap(pictureSide));
+    m_form->m_pLText->setText(result.text);
+    m_form->m_pLFile->setText(QDir::toNativeSeparators(result.file));
+    m_form->m_pTEDetails->setPlainText(resultDetails(result));
+    for (QWidget *widget : QList<QWidget *>{m_form->m_pLFile, m_form->m_pPBShowResult, m_form->m_pPBOpenFolder})
+        widget->setVisible(!result.file.isEmpty());
+
+    connect(m_form->m_pPBShowResult, &QPushButton::clicked, this, &processResultDialog::slot_showResult);
+    connect(m_form->m_pPBOpenFolder, &QPushButton::clicked, this, &processResultDialog::slot_openFolder);
+    connect(m_form->m_pPBDetails, &QPushButton::toggled, this, &processResultDialog::slot_showDetails);
+    connect(m_form->m_pPBCopyCommand, &QPushButton::clicked, this, &processResultDialog::slot_copyCommand);
+    connect(m_form->m_pPBClose, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+processResultDialog::~processResultDialog() = default;
+
+void processResultDialog::slot_showResult()
+{
+    auto dialog = new PreviewDialog(m_result.file, this, m_services);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    if (dialog->canShow()) {
+        dialog->open();
+    } else { // another program may know the format
+        dialog->slot_openWith();
+        dialog->deleteLater();
+    }
+}
+
+void processResultDialog::slot_openFolder()
+{
+    if (!executeCommandLine(QStringLiteral("\"explorer\" /select,%1").arg(m_result.file), QString(),
+                            m_services))
+        Prompt::warning(this,
+                        labelText({"MESS_DOS_NON_OUVERT", "Le dossier « %1 » n'a pas pu être ouvert."})
+                            .arg(QFileInfo(m_result.file).absolutePath()));
+}
+
+void processResultDialog::slot_showDetails(bool shown)
+{
+    m_form->m_pTEDetails->setVisible(shown);
+    adjustSize();
+}
+
+void processResultDialog::slot_copyCommand()
+{
+    QGuiApplication::clipboard()->setText(m_result.shellCommand);
+}

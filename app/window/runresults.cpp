@@ -1,0 +1,49 @@
+#include "app/window/runresults.h"
+
+#include "messages/label.h"
+
+namespace
+{
+
+ProcessResult resultOf(const ProductRun &run, const Label &title, const QString &picture, const Label &text)
+{
+    ProcessResult result;
+    result.title = labelText(title);
+    result.picture = QStringLiteral(":/QuvoGdalUtilities/images/") + picture;
+    result.text = labelText(text);
+    result.command = run.plan().command;
+    result.exitCode = run.outcome().exitCode;
+    result.toolText = run.outcome().toolText;
+    return result;
+}
+
+constexpr Label ended{"MESS_FIN_TRAIT", "Fin du traitement"};
+
+} // namespace
+
+ProcessResult finishedResult(const ProductRun &run)
+{
+    ProcessResult result = resultOf(
+        run, {"MESS_OP_TERMINEE", "Opération terminée"}, QStringLiteral("ok2.png"),
+        {"MESS_TRAIT_FINI_RES", "Le traitement s'est déroulé avec succès et le résultat est disponible."});
+    result.file = run.plan().request.output;
+    if (!run.outcome().warning.isEmpty())
+        result.text += QStringLiteral("\n\n") + run.outcome().warning;
+    return result;
+}
+
+ProcessResult abortedResult(const ProductRun &run)
+{
+    return resultOf(run, ended, QStringLiteral("cancel2.png"),
+                    {"MESS_TRAIT_ANNULE", "Le traitement a été annulé."});
+}
+
+ProcessResult failedResult(const ProductRun &run)
+{
+    ProcessResult result =
+        resultOf(run, ended, QStringLiteral("cancel2.png"),
+                 {"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
+    if (!run.outcome().sentence.isEmpty())
+        result.text += QStringLiteral("\n\n") + run.outcome().sentence;
+    return result;
+}

@@ -1,0 +1,52 @@
+#include "dataset/overviews.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+
+#include <QStringList>
+
+#include <gdal_priv.h>
+
+#include <algorithm>
+#include <memory>
+
+QVector<int> overviewFactors(int width, int height)
+{
+    constexpr int smallEnough = 256;
+    QVector<int> factors;
+    for (int factor = 2; std::min(width, height) / (factor / 2) >= smallEnough; factor *= 2)
+        factors += factor;
+    return factors;
+}
+
+bool takesOverviews(const QString &format)
+{
+    static const QStringList inTheFile{"COG", "GPKG", "MBTiles", "PDF"};
+    return !inTheFile.contains(format, Qt::CaseInsensitive);
+}
+
+QString overviewFile(const QString &raster)
+{
+    return raster + QStringLiteral(".ovr");
+}
+
+QString buildOverviews(const QString &raster, const std::function<void(int)> &progress)
+{
+    const GdalMessages messages;
+    // Opened for reading only, the raster stays as it is and the overviews go beside it.
+    const std::unique_ptr<GDALDataset> dataset(
+        GDALDataset::Open(encodePath(raster).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
+    if (!dataset)
+        return messages.lastError();
+    QVector<int> factors = overviewFactors(dataset->GetRasterXSize(), dataset->GetRasterYSize());
+    if (factors.isEmpty())
+        return {};
+    const auto report = [](double complete, const char *, void *listener) -> int {
+        (*static_cast<const std::function<void(int)> *>(listener))(static_cast<int>(complete * 100.0));
+        return TRUE;
+    };
+    const CPLErr result =
+        dataset->BuildOverviews("NEAREST", static_cast<int>(factors.size()), factors.data(), 0, nullptr, report,
+                                const_cast<std::function<void(int)> *>(&progress));
+    return result == CE_None ? QString() : messages.lastError();
+}

@@ -1,0 +1,76 @@
+#include "panels/observers/observerimport.h"
+
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/formatfilters.h"
+#include "messages/Prompt.h"
+#include "messages/label.h"
+#include "panels/observers/AbsoluteHeightEditor.h"
+#include "panels/observers/intervisibilityProcessInfoDialog.h"
+#include "panels/options/vectorobservers.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace
+{
+
+QString chooseSource(const QString &dem, QWidget *parent)
+{
+    return QuvoFilerDialog::getSelection(parent, QuvoFilerDialog::OpenFile,
+                                         labelText({"MESS_CHX_VEC_AJOUT", "open vector"}),
+                                         QFileInfo(dem).absolutePath(),
+                                         QStringLiteral("%1 (%2);;%3 (*)")
+                                             .arg(labelText({"MESS_FICH_VECT", "Fichiers vecteurs"}),
+                                                  vectorFilePatterns().join(QLatin1Char(' ')),
+                                                  labelText({"MESS_FICH_TOUS", "Tous les fichiers"})));
+}
+
+void placeOutside(QList<ObserverPoint> &points, const DemGround &ground, QWidget *parent)
+{
+    const auto isOutside = [&](const ObserverPoint &point) { return !ground.holds(point.position()); };
+    if (std::none_of(points.begin(), points.end(), isOutside))
+        return;
+    AbsoluteHeightEditor editor(parent);
+    if (editor.exec() != QDialog::Accepted) {
+        points.erase(std::remove_if(points.begin(), points.end(), isOutside), points.end());
+        return;
+    }
+    for (ObserverPoint &point : points) {
+        if (isOutside(point)) {
+            point.mode = AltitudeMode::Absolute;
+            point.height = editor.absoluteHeight();
+        }
+    }
+}
+
+} // namespace
+
+QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground, const ObserverPoint &values,
+                                     QWidget *parent)
+{
+    const QString file = chooseSource(dem, parent);
+    if (file.isEmpty())
+        return {};
+    const VectorObservers source = readVectorObservers(file, ground.crs());
+    if (!source.error.isEmpty()) {
+        Prompt::critical(parent,
+                         labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QStringLiteral("\n\n")
+                             + source.error);
+        return {};
+    }
+    intervisibilityProcessInfoDialog choices(source, ground.width(), ground.height(), ground.cellSize(),
+                                             parent);
+    if (choices.exec() != QDialog::Accepted)
+        return {};
+    QList<ObserverPoint> points = observersFrom(source, choices.step(), values, choices.heightChoice());
+    placeOutside(points, ground, parent);
+    if (source.notTaken > 0)
+        Prompt::warning(
+            parent,
+            labelText({"MESS_OBS_NON_PRIS",
+                       "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de coordonnées "
+                       "du MNT."})
+                .arg(source.notTaken));
+    return points;
+}

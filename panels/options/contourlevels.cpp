@@ -1,0 +1,72 @@
+#include "panels/options/contourlevels.h"
+
+#include "messages/label.h"
+
+#include <QLocale>
+#include <QStringList>
+
+#include <cmath>
+
+double levelCount(const Extremes &extremes, double interval, double offset)
+{
+    if (!extremes.known || !(interval > 0.0) || !std::isfinite(interval) || !std::isfinite(offset))
+        return 0.0;
+    const double first = std::ceil((extremes.minimum - offset) / interval);
+    const double last = std::floor((extremes.maximum - offset) / interval);
+    return std::max(0.0, last - first + 1.0);
+}
+
+std::optional<double> roundInterval(const Extremes &extremes)
+{
+    constexpr double wanted = 20.0;
+    constexpr double smallest = 0.001; // what the field can hold
+    if (!extremes.known || !(extremes.maximum > extremes.minimum))
+        return std::nullopt;
+    const double exact = (extremes.maximum - extremes.minimum) / wanted;
+    const double decade = std::pow(10.0, std::floor(std::log10(exact)));
+    double best = decade;
+    for (const double step : {2.0, 5.0, 10.0}) {
+        if (std::abs(std::log(step * decade / exact)) < std::abs(std::log(best / exact)))
+            best = step * decade;
+    }
+    return std::max(best, smallest);
+}
+
+std::optional<QVector<double>> readLevels(const QString &text)
+{
+    QVector<double> levels;
+    for (const QString &word : text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        bool isNumber = false;
+        const double level = word.toDouble(&isNumber);
+        if (!isNumber || !std::isfinite(level))
+            return std::nullopt;
+        levels += level;
+    }
+    return levels;
+}
+
+QString levelsProblem(const QString &text)
+{
+    constexpr int most = 1000; // the tool's own limit
+    const auto levels = readLevels(text);
+    if (!levels || (levels->isEmpty() && !text.isEmpty()))
+        return labelText({"MESS_CN_VAL_INVALIDE",
+                          "Les valeurs spécifiques doivent être des nombres séparés par des espaces."});
+    if (levels->size() > most)
+        return labelText({"MESS_CN_VAL_TROP", "L'outil ne prend pas plus de %1 valeurs spécifiques."})
+            .arg(most);
+    return {};
+}
+
+QStringList manyLevelsWarnings(const ContourOptions &options, const Extremes &extremes)
+{
+    constexpr double many = 2000.0;
+    if (!options.interval || !options.fixedLevels.isEmpty())
+        return {};
+    const double levels = levelCount(extremes, *options.interval, options.offset.value_or(0.0));
+    if (levels <= many)
+        return {};
+    return {labelText({"MESS_CN_TROP",
+                       "Cet intervalle donne environ %1 niveaux sur ce MNT ; le fichier pourrait être énorme."})
+                .arg(QLocale().toString(levels, 'f', 0))};
+}

@@ -1,0 +1,142 @@
+#include "panels/options/fragments.h"
+
+#include "runner/quoting.h"
+
+#include <QColor>
+#include <QRegularExpression>
+
+#include <iterator>
+
+QString scaleRatio(int scaleIndex, const QString &scaleText)
+{
+    // 0.31 for feet on metres is the required ratio.
+    static constexpr const char *rows[] = {"1", "0.31", "111120", "370400"};
+    static_assert(std::size(rows) == scaleRowCount);
+
+    if (scaleIndex >= 0 && scaleIndex < scaleRowCount)
+        return QString::fromLatin1(rows[scaleIndex]);
+    return scaleText;
+}
+
+QString shadedFragment(const ShadedOptions &options)
+{
+    QString fragment = QStringLiteral("-z %1 ").arg(options.exaggeration);
+    const QString ratio = scaleRatio(options.scaleIndex, options.scaleText);
+    if (!ratio.isEmpty()) // a typed ratio is followed by two blanks here, and by one in the slope's fragment
+        fragment += QStringLiteral("-s ") + ratio + QLatin1String(options.scaleIndex < 0 ? "  " : " ");
+    fragment += QStringLiteral("-az %1 ").arg(270.0 - options.compass);
+    fragment += QStringLiteral("-alt %1 ").arg(options.altitude);
+    if (options.computeEdges)
+        fragment += QStringLiteral(" -compute_edges");
+    if (options.zevenbergenThorne)
+        fragment += QStringLiteral(" -alg ZevenbergenThorne");
+    return fragment;
+}
+
+QString slopeFragment(const SlopeOptions &options)
+{
+    QString fragment;
+    if (options.percent)
+        fragment += QStringLiteral("-p ");
+    if (options.computeEdges)
+        fragment += QStringLiteral("-compute_edges ");
+    if (options.zevenbergenThorne)
+        fragment += QStringLiteral("-alg ZevenbergenThorne ");
+    const QString ratio = scaleRatio(options.scaleIndex, options.scaleText);
+    if (!ratio.isEmpty())
+        fragment += QStringLiteral("-s ") + ratio + QLatin1Char(' ');
+    return fragment;
+}
+
+QString aspectFragment(const AspectOptions &options)
+{
+    QString fragment;
+    if (options.trigonometric)
+        fragment += QStringLiteral("-trigonometric");
+    if (options.zeroForFlat)
+        fragment += QStringLiteral(" -zero_for_flat");
+    if (options.computeEdges)
+        fragment += QStringLiteral(" -compute_edges");
+    if (options.zevenbergenThorne)
+        fragment += QStringLiteral(" -alg ZevenbergenThorne");
+    return fragment;
+}
+
+QString terrainIndexFragment(const TerrainIndexOptions &options)
+{
+    return options.computeEdges ? QStringLiteral("-compute_edges") : QString();
+}
+
+QString terrainIndexWord(int type)
+{
+    if (type == 0)
+        return QStringLiteral("TRI");
+    return type == 1 ? QStringLiteral("TPI") : QStringLiteral("roughness");
+}
+
+QString contourFragment(const ContourOptions &options)
+{
+    const auto number = [](const char *name, const std::optional<double> &value) {
+        return value ? QLatin1String(name) + QStringLiteral(" \"%1\" ").arg(*value, 0, 'g', 6) : QString();
+    };
+    QString fragment;
+    if (!options.attribute.isEmpty())
+        fragment += QStringLiteral("-a ") + quotedArgument(options.attribute) + QLatin1Char(' ');
+    if (options.threeD)
+        fragment += QStringLiteral("-3d ");
+    if (options.everyValueValid)
+        fragment += QStringLiteral("-inodata ");
+    else
+        fragment += number("-snodata", options.noDataValue);
+    fragment += number("-i", options.interval);
+    fragment += number("-off", options.offset);
+    if (!options.fixedLevels.isEmpty())
+        fragment += QStringLiteral("-fl ") + options.fixedLevels + QLatin1Char(' ');
+    return fragment;
+}
+
+QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile)
+{
+    static const QRegularExpression plainPath(QStringLiteral("^[A-Za-z0-9_./+:@-]+$"));
+    const auto color = [](const char *name, const QString &value) {
+        const QColor parts(value);
+        return QStringLiteral("%1 %2 %3 %4 ")
+            .arg(QLatin1String(name), QString::number(parts.red()), QString::number(parts.green()),
+                 QString::number(parts.blue()));
+    };
+    QString fragment;
+    if (!pointFile.isEmpty())
+        fragment += QStringLiteral("-point_file ")
+            + (plainPath.match(pointFile).hasMatch() ? pointFile : quotedArgument(pointFile))
+            + QLatin1Char(' ');
+    if (!options.combined)
+        fragment += QStringLiteral("-DstOp OVERWRITE ");
+    else if (!options.combination.isEmpty())
+        fragment += QStringLiteral("-DstOp ") + options.combination + QLatin1Char(' ');
+    if (options.groundHeight)
+        fragment += QStringLiteral("-SH %1 ").arg(*options.groundHeight, 0, 'g', 6);
+    fragment += color("-CNOZ", options.hiddenColor);
+    fragment += color("-COZ", options.visibleColor);
+    fragment += color("-CNoData", options.noDataColor);
+    return fragment;
+}
+
+QString colorReliefFragment(const ColorReliefOptions &options)
+{
+    return options.alpha ? QStringLiteral("-alpha") : QString();
+}
+
+bool isComplete(const ShadedOptions &options)
+{
+    return options.scaleIndex >= 0 || !options.scaleText.isEmpty();
+}
+
+bool isComplete(const SlopeOptions &options)
+{
+    return options.scaleIndex >= 0 || !options.scaleText.isEmpty();
+}
+
+bool isComplete(const ContourOptions &options)
+{
+    return options.interval || !options.fixedLevels.isEmpty();
+}

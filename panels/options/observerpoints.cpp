@@ -1,0 +1,123 @@
+#include "panels/options/observerpoints.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+#include "messages/label.h"
+#include "panels/options/recordfields.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+#include <gdal_priv.h>
+#include <ogrsf_frmts.h>
+
+#include <cmath>
+#include <memory>
+
+QString altitudeModeText(AltitudeMode mode)
+{
+    return mode == AltitudeMode::Relative ? QStringLiteral("Relative") : QStringLiteral("Absolute");
+}
+
+std::optional<AltitudeMode> readAltitudeMode(const QString &text)
+{
+    for (const AltitudeMode mode : {AltitudeMode::Relative, AltitudeMode::Absolute}) {
+        if (text.compare(altitudeModeText(mode), Qt::CaseInsensitive) == 0)
+            return mode;
+    }
+    return std::nullopt;
+}
+
+std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::optional<double> &ground)
+{
+    if (point.mode == AltitudeMode::Absolute)
+        return point.height;
+    return ground ? std::optional<double>(*ground + point.height) : std::nullopt;
+}
+
+QList<ObserverPoint> readPointLines(const QString &text, const ObserverPoint &defaults, int &unread)
+{
+    static const QRegularExpression separators(QStringLiteral("[\\s;]+"));
+    QList<ObserverPoint> points;
+    unread = 0;
+    for (const QString &line : text.split(QLatin1Char('\n'))) {
+        const QStringList fields = line.split(separators, Qt::SkipEmptyParts);
+        if (fields.isEmpty())
+            continue;
+        ObserverPoint point = defaults;
+        bool good = fields.size() >= 2 && fields.size() <= 5;
+        double *const numbers[] = {&point.x, &point.y, &point.height, nullptr, &point.maxDistance};
+        for (int at = 0; good && at < fields.size(); ++at) {
+            if (numbers[at]) {
+                good = readNumber(fields.at(at), *numbers[at]);
+            } else {
+                const auto mode = readAltitudeMode(fields.at(at));
+                good = mode.has_value();
+                point.mode = mode.value_or(point.mode);
+            }
+        }
+        if (good)
+            points += point;
+        else
+            ++unread;
+    }
+    return points;
+}
+
+ObserverPoint readPointRow(const QVariantMap &row, QString &problem)
+{
+    ObserverPoint point;
+    const QList<QPair<QString, double *>> numbers{
+        {"x", &point.x}, {"y", &point.y}, {"height", &point.height}, {"distance", &point.maxDistance}};
+    for (const auto &[name, number] : numbers) {
+        const bool required = name.size() == 1;
+        if ((required || row.contains(name)) && !readNumber(row.value(name), *number))
+            problem = labelText({"MESS_OBS_NOMBRE",
+                                 "Chaque observateur demande les nombres x et y ; %1 n'en est pas un."})
+                          .arg(name);
+    }
+    if (row.contains(QStringLiteral("mode"))) {
+        const auto mode = readAltitudeMode(row.value(QStringLiteral("mode")).toString());
+        if (!mode)
+            problem = labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
+        point.mode = mode.value_or(point.mode);
+    }
+    if (row.contains(QStringLiteral("enabled"))
+        && !readSwitch(row.value(QStringLiteral("enabled")), point.enabled))
+        problem = switchProblem(QStringLiteral("enabled"), row.value(QStringLiteral("enabled")));
+    return point;
+}
+
+QVariantMap pointRow(const ObserverPoint &point)
+{
+    return {{QStringLiteral("enabled"), point.enabled},
+            {QStringLiteral("x"), point.x},
+            {QStringLiteral("y"), point.y},
+            {QStringLiteral("height"), point.height},
+            {QStringLiteral("mode"), altitudeModeText(point.mode)},
+            {QStringLiteral("distance"), point.maxDistance}};
+}
+
+QString writePointFile(const QString &folder, const QList<ToolObserver> &observers)
+{
+    const QString path = QDir(folder).filePath(QStringLiteral("point.shp"));
+    const GdalMessages messages; // told by the empty path
+    GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
+    std::unique_ptr<GDALDataset> file(
+        driver ? driver->Create(encodePath(path).constData(), 0, 0, 0, GDT_Unknown, nullptr) : nullptr);
+    OGRLayer *layer = file ? file->CreateLayer("point", nullptr, wkbPoint25D, nullptr) : nullptr;
+    OGRFieldDefn distance("Max_Dist", OFTReal);
+    if (!layer || layer->CreateField(&distance) != OGRERR_NONE)
+        return {};
+    for (const ToolObserver &observer : observers) {
+        OGRFeature feature(layer->GetLayerDefn());
+        OGRPoint point(observer.x, observer.y, observer.z);
+        feature.SetGeometry(&point);
+        feature.SetField(0, observer.maxDistance);
+        if (layer->CreateFeature(&feature) != OGRERR_NONE)
+            return {};
+    }
+    file.reset(); // what is still to be written may meet a full disk
+    return messages.lastError().isEmpty() ? path : QString();
+}

@@ -1,0 +1,55 @@
+#include "panels/options/recordfields.h"
+
+#include <cmath>
+
+bool readNumber(const QVariant &value, double &number)
+{
+    bool isNumber = value.userType() == QMetaType::Double || value.userType() == QMetaType::Int
+        || value.userType() == QMetaType::LongLong;
+    if (isNumber)
+        number = value.toDouble();
+    else if (value.userType() == QMetaType::QString)
+        number = value.toString().toDouble(&isNumber);
+    return isNumber && std::isfinite(number);
+}
+
+bool readSwitch(const QVariant &value, bool &on)
+{
+    if (value.userType() == QMetaType::Bool) {
+        on = value.toBool();
+        return true;
+    }
+    const QString text = value.userType() == QMetaType::QString ? value.toString() : QString();
+    if (text != QLatin1String("true") && text != QLatin1String("false"))
+        return false;
+    on = text == QLatin1String("true");
+    return true;
+}
+
+bool isNone(const QVariant &value)
+{
+    return value.userType() == QMetaType::Nullptr;
+}
+
+QString numberProblem(const QString &name, const QVariant &value, double lowest, double highest, bool whole)
+{
+    const QString given = value.toString();
+    const QString from = QString::number(lowest);
+    const QString to = QString::number(highest);
+    if (whole)
+        return labelText({"MESS_OPT_PAS_ENTIER", "%1 doit être un nombre entier de %2 à %3, pas « %4 »."})
+            .arg(name, from, to, given);
+    return labelText({"MESS_OPT_PAS_NOMBRE", "%1 doit être un nombre de %2 à %3, pas « %4 »."})
+        .arg(name, from, to, given);
+}
+
+QString switchProblem(const QString &name, const QVariant &value)
+{
+    return labelText({"MESS_OPT_PAS_BOOL", "%1 doit être true ou false, pas « %2 »."})
+        .arg(name, value.toString());
+}
+
+QString textProblem(const QString &name)
+{
+    return labelText({"MESS_OPT_PAS_TEXTE", "%1 doit être un texte entre guillemets."}).arg(name);
+}

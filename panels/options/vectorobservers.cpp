@@ -1,0 +1,221 @@
+#include "panels/options/vectorobservers.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+
+#include <gdal_priv.h>
+#include <ogrsf_frmts.h>
+
+#include <cmath>
+#include <memory>
+
+namespace
+{
+
+struct Release
+{
+    void operator()(OGRCoordinateTransformation *transformation) const
+    {
+        OGRCoordinateTransformation::DestroyCT(transformation);
+    }
+};
+using Transformation = std::unique_ptr<OGRCoordinateTransformation, Release>;
+
+/// From the layer's CRS to the DEM's; null where one of them is not known.
+Transformation transformationTo(const QString &crs, const OGRSpatialReference *layer, bool &possible)
+{
+    possible = true;
+    if (crs.isEmpty() || !layer)
+        return nullptr;
+    OGRSpatialReference source(*layer);
+    OGRSpatialReference target;
+    source.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    target.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    target.SetFromUserInput(crs.toUtf8().constData());
+    Transformation transformation(OGRCreateCoordinateTransformation(&source, &target));
+    possible = transformation != nullptr;
+    return transformation;
+}
+
+QHash<QString, double> numericValues(const OGRFeature &feature)
+{
+    QHash<QString, double> values;
+    for (int at = 0; at < feature.GetFieldCount(); ++at) {
+        const OGRFieldDefn &field = *feature.GetFieldDefnRef(at);
+        const bool isNumber =
+            field.GetType() == OFTReal || field.GetType() == OFTInteger || field.GetType() == OFTInteger64;
+        if (isNumber && feature.IsFieldSetAndNotNull(at))
+            values.insert(QString::fromUtf8(field.GetNameRef()), feature.GetFieldAsDouble(at));
+    }
+    return values;
+}
+
+bool takeLine(const OGRSimpleCurve &line, VectorObservers &found)
+{
+    QVector<QPointF> vertices;
+    for (const OGRPoint &point : line) {
+        if (!std::isfinite(point.getX()) || !std::isfinite(point.getY()))
+            return false;
+        vertices += QPointF(point.getX(), point.getY());
+    }
+    if (!vertices.isEmpty())
+        found.lines += vertices;
+    return !vertices.isEmpty();
+}
+
+bool takeSite(const OGRPoint &point, const QHash<QString, double> &values, VectorObservers &found)
+{
+    if (point.IsEmpty() || !std::isfinite(point.getX()) || !std::isfinite(point.getY()))
+        return false;
+    VectorSite site{{point.getX(), point.getY()}, std::nullopt, values};
+    if (point.Is3D() && std::isfinite(point.getZ()))
+        site.z = point.getZ();
+    found.hasZ = found.hasZ || site.z;
+    found.sites += site;
+    return true;
+}
+
+bool takeGeometry(const OGRGeometry &geometry, const QHash<QString, double> &values, VectorObservers &found)
+{
+    switch (wkbFlatten(geometry.getGeometryType())) {
+    case wkbPoint:
+        return takeSite(*geometry.toPoint(), values, found);
+    case wkbLineString:
+    case wkbLinearRing:
+        return takeLine(*geometry.toSimpleCurve(), found);
+    case wkbPolygon:
+    case wkbTriangle: {
+        bool taken = !geometry.IsEmpty();
+        for (const OGRLinearRing *ring : *geometry.toPolygon())
+            taken = takeLine(*ring, found) && taken;
+        return taken;
+    }
+    case wkbMultiPoint:
+    case wkbMultiLineString:
+    case wkbMultiPolygon:
+    case wkbGeometryCollection: {
+        bool taken = !geometry.IsEmpty();
+        for (const OGRGeometry *part : *geometry.toGeometryCollection())
+            taken = takeGeometry(*part, values, found) && taken;
+        return taken;
+    }
+    default:
+        return false;
+    }
+}
+
+void takeLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
+{
+    bool possible = true;
+    const Transformation transformation = transformationTo(crs, layer.GetSpatialRef(), possible);
+    for (auto &feature : layer) {
+        const OGRGeometry *geometry = feature->GetGeometryRef();
+        const std::unique_ptr<OGRGeometry> own(geometry && possible ? geometry->getLinearGeometry() : nullptr);
+        const bool placed = own && (!transformation || own->transform(transformation.get()) == OGRERR_NONE);
+        const QHash<QString, double> values = numericValues(*feature);
+        const auto sitesBefore = found.sites.size();
+        if (!placed || !takeGeometry(*own, values, found)) {
+            ++found.notTaken;
+            continue;
+        }
+        if (found.sites.size() == sitesBefore)
+            continue;
+        for (auto value = values.begin(); value != values.end(); ++value) {
+            if (!found.numericAttributes.contains(value.key()))
+                found.numericAttributes += value.key();
+        }
+    }
+}
+
+double distance(const QPointF &one, const QPointF &other)
+{
+    return std::hypot(other.x() - one.x(), other.y() - one.y());
+}
+
+/// Of a line's samples; the last of a closed line is its first, and does not count.
+double sampleCount(const QVector<QPointF> &line, double step)
+{
+    double length = 0.0;
+    for (int at = 1; at < line.size(); ++at)
+        length += distance(line[at - 1], line[at]);
+    const double steps = std::floor(length / step);
+    const bool endsOnStart = line.first() == line.last() && steps > 0.0 && steps * step == length;
+    return endsOnStart ? steps : steps + 1.0;
+}
+
+} // namespace
+
+VectorObservers readVectorObservers(const QString &path, const QString &crs)
+{
+    VectorObservers found;
+    const GdalMessages messages;
+    const std::unique_ptr<GDALDataset> source(
+        GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));
+    if (!source) {
+        found.error = messages.lastError().isEmpty() ? path : messages.lastError();
+        return found;
+    }
+    char **files = source->GetFileList();
+    for (char **file = files; file && *file; ++file)
+        found.files += decodePath(*file);
+    CSLDestroy(files);
+    for (OGRLayer *layer : source->GetLayers())
+        takeLayer(*layer, crs, found);
+    found.numericAttributes.sort();
+    return found;
+}
+
+double sampledCount(const VectorObservers &source, double step)
+{
+    auto count = static_cast<double>(source.sites.size());
+    for (const QVector<QPointF> &line : source.lines)
+        count += sampleCount(line, step);
+    return count;
+}
+
+QVector<QPointF> sampledLine(const QVector<QPointF> &line, double step)
+{
+    QVector<QPointF> points;
+    if (line.isEmpty() || !(step > 0.0))
+        return points;
+    const double count = std::min(sampleCount(line, step), mostObservers);
+    int segment = 1;
+    double before = 0.0; // length up to the segment
+    for (int at = 0; at < count; ++at) {
+        const double along = at * step;
+        while (segment + 1 < line.size() && before + distance(line[segment - 1], line[segment]) < along) {
+            before += distance(line[segment - 1], line[segment]);
+            ++segment;
+        }
+        const double span = segment < line.size() ? distance(line[segment - 1], line[segment]) : 0.0;
+        points += span > 0.0
+            ? line[segment - 1] + (line[segment] - line[segment - 1]) * qMin(1.0, (along - before) / span)
+            : line[segment - 1];
+    }
+    return points;
+}
+
+QList<ObserverPoint> observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
+                                   const HeightChoice &heights)
+{
+    QList<ObserverPoint> points;
+    const auto add = [&](const QPointF &position) -> ObserverPoint & {
+        points += defaults;
+        points.last().x = position.x();
+        points.last().y = position.y();
+        return points.last();
+    };
+    for (const VectorSite &site : source.sites) {
+        ObserverPoint &point = add(site.position);
+        if (heights.fromZ && site.z) {
+            point.height = *site.z;
+            point.mode = AltitudeMode::Absolute;
+        }
+        point.height = site.values.value(heights.attribute, point.height);
+    }
+    for (const QVector<QPointF> &line : source.lines) {
+        for (const QPointF &sample : sampledLine(line, step))
+            add(sample);
+    }
+    return points;
+}

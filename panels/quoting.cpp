@@ -1,8 +1,0 @@
-#include "panels/quoting.h"
-
-QString quotedArgument(const QString &text)
-{
-    QString escaped = text;
-    escaped.replace(QLatin1Char('"'), QLatin1String("\"\"\""));
-    return QLatin1Char('"') + escaped + QLatin1Char('"');
-}

@@ -1,0 +1,175 @@
+#include "app/process/commandline.h"
+
+#include "app/batch/terminalprogress.h"
+#include "app/run/shelltext.h"
+#include "runner/commandsplit.h"
+
+#include <QProcess>
+#include <QTest>
+
+class CommandLineTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void golden_data();
+    void golden();
+    void noProcessHasNoArguments();
+    void declared();
+    void terminal();
+    void shellWords_data();
+    void shellWords();
+};
+
+namespace
+{
+
+ProcessingRequest request(Process process, const QString &mode = {})
+{
+    ProcessingRequest request;
+    request.process = process;
+    request.mode = mode;
+    request.input = QStringLiteral("/a b/dem.tif");
+    request.output = QStringLiteral("/out/p.tif");
+    request.band = 2;
+    request.fragment = QStringLiteral("-x 1 ");
+    return request;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(ProcessingRequest)
+
+void CommandLineTest::golden_data()
+{
+    QTest::addColumn<ProcessingRequest>("asked");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("arguments");
+
+    const auto row = [](const char *name, ProcessingRequest asked, const char *text,
+                        const QStringList &arguments) {
+        QTest::newRow(name) << asked << QString::fromLatin1(text) << arguments;
+    };
+    row("shaded relief", request(Process::ShadedRelief, "hillshade"),
+        "hillshade \"/a b/dem.tif\"  \"/out/p.tif\" -x 1  -b 2 -of \"GTiff\"",
+        {"hillshade", "/a b/dem.tif", "/out/p.tif", "-x", "1", "-b", "2", "-of", "GTiff"});
+
+    ProcessingRequest empty = request(Process::TriTpiRoughness, "TPI");
+    empty.fragment.clear();
+    empty.format = QStringLiteral("COG");
+    row("empty fragment", empty, "TPI \"/a b/dem.tif\"  \"/out/p.tif\"  -b 2 -of \"COG\"",
+        {"TPI", "/a b/dem.tif", "/out/p.tif", "-b", "2", "-of", "COG"});
+
+    ProcessingRequest colours = request(Process::ColorRelief, "color-relief");
+    colours.colorTableFile = QStringLiteral("/c d.txt");
+    colours.tiled = true;
+    row("colour relief, tiled", colours,
+        "color-relief \"/a b/dem.tif\" \"/c d.txt\" \"/out/p.tif\" -x 1  -b 2 -of \"GTiff\" -co \"TILED=YES\"",
+        {"color-relief", "/a b/dem.tif", "/c d.txt", "/out/p.tif", "-x", "1", "-b", "2", "-of", "GTiff", "-co",
+         "TILED=YES"});
+
+    ProcessingRequest worldFile = request(Process::Slope, "slope");
+    worldFile.worldFile = true;
+    row("world file without tiles", worldFile,
+        "slope \"/a b/dem.tif\"  \"/out/p.tif\" -x 1  -b 2 -of \"GTiff\"",
+        {"slope", "/a b/dem.tif", "/out/p.tif", "-x", "1", "-b", "2", "-of", "GTiff"});
+
+    ProcessingRequest zones = request(Process::Intervisibility);
+    zones.tiled = zones.worldFile = true;
+    row("intervisibility", zones,
+        "-SrcFile \"/a b/dem.tif\" -DstFile \"/out/p.tif\" -iBand 2 -x 1  -co \"TILED=YES\" -co \"TFW=YES\"",
+        {"-SrcFile", "/a b/dem.tif", "-DstFile", "/out/p.tif", "-iBand", "2", "-x", "1", "-co", "TILED=YES",
+         "-co", "TFW=YES"});
+
+    ProcessingRequest lines = request(Process::Contour);
+    lines.tiled = true;
+    row("contours", lines, "-b 2 -f \"ESRI Shapefile\" -x 1  -nln \"contour\" \"/a b/dem.tif\" \"/out/p.tif\" ",
+        {"-b", "2", "-f", "ESRI Shapefile", "-x", "1", "-nln", "contour", "/a b/dem.tif", "/out/p.tif"});
+}
+
+void CommandLineTest::golden()
+{
+    QFETCH(ProcessingRequest, asked);
+    QTEST(processArguments(asked), "text");
+    const ProcessCommand split =
+        splitProcessCommand(processCommand(QStringLiteral("/my tools/t.exe"), processArguments(asked)));
+    QCOMPARE(split.program, QStringLiteral("/my tools/t.exe"));
+    QTEST(split.arguments, "arguments");
+}
+
+void CommandLineTest::noProcessHasNoArguments()
+{
+    QCOMPARE(processArguments({}), QString());
+    QVERIFY(declaredOutputs({}).isEmpty());
+}
+
+void CommandLineTest::declared()
+{
+    const auto paths = [](const ProcessingRequest &asked) {
+        QStringList list;
+        for (const QuvoOutputFile &file : declaredOutputs(asked))
+            list += file.path + QLatin1Char('|') + file.driver;
+        return list;
+    };
+    ProcessingRequest asked = request(Process::ShadedRelief, "hillshade");
+    asked.output = QStringLiteral("/o.d/a.b.tif");
+    asked.worldFile = true;
+    QCOMPARE(paths(asked), QStringList{"/o.d/a.b.tif|GTiff"}); // no world file is asked for, so none is ours
+    asked.tiled = true;
+    QCOMPARE(paths(asked), (QStringList{"/o.d/a.b.tif|GTiff", "/o.d/a.b.tfw|"}));
+    asked.tiled = false;
+    asked.format = QStringLiteral("COG");
+    QCOMPARE(paths(asked), (QStringList{"/o.d/a.b.tif|COG", "/o.d/a.b.tif.ovr.tmp|"}));
+
+    const QuvoOutputFilesList lines = declaredOutputs(request(Process::Contour));
+    QCOMPARE(lines.size(), 1);
+    QCOMPARE(lines.first().kind, QuvoOutputFileKind::Vector);
+}
+
+void CommandLineTest::terminal()
+{
+    TerminalProgress progress;
+    QCOMPARE(progress.abandon(), QString());
+    QCOMPARE(progress.advance(0), QStringLiteral("0"));
+    QCOMPARE(progress.advance(2), QStringLiteral(".")); // a tool's 2.5
+    QCOMPARE(progress.advance(2), QString());
+    QCOMPARE(progress.advance(22), QStringLiteral("..10...20."));
+    QCOMPARE(progress.advance(10), QString());
+    QCOMPARE(progress.abandon(), QStringLiteral("\n"));
+    QCOMPARE(progress.finish(), QStringLiteral("..30...40...50...60...70...80...90...100 - done.\n"));
+    QCOMPARE(TerminalProgress().finish(),
+             QStringLiteral("0...10...20...30...40...50...60...70...80...90...100 - done.\n"));
+}
+
+void CommandLineTest::shellWords_data()
+{
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<QString>("windows");
+    QTest::newRow("plain") << "C:\\dem-1.tif"
+                           << "C:\\dem-1.tif";
+    QTest::newRow("empty") << ""
+                           << "^\"^\"";
+    QTest::newRow("blank and percent") << "a b%PATH%"
+                                       << "^\"a b^%PATH^%^\"";
+    QTest::newRow("quotes") << "it's \"so\""
+                            << "^\"it's \\^\"so\\^\"^\"";
+    QTest::newRow("backslashes") << "a \\\" b\\"
+                                 << "^\"a \\\\\\^\" b\\\\^\"";
+    QTest::newRow("everything") << "é中 $HOME `x` !! ~ * ? # ; & | < > ( ) [ ] { } \\n"
+                                << "^\"é中 $HOME `x` ^!^! ~ * ? # ; ^& ^| ^< ^> ^( ^) [ ] { } \\n^\"";
+}
+
+void CommandLineTest::shellWords()
+{
+    QFETCH(QString, word);
+    QTEST(shellCommand({word}, Shell::Windows), "windows");
+    for (const QString &text : {word, word + "\n\t" + word, word + "\n"}) {
+        QProcess shell;
+        shell.start("sh", {"-c", shellCommand({"printf", "%s|", text, "-x"}, Shell::Posix)});
+        QVERIFY(shell.waitForFinished());
+        QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), text + "|-x|");
+    }
+}
+
+QTEST_APPLESS_MAIN(CommandLineTest)
+#include "commandline_test.moc"

@@ -1,0 +1,141 @@
+#include "app/run/outputname.h"
+
+#include "app/run/outputlock.h"
+#include "dataset/overviews.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <filesystem>
+
+class OutputNameTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void names_data();
+    void names();
+    void theInputUnderAnyName();
+    void linksAreFollowed();
+    void overviews();
+    void space();
+    void lock();
+
+private:
+    QString make(const QString &name) const
+    {
+        QFile file(m_folder->filePath(name));
+        return file.open(QIODevice::WriteOnly) ? file.fileName() : QString();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void OutputNameTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/sortie é XXXXXX"));
+}
+
+void OutputNameTest::names_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("usable"); // empty: refused
+
+    QTest::newRow("good") << "a.tif"
+                          << "a.tif";
+    QTest::newRow("other extension, other case") << "a.TIFF"
+                                                 << "a.TIFF";
+    QTest::newRow("none: added") << "a"
+                                 << "a.tif";
+    QTest::newRow("dot at the end") << "a."
+                                    << "a.tif";
+    QTest::newRow("hidden file") << ".a"
+                                 << ".a.tif";
+    QTest::newRow("quotes, blanks, marks") << "l'\"été\" %1 <b>.tif"
+                                           << "l'\"été\" %1 <b>.tif";
+    QTest::newRow("empty") << ""
+                           << "";
+    QTest::newRow("foreign extension") << "a.png"
+                                       << "";
+    QTest::newRow("missing folder") << "no/a.tif"
+                                    << "";
+    QTest::newRow("a folder") << "sub"
+                              << "";
+    QTest::newRow("a folder that ends like a file") << "sub.tif"
+                                                    << "";
+    QTest::newRow("a folder's name with the extension added") << "subby"
+                                                              << "";
+    QTest::newRow("line feed") << "a\nb.tif"
+                               << "";
+}
+
+void OutputNameTest::names()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, usable);
+    for (const char *folder : {"sub", "sub.tif", "subby.tif"})
+        QVERIFY(QDir(m_folder->path()).mkdir(folder));
+    const QString given = name.isEmpty() ? name : m_folder->filePath(name);
+    const OutputName output = checkOutputName(given, {"tif", "tiff"}, {});
+    QCOMPARE(output.problem.isEmpty(), !usable.isEmpty());
+    if (!usable.isEmpty())
+        QCOMPARE(output.path, m_folder->filePath(usable));
+}
+
+void OutputNameTest::theInputUnderAnyName()
+{
+    const QString dem = make("dem.tif");
+    const QString side = make("dem.ovr.tif");
+    QVERIFY(QFile::link(dem, m_folder->filePath("link.tif")));
+    std::filesystem::create_hard_link(QFile::encodeName(dem).toStdString(),
+                                      QFile::encodeName(m_folder->filePath("hard.tif")).toStdString());
+    QVERIFY(QFile::link(m_folder->path(), m_folder->filePath("loop")));
+    for (const char *name :
+         {"dem.tif", "dem", "dem.ovr.tif", "link.tif", "hard.tif", "loop/dem.tif", "loop/../dem.tif"})
+        QVERIFY2(!checkOutputName(m_folder->filePath(name), {"tif"}, {dem, side}).problem.isEmpty(), name);
+    QCOMPARE(checkOutputName(m_folder->filePath("other.tif"), {"tif"}, {dem, side}).problem, QString());
+}
+
+void OutputNameTest::linksAreFollowed()
+{
+    QVERIFY(QFile::link(m_folder->filePath("new.tif"), m_folder->filePath("dangling.tif")));
+    const OutputName output = checkOutputName(m_folder->filePath("dangling.tif"), {"tif"}, {});
+    QCOMPARE(output.problem, QString());
+    QCOMPARE(output.path, m_folder->filePath("new.tif"));
+    QVERIFY(checkOutputName(m_folder->filePath("no.rule"), {}, {}).problem.isEmpty());
+}
+
+void OutputNameTest::overviews()
+{
+    QCOMPARE(overviewFactors(255, 9000), QVector<int>());
+    QCOMPARE(overviewFactors(256, 256), QVector<int>{2});
+    QCOMPARE(overviewFactors(9000, 511), QVector<int>{2});
+    QCOMPARE(overviewFactors(2048, 3000), (QVector<int>{2, 4, 8, 16}));
+}
+
+void OutputNameTest::space()
+{
+    QCOMPARE(expectedProductSize(processRow(Process::Slope), 100000, 100000), 40000000000LL);
+    QCOMPARE(freeSpaceWarning(m_folder->filePath("a.tif"), 1), QString());
+    QVERIFY(freeSpaceWarning(m_folder->filePath("a.tif"), std::numeric_limits<qint64>::max())
+                .contains(QLatin1String("EiB")));
+}
+
+void OutputNameTest::lock()
+{
+    const QString output = m_folder->filePath("a.tif");
+    QVERIFY(QFile::link(m_folder->path(), m_folder->filePath("loop")));
+    {
+        const OutputLock first(output);
+        QCOMPARE(first.problem(), QString());
+        QVERIFY(OutputLock(m_folder->filePath("loop/a.tif")).problem().contains("loop/a.tif"));
+        QCOMPARE(OutputLock(m_folder->filePath("b.tif")).problem(), QString());
+    }
+    QCOMPARE(OutputLock(output).problem(), QString());
+}
+
+QTEST_GUILESS_MAIN(OutputNameTest)
+#include "outputname_test.moc"

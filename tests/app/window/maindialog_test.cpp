@@ -1,0 +1,536 @@
+#include "app/preview/PreviewLabel.h"
+#include "app/window/dialogrules.h"
+#include "app/window/outputFileAdvancedOptionsDialog.h"
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/gdalmessages.h"
+#include "messages/Prompt.h"
+#include "messages/QuvoLanguageManager.h"
+#include "panels/colorReliefOptionsWidget.h"
+#include "panels/controls/QEditableComboBox.h"
+#include "panels/intervisibilityOptionsWidget.h"
+#include "tests/support/maindialog.h"
+#include "tests/support/rasters.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSettings>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <utility>
+
+class MainDialogTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void startDirectories_data();
+    void startDirectories();
+    void names();
+    void tabsKeepTheirIndexes();
+    void inputAndProposal();
+    void typedInput();
+    void badInputChangesNothing();
+    void launchButton();
+    void productEqualsTheBatchProgramsOwn_data();
+    void productEqualsTheBatchProgramsOwn();
+    void overwriteAsks();
+    void outputIsNeverTheInput();
+    void stopLeavesNothing();
+    void outputOptions();
+    void overviewsAreLeftAtWill();
+    void failureIsTold();
+    void closingDuringARun();
+    void geometryAndRecentFilesComeBack();
+    void dropOpens();
+    void resultDialog();
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    void useTool(const QByteArray &script);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QTemporaryDir m_home;
+    ToolPaths m_tools;
+};
+
+namespace
+{
+
+/// The dialog with its controls at hand.
+struct Dialog : ShownDialog
+{
+    using ShownDialog::ShownDialog;
+    QLineEdit *output() { return find<QLineEdit>("m_pLEOutputFile"); }
+    QPushButton *launch() { return find<QPushButton>("m_pPBLaunchProcess"); }
+    QComboBox *input() { return find<QComboBox>("m_pCBInputListFile"); }
+    QString resultText() { return result() ? result()->findChild<QLabel *>("m_pLText")->text() : QString(); }
+};
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QPushButton *stopButton()
+{
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->findChild<QPushButton *>("m_pPBStop"))
+            return window->findChild<QPushButton *>("m_pPBStop");
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void MainDialogTest::initTestCase()
+{
+    qputenv("XDG_CONFIG_HOME", m_home.path().toUtf8()); // the settings of whoever runs this stay as they are
+    Q_INIT_RESOURCE(quvo);
+    setUpGdal();
+    QuvoLanguageManager::getInstance()->defaultSetup(QStringLiteral(QUVO_TREE "/MESSAGES"), "FRENCH", {});
+}
+
+void MainDialogTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/l'été \"中\" XXXXXX"));
+    m_tools = findTools(QStringLiteral(QUVO_TREE));
+    QSettings("KARVEX", "Riglios").clear();
+    QSettings("KARVEX", "Riglios")
+        .setValue("LastGeometry/showPreview", false); // no tool runs but those asked for
+    QVERIFY(writeHill(path("dem.tif"), 64));
+    Prompt::answerBeforehand({});
+    QuvoFilerDialog::answerBeforehand({});
+}
+
+/// Puts a shell script in the place of the DEM tool.
+void MainDialogTest::useTool(const QByteArray &script)
+{
+    QFile tool(path("tool.exe"));
+    QVERIFY(tool.open(QIODevice::WriteOnly) && tool.write("#!/bin/sh\n" + script) > 0);
+    QVERIFY(tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    m_tools.dem = tool.fileName();
+}
+
+void MainDialogTest::startDirectories_data()
+{
+    QTest::addColumn<QStringList>("choices"); // folder of the last one, keep, text, second recent
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("last chosen") << QStringList{"/last", "keep", "/text", "/second"} << "/last";
+    QTest::newRow("kept") << QStringList{"", "keep", "/text", "/second"} << "/here";
+    QTest::newRow("text") << QStringList{"", "", "/text", "/second"} << "/text";
+    QTest::newRow("second, not first") << QStringList{"", "", "", "/second"} << "/second";
+    QTest::newRow("nothing") << QStringList{"", "", "", ""} << "";
+}
+
+void MainDialogTest::startDirectories()
+{
+    QFETCH(QStringList, choices);
+    QTEST(startDirectory({choices.at(0), !choices.at(1).isEmpty(), "/here", choices.at(2), choices.at(3)}),
+          "expected");
+}
+
+void MainDialogTest::names()
+{
+    QCOMPARE(proposeOutputName(path("a.%2.b.tif"), "hillshade", "tif"), path("a.%2.b_hillshade.tif"));
+    QVERIFY(QFile::copy(path("dem.tif"), path("dem_slope.tif")));
+    QVERIFY(QFile::copy(path("dem.tif"), path("dem_slope_2.tif")));
+    QCOMPARE(proposeOutputName(path("dem.tif"), "slope", "tif"), path("dem_slope_3.tif"));
+    QCOMPARE(proposeOutputName("/vsizip/a.zip/dem.tif", "slope", "tif"),
+             QDir::current().filePath("dem_slope.tif"));
+    for (const char *name : {"/a/dem_slope.tif", "/a/dem_slope_12.img"})
+        QVERIFY2(isProposedName(name, "/a/dem.tif", "slope"), name);
+    for (const char *name :
+         {"/b/dem_slope.tif", "/a/dem_slope_x.tif", "/a/dem_slopes.tif", "/a/dem_aspect.tif"})
+        QVERIFY2(!isProposedName(name, "/a/dem.tif", "slope"), name);
+
+    QCOMPARE(adaptExtension("/a/b.tif", {"shp"}, {"tif", "shp"}), QStringLiteral("/a/b.shp"));
+    QCOMPARE(adaptExtension("/a/b.TIFF", {"tif", "tiff"}, {"tif", "shp"}), QStringLiteral("/a/b.TIFF"));
+    QCOMPARE(adaptExtension("/a/b.v2", {"shp"}, {"tif", "shp"}), QStringLiteral("/a/b.v2"));
+    QCOMPARE(adaptExtension("/a.tif/b", {"shp"}, {"tif", "shp"}), QStringLiteral("/a.tif/b"));
+
+    QStringList recent;
+    for (int index = 0; index < 12; ++index)
+        recent = withRecent(recent, QString::number(index));
+    recent = withRecent(recent, "5");
+    QCOMPARE(recent, (QStringList{"5", "11", "10", "9", "8", "7", "6", "4", "3", "2"}));
+}
+
+void MainDialogTest::tabsKeepTheirIndexes()
+{
+    Dialog dialog(m_tools);
+    const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
+    QCOMPARE(tabs->count(), 7);
+    const QStringList order{"shadedTab",          "slopeTab",       "aspectTab", "tri_tpi_roughnessTab",
+                            "intervisibilityTab", "colorReliefTab", "contourTab"};
+    for (int index = 0; index < tabs->count(); ++index) {
+        QCOMPARE(tabs->widget(index)->objectName(), order.at(index));
+        const bool hasPanel = tabs->widget(index)->findChild<QScrollArea *>() != nullptr;
+        QCOMPARE(tabs->isTabVisible(index), hasPanel); // no tab without its panel
+    }
+}
+
+void MainDialogTest::inputAndProposal()
+{
+    QVERIFY(writeRaster(path("three.tif"), 4, 4, QVector<float>(16, 1), 3));
+    Dialog dialog(m_tools);
+    QVERIFY(!dialog.launch()->isEnabled());
+    QuvoFilerDialog::answerBeforehand({path("three.tif"), path("dem.tif")});
+    QTest::mouseClick(dialog.find<QPushButton>("m_pPBSelectInputDEM"), Qt::LeftButton);
+    QCOMPARE(dialog.input()->currentText(), path("three.tif"));
+    QCOMPARE(dialog.find<QComboBox>("m_pCBBand")->count(), 3);
+    QCOMPARE(dialog.output()->text(), path("three_hillshade.tif"));
+    QVERIFY(dialog.launch()->isEnabled());
+
+    QTest::mouseClick(dialog.find<QPushButton>("m_pPBSelectInputDEM"), Qt::LeftButton);
+    QCOMPARE(dialog.output()->text(), path("dem_hillshade.tif"));
+    const QStringList shown = QuvoFilerDialog::takeShown();
+    QVERIFY2(shown.at(1).contains("|" + m_folder->path() + "|"), qPrintable(shown.at(1)));
+    QVERIFY(shown.at(0).startsWith("Choisir un Modèle Numérique de Terrain...|"));
+
+    // From here on the name is the user's.
+    dialog.output()->selectAll();
+    QTest::keyClicks(dialog.output(), "mine.tif");
+    dialog.window.setInputDem(path("three.tif"));
+    QCOMPARE(dialog.output()->text(), QStringLiteral("mine.tif"));
+    QCOMPARE(dialog.input()->itemText(1), path("dem.tif"));
+}
+
+void MainDialogTest::typedInput()
+{
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    QVERIFY(QFile::copy(path("dem.tif"), path("dem.tif2")));
+    QTest::keyClick(dialog.input()->lineEdit(), Qt::Key_End);
+    QTest::keyClick(dialog.input()->lineEdit(), Qt::Key_2);
+    QVERIFY(!dialog.launch()->isEnabled()); // what stands there is not the DEM that was opened
+    QTRY_VERIFY(dialog.launch()->isEnabled());
+    QCOMPARE(dialog.input()->itemText(0), path("dem.tif2"));
+
+    QTest::keyClick(dialog.input()->lineEdit(), Qt::Key_3);
+    QTest::qWait(400);
+    QCOMPARE(Prompt::takeShown(), QStringList()); // in silence while typing
+    QTest::keyClick(dialog.input()->lineEdit(), Qt::Key_Return);
+    QCOMPARE(Prompt::takeShown().size(), 1);
+    QCOMPARE(dialog.input()->currentText(), path("dem.tif2"));
+    QTest::qWait(50);
+    QVERIFY(!stopButton() && !dialog.result()); // Return belongs to the field, and launches nothing
+}
+
+void MainDialogTest::badInputChangesNothing()
+{
+    QVERIFY(writeRaster(path("three.tif"), 4, 4, QVector<float>(16, 1), 3));
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("three.tif"));
+    dialog.find<QComboBox>("m_pCBBand")->setCurrentIndex(2);
+    dialog.window.setInputDem(path("<b>%1"));
+    QCOMPARE(Prompt::takeShown(),
+             QStringList{"Attention: Le fichier d'entrée n'est pas valide\n\n" + path("<b>%1")});
+    QCOMPARE(dialog.input()->currentText(), path("three.tif"));
+    QCOMPARE(dialog.find<QComboBox>("m_pCBBand")->currentIndex(), 2);
+    QVERIFY(dialog.launch()->isEnabled());
+}
+
+void MainDialogTest::launchButton()
+{
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    dialog.output()->clear();
+    QVERIFY(!dialog.launch()->isEnabled());
+    dialog.output()->setText("a.tif");
+    QVERIFY(dialog.launch()->isEnabled());
+    const auto scale = dialog.find<QWidget>("shadedTab")->findChild<QEditableComboBox *>();
+    scale->lineEdit()->selectAll();
+    QTest::keyClick(scale->lineEdit(), Qt::Key_Delete);
+    QTRY_VERIFY(!dialog.launch()->isEnabled());
+}
+
+void MainDialogTest::productEqualsTheBatchProgramsOwn_data()
+{
+    QTest::addColumn<QString>("tab");
+    QTest::addColumn<QString>("product");
+    QTest::addColumn<QStringList>("byBatch");
+    const auto row = [](const char *tab, const char *product, const QStringList &byBatch) {
+        QTest::newRow(product) << QString(tab) << QString(product) << byBatch;
+    };
+    row("shadedTab", "dem_hillshade.tif", {"hillshade"});
+    row("slopeTab", "dem_slope.tif", {"slope"});
+    row("aspectTab", "dem_aspect.tif", {"aspect"});
+    row("tri_tpi_roughnessTab", "dem_roughness.tif", {"TRI"});
+    row("colorReliefTab", "dem_color.tif", {"color-relief", "--set", "table=viridis", "--set", "spread=true"});
+    row("intervisibilityTab", "dem_intervisibility.tif", {"intervisibility", "--set", "points=VUE"});
+    row("contourTab", "dem_contour_lines.shp", {"contour", "--set", "interval=10"});
+}
+
+void MainDialogTest::productEqualsTheBatchProgramsOwn()
+{
+    QFETCH(QString, tab);
+    QFETCH(QString, product);
+    QFETCH(QStringList, byBatch);
+    QFile observer(path("vue.csv")); // the centre of the DEM, where the window puts its first observer
+    QVERIFY(observer.open(QIODevice::WriteOnly) && observer.write("id,WKT\n1,POINT(500320 5099680)\n") > 0);
+    observer.close();
+    byBatch.replaceInStrings("VUE", observer.fileName());
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    dialog.window.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
+    dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>(qPrintable(tab)));
+    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("10.000");
+    const auto colors = dialog.window.findChild<colorReliefOptionsWidget *>();
+    colors->slot_onNewColorFileCreated(QStringLiteral(QUVO_TREE "/libraries/colormap/viridis.txt"));
+    dialog.find<QAbstractButton>("m_pRBRelatifAltitude")->click();
+    QTRY_VERIFY(dialog.launch()->isEnabled());
+    QTRY_VERIFY(colors->options().minimum);
+    if (tab == QLatin1String("colorReliefTab"))
+        byBatch += {"--set", "minimum=" + QString::number(*colors->options().minimum, 'g', 17), "--set",
+                    "maximum=" + QString::number(*colors->options().maximum, 'g', 17)};
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.result());
+    QCOMPARE(dialog.resultText(),
+             QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
+    QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Opération terminée"));
+    QProcess batch;
+    const QString other = path("batch.") + QFileInfo(product).suffix();
+    batch.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
+                QStringList{"--input", path("dem.tif"), "--output", other, "--process"} + byBatch);
+    QVERIFY(batch.waitForFinished());
+    QVERIFY(!bytesOf(other).isEmpty());
+    QCOMPARE(bytesOf(path(product)), bytesOf(other));
+}
+
+void MainDialogTest::overwriteAsks()
+{
+    QFile old(path("old.tif"));
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("precious") > 0);
+    old.close();
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    dialog.output()->setText(path("old.tif"));
+    Prompt::answerBeforehand({false, true});
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::qWait(50);
+    QCOMPARE(bytesOf(path("old.tif")), QByteArray("precious"));
+    QVERIFY(Prompt::takeShown().constFirst().contains(path("old.tif")));
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.result());
+    QVERIFY(bytesOf(path("old.tif")).startsWith("II*"));
+}
+
+void MainDialogTest::outputIsNeverTheInput()
+{
+    const QByteArray before = bytesOf(path("dem.tif"));
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    for (const QString &name : {path("dem.tif"), path("dem"), path("no such folder/a.tif"), path("a.png")}) {
+        dialog.output()->setText(name);
+        QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+        const QStringList shown = Prompt::takeShown();
+        QCOMPARE(shown.size(), 1);
+        QVERIFY2(shown.first().startsWith("Attention: Le fichier de sortie n'est pas valide.\n" + name),
+                 qPrintable(shown.first()));
+    }
+    QuvoFilerDialog::answerBeforehand({path("dem.tif")});
+    QTest::mouseClick(dialog.find<QPushButton>("m_pPBSelectOutputFile"), Qt::LeftButton);
+    QCOMPARE(Prompt::takeShown().size(), 1);
+    QCOMPARE(dialog.output()->text(), path("a.png")); // nothing was taken
+    QCOMPARE(bytesOf(path("dem.tif")), before);
+    QCOMPARE(besideInput("mine.tif", path("dem.tif")), path("mine.tif"));
+}
+
+void MainDialogTest::stopLeavesNothing()
+{
+    useTool("echo half > \"$3\"; printf '0...10...20'; sleep 60\n");
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTRY_VERIFY(QFile::exists(path("dem_hillshade.tif")));
+    QTRY_VERIFY(stopButton());
+    QTest::mouseClick(stopButton(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.result());
+    QCOMPARE(dialog.resultText(), QStringLiteral("Le traitement a été annulé."));
+    QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
+    QVERIFY(!stopButton());
+}
+
+void MainDialogTest::outputOptions()
+{
+    QVERIFY(writeHill(path("dem.tif"), 600));
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    const auto change = [&](const QString &format, const QStringList &boxes) {
+        QTimer::singleShot(50, [&, format, boxes] {
+            const auto options =
+                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
+            QVERIFY(options);
+            const auto list = options->findChild<QComboBox *>();
+            list->setCurrentIndex(list->findData(format));
+            for (const QString &box : boxes)
+                options->findChild<QAbstractButton *>(box)->click(); // of a disabled one nothing follows
+            options->accept();
+        });
+        dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
+    };
+    change("PNG", {"m_pChBTiled"});
+    QCOMPARE(dialog.output()->text(), path("dem_hillshade.png"));
+    change("GTiff", {"m_pChBWorldFile", "m_pChBTiled", "m_pChBWorldFile", "m_pChBOverviews"});
+    QCOMPARE(dialog.output()->text(), path("dem_hillshade.tif"));
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.result());
+    QCOMPARE(dialog.resultText(),
+             QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
+    QVERIFY(QFile::exists(path("dem_hillshade.tfw")) && QFile::exists(path("dem_hillshade.tif.ovr")));
+    dialog.result()->close();
+
+    const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
+    tabs->setCurrentWidget(dialog.find<QWidget>("contourTab"));
+    QVERIFY(dialog.output()->text().endsWith(".shp")); // each kind of product has options of its own
+    change("GPKG", {});
+    QVERIFY(dialog.output()->text().endsWith(".gpkg"));
+    tabs->setCurrentWidget(dialog.find<QWidget>("intervisibilityTab"));
+    change("PNG", {}); // the tool writes no other format
+    QVERIFY(dialog.output()->text().endsWith(".tif"));
+}
+
+void MainDialogTest::overviewsAreLeftAtWill()
+{
+    QVERIFY(writeHill(path("dem.tif"), 600));
+    const QString tool = m_tools.dem;
+    for (const char *script : {"echo half > \"$2.ovr\"; printf '0...10'; sleep 60\n",
+                               "echo half > \"$2.ovr\"; echo 'no room' >&2; exit 1\n"}) {
+        useTool(script);
+        m_tools.batch = std::exchange(m_tools.dem, tool);
+        Dialog dialog(m_tools);
+        dialog.window.setInputDem(path("dem.tif"));
+        dialog.output()->setText(path("vues.tif"));
+        Prompt::answerBeforehand({true});
+        QTimer::singleShot(50, [] {
+            const auto options =
+                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
+            options->findChild<QAbstractButton *>("m_pChBOverviews")->click();
+            options->accept();
+        });
+        dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
+        QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+        QTRY_VERIFY(QFile::exists(path("vues.tif.ovr")) || dialog.result());
+        if (QByteArray(script).contains("sleep")) {
+            QTRY_VERIFY(stopButton());
+            QTest::mouseClick(stopButton(), Qt::LeftButton);
+        }
+        QTRY_VERIFY(dialog.result());
+        QVERIFY2(dialog.resultText().contains("complet sans elles"), qPrintable(dialog.resultText()));
+        QVERIFY(QFile::exists(path("vues.tif")) && !QFile::exists(path("vues.tif.ovr")));
+    }
+}
+
+void MainDialogTest::failureIsTold()
+{
+    useTool("echo half > \"$3\"; echo 'ERROR 9: <b>no</b>' >&2; exit 5\n");
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.result());
+    QCOMPARE(dialog.resultText(),
+             QStringLiteral("Une erreur est survenue lors de la création de l'image de sortie."));
+    const QString details = dialog.result()->findChild<QPlainTextEdit *>()->toPlainText();
+    QVERIFY(details.contains("ERROR 9: <b>no</b>") && details.contains("5") && details.contains("hillshade"));
+    QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
+    dialog.result()->close();
+
+    useTool("echo half > \"$3\"\n"); // ends well, and its product is none
+    QTRY_VERIFY(!dialog.result());
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.result());
+    QVERIFY(dialog.resultText().contains("ne peut pas être ouvert"));
+    QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
+}
+
+void MainDialogTest::closingDuringARun()
+{
+    useTool("echo half > \"$3\"; sleep 60\n");
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTRY_VERIFY(QFile::exists(path("dem_hillshade.tif")));
+    Prompt::answerBeforehand({false, true});
+    dialog.window.close();
+    QVERIFY(dialog.window.isVisible());
+    dialog.window.close();
+    QVERIFY(!dialog.window.isVisible());
+    QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
+    QCOMPARE(Prompt::takeShown().size(), 2);
+}
+
+void MainDialogTest::geometryAndRecentFilesComeBack()
+{
+    for (const bool escape : {false, true}) {
+        const QSize size(escape ? QSize(780, 790) : QSize(790, 795));
+        {
+            Dialog dialog(m_tools);
+            dialog.window.setInputDem(path("dem.tif"));
+            dialog.window.resize(size);
+            if (escape)
+                QTest::keyClick(&dialog.window, Qt::Key_Escape);
+            else
+                dialog.window.close();
+        }
+        Dialog dialog(m_tools);
+        QCOMPARE(dialog.window.width(), size.width()); // the screen of the offscreen platform bounds the height
+        QCOMPARE(dialog.input()->count(), 1);
+        QCOMPARE(dialog.input()->itemText(0), path("dem.tif"));
+        QCOMPARE(dialog.input()->currentText(), QString());
+    }
+}
+
+void MainDialogTest::dropOpens()
+{
+    Dialog dialog(m_tools);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path("dem.tif"))});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&dialog.window, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent drop(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QVERIFY(!dialog.input()->lineEdit()->acceptDrops() && !dialog.output()->acceptDrops());
+    QApplication::sendEvent(&dialog.window, &drop);
+    QCOMPARE(dialog.input()->currentText(), path("dem.tif"));
+}
+
+void MainDialogTest::resultDialog()
+{
+    QStringList asked;
+    ShellServices services;
+    services.open = [&](const QUrl &url) { return asked += "open " + url.toLocalFile(), false; };
+    services.showInFileManager = [&](const QUrl &url) { return asked += "show " + url.toLocalFile(), true; };
+    ProcessResult result;
+    result.file = path("dem.tif");
+    result.shellCommand = QStringLiteral("'tool' a");
+    processResultDialog dialog(result, nullptr, services);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the desktop did not take"));
+    dialog.findChild<QPushButton *>("m_pPBShowResult")->click();
+    QTRY_VERIFY(!dialog.findChild<PreviewLabel *>("m_pLPreview")->picture().isNull());
+    dialog.findChild<QPushButton *>("m_pPBOpenWith")->click();
+    dialog.findChild<QPushButton *>("m_pPBOpenFolder")->click();
+    dialog.findChild<QPushButton *>("m_pPBCopyCommand")->click();
+    QCOMPARE(asked, (QStringList{"open " + path("dem.tif"), "show " + path("dem.tif")}));
+    QVERIFY(Prompt::takeShown().constFirst().contains(path("dem.tif"))); // no program could open it
+    QCOMPARE(QApplication::clipboard()->text(), result.shellCommand);
+}
+
+QTEST_MAIN(MainDialogTest)
+#include "maindialog_test.moc"

@@ -1,0 +1,161 @@
+#include "panels/options/fragments.h"
+#include "panels/options/processoptions.h"
+
+#include <QTest>
+
+Q_DECLARE_METATYPE(ShadedOptions)
+Q_DECLARE_METATYPE(ProcessOptions)
+
+class FragmentsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shaded_data();
+    void shaded();
+    void others_data();
+    void others();
+    void fieldsAreSetByName_data();
+    void fieldsAreSetByName();
+    void typedRatio();
+};
+
+void FragmentsTest::shaded_data()
+{
+    QTest::addColumn<ShadedOptions>("options");
+    QTest::addColumn<QString>("fragment");
+    QTest::addColumn<bool>("complete");
+
+    const auto row = [](const char *name, auto change, const char *fragment, bool complete = true) {
+        ShadedOptions options;
+        change(options);
+        QTest::newRow(name) << options << QString::fromLatin1(fragment) << complete;
+    };
+    row(
+        "defaults", [](auto &) {}, "-z 1 -s 1 -az -45 -alt 45 ");
+    row(
+        "north", [](auto &o) { o.compass = 0; }, "-z 1 -s 1 -az 270 -alt 45 ");
+    row(
+        "east", [](auto &o) { o.compass = 90; }, "-z 1 -s 1 -az 180 -alt 45 ");
+    row(
+        "west", [](auto &o) { o.compass = 270; }, "-z 1 -s 1 -az 0 -alt 45 ");
+    row(
+        "compass between", [](auto &o) { o.compass = 12.3456789; }, "-z 1 -s 1 -az 257.654 -alt 45 ");
+    row(
+        "least wheel", [](auto &o) { o.exaggeration = 0.1; }, "-z 0.1 -s 1 -az -45 -alt 45 ");
+    row(
+        "rounded wheel", [](auto &o) { o.exaggeration = 0.1 + 0.2; }, "-z 0.3 -s 1 -az -45 -alt 45 ");
+    row(
+        "full wheel", [](auto &o) { o.exaggeration = 100; }, "-z 100 -s 1 -az -45 -alt 45 ");
+    row(
+        "feet on metres", [](auto &o) { o.scaleIndex = 1; }, "-z 1 -s 0.31 -az -45 -alt 45 ");
+    row(
+        "metres on degrees", [](auto &o) { o.scaleIndex = 2; }, "-z 1 -s 111120 -az -45 -alt 45 ");
+    row(
+        "feet on degrees", [](auto &o) { o.scaleIndex = 3; }, "-z 1 -s 370400 -az -45 -alt 45 ");
+    row(
+        "list row hides a typed text", [](auto &o) { o.scaleText = "7"; }, "-z 1 -s 1 -az -45 -alt 45 ");
+    row(
+        "typed ratio", [](auto &o) { o.scaleIndex = -1, o.scaleText = "12"; }, "-z 1 -s 12  -az -45 -alt 45 ");
+    row(
+        "typed place mark", [](auto &o) { o.scaleIndex = -1, o.scaleText = "%1"; },
+        "-z 1 -s %1  -az -45 -alt 45 ");
+    row(
+        "emptied ratio", [](auto &o) { o.scaleIndex = -1; }, "-z 1 -az -45 -alt 45 ", false);
+    row(
+        "both switches", [](auto &o) { o.computeEdges = o.zevenbergenThorne = true, o.altitude = 60; },
+        "-z 1 -s 1 -az -45 -alt 60  -compute_edges -alg ZevenbergenThorne");
+}
+
+void FragmentsTest::shaded()
+{
+    QFETCH(ShadedOptions, options);
+    QTEST(shadedFragment(options), "fragment");
+    QTEST(isComplete(options), "complete");
+}
+
+void FragmentsTest::others_data()
+{
+    QTest::addColumn<ProcessOptions>("options");
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<QString>("fragment");
+
+    const auto row = [](const char *name, const ProcessOptions &options, const char *word,
+                        const char *fragment) {
+        QTest::newRow(name) << options << QString::fromLatin1(word) << QString::fromLatin1(fragment);
+    };
+    row("slope", SlopeOptions{}, "slope", "-compute_edges -s 1 ");
+    row("slope, everything", SlopeOptions{true, 2, "", true, true}, "slope",
+        "-p -compute_edges -alg ZevenbergenThorne -s 111120 ");
+    row("slope, typed", SlopeOptions{false, -1, "%1", false, false}, "slope", "-s %1 ");
+    row("slope, emptied", SlopeOptions{false, -1, "", false, false}, "slope", "");
+    row("aspect", AspectOptions{}, "aspect", " -zero_for_flat -compute_edges");
+    row("aspect, everything", AspectOptions{true, true, true, true}, "aspect",
+        "-trigonometric -zero_for_flat -compute_edges -alg ZevenbergenThorne");
+    row("aspect, nothing", AspectOptions{false, false, false, false}, "aspect", "");
+    row("TRI", TerrainIndexOptions{}, "TRI", "-compute_edges");
+    row("TPI", TerrainIndexOptions{1, false}, "TPI", "");
+    row("roughness", TerrainIndexOptions{2, false}, "roughness", "");
+}
+
+void FragmentsTest::others()
+{
+    QFETCH(ProcessOptions, options);
+    QTEST(processWord(options), "word");
+    QTEST(argumentFragment(options), "fragment");
+}
+
+void FragmentsTest::fieldsAreSetByName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("fragment"); // empty: the value is refused
+
+    QTest::newRow("text for a number") << "exaggeration" << QVariant("2.5") << "-z 2.5 -s 1 -az -45 -alt 45 ";
+    QTest::newRow("JSON number") << "compass" << QVariant(90.0) << "-z 1 -s 1 -az 180 -alt 45 ";
+    QTest::newRow("whole JSON number") << "altitude" << QVariant(60.0) << "-z 1 -s 1 -az -45 -alt 60 ";
+    QTest::newRow("text for a switch")
+        << "computeEdges" << QVariant("true") << "-z 1 -s 1 -az -45 -alt 45  -compute_edges";
+    QTest::newRow("JSON switch") << "zevenbergenThorne" << QVariant(false) << "-z 1 -s 1 -az -45 -alt 45 ";
+    QTest::newRow("too large") << "altitude" << QVariant("91") << "";
+    QTest::newRow("not whole") << "altitude" << QVariant(45.5) << "";
+    QTest::newRow("far too large") << "altitude" << QVariant(1e300) << "";
+    QTest::newRow("not a number") << "exaggeration" << QVariant("nan") << "";
+    QTest::newRow("decimal comma") << "exaggeration" << QVariant("2,5") << "";
+    QTest::newRow("switch for a number") << "exaggeration" << QVariant(true) << "";
+    QTest::newRow("number for a switch") << "computeEdges" << QVariant(1.0) << "";
+    QTest::newRow("number for a text") << "scaleText" << QVariant(2.5) << "";
+    QTest::newRow("no such field") << "azimuth" << QVariant("90") << "";
+}
+
+void FragmentsTest::fieldsAreSetByName()
+{
+    QFETCH(QString, name);
+    QFETCH(QVariant, value);
+    QFETCH(QString, fragment);
+    ProcessOptions options = ShadedOptions{};
+    const QString problem = setOption(options, name, value);
+    if (fragment.isEmpty()) {
+        QVERIFY2(problem.contains(name), qPrintable(problem));
+        QCOMPARE(argumentFragment(options), shadedFragment({}));
+    } else {
+        QCOMPARE(problem, QString());
+        QCOMPARE(argumentFragment(options), fragment);
+    }
+}
+
+void FragmentsTest::typedRatio()
+{
+    ProcessOptions options = ShadedOptions{};
+    QCOMPARE(setOption(options, "scaleText", QVariant("2.5")), QString());
+    settle(options, {"scaleText"});
+    QCOMPARE(argumentFragment(options), QStringLiteral("-z 1 -s 2.5  -az -45 -alt 45 "));
+    QCOMPARE(optionsProblem(options), QString());
+    for (const char *text : {"", "abc", "-1", "0", "1 -alg X", "inf"}) {
+        QCOMPARE(setOption(options, "scaleText", QVariant(text)), QString());
+        QVERIFY2(!optionsProblem(options).isEmpty(), text);
+    }
+}
+
+QTEST_APPLESS_MAIN(FragmentsTest)
+#include "fragments_test.moc"
