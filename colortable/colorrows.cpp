@@ -62,7 +62,7 @@ QVariantList colorRows(const QList<QuvoColorDef> &table)
     return rows;
 }
 
-QList<QuvoColorDef> readColorRows(const QVariant &rows, QString &problem)
+ColorRowsReading readColorRows(const QVariant &rows)
 {
     QList<QuvoColorDef> table;
     const QVariantList list = rows.toList();
@@ -75,10 +75,11 @@ QList<QuvoColorDef> readColorRows(const QVariant &rows, QString &problem)
         table += entry;
     }
     if (!good)
-        problem = labelText({"MESS_TC_RANG", "La couleur %1 de « colors » n'est pas valable."})
-                      .arg(qMax(1, static_cast<int>(table.size())));
+        return {{},
+                labelText({"MESS_TC_RANG", "La couleur %1 de « colors » n'est pas valable."})
+                    .arg(qMax(1, static_cast<int>(table.size())))};
     std::stable_sort(table.begin(), table.end(), [](const QuvoColorDef &one, const QuvoColorDef &other) {
         return one.value < other.value;
     });
-    return table;
+    return {table, {}};
 }

@@ -15,5 +15,12 @@
 /// The rows of a table.
 QVariantList colorRows(const QList<QuvoColorDef> &table);
 
-/// The table of such rows, sorted by value. problem: why they are none, in a sentence; untouched for good ones.
-QList<QuvoColorDef> readColorRows(const QVariant &rows, QString &problem);
+/// A table that was read from its rows.
+struct ColorRowsReading
+{
+    QList<QuvoColorDef> entries; ///< sorted by value; empty with a problem
+    QString problem;             ///< which row is not valid, in a sentence; empty for a good table
+};
+
+/// Reads the rows of a table; a table without rows is a problem.
+ColorRowsReading readColorRows(const QVariant &rows);

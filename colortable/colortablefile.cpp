@@ -118,14 +118,14 @@ ColorTableReading readColorTable(const QString &path)
     ColorTableReading reading;
     QFile file(path);
     if (!QFileInfo(path).isFile()) { // a folder, a device: reading it might never end
-        reading.error = labelText({"MESS_TC_PAS_FICHIER", "« %1 » n'est pas un fichier."}).arg(path);
+        reading.problem = labelText({"MESS_TC_PAS_FICHIER", "« %1 » n'est pas un fichier."}).arg(path);
     } else if (!file.open(QIODevice::ReadOnly)) {
-        reading.error =
+        reading.problem =
             labelText({"MESS_TC_ILLISIBLE", "« %1 » ne peut pas être lu : %2"}).arg(path, file.errorString());
     } else {
         const QByteArray text = file.read(largestTable + 1);
         if (text.size() > largestTable || text.contains('\0'))
-            reading.error =
+            reading.problem =
                 labelText({"MESS_TC_PAS_TEXTE", "« %1 » n'est pas un fichier texte de table couleur."})
                     .arg(path);
         else
@@ -145,10 +145,10 @@ ColorTableReading parseColorTable(const QByteArray &text)
         takeLine(reading, line.trimmed(), ++number);
         if (reading.entries.size() > mostEntries) {
             reading = {};
-            reading.error = labelText({"MESS_TC_LONGUE",
-                                       "Ce fichier a plus de %1 lignes de couleurs : ce n'est pas une "
-                                       "table couleur."})
-                                .arg(mostEntries);
+            reading.problem = labelText({"MESS_TC_LONGUE",
+                                         "Ce fichier a plus de %1 lignes de couleurs : ce n'est pas une "
+                                         "table couleur."})
+                                  .arg(mostEntries);
             return reading;
         }
     }
@@ -225,9 +225,9 @@ QString freeTableName(const QString &folder, const QString &base)
     return name;
 }
 
-TableWriting writeTableFile(const QString &path, const QByteArray &text)
+QString writeTableFile(const QString &path, const QByteArray &text)
 {
     QSaveFile file(path);
     const bool written = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
-    return {written, written ? QString() : file.errorString()};
+    return written ? QString() : file.errorString();
 }

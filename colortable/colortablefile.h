@@ -20,7 +20,7 @@ struct ColorTableReading
     int invalidLine = 0;         ///< the first of them, from 1
     bool relative = false;       ///< the first entry of the file other than the no-data entry is a percentage
     bool plain = true;           ///< the DEM tool reads the same entries in the file
-    QString error;               ///< why the file could not be read, in a sentence; empty otherwise
+    QString problem;             ///< why the file could not be read, in a sentence; empty otherwise
 };
 
 /// Reads a table file of at most 4 MiB and 10,000 entries.
@@ -53,12 +53,6 @@ SpreadTable spreadTable(const QList<QuvoColorDef> &entries, double demMinimum, d
 /// A name in the folder that no file has: "base.txt", or "base_1.txt" and so on.
 QString freeTableName(const QString &folder, const QString &base);
 
-/// Whether a table file was written.
-struct TableWriting
-{
-    bool written = false;
-    QString error; ///< the system's words for what went wrong
-};
-
-/// Writes a table file whole or not at all.
-TableWriting writeTableFile(const QString &path, const QByteArray &text);
+/// Writes a table file whole or not at all. Returns why it could not, in the system's words; empty when the
+/// file is written.
+QString writeTableFile(const QString &path, const QByteArray &text);

@@ -68,7 +68,7 @@ RasterInfo readRasterInfo(const QString &path)
     const std::unique_ptr<GDALDataset> dataset(
         GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
     if (!dataset) {
-        info.error = messages.lastError();
+        info.problem = messages.lastError();
         return info;
     }
     info.width = dataset->GetRasterXSize();
@@ -79,6 +79,6 @@ RasterInfo readRasterInfo(const QString &path)
     if (isVirtualPath(path) && !source.isEmpty() && !info.files.contains(source))
         info.files += source;
     if (info.bandCount == 0)
-        info.error = labelText({"MESS_RASTER_SANS_BANDE", "Ce fichier ne contient aucune bande raster."});
+        info.problem = labelText({"MESS_RASTER_SANS_BANDE", "Ce fichier ne contient aucune bande raster."});
     return info;
 }

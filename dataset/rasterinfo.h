@@ -11,7 +11,7 @@ struct RasterInfo
     int bandCount = 0; ///< bands are numbered from 1
     QStringList files; ///< the local files that make up the data set, those that a virtual raster refers to and
                        ///< the archive around a virtual path included
-    QString error;     ///< GDAL's reason why it could not be opened; empty otherwise
+    QString problem;   ///< GDAL's reason why it could not be opened; empty otherwise
 };
 
 /// Opens the raster read-only and closes it again; nothing is written beside it. A data set without bands (a

@@ -7,29 +7,30 @@
 #include <QPushButton>
 #include <QVariant>
 
+#include <optional>
+
 namespace
 {
 
 constexpr char answersProperty[] = "quvoPromptAnswers";
 constexpr char shownProperty[] = "quvoPromptShown";
 
-/// Whether a test has answered beforehand; then the answer.
-bool answered(const QString &title, const QString &text, bool &answer)
+/// The answer that a test gave beforehand; nothing where the box is to be shown.
+std::optional<bool> answerOf(const QString &title, const QString &text)
 {
     if (!qApp->property(answersProperty).isValid())
-        return false;
+        return std::nullopt;
     QVariantList answers = qApp->property(answersProperty).toList();
-    answer = !answers.isEmpty() && answers.takeFirst().toBool();
+    const bool answer = !answers.isEmpty() && answers.takeFirst().toBool();
     qApp->setProperty(answersProperty, answers);
     qApp->setProperty(shownProperty,
                       qApp->property(shownProperty).toStringList() << title + QStringLiteral(": ") + text);
-    return true;
+    return answer;
 }
 
 void show(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text)
 {
-    bool answer = false;
-    if (answered(title, text, answer))
+    if (answerOf(title, text))
         return;
     QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
     box.setTextFormat(Qt::PlainText);
@@ -51,9 +52,8 @@ void Prompt::critical(QWidget *parent, const QString &text)
 bool Prompt::question(QWidget *parent, const QString &text)
 {
     const QString title = labelText({"MESS_QUESTION", "Question"});
-    bool answer = false;
-    if (answered(title, text, answer))
-        return answer;
+    if (const auto answer = answerOf(title, text))
+        return *answer;
     QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
     const auto yes = box.addButton(labelText({"MESS_OUI", "Oui"}), QMessageBox::YesRole);

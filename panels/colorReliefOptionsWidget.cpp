@@ -248,8 +248,8 @@ void colorReliefOptionsWidget::slot_addAColorFile()
     if (file.isEmpty())
         return;
     const ColorTableReading reading = readColorTable(file);
-    if (!reading.error.isEmpty() || elevationEntries(reading.entries).isEmpty()) {
-        const QString reason = reading.error.isEmpty() ? file : reading.error;
+    if (!reading.problem.isEmpty() || elevationEntries(reading.entries).isEmpty()) {
+        const QString reason = reading.problem.isEmpty() ? file : reading.problem;
         Prompt::warning(this,
                         tr("La table couleur spécifiée est invalide.", "MESS_TC_INVALID")
                             + QStringLiteral("\n\n") + reason);
@@ -391,13 +391,12 @@ QString colorReliefOptionsWidget::spreadFile(const QList<QuvoColorDef> &entries)
 
 bool colorReliefOptionsWidget::writeOwnFile(const QString &path, const QByteArray &text)
 {
-    const TableWriting writing = writeTableFile(path, text);
-    if (writing.written)
+    const QString problem = writeTableFile(path, text);
+    if (problem.isEmpty())
         return true;
-    QString message = dico_label("MESS_ERR_ECR_FICH", path.toLocal8Bit().constData());
-    if (!writing.error.isEmpty())
-        message += QStringLiteral("\n\n%1").arg(writing.error);
-    Prompt::critical(this, message);
+    Prompt::critical(this,
+                     dico_label("MESS_ERR_ECR_FICH", path.toLocal8Bit().constData()) + QStringLiteral("\n\n")
+                         + problem);
     return false;
 }
 

@@ -318,15 +318,13 @@ void intervisibilityOptionsWidget::slot_removeAllPoint()
 
 void intervisibilityOptionsWidget::pastePoints()
 {
-    int unread = 0;
-    const QList<ObserverPoint> points =
-        readPointLines(QGuiApplication::clipboard()->text(), defaultPoint(), unread);
-    addPoints(points);
-    if (unread > 0)
+    const PointLinesReading reading = readPointLines(QGuiApplication::clipboard()->text(), defaultPoint());
+    addPoints(reading.points);
+    if (reading.invalidLines > 0)
         Prompt::warning(
             this,
             tr("%1 lignes ne sont pas des points : x y [hauteur [mode [distance]]].", "MESS_OBS_COLLER")
-                .arg(unread));
+                .arg(reading.invalidLines));
 }
 
 void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()

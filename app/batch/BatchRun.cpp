@@ -37,7 +37,8 @@ void BatchRun::onFinished()
 {
     printOutput(m_progress.finish());
     printError(m_run.outcome().toolText);
-    printError(m_run.outcome().warning);
+    for (const QString &warning : m_run.outcome().warnings)
+        printError(warning);
     end(BatchExit::Done, QString());
 }
 
@@ -55,9 +56,9 @@ void BatchRun::onFailed()
     }
     leaveProgress();
     printError(m_run.outcome().toolText);
-    const QString sentence =
+    const QString failure =
         labelText({"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
-    end(BatchExit::Failed, m_run.outcome().sentence.isEmpty() ? sentence : m_run.outcome().sentence);
+    end(BatchExit::Failed, m_run.outcome().problem.isEmpty() ? failure : m_run.outcome().problem);
 }
 
 void BatchRun::leaveProgress()
@@ -66,8 +67,8 @@ void BatchRun::leaveProgress()
         printOutput(m_progress.abandon());
 }
 
-void BatchRun::end(BatchExit exit, const QString &sentence)
+void BatchRun::end(BatchExit exit, const QString &problem)
 {
-    printError(sentence);
+    printError(problem);
     emit finished(exit);
 }

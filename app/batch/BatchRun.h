@@ -29,7 +29,7 @@ private:
     void onAborted();
     void onFailed();
     void leaveProgress();
-    void end(BatchExit exit, const QString &sentence);
+    void end(BatchExit exit, const QString &problem);
 
     QuvoScriptRunner m_scriptRunner;
     ProductRun m_run;

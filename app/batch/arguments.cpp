@@ -136,13 +136,13 @@ BatchArguments readBatchArguments(const QStringList &texts)
     declareOptions(parser);
     BatchArguments arguments;
     if (!parser.parse(texts)) {
-        arguments.error = parser.errorText();
+        arguments.problem = parser.errorText();
         return arguments;
     }
     arguments.action = actionOf(parser);
     arguments.overviewRaster = parser.value(buildName);
     if (arguments.action == BatchAction::Run || arguments.action == BatchAction::PrintCommand)
-        arguments.error = takeValues(arguments, parser);
+        arguments.problem = takeValues(arguments, parser);
     return arguments;
 }
 

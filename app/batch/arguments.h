@@ -38,7 +38,7 @@ struct BatchArguments
     bool worldFile = false;
     bool overwrite = false;
     QVector<QPair<QString, QString>> options; ///< name and value of each --set, in their order
-    QString error; ///< what is wrong with the command line, in a sentence; empty for a good one
+    QString problem; ///< what is wrong with the command line, in a sentence; empty for a good one
 };
 
 constexpr char pipedRecipeName[] = "-";

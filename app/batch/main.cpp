@@ -68,8 +68,9 @@ int run(const BatchRequest &batch, bool overwrite)
 {
     const RunPlan plan =
         planRun(batch.request, findTools(QCoreApplication::applicationDirPath()), batch.otherInputs);
-    if (plan.fault != RunFault::None)
-        return refuse(plan.problem, plan.fault == RunFault::Tool ? BatchExit::Failed : BatchExit::BadArguments);
+    if (plan.problemKind != ProblemKind::None)
+        return refuse(plan.problem,
+                      plan.problemKind == ProblemKind::Tool ? BatchExit::Failed : BatchExit::BadArguments);
     for (const QString &warning : plan.warnings)
         printError(warning);
 
@@ -107,17 +108,17 @@ int runSeries(const QVector<BatchArguments> &runs)
 
 int runOrPrint(const BatchArguments &arguments)
 {
-    QString problem;
-    const QVector<BatchArguments> runs = splitBatch(arguments, problem);
-    if (!problem.isEmpty())
-        return refuse(problem, BatchExit::BadArguments);
+    const BatchRuns batch = splitBatch(arguments);
+    if (!batch.problem.isEmpty())
+        return refuse(batch.problem, BatchExit::BadArguments);
     if (!arguments.dems.isEmpty() && arguments.action == BatchAction::Run)
-        return runSeries(runs);
+        return runSeries(batch.runs);
     int code = 0;
-    for (const BatchArguments &run : runs)
+    for (const BatchArguments &run : batch.runs)
         code = qMax(code, runOrPrintOne(run));
     return code;
 }
+
 /// Progress as the tools write it; the window's runner reads it.
 int buildOverviewsOf(const QString &raster)
 {
@@ -146,8 +147,8 @@ int main(int argc, char *argv[])
     setUpEnvironment();
 
     BatchArguments arguments = readBatchArguments(texts); // anew: its sentences are in the language in use now
-    if (!arguments.error.isEmpty())
-        return refuse(arguments.error, BatchExit::BadArguments);
+    if (!arguments.problem.isEmpty())
+        return refuse(arguments.problem, BatchExit::BadArguments);
     switch (arguments.action) {
     case BatchAction::Help:
         return print(batchHelp());

@@ -64,10 +64,10 @@ RecipeReading combine(const BatchArguments &arguments)
     else if (!arguments.recipeFile.isEmpty())
         reading = readRecipeFile(arguments.recipeFile);
     Recipe &recipe = reading.recipe;
-    if (reading.error.isEmpty())
-        reading.error = takeProcess(recipe, arguments);
-    if (reading.error.isEmpty())
-        reading.error = takeOptions(recipe, arguments);
+    if (reading.problem.isEmpty())
+        reading.problem = takeProcess(recipe, arguments);
+    if (reading.problem.isEmpty())
+        reading.problem = takeOptions(recipe, arguments);
     recipe.input = arguments.input.value_or(recipe.input);
     recipe.output = arguments.output.value_or(recipe.output);
     if (!arguments.outputFormat.isEmpty())
@@ -79,10 +79,10 @@ RecipeReading combine(const BatchArguments &arguments)
     recipe.tiled |= arguments.tiled;
     recipe.worldFile |= arguments.worldFile;
 
-    if (reading.error.isEmpty() && recipe.input.isEmpty())
-        reading.error = labelText({"MESS_LOT_SANS_ENTREE", "Indiquez le MNT d'entrée (--input)."});
-    if (reading.error.isEmpty() && recipe.output.isEmpty())
-        reading.error = labelText({"MESS_LOT_SANS_SORTIE", "Indiquez le fichier à créer (--output)."});
+    if (reading.problem.isEmpty() && recipe.input.isEmpty())
+        reading.problem = labelText({"MESS_LOT_SANS_ENTREE", "Indiquez le MNT d'entrée (--input)."});
+    if (reading.problem.isEmpty() && recipe.output.isEmpty())
+        reading.problem = labelText({"MESS_LOT_SANS_SORTIE", "Indiquez le fichier à créer (--output)."});
     return reading;
 }
 
@@ -92,8 +92,8 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
 {
     BatchRequest batch;
     const RecipeReading reading = combine(arguments);
-    if (!reading.error.isEmpty()) {
-        batch.problem = reading.error;
+    if (!reading.problem.isEmpty()) {
+        batch.problem = reading.problem;
         return batch;
     }
     const Recipe &recipe = reading.recipe;
@@ -145,18 +145,17 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     return batch;
 }
 
-QVector<BatchArguments> splitBatch(const BatchArguments &arguments, QString &problem)
+BatchRuns splitBatch(const BatchArguments &arguments)
 {
     if (arguments.dems.isEmpty())
-        return {arguments};
+        return {{arguments}, {}};
     BatchArguments one = arguments;
     one.dems.clear();
     one.input = arguments.dems.first();
     one.output = one.input; // until the format is known
     const RecipeReading reading = combine(one);
-    problem = reading.error;
-    if (!problem.isEmpty())
-        return {};
+    if (!reading.problem.isEmpty())
+        return {{}, reading.problem};
     const BatchProcess &process = *findBatchProcess(reading.recipe.process);
     ProcessingRequest request;
     request.process = process.process;
@@ -175,7 +174,7 @@ QVector<BatchArguments> splitBatch(const BatchArguments &arguments, QString &pro
     runs.erase(std::remove_if(runs.begin(), runs.end(),
                               [&](const BatchArguments &run) { return products.contains(*run.input); }),
                runs.end());
-    return runs;
+    return {runs, {}};
 }
 
 QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools)

@@ -31,11 +31,17 @@ struct BatchRequest
 /// folder.
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder);
 
-/// The arguments of each run that they ask for: of one with an input and an output where they name several
-/// DEMs. The second names the product by the process and the format: "base_suffix.ext" beside the DEM. problem:
-/// why there are none. A DEM that is the product of another of them is left out, so that a list of all files of
-/// a folder can be given twice.
-QVector<BatchArguments> splitBatch(const BatchArguments &arguments, QString &problem);
+/// The runs that a command line asks for.
+struct BatchRuns
+{
+    QVector<BatchArguments> runs; ///< each with one input and one output
+    QString problem;              ///< why there are none, in a sentence; empty otherwise
+};
+
+/// Splits a command line that names several DEMs into one run a DEM. The product of each stands beside its DEM
+/// and is named by the process and the format: "base_suffix.ext". A DEM that is the product of another one is
+/// left out, so that the list of all files of a folder can be given twice.
+BatchRuns splitBatch(const BatchArguments &arguments);
 
 /// The command line that a run would use, for whoever wants to see it; the input need not exist.
 QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools);

@@ -12,9 +12,9 @@ SourceObservers sourceObservers(const IntervisibilityOptions &options, const Dem
     observers.notTaken = source.notTaken;
     observers.files = source.files;
     const double step = options.step > 0.0 ? options.step : ground.cellSize();
-    if (!source.error.isEmpty()) {
+    if (!source.problem.isEmpty()) {
         observers.problem =
-            labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.error;
+            labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.problem;
         return observers;
     }
     if (sampledCount(source, step) > mostObservers) {

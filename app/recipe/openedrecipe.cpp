@@ -24,13 +24,13 @@ QString formatProblem(Recipe &recipe, Process process)
         .arg(recipe.outputFormat);
 }
 
-void takeInput(Recipe &recipe, const QString &currentInput, QStringList &notes)
+void takeInput(Recipe &recipe, const QString &currentInput, QStringList &warnings)
 {
-    if (!recipe.input.isEmpty() && !readRasterInfo(recipe.input).error.isEmpty()) {
-        notes += labelText({"MESS_REC_SANS_MNT",
-                            "Le MNT des réglages, « %1 », ne peut pas être lu ; celui de la "
-                            "fenêtre reste."})
-                     .arg(recipe.input);
+    if (!recipe.input.isEmpty() && !readRasterInfo(recipe.input).problem.isEmpty()) {
+        warnings += labelText({"MESS_REC_SANS_MNT",
+                               "Le MNT des réglages, « %1 », ne peut pas être lu ; celui de la "
+                               "fenêtre reste."})
+                        .arg(recipe.input);
         const QString suffix =
             QString::fromLatin1(processRow(findBatchProcess(recipe.process)->process).suffix);
         if (isProposedName(recipe.output, recipe.input, suffix))
@@ -40,27 +40,28 @@ void takeInput(Recipe &recipe, const QString &currentInput, QStringList &notes)
     const QString dem = recipe.input.isEmpty() ? currentInput : recipe.input;
     const int bands = dem.isEmpty() ? recipe.band : readRasterInfo(dem).bandCount;
     if (recipe.band > bands) {
-        notes += labelText({"MESS_BANDE_ABSENTE", "Le MNT n'a pas de bande %1 ; il en a %2."})
-                     .arg(QString::number(recipe.band), QString::number(bands));
+        warnings += labelText({"MESS_BANDE_ABSENTE", "Le MNT n'a pas de bande %1 ; il en a %2."})
+                        .arg(QString::number(recipe.band), QString::number(bands));
         recipe.band = 1;
     }
 }
 
 /// The panel shows the entries of one kind.
-QString takeTable(ColorReliefOptions &options, QStringList &notes)
+QString takeTable(ColorReliefOptions &options, QStringList &warnings)
 {
     const QString problem = colorTableProblem(options);
     if (problem.isEmpty() && mixesUnits(options))
-        notes += labelText({"MESS_REC_TC_MIXTE",
-                            "La table couleur mélange des altitudes et des pourcentages : une seule des deux "
-                            "sortes est reprise."});
+        warnings +=
+            labelText({"MESS_REC_TC_MIXTE",
+                       "La table couleur mélange des altitudes et des pourcentages : une seule des deux "
+                       "sortes est reprise."});
     if (options.colors.isEmpty())
         options.table = colorTableFile(options.table);
     return problem;
 }
 
 /// The panel holds rows alone.
-QString takeSource(IntervisibilityOptions &options, const QString &dem, int band, QStringList &notes)
+QString takeSource(IntervisibilityOptions &options, const QString &dem, int band, QStringList &warnings)
 {
     if (options.points.isEmpty())
         return {};
@@ -70,10 +71,10 @@ QString takeSource(IntervisibilityOptions &options, const QString &dem, int band
                           "un MNT."});
     const SourceObservers source = sourceObservers(options, DemGround(dem, band));
     if (source.notTaken > 0)
-        notes += labelText({"MESS_OBS_NON_PRIS",
-                            "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de "
-                            "coordonnées du MNT."})
-                     .arg(source.notTaken);
+        warnings += labelText({"MESS_OBS_NON_PRIS",
+                               "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de "
+                               "coordonnées du MNT."})
+                        .arg(source.notTaken);
     const IntervisibilityOptions defaults;
     options.observers += source.points;
     options.points.clear();
@@ -107,8 +108,8 @@ OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInpu
     OpenedRecipe opened;
     opened.recipe = reading.recipe;
     Recipe &recipe = opened.recipe;
-    QStringList notes;
-    opened.problem = reading.error;
+    QStringList &warnings = opened.warnings;
+    opened.problem = reading.problem;
     if (opened.problem.isEmpty())
         opened.problem = valuesProblem(recipe.options);
     if (opened.problem.isEmpty())
@@ -116,12 +117,11 @@ OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInpu
     if (!opened.problem.isEmpty())
         return opened;
 
-    takeInput(recipe, currentInput, notes);
+    takeInput(recipe, currentInput, warnings);
     if (auto *colors = std::get_if<ColorReliefOptions>(&recipe.options))
-        opened.problem = takeTable(*colors, notes);
+        opened.problem = takeTable(*colors, warnings);
     if (auto *observers = std::get_if<IntervisibilityOptions>(&recipe.options))
         opened.problem =
-            takeSource(*observers, recipe.input.isEmpty() ? currentInput : recipe.input, recipe.band, notes);
-    opened.note = notes.join(QLatin1Char('\n'));
+            takeSource(*observers, recipe.input.isEmpty() ? currentInput : recipe.input, recipe.band, warnings);
     return opened;
 }

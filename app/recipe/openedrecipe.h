@@ -13,9 +13,9 @@ Recipe recipeOf(const ProcessingRequest &request, const ProcessOptions &options)
 /// A recipe that was opened, as the window takes it.
 struct OpenedRecipe
 {
-    Recipe recipe;   ///< an empty input: the window's own stays
-    QString note;    ///< what the window does not take over, in sentences; mostly empty
-    QString problem; ///< why it takes nothing, in a sentence; empty for a good recipe
+    Recipe recipe;        ///< an empty input: the window's own stays
+    QStringList warnings; ///< what the window does not take over, in sentences
+    QString problem;      ///< why it takes nothing, in a sentence; empty for a good recipe
 };
 
 /// Looks at a recipe before the window changes anything: its values, format and colour table, whether its input

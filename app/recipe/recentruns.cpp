@@ -10,6 +10,7 @@
 #include <QSaveFile>
 
 #include <cmath>
+#include <optional>
 
 namespace
 {
@@ -17,8 +18,10 @@ namespace
 constexpr qint64 largestFile = 16LL * 1024 * 1024;
 constexpr const char *ends[] = {"done", "stopped", "failed"}; // in the order of RunEnd
 
-bool readRun(const QJsonObject &object, RecentRun &run)
+/// A run of the file; nothing where a member is damaged.
+std::optional<RecentRun> readRun(const QJsonObject &object)
 {
+    RecentRun run;
     run.started = QDateTime::fromString(object.value(QStringLiteral("started")).toString(), Qt::ISODate);
     run.seconds = object.value(QStringLiteral("seconds")).toDouble(-1.0);
     const QString end = object.value(QStringLiteral("end")).toString();
@@ -29,7 +32,8 @@ bool readRun(const QJsonObject &object, RecentRun &run)
     const QJsonDocument settings(object.value(QStringLiteral("settings")).toObject());
     const RecipeReading reading = readRecipe(settings.toJson(QJsonDocument::Compact), QDir::rootPath());
     run.recipe = reading.recipe;
-    return run.started.isValid() && run.seconds >= 0.0 && known < 3 && reading.error.isEmpty();
+    const bool good = run.started.isValid() && run.seconds >= 0.0 && known < 3 && reading.problem.isEmpty();
+    return good ? std::optional(run) : std::nullopt;
 }
 
 QJsonObject writeRun(const RecentRun &run)
@@ -70,9 +74,10 @@ QList<RecentRun> readRecentRuns(const QString &file, int most)
 {
     QList<RecentRun> runs;
     for (const QJsonValue &value : entriesOf(file)) {
-        RecentRun run;
-        if (runs.size() < most && readRun(value.toObject(), run))
-            runs += run;
+        if (runs.size() == most)
+            break;
+        if (const auto run = readRun(value.toObject()))
+            runs += *run;
     }
     return runs;
 }

@@ -122,12 +122,12 @@ RecipeReading readRecipe(const QByteArray &json, const QString &folder)
     const QJsonDocument document = QJsonDocument::fromJson(json, &fault);
     if (fault.error != QJsonParseError::NoError) {
         const auto line = json.left(fault.offset).count('\n') + 1;
-        reading.error = labelText({"MESS_REC_PAS_JSON", "Ligne %1 : ce n'est pas du JSON valable (%2)."})
-                            .arg(QString::number(line), fault.errorString());
+        reading.problem = labelText({"MESS_REC_PAS_JSON", "Ligne %1 : ce n'est pas du JSON valable (%2)."})
+                              .arg(QString::number(line), fault.errorString());
     } else if (!document.isObject()) {
-        reading.error = labelText({"MESS_REC_PAS_OBJET", "Une recette est un objet JSON, entre accolades."});
+        reading.problem = labelText({"MESS_REC_PAS_OBJET", "Une recette est un objet JSON, entre accolades."});
     } else {
-        reading.error = takeObject(reading.recipe, document.object(), folder);
+        reading.problem = takeObject(reading.recipe, document.object(), folder);
     }
     return reading;
 }
@@ -139,10 +139,11 @@ RecipeReading readRecipeFile(const QString &name)
     RecipeReading reading;
     if (QFileInfo(name).isFile() && file.size() <= largestRecipe && file.open(QIODevice::ReadOnly)) {
         reading = readRecipe(file.readAll(), QFileInfo(name).absolutePath());
-        if (!reading.error.isEmpty())
-            reading.error = withColon(name) + QLatin1Char(' ') + reading.error;
+        if (!reading.problem.isEmpty())
+            reading.problem = withColon(name) + QLatin1Char(' ') + reading.problem;
     } else {
-        reading.error = labelText({"MESS_REC_ILLISIBLE", "La recette « %1 » ne peut pas être lue."}).arg(name);
+        reading.problem =
+            labelText({"MESS_REC_ILLISIBLE", "La recette « %1 » ne peut pas être lue."}).arg(name);
     }
     return reading;
 }

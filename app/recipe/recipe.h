@@ -27,7 +27,7 @@ struct Recipe
 struct RecipeReading
 {
     Recipe recipe;
-    QString error; ///< what is wrong and where, in a sentence; empty for a good recipe
+    QString problem; ///< what is wrong and where, in a sentence; empty for a good recipe
 };
 
 /// Reads a recipe, a JSON object (UTF-8):

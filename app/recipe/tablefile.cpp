@@ -23,8 +23,8 @@ ColorTableReading readTable(const ColorReliefOptions &options, const QString &fi
 
 QString readingProblem(const ColorTableReading &reading, const QString &file, bool spread)
 {
-    if (!reading.error.isEmpty())
-        return reading.error;
+    if (!reading.problem.isEmpty())
+        return reading.problem;
     if (reading.invalidValues)
         return labelText({"MESS_TC_LIGNE_INV", "La ligne %1 de la table couleur « %2 » n'est pas valable."})
             .arg(QString::number(reading.invalidLine), file);
@@ -46,9 +46,16 @@ Extremes exactExtremes(const QString &dem, int band)
     return reader.extremes();
 }
 
-/// The table's text for the tool; empty with a problem.
-QByteArray spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOptions &options, const QString &dem,
-                      int band, QString &problem)
+/// The text of a table file, or why there is none.
+struct TableText
+{
+    QByteArray text;
+    QString problem; ///< a sentence; empty for a good text
+};
+
+/// The table spread over the elevations that the options name, or over those of every cell of the band.
+TableText spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOptions &options, const QString &dem,
+                     int band)
 {
     Extremes extremes;
     if (!options.minimum || !options.maximum)
@@ -56,11 +63,12 @@ QByteArray spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOptio
     const double minimum = options.minimum.value_or(extremes.minimum);
     const double maximum = options.maximum.value_or(extremes.maximum);
     if (!(options.minimum && options.maximum) && !extremes.known)
-        problem = labelText({"MESS_TC_SANS_ALTITUDE",
-                             "Le MNT n'a pas d'altitudes lisibles sur lesquelles étaler la table couleur."});
-    else if (minimum > maximum)
-        problem = labelText({"MESS_TC_BORNES", "minimum ne doit pas dépasser maximum."});
-    return problem.isEmpty() ? spreadTable(entries, minimum, maximum).text : QByteArray();
+        return {{},
+                labelText({"MESS_TC_SANS_ALTITUDE",
+                           "Le MNT n'a pas d'altitudes lisibles sur lesquelles étaler la table couleur."})};
+    if (minimum > maximum)
+        return {{}, labelText({"MESS_TC_BORNES", "minimum ne doit pas dépasser maximum."})};
+    return {spreadTable(entries, minimum, maximum).text, {}};
 }
 
 } // namespace
@@ -99,14 +107,15 @@ BatchColorTable batchColorTable(const ColorReliefOptions &options, const QString
     if (!table.problem.isEmpty() || (!options.spread && reading.plain))
         return table;
 
-    const QByteArray text = options.spread ? spreadText(reading.entries, options, dem, band, table.problem)
-                                           : toolTableText(reading.entries);
+    const TableText text = options.spread ? spreadText(reading.entries, options, dem, band)
+                                          : TableText{toolTableText(reading.entries), {}};
+    table.problem = text.problem;
     if (!table.problem.isEmpty())
         return table;
     table.file = freeTableName(workFolder.path(), QStringLiteral("quvoColorTable"));
-    const TableWriting writing = writeTableFile(table.file, text);
-    if (!writing.written)
-        table.problem = labelText({"MESS_TC_NON_ECRITE", "« %1 » ne peut pas être écrit : %2"})
-                            .arg(table.file, writing.error);
+    const QString problem = writeTableFile(table.file, text.text);
+    if (!problem.isEmpty())
+        table.problem =
+            labelText({"MESS_TC_NON_ECRITE", "« %1 » ne peut pas être écrit : %2"}).arg(table.file, problem);
     return table;
 }

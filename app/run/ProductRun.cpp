@@ -22,8 +22,8 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     m_icon = icon;
     m_buildingOverviews = false;
     m_sideFiles = SideFiles(plan.touchedInputFiles);
-    m_outcome.sentence = removeReplaced(plan.outputs.first());
-    if (!m_outcome.sentence.isEmpty()) {
+    m_outcome.problem = removeReplaced(plan.outputs.first());
+    if (!m_outcome.problem.isEmpty()) {
         end();
         emit failed(QString());
         return;
@@ -59,7 +59,8 @@ void ProductRun::buildOverviews()
 /// The product stays, whatever became of its overviews.
 void ProductRun::endWithoutOverviews(const QString &warning)
 {
-    m_outcome.warning = warning;
+    if (!warning.isEmpty())
+        m_outcome.warnings += warning;
     end();
     emit finished();
 }
@@ -75,7 +76,7 @@ void ProductRun::onDone()
     m_outcome.toolText = m_runner.lastStandardError();
     m_outcome.exitCode = 0;
     const ProductCheck check = checkProduct(m_plan.expected, m_outcome.toolText);
-    m_outcome.sentence = check.problem;
+    m_outcome.problem = check.problem;
     m_outcome.featureCount = check.featureCount;
     if (!check.problem.isEmpty())
         deleteOutputFiles({m_plan.outputs});

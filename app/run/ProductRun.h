@@ -14,11 +14,11 @@ class QuvoScriptRunner;
 /// How a run ended.
 struct RunOutcome
 {
-    QString sentence;            ///< what is wrong with a product that failed its check; empty otherwise
+    QString problem;             ///< what is wrong with a product that failed its check; empty otherwise
     QString toolText;            ///< what the tool wrote on its standard error
     std::optional<int> exitCode; ///< of the tool; none when it was stopped or never started
     long long featureCount = 0;  ///< of a vector product
-    QString warning;             ///< what is missing beside a product that is whole; mostly empty
+    QStringList warnings;        ///< what is missing beside a product that is whole
 };
 
 /// A run that makes a product: one step of the script runner, and a look at what came out. Window and batch

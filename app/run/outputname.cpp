@@ -128,7 +128,7 @@ qint64 expectedProductSize(const ProcessRow &process, int width, int height)
     return static_cast<qint64>(width) * height * process.bands * process.bytesPerCell;
 }
 
-QString freeSpaceWarning(const QString &path, qint64 bytes)
+QStringList freeSpaceWarnings(const QString &path, qint64 bytes)
 {
     std::error_code error;
     const auto space = std::filesystem::space(encodePath(QFileInfo(path).absolutePath()).constData(), error);
@@ -136,7 +136,7 @@ QString freeSpaceWarning(const QString &path, qint64 bytes)
     if (error || available < 0 || available >= bytes)
         return {};
     const QLocale locale;
-    return labelText(
-               {"MESS_PEU_DE_PLACE", "Il ne reste que %1 sur ce disque ; le résultat en demande environ %2."})
-        .arg(locale.formattedDataSize(available), locale.formattedDataSize(bytes));
+    return {labelText(
+                {"MESS_PEU_DE_PLACE", "Il ne reste que %1 sur ce disque ; le résultat en demande environ %2."})
+                .arg(locale.formattedDataSize(available), locale.formattedDataSize(bytes))};
 }

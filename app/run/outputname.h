@@ -37,6 +37,6 @@ QStringList wholeNameFiles(const QString &raster);
 /// Bytes that a raster product of that size needs without compression; 0 for a vector product.
 qint64 expectedProductSize(const ProcessRow &process, int width, int height);
 
-/// A sentence when the disk of that file has less space left than `bytes`; empty when it has enough, or does
-/// not tell.
-QString freeSpaceWarning(const QString &path, qint64 bytes);
+/// Warns, in one sentence, that the disk of that file has less space left than `bytes`; empty when it has
+/// enough, or when its space is not known.
+QStringList freeSpaceWarnings(const QString &path, qint64 bytes);

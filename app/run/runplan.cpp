@@ -36,9 +36,9 @@ QString formatProblem(const ProcessingRequest &request)
 
 QString inputProblem(const ProcessingRequest &request, const RasterInfo &input)
 {
-    if (!input.error.isEmpty())
+    if (!input.problem.isEmpty())
         return labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}) + QLatin1Char('\n')
-            + request.input + QLatin1Char('\n') + input.error;
+            + request.input + QLatin1Char('\n') + input.problem;
     if (request.band > input.bandCount)
         return labelText({"MESS_BANDE_ABSENTE", "Le MNT n'a pas de bande %1 ; il en a %2."})
             .arg(QString::number(request.band), QString::number(input.bandCount));
@@ -79,9 +79,9 @@ QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFiles
     return {};
 }
 
-RunPlan refused(RunPlan plan, RunFault fault, const QString &problem)
+RunPlan refused(RunPlan plan, ProblemKind kind, const QString &problem)
 {
-    plan.fault = fault;
+    plan.problemKind = kind;
     plan.problem = problem;
     return plan;
 }
@@ -111,18 +111,18 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
 
     QString problem = toolProblem(tools, process.tool);
     if (!problem.isEmpty())
-        return refused(plan, RunFault::Tool, problem);
+        return refused(plan, ProblemKind::Tool, problem);
     problem = formatProblem(request);
     if (!problem.isEmpty())
-        return refused(plan, RunFault::Format, problem);
+        return refused(plan, ProblemKind::Format, problem);
     const RasterInfo input = readRasterInfo(request.input);
     problem = inputProblem(request, input);
     if (!problem.isEmpty())
-        return refused(plan, RunFault::Input, problem);
+        return refused(plan, ProblemKind::Input, problem);
 
     problem = colorTableProblem(request);
     if (!problem.isEmpty())
-        return refused(plan, RunFault::Input, problem);
+        return refused(plan, ProblemKind::Input, problem);
 
     QStringList inputFiles = input.files + otherInputs;
     if (!request.colorTableFile.isEmpty())
@@ -130,12 +130,12 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     const OutputName output =
         checkOutputName(request.output, formatExtensions(outputFormat(request)), inputFiles);
     if (!output.problem.isEmpty())
-        return refused(plan, RunFault::Output, output.problem);
+        return refused(plan, ProblemKind::Output, output.problem);
     plan.request.output = output.path;
     plan.outputs = declaredOutputs(plan.request);
     problem = neighbourProblem(plan.request, plan.outputs, inputFiles);
     if (!problem.isEmpty())
-        return refused(plan, RunFault::Output, problem);
+        return refused(plan, ProblemKind::Output, problem);
 
     plan.touchedInputFiles = filesWithStatistics(request.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
@@ -144,9 +144,6 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
         plan.overviewCommand =
             processCommand(tools.batch, QStringLiteral("--build-overviews ") + quotedArgument(output.path));
     plan.expected = {process.product, output.path, input.width, input.height, outputLayer(request)};
-    const QString warning =
-        freeSpaceWarning(output.path, expectedProductSize(process, input.width, input.height));
-    if (!warning.isEmpty())
-        plan.warnings += warning;
+    plan.warnings = freeSpaceWarnings(output.path, expectedProductSize(process, input.width, input.height));
     return plan;
 }

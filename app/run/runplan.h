@@ -8,7 +8,7 @@
 #include <QStringList>
 
 /// What keeps a run from starting.
-enum class RunFault
+enum class ProblemKind
 {
     None,
     Tool,
@@ -28,7 +28,7 @@ struct RunPlan
     ExpectedProduct expected;      ///< what the product is compared with
     QStringList touchedInputFiles; ///< files of the DEM in which the tool leaves statistics
     QStringList warnings;          ///< sentences that do not keep the run from starting
-    RunFault fault = RunFault::None;
+    ProblemKind problemKind = ProblemKind::None;
     QString problem; ///< the fault in a sentence; empty when the run can start
 };
 

@@ -130,7 +130,7 @@ bool InputDem::open(const QString &typed, Listing listing)
         return false;
     const QString name = dataSetName(typed, QDir::currentPath());
     const RasterInfo info = readRasterInfo(name);
-    if (info.error.isEmpty()) {
+    if (info.problem.isEmpty()) {
         accept(name, info, listing);
         return true;
     }
@@ -161,7 +161,7 @@ void InputDem::tryTyped()
         return;
     const QString name = QFileInfo(typed).absoluteFilePath();
     const RasterInfo info = readRasterInfo(name);
-    if (info.error.isEmpty())
+    if (info.problem.isEmpty())
         accept(name, info, MoveToFront);
 }
 

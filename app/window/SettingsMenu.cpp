@@ -113,7 +113,7 @@ bool SettingsMenu::isSettingsFile(const QString &file)
 void SettingsMenu::openFile(const QString &file)
 {
     const RecipeReading reading = readRecipeFile(file);
-    if (reading.error.isEmpty())
+    if (reading.problem.isEmpty())
         m_lastFile = file;
     show(reading);
 }
@@ -128,8 +128,8 @@ void SettingsMenu::show(const RecipeReading &reading)
         return;
     }
     m_window.setRecipe(opened.recipe);
-    if (!opened.note.isEmpty())
-        Prompt::warning(&m_window, opened.note);
+    if (!opened.warnings.isEmpty())
+        Prompt::warning(&m_window, opened.warnings.join(QLatin1Char('\n')));
 }
 
 void SettingsMenu::slot_open()
@@ -146,7 +146,7 @@ void SettingsMenu::slot_save()
 {
     const Recipe recipe = m_window.recipe();
     const QByteArray text = writeRecipe(recipe);
-    QString problem = readRecipe(text, QString()).error; // a field may hold what no recipe can
+    QString problem = readRecipe(text, QString()).problem; // a field may hold what no recipe can
     if (problem.isEmpty())
         problem = valuesProblem(recipe.options);
     if (!problem.isEmpty()) {

@@ -12,9 +12,9 @@ void warnOfOutput(const QString &name, const QString &problem, QWidget *parent)
             .arg(labelText({"MESS_INV_OUTPUT_FILE", "Le fichier de sortie n'est pas valide."}), name, problem));
 }
 
-void tellFault(const RunPlan &plan, QWidget *parent)
+void warnOfProblem(const RunPlan &plan, QWidget *parent)
 {
-    if (plan.fault == RunFault::Output)
+    if (plan.problemKind == ProblemKind::Output)
         warnOfOutput(plan.request.output, plan.problem, parent);
     else
         Prompt::warning(parent, plan.problem);

@@ -10,7 +10,7 @@ class QWidget;
 void warnOfOutput(const QString &name, const QString &problem, QWidget *parent);
 
 /// Tells what keeps a plan from starting.
-void tellFault(const RunPlan &plan, QWidget *parent);
+void warnOfProblem(const RunPlan &plan, QWidget *parent);
 
 // Each of these returns whether the run may begin.
 

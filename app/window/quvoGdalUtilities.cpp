@@ -311,9 +311,9 @@ std::optional<RunPlan> quvoGdalUtilities::currentPlan()
             return std::nullopt;
     }
     const RunPlan plan = planRun(request, m_tools);
-    if (plan.fault == RunFault::None)
+    if (plan.problemKind == ProblemKind::None)
         return plan;
-    tellFault(plan, this);
+    warnOfProblem(plan, this);
     return std::nullopt;
 }
 

@@ -27,8 +27,8 @@ ProcessResult finishedResult(const ProductRun &run)
         run, {"MESS_OP_TERMINEE", "Opération terminée"}, QStringLiteral("ok2.png"),
         {"MESS_TRAIT_FINI_RES", "Le traitement s'est déroulé avec succès et le résultat est disponible."});
     result.file = run.plan().request.output;
-    if (!run.outcome().warning.isEmpty())
-        result.text += QStringLiteral("\n\n") + run.outcome().warning;
+    for (const QString &warning : run.outcome().warnings)
+        result.text += QStringLiteral("\n\n") + warning;
     return result;
 }
 
@@ -43,7 +43,7 @@ ProcessResult failedResult(const ProductRun &run)
     ProcessResult result =
         resultOf(run, ended, QStringLiteral("cancel2.png"),
                  {"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
-    if (!run.outcome().sentence.isEmpty())
-        result.text += QStringLiteral("\n\n") + run.outcome().sentence;
+    if (!run.outcome().problem.isEmpty())
+        result.text += QStringLiteral("\n\n") + run.outcome().problem;
     return result;
 }

@@ -53,10 +53,10 @@ QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground
     if (file.isEmpty())
         return {};
     const VectorObservers source = readVectorObservers(file, ground.crs());
-    if (!source.error.isEmpty()) {
+    if (!source.problem.isEmpty()) {
         Prompt::critical(parent,
                          labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QStringLiteral("\n\n")
-                             + source.error);
+                             + source.problem);
         return {};
     }
     intervisibilityProcessInfoDialog choices(source, ground.width(), ground.height(), ground.cellSize(),

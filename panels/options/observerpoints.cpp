@@ -36,11 +36,10 @@ std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::op
     return ground ? std::optional<double>(*ground + point.height) : std::nullopt;
 }
 
-QList<ObserverPoint> readPointLines(const QString &text, const ObserverPoint &defaults, int &unread)
+PointLinesReading readPointLines(const QString &text, const ObserverPoint &defaults)
 {
     static const QRegularExpression separators(QStringLiteral("[\\s;]+"));
-    QList<ObserverPoint> points;
-    unread = 0;
+    PointLinesReading reading;
     for (const QString &line : text.split(QLatin1Char('\n'))) {
         const QStringList fields = line.split(separators, Qt::SkipEmptyParts);
         if (fields.isEmpty())
@@ -50,7 +49,9 @@ QList<ObserverPoint> readPointLines(const QString &text, const ObserverPoint &de
         double *const numbers[] = {&point.x, &point.y, &point.height, nullptr, &point.maxDistance};
         for (int at = 0; good && at < fields.size(); ++at) {
             if (numbers[at]) {
-                good = readNumber(fields.at(at), *numbers[at]);
+                const auto number = readNumber(fields.at(at));
+                good = number.has_value();
+                *numbers[at] = number.value_or(0.0);
             } else {
                 const auto mode = readAltitudeMode(fields.at(at));
                 good = mode.has_value();
@@ -58,35 +59,43 @@ QList<ObserverPoint> readPointLines(const QString &text, const ObserverPoint &de
             }
         }
         if (good)
-            points += point;
+            reading.points += point;
         else
-            ++unread;
+            ++reading.invalidLines;
     }
-    return points;
+    return reading;
 }
 
-ObserverPoint readPointRow(const QVariantMap &row, QString &problem)
+PointRowReading readPointRow(const QVariantMap &row)
 {
-    ObserverPoint point;
+    PointRowReading reading;
+    ObserverPoint &point = reading.point;
     const QList<QPair<QString, double *>> numbers{
         {"x", &point.x}, {"y", &point.y}, {"height", &point.height}, {"distance", &point.maxDistance}};
     for (const auto &[name, number] : numbers) {
         const bool required = name.size() == 1;
-        if ((required || row.contains(name)) && !readNumber(row.value(name), *number))
-            problem = labelText({"MESS_OBS_NOMBRE",
-                                 "Chaque observateur demande les nombres x et y ; %1 n'en est pas un."})
-                          .arg(name);
+        const auto value = readNumber(row.value(name));
+        if (value)
+            *number = *value;
+        else if (required || row.contains(name))
+            reading.problem = labelText({"MESS_OBS_NOMBRE",
+                                         "Chaque observateur demande les nombres x et y ; %1 n'en est pas un."})
+                                  .arg(name);
     }
     if (row.contains(QStringLiteral("mode"))) {
         const auto mode = readAltitudeMode(row.value(QStringLiteral("mode")).toString());
         if (!mode)
-            problem = labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
+            reading.problem = labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
         point.mode = mode.value_or(point.mode);
     }
-    if (row.contains(QStringLiteral("enabled"))
-        && !readSwitch(row.value(QStringLiteral("enabled")), point.enabled))
-        problem = switchProblem(QStringLiteral("enabled"), row.value(QStringLiteral("enabled")));
-    return point;
+    const QString enabled = QStringLiteral("enabled");
+    if (row.contains(enabled)) {
+        const auto on = readSwitch(row.value(enabled));
+        point.enabled = on.value_or(point.enabled);
+        if (!on)
+            reading.problem = switchProblem(enabled, row.value(enabled));
+    }
+    return reading;
 }
 
 QVariantMap pointRow(const ObserverPoint &point)

@@ -38,15 +38,28 @@ struct ObserverPoint
 /// The observer's altitude above the DEM's zero; none where it would count from ground that is not there.
 std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::optional<double> &ground);
 
-/// Points from lines "x y [height [mode [distance]]]", separated by tabs, blanks or semicolons, numbers in the
-/// C locale; what a line leaves out is the default point's. unread counts the lines that are none.
-QList<ObserverPoint> readPointLines(const QString &text, const ObserverPoint &defaults, int &unread);
+/// Points that were read from lines of text.
+struct PointLinesReading
+{
+    QList<ObserverPoint> points;
+    int invalidLines = 0; ///< number of lines that are not valid points; they are skipped
+};
 
-/// A point from the members x, y, height, mode, distance and enabled of a recipe's row. problem: why it is
-/// none.
-ObserverPoint readPointRow(const QVariantMap &row, QString &problem);
+/// Reads lines "x y [height [mode [distance]]]", separated by tabs, blanks or semicolons, with numbers in the C
+/// locale. `defaults` supplies what a line leaves out.
+PointLinesReading readPointLines(const QString &text, const ObserverPoint &defaults);
 
-/// Such a row of the point.
+/// A point that was read from a recipe's row.
+struct PointRowReading
+{
+    ObserverPoint point;
+    QString problem; ///< which member is not valid, in a sentence; empty for a good point
+};
+
+/// Reads the members x, y, height, mode, distance and enabled of a row. x and y are required.
+PointRowReading readPointRow(const QVariantMap &row);
+
+/// The row of a point, as readPointRow() reads it.
 QVariantMap pointRow(const ObserverPoint &point);
 
 /// An observer as the tool gets it.

@@ -193,8 +193,7 @@ concept HasScale = requires(Record record)
 
 QString scaleProblem(int scaleIndex, const QString &scaleText)
 {
-    double ratio = 0.0;
-    if (scaleIndex >= 0 || (readNumber(scaleText, ratio) && ratio > 0.0))
+    if (scaleIndex >= 0 || readNumber(scaleText).value_or(0.0) > 0.0)
         return {};
     return labelText({"MESS_OPT_RAPPORT_INV", "scaleText doit être un nombre positif, pas « %1 »."})
         .arg(scaleText);
@@ -224,24 +223,23 @@ QString intervisibilityProblem(const IntervisibilityOptions &options)
 
 QString setColors(ColorReliefOptions &options, const QVariant &value)
 {
-    QString problem;
-    const QList<QuvoColorDef> colors = readColorRows(value, problem);
-    if (problem.isEmpty())
-        options.colors = colors;
-    return problem;
+    const ColorRowsReading reading = readColorRows(value);
+    if (reading.problem.isEmpty())
+        options.colors = reading.entries;
+    return reading.problem;
 }
 
 /// The rows of a recipe's "observers".
 QString setObservers(IntervisibilityOptions &options, const QVariant &value)
 {
-    QString problem;
     if (value.userType() != QMetaType::QVariantList)
         return labelText({"MESS_OBS_TABLEAU", "observers doit être un tableau d'observateurs."});
     options.observers.clear();
     for (const QVariant &row : value.toList()) {
-        options.observers += readPointRow(row.toMap(), problem);
-        if (!problem.isEmpty())
-            return problem;
+        const PointRowReading reading = readPointRow(row.toMap());
+        if (!reading.problem.isEmpty())
+            return reading.problem;
+        options.observers += reading.point;
     }
     return {};
 }

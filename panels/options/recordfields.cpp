@@ -2,28 +2,26 @@
 
 #include <cmath>
 
-bool readNumber(const QVariant &value, double &number)
+std::optional<double> readNumber(const QVariant &value)
 {
     bool isNumber = value.userType() == QMetaType::Double || value.userType() == QMetaType::Int
         || value.userType() == QMetaType::LongLong;
+    double number = 0.0;
     if (isNumber)
         number = value.toDouble();
     else if (value.userType() == QMetaType::QString)
         number = value.toString().toDouble(&isNumber);
-    return isNumber && std::isfinite(number);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
-bool readSwitch(const QVariant &value, bool &on)
+std::optional<bool> readSwitch(const QVariant &value)
 {
-    if (value.userType() == QMetaType::Bool) {
-        on = value.toBool();
-        return true;
-    }
+    if (value.userType() == QMetaType::Bool)
+        return value.toBool();
     const QString text = value.userType() == QMetaType::QString ? value.toString() : QString();
     if (text != QLatin1String("true") && text != QLatin1String("false"))
-        return false;
-    on = text == QLatin1String("true");
-    return true;
+        return std::nullopt;
+    return text == QLatin1String("true");
 }
 
 bool isNone(const QVariant &value)

@@ -43,11 +43,11 @@ struct FieldDescription
     QString meaning;
 };
 
-/// The number in a text of the C locale or a JSON number; false for anything else, also for what is not finite.
-bool readNumber(const QVariant &value, double &number);
+/// The finite number in a text of the C locale, or a JSON number; nothing for any other value.
+std::optional<double> readNumber(const QVariant &value);
 
-/// The switch in "true" or "false", or a JSON boolean; false for anything else.
-bool readSwitch(const QVariant &value, bool &on);
+/// The switch in the texts "true" and "false", or a JSON boolean; nothing for any other value.
+std::optional<bool> readSwitch(const QVariant &value);
 
 /// Whether the value is JSON's null, which stands for an optional number that is not given.
 bool isNone(const QVariant &value);
@@ -69,26 +69,29 @@ QString setField(Record &record, const RecordField<Record> &field, const QVarian
         record.**member = value.toString();
         return {};
     }
-    if (auto member = std::get_if<bool Record::*>(&field.member))
-        return readSwitch(value, record.**member) ? QString() : switchProblem(name, value);
+    if (auto member = std::get_if<bool Record::*>(&field.member)) {
+        const auto on = readSwitch(value);
+        record.**member = on.value_or(record.**member);
+        return on ? QString() : switchProblem(name, value);
+    }
 
     if (auto optional = std::get_if<std::optional<double> Record::*>(&field.member);
         optional && isNone(value)) {
         record.**optional = std::nullopt;
         return {};
     }
-    double number = 0.0;
+    const auto number = readNumber(value);
     const bool whole = std::holds_alternative<int Record::*>(field.member);
-    const bool fits = readNumber(value, number) && number >= field.lowest && number <= field.highest
-        && (!whole || number == static_cast<int>(number));
+    const bool fits = number && *number >= field.lowest && *number <= field.highest
+        && (!whole || *number == static_cast<int>(*number));
     if (!fits)
         return numberProblem(name, value, field.lowest, field.highest, whole);
     if (auto member = std::get_if<double Record::*>(&field.member))
-        record.**member = number;
+        record.**member = *number;
     else if (auto optional = std::get_if<std::optional<double> Record::*>(&field.member))
-        record.**optional = number;
+        record.**optional = *number;
     else
-        record.*std::get<int Record::*>(field.member) = static_cast<int>(number);
+        record.*std::get<int Record::*>(field.member) = static_cast<int>(*number);
     return {};
 }
 

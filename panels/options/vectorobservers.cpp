@@ -21,20 +21,16 @@ struct Release
 };
 using Transformation = std::unique_ptr<OGRCoordinateTransformation, Release>;
 
-/// From the layer's CRS to the DEM's; null where one of them is not known.
-Transformation transformationTo(const QString &crs, const OGRSpatialReference *layer, bool &possible)
+/// Transforms the layer's coordinates to the DEM's. Both references must be known; null: PROJ knows no way from
+/// one to the other.
+Transformation transformationTo(const QString &crs, const OGRSpatialReference *layer)
 {
-    possible = true;
-    if (crs.isEmpty() || !layer)
-        return nullptr;
     OGRSpatialReference source(*layer);
     OGRSpatialReference target;
     source.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
     target.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
     target.SetFromUserInput(crs.toUtf8().constData());
-    Transformation transformation(OGRCreateCoordinateTransformation(&source, &target));
-    possible = transformation != nullptr;
-    return transformation;
+    return Transformation(OGRCreateCoordinateTransformation(&source, &target));
 }
 
 QHash<QString, double> numericValues(const OGRFeature &feature)
@@ -106,8 +102,10 @@ bool takeGeometry(const OGRGeometry &geometry, const QHash<QString, double> &val
 
 void takeLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
 {
-    bool possible = true;
-    const Transformation transformation = transformationTo(crs, layer.GetSpatialRef(), possible);
+    const bool sameCoordinates = crs.isEmpty() || !layer.GetSpatialRef(); // as far as anybody knows
+    const Transformation transformation =
+        sameCoordinates ? nullptr : transformationTo(crs, layer.GetSpatialRef());
+    const bool possible = sameCoordinates || transformation;
     for (auto &feature : layer) {
         const OGRGeometry *geometry = feature->GetGeometryRef();
         const std::unique_ptr<OGRGeometry> own(geometry && possible ? geometry->getLinearGeometry() : nullptr);
@@ -152,7 +150,7 @@ VectorObservers readVectorObservers(const QString &path, const QString &crs)
     const std::unique_ptr<GDALDataset> source(
         GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));
     if (!source) {
-        found.error = messages.lastError().isEmpty() ? path : messages.lastError();
+        found.problem = messages.lastError().isEmpty() ? path : messages.lastError();
         return found;
     }
     char **files = source->GetFileList();

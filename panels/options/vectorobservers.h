@@ -28,7 +28,7 @@ struct VectorObservers
     QStringList numericAttributes; ///< of the sites
     int notTaken = 0;  ///< features without a geometry, or with one that does not lie in the DEM's CRS
     QStringList files; ///< the local files of the source
-    QString error;     ///< why the source could not be opened, in GDAL's words
+    QString problem;   ///< why the source could not be opened, in GDAL's words
 };
 
 /// More observers than this are not imported: their runs would take days.

@@ -87,7 +87,7 @@ void ProductCheckTest::rasterInfo()
     const QString path = m_folder.filePath("two bands.tif");
     QVERIFY(writeRaster(path, 3, 2, {1, 2, 3, 4, 5, 6}, 2));
     const RasterInfo info = readRasterInfo(path);
-    QCOMPARE(info.error, QString());
+    QCOMPARE(info.problem, QString());
     QCOMPARE(info.width, 3);
     QCOMPARE(info.height, 2);
     QCOMPARE(info.bandCount, 2);
@@ -107,8 +107,8 @@ void ProductCheckTest::rasterInfo()
     QVERIFY(readRasterInfo(m_folder.filePath("outer.vrt")).files.contains(path));
     QVERIFY(readRasterInfo("/vsisubfile/0_100000," + path).files.contains(path));
 
-    QVERIFY(!readRasterInfo(m_folder.filePath("missing.tif")).error.isEmpty());
-    QVERIFY(!readRasterInfo(m_folder.path()).error.isEmpty());
+    QVERIFY(!readRasterInfo(m_folder.filePath("missing.tif")).problem.isEmpty());
+    QVERIFY(!readRasterInfo(m_folder.path()).problem.isEmpty());
     QCOMPARE(QDir(m_folder.path()).entryList({"two bands*"}, QDir::Files), QStringList{"two bands.tif"});
 }
 

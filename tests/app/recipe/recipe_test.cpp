@@ -26,7 +26,7 @@ void RecipeTest::wholeRecipe()
         "output": "/abs/out.tif", "band": 3, "outputFormat": "COG", "tiled": true, "worldFile": true,
         "options": {"altitude": 60, "scaleText": "2.5", "computeEdges": true}})",
                                              QStringLiteral("/some/folder"));
-    QCOMPARE(reading.error, QString());
+    QCOMPARE(reading.problem, QString());
     const Recipe &recipe = reading.recipe;
     QCOMPARE(recipe.input, QStringLiteral("/some/dém.tif"));
     QCOMPARE(recipe.output, QStringLiteral("/abs/out.tif"));
@@ -88,7 +88,7 @@ void RecipeTest::everyProcessComesBack()
                         options};
     for (const Recipe &written : {recipe, Recipe{word, {}, {}, 1, {}, {}, false, false, false, options}}) {
         const RecipeReading reading = readRecipe(writeRecipe(written), QStringLiteral("/else"));
-        QCOMPARE(reading.error, QString());
+        QCOMPARE(reading.problem, QString());
         QVERIFY(reading.recipe == written);
     }
 }
@@ -136,7 +136,7 @@ void RecipeTest::faults()
 {
     QFETCH(QByteArray, json);
     QFETCH(QString, named);
-    const QString error = readRecipe(json, QStringLiteral("/")).error;
+    const QString error = readRecipe(json, QStringLiteral("/")).problem;
     QVERIFY2(error.contains(named), qPrintable(error));
 }
 
@@ -164,7 +164,7 @@ void RecipeTest::arguments()
     QFETCH(QStringList, given);
     QFETCH(bool, good);
     const BatchArguments read = readBatchArguments(QStringList{"QuvoDemBatch"} + given);
-    QCOMPARE(read.error.isEmpty(), good);
+    QCOMPARE(read.problem.isEmpty(), good);
     if (!good)
         return;
     QCOMPARE(read.output, std::optional<QString>("b"));
