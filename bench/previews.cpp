@@ -100,7 +100,7 @@ int main(int argc, char *argv[])
         ProcessingRequest request;
         request.process = Process::ShadedRelief;
         request.mode = QStringLiteral("hillshade");
-        request.fragment = QStringLiteral("-z 1 -az -45 -alt 45");
+        request.toolInput.fragment = QStringLiteral("-z 1 -az -45 -alt 45");
         return std::optional(request);
     });
     previews.setShown(true);

@@ -2,7 +2,8 @@
 #
 # Included by CMakeLists.txt it gives quvo_core_target(<target>): the target may reach neither Qt Widgets nor Qwt,
 # over any number of links. Run as a script (cmake -D ROOT=<sources> -P CheckLayers.cmake) it reads every source file
-# and reports each include and each class that its folder may not use; ctest runs it as "layers".
+# and reports each include and each class that its room may not use; ctest runs it as "layers". With -D CHART=<file>
+# it writes the chart of the rooms into that file instead; the target "chart" does so.
 
 function(_quvo_reaches target found)
     set(result "")
@@ -24,6 +25,7 @@ endfunction()
 
 # Marks a library that works without widgets; call it after the target's target_link_libraries.
 function(quvo_core_target target)
+    set_target_properties(${target} PROPERTIES AUTOUIC OFF) # the forms of its folder belong to another target
     _quvo_reaches(${target} found)
     if(found)
         message(FATAL_ERROR "A target without widgets reaches them: ${found}")
@@ -31,28 +33,41 @@ function(quvo_core_target target)
 endfunction()
 
 if(NOT CMAKE_SCRIPT_MODE_FILE)
+    add_custom_target(chart COMMAND "${CMAKE_COMMAND}" -D "CHART=${PROJECT_SOURCE_DIR}/CONTRIBUTING.md" -P
+                                    "${CMAKE_CURRENT_LIST_FILE}" VERBATIM)
     return()
 endif()
 cmake_minimum_required(VERSION 3.25)
 
-# A folder, and the folders whose headers its files may include besides their own.
-set(allowed_messages "")
-set(allowed_viewshed "")
-set(allowed_vectordraw "")
-set(allowed_colortable "messages")
-set(allowed_dataset "messages;vectordraw")
-set(allowed_runner "messages")
-set(allowed_panels "colortable;dataset;messages")
-set(allowed_app "panels;runner;dataset;colortable;messages;vectordraw")
-set(allowed_samples "dataset;vectordraw")
-set(allowed_bench "app;runner;dataset;vectordraw")
-set(folders messages viewshed vectordraw colortable dataset runner panels app samples bench)
+# A room, and the rooms whose headers its files may include besides their own. A room is a folder, or a file that is
+# its own room; a folder that is not listed belongs to the room above it. A header stands for itself alone.
+set(layers
+    "messages: "
+    "vectordraw: "
+    "viewshed: "
+    "viewshed/io: viewshed"
+    "viewshed/main.cpp: viewshed viewshed/io"
+    "colortable: messages"
+    "dataset: messages vectordraw"
+    "runner: messages dataset/pathencoding.h"
+    "panels/options: colortable dataset messages runner/quoting.h"
+    "panels/controls: colortable messages"
+    "panels/observers: panels/options panels/controls dataset messages"
+    "panels: panels/options panels/controls panels/observers colortable dataset messages runner/QuvoProgressDialog.h"
+    "app/startup: dataset messages"
+    "app/process: panels/options runner dataset messages"
+    "app/recipe: app/process panels/options colortable dataset messages"
+    "app/run: app/process app/recipe panels/options runner dataset messages"
+    "app/preview: app/process panels panels/options runner dataset messages"
+    "app/window: app/startup app/process app/recipe app/run app/preview panels panels/options runner dataset messages"
+    "app/batch: app/startup app/process app/recipe app/run panels/options runner dataset messages"
+    "app/main.cpp: app/startup app/process app/window dataset messages"
+    "resources: "
+    "samples: dataset vectordraw"
+    "bench: app/process app/preview runner dataset vectordraw"
+)
 
-# Single headers that a folder may include from one that it may not know as a whole.
-set(headers_runner "dataset/pathencoding\\.h")
-set(headers_panels "runner/(QuvoProgressDialog|quoting)\\.h")
-
-# A pattern, and the files that may hold it.
+# Text that may stand only in some files: a pattern, and a pattern of those files.
 set(rules
     "QProcess[^a-zA-Z]|<QProcess>" "^runner/"
     "QMessageBox" "^messages/Prompt"
@@ -63,37 +78,126 @@ set(rules
     "qgetenv|getenv *\\(|qEnvironmentVariable" "^(app/startup/environment|messages/dico|.*/main\\.cpp)"
 )
 
-set(problems "")
-foreach(folder IN LISTS folders)
-    file(GLOB_RECURSE files RELATIVE "${ROOT}" "${ROOT}/${folder}/*.h" "${ROOT}/${folder}/*.cpp" "${ROOT}/${folder}/*.c")
-    foreach(file IN LISTS files)
-        file(STRINGS "${ROOT}/${file}" includes REGEX "^ *#include *\"")
-        foreach(line IN LISTS includes)
-            string(REGEX REPLACE "^ *#include *\"([^\"]*)\".*" "\\1" header "${line}")
-            string(REGEX REPLACE "/.*" "" other "${header}")
-            if(other STREQUAL header OR other STREQUAL folder OR other IN_LIST allowed_${folder})
-                continue() # a generated header (ui_….h, ….moc), or one that the folder may know
-            endif()
-            if(headers_${folder} AND header MATCHES "^(${headers_${folder}})$")
-                continue()
-            endif()
-            list(APPEND problems "${file} includes ${header}, which ${folder}/ may not know")
-        endforeach()
+# Text that must not stand in some files: a pattern of the files, and the pattern of the text.
+set(bans
+    "^viewshed/" "#include *<Q"
+    "^(viewshed/[^/]*\\.h|vectordraw/(stylestring|geometry))" "#include *<(gdal|ogr|cpl|cairo|pango)"
+)
 
-        file(READ "${ROOT}/${file}" text)
-        string(REGEX REPLACE "//[^\n]*" "" text "${text}")
-        set(rest ${rules})
-        while(rest)
-            list(POP_FRONT rest pattern where)
-            if(text MATCHES "${pattern}" AND NOT file MATCHES "${where}")
-                list(APPEND problems "${file} uses ${CMAKE_MATCH_0}, which stands only in files like ${where}")
+set(rooms "")
+foreach(layer IN LISTS layers)
+    string(REGEX MATCH "^([^:]*): *(.*)$" matched "${layer}")
+    list(APPEND rooms "${CMAKE_MATCH_1}")
+    string(REPLACE " " ";" "knows_${CMAKE_MATCH_1}" "${CMAKE_MATCH_2}")
+endforeach()
+
+# The room of a file or header, found upwards from its path; empty: it belongs to none.
+function(room_of path found)
+    while(path AND NOT path IN_LIST rooms)
+        if(path MATCHES "/")
+            string(REGEX REPLACE "/[^/]*$" "" path "${path}")
+        else()
+            set(path "")
+        endif()
+    endwhile()
+    set(${found} "${path}" PARENT_SCOPE)
+endfunction()
+
+# The rooms as a Mermaid flow chart. An arrow that other arrows imply is left out.
+function(rooms_chart found)
+    set(lines "flowchart TD")
+    foreach(room IN LISTS rooms)
+        if(room MATCHES "\\.cpp$|^(samples|bench|resources)$")
+            continue()
+        endif()
+        string(REPLACE "/" "_" from "${room}")
+        string(APPEND lines "\n    ${from}[${room}]")
+        set(implied "")
+        foreach(known IN LISTS knows_${room})
+            list(APPEND implied ${knows_${known}})
+        endforeach()
+        foreach(known IN LISTS knows_${room})
+            if(NOT known IN_LIST implied AND NOT known MATCHES "\\.h$")
+                string(REPLACE "/" "_" to "${known}")
+                string(APPEND lines "\n    ${from} --> ${to}")
             endif()
-        endwhile()
-        if(file MATCHES "^viewshed/" AND text MATCHES "#include *<Q")
-            list(APPEND problems "${file} uses Qt; the viewshed tool is plain C++ and GDAL")
+        endforeach()
+    endforeach()
+    set(${found} "${lines}" PARENT_SCOPE)
+endfunction()
+
+if(CHART) # the text between the markers of that file is replaced by the chart
+    rooms_chart(chart)
+    file(READ "${CHART}" text)
+    string(REGEX REPLACE "```mermaid\n[^`]*```" "```mermaid\n${chart}\n```" text "${text}")
+    file(WRITE "${CHART}" "${text}")
+    return()
+endif()
+
+set(problems "")
+file(GLOB_RECURSE files RELATIVE "${ROOT}" "${ROOT}/[a-z]*/*.h" "${ROOT}/[a-z]*/*.cpp" "${ROOT}/[a-z]*/*.c")
+list(FILTER files EXCLUDE REGEX "^(build|tests)/")
+foreach(file IN LISTS files)
+    room_of("${file}" room)
+    if(NOT room)
+        list(APPEND problems "${file} stands in no room")
+        continue()
+    endif()
+    file(STRINGS "${ROOT}/${file}" includes REGEX "^ *#include *\"")
+    foreach(line IN LISTS includes)
+        string(REGEX REPLACE "^ *#include *\"([^\"]*)\".*" "\\1" header "${line}")
+        room_of("${header}" other)
+        if(NOT header MATCHES "/") # a generated header (ui_….h, ….moc)
+            continue()
+        endif()
+        if(NOT other STREQUAL room AND NOT other IN_LIST knows_${room} AND NOT header IN_LIST knows_${room})
+            list(APPEND problems "${file} includes ${header}, which ${room} may not know")
+        endif()
+        # A panel knows itself and the base class, and no other panel.
+        string(REGEX REPLACE "\\.[a-z]+$" "" stem "${file}")
+        if(room STREQUAL "panels" AND other STREQUAL "panels"
+           AND NOT header STREQUAL "${stem}.h" AND NOT header STREQUAL "panels/optionsWidget.h")
+            list(APPEND problems "${file} includes ${header}, another panel")
         endif()
     endforeach()
+
+    file(READ "${ROOT}/${file}" text)
+    string(REGEX REPLACE "//[^\n]*" "" text "${text}")
+    set(rest ${rules})
+    while(rest)
+        list(POP_FRONT rest pattern where)
+        if(text MATCHES "${pattern}" AND NOT file MATCHES "${where}")
+            list(APPEND problems "${file} uses ${CMAKE_MATCH_0}, which stands only in files like ${where}")
+        endif()
+    endwhile()
+    set(rest ${bans})
+    while(rest)
+        list(POP_FRONT rest where pattern)
+        if(file MATCHES "${where}" AND text MATCHES "${pattern}")
+            list(APPEND problems "${file} uses ${CMAKE_MATCH_0}, which must not stand in files like ${where}")
+        endif()
+    endwhile()
 endforeach()
+
+# No room grows into a heap.
+set(most_files 40)
+foreach(room IN LISTS rooms)
+    file(GLOB here LIST_DIRECTORIES FALSE "${ROOT}/${room}/*")
+    list(LENGTH here count)
+    if(count GREATER most_files)
+        list(APPEND problems "${room} holds ${count} files; ${most_files} are the most")
+    endif()
+endforeach()
+
+# The chart of the rooms in CONTRIBUTING.md is the one of the table above.
+if(EXISTS "${ROOT}/CONTRIBUTING.md")
+    rooms_chart(chart)
+    file(READ "${ROOT}/CONTRIBUTING.md" text)
+    string(FIND "${text}" "${chart}" at)
+    if(at EQUAL -1)
+        list(APPEND problems "CONTRIBUTING.md does not show these rooms: build the target 'chart'")
+    endif()
+endif()
 
 if(problems)
     list(JOIN problems "\n  " problems)

@@ -15,6 +15,7 @@ function(quvo_target target)
     endif()
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual
+        -Wno-missing-field-initializers # a record initialized by name leaves its other members to their defaults
         $<$<BOOL:${QUVO_WARNINGS_AS_ERRORS}>:-Werror>
     )
     if(QUVO_SANITIZERS)

@@ -1,5 +1,7 @@
 #include "dataset/formatfilters.h"
 
+#include "dataset/formats.h"
+
 #include <gdal_priv.h>
 
 namespace
@@ -21,20 +23,14 @@ bool says(GDALDriver *driver, const char *item)
 bool isRasterOutputFormat(const QString &name)
 {
     GDALDriver *driver = driverNamed(name);
-    // A virtual raster would refer to the input instead of holding the product; the others leave files and
-    // folders of other names behind.
-    static const QStringList others{"VRT", "KMLSUPEROVERLAY", "MRF", "ILWIS"};
-    return driver && !others.contains(name, Qt::CaseInsensitive) && says(driver, GDAL_DCAP_RASTER)
+    return driver && formatTraits(name).raster != FormatOffer::Refused && says(driver, GDAL_DCAP_RASTER)
         && (says(driver, GDAL_DCAP_CREATE) || says(driver, GDAL_DCAP_CREATECOPY));
 }
 
 bool isVectorOutputFormat(const QString &name)
 {
     GDALDriver *driver = driverNamed(name);
-    // Tables without geometries, formats of fixed layers, and those that want settings of their own.
-    static const QStringList others{"OGR_VRT",    "BAG", "CSV", "DGN",    "DXF", "FITS", "GPSBabel", "GPX",
-                                    "Interlis 2", "MVT", "ODS", "PGDUMP", "S57", "VDV",  "XLSX"};
-    return driver && !others.contains(name, Qt::CaseInsensitive) && says(driver, GDAL_DCAP_VECTOR)
+    return driver && formatTraits(name).vector != FormatOffer::Refused && says(driver, GDAL_DCAP_VECTOR)
         && says(driver, GDAL_DCAP_CREATE) && !formatExtensions(name).isEmpty();
 }
 
@@ -61,11 +57,9 @@ QStringList formatExtensions(const QString &name)
     GDALDriver *driver = driverNamed(name);
     if (!driver)
         return {};
-    // Under its other extensions the driver would make an archive, or a table without shapes.
-    if (EQUAL(driver->GetDescription(), "ESRI Shapefile"))
-        return {QStringLiteral("shp")};
-    if (EQUAL(driver->GetDescription(), "MapInfo File"))
-        return {QStringLiteral("tab"), QStringLiteral("mif")};
+    const QStringList ours = extensionsOfOurs(name);
+    if (!ours.isEmpty())
+        return ours;
     const char *list = driver->GetMetadataItem(GDAL_DMD_EXTENSIONS);
     if (!list)
         list = driver->GetMetadataItem(GDAL_DMD_EXTENSION);

@@ -1,9 +1,8 @@
 #include "dataset/overviews.h"
 
+#include "dataset/formats.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
-
-#include <QStringList>
 
 #include <gdal_priv.h>
 
@@ -21,8 +20,7 @@ QVector<int> overviewFactors(int width, int height)
 
 bool takesOverviews(const QString &format)
 {
-    static const QStringList inTheFile{"COG", "GPKG", "MBTiles", "PDF"};
-    return !inTheFile.contains(format, Qt::CaseInsensitive);
+    return formatTraits(format).overviews == OverviewPlace::Beside;
 }
 
 QString overviewFile(const QString &raster)

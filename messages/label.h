@@ -15,3 +15,6 @@ struct Label
 /// Values are put into a text that holds %1, %2 by one call of QString::arg with all of them: chained calls
 /// would read a "%1" inside the first value as the next place.
 QString labelText(const Label &label);
+
+/// The text with a colon at its end; a text that ends in one is returned as it is.
+QString withColon(const QString &text);

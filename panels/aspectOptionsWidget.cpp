@@ -1,6 +1,6 @@
 #include "panels/aspectOptionsWidget.h"
 
-#include "panels/controls/labels.h"
+#include "messages/label.h"
 #include "ui_aspectOptionsWidget.h"
 
 #include <QEvent>

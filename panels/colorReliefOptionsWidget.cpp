@@ -1,6 +1,7 @@
 #include "panels/colorReliefOptionsWidget.h"
 
 #include "dataset/QuvoFilerDialog.h"
+#include "dataset/rasterpicture.h"
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
@@ -72,6 +73,22 @@ void colorReliefOptionsWidget::connectControls()
 QString colorReliefOptionsWidget::getCommandArguments()
 {
     return colorReliefFragment(options());
+}
+
+std::optional<ToolInput> colorReliefOptionsWidget::launchInput()
+{
+    const QString file = colorFile(false);
+    if (file.isEmpty())
+        return std::nullopt;
+    return ToolInput{getCommandArguments(), file, file.startsWith(m_workFolder.path() + QLatin1Char('/'))};
+}
+
+std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &copy)
+{
+    const auto input = launchInput();
+    if (input && m_dem.extremes.known)
+        noteExtremes(copy, m_dem.band, m_dem.extremes.minimum, m_dem.extremes.maximum);
+    return input;
 }
 
 bool colorReliefOptionsWidget::isComplete() const

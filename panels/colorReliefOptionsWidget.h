@@ -33,6 +33,9 @@ public:
     ProcessOptions processOptions() const override;
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
+    std::optional<ToolInput> launchInput() override;
+    /// Notes the DEM's extreme values in the copy, because the percentages of a table are those of the DEM.
+    std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
 

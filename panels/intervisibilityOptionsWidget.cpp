@@ -2,7 +2,6 @@
 
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
-#include "panels/controls/labels.h"
 #include "panels/controls/numberfield.h"
 #include "panels/observers/PointDelegate.h"
 #include "panels/observers/observerimport.h"
@@ -109,7 +108,12 @@ QString intervisibilityOptionsWidget::getCommandArguments()
     return argumentsWith(m_model.observers());
 }
 
-QString intervisibilityOptionsWidget::previewArguments(const QString &copy)
+std::optional<ToolInput> intervisibilityOptionsWidget::launchInput()
+{
+    return ToolInput{getCommandArguments(), {}, true};
+}
+
+std::optional<ToolInput> intervisibilityOptionsWidget::previewInput(const QString &copy)
 {
     const DemGround ground(copy, m_dem.band);
     QList<ObserverPoint> points = m_model.points();
@@ -123,7 +127,7 @@ QString intervisibilityOptionsWidget::previewArguments(const QString &copy)
     ObserverPointsModel onCopy;
     onCopy.setGround(ground);
     onCopy.addPoints(points);
-    return argumentsWith(onCopy.observers());
+    return ToolInput{argumentsWith(onCopy.observers()), {}, true};
 }
 
 QString intervisibilityOptionsWidget::argumentsWith(const QList<ToolObserver> &observers)

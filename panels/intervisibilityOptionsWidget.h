@@ -31,8 +31,10 @@ public:
     void setProcessOptions(const ProcessOptions &options) override;
     /// Writes the file of the observers, into a new folder each time.
     QString getCommandArguments() override;
-    /// Relative observers stand on the copy's ground: on the DEM's own they might stand below it.
-    QString previewArguments(const QString &copy) override;
+    std::optional<ToolInput> launchInput() override;
+    /// Heights of relative observers count from the ground of the copy: observers on the DEM's own ground might
+    /// stand below it.
+    std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
 

@@ -1,29 +1,21 @@
 #pragma once
 
-#include "dataset/extremes.h"
+#include "dataset/deminfo.h"
 #include "panels/options/processoptions.h"
+#include "panels/options/toolinput.h"
 
 #include <QString>
 #include <QStringList>
 #include <QWidget>
 
-/// The DEM that the options are for.
-struct DemInfo
-{
-    QString path;           ///< as GDAL is given it; empty while there is no DEM
-    int band = 1;           ///< from 1
-    Extremes extremes;      ///< of the band
-    bool searching = false; ///< the extreme values are being looked for
-    QString state = {};     ///< tells a file that was written anew from the one before
+#include <optional>
 
-    bool isSameFileAs(const DemInfo &other) const { return path == other.path && state == other.state; }
-    bool isSameBandAs(const DemInfo &other) const { return isSameFileAs(other) && band == other.band; }
-};
-
-/// Base of the option panels, one a process.
+/// Base of the option panels. There is one panel a process; its class is the view of the process's option
+/// record.
 ///
 /// Each panel declares the signal completeChanged(), which follows every change of its options, and the slot
-/// slot_onOptionsChanged(); this class is no meta-object of its own.
+/// slot_onOptionsChanged(); this class itself is no meta-object. A new panel shows the defaults of its record:
+/// no reset button is enabled and no signal follows.
 class optionsWidget : public QWidget
 {
 public:
@@ -31,29 +23,37 @@ public:
         : QWidget(parent, flags)
     { }
 
-    /// A constant of each panel. Nothing asks for it.
+    /// A constant of each panel. Nothing calls it.
     virtual bool capabilityFlag() const = 0;
 
-    /// The options as they are set.
+    /// The options as the panel shows them.
     virtual ProcessOptions processOptions() const = 0;
 
-    /// Shows the options as if they had been set by hand; completeChanged() follows. Those of another process
-    /// are left alone.
+    /// Shows the options as if the user had set them; completeChanged() follows. Options of another process are
+    /// ignored.
     virtual void setProcessOptions(const ProcessOptions &options) = 0;
 
     /// The argument fragment of the options. It carries its own blanks and is inserted in the command line as
     /// it stands.
     virtual QString getCommandArguments() = 0;
 
-    /// The argument fragment for a reduced copy of the DEM.
-    virtual QString previewArguments(const QString &) { return getCommandArguments(); }
+    /// What a launch passes to the tool; files that the tool reads are written now. Nothing is returned after a
+    /// box that says why a file cannot be written.
+    virtual std::optional<ToolInput> launchInput() { return ToolInput{getCommandArguments(), {}, false}; }
+
+    /// What a preview passes to the tool: like launchInput(), for a reduced copy of the DEM.
+    virtual std::optional<ToolInput> previewInput(const QString &copy)
+    {
+        Q_UNUSED(copy)
+        return launchInput();
+    }
 
     /// Whether the options are enough to launch the process.
     virtual bool isComplete() const = 0;
 
-    /// There is another DEM or band, or more is known of it.
+    /// The DEM or band changed, or its extreme values became known.
     virtual void setDem(const DemInfo &) { }
 
-    /// Sentences that a launch is asked about before it begins.
+    /// Sentences that the user confirms before a launch begins.
     virtual QStringList launchWarnings() const { return {}; }
 };

@@ -1,7 +1,7 @@
 #include "panels/shadedOptionsWidget.h"
 
+#include "messages/label.h"
 #include "panels/controls/QEditableComboBox.h"
-#include "panels/controls/labels.h"
 #include "panels/controls/scalecombo.h"
 #include "ui_shadedOptionsWidget.h"
 

@@ -1,6 +1,6 @@
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
 
-#include "panels/controls/labels.h"
+#include "messages/label.h"
 #include "ui_tri_tpi_roughnessOptionsWidget.h"
 
 #include <QEvent>

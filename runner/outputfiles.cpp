@@ -15,23 +15,6 @@
 namespace
 {
 
-/// What the driver may put beside a file under its base name.
-QStringList sideExtensions(const QuvoOutputFile &output)
-{
-    const auto isDriver = [&](const char *name) {
-        return output.driver.compare(QLatin1String(name), Qt::CaseInsensitive) == 0;
-    };
-    if (isDriver("ESRI Shapefile"))
-        return {"shx", "dbf", "prj", "cpg", "qix", "sbn", "sbx", "idm", "ind", "qpj"};
-    if (isDriver("MapInfo File"))
-        return {"tab", "map", "id", "dat", "ind", "mif", "mid"};
-    if (isDriver("GML"))
-        return {"xsd", "gfs"};
-    if (output.kind == QuvoOutputFileKind::Vector)
-        return {};
-    return {"hdr", "prj", "clr", "stx", "aux", "aux.xml", "ers", "rrd", "wld", "tfw", "blw"};
-}
-
 void removePlainly(const QString &path)
 {
     const QFileInfo file(path);
@@ -79,7 +62,6 @@ QStringList namesakes(const QuvoOutputFile &output)
     static const QStringList journals{"-journal", "-wal", "-shm"};
     const QFileInfo file(output.path);
     const QString base = file.completeBaseName();
-    const QStringList besides = sideExtensions(output);
     QStringList found;
     for (const QFileInfo &other :
          QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden | QDir::System)) {
@@ -89,7 +71,7 @@ QStringList namesakes(const QuvoOutputFile &output)
         const bool byBaseName = output.ownsBaseName && name != file.fileName()
             && (name == base
                 || (name.startsWith(base + QLatin1Char('.'))
-                    && besides.contains(name.mid(base.size() + 1), Qt::CaseInsensitive)));
+                    && output.sideExtensions.contains(name.mid(base.size() + 1), Qt::CaseInsensitive)));
         if (byWholeName || byBaseName)
             found += other.absoluteFilePath();
     }

@@ -13,26 +13,27 @@ using QuvoProcessing = QPair<QString, QString>;
 /// Steps in the order in which they run.
 using QuvoProcessingCollection = QVector<QuvoProcessing>;
 
-/// How a file that a step creates is deleted.
+/// The way in which a file that a step created is deleted.
 enum class QuvoOutputFileKind
 {
-    PlainFile, ///< removed as it stands
-    Raster,    ///< through its GDAL driver, which removes its side files, too
-    Vector,    ///< likewise
+    PlainFile, ///< the file alone is removed
+    Raster,    ///< by its GDAL driver, which also removes the side files
+    Vector,    ///< by its GDAL driver, as a raster
 };
 
 /// A file that a step creates.
 struct QuvoOutputFile
 {
     QString path;
-    QString driver; ///< GDAL's short name of the driver that writes it; not used for a plain file
+    QString driver; ///< GDAL's short name of the driver that writes the file; not used for a plain file
     QuvoOutputFileKind kind = QuvoOutputFileKind::PlainFile;
-    /// Whether the driver writes side files of its base name, too (a.hdr beside a.img), and not only of its
-    /// whole name (a.tif.aux.xml beside a.tif).
+    /// Whether the driver also writes side files of the base name ("a.hdr" beside "a.img"), and not only of the
+    /// whole name ("a.tif.aux.xml" beside "a.tif").
     bool ownsBaseName = false;
-    /// Its namesakes() that were there before the step. Where this is known, a deletion takes the file itself
-    /// and the namesakes that came since, and asks no driver: a driver's list of a data set's files may name
-    /// anything.
+    QStringList sideExtensions{}; ///< extensions of these side files, without their dot
+    /// The namesakes() that were there before the step. Where they are known, a deletion removes the file
+    /// itself and the namesakes that came since; the driver is not asked, because its list of a data set's
+    /// files may name any file.
     std::optional<QStringList> before{};
 };
 
@@ -41,7 +42,7 @@ using QuvoOutputFilesList = QVector<QuvoOutputFile>;
 /// The files of each step, one entry a step.
 using QuvoOutputFilesListCollection = QVector<QuvoOutputFilesList>;
 
-/// How the progress of a list is shown.
+/// The progress window that is shown while a list of steps runs.
 enum QuvoProgressDialogType
 {
     NoProgressWindow = 0,

@@ -1,7 +1,7 @@
 #include "app/batch/BatchSeries.h"
 
 #include "app/startup/console.h"
-#include "panels/controls/labels.h"
+#include "messages/label.h"
 
 #include <QCoreApplication>
 #include <QTimer>

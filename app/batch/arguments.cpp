@@ -1,6 +1,7 @@
 #include "app/batch/arguments.h"
 
 #include "app/process/processes.h"
+#include "app/startup/versions.h"
 
 #include <QCommandLineParser>
 
@@ -38,14 +39,14 @@ void declareOptions(QCommandLineParser &parser)
         {QStringLiteral("input"), text("MESS_LOT_ENTREE", "MNT d'entrée."), QStringLiteral("file")},
         {QStringLiteral("output"), text("MESS_LOT_SORTIE", "Fichier à créer."), QStringLiteral("file")},
         {QStringLiteral("band"), text("MESS_LOT_BANDE", "Bande du MNT (1 par défaut)."), QStringLiteral("n")},
-        {QStringLiteral("of"), text("MESS_LOT_FORMAT", "Format GDAL du produit (GTiff par défaut)."),
-         QStringLiteral("format")},
-        {QStringLiteral("tiled"), text("MESS_LOT_TUILES", "Produit en tuiles.")},
-        {QStringLiteral("world-file"),
-         text("MESS_LOT_CALAGE", "Fichier de calage .tfw, avec --tiled seulement.")},
-        {QStringLiteral("layer"), text("MESS_LOT_COUCHE", "Couche d'un produit vecteur (contour par défaut)."),
-         QStringLiteral("name")},
-        {QStringLiteral("overviews"), text("MESS_LOT_VUES", "Vues d'ensemble à côté d'un produit raster.")},
+    });
+    for (const OutputOptionField &output : outputOptionFields()) {
+        const QString name = QLatin1String(output.argument);
+        const QString meaning = labelText(output.field.meaning);
+        parser.addOption(output.valueName ? QCommandLineOption(name, meaning, QLatin1String(output.valueName))
+                                          : QCommandLineOption(name, meaning));
+    }
+    parser.addOptions({
         {QStringLiteral("set"), text("MESS_LOT_OPTION", "Option du traitement (voir --list) ; répétable."),
          QStringLiteral("name=value")},
         {QStringLiteral("overwrite"), text("MESS_LOT_REMPLACER", "Remplace un produit qui existe déjà.")},
@@ -72,7 +73,7 @@ BatchAction actionOf(const QCommandLineParser &parser)
     return parser.isSet(printName) ? BatchAction::PrintCommand : BatchAction::Run;
 }
 
-QString takeBand(BatchArguments &arguments, const QString &text)
+QString readBand(BatchArguments &arguments, const QString &text)
 {
     bool isNumber = false;
     const int band = text.toInt(&isNumber);
@@ -83,7 +84,7 @@ QString takeBand(BatchArguments &arguments, const QString &text)
     return {};
 }
 
-QString takeOption(BatchArguments &arguments, const QString &text)
+QString readOption(BatchArguments &arguments, const QString &text)
 {
     const auto equals = text.indexOf(QLatin1Char('='));
     if (equals <= 0)
@@ -92,7 +93,21 @@ QString takeOption(BatchArguments &arguments, const QString &text)
     return {};
 }
 
-QString takeValues(BatchArguments &arguments, const QCommandLineParser &parser)
+QString readOutputOptions(BatchArguments &arguments, const QCommandLineParser &parser)
+{
+    for (const OutputOptionField &output : outputOptionFields()) {
+        const QString name = QLatin1String(output.argument);
+        if (!parser.isSet(name))
+            continue;
+        const QVariant value = output.valueName ? QVariant(parser.value(name)) : QVariant(true);
+        const QString problem = setField(arguments.outputOptions, output.field, value);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return {};
+}
+
+QString readValues(BatchArguments &arguments, const QCommandLineParser &parser)
 {
     const QStringList files = parser.positionalArguments();
     arguments.recipeFile = files.value(0);
@@ -109,19 +124,17 @@ QString takeValues(BatchArguments &arguments, const QCommandLineParser &parser)
         arguments.input = parser.value(QStringLiteral("input"));
     if (parser.isSet(QStringLiteral("output")))
         arguments.output = parser.value(QStringLiteral("output"));
-    arguments.outputFormat = parser.value(QStringLiteral("of"));
-    arguments.layerName = parser.value(QStringLiteral("layer"));
-    arguments.overviews = parser.isSet(QStringLiteral("overviews"));
-    arguments.tiled = parser.isSet(QStringLiteral("tiled"));
-    arguments.worldFile = parser.isSet(QStringLiteral("world-file"));
+    QString problem = readOutputOptions(arguments, parser);
+    if (!problem.isEmpty())
+        return problem;
     arguments.overwrite = parser.isSet(QStringLiteral("overwrite"));
     if (parser.isSet(QStringLiteral("band"))) {
-        const QString problem = takeBand(arguments, parser.value(QStringLiteral("band")));
+        problem = readBand(arguments, parser.value(QStringLiteral("band")));
         if (!problem.isEmpty())
             return problem;
     }
     for (const QString &option : parser.values(QStringLiteral("set"))) {
-        const QString problem = takeOption(arguments, option);
+        problem = readOption(arguments, option);
         if (!problem.isEmpty())
             return problem;
     }
@@ -142,7 +155,7 @@ BatchArguments readBatchArguments(const QStringList &texts)
     arguments.action = actionOf(parser);
     arguments.overviewRaster = parser.value(buildName);
     if (arguments.action == BatchAction::Run || arguments.action == BatchAction::PrintCommand)
-        arguments.problem = takeValues(arguments, parser);
+        arguments.problem = readValues(arguments, parser);
     return arguments;
 }
 
@@ -155,13 +168,13 @@ QString batchHelp()
 
 QString batchVersion()
 {
-    return QStringLiteral("QuvoDemBatch " QUVO_VERSION "\n");
+    return QStringLiteral("QuvoDemBatch %1\n").arg(programVersion());
 }
 
 QString batchList()
 {
     QString text;
-    for (const BatchProcess &process : batchProcesses()) {
+    for (const NamedProcess &process : namedProcesses()) {
         const QVector<FieldDescription> fields = describeOptions(process.defaults);
         int nameWidth = 0;
         int rangeWidth = 0;

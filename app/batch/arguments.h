@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/process/outputoptions.h"
+
 #include <QByteArray>
 #include <QPair>
 #include <QString>
@@ -8,7 +10,7 @@
 
 #include <optional>
 
-/// What the batch program is asked to do. All but a run take neither a window nor a child process.
+/// What the batch program does. Only a run starts child processes.
 enum class BatchAction
 {
     Run,
@@ -19,34 +21,30 @@ enum class BatchAction
     Version
 };
 
-/// The batch program's command line, read but not yet judged. What was not given has no value.
+/// The batch program's command line. Its values are read but not yet checked against the process and the files.
 struct BatchArguments
 {
     BatchAction action = BatchAction::Run;
-    QString recipeFile;     ///< pipedRecipeName: the recipe comes on the standard input
-    QByteArray pipedRecipe; ///< that came there; whoever runs the program reads it, once
-    QStringList dems;       ///< for each of which the recipe is run, instead of for one input
-    QString process;
+    QString recipeFile; ///< path of the recipe; pipedRecipeName: it comes on the standard input; empty: none
+    QByteArray pipedRecipe; ///< the recipe of the standard input, which main() reads
+    QStringList dems;       ///< DEMs that the recipe is run for, in place of its own input
+    QString process;        ///< word of the process; empty: the recipe's
     std::optional<QString> input;
     std::optional<QString> output;
     std::optional<int> band;
-    QString outputFormat;
-    QString layerName;
-    QString overviewRaster; ///< whose overviews are to be built
-    bool overviews = false;
-    bool tiled = false;
-    bool worldFile = false;
+    OutputOptions outputOptions; ///< options that were not given have their defaults
+    QString overviewRaster;      ///< raster whose overviews are to be built
     bool overwrite = false;
-    QVector<QPair<QString, QString>> options; ///< name and value of each --set, in their order
-    QString problem; ///< what is wrong with the command line, in a sentence; empty for a good one
+    QVector<QPair<QString, QString>> options; ///< name and value of each --set, in the order given
+    QString problem; ///< why the command line is not valid, in a sentence; empty for a good one
 };
 
 constexpr char pipedRecipeName[] = "-";
 
-/// Reads the arguments; the first is the program's name. It needs no application object.
+/// Reads the arguments, of which the first is the program's name. No application object is needed.
 BatchArguments readBatchArguments(const QStringList &arguments);
 
-/// The texts of --help, --list and --version. They end in a line feed and need an application object.
+/// The texts of --help, --list and --version. They end in a line feed; an application object must exist.
 QString batchHelp();
 QString batchList();
 QString batchVersion();

@@ -1,15 +1,12 @@
 #include "app/batch/request.h"
 
-#include "app/recipe/observerfile.h"
+#include "app/process/productname.h"
 #include "app/recipe/recipe.h"
-#include "app/recipe/tablefile.h"
+#include "app/recipe/recipeinput.h"
 #include "app/run/outputname.h"
-#include "app/run/runplan.h"
-#include "app/window/dialogrules.h"
 #include "dataset/formatfilters.h"
-#include "dataset/overviews.h"
+#include "dataset/formats.h"
 #include "dataset/pathencoding.h"
-#include "panels/options/contourlevels.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -20,7 +17,7 @@ namespace
 {
 
 /// The process of the command line, which a recipe must not contradict.
-QString takeProcess(Recipe &recipe, const BatchArguments &arguments)
+QString chooseProcess(Recipe &recipe, const BatchArguments &arguments)
 {
     if (!recipe.process.isEmpty()) {
         if (arguments.process.isEmpty() || arguments.process == recipe.process)
@@ -33,15 +30,15 @@ QString takeProcess(Recipe &recipe, const BatchArguments &arguments)
         return labelText(
             {"MESS_LOT_SANS_TRAIT",
              "Indiquez un traitement (--process) ou une recette ; --list affiche les traitements."});
-    const BatchProcess *process = findBatchProcess(arguments.process);
+    const NamedProcess *process = findProcess(arguments.process);
     if (!process)
-        return unknownProcess(arguments.process);
+        return unknownProcessProblem(arguments.process);
     recipe.process = arguments.process;
     recipe.options = process->defaults;
     return {};
 }
 
-QString takeOptions(Recipe &recipe, const BatchArguments &arguments)
+QString setOptions(Recipe &recipe, const BatchArguments &arguments)
 {
     QStringList given;
     for (const auto &option : arguments.options) {
@@ -65,19 +62,13 @@ RecipeReading combine(const BatchArguments &arguments)
         reading = readRecipeFile(arguments.recipeFile);
     Recipe &recipe = reading.recipe;
     if (reading.problem.isEmpty())
-        reading.problem = takeProcess(recipe, arguments);
+        reading.problem = chooseProcess(recipe, arguments);
     if (reading.problem.isEmpty())
-        reading.problem = takeOptions(recipe, arguments);
+        reading.problem = setOptions(recipe, arguments);
     recipe.input = arguments.input.value_or(recipe.input);
     recipe.output = arguments.output.value_or(recipe.output);
-    if (!arguments.outputFormat.isEmpty())
-        recipe.outputFormat = arguments.outputFormat;
     recipe.band = arguments.band.value_or(recipe.band);
-    if (!arguments.layerName.isEmpty())
-        recipe.layerName = arguments.layerName;
-    recipe.overviews |= arguments.overviews;
-    recipe.tiled |= arguments.tiled;
-    recipe.worldFile |= arguments.worldFile;
+    recipe.outputOptions = overridden(recipe.outputOptions, arguments.outputOptions);
 
     if (reading.problem.isEmpty() && recipe.input.isEmpty())
         reading.problem = labelText({"MESS_LOT_SANS_ENTREE", "Indiquez le MNT d'entrée (--input)."});
@@ -86,62 +77,47 @@ RecipeReading combine(const BatchArguments &arguments)
     return reading;
 }
 
+QStringList outputWarnings(const ProcessingRequest &request)
+{
+    QStringList warnings;
+    const OutputOptions &output = request.outputOptions;
+    if (output.overviews && formatTraits(outputFormat(request)).overviews == OverviewPlace::InProduct)
+        warnings +=
+            labelText({"MESS_VUES_FORMAT", "Ce format ne reçoit pas de vues d'ensemble à côté du produit."});
+    if (output.worldFile && !output.tiled)
+        warnings += labelText({"MESS_CALAGE_SANS_TUILE",
+                               "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
+    return warnings;
+}
+
 } // namespace
 
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder)
 {
     BatchRequest batch;
     const RecipeReading reading = combine(arguments);
-    if (!reading.problem.isEmpty()) {
-        batch.problem = reading.problem;
+    batch.problem = reading.problem;
+    if (!batch.problem.isEmpty())
         return batch;
-    }
     const Recipe &recipe = reading.recipe;
-    ProcessingRequest &request = batch.request;
-    request.process = findBatchProcess(recipe.process)->process;
-    request.mode = recipe.process;
-    request.input = dataSetName(recipe.input, QDir::currentPath());
-    request.format = recipe.outputFormat;
-    request.band = recipe.band;
-    request.layerName = recipe.layerName;
-    request.overviews = recipe.overviews;
-    request.tiled = recipe.tiled;
-    request.worldFile = recipe.worldFile;
-    request.fragment = argumentFragment(recipe.options);
-    request.output = recipe.output;
+    const QString dem = dataSetName(recipe.input, QDir::currentPath());
+    const RecipeInput prepared = prepareInput(recipe.options, dem, recipe.band, workFolder);
+    batch.request = {.process = processOf(recipe.options),
+                     .mode = recipe.process,
+                     .input = dem,
+                     .band = recipe.band,
+                     .output = recipe.output,
+                     .outputOptions = recipe.outputOptions,
+                     .toolInput = prepared.toolInput};
+    batch.problem = prepared.problem;
+    batch.warnings = prepared.warnings + outputWarnings(batch.request);
+    if (arguments.action == BatchAction::PrintCommand && prepared.toolInput.readsTemporaryFile)
+        batch.warnings +=
+            labelText({"MESS_LOT_FICHIER_TEMP",
+                       "Cette commande lit un fichier temporaire de ce programme, qui disparaît avec lui."});
     if (!arguments.recipeFile.isEmpty() && arguments.recipeFile != QLatin1String(pipedRecipeName))
         batch.otherInputs += QFileInfo(arguments.recipeFile).absoluteFilePath();
-
-    if (const auto *colors = std::get_if<ColorReliefOptions>(&recipe.options)) {
-        const BatchColorTable table = batchColorTable(*colors, request.input, request.band, workFolder);
-        request.colorTableFile = table.file;
-        batch.problem = table.problem;
-        if (arguments.action == BatchAction::PrintCommand && table.file.startsWith(workFolder.path()))
-            batch.warnings +=
-                labelText({"MESS_LOT_TABLE_TEMP",
-                           "La table couleur de cette commande est un fichier temporaire de ce programme."});
-    }
-    if (const auto *zones = std::get_if<IntervisibilityOptions>(&recipe.options)) {
-        const BatchObservers observers = batchObservers(*zones, request.input, request.band, workFolder);
-        request.fragment = observers.fragment;
-        batch.problem = observers.problem;
-        batch.warnings += observers.warnings;
-        batch.otherInputs += observers.sourceFiles;
-        if (arguments.action == BatchAction::PrintCommand)
-            batch.warnings += labelText({"MESS_LOT_OBS_TEMP",
-                                         "Le fichier des observateurs de cette commande est un fichier "
-                                         "temporaire de ce programme."});
-    }
-    if (const auto *contours = std::get_if<ContourOptions>(&recipe.options); contours && contours->interval)
-        batch.warnings += manyLevelsWarnings(*contours, estimatedExtremes(request.input, request.band));
-    const bool hasOwn = outputFormat(request).compare(QLatin1String("COG"), Qt::CaseInsensitive) == 0;
-    if (request.overviews && !hasOwn && !takesOverviews(outputFormat(request)))
-        batch.warnings +=
-            labelText({"MESS_VUES_FORMAT", "Ce format ne reçoit pas de vues d'ensemble à côté du produit."});
-    if (request.worldFile && !request.tiled)
-        batch.warnings +=
-            labelText({"MESS_CALAGE_SANS_TUILE",
-                       "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
+    batch.otherInputs += prepared.sourceFiles;
     return batch;
 }
 
@@ -156,12 +132,11 @@ BatchRuns splitBatch(const BatchArguments &arguments)
     const RecipeReading reading = combine(one);
     if (!reading.problem.isEmpty())
         return {{}, reading.problem};
-    const BatchProcess &process = *findBatchProcess(reading.recipe.process);
-    ProcessingRequest request;
-    request.process = process.process;
-    request.format = reading.recipe.outputFormat;
-    const QString extension = formatExtensions(outputFormat(request)).value(0);
-    const QString suffix = QString::fromLatin1(processRow(process.process).suffix);
+    const NamedProcess &process = *findProcess(reading.recipe.process);
+    const ProcessRow &row = processRow(process.process);
+    const QString extension =
+        formatExtensions(outputFormat(reading.recipe.outputOptions, row.product)).value(0);
+    const QString suffix = QString::fromLatin1(row.suffix);
 
     QVector<BatchArguments> runs;
     QStringList products;

@@ -2,14 +2,13 @@
 
 #include "app/batch/arguments.h"
 #include "app/process/commandline.h"
-#include "app/process/tools.h"
-
 #include "dataset/workfolder.h"
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
-/// How the batch program ends.
+/// Exit codes of the batch program.
 enum class BatchExit
 {
     Done = 0,
@@ -17,18 +16,17 @@ enum class BatchExit
     BadArguments = 2,
 };
 
-/// What the batch program's arguments and the recipe that they name ask for.
+/// The run that the arguments of the batch program and their recipe describe.
 struct BatchRequest
 {
-    ProcessingRequest request; ///< the output as it was typed, or as the recipe's folder makes it
-    QStringList otherInputs;   ///< files besides the DEM that the output must not be: the recipe
+    ProcessingRequest request; ///< the output is the name as it was typed, or relative to the recipe's folder
+    QStringList otherInputs;   ///< files besides the DEM that the output must not replace, such as the recipe
     QStringList warnings;      ///< sentences that do not keep the run from starting
-    QString problem;           ///< why it cannot start, in a sentence; empty when it may
+    QString problem;           ///< why the run cannot start, in a sentence; empty when it can
 };
 
-/// Puts arguments and recipe together. Reads the recipe file and, for a colour relief, the colour table; the
-/// input need not exist unless a table is spread over its elevations. A table that is written goes to the work
-/// folder.
+/// Combines the arguments and the recipe. Reads the recipe file and prepares the tool's input; the files that
+/// this needs are written to the work folder. The DEM is read only where the options depend on it.
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder);
 
 /// The runs that a command line asks for.
@@ -43,5 +41,5 @@ struct BatchRuns
 /// left out, so that the list of all files of a folder can be given twice.
 BatchRuns splitBatch(const BatchArguments &arguments);
 
-/// The command line that a run would use, for whoever wants to see it; the input need not exist.
+/// The command line that the run of a request would use. The input need not exist.
 QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools);

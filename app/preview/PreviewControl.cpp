@@ -1,6 +1,5 @@
 #include "app/preview/PreviewControl.h"
 
-#include "app/window/dialogrules.h"
 #include "panels/intervisibilityOptionsWidget.h"
 
 #include <utility>
@@ -45,7 +44,7 @@ void PreviewControl::showPanel(const optionsWidget *panel, const QString &name, 
 }
 
 /// Why there is no preview, in a sentence; empty where there is one.
-QString PreviewControl::obstacle() const
+QString PreviewControl::problem() const
 {
     if (!m_panel || !m_panel->isComplete() || !optionsProblem(m_panel->processOptions()).isEmpty())
         return PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS");
@@ -56,7 +55,7 @@ QString PreviewControl::obstacle() const
 
 void PreviewControl::update(bool clear)
 {
-    const QString reason = obstacle();
+    const QString reason = problem();
     if (clear || !reason.isEmpty())
         m_pane.clearOutput(reason);
     m_pane.setCompass(m_panel ? compassOf(m_panel->processOptions()) : std::nullopt);

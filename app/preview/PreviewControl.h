@@ -33,7 +33,7 @@ public:
     void placeObserver(int x, int y, const QSize &shown);
 
 private:
-    QString obstacle() const;
+    QString problem() const;
     void update(bool clear);
 
     PreviewPane &m_pane;

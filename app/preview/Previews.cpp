@@ -1,7 +1,7 @@
 #include "app/preview/Previews.h"
 
 #include "app/preview/previewgeometry.h"
-#include "app/run/runplan.h"
+#include "app/process/commandline.h"
 #include "runner/QuvoScriptRunner.h"
 #include "runner/outputfiles.h"
 
@@ -183,8 +183,7 @@ void Previews::compute()
     const QString name = QStringLiteral("tempoPreviewImage") + (vector ? QStringLiteral(".shp") : QString());
     m_product = fileInOwnFolder(m_workFolder, vector ? m_vectorProduct : m_rasterProduct, name);
     request->output = m_product;
-    request->format.clear();
-    request->tiled = request->worldFile = request->overviews = false;
+    request->outputOptions = {};
     const QuvoOutputFile output = declaredOutputs(*request).first();
     deleteOutputFiles({{output}});
     begin(PreviewStep::Compute, runCommand(*request, m_tools), output);

@@ -1,30 +1,18 @@
 #include "app/process/commandline.h"
 
+#include "dataset/formats.h"
 #include "runner/quoting.h"
 
 namespace
 {
-
-/// "-co" arguments of the raster tools, each with its blank in front. A world file goes only with tiling, on
-/// purpose.
-QString creationOptions(const ProcessingRequest &request)
-{
-    QString options;
-    if (request.tiled) {
-        options += QStringLiteral(" -co \"TILED=YES\"");
-        if (request.worldFile)
-            options += QStringLiteral(" -co \"TFW=YES\"");
-    }
-    return options;
-}
 
 QString intervisibilityArguments(const ProcessingRequest &request)
 {
     QString text = QStringLiteral("-SrcFile ") + quotedArgument(request.input) + QLatin1Char(' ');
     text += QStringLiteral("-DstFile ") + quotedArgument(request.output) + QLatin1Char(' ');
     text += QStringLiteral("-iBand %1 ").arg(request.band);
-    text += request.fragment;
-    text += creationOptions(request);
+    text += request.toolInput.fragment;
+    text += creationArguments(request.outputOptions);
     return text;
 }
 
@@ -32,8 +20,8 @@ QString contourArguments(const ProcessingRequest &request)
 {
     QString text = QStringLiteral("-b %1 ").arg(request.band);
     text += QStringLiteral("-f ") + quotedArgument(outputFormat(request)) + QLatin1Char(' ');
-    text += request.fragment + QLatin1Char(' ');
-    text += QStringLiteral("-nln ") + quotedArgument(outputLayer(request)) + QLatin1Char(' ');
+    text += request.toolInput.fragment + QLatin1Char(' ');
+    text += QStringLiteral("-nln ") + quotedArgument(outputLayer(request.outputOptions)) + QLatin1Char(' ');
     text += quotedArgument(request.input) + QLatin1Char(' ');
     text += quotedArgument(request.output) + QLatin1Char(' ');
     return text;
@@ -43,21 +31,14 @@ QString demArguments(const ProcessingRequest &request)
 {
     QString text = request.mode + QLatin1Char(' ');
     text += quotedArgument(request.input) + QLatin1Char(' ');
-    if (request.process == Process::ColorRelief)
-        text += quotedArgument(request.colorTableFile);
+    if (processRow(*request.process).takesColorTable)
+        text += quotedArgument(request.toolInput.colorTableFile);
     text += QLatin1Char(' ') + quotedArgument(request.output) + QLatin1Char(' ');
-    text += request.fragment + QLatin1Char(' ');
+    text += request.toolInput.fragment + QLatin1Char(' ');
     text += QStringLiteral("-b %1 ").arg(request.band);
     text += QStringLiteral("-of ") + quotedArgument(outputFormat(request));
-    text += creationOptions(request);
+    text += creationArguments(request.outputOptions);
     return text;
-}
-
-/// These raster formats keep to files of the product's whole name.
-bool writesOneFile(const QString &format)
-{
-    return format.compare(QLatin1String("GTiff"), Qt::CaseInsensitive) == 0
-        || format.compare(QLatin1String("COG"), Qt::CaseInsensitive) == 0;
 }
 
 QString withoutExtension(const QString &path)
@@ -68,17 +49,14 @@ QString withoutExtension(const QString &path)
 
 } // namespace
 
-QString outputFormat(const ProcessingRequest &request)
+ProductKind productKind(const ProcessingRequest &request)
 {
-    if (!request.format.isEmpty())
-        return request.format;
-    const bool vector = request.process && processRow(*request.process).product == ProductKind::Vector;
-    return vector ? QStringLiteral("ESRI Shapefile") : QStringLiteral("GTiff");
+    return request.process ? processRow(*request.process).product : ProductKind::Raster;
 }
 
-QString outputLayer(const ProcessingRequest &request)
+QString outputFormat(const ProcessingRequest &request)
 {
-    return request.layerName.isEmpty() ? QStringLiteral("contour") : request.layerName;
+    return outputFormat(request.outputOptions, productKind(request));
 }
 
 QString processArguments(const ProcessingRequest &request)
@@ -93,7 +71,7 @@ QString processArguments(const ProcessingRequest &request)
     case Tool::Dem:
         return demArguments(request);
     case Tool::Translate:
-        break; // no process of the dialog
+        break; // no process uses it
     }
     return {};
 }
@@ -103,20 +81,31 @@ QString processCommand(const QString &toolPath, const QString &arguments)
     return quotedArgument(toolPath) + QLatin1Char(' ') + arguments;
 }
 
+QString runCommand(const ProcessingRequest &request, const ToolPaths &tools)
+{
+    return processCommand(tools.path(processRow(*request.process).tool), processArguments(request));
+}
+
 QuvoOutputFilesList declaredOutputs(const ProcessingRequest &request)
 {
     if (!request.process)
         return {};
+    const ProductKind product = productKind(request);
     const QString format = outputFormat(request);
-    if (processRow(*request.process).product == ProductKind::Vector)
-        return {{request.output, format, QuvoOutputFileKind::Vector, true}};
-
-    QuvoOutputFilesList files{{request.output, format, QuvoOutputFileKind::Raster, !writesOneFile(format)}};
-    // Only what the command really makes: a world file of the user's own is not ours to delete.
-    if (request.tiled && request.worldFile)
-        files += {withoutExtension(request.output) + QStringLiteral(".tfw"), QString(),
-                  QuvoOutputFileKind::PlainFile};
-    if (format.compare(QLatin1String("COG"), Qt::CaseInsensitive) == 0)
-        files += {request.output + QStringLiteral(".ovr.tmp"), QString(), QuvoOutputFileKind::PlainFile};
+    const FormatTraits &traits = formatTraits(format);
+    QuvoOutputFilesList files{
+        {.path = request.output,
+         .driver = format,
+         .kind = product == ProductKind::Vector ? QuvoOutputFileKind::Vector : QuvoOutputFileKind::Raster,
+         .ownsBaseName = !traits.keepsToWholeName,
+         .sideExtensions = sideExtensions(format, product)}};
+    if (product == ProductKind::Vector)
+        return files;
+    // A world file that this command does not write is the user's own.
+    if (request.outputOptions.tiled && request.outputOptions.worldFile)
+        files += {.path = withoutExtension(request.output) + QStringLiteral(".tfw")};
+    const QString temporarySuffix = QString::fromLatin1(traits.temporarySuffix);
+    if (!temporarySuffix.isEmpty())
+        files += {.path = request.output + temporarySuffix};
     return files;
 }

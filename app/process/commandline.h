@@ -1,41 +1,42 @@
 #pragma once
 
-#include "app/process/processes.h"
+#include "app/process/outputoptions.h"
+#include "app/process/tools.h"
+#include "panels/options/toolinput.h"
 #include "runner/processing.h"
 
 #include <QString>
 
 #include <optional>
 
-/// Everything that one run's command line is made of. Paths are absolute, or GDAL's own names of data sets.
+/// Everything that the command line of one run is made of. Paths are absolute, or GDAL's own names of data
+/// sets.
 struct ProcessingRequest
 {
-    std::optional<Process> process; ///< none: no tab's process, which has no arguments
-    QString mode; ///< mode word of the DEM tool ("hillshade", "TRI"); not used by the other tools
-    QString input;
+    std::optional<Process> process; ///< nothing: no process is chosen, and there are no arguments
+    QString mode;  ///< mode word of the DEM tool ("hillshade", "TRI"); the other tools have no mode
+    QString input; ///< the DEM
+    int band = 1;  ///< band of the DEM, counted from 1
     QString output;
-    QString format;         ///< GDAL's short driver name; empty: the product's usual one
-    QString layerName;      ///< vector layer of the contours; empty: "contour"
-    int band = 1;           ///< of the input, counted from 1
-    bool tiled = false;     ///< tiled GeoTIFF
-    bool worldFile = false; ///< a world file beside the GeoTIFF; takes effect on a tiled one only, on purpose
-    bool overviews = false; ///< of a raster product, beside it, after it was found whole
-    QString fragment;       ///< the option panel's argument fragment
-    QString colorTableFile; ///< colour relief only
+    OutputOptions outputOptions;
+    ToolInput toolInput; ///< what the options of the process contribute
 };
 
-/// The driver that writes the product: the request's, or the usual one of the kind of product ("GTiff",
-/// "ESRI Shapefile").
+/// The kind of the product; a raster where no process is chosen.
+ProductKind productKind(const ProcessingRequest &request);
+
+/// GDAL's short name of the driver that writes the product.
 QString outputFormat(const ProcessingRequest &request);
 
-/// The layer of a vector product: the request's, or "contour".
-QString outputLayer(const ProcessingRequest &request);
-
-/// The arguments of the process's tool, each blank as the tool's grammar has it.
+/// The arguments of the process's tool, with each blank that the tool's grammar has; empty where no process is
+/// chosen.
 QString processArguments(const ProcessingRequest &request);
 
-/// Tool and arguments as one command line, for the runner.
+/// Path of a tool and its arguments as one command line, for the runner.
 QString processCommand(const QString &toolPath, const QString &arguments);
 
-/// The files that the run creates, for deletion when it does not end well.
+/// The whole command line of a request that has a process.
+QString runCommand(const ProcessingRequest &request, const ToolPaths &tools);
+
+/// The files that the run creates. A stop or a failure deletes them.
 QuvoOutputFilesList declaredOutputs(const ProcessingRequest &request);

@@ -1,53 +1,109 @@
 #include "app/process/outputoptions.h"
 
 #include "dataset/formatfilters.h"
+#include "dataset/formats.h"
 #include "dataset/overviews.h"
 
 namespace
 {
 
-/// What the drivers do not say of themselves: formats of a fixed grid, scale or purpose, and formats of so many
-/// bands.
-bool takesProduct(const QString &format, int bands)
+bool holdsBands(const FormatTraits &format, int bands)
 {
-    static const QStringList special{"DTED", "MBTiles", "MEM", "NITF", "NTv2", "PCRaster", "PDF", "SRTMHGT"};
-    static const QStringList ofOneBand{"AAIGrid", "GIF", "GS7BG", "GSAG", "GSBG", "netCDF", "XPM"};
-    static const QStringList ofSeveral{"WEBP"};
-    return !special.contains(format) && !(bands > 1 ? ofOneBand : ofSeveral).contains(format);
+    return format.bands == FormatBands::Any || (format.bands == FormatBands::One) == (bands == 1);
 }
 
 bool isOffered(const QString &format, const ProcessRow &process)
 {
+    const FormatTraits &traits = formatTraits(format);
     if (formatExtensions(format).isEmpty())
         return false;
     if (process.product == ProductKind::Vector)
-        return isVectorOutputFormat(format);
+        return traits.vector == FormatOffer::Listed && isVectorOutputFormat(format);
     const QString cells = process.bytesPerCell == 1 ? QStringLiteral("Byte") : QStringLiteral("Float32");
-    return isRasterOutputFormat(format) && storesCells(format, cells) && takesProduct(format, process.bands);
+    return traits.raster == FormatOffer::Listed && isRasterOutputFormat(format) && storesCells(format, cells)
+        && holdsBands(traits, process.bands);
 }
 
 } // namespace
 
-void applyOutputOptions(const OutputOptions &options, ProcessingRequest &request)
+const QVector<OutputOptionField> &outputOptionFields()
 {
-    request.format = options.format;
-    request.layerName = options.layerName;
-    const QString format = outputFormat(request);
-    const bool vector = request.process && processRow(*request.process).product == ProductKind::Vector;
-    request.tiled = options.tiled && !vector && hasCreationOption(format, QStringLiteral("TILED"));
-    request.worldFile = options.worldFile && request.tiled && hasCreationOption(format, QStringLiteral("TFW"));
-    request.overviews = options.overviews && !vector && takesOverviews(format);
+    static const QVector<OutputOptionField> fields{
+        {{"outputFormat",
+          &OutputOptions::format,
+          0,
+          0,
+          {"MESS_LOT_FORMAT", "Format GDAL du produit (GTiff par défaut)."}},
+         "of",
+         "format"},
+        {QUVO_FIELD(OutputOptions, tiled, 0, 0, "MESS_LOT_TUILES", "Produit en tuiles."), "tiled", nullptr},
+        {QUVO_FIELD(OutputOptions, worldFile, 0, 0, "MESS_LOT_CALAGE",
+                    "Fichier de calage .tfw, avec --tiled seulement."),
+         "world-file", nullptr},
+        {QUVO_FIELD(OutputOptions, layerName, 0, 0, "MESS_LOT_COUCHE",
+                    "Couche d'un produit vecteur (contour par défaut)."),
+         "layer", "name"},
+        {QUVO_FIELD(OutputOptions, overviews, 0, 0, "MESS_LOT_VUES",
+                    "Vues d'ensemble à côté d'un produit raster."),
+         "overviews", nullptr},
+    };
+    return fields;
+}
+
+OutputOptions overridden(const OutputOptions &base, const OutputOptions &given)
+{
+    OutputOptions options = base;
+    for (const OutputOptionField &output : outputOptionFields()) {
+        const QVariant value = fieldValue(given, output.field);
+        if (value != fieldValue(OutputOptions(), output.field))
+            setField(options, output.field, value);
+    }
+    return options;
+}
+
+QString outputFormat(const OutputOptions &options, ProductKind product)
+{
+    if (!options.format.isEmpty())
+        return options.format;
+    return product == ProductKind::Vector ? QStringLiteral("ESRI Shapefile") : QStringLiteral("GTiff");
+}
+
+QString outputLayer(const OutputOptions &options)
+{
+    return options.layerName.isEmpty() ? QStringLiteral("contour") : options.layerName;
+}
+
+OutputOptions supportedOptions(const OutputOptions &options, ProductKind product)
+{
+    const QString format = outputFormat(options, product);
+    const bool raster = product == ProductKind::Raster;
+    OutputOptions supported = options;
+    supported.tiled = options.tiled && raster && hasCreationOption(format, QStringLiteral("TILED"));
+    supported.worldFile =
+        options.worldFile && supported.tiled && hasCreationOption(format, QStringLiteral("TFW"));
+    supported.overviews = options.overviews && raster && takesOverviews(format);
+    return supported;
+}
+
+QString creationArguments(const OutputOptions &options)
+{
+    QString arguments;
+    if (options.tiled) {
+        arguments += QStringLiteral(" -co \"TILED=YES\"");
+        if (options.worldFile)
+            arguments += QStringLiteral(" -co \"TFW=YES\"");
+    }
+    return arguments;
 }
 
 QStringList outputFormats(Process process)
 {
-    ProcessingRequest usual;
-    usual.process = process;
-    QStringList formats{outputFormat(usual)};
-    if (processRow(process).tool == Tool::Intervisibility)
+    const ProcessRow &row = processRow(process);
+    QStringList formats{outputFormat({}, row.product)};
+    if (row.tool == Tool::Intervisibility)
         return formats; // the tool writes no other
     for (const QString &name : driverNames()) {
-        if (name != formats.first() && isOffered(name, processRow(process)))
+        if (name != formats.first() && isOffered(name, row))
             formats += name;
     }
     return formats;

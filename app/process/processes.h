@@ -6,7 +6,9 @@
 
 #include <QVector>
 
-/// The processes, one a tab of the main dialog.
+#include <cstddef>
+
+/// The processes, in the order of the alternatives of ProcessOptions.
 enum class Process
 {
     ShadedRelief,
@@ -15,8 +17,22 @@ enum class Process
     Intervisibility,
     ColorRelief,
     Contour,
-    TriTpiRoughness
+    TriTpiRoughness,
+    Count ///< not a process: the number of processes
 };
+
+constexpr std::size_t processCount = static_cast<std::size_t>(Process::Count);
+
+/// Whether a table has one row a process, in the order of the enumeration, so that the process is its index.
+/// The rows have a member `process`.
+template <class Row, std::size_t rowCount> constexpr bool hasRowOfEachProcess(const Row (&rows)[rowCount])
+{
+    for (std::size_t at = 0; at < rowCount; ++at) {
+        if (static_cast<std::size_t>(rows[at].process) != at)
+            return false;
+    }
+    return rowCount == processCount;
+}
 
 /// The external tools.
 enum class Tool
@@ -27,34 +43,38 @@ enum class Tool
     Translate
 };
 
-/// What the program knows of a process; a new process is a new row.
+/// What the program knows of a process.
 struct ProcessRow
 {
     Process process;
     Tool tool;
     ProductKind product;
-    int bands;          ///< bands of a raster product
-    int bytesPerCell;   ///< bytes of one cell of one band, without compression
-    const char *suffix; ///< of the proposed output name
-    const char *icon;   ///< file of its picture in the folder of the tab icons
-    Label title;        ///< of its tab
-    Label stepTitle;    ///< what the progress window says while it runs
+    int bands;            ///< number of bands of a raster product
+    int bytesPerCell;     ///< bytes of one cell of one band, without compression
+    bool takesColorTable; ///< the tool reads a colour table file
+    const char *suffix;   ///< suffix of the proposed output name
+    const char *icon;     ///< file of the tab's picture in the folder of the tab icons
+    Label title;          ///< title of the tab
+    Label stepTitle;      ///< title of the progress window while the process runs
 };
 
 const ProcessRow &processRow(Process process);
 
-/// A process as recipes and the batch program name it.
-struct BatchProcess
+/// The process whose options these are.
+Process processOf(const ProcessOptions &options);
+
+/// A process under a word of its own, as recipes and the batch program name it; one process may have several.
+struct NamedProcess
 {
     Process process;
-    ProcessOptions defaults; ///< processWord() of them names the process
+    ProcessOptions defaults; ///< processWord() of these options is the word
 };
 
-/// The processes that the batch program offers, in the order of its listing.
-const QVector<BatchProcess> &batchProcesses();
+/// Every word with its process, in the order of the processes.
+const QVector<NamedProcess> &namedProcesses();
 
-/// The process of that word; null when there is none.
-const BatchProcess *findBatchProcess(const QString &word);
+/// The process of a word; null when no process has that word.
+const NamedProcess *findProcess(const QString &word);
 
-/// A sentence that says that there is no such process, and which there are.
-QString unknownProcess(const QString &word);
+/// A sentence that says that no process has that word, and lists the words there are.
+QString unknownProcessProblem(const QString &word);

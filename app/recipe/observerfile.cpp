@@ -9,7 +9,7 @@ SourceObservers sourceObservers(const IntervisibilityOptions &options, const Dem
     if (options.points.isEmpty())
         return observers;
     const VectorObservers source = readVectorObservers(options.points, ground.crs());
-    observers.notTaken = source.notTaken;
+    observers.skippedFeatures = source.skippedFeatures;
     observers.files = source.files;
     const double step = options.step > 0.0 ? options.step : ground.cellSize();
     if (!source.problem.isEmpty()) {
@@ -31,17 +31,17 @@ SourceObservers sourceObservers(const IntervisibilityOptions &options, const Dem
     return observers;
 }
 
-BatchObservers batchObservers(const IntervisibilityOptions &options, const QString &dem, int band,
-                              WorkFolder &workFolder)
+ToolObservers prepareObservers(const IntervisibilityOptions &options, const QString &dem, int band,
+                               WorkFolder &workFolder)
 {
-    BatchObservers batch;
+    ToolObservers prepared;
     const DemGround ground(dem, band);
     const SourceObservers source = sourceObservers(options, ground);
-    batch.sourceFiles = source.files;
-    batch.problem = source.problem;
-    if (!batch.problem.isEmpty())
-        return batch;
-    int leftOut = source.notTaken;
+    prepared.sourceFiles = source.files;
+    prepared.problem = source.problem;
+    if (!prepared.problem.isEmpty())
+        return prepared;
+    int leftOut = source.skippedFeatures;
     const QList<ObserverPoint> points = options.observers + source.points;
 
     QList<ToolObserver> observers;
@@ -53,20 +53,22 @@ BatchObservers batchObservers(const IntervisibilityOptions &options, const QStri
             leftOut += point.enabled;
     }
     if (observers.isEmpty()) {
-        batch.problem = labelText({"MESS_OBS_NUL_PART", "Aucun observateur n'a de sol sous lui dans ce MNT."});
-        return batch;
+        prepared.problem =
+            labelText({"MESS_OBS_NUL_PART", "Aucun observateur n'a de sol sous lui dans ce MNT."});
+        return prepared;
     }
     if (leftOut > 0)
-        batch.warnings += labelText({"MESS_OBS_LAISSES",
-                                     "Observateurs laissés de côté, sans sol sous eux ou sans position : %1."})
-                              .arg(leftOut);
+        prepared.warnings +=
+            labelText(
+                {"MESS_OBS_LAISSES", "Observateurs laissés de côté, sans sol sous eux ou sans position : %1."})
+                .arg(leftOut);
     const QString folder = workFolder.newFolder();
     const QString file = folder.isEmpty() ? QString() : writePointFile(folder, observers);
     if (file.isEmpty())
-        batch.problem =
+        prepared.problem =
             labelText({"MESS_OBS_NON_ECRIT", "Le fichier des observateurs ne peut pas être écrit."});
     IntervisibilityOptions combined = options;
     combined.combined = observers.size() > 1;
-    batch.fragment = intervisibilityFragment(combined, file);
-    return batch;
+    prepared.fragment = intervisibilityFragment(combined, file);
+    return prepared;
 }

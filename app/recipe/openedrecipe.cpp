@@ -1,38 +1,37 @@
 #include "app/recipe/openedrecipe.h"
 
 #include "app/process/outputoptions.h"
+#include "app/process/productname.h"
 #include "app/recipe/observerfile.h"
 #include "app/recipe/tablefile.h"
-#include "app/window/dialogrules.h"
 #include "dataset/rasterinfo.h"
 
 namespace
 {
 
-/// The format under the name that the window lists it by.
-QString formatProblem(Recipe &recipe, Process process)
+/// Writes the format's name as the window lists it. Returns why the window does not list it.
+QString adaptFormat(Recipe &recipe, Process process)
 {
-    if (recipe.outputFormat.isEmpty())
+    if (recipe.outputOptions.format.isEmpty())
         return {};
     for (const QString &format : outputFormats(process)) {
-        if (format.compare(recipe.outputFormat, Qt::CaseInsensitive) == 0) {
-            recipe.outputFormat = format;
+        if (format.compare(recipe.outputOptions.format, Qt::CaseInsensitive) == 0) {
+            recipe.outputOptions.format = format;
             return {};
         }
     }
     return labelText({"MESS_REC_SANS_FORMAT", "Ce traitement n'écrit pas le format « %1 » sur cette machine."})
-        .arg(recipe.outputFormat);
+        .arg(recipe.outputOptions.format);
 }
 
-void takeInput(Recipe &recipe, const QString &currentInput, QStringList &warnings)
+void adaptInput(Recipe &recipe, const QString &currentInput, QStringList &warnings)
 {
     if (!recipe.input.isEmpty() && !readRasterInfo(recipe.input).problem.isEmpty()) {
         warnings += labelText({"MESS_REC_SANS_MNT",
                                "Le MNT des réglages, « %1 », ne peut pas être lu ; celui de la "
                                "fenêtre reste."})
                         .arg(recipe.input);
-        const QString suffix =
-            QString::fromLatin1(processRow(findBatchProcess(recipe.process)->process).suffix);
+        const QString suffix = QString::fromLatin1(processRow(findProcess(recipe.process)->process).suffix);
         if (isProposedName(recipe.output, recipe.input, suffix))
             recipe.output.clear(); // a name for a product of another DEM
         recipe.input.clear();
@@ -46,8 +45,9 @@ void takeInput(Recipe &recipe, const QString &currentInput, QStringList &warning
     }
 }
 
-/// The panel shows the entries of one kind.
-QString takeTable(ColorReliefOptions &options, QStringList &warnings)
+/// The panel shows a table file, and of a table of mixed units the entries of one kind. Returns why the table
+/// cannot be used.
+QString adaptTable(ColorReliefOptions &options, QStringList &warnings)
 {
     const QString problem = colorTableProblem(options);
     if (problem.isEmpty() && mixesUnits(options))
@@ -60,8 +60,8 @@ QString takeTable(ColorReliefOptions &options, QStringList &warnings)
     return problem;
 }
 
-/// The panel holds rows alone.
-QString takeSource(IntervisibilityOptions &options, const QString &dem, int band, QStringList &warnings)
+/// The panel holds observers as rows alone: reads those of the vector source. Returns why it cannot be read.
+QString readSource(IntervisibilityOptions &options, const QString &dem, int band, QStringList &warnings)
 {
     if (options.points.isEmpty())
         return {};
@@ -70,11 +70,11 @@ QString takeSource(IntervisibilityOptions &options, const QString &dem, int band
                           "Les observateurs de ces réglages viennent d'un fichier vecteur : choisissez d'abord "
                           "un MNT."});
     const SourceObservers source = sourceObservers(options, DemGround(dem, band));
-    if (source.notTaken > 0)
+    if (source.skippedFeatures > 0)
         warnings += labelText({"MESS_OBS_NON_PRIS",
                                "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de "
                                "coordonnées du MNT."})
-                        .arg(source.notTaken);
+                        .arg(source.skippedFeatures);
     const IntervisibilityOptions defaults;
     options.observers += source.points;
     options.points.clear();
@@ -94,11 +94,7 @@ Recipe recipeOf(const ProcessingRequest &request, const ProcessOptions &options)
     recipe.input = request.input;
     recipe.output = request.output;
     recipe.band = request.band;
-    recipe.outputFormat = request.format;
-    recipe.layerName = request.layerName;
-    recipe.overviews = request.overviews;
-    recipe.tiled = request.tiled;
-    recipe.worldFile = request.worldFile;
+    recipe.outputOptions = request.outputOptions;
     recipe.options = options;
     return recipe;
 }
@@ -113,15 +109,15 @@ OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInpu
     if (opened.problem.isEmpty())
         opened.problem = valuesProblem(recipe.options);
     if (opened.problem.isEmpty())
-        opened.problem = formatProblem(recipe, findBatchProcess(recipe.process)->process);
+        opened.problem = adaptFormat(recipe, findProcess(recipe.process)->process);
     if (!opened.problem.isEmpty())
         return opened;
 
-    takeInput(recipe, currentInput, warnings);
+    adaptInput(recipe, currentInput, warnings);
     if (auto *colors = std::get_if<ColorReliefOptions>(&recipe.options))
-        opened.problem = takeTable(*colors, warnings);
+        opened.problem = adaptTable(*colors, warnings);
     if (auto *observers = std::get_if<IntervisibilityOptions>(&recipe.options))
         opened.problem =
-            takeSource(*observers, recipe.input.isEmpty() ? currentInput : recipe.input, recipe.band, warnings);
+            readSource(*observers, recipe.input.isEmpty() ? currentInput : recipe.input, recipe.band, warnings);
     return opened;
 }

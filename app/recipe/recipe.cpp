@@ -1,28 +1,19 @@
 #include "app/recipe/recipe.h"
 
 #include "dataset/pathencoding.h"
-#include "panels/controls/labels.h"
+#include "messages/label.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <optional>
+
 namespace
 {
 
 constexpr int formatVersion = 1;
-
-struct TextMember
-{
-    const char *name;
-    QString Recipe::*member;
-    bool isPath;
-};
-constexpr TextMember textMembers[] = {{"input", &Recipe::input, true},
-                                      {"output", &Recipe::output, true},
-                                      {"outputFormat", &Recipe::outputFormat, false},
-                                      {"layerName", &Recipe::layerName, false}};
 
 constexpr Label textValue{"MESS_REC_UN_TEXTE", "un texte"};
 
@@ -36,41 +27,37 @@ QString wrongMember(const QString &name, const Label &expected)
     return labelText({"MESS_REC_MEMBRE_INV", "« %1 » doit être %2."}).arg(name, labelText(expected));
 }
 
-/// Reads the plain members, all but "format", "process" and "options"; returns what is wrong with this one.
-QString takeMember(Recipe &recipe, const QString &name, const QJsonValue &value, const QString &folder)
+/// The text in a member of a recipe; nothing for a value of another kind. A text with a NUL character is
+/// refused, because GDAL would take the name up to it.
+std::optional<QString> readText(const QJsonValue &value)
 {
-    static constexpr Label boolean{"MESS_REC_UN_BOOL", "true ou false"};
+    const QString text = value.toString();
+    return value.isString() && !text.contains(QChar(0)) ? std::optional(text) : std::nullopt;
+}
+
+/// Reads a member other than "format", "process" and "options". Returns why its value is not valid.
+QString readMember(Recipe &recipe, const QString &name, const QJsonValue &value, const QString &folder)
+{
     static constexpr Label bandNumber{"MESS_REC_UNE_BANDE", "un numéro de bande, à partir de 1"};
 
-    for (const TextMember &known : textMembers) {
-        if (name == QLatin1String(known.name)) {
-            recipe.*known.member = known.isPath ? fromFolder(folder, value.toString()) : value.toString();
-            const bool good =
-                value.isString() && !value.toString().contains(QChar(0)); // which ends a path for GDAL
-            return good ? QString() : wrongMember(name, textValue);
-        }
+    if (name == QLatin1String("input") || name == QLatin1String("output")) {
+        const auto path = readText(value);
+        (name == QLatin1String("input") ? recipe.input : recipe.output) =
+            fromFolder(folder, path.value_or(QString()));
+        return path ? QString() : wrongMember(name, textValue);
     }
     if (name == QLatin1String("band")) {
         recipe.band = value.toInt(0);
         return recipe.band >= 1 ? QString() : wrongMember(name, bandNumber);
     }
-    struct SwitchMember
-    {
-        const char *name;
-        bool Recipe::*member;
-    };
-    static constexpr SwitchMember switches[] = {
-        {"tiled", &Recipe::tiled}, {"worldFile", &Recipe::worldFile}, {"overviews", &Recipe::overviews}};
-    for (const SwitchMember &known : switches) {
-        if (name == QLatin1String(known.name)) {
-            recipe.*known.member = value.toBool();
-            return value.isBool() ? QString() : wrongMember(name, boolean);
-        }
+    for (const OutputOptionField &output : outputOptionFields()) {
+        if (name == QLatin1String(output.field.name))
+            return setField(recipe.outputOptions, output.field, value.toVariant());
     }
     return labelText({"MESS_REC_INCONNU", "Membre inconnu : « %1 »."}).arg(name);
 }
 
-QString takeOptions(Recipe &recipe, const QJsonValue &value, const QString &folder)
+QString readOptions(Recipe &recipe, const QJsonValue &value, const QString &folder)
 {
     if (!value.isObject())
         return wrongMember(QStringLiteral("options"), {"MESS_REC_UN_OBJET", "un objet"});
@@ -85,7 +72,7 @@ QString takeOptions(Recipe &recipe, const QJsonValue &value, const QString &fold
     return {};
 }
 
-QString takeObject(Recipe &recipe, QJsonObject object, const QString &folder)
+QString readObject(Recipe &recipe, QJsonObject object, const QString &folder)
 {
     if (object.take(QStringLiteral("format")).toInt(0) != formatVersion)
         return labelText({"MESS_REC_FORMAT", "« format » doit être %1."}).arg(formatVersion);
@@ -94,19 +81,19 @@ QString takeObject(Recipe &recipe, QJsonObject object, const QString &folder)
     if (!word.isString())
         return wrongMember(QStringLiteral("process"), textValue);
     recipe.process = word.toString();
-    const BatchProcess *process = findBatchProcess(recipe.process);
+    const NamedProcess *process = findProcess(recipe.process);
     if (!process)
-        return unknownProcess(recipe.process);
+        return unknownProcessProblem(recipe.process);
     recipe.options = process->defaults;
 
     const QJsonValue options = object.take(QStringLiteral("options"));
     if (!options.isUndefined()) {
-        const QString problem = takeOptions(recipe, options, folder);
+        const QString problem = readOptions(recipe, options, folder);
         if (!problem.isEmpty())
             return problem;
     }
     for (auto member = object.begin(); member != object.end(); ++member) {
-        const QString problem = takeMember(recipe, member.key(), member.value(), folder);
+        const QString problem = readMember(recipe, member.key(), member.value(), folder);
         if (!problem.isEmpty())
             return problem;
     }
@@ -127,7 +114,7 @@ RecipeReading readRecipe(const QByteArray &json, const QString &folder)
     } else if (!document.isObject()) {
         reading.problem = labelText({"MESS_REC_PAS_OBJET", "Une recette est un objet JSON, entre accolades."});
     } else {
-        reading.problem = takeObject(reading.recipe, document.object(), folder);
+        reading.problem = readObject(reading.recipe, document.object(), folder);
     }
     return reading;
 }
@@ -150,14 +137,21 @@ RecipeReading readRecipeFile(const QString &name)
 
 QByteArray writeRecipe(const Recipe &recipe)
 {
-    QJsonObject object{
-        {QStringLiteral("format"), formatVersion},       {QStringLiteral("process"), recipe.process},
-        {QStringLiteral("band"), recipe.band},           {QStringLiteral("tiled"), recipe.tiled},
-        {QStringLiteral("worldFile"), recipe.worldFile}, {QStringLiteral("overviews"), recipe.overviews}};
-    for (const TextMember &member : textMembers) {
-        const QString &text = recipe.*member.member;
+    QJsonObject object{{QStringLiteral("format"), formatVersion},
+                       {QStringLiteral("process"), recipe.process},
+                       {QStringLiteral("band"), recipe.band}};
+    const auto insertText = [&](const QString &name, const QString &text) {
         if (!text.isEmpty())
-            object.insert(QLatin1String(member.name), text);
+            object.insert(name, text);
+    };
+    insertText(QStringLiteral("input"), recipe.input);
+    insertText(QStringLiteral("output"), recipe.output);
+    for (const OutputOptionField &output : outputOptionFields()) {
+        const QVariant value = fieldValue(recipe.outputOptions, output.field);
+        if (value.userType() == QMetaType::QString)
+            insertText(QString::fromLatin1(output.field.name), value.toString());
+        else
+            object.insert(QString::fromLatin1(output.field.name), QJsonValue::fromVariant(value));
     }
     object.insert(QStringLiteral("options"), QJsonObject::fromVariantMap(optionValues(recipe.options)));
     return QJsonDocument(object).toJson();

@@ -1,33 +1,29 @@
 #pragma once
 
-#include "app/process/processes.h"
+#include "app/process/outputoptions.h"
 
 #include <QByteArray>
 #include <QString>
 
-/// Everything that one run is asked to do, as a recipe file holds it. The window's settings and the batch
-/// program's arguments say the same.
+/// The description of one run, as a recipe file, the window's settings and the batch program's arguments hold
+/// it.
 struct Recipe
 {
-    QString process;      ///< word of the process (BatchProcess::word)
-    QString input;        ///< empty where it is given elsewhere
-    QString output;       ///< likewise
-    int band = 1;         ///< of the input, counted from 1
-    QString outputFormat; ///< GDAL's short driver name; empty: the product's usual one
-    QString layerName;    ///< of a vector product; empty: the usual one
-    bool overviews = false;
-    bool tiled = false;
-    bool worldFile = false;
+    QString process; ///< word of the process (processWord())
+    QString input;   ///< path of the DEM; empty: it is named elsewhere
+    QString output;  ///< path of the product; empty: it is named elsewhere
+    int band = 1;    ///< band of the DEM, counted from 1
+    OutputOptions outputOptions;
     ProcessOptions options;
 
     bool operator==(const Recipe &other) const = default;
 };
 
-/// A recipe that was read, or why it could not be.
+/// A recipe that was read.
 struct RecipeReading
 {
     Recipe recipe;
-    QString problem; ///< what is wrong and where, in a sentence; empty for a good recipe
+    QString problem; ///< what is not valid, and where, in a sentence; empty for a good recipe
 };
 
 /// Reads a recipe, a JSON object (UTF-8):
@@ -37,14 +33,14 @@ struct RecipeReading
 ///      "overviews": false,
 ///      "options": {"altitude": 60}}
 ///
-/// "format" and "process" are required. The members of "options" are the fields of the process's option record.
-/// A member that is not known is an error, so that a slip of the pen is noticed. Relative paths are relative to
-/// `folder`.
+/// "format" and "process" are required. The output options are the names of outputOptionFields(), the members
+/// of "options" the fields of the process's option record. A member that is not known is a problem, so that a
+/// typing mistake is noticed. Relative paths are taken as relative to `folder`.
 RecipeReading readRecipe(const QByteArray &json, const QString &folder);
 
-/// Reads the recipe of a file of at most 64 MiB; the error names it.
+/// Reads a recipe file of at most 64 MiB. The problem begins with the file's name.
 RecipeReading readRecipeFile(const QString &name);
 
-/// The recipe as such an object, with every option; colours and observers by value. A text of ASCII and UTF-8
-/// lines that ends in a line feed.
+/// Writes the recipe as such an object, with every option of the process; colours and observers are held by
+/// value. The text is UTF-8 and ends in a line feed.
 QByteArray writeRecipe(const Recipe &recipe);

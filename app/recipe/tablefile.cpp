@@ -11,7 +11,7 @@
 namespace
 {
 
-/// The table of the file, or the one by value, of which the tool has no file yet.
+/// Reads the table by value, or else the file. A table by value is never plain: the tool has no file of it yet.
 ColorTableReading readTable(const ColorReliefOptions &options, const QString &file)
 {
     if (options.colors.isEmpty())
@@ -97,10 +97,9 @@ bool mixesUnits(const ColorReliefOptions &options)
     return readTable(options, colorTableFile(options.table)).mixedUnits;
 }
 
-BatchColorTable batchColorTable(const ColorReliefOptions &options, const QString &dem, int band,
-                                WorkFolder &workFolder)
+ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, int band, WorkFolder &workFolder)
 {
-    BatchColorTable table;
+    ToolTable table;
     table.file = colorTableFile(options.table);
     const ColorTableReading reading = readTable(options, table.file);
     table.problem = readingProblem(reading, table.file, options.spread);
@@ -112,10 +111,22 @@ BatchColorTable batchColorTable(const ColorReliefOptions &options, const QString
     table.problem = text.problem;
     if (!table.problem.isEmpty())
         return table;
+    table.isTemporary = true;
     table.file = freeTableName(workFolder.path(), QStringLiteral("quvoColorTable"));
     const QString problem = writeTableFile(table.file, text.text);
     if (!problem.isEmpty())
         table.problem =
             labelText({"MESS_TC_NON_ECRITE", "« %1 » ne peut pas être écrit : %2"}).arg(table.file, problem);
     return table;
+}
+
+void holdTableByValue(ProcessOptions &options, const QString &file)
+{
+    auto *colors = std::get_if<ColorReliefOptions>(&options);
+    if (!colors)
+        return;
+    colors->colors = readColorTable(file).entries;
+    colors->spread = false;
+    colors->minimum.reset();
+    colors->maximum.reset();
 }

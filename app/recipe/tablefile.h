@@ -1,29 +1,36 @@
 #pragma once
 
 #include "dataset/workfolder.h"
-#include "panels/options/fragments.h"
+#include "panels/options/processoptions.h"
 
 #include <QString>
 
-/// The file of the colour table that the tool gets, or why there is none.
-struct BatchColorTable
+// The colour table of a recipe: a file, a table of the library, or colours by value.
+
+/// The colour table file for the tool.
+struct ToolTable
 {
     QString file;
-    QString problem; ///< in a sentence; empty for a good table
+    bool isTemporary = false; ///< the file lies in the work folder
+    QString problem;          ///< why the table cannot be used, in a sentence; empty for a good table
 };
 
-/// The file of that name: itself, or a table of the folder "libraries/colormap" beside the program; for an
-/// empty name its dtm.txt. The name where there is no such file.
+/// Path of the table of that name: the name itself where such a file exists, else a table of the folder
+/// "libraries/colormap" beside the program (its dtm.txt for an empty name). The name is returned where there is
+/// no such file.
 QString colorTableFile(const QString &name);
 
-/// Why the table of the options cannot be used, in a sentence; empty for a good one.
+/// Why the table of the options cannot be used, in a sentence; empty for a good table.
 QString colorTableProblem(const ColorReliefOptions &options);
 
-/// Whether that table holds elevations and percentages side by side.
+/// Whether the table of the options holds elevations and percentages side by side.
 bool mixesUnits(const ColorReliefOptions &options);
 
-/// Finds the table of the options (their colours, or colorTableFile()). Where it is spread over the DEM's
-/// elevations, or holds what the tool would read as something else, a file is written to the work folder.
-/// Elevations that the options do not name are read from every cell of the band.
-BatchColorTable batchColorTable(const ColorReliefOptions &options, const QString &dem, int band,
-                                WorkFolder &workFolder);
+/// Finds the table of the options. A table by value, a table that is spread over the DEM's elevations, and one
+/// that the tool would read differently are written to a file of the work folder. Where the options do not name
+/// the elevations to spread over, every cell of the band is read. `band` counts from 1.
+ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, int band, WorkFolder &workFolder);
+
+/// Replaces the table of a colour relief by the colours of `file`, which is the table that the tool reads.
+/// Spread again, the table might meet other extreme elevations. Options of another process are not changed.
+void holdTableByValue(ProcessOptions &options, const QString &file);

@@ -21,7 +21,7 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     m_window = window;
     m_icon = icon;
     m_buildingOverviews = false;
-    m_sideFiles = SideFiles(plan.touchedInputFiles);
+    m_statisticsFiles = StatisticsFiles(plan.touchedInputFiles);
     m_outcome.problem = removeReplaced(plan.outputs.first());
     if (!m_outcome.problem.isEmpty()) {
         end();
@@ -42,7 +42,7 @@ void ProductRun::stop()
 
 void ProductRun::end()
 {
-    m_sideFiles.restore();
+    m_statisticsFiles.restore();
     m_lock.reset();
 }
 

@@ -60,7 +60,7 @@ private:
     QuvoScriptRunner &m_runner;
     RunPlan m_plan;
     RunOutcome m_outcome;
-    SideFiles m_sideFiles;
+    StatisticsFiles m_statisticsFiles;
     std::unique_ptr<OutputLock> m_lock;
     bool m_window = false;
     QString m_icon;

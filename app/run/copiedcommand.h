@@ -6,9 +6,9 @@
 
 #include <QString>
 
-/// What makes a planned run's product when it is pasted into a shell: the tool's command, and that of the
-/// overviews behind it; where the tool reads a file of this process, which will be gone, the batch program with
-/// the recipe on its standard input. Unlike the window it asks nothing: the batch program keeps a product that
-/// exists, a tool replaces it. recipe: that of the run; workFolder: where this process keeps its files.
+/// A command that makes a planned run's product when it is pasted into a shell: the tool's command followed by
+/// the one that builds the overviews. Where the tool reads a temporary file of this program or would leave
+/// statistics beside the DEM, it is the batch program with the run's recipe on its standard input. The command
+/// asks no question: the batch program keeps an existing product, a tool replaces it.
 QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths &tools,
-                      const QString &workFolder, Shell shell = nativeShell());
+                      Shell shell = nativeShell());

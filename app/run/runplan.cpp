@@ -17,7 +17,7 @@ namespace
 QString formatProblem(const ProcessingRequest &request)
 {
     const QString format = outputFormat(request);
-    if (processRow(*request.process).product == ProductKind::Vector)
+    if (productKind(request) == ProductKind::Vector)
         return isVectorOutputFormat(format)
             ? QString()
             : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cette machine."})
@@ -25,10 +25,11 @@ QString formatProblem(const ProcessingRequest &request)
     if (!isRasterOutputFormat(format))
         return labelText({"MESS_FORMAT_INCONNU", "GDAL n'écrit aucun format raster « %1 » sur cette machine."})
             .arg(format);
-    if (request.tiled && !hasCreationOption(format, QStringLiteral("TILED")))
+    if (request.outputOptions.tiled && !hasCreationOption(format, QStringLiteral("TILED")))
         return labelText({"MESS_FORMAT_SANS_TUILE", "Le format « %1 » n'a pas d'option de tuiles."})
             .arg(format);
-    if (request.tiled && request.worldFile && !hasCreationOption(format, QStringLiteral("TFW")))
+    if (request.outputOptions.tiled && request.outputOptions.worldFile
+        && !hasCreationOption(format, QStringLiteral("TFW")))
         return labelText({"MESS_FORMAT_SANS_CALAGE", "Le format « %1 » n'a pas de fichier de calage."})
             .arg(format);
     return {};
@@ -47,9 +48,10 @@ QString inputProblem(const ProcessingRequest &request, const RasterInfo &input)
 
 QString colorTableProblem(const ProcessingRequest &request)
 {
-    if (request.process != Process::ColorRelief || QFileInfo(request.colorTableFile).isFile())
+    const QString &file = request.toolInput.colorTableFile;
+    if (!processRow(*request.process).takesColorTable || QFileInfo(file).isFile())
         return {};
-    return labelText({"MESS_TC_ABSENTE", "La table couleur « %1 » n'existe pas."}).arg(request.colorTableFile);
+    return labelText({"MESS_TC_ABSENTE", "La table couleur « %1 » n'existe pas."}).arg(file);
 }
 
 QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFilesList &outputs,
@@ -88,11 +90,6 @@ RunPlan refused(RunPlan plan, ProblemKind kind, const QString &problem)
 
 } // namespace
 
-QString runCommand(const ProcessingRequest &request, const ToolPaths &tools)
-{
-    return processCommand(tools.path(processRow(*request.process).tool), processArguments(request));
-}
-
 QString existingOutput(const RunPlan &plan)
 {
     for (const QuvoOutputFile &output : plan.outputs) {
@@ -125,8 +122,8 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
         return refused(plan, ProblemKind::Input, problem);
 
     QStringList inputFiles = input.files + otherInputs;
-    if (!request.colorTableFile.isEmpty())
-        inputFiles += request.colorTableFile;
+    if (!request.toolInput.colorTableFile.isEmpty())
+        inputFiles += request.toolInput.colorTableFile;
     const OutputName output =
         checkOutputName(request.output, formatExtensions(outputFormat(request)), inputFiles);
     if (!output.problem.isEmpty())
@@ -137,13 +134,14 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     if (!problem.isEmpty())
         return refused(plan, ProblemKind::Output, problem);
 
-    plan.touchedInputFiles = filesWithStatistics(request.colorTableFile, input.files);
+    plan.touchedInputFiles = filesWithStatistics(request.toolInput.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
-    if (request.overviews && process.product == ProductKind::Raster && takesOverviews(outputFormat(request))
-        && !overviewFactors(input.width, input.height).isEmpty())
+    if (request.outputOptions.overviews && process.product == ProductKind::Raster
+        && takesOverviews(outputFormat(request)) && !overviewFactors(input.width, input.height).isEmpty())
         plan.overviewCommand =
             processCommand(tools.batch, QStringLiteral("--build-overviews ") + quotedArgument(output.path));
-    plan.expected = {process.product, output.path, input.width, input.height, outputLayer(request)};
+    plan.expected = {process.product, output.path, input.width, input.height,
+                     outputLayer(request.outputOptions)};
     plan.warnings = freeSpaceWarnings(output.path, expectedProductSize(process, input.width, input.height));
     return plan;
 }

@@ -22,7 +22,7 @@ bool isVirtualRaster(const QString &path)
 
 } // namespace
 
-SideFiles::SideFiles(const QStringList &demFiles)
+StatisticsFiles::StatisticsFiles(const QStringList &demFiles)
 {
     for (const QString &file : demFiles) {
         const QString statistics = file + QStringLiteral(".aux.xml");
@@ -32,7 +32,7 @@ SideFiles::SideFiles(const QStringList &demFiles)
     }
 }
 
-void SideFiles::restore() const
+void StatisticsFiles::restore() const
 {
     for (const Noted &noted : m_files) {
         if (!QFileInfo::exists(noted.path))

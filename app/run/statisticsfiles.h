@@ -7,13 +7,13 @@
 
 /// The files in which a tool that computes statistics leaves them: "dem.tif.aux.xml" beside each file of the
 /// DEM, and virtual rasters themselves. This puts them back as they were.
-class SideFiles
+class StatisticsFiles
 {
 public:
-    SideFiles() = default;
+    StatisticsFiles() = default;
 
     /// Notes what stands there now. demFiles: the files that the DEM is made of (RasterInfo::files).
-    explicit SideFiles(const QStringList &demFiles);
+    explicit StatisticsFiles(const QStringList &demFiles);
 
     /// Removes the files that were not there, and writes what the others held.
     void restore() const;

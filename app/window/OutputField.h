@@ -8,13 +8,13 @@ class QLineEdit;
 
 /// The output name of the main dialog: a proposal that follows input and process, until the user writes another
 /// one.
-class OutputFile : public QObject
+class OutputField : public QObject
 {
     Q_OBJECT
 
 public:
     /// The line edit belongs to the dialog.
-    explicit OutputFile(QLineEdit *name);
+    explicit OutputField(QLineEdit *name);
 
     /// The name as it stands; empty for none.
     QString name() const;

@@ -35,7 +35,7 @@ QString startText(const RecentRun &run)
 
 QString processTitle(const QString &word)
 {
-    const BatchProcess *process = findBatchProcess(word);
+    const NamedProcess *process = findProcess(word);
     if (!process)
         return word;
     const QString title = labelText(processRow(process->process).title);

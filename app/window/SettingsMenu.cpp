@@ -5,7 +5,6 @@
 #include "app/startup/settings.h"
 #include "app/window/HelpDialog.h"
 #include "app/window/RecentRunsDialog.h"
-#include "app/window/quvoGdalUtilities.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
@@ -18,6 +17,8 @@
 #include <QSaveFile>
 #include <QToolButton>
 #include <QToolTip>
+
+#include <utility>
 
 namespace
 {
@@ -36,9 +37,9 @@ QString fileFilter()
 
 } // namespace
 
-SettingsMenu::SettingsMenu(QToolButton &button, quvoGdalUtilities &window, ProductRun &run)
+SettingsMenu::SettingsMenu(QToolButton &button, ProductRun &run, Window window)
     : m_button(button)
-    , m_window(window)
+    , m_window(std::move(window))
     , m_history(run)
 {
     makeActions(button);
@@ -56,7 +57,7 @@ void SettingsMenu::makeActions(QToolButton &button)
         action->setShortcut(keys);
         action->setShortcutVisibleInContextMenu(true);
         connect(action, &QAction::triggered, this, slot);
-        m_window.addAction(action); // its shortcut holds while the menu is closed
+        m_window.widget->addAction(action); // its shortcut holds while the menu is closed
         return action;
     };
     m_pOpen = add("m_pActionOpen", QKeySequence::Open, &SettingsMenu::slot_open);
@@ -122,21 +123,21 @@ void SettingsMenu::show(const RecipeReading &reading)
 {
     const OpenedRecipe opened = openRecipe(reading, m_window.recipe().input);
     if (!opened.problem.isEmpty()) {
-        Prompt::warning(&m_window,
+        Prompt::warning(m_window.widget,
                         tr("Les réglages ne peuvent pas être repris.", "MESS_REGL_INVALIDE")
                             + QStringLiteral("\n\n") + opened.problem);
         return;
     }
     m_window.setRecipe(opened.recipe);
     if (!opened.warnings.isEmpty())
-        Prompt::warning(&m_window, opened.warnings.join(QLatin1Char('\n')));
+        Prompt::warning(m_window.widget, opened.warnings.join(QLatin1Char('\n')));
 }
 
 void SettingsMenu::slot_open()
 {
     const QString start = m_lastFile.isEmpty() ? QFileInfo(m_window.recipe().input).absolutePath() : m_lastFile;
     const QString file =
-        QuvoFilerDialog::getSelection(&m_window, QuvoFilerDialog::OpenFile,
+        QuvoFilerDialog::getSelection(m_window.widget, QuvoFilerDialog::OpenFile,
                                       tr("Ouvrir des réglages", "MESS_REGL_OUVRIR_T"), start, fileFilter());
     if (!file.isEmpty())
         openFile(file);
@@ -150,7 +151,7 @@ void SettingsMenu::slot_save()
     if (problem.isEmpty())
         problem = valuesProblem(recipe.options);
     if (!problem.isEmpty()) {
-        Prompt::warning(&m_window, problem);
+        Prompt::warning(m_window.widget, problem);
         return;
     }
     const QFileInfo output(recipe.output.isEmpty() ? recipe.process : recipe.output);
@@ -158,20 +159,21 @@ void SettingsMenu::slot_save()
         ? output.absolutePath() + QLatin1Char('/') + output.completeBaseName() + extension
         : m_lastFile;
     QString name =
-        QuvoFilerDialog::getSelection(&m_window, QuvoFilerDialog::SaveFile,
+        QuvoFilerDialog::getSelection(m_window.widget, QuvoFilerDialog::SaveFile,
                                       tr("Enregistrer les réglages", "MESS_REGL_ENREG_T"), start, fileFilter());
     if (name.isEmpty())
         return;
     if (!isSettingsFile(name))
         name += extension;
     if (QFileInfo::exists(name)
-        && !Prompt::question(&m_window, dico_label("MESS_FICHIER_EXISTANT", name.toLocal8Bit().constData())))
+        && !Prompt::question(m_window.widget,
+                             dico_label("MESS_FICHIER_EXISTANT", name.toLocal8Bit().constData())))
         return;
     QSaveFile file(name);
     if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
         m_lastFile = name;
     else
-        Prompt::critical(&m_window,
+        Prompt::critical(m_window.widget,
                          dico_label("MESS_ERR_ECR_FICH", name.toLocal8Bit().constData())
                              + QStringLiteral("\n\n") + file.errorString());
 }
@@ -208,7 +210,7 @@ void SettingsMenu::listRecentRuns()
 
 void SettingsMenu::slot_showRecentRuns()
 {
-    auto dialog = new RecentRunsDialog(recentRunsFile(), &m_window);
+    auto dialog = new RecentRunsDialog(recentRunsFile(), m_window.widget);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &RecentRunsDialog::chosen, this, [this](const Recipe &recipe) { show({recipe, {}}); });
     dialog->open();
@@ -217,7 +219,7 @@ void SettingsMenu::slot_showRecentRuns()
 void SettingsMenu::slot_showHelp()
 {
     if (!m_pHelpDialog) {
-        m_pHelpDialog = new HelpDialog(&m_window);
+        m_pHelpDialog = new HelpDialog(m_window.widget);
         m_pHelpDialog->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_pHelpDialog->show();

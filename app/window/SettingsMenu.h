@@ -5,29 +5,40 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
+
 class HelpDialog;
 class QAction;
 class QMenu;
 class QToolButton;
-class quvoGdalUtilities;
 
-/// The menu of the main dialog's tool button: settings files, the command to copy, the runs made last, language
-/// and help. Its shortcuts hold in the whole dialog.
+/// The menu of the main dialog's tool button: settings files, the command to copy, recent runs, language and
+/// help. Its shortcuts work in the whole dialog.
 class SettingsMenu : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Button and window outlive the menu.
-    SettingsMenu(QToolButton &button, quvoGdalUtilities &window, ProductRun &run);
+    /// The dialog that the menu belongs to, as far as the menu needs it.
+    struct Window
+    {
+        QWidget *widget;                               ///< parent of boxes and dialogs
+        std::function<Recipe()> recipe;                ///< the settings as the dialog shows them
+        std::function<void(const Recipe &)> setRecipe; ///< shows settings that openRecipe() checked
+        std::function<bool()> mayLaunch;               ///< whether a launch may begin
+        std::function<QString()> commandToCopy; ///< the command for a shell; empty after a box that says why
+    };
 
-    /// A run begins with these settings.
+    /// `button`, `run` and the dialog outlive the menu.
+    SettingsMenu(QToolButton &button, ProductRun &run, Window window);
+
+    /// Notes the settings of a run that begins, for the list of recent runs.
     void noteRun(const Recipe &recipe) { m_history.begin(recipe); }
 
-    /// Opens a settings file; one that is no good is warned of, and nothing changes.
+    /// Opens a settings file. A file that is not valid changes nothing; a warning says why.
     void openFile(const QString &file);
 
-    /// Whether that file is one of settings, by its name.
+    /// Whether the file is named like a settings file.
     static bool isSettingsFile(const QString &file);
 
 public slots:
@@ -38,7 +49,7 @@ public slots:
     void slot_showHelp();
 
 protected:
-    /// The button's texts follow the language, and the menu's with them.
+    /// Translates the menu when the button's language changes.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -50,7 +61,7 @@ private:
     void show(const RecipeReading &reading);
 
     QToolButton &m_button;
-    quvoGdalUtilities &m_window;
+    Window m_window;
     RunHistory m_history;
     QMenu *m_pRecentMenu = nullptr;
     QMenu *m_pLanguageMenu = nullptr;
@@ -59,5 +70,5 @@ private:
     QAction *m_pCopy = nullptr;
     QAction *m_pHelp = nullptr;
     QPointer<HelpDialog> m_pHelpDialog;
-    QString m_lastFile; ///< of settings, that was opened or saved
+    QString m_lastFile; ///< the settings file that was opened or saved last
 };

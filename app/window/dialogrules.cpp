@@ -1,11 +1,5 @@
 #include "app/window/dialogrules.h"
 
-#include "dataset/pathencoding.h"
-
-#include <QDir>
-#include <QFileInfo>
-#include <QRegularExpression>
-
 bool canLaunch(bool hasInput, const QString &output, bool panelIsComplete)
 {
     return hasInput && !output.isEmpty() && panelIsComplete;
@@ -27,61 +21,4 @@ QString startDirectory(const StartDirectory &choices)
     if (choices.keepCurrent)
         return choices.currentDirectory;
     return choices.inputText.isEmpty() ? choices.secondRecent : choices.inputText;
-}
-
-QString productName(const QString &input, const QString &suffix, const QString &extension)
-{
-    const QFileInfo file(input);
-    const QDir folder =
-        QFileInfo(file.absolutePath()).isDir() && !isVirtualPath(input) ? file.absoluteDir() : QDir::current();
-    return folder.filePath(QStringLiteral("%1_%2.%3").arg(file.completeBaseName(), suffix, extension));
-}
-
-QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension)
-{
-    const QString first = productName(input, suffix, extension);
-    const QString stem = first.chopped(extension.size() + 1);
-    QString name = first;
-    for (int counter = 2; QFileInfo::exists(name); ++counter)
-        name = QStringLiteral("%1_%2.%3").arg(stem, QString::number(counter), extension);
-    return name;
-}
-
-bool isProposedName(const QString &name, const QString &input, const QString &suffix)
-{
-    const QFileInfo file(name);
-    const QFileInfo dem(input);
-    const QString stem = QStringLiteral("%1_%2").arg(dem.completeBaseName(), suffix);
-    static const QRegularExpression number(QStringLiteral("^(_[0-9]+)?$"));
-    return file.absolutePath() == dem.absolutePath() && file.completeBaseName().startsWith(stem)
-        && number.match(file.completeBaseName().mid(stem.size())).hasMatch();
-}
-
-QString adaptExtension(const QString &name, const QStringList &extensions, const QStringList &knownExtensions)
-{
-    const QString extension = QFileInfo(name).suffix();
-    if (extension.isEmpty() || extensions.isEmpty() || extensions.contains(extension, Qt::CaseInsensitive)
-        || !knownExtensions.contains(extension, Qt::CaseInsensitive))
-        return name;
-    return name.chopped(extension.size()) + extensions.first();
-}
-
-QString besideInput(const QString &name, const QString &input)
-{
-    if (name.isEmpty() || QFileInfo(name).isAbsolute() || input.isEmpty() || isVirtualPath(input))
-        return name;
-    return QDir::cleanPath(QFileInfo(input).absoluteDir().absoluteFilePath(name));
-}
-
-bool needsExtremes(const ProcessOptions &options)
-{
-    const auto *colors = std::get_if<ColorReliefOptions>(&options);
-    return std::holds_alternative<ContourOptions>(options)
-        || (colors && colors->spread && !(colors->minimum && colors->maximum));
-}
-
-std::optional<double> compassOf(const ProcessOptions &options)
-{
-    const auto *shaded = std::get_if<ShadedOptions>(&options);
-    return shaded ? std::optional(shaded->compass) : std::nullopt;
 }

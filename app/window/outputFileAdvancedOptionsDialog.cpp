@@ -13,9 +13,7 @@ outputFileAdvancedOptionsDialog::outputFileAdvancedOptionsDialog(Process process
     m_form->setupUi(this);
     listFormats(options);
     m_form->m_pLELayerName->setText(options.layerName);
-    ProcessingRequest usual;
-    usual.process = process;
-    m_form->m_pLELayerName->setPlaceholderText(outputLayer(usual));
+    m_form->m_pLELayerName->setPlaceholderText(outputLayer({}));
     m_form->m_pChBTiled->setChecked(options.tiled);
     m_form->m_pChBWorldFile->setChecked(options.worldFile);
     m_form->m_pChBOverviews->setChecked(options.overviews);

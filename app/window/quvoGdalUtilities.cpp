@@ -1,6 +1,7 @@
 #include "app/window/quvoGdalUtilities.h"
 
 #include "app/preview/PreviewControl.h"
+#include "app/process/productname.h"
 #include "app/recipe/openedrecipe.h"
 #include "app/run/copiedcommand.h"
 #include "app/run/outputname.h"
@@ -17,7 +18,6 @@
 #include "app/window/runresults.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
-#include "dataset/rasterpicture.h"
 #include "messages/Prompt.h"
 #include "panels/aspectOptionsWidget.h"
 #include "panels/colorReliefOptionsWidget.h"
@@ -32,6 +32,8 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QTimer>
+
+#include <type_traits>
 
 namespace
 {
@@ -51,21 +53,18 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
 {
     m_form->setupUi(this);
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
-    m_output = std::make_unique<OutputFile>(m_form->m_pLEOutputFile);
+    m_output = std::make_unique<OutputField>(m_form->m_pLEOutputFile);
     m_shape = std::make_unique<WindowShape>(*this, *m_form->m_pTabWidget, *m_form->m_pSplitter,
                                             *m_form->m_pGrpBPreviews, *m_form->m_pPBShowPreview);
-    m_settings = std::make_unique<SettingsMenu>(*m_form->m_pTBSettings, *this, m_run);
+    m_settings = std::make_unique<SettingsMenu>(
+        *m_form->m_pTBSettings, m_run,
+        SettingsMenu::Window{.widget = this,
+                             .recipe = [this] { return recipe(); },
+                             .setRecipe = [this](const Recipe &recipe) { setRecipe(recipe); },
+                             .mayLaunch = [this] { return mayLaunch(); },
+                             .commandToCopy = [this] { return commandToCopy(); }});
 
-    addPanel(Process::ShadedRelief, new shadedOptionsWidget, m_form->shadedTab);
-    addPanel(Process::Slope, new slopeOptionsWidget, m_form->slopeTab);
-    addPanel(Process::Aspect, new aspectOptionsWidget, m_form->aspectTab);
-    m_intervisibility = new intervisibilityOptionsWidget(m_workFolder);
-    addPanel(Process::Intervisibility, m_intervisibility, m_form->intervisibilityTab);
-    m_colorRelief = new colorReliefOptionsWidget(m_workFolder);
-    addPanel(Process::ColorRelief, m_colorRelief, m_form->colorReliefTab);
-    connect(m_colorRelief, &colorReliefOptionsWidget::extremesComputed, m_input.get(), &InputDem::setExtremes);
-    addPanel(Process::Contour, new contourOptionsWidget, m_form->contourTab);
-    addPanel(Process::TriTpiRoughness, new tri_tpi_roughnessOptionsWidget, m_form->tri_tpi_roughnessTab);
+    addPanels();
 
     // A drop on a text field would put an address into the middle of a path; the window takes the file.
     for (QWidget *field : QList<QWidget *>{m_form->m_pCBInputListFile, m_form->m_pCBInputListFile->lineEdit(),
@@ -80,8 +79,13 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
 
 quvoGdalUtilities::~quvoGdalUtilities() = default;
 
-template <class Panel> void quvoGdalUtilities::addPanel(Process process, Panel *panel, QWidget *tab)
+template <class Panel> void quvoGdalUtilities::addPanel(Process process, QWidget *tab)
 {
+    Panel *panel = nullptr;
+    if constexpr (std::is_constructible_v<Panel, WorkFolder &>)
+        panel = new Panel(m_workFolder); // it writes files that its tool reads
+    else
+        panel = new Panel;
     const auto at = static_cast<std::size_t>(process);
     m_tabIndexes[at] = m_form->m_pTabWidget->indexOf(tab);
     m_panels[at] = panel;
@@ -90,6 +94,37 @@ template <class Panel> void quvoGdalUtilities::addPanel(Process process, Panel *
     connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
     connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_updateOutputFilePreview);
     connect(m_input.get(), &InputDem::demChanged, panel, &Panel::setDem);
+    if constexpr (requires { &Panel::extremesComputed; })
+        connect(panel, &Panel::extremesComputed, m_input.get(), &InputDem::setExtremes);
+    if constexpr (std::is_same_v<Panel, intervisibilityOptionsWidget>)
+        m_intervisibility = panel;
+}
+
+/// The tab and the panel of a process.
+struct quvoGdalUtilities::PanelRow
+{
+    Process process;
+    QWidget *Ui::quvoGdalUtilitiesDialog::*tab;
+    void (quvoGdalUtilities::*add)(Process process, QWidget *tab);
+};
+
+void quvoGdalUtilities::addPanels()
+{
+    using Form = Ui::quvoGdalUtilitiesDialog;
+    using Dialog = quvoGdalUtilities;
+    static constexpr PanelRow rows[] = {
+        {Process::ShadedRelief, &Form::shadedTab, &Dialog::addPanel<shadedOptionsWidget>},
+        {Process::Slope, &Form::slopeTab, &Dialog::addPanel<slopeOptionsWidget>},
+        {Process::Aspect, &Form::aspectTab, &Dialog::addPanel<aspectOptionsWidget>},
+        {Process::Intervisibility, &Form::intervisibilityTab, &Dialog::addPanel<intervisibilityOptionsWidget>},
+        {Process::ColorRelief, &Form::colorReliefTab, &Dialog::addPanel<colorReliefOptionsWidget>},
+        {Process::Contour, &Form::contourTab, &Dialog::addPanel<contourOptionsWidget>},
+        {Process::TriTpiRoughness, &Form::tri_tpi_roughnessTab,
+         &Dialog::addPanel<tri_tpi_roughnessOptionsWidget>},
+    };
+    static_assert(hasRowOfEachProcess(rows), "Every process needs a panel, in the order of the enumeration.");
+    for (const PanelRow &row : rows)
+        (this->*row.add)(row.process, (*m_form).*row.tab);
 }
 
 void quvoGdalUtilities::connectControls()
@@ -235,11 +270,11 @@ ProcessingRequest quvoGdalUtilities::currentRequest() const
     request.output = besideInput(m_output->name(), request.input);
     request.band = m_input->band();
     if (request.process) {
-        const bool vector = processRow(*request.process).product == ProductKind::Vector;
-        OutputOptions options = vector ? m_vectorOptions : m_rasterOptions;
+        const ProductKind product = processRow(*request.process).product;
+        OutputOptions options = product == ProductKind::Vector ? m_vectorOptions : m_rasterOptions;
         if (!outputFormats(*request.process).contains(options.format))
-            options.format.clear(); // this process's tool does not write it
-        applyOutputOptions(options, request);
+            options.format.clear(); // the tool of this process does not write it
+        request.outputOptions = supportedOptions(options, product);
     }
     return request;
 }
@@ -257,13 +292,12 @@ Recipe quvoGdalUtilities::recipe() const
 
 void quvoGdalUtilities::setRecipe(const Recipe &recipe)
 {
-    const auto at = static_cast<std::size_t>(findBatchProcess(recipe.process)->process);
+    const auto at = static_cast<std::size_t>(processOf(recipe.options));
     if (!recipe.input.isEmpty())
         setInputDem(recipe.input);
     m_form->m_pCBBand->setCurrentIndex(recipe.band - 1);
     m_form->m_pTabWidget->setCurrentIndex(m_tabIndexes[at]);
-    currentOutputOptions() = {recipe.outputFormat, recipe.layerName, recipe.tiled, recipe.worldFile,
-                              recipe.overviews};
+    currentOutputOptions() = recipe.outputOptions;
     m_panels[at]->setProcessOptions(recipe.options);
     if (recipe.output.isEmpty())
         slot_onInputDemChanged(m_input->path());
@@ -276,7 +310,7 @@ void quvoGdalUtilities::setRecipe(const Recipe &recipe)
 QString quvoGdalUtilities::commandToCopy()
 {
     const auto plan = currentPlan();
-    return plan ? copiedCommand(*plan, recipe(), m_tools, m_workFolder.path()) : QString();
+    return plan ? copiedCommand(*plan, recipe(), m_tools) : QString();
 }
 
 void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
@@ -303,13 +337,11 @@ std::optional<RunPlan> quvoGdalUtilities::currentPlan()
 {
     if (!mayLaunch())
         return std::nullopt;
+    const auto toolInput = currentPanel()->launchInput();
+    if (!toolInput)
+        return std::nullopt;
     ProcessingRequest request = currentRequest();
-    request.fragment = currentPanel()->getCommandArguments();
-    if (request.process == Process::ColorRelief) {
-        request.colorTableFile = m_colorRelief->colorFile(false);
-        if (request.colorTableFile.isEmpty()) // which the panel told
-            return std::nullopt;
-    }
+    request.toolInput = *toolInput;
     const RunPlan plan = planRun(request, m_tools);
     if (plan.problemKind == ProblemKind::None)
         return plan;
@@ -342,7 +374,7 @@ bool quvoGdalUtilities::launch()
         return false;
     const Recipe settings = recipeOf(plan.request, currentPanel()->processOptions());
     m_settings->noteRun(settings);
-    m_launchedCommand = copiedCommand(plan, settings, m_tools, m_workFolder.path());
+    m_launchedCommand = copiedCommand(plan, settings, m_tools);
     m_run.start(plan, std::move(lock), true,
                 imageFolder + QStringLiteral("icones/")
                     + QString::fromLatin1(processRow(*plan.request.process).icon));
@@ -376,16 +408,11 @@ void quvoGdalUtilities::showResult(ProcessResult result)
 
 std::optional<ProcessingRequest> quvoGdalUtilities::previewRequest(const QString &copy)
 {
+    const auto toolInput = currentPanel()->previewInput(copy);
+    if (!toolInput)
+        return std::nullopt;
     ProcessingRequest request = currentRequest();
-    request.fragment = currentPanel()->previewArguments(copy);
-    if (request.process == Process::ColorRelief) {
-        request.colorTableFile = m_colorRelief->colorFile(false);
-        if (request.colorTableFile.isEmpty())
-            return std::nullopt;
-        const Extremes &extremes = m_input->dem().extremes; // percentages are of the DEM, not of its copy
-        if (extremes.known)
-            noteExtremes(copy, request.band, extremes.minimum, extremes.maximum);
-    }
+    request.toolInput = *toolInput;
     return request;
 }
 

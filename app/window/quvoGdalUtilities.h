@@ -14,12 +14,11 @@
 #include <memory>
 #include <optional>
 
-class colorReliefOptionsWidget;
 class InputDem;
 class intervisibilityOptionsWidget;
 class optionsWidget;
 class PreviewControl;
-class OutputFile;
+class OutputField;
 class SettingsMenu;
 class WindowShape;
 struct ProcessResult;
@@ -99,9 +98,10 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    static constexpr int processCount = 7;
+    struct PanelRow;
 
-    template <class Panel> void addPanel(Process process, Panel *panel, QWidget *tab);
+    template <class Panel> void addPanel(Process process, QWidget *tab);
+    void addPanels();
     void connectControls();
     void connectPreviews();
     void applyTexts();
@@ -123,16 +123,15 @@ private:
     Previews m_previews;
     std::unique_ptr<PreviewControl> m_previewControl;
     std::unique_ptr<InputDem> m_input;
-    std::unique_ptr<OutputFile> m_output;
+    std::unique_ptr<OutputField> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
     std::unique_ptr<WindowShape> m_shape;
-    colorReliefOptionsWidget *m_colorRelief = nullptr;
     intervisibilityOptionsWidget *m_intervisibility = nullptr;
-    OutputOptions m_rasterOptions; ///< of the products of each kind
-    OutputOptions m_vectorOptions;
-    QString m_launchedCommand; ///< of the run, for a shell
+    OutputOptions m_rasterOptions; ///< output options of raster products
+    OutputOptions m_vectorOptions; ///< output options of vector products
+    QString m_launchedCommand;     ///< command for a shell that makes the product of the last run
 
-    // By process, in the order of the enumeration: the index of its tab, and its panel.
+    // The index of each process's tab, and its panel, in the order of the enumeration.
     std::array<int, processCount> m_tabIndexes{};
     std::array<optionsWidget *, processCount> m_panels{};
 };

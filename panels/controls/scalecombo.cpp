@@ -1,11 +1,19 @@
 #include "panels/controls/scalecombo.h"
 
+#include "messages/label.h"
 #include "panels/controls/QEditableComboBox.h"
-#include "panels/controls/labels.h"
 
 #include <QFrame>
 #include <QLineEdit>
 #include <QVBoxLayout>
+
+QStringList scaleLabels()
+{
+    return {labelText({"MESS_UNIT_MEME_XYZ", "X, Y et Z sont dans la même unité (1)"}),
+            labelText({"MESS_UNIT_XY_M_Z_FT", "X et Y sont en mètres, Z en pieds (0.31)"}),
+            labelText({"MESS_UNIT_XY_DEG_Z_M", "X et Y sont en degrés, Z en mètres (111120)"}),
+            labelText({"MESS_UNIT_XY_DEG_Z_FT", "X et Y sont en degrés, Z en pieds (370400)"})};
+}
 
 QEditableComboBox *makeScaleCombo(QFrame *frame)
 {

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <QStringList>
+
 class QEditableComboBox;
 class QFrame;
 
-/// Fills a panel's frame with the combo of the scale list (scaleLabels(), the first row chosen), in which
-/// another ratio may be typed.
+/// The rows of the scale list (panels/options/fragments) in the language in use.
+QStringList scaleLabels();
+
+/// Adds a combo of the scale list to a panel's empty frame. The first row is chosen; another ratio may be
+/// typed. The combo belongs to the frame.
 QEditableComboBox *makeScaleCombo(QFrame *frame);

@@ -65,12 +65,12 @@ QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground
         return {};
     QList<ObserverPoint> points = observersFrom(source, choices.step(), values, choices.heightChoice());
     placeOutside(points, ground, parent);
-    if (source.notTaken > 0)
+    if (source.skippedFeatures > 0)
         Prompt::warning(
             parent,
             labelText({"MESS_OBS_NON_PRIS",
                        "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de coordonnées "
                        "du MNT."})
-                .arg(source.notTaken));
+                .arg(source.skippedFeatures));
     return points;
 }

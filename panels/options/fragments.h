@@ -67,6 +67,9 @@ struct TerrainIndexOptions
 /// The fragment does not name the index: that is the tool's mode.
 QString terrainIndexFragment(const TerrainIndexOptions &options);
 
+/// Number of terrain indices.
+constexpr int terrainIndexCount = 3;
+
 /// The tool's word of an index: 0 "TRI", terrain ruggedness; 1 "TPI", topographic position; any other number
 /// "roughness".
 QString terrainIndexWord(int type);

@@ -379,6 +379,19 @@ QVariantMap optionValues(const ProcessOptions &options)
     return values;
 }
 
+bool needsExtremes(const ProcessOptions &options)
+{
+    const auto *colors = std::get_if<ColorReliefOptions>(&options);
+    return std::holds_alternative<ContourOptions>(options)
+        || (colors && colors->spread && !(colors->minimum && colors->maximum));
+}
+
+std::optional<double> compassOf(const ProcessOptions &options)
+{
+    const auto *shaded = std::get_if<ShadedOptions>(&options);
+    return shaded ? std::optional(shaded->compass) : std::nullopt;
+}
+
 QVector<FieldDescription> describeOptions(const ProcessOptions &options)
 {
     return std::visit([](const auto &record) { return describeFields(record, fieldsOf(record)); }, options);

@@ -5,10 +5,10 @@
 
 #include <variant>
 
-/// The option record of any process. A new process adds its record here, its table of fields, its word and its
-/// fragment in the .cpp file.
-using ProcessOptions = std::variant<ShadedOptions, SlopeOptions, AspectOptions, TerrainIndexOptions,
-                                    IntervisibilityOptions, ColorReliefOptions, ContourOptions>;
+/// The option record of any process, in the order of the enumeration in app/process/processes. A new process
+/// adds its record here, and its table of fields, its word and its fragment in the .cpp file.
+using ProcessOptions = std::variant<ShadedOptions, SlopeOptions, AspectOptions, IntervisibilityOptions,
+                                    ColorReliefOptions, ContourOptions, TerrainIndexOptions>;
 
 /// The process's word in recipes and on the command line, and the mode of the DEM tool ("hillshade", "TPI").
 QString processWord(const ProcessOptions &options);
@@ -37,6 +37,13 @@ QString setOption(ProcessOptions &options, const QString &name, const QVariant &
 /// The record as setOption() takes it back and a recipe holds it: every field by its name, a number that is not
 /// given as null, observers and colours as rows.
 QVariantMap optionValues(const ProcessOptions &options);
+
+/// Whether the product depends on the DEM's extreme elevations: the number of contour lines, or the elevations
+/// that a colour table is spread over.
+bool needsExtremes(const ProcessOptions &options);
+
+/// The compass reading of a shaded relief in degrees; nothing for any other process.
+std::optional<double> compassOf(const ProcessOptions &options);
 
 /// The fields of the record, with its values as defaults.
 QVector<FieldDescription> describeOptions(const ProcessOptions &options);

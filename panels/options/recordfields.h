@@ -64,7 +64,7 @@ QString setField(Record &record, const RecordField<Record> &field, const QVarian
 {
     const QString name = QString::fromLatin1(field.name);
     if (auto member = std::get_if<QString Record::*>(&field.member)) {
-        if (value.userType() != QMetaType::QString)
+        if (value.userType() != QMetaType::QString || value.toString().contains(QChar(0)))
             return textProblem(name);
         record.**member = value.toString();
         return {};

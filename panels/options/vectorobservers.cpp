@@ -113,7 +113,7 @@ void takeLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
         const QHash<QString, double> values = numericValues(*feature);
         const auto sitesBefore = found.sites.size();
         if (!placed || !takeGeometry(*own, values, found)) {
-            ++found.notTaken;
+            ++found.skippedFeatures;
             continue;
         }
         if (found.sites.size() == sitesBefore)

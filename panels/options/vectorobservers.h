@@ -26,9 +26,9 @@ struct VectorObservers
     QList<QVector<QPointF>> lines; ///< lines and rings, multi-parts taken apart
     bool hasZ = false;             ///< of a site at least
     QStringList numericAttributes; ///< of the sites
-    int notTaken = 0;  ///< features without a geometry, or with one that does not lie in the DEM's CRS
-    QStringList files; ///< the local files of the source
-    QString problem;   ///< why the source could not be opened, in GDAL's words
+    int skippedFeatures = 0; ///< features without a geometry, or with one that has no place in the DEM's CRS
+    QStringList files;       ///< the local files of the source
+    QString problem;         ///< why the source could not be opened, in GDAL's words
 };
 
 /// More observers than this are not imported: their runs would take days.

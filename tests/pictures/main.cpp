@@ -171,7 +171,7 @@ void addSettings(Album &album)
     const QDateTime first(QDate(2024, 5, 6), QTime(7, 8), Qt::UTC);
     const QString folder = QStringLiteral("/home/user/terrain/");
     int count = 0;
-    for (const BatchProcess &process : batchProcesses()) {
+    for (const NamedProcess &process : namedProcesses()) {
         Recipe recipe;
         recipe.process = processWord(process.defaults);
         recipe.options = process.defaults;

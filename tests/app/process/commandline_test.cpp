@@ -32,7 +32,7 @@ ProcessingRequest request(Process process, const QString &mode = {})
     request.input = QStringLiteral("/a b/dem.tif");
     request.output = QStringLiteral("/out/p.tif");
     request.band = 2;
-    request.fragment = QStringLiteral("-x 1 ");
+    request.toolInput.fragment = QStringLiteral("-x 1 ");
     return request;
 }
 
@@ -55,34 +55,34 @@ void CommandLineTest::golden_data()
         {"hillshade", "/a b/dem.tif", "/out/p.tif", "-x", "1", "-b", "2", "-of", "GTiff"});
 
     ProcessingRequest empty = request(Process::TriTpiRoughness, "TPI");
-    empty.fragment.clear();
-    empty.format = QStringLiteral("COG");
+    empty.toolInput.fragment.clear();
+    empty.outputOptions.format = QStringLiteral("COG");
     row("empty fragment", empty, "TPI \"/a b/dem.tif\"  \"/out/p.tif\"  -b 2 -of \"COG\"",
         {"TPI", "/a b/dem.tif", "/out/p.tif", "-b", "2", "-of", "COG"});
 
     ProcessingRequest colours = request(Process::ColorRelief, "color-relief");
-    colours.colorTableFile = QStringLiteral("/c d.txt");
-    colours.tiled = true;
+    colours.toolInput.colorTableFile = QStringLiteral("/c d.txt");
+    colours.outputOptions.tiled = true;
     row("colour relief, tiled", colours,
         "color-relief \"/a b/dem.tif\" \"/c d.txt\" \"/out/p.tif\" -x 1  -b 2 -of \"GTiff\" -co \"TILED=YES\"",
         {"color-relief", "/a b/dem.tif", "/c d.txt", "/out/p.tif", "-x", "1", "-b", "2", "-of", "GTiff", "-co",
          "TILED=YES"});
 
     ProcessingRequest worldFile = request(Process::Slope, "slope");
-    worldFile.worldFile = true;
+    worldFile.outputOptions.worldFile = true;
     row("world file without tiles", worldFile,
         "slope \"/a b/dem.tif\"  \"/out/p.tif\" -x 1  -b 2 -of \"GTiff\"",
         {"slope", "/a b/dem.tif", "/out/p.tif", "-x", "1", "-b", "2", "-of", "GTiff"});
 
     ProcessingRequest zones = request(Process::Intervisibility);
-    zones.tiled = zones.worldFile = true;
+    zones.outputOptions.tiled = zones.outputOptions.worldFile = true;
     row("intervisibility", zones,
         "-SrcFile \"/a b/dem.tif\" -DstFile \"/out/p.tif\" -iBand 2 -x 1  -co \"TILED=YES\" -co \"TFW=YES\"",
         {"-SrcFile", "/a b/dem.tif", "-DstFile", "/out/p.tif", "-iBand", "2", "-x", "1", "-co", "TILED=YES",
          "-co", "TFW=YES"});
 
     ProcessingRequest lines = request(Process::Contour);
-    lines.tiled = true;
+    lines.outputOptions.tiled = true;
     row("contours", lines, "-b 2 -f \"ESRI Shapefile\" -x 1  -nln \"contour\" \"/a b/dem.tif\" \"/out/p.tif\" ",
         {"-b", "2", "-f", "ESRI Shapefile", "-x", "1", "-nln", "contour", "/a b/dem.tif", "/out/p.tif"});
 }
@@ -113,12 +113,12 @@ void CommandLineTest::declared()
     };
     ProcessingRequest asked = request(Process::ShadedRelief, "hillshade");
     asked.output = QStringLiteral("/o.d/a.b.tif");
-    asked.worldFile = true;
+    asked.outputOptions.worldFile = true;
     QCOMPARE(paths(asked), QStringList{"/o.d/a.b.tif|GTiff"}); // no world file is asked for, so none is ours
-    asked.tiled = true;
+    asked.outputOptions.tiled = true;
     QCOMPARE(paths(asked), (QStringList{"/o.d/a.b.tif|GTiff", "/o.d/a.b.tfw|"}));
-    asked.tiled = false;
-    asked.format = QStringLiteral("COG");
+    asked.outputOptions.tiled = false;
+    asked.outputOptions.format = QStringLiteral("COG");
     QCOMPARE(paths(asked), (QStringList{"/o.d/a.b.tif|COG", "/o.d/a.b.tif.ovr.tmp|"}));
 
     const QuvoOutputFilesList lines = declaredOutputs(request(Process::Contour));

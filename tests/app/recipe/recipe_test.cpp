@@ -31,8 +31,8 @@ void RecipeTest::wholeRecipe()
     QCOMPARE(recipe.input, QStringLiteral("/some/dém.tif"));
     QCOMPARE(recipe.output, QStringLiteral("/abs/out.tif"));
     QCOMPARE(recipe.band, 3);
-    QCOMPARE(recipe.outputFormat, QStringLiteral("COG"));
-    QVERIFY(recipe.tiled && recipe.worldFile);
+    QCOMPARE(recipe.outputOptions.format, QStringLiteral("COG"));
+    QVERIFY(recipe.outputOptions.tiled && recipe.outputOptions.worldFile);
     QCOMPARE(argumentFragment(recipe.options), QStringLiteral("-z 1 -s 2.5  -az -45 -alt 60  -compute_edges"));
     QCOMPARE(
         readRecipe(R"({"format": 1, "process": "hillshade", "input": "/vsizip/a.zip"})", "/x").recipe.input,
@@ -45,7 +45,7 @@ void RecipeTest::everyProcessComesBack_data()
     QTest::addColumn<ProcessOptions>("options"); // other than the defaults in every field
     const auto row = [](const ProcessOptions &options) {
         QTest::newRow(qPrintable(processWord(options))) << processWord(options) << options;
-        const BatchProcess &defaults = *findBatchProcess(processWord(options));
+        const NamedProcess &defaults = *findProcess(processWord(options));
         QTest::newRow(qPrintable(processWord(options) + " as it is"))
             << processWord(options) << defaults.defaults;
     };
@@ -60,7 +60,8 @@ void RecipeTest::everyProcessComesBack_data()
     contours.noDataValue = -3.4028234663852886e38;
     contours.offset = 0.1;
     row(contours);
-    ColorReliefOptions colors{"中.txt", true, -12.5, 3000.0, true, {}};
+    ColorReliefOptions colors{
+        .table = "中.txt", .spread = true, .minimum = -12.5, .maximum = 3000.0, .alpha = true};
     colors.colors = {{QuvoColorDef::noDataValue, QColor(1, 2, 3, 0), false},
                      {0.1, QColor(4, 5, 6), false},
                      {0.1, QColor(7, 8, 9), false}};
@@ -84,9 +85,17 @@ void RecipeTest::everyProcessComesBack()
 {
     QFETCH(QString, word);
     QFETCH(ProcessOptions, options);
-    const Recipe recipe{word,   "/l'été \"\\中\n/dem.tif", "/out %1.tif", 3, "COG", "couche", true, true, true,
-                        options};
-    for (const Recipe &written : {recipe, Recipe{word, {}, {}, 1, {}, {}, false, false, false, options}}) {
+    const Recipe recipe{.process = word,
+                        .input = "/l'été \"\\中\n/dem.tif",
+                        .output = "/out %1.tif",
+                        .band = 3,
+                        .outputOptions = {.format = "COG",
+                                          .tiled = true,
+                                          .worldFile = true,
+                                          .layerName = "couche",
+                                          .overviews = true},
+                        .options = options};
+    for (const Recipe &written : {recipe, Recipe{.process = word, .options = options}}) {
         const RecipeReading reading = readRecipe(writeRecipe(written), QStringLiteral("/else"));
         QCOMPARE(reading.problem, QString());
         QVERIFY(reading.recipe == written);
@@ -171,7 +180,7 @@ void RecipeTest::arguments()
     QCOMPARE(read.band, std::optional<int>(2));
     QCOMPARE(read.options.at(0).second, QStringLiteral("b=c"));
     QCOMPARE(read.options.at(1).second, QString());
-    QVERIFY(read.tiled && read.worldFile && read.overwrite);
+    QVERIFY(read.outputOptions.tiled && read.outputOptions.worldFile && read.overwrite);
 }
 
 QTEST_GUILESS_MAIN(RecipeTest)

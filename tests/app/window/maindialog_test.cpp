@@ -1,5 +1,4 @@
 #include "app/preview/PreviewLabel.h"
-#include "app/window/dialogrules.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/gdalmessages.h"
@@ -38,9 +37,6 @@ private slots:
     void initTestCase();
     void init();
 
-    void startDirectories_data();
-    void startDirectories();
-    void names();
     void tabsKeepTheirIndexes();
     void inputAndProposal();
     void typedInput();
@@ -125,51 +121,6 @@ void MainDialogTest::useTool(const QByteArray &script)
     QVERIFY(tool.open(QIODevice::WriteOnly) && tool.write("#!/bin/sh\n" + script) > 0);
     QVERIFY(tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     m_tools.dem = tool.fileName();
-}
-
-void MainDialogTest::startDirectories_data()
-{
-    QTest::addColumn<QStringList>("choices"); // folder of the last one, keep, text, second recent
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("last chosen") << QStringList{"/last", "keep", "/text", "/second"} << "/last";
-    QTest::newRow("kept") << QStringList{"", "keep", "/text", "/second"} << "/here";
-    QTest::newRow("text") << QStringList{"", "", "/text", "/second"} << "/text";
-    QTest::newRow("second, not first") << QStringList{"", "", "", "/second"} << "/second";
-    QTest::newRow("nothing") << QStringList{"", "", "", ""} << "";
-}
-
-void MainDialogTest::startDirectories()
-{
-    QFETCH(QStringList, choices);
-    QTEST(startDirectory({choices.at(0), !choices.at(1).isEmpty(), "/here", choices.at(2), choices.at(3)}),
-          "expected");
-}
-
-void MainDialogTest::names()
-{
-    QCOMPARE(proposeOutputName(path("a.%2.b.tif"), "hillshade", "tif"), path("a.%2.b_hillshade.tif"));
-    QVERIFY(QFile::copy(path("dem.tif"), path("dem_slope.tif")));
-    QVERIFY(QFile::copy(path("dem.tif"), path("dem_slope_2.tif")));
-    QCOMPARE(proposeOutputName(path("dem.tif"), "slope", "tif"), path("dem_slope_3.tif"));
-    QCOMPARE(proposeOutputName("/vsizip/a.zip/dem.tif", "slope", "tif"),
-             QDir::current().filePath("dem_slope.tif"));
-    for (const char *name : {"/a/dem_slope.tif", "/a/dem_slope_12.img"})
-        QVERIFY2(isProposedName(name, "/a/dem.tif", "slope"), name);
-    for (const char *name :
-         {"/b/dem_slope.tif", "/a/dem_slope_x.tif", "/a/dem_slopes.tif", "/a/dem_aspect.tif"})
-        QVERIFY2(!isProposedName(name, "/a/dem.tif", "slope"), name);
-
-    QCOMPARE(adaptExtension("/a/b.tif", {"shp"}, {"tif", "shp"}), QStringLiteral("/a/b.shp"));
-    QCOMPARE(adaptExtension("/a/b.TIFF", {"tif", "tiff"}, {"tif", "shp"}), QStringLiteral("/a/b.TIFF"));
-    QCOMPARE(adaptExtension("/a/b.v2", {"shp"}, {"tif", "shp"}), QStringLiteral("/a/b.v2"));
-    QCOMPARE(adaptExtension("/a.tif/b", {"shp"}, {"tif", "shp"}), QStringLiteral("/a.tif/b"));
-
-    QStringList recent;
-    for (int index = 0; index < 12; ++index)
-        recent = withRecent(recent, QString::number(index));
-    recent = withRecent(recent, "5");
-    QCOMPARE(recent, (QStringList{"5", "11", "10", "9", "8", "7", "6", "4", "3", "2"}));
 }
 
 void MainDialogTest::tabsKeepTheirIndexes()
@@ -350,7 +301,6 @@ void MainDialogTest::outputIsNeverTheInput()
     QCOMPARE(Prompt::takeShown().size(), 1);
     QCOMPARE(dialog.output()->text(), path("a.png")); // nothing was taken
     QCOMPARE(bytesOf(path("dem.tif")), before);
-    QCOMPARE(besideInput("mine.tif", path("dem.tif")), path("mine.tif"));
 }
 
 void MainDialogTest::stopLeavesNothing()

@@ -63,7 +63,10 @@ private:
     }
     Recipe recipe(const ProcessOptions &options, const QString &output) const
     {
-        return {processWord(options), path("dem.tif"), path(output), 1, {}, {}, false, false, false, options};
+        return {.process = processWord(options),
+                .input = path("dem.tif"),
+                .output = path(output),
+                .options = options};
     }
     static void addRows();
 
@@ -282,8 +285,8 @@ void SettingsMenuTest::whatCannotBeTakenIsTold()
              qPrintable(shown.first()));
     Recipe expected =
         recipe(SlopeOptions{true, 0, {}, true, false}, "dem_slope.tif"); // not the other DEM's name
-    expected.outputFormat = QStringLiteral("GTiff");
-    expected.tiled = true;
+    expected.outputOptions.format = QStringLiteral("GTiff");
+    expected.outputOptions.tiled = true;
     QVERIFY2(dialog.window.recipe() == expected, writeRecipe(dialog.window.recipe()).constData());
 }
 
@@ -302,8 +305,8 @@ void SettingsMenuTest::copiedCommandMakesTheProduct()
     if (auto *colors = std::get_if<ColorReliefOptions>(&options); colors && colors->colors.isEmpty())
         colors->table = write(colors->table, "0% 0 0 0\n100% 200 9 9\n");
     Recipe settings = recipe(options, output);
-    settings.tiled = settings.overviews = output == QLatin1String("tiled.tif");
-    if (settings.overviews)
+    settings.outputOptions.tiled = settings.outputOptions.overviews = output == QLatin1String("tiled.tif");
+    if (settings.outputOptions.overviews)
         QVERIFY(writeHill(path("dem.tif"), 600));
     QString command;
     {
@@ -320,7 +323,8 @@ void SettingsMenuTest::copiedCommandMakesTheProduct()
         products.insert(name, bytesOf(path(name)));
         QVERIFY(QFile::remove(path(name)));
     }
-    QCOMPARE(products.contains(QFileInfo(settings.output).fileName() + ".ovr"), settings.overviews);
+    QCOMPARE(products.contains(QFileInfo(settings.output).fileName() + ".ovr"),
+             settings.outputOptions.overviews);
     QProcess shell;
     QProcessEnvironment usual = QProcessEnvironment::systemEnvironment();
     usual.remove("SHAPE_ENCODING");

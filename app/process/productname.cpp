@@ -1,0 +1,51 @@
+#include "app/process/productname.h"
+
+#include "dataset/pathencoding.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+QString productName(const QString &input, const QString &suffix, const QString &extension)
+{
+    const QFileInfo file(input);
+    const QDir folder =
+        QFileInfo(file.absolutePath()).isDir() && !isVirtualPath(input) ? file.absoluteDir() : QDir::current();
+    return folder.filePath(QStringLiteral("%1_%2.%3").arg(file.completeBaseName(), suffix, extension));
+}
+
+QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension)
+{
+    const QString first = productName(input, suffix, extension);
+    const QString stem = first.chopped(extension.size() + 1);
+    QString name = first;
+    for (int counter = 2; QFileInfo::exists(name); ++counter)
+        name = QStringLiteral("%1_%2.%3").arg(stem, QString::number(counter), extension);
+    return name;
+}
+
+bool isProposedName(const QString &name, const QString &input, const QString &suffix)
+{
+    const QFileInfo file(name);
+    const QFileInfo dem(input);
+    const QString stem = QStringLiteral("%1_%2").arg(dem.completeBaseName(), suffix);
+    static const QRegularExpression number(QStringLiteral("^(_[0-9]+)?$"));
+    return file.absolutePath() == dem.absolutePath() && file.completeBaseName().startsWith(stem)
+        && number.match(file.completeBaseName().mid(stem.size())).hasMatch();
+}
+
+QString adaptExtension(const QString &name, const QStringList &extensions, const QStringList &knownExtensions)
+{
+    const QString extension = QFileInfo(name).suffix();
+    if (extension.isEmpty() || extensions.isEmpty() || extensions.contains(extension, Qt::CaseInsensitive)
+        || !knownExtensions.contains(extension, Qt::CaseInsensitive))
+        return name;
+    return name.chopped(extension.size()) + extensions.first();
+}
+
+QString besideInput(const QString &name, const QString &input)
+{
+    if (name.isEmpty() || QFileInfo(name).isAbsolute() || input.isEmpty() || isVirtualPath(input))
+        return name;
+    return QDir::cleanPath(QFileInfo(input).absoluteDir().absoluteFilePath(name));
+}

@@ -1,0 +1,63 @@
+#include "app/recipe/recipeinput.h"
+
+#include "app/recipe/observerfile.h"
+#include "app/recipe/tablefile.h"
+#include "panels/options/contourlevels.h"
+
+namespace
+{
+
+/// What a run needs besides the argument fragment of its options: one overload for each process that needs
+/// more.
+class Preparation
+{
+public:
+    Preparation(RecipeInput &input, const QString &dem, int band, WorkFolder &workFolder)
+        : m_input(input)
+        , m_dem(dem)
+        , m_band(band)
+        , m_workFolder(workFolder)
+    { }
+
+    template <class Record> void operator()(const Record &) const { }
+
+    void operator()(const ColorReliefOptions &options) const
+    {
+        const ToolTable table = prepareTable(options, m_dem, m_band, m_workFolder);
+        m_input.toolInput.colorTableFile = table.file;
+        m_input.toolInput.readsTemporaryFile = table.isTemporary;
+        m_input.problem = table.problem;
+    }
+
+    void operator()(const IntervisibilityOptions &options) const
+    {
+        const ToolObservers observers = prepareObservers(options, m_dem, m_band, m_workFolder);
+        m_input.toolInput.fragment = observers.fragment;
+        m_input.toolInput.readsTemporaryFile = true;
+        m_input.sourceFiles = observers.sourceFiles;
+        m_input.warnings = observers.warnings;
+        m_input.problem = observers.problem;
+    }
+
+    void operator()(const ContourOptions &options) const
+    {
+        if (options.interval)
+            m_input.warnings = manyLevelsWarnings(options, estimatedExtremes(m_dem, m_band));
+    }
+
+private:
+    RecipeInput &m_input;
+    const QString &m_dem;
+    int m_band;
+    WorkFolder &m_workFolder;
+};
+
+} // namespace
+
+RecipeInput prepareInput(const ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder)
+{
+    RecipeInput input;
+    input.toolInput.fragment = argumentFragment(options);
+    std::visit(Preparation(input, dem, band, workFolder), options);
+    return input;
+}

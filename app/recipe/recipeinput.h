@@ -1,0 +1,22 @@
+#pragma once
+
+#include "dataset/workfolder.h"
+#include "panels/options/processoptions.h"
+#include "panels/options/toolinput.h"
+
+#include <QString>
+#include <QStringList>
+
+/// What the options of a recipe contribute to a run.
+struct RecipeInput
+{
+    ToolInput toolInput;
+    QStringList sourceFiles; ///< files besides the DEM that the product must not replace
+    QStringList warnings;    ///< sentences that do not keep the run from starting
+    QString problem;         ///< why the run cannot start, in a sentence; empty when it can
+};
+
+/// Prepares the tool's input for a run without a window: formats the argument fragment and writes the colour
+/// table or the observers to the work folder where the tool needs a file of them. `band` of the DEM counts from
+/// 1. The DEM is read only where the options depend on it.
+RecipeInput prepareInput(const ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder);

@@ -1,0 +1,50 @@
+#include "app/window/dialogrules.h"
+
+#include <QTest>
+
+class DialogRulesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void startDirectories();
+    void recentList();
+    void launchButton();
+};
+
+void DialogRulesTest::startDirectories()
+{
+    StartDirectory choices{.lastChosenFolder = "/last",
+                           .keepCurrent = true,
+                           .currentDirectory = "/here",
+                           .inputText = "/text",
+                           .secondRecent = "/second"};
+    QCOMPARE(startDirectory(choices), QStringLiteral("/last"));
+    choices.lastChosenFolder.clear();
+    QCOMPARE(startDirectory(choices), QStringLiteral("/here"));
+    choices.keepCurrent = false;
+    QCOMPARE(startDirectory(choices), QStringLiteral("/text"));
+    choices.inputText.clear();
+    QCOMPARE(startDirectory(choices), QStringLiteral("/second"));
+    choices.secondRecent.clear();
+    QCOMPARE(startDirectory(choices), QString());
+}
+
+void DialogRulesTest::recentList()
+{
+    QStringList recent;
+    for (int index = 0; index < 12; ++index)
+        recent = withRecent(recent, QString::number(index));
+    recent = withRecent(recent, "5");
+    QCOMPARE(recent, (QStringList{"5", "11", "10", "9", "8", "7", "6", "4", "3", "2"}));
+}
+
+void DialogRulesTest::launchButton()
+{
+    QVERIFY(canLaunch(true, "a.tif", true));
+    QVERIFY(!canLaunch(false, "a.tif", true) && !canLaunch(true, "", true) && !canLaunch(true, "a.tif", false));
+}
+
+QTEST_APPLESS_MAIN(DialogRulesTest)
+
+#include "dialogrules_test.moc"
