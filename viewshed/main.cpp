@@ -1,10 +1,10 @@
 // gdal_intervisibility.exe: paints what observers see of a DEM.
 
-#include "viewshed/analysis.h"
-#include "viewshed/observers.h"
+#include "viewshed/io/analysis.h"
+#include "viewshed/io/observers.h"
+#include "viewshed/io/picture.h"
+#include "viewshed/io/raster_io.h"
 #include "viewshed/options.h"
-#include "viewshed/picture.h"
-#include "viewshed/raster_io.h"
 
 #include <gdal_priv.h>
 

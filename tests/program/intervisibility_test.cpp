@@ -1,6 +1,6 @@
 #include "dataset/pathencoding.h"
 #include "tests/support/rasters.h"
-#include "viewshed/raster_io.h"
+#include "viewshed/io/raster_io.h"
 
 #include <QDir>
 #include <QFile>

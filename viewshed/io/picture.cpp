@@ -1,4 +1,4 @@
-#include "viewshed/picture.h"
+#include "viewshed/io/picture.h"
 
 #include <cpl_string.h>
 #include <gdal_priv.h>

@@ -1,7 +1,7 @@
-#include "viewshed/analysis.h"
+#include "viewshed/io/analysis.h"
 
-#include "viewshed/georeference.h"
 #include "viewshed/horizon.h"
+#include "viewshed/io/georeference.h"
 #include "viewshed/jobs.h"
 
 #include <gdal_priv.h>

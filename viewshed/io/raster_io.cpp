@@ -1,4 +1,4 @@
-#include "viewshed/raster_io.h"
+#include "viewshed/io/raster_io.h"
 
 #include "viewshed/jobs.h"
 #include "viewshed/options.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewshed/analysis.h"
+#include "viewshed/io/analysis.h"
 #include "viewshed/options.h"
 
 namespace viewshed

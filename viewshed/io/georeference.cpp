@@ -1,4 +1,4 @@
-#include "viewshed/georeference.h"
+#include "viewshed/io/georeference.h"
 
 #include "viewshed/options.h"
 

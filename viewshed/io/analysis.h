@@ -1,10 +1,10 @@
 #pragma once
 
 #include "viewshed/bitgrid.h"
+#include "viewshed/io/observers.h"
+#include "viewshed/io/raster_io.h"
 #include "viewshed/lineofsight.h"
-#include "viewshed/observers.h"
 #include "viewshed/options.h"
-#include "viewshed/raster_io.h"
 
 #include <optional>
 

@@ -1,4 +1,4 @@
-#include "viewshed/observers.h"
+#include "viewshed/io/observers.h"
 
 #include "viewshed/options.h"
 
