@@ -68,8 +68,8 @@ int main(int argc, char *argv[])
         return run({argv + 1, argv + argc});
     } catch (const std::bad_alloc &) {
         std::fputs("gdal_intervisibility: There is not enough memory.\n", stderr);
-    } catch (const std::exception &failure) {
-        std::fprintf(stderr, "gdal_intervisibility: %s\n", failure.what());
+    } catch (const std::exception &problem) {
+        std::fprintf(stderr, "gdal_intervisibility: %s\n", problem.what());
     }
     return 1;
 }

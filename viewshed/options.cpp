@@ -1,5 +1,7 @@
 #include "viewshed/options.h"
 
+#include "viewshed/problem.h"
+
 #include <charconv>
 #include <cmath>
 #include <functional>
@@ -29,7 +31,7 @@ public:
     const std::string &value()
     {
         if (atEnd())
-            throw Failure("The option " + m_name + " lacks a value.");
+            throw Problem("The option " + m_name + " lacks a value.");
         return m_arguments[m_next++];
     }
 
@@ -39,7 +41,7 @@ public:
         Number number{};
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(double(number)))
-            throw Failure("The option " + m_name + " takes a number, not \"" + text + "\".");
+            throw Problem("The option " + m_name + " takes a number, not \"" + text + "\".");
         return number;
     }
 
@@ -50,7 +52,7 @@ public:
             constexpr int greatest = 255;
             const int number = this->number<int>();
             if (number < 0 || number > greatest)
-                throw Failure("The option " + m_name + " takes three numbers from 0 to 255.");
+                throw Problem("The option " + m_name + " takes three numbers from 0 to 255.");
             part = static_cast<std::uint8_t>(number);
         }
         return color;
@@ -65,14 +67,14 @@ public:
             return Combination::Or;
         if (text == "AND")
             return Combination::And;
-        throw Failure("The option " + m_name + " takes OVERWRITE, OR or AND, not \"" + text + "\".");
+        throw Problem("The option " + m_name + " takes OVERWRITE, OR or AND, not \"" + text + "\".");
     }
 
     std::string pair()
     {
         const std::string &text = value();
         if (text.find('=') == std::string::npos || text.front() == '=')
-            throw Failure("The option " + m_name + " takes NAME=VALUE, not \"" + text + "\".");
+            throw Problem("The option " + m_name + " takes NAME=VALUE, not \"" + text + "\".");
         return text;
     }
 
@@ -88,10 +90,10 @@ void checkComplete(const Options &options)
                                       {&options.destination, "-DstFile"},
                                       {&options.pointFile, "-point_file"}}) {
         if (value->empty())
-            throw Failure(std::string("The option ") + name + " is missing.");
+            throw Problem(std::string("The option ") + name + " is missing.");
     }
     if (options.band < 1)
-        throw Failure("The option -iBand takes a band's number, from 1.");
+        throw Problem("The option -iBand takes a band's number, from 1.");
 }
 
 } // namespace
@@ -119,7 +121,7 @@ Options parsedOptions(const std::vector<std::string> &given)
         const std::string &name = arguments.next();
         const auto option = known.find(name);
         if (option == known.end())
-            throw Failure("\"" + name + "\" is no option of this program; see --help.");
+            throw Problem("\"" + name + "\" is no option of this program; see --help.");
         option->second();
         if (options.request != Options::Request::Run)
             return options;

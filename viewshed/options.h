@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -37,13 +36,7 @@ struct Options
     double curvature = 0.85714;               ///< 1 is the Earth without refraction, 0 a plane
 };
 
-/// A sentence for the user.
-class Failure : public std::runtime_error
-{
-    using std::runtime_error::runtime_error;
-};
-
-/// The arguments after the program's name, in any order; of a repeated one the last counts. Throws Failure.
+/// The arguments after the program's name, in any order; of a repeated one the last counts. Throws Problem.
 Options parsedOptions(const std::vector<std::string> &arguments);
 
 /// The text of --help.

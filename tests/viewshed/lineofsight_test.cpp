@@ -1,6 +1,7 @@
 #include "viewshed/combine.h"
 #include "viewshed/lineofsight.h"
 #include "viewshed/options.h"
+#include "viewshed/problem.h"
 
 #include <QTest>
 
@@ -200,8 +201,8 @@ void LineOfSightTest::arguments()
     Options options;
     try {
         options = parsedOptions(list);
-    } catch (const Failure &failure) {
-        message = failure.what();
+    } catch (const Problem &problem) {
+        message = problem.what();
     }
     QCOMPARE(message.isEmpty(), outcome.isEmpty());
     QVERIFY2(message.contains(outcome), qPrintable(message));

@@ -3,6 +3,7 @@
 #include "viewshed/horizon.h"
 #include "viewshed/io/georeference.h"
 #include "viewshed/jobs.h"
+#include "viewshed/problem.h"
 
 #include <gdal_priv.h>
 
@@ -20,7 +21,7 @@ Sight sightOf(const Observer &observer, const Georeference &georeference, const 
 {
     const auto [column, row] = georeference.positionOf(observer.x, observer.y);
     if (!(std::abs(column) < largestSide && std::abs(row) < largestSide))
-        throw Failure(observer.name + " is too far from the raster.");
+        throw Problem(observer.name + " is too far from the raster.");
     Sight sight;
     sight.eye = Eye::at(column, row, observer.z);
     sight.targetHeight = options.targetHeight;
@@ -45,7 +46,7 @@ void checkMemory(const Observer &observer, const Sight &sight, const Raster &ras
     const double available =
         share * availableMemory() - bits * raster.width() * static_cast<double>(raster.height());
     if (available <= 0.0)
-        throw Failure("The raster has more cells than fit into the available memory.");
+        throw Problem("The raster has more cells than fit into the available memory.");
     const auto each = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
     double needed = 0.0;
     for (const Part &part : partsFor(sight, raster, alone))
@@ -56,7 +57,7 @@ void checkMemory(const Observer &observer, const Sight &sight, const Raster &ras
     // A disc's frame has 4 · distance² / (area of a cell) cells if the cells are square.
     const double frame = alone ? 2.0 : 4.0;
     const double distance = std::sqrt(available / each * std::sqrt(std::max(determinant, 0.0)) / frame);
-    throw Failure(observer.name + " sees more cells than fit into the available memory; a Max_Dist of "
+    throw Problem(observer.name + " sees more cells than fit into the available memory; a Max_Dist of "
                   + std::to_string(static_cast<long long>(distance)) + " m would.");
 }
 

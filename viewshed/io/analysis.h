@@ -19,7 +19,7 @@ struct Analysis
 };
 
 /// What the observers see of the raster, one after the other; their windows are read as they are needed, and
-/// only one is kept; only half of one where there is a single observer. Throws Failure if the largest does not
+/// only one is kept; only half of one where there is a single observer. Throws Problem if the largest does not
 /// fit into memory, naming the distance that would.
 Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, const Options &options,
                   int threads, const Progress &progress);

@@ -1,6 +1,6 @@
 #include "viewshed/io/georeference.h"
 
-#include "viewshed/options.h"
+#include "viewshed/problem.h"
 
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
@@ -41,14 +41,14 @@ Georeference::Georeference(GDALDataset &dataset)
         m_transform = {0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
         if (dataset.GetGCPCount() > 0) {
             if (GDALGCPsToGeoTransform(dataset.GetGCPCount(), dataset.GetGCPs(), m_transform.data(), TRUE) == 0)
-                throw Failure("The raster's ground control points do not place it.");
+                throw Problem("The raster's ground control points do not place it.");
             crs = dataset.GetGCPSpatialRef();
         }
     }
     if (crs != nullptr)
         m_crs.reset(crs->Clone());
     if (GDALInvGeoTransform(m_transform.data(), m_inverse.data()) == 0)
-        throw Failure("The raster's cells have no extent on the ground.");
+        throw Problem("The raster's cells have no extent on the ground.");
 }
 
 Georeference::~Georeference() = default;

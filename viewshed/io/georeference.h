@@ -16,7 +16,7 @@ class Georeference
 {
 public:
     /// Without a geotransform the ground control points' best one counts, without those the pixels' own
-    /// coordinates. Throws Failure if the geotransform has no inverse.
+    /// coordinates. Throws Problem if the geotransform has no inverse.
     explicit Georeference(GDALDataset &dataset);
     ~Georeference();
 

@@ -1,6 +1,6 @@
 #include "viewshed/io/observers.h"
 
-#include "viewshed/options.h"
+#include "viewshed/problem.h"
 
 #include <ogrsf_frmts.h>
 
@@ -30,20 +30,20 @@ Observer observerOf(const OGRFeature &feature, int field, const std::string &nam
 {
     const OGRGeometry *geometry = feature.GetGeometryRef();
     if (geometry == nullptr || wkbFlatten(geometry->getGeometryType()) != wkbPoint || geometry->IsEmpty())
-        throw Failure(name + " is no point.");
+        throw Problem(name + " is no point.");
     const OGRPoint &point = *geometry->toPoint();
     if (!point.Is3D())
-        throw Failure(name + " has no altitude.");
+        throw Problem(name + " has no altitude.");
     if (!usable(point.getX(), absurdCoordinate) || !usable(point.getY(), absurdCoordinate))
-        throw Failure(name + " has coordinates that are nowhere.");
+        throw Problem(name + " has coordinates that are nowhere.");
     if (!usable(point.getZ(), absurdAltitude))
-        throw Failure(name + " has an altitude that is none on Earth.");
+        throw Problem(name + " has an altitude that is none on Earth.");
 
     Observer observer{name, point.getX(), point.getY(), point.getZ()};
     if (field >= 0 && feature.IsFieldSetAndNotNull(field)) {
         const double distance = feature.GetFieldAsDouble(field);
         if (std::isnan(distance))
-            throw Failure(name + " has a " + reachField + " that is no number.");
+            throw Problem(name + " has a " + reachField + " that is no number.");
         if (distance > 0.0)
             observer.reach = distance;
     }
@@ -57,7 +57,7 @@ int reachFieldOf(OGRLayer &layer, const std::string &path)
         return field;
     const OGRFieldType type = layer.GetLayerDefn()->GetFieldDefn(field)->GetType();
     if (type != OFTReal && type != OFTInteger && type != OFTInteger64)
-        throw Failure("The field " + std::string(reachField) + " of " + path + " holds no numbers.");
+        throw Problem("The field " + std::string(reachField) + " of " + path + " holds no numbers.");
     return field;
 }
 
@@ -68,7 +68,7 @@ std::vector<Observer> readObservers(const std::string &path)
     const std::unique_ptr<GDALDataset> dataset(
         GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));
     if (!dataset)
-        throw Failure("The observers cannot be read: " + std::string(CPLGetLastErrorMsg()));
+        throw Problem("The observers cannot be read: " + std::string(CPLGetLastErrorMsg()));
     OGRLayer *layer = dataset->GetLayerCount() > 0 ? dataset->GetLayer(0) : nullptr;
     std::vector<Observer> observers;
     if (layer != nullptr) {
@@ -79,10 +79,10 @@ std::vector<Observer> readObservers(const std::string &path)
             observers.push_back(observerOf(*feature, field,
                                            "Observer " + std::to_string(observers.size() + 1) + " of " + file));
         if (CPLGetLastErrorType() >= CE_Failure)
-            throw Failure("The observers cannot be read: " + std::string(CPLGetLastErrorMsg()));
+            throw Problem("The observers cannot be read: " + std::string(CPLGetLastErrorMsg()));
     }
     if (observers.empty())
-        throw Failure("The file " + path + " holds no observer.");
+        throw Problem("The file " + path + " holds no observer.");
     return observers;
 }
 

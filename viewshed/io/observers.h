@@ -17,7 +17,7 @@ struct Observer
 };
 
 /// The points of a vector file's first layer, in its order; at least one. What is no usable observer (no point,
-/// no altitude, a coordinate that is no number) throws a Failure that names it.
+/// no altitude, a coordinate that is no number) throws a Problem that names it.
 std::vector<Observer> readObservers(const std::string &path);
 
 } // namespace viewshed

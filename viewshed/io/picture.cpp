@@ -1,5 +1,7 @@
 #include "viewshed/io/picture.h"
 
+#include "viewshed/problem.h"
+
 #include <cpl_string.h>
 #include <gdal_priv.h>
 
@@ -27,7 +29,7 @@ void askToStop(int /*signal*/)
 void checkStop()
 {
     if (stopAsked != 0)
-        throw Failure("The work was stopped.");
+        throw Problem("The work was stopped.");
 }
 
 std::string lastMessage(const std::string &what)
@@ -187,7 +189,7 @@ private:
             block = m_block.data();
         }
         if (m_picture.GetRasterBand(color + 1)->WriteBlock(x, blockRow, block) != CE_None)
-            throw Failure(lastMessage("The picture cannot be written"));
+            throw Problem(lastMessage("The picture cannot be written"));
     }
 
     GDALDataset &m_picture;
@@ -243,7 +245,7 @@ void writePicture(const Analysis &analysis, const Raster &raster, const Options 
         creation.AddString(option.c_str());
     GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("GTiff");
     if (driver == nullptr)
-        throw Failure("GDAL has no driver for GeoTIFF.");
+        throw Problem("GDAL has no driver for GeoTIFF.");
 
     CreatedFiles files(options.destination);
     std::signal(SIGTERM, askToStop);
@@ -252,14 +254,14 @@ void writePicture(const Analysis &analysis, const Raster &raster, const Options 
     std::unique_ptr<GDALDataset> picture(driver->Create(
         options.destination.c_str(), raster.width(), raster.height(), Rows::colors, GDT_Byte, creation.List()));
     if (!picture)
-        throw Failure(lastMessage("The picture cannot be created"));
+        throw Problem(lastMessage("The picture cannot be created"));
     files.created();
     copyGeoreference(raster.dataset(), *picture);
     writeCells(*picture, analysis, raster, options, threads);
     CPLErrorReset();
     picture.reset();
     if (CPLGetLastErrorType() >= CE_Failure)
-        throw Failure(lastMessage("The picture cannot be written"));
+        throw Problem(lastMessage("The picture cannot be written"));
     checkStop();
     files.keep();
 }
@@ -274,7 +276,7 @@ void checkDestination(const Options &options, const Raster &raster)
         read.push_back(fs::path(points).replace_extension(part).string());
     for (const std::string &file : read) {
         if (sameFile(file, options.destination))
-            throw Failure("The picture would replace " + file + ", which is read.");
+            throw Problem("The picture would replace " + file + ", which is read.");
     }
 }
 

@@ -10,11 +10,11 @@ namespace viewshed
 /// time if the cells without data are not known. From the creation of the file on, SIGTERM and SIGINT stop the
 /// work.
 ///
-/// Throws Failure. Nothing that was created is left then, nor is anything deleted that stood there before: that
+/// Throws Problem. Nothing that was created is left then, nor is anything deleted that stood there before: that
 /// is replaced at the creation, once the driver has accepted the options.
 void writePicture(const Analysis &analysis, const Raster &raster, const Options &options, int threads);
 
-/// Throws Failure if the picture would replace one of the files that are read.
+/// Throws Problem if the picture would replace one of the files that are read.
 void checkDestination(const Options &options, const Raster &raster);
 
 } // namespace viewshed

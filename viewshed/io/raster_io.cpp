@@ -1,7 +1,7 @@
 #include "viewshed/io/raster_io.h"
 
 #include "viewshed/jobs.h"
-#include "viewshed/options.h"
+#include "viewshed/problem.h"
 
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
@@ -57,7 +57,7 @@ private:
     void readBlock(int x, int y)
     {
         if (m_band.ReadBlock(x, y, m_block.data()) != CE_None)
-            throw Failure("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+            throw Problem("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
         const int firstColumn = std::max(x * m_blockWidth, m_window.left);
         const int endColumn = std::min(x * m_blockWidth + m_blockWidth, m_window.left + m_window.width);
         const int firstRow = std::max(y * m_blockHeight, m_window.top);
@@ -95,7 +95,7 @@ private:
         if (m_band.GetMaskBand()->RasterIO(GF_Read, column, row, count, 1, m_mask.data(), count, 1, GDT_Byte, 0,
                                            0, nullptr)
             != CE_None)
-            throw Failure("The mask of the elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+            throw Problem("The mask of the elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
         for (int cell = 0; cell < count; ++cell) {
             if (m_mask[static_cast<std::size_t>(cell)] == 0)
                 cells[cell] = std::numeric_limits<Number>::quiet_NaN();
@@ -121,15 +121,15 @@ Raster::Raster(const std::string &path, int band)
     , m_dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR))
 {
     if (!m_dataset)
-        throw Failure("The raster cannot be opened: " + std::string(CPLGetLastErrorMsg()));
+        throw Problem("The raster cannot be opened: " + std::string(CPLGetLastErrorMsg()));
     if (band > m_dataset->GetRasterCount())
-        throw Failure("The raster " + path + " has no band " + std::to_string(band) + ".");
+        throw Problem("The raster " + path + " has no band " + std::to_string(band) + ".");
     if (width() >= largestSide || height() >= largestSide)
-        throw Failure("The raster " + path + " is too large.");
+        throw Problem("The raster " + path + " is too large.");
     m_band = m_dataset->GetRasterBand(band);
     const GDALDataType type = m_band->GetRasterDataType();
     if (GDALDataTypeIsComplex(type) != FALSE)
-        throw Failure("The raster " + path + " holds complex numbers, no elevations.");
+        throw Problem("The raster " + path + " holds complex numbers, no elevations.");
     m_storage = fitsFloat(type) ? Terrain::Storage::Float : Terrain::Storage::Double;
 }
 

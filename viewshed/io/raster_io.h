@@ -18,7 +18,7 @@ namespace viewshed
 class Raster
 {
 public:
-    /// Throws Failure if the file cannot be read, lacks the band, or holds complex numbers.
+    /// Throws Problem if the file cannot be read, lacks the band, or holds complex numbers.
     Raster(const std::string &path, int band);
     ~Raster();
 
@@ -36,7 +36,7 @@ public:
     /// Reads a part block by block, past GDAL's cache; a number that is the no-data value, that the band's mask
     /// leaves out, or that is not finite becomes a cell without data. Each thread opens the file for itself,
     /// and whenever it has read some rows calls `tell` with all that follow each other: the terrain, the first
-    /// one, one after the last. Throws Failure, std::bad_alloc.
+    /// one, one after the last. Throws Problem, std::bad_alloc.
     using RowsRead = std::function<void(const Terrain &, int, int)>;
     Terrain read(const Window &window, int threads, const RowsRead &tell = {}) const;
 
