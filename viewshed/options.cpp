@@ -13,7 +13,7 @@ namespace viewshed
 namespace
 {
 
-/// The arguments, taken one by one.
+/// Reads the arguments one after the other. Each function for a value throws Problem with the option's name.
 class Arguments
 {
 public:
@@ -81,7 +81,7 @@ public:
 private:
     const std::vector<std::string> &m_arguments;
     std::size_t m_next = 0;
-    std::string m_name;
+    std::string m_name; ///< the option that next() returned last
 };
 
 void checkComplete(const Options &options)
@@ -93,7 +93,7 @@ void checkComplete(const Options &options)
             throw Problem(std::string("The option ") + name + " is missing.");
     }
     if (options.band < 1)
-        throw Problem("The option -iBand takes a band's number, from 1.");
+        throw Problem("The option -iBand takes the number of a band, from 1.");
 }
 
 } // namespace
@@ -121,7 +121,7 @@ Options parsedOptions(const std::vector<std::string> &given)
         const std::string &name = arguments.next();
         const auto option = known.find(name);
         if (option == known.end())
-            throw Problem("\"" + name + "\" is no option of this program; see --help.");
+            throw Problem("\"" + name + "\" is not an option of this program; see --help.");
         option->second();
         if (options.request != Options::Request::Run)
             return options;
@@ -135,8 +135,8 @@ std::string usage()
     return "Usage: gdal_intervisibility.exe -SrcFile <dem> -DstFile <picture.tif> -point_file <points> "
            "[options]\n"
            "\n"
-           "Paints the cells of a DEM that observers see, the others, and those without data in three "
-           "colours.\n"
+           "Paints each cell of a DEM in one of three colours: seen by the observers, hidden, or without "
+           "data.\n"
            "\n"
            "  -SrcFile <dem>         raster of elevations\n"
            "  -iBand <n>             its band (1)\n"
@@ -144,15 +144,16 @@ std::string usage()
            "  -point_file <file>     observers: points with z, the absolute altitude of the eye, and the "
            "field\n"
            "                         Max_Dist, the greatest distance in metres (0, negative: without limit)\n"
-           "  -DstOp <operation>     several observers: OVERWRITE (a later one replaces the earlier ones "
+           "  -DstOp <operation>     several observers: OVERWRITE (each replaces those before it "
            "within\n"
-           "                         its distance), OR (one sees the cell), AND (all see it)\n"
-           "  -SH <height>           height above the ground of what is looked at (0)\n"
+           "                         its distance), OR (at least one sees the cell), AND (all see it)\n"
+           "  -SH <height>           height of the target above the ground (0)\n"
            "  -COZ <r> <g> <b>       colour of visible cells (0 158 115)\n"
            "  -CNOZ <r> <g> <b>      colour of the other cells (213 94 0)\n"
            "  -CNoData <r> <g> <b>   colour of cells without data (0 0 0)\n"
-           "  -co <NAME=VALUE>       creation option of GeoTIFF, any number of times\n"
-           "  -cc <coefficient>      the Earth's curvature with refraction (0.85714); 0 switches it off\n"
+           "  -co <NAME=VALUE>       creation option of GeoTIFF; may be repeated\n"
+           "  -cc <coefficient>      factor on the Earth's curvature (0.85714 includes refraction, 0 is a "
+           "plane)\n"
            "  --version, --help\n";
 }
 
