@@ -10,10 +10,11 @@ namespace viewshed
 namespace
 {
 
+/// The quotient rounded towards minus infinity, and the remainder, which is never negative.
 struct Quotient
 {
     std::int64_t whole;
-    std::int64_t rest; ///< never negative
+    std::int64_t rest;
 };
 
 Quotient divided(std::int64_t number, std::int64_t by)
@@ -22,8 +23,11 @@ Quotient divided(std::int64_t number, std::int64_t by)
     return rest < 0 ? Quotient{number / by - 1, rest + by} : Quotient{number / by, rest};
 }
 
-/// The crossings with one family of grid lines: its lines lie across the first coordinate, and aboveEye(line,
-/// place) is the height of the cell at that line, NaN where there is none.
+/// Whether the ground hides the target at a crossing with one family of grid lines: the columns, or the rows.
+/// aboveEye(line, place) is the height above the eye of the cell number `place` of the line, NaN without data.
+/// The eye's coordinates are lattice points along the view (counted in lines) and across it (in places);
+/// `target` is the target's height above the eye. The position of a crossing is kept in whole numbers, and the
+/// comparison of heights is multiplied out, so that no quotient is rounded.
 template <class AboveEye>
 bool hidden(AboveEye aboveEye, std::int64_t eyeAlong, std::int64_t eyeAcross, int targetLine, int targetPlace,
             double target)
@@ -32,7 +36,7 @@ bool hidden(AboveEye aboveEye, std::int64_t eyeAlong, std::int64_t eyeAcross, in
     const std::int64_t along = targetLine * unit - eyeAlong;
     const std::int64_t across = targetPlace * unit - eyeAcross;
     const std::int64_t length = std::abs(along);
-    const std::int64_t whole = length * unit; // a place is a number of these, and a rest
+    const std::int64_t whole = length * unit; // one place; `rest` counts the fractions of it
     if (length == 0)
         return false;
 
@@ -49,8 +53,8 @@ bool hidden(AboveEye aboveEye, std::int64_t eyeAlong, std::int64_t eyeAcross, in
         const double limit = target * static_cast<double>(distance * unit);
         const double left = aboveEye(line, cell) * static_cast<double>(whole - rest);
         if (rest == 0) {
-            const auto hasData = [&](int there, int cellThere) {
-                return !std::isnan(aboveEye(there, cellThere));
+            const auto hasData = [&](int onLine, int atPlace) {
+                return !std::isnan(aboveEye(onLine, atPlace));
             };
             if (left > limit
                 && (hasData(line, cell - 1) || hasData(line, cell + 1) || hasData(line - 1, cell)

@@ -90,7 +90,7 @@ Sight sightOn(const Terrain &terrain, Random &random)
     sight.targetHeight = targets[std::uniform_int_distribution<int>(0, 3)(random)];
     if (kind % 2 == 1) {
         sight.ground = {900.0, kind == 3 ? 200.0 : 0.0, 400.0};
-        sight.bend = kind == 5 ? -1e-6 : 1e-6;
+        sight.curvatureDrop = kind == 5 ? -1e-6 : 1e-6;
     }
     if (std::uniform_int_distribution<int>(0, 3)(random) == 0)
         sight.reach = (kind % 2 == 1 ? 25.0 : 1.0) * between(random, 1.0, terrain.width());

@@ -108,8 +108,8 @@ void LineOfSightTest::curvature()
     const Terrain sea(1001, 1, std::vector<double>(1001, 0.0)); // cells of 100 m
     Sight sight = sightAt(0, 0, 20, 100);
     sight.ground = {1e4, 0.0, 1e4};
-    sight.bend = 0.85714 / (2.0 * 6378137.0);
-    const double horizon = (std::sqrt(20.0 / sight.bend) + std::sqrt(100.0 / sight.bend)) / 100.0;
+    sight.curvatureDrop = 0.85714 / (2.0 * 6378137.0);
+    const double horizon = (std::sqrt(20.0 / sight.curvatureDrop) + std::sqrt(100.0 / sight.curvatureDrop)) / 100.0;
     const BitGrid seen = plainViewshed(sea, sight, 1);
     for (int column = 0; column <= 1000; ++column) {
         if (std::abs(column - horizon) > 1.0)

@@ -26,7 +26,7 @@ Sight sightOf(const Observer &observer, const Georeference &georeference, const 
     sight.eye = Eye::at(column, row, observer.z);
     sight.targetHeight = options.targetHeight;
     sight.ground = georeference.groundAt(observer.y);
-    sight.bend = options.curvature / (2.0 * georeference.semiMajorAxis()) / raster.metresOfHeight();
+    sight.curvatureDrop = options.curvature / (2.0 * georeference.semiMajorAxis()) / raster.metresOfHeight();
     sight.reach = observer.reach;
     return sight;
 }
@@ -82,7 +82,7 @@ public:
         m_terrain.reset(); // two do not fit
         m_maxima.emplace(window.width, window.height);
         m_terrain.emplace(m_raster.read(window, m_threads, [this](const Terrain &terrain, int first, int end) {
-            m_maxima->take(terrain, first, end);
+            m_maxima->scanRows(terrain, first, end);
         }));
         m_maxima->finish(*m_terrain, m_threads);
         m_window = window;
