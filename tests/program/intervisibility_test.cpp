@@ -270,7 +270,7 @@ void IntervisibilityTest::refused_data()
     row("absurd", "mur.tif", "loin.shp", {}, "Observer 1 of loin.shp");
     row("too far", "mur.tif", "ailleurs.shp", {}, "Observer 1 of ailleurs.shp");
     row("absurd altitude", "mur.tif", "profond.shp", {}, "altitude");
-    row("polygons", "mur.tif", "aire.shp", {}, "no point");
+    row("polygons", "mur.tif", "aire.shp", {}, "not a point");
     row("no z", "mur.tif", "plan.shp", {}, "no altitude");
     row("empty", "mur.tif", "vide.shp", {}, "no observer");
     row("a folder that is not there", "mur.tif", "deux.shp", {"-DstFile", "/nowhere/a.tif"}, "/nowhere/a.tif");

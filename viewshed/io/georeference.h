@@ -11,34 +11,37 @@ class OGRSpatialReference;
 namespace viewshed
 {
 
-/// How a raster lies on the ground.
+/// Leads from the coordinates of a raster's coordinate system to its cells and to lengths on the ground.
 class Georeference
 {
 public:
-    /// Without a geotransform the ground control points' best one counts, without those the pixels' own
-    /// coordinates. Throws Problem if the geotransform has no inverse.
+    /// Copies all it needs. A raster without a geotransform gets the one that fits its ground control points
+    /// best; without these, x is the column and y the row, counted from the outer corner of the first cell.
+    /// Throws Problem if the ground control points yield no geotransform or if it has no inverse.
     explicit Georeference(GDALDataset &dataset);
     ~Georeference();
 
-    /// A point in cells, (0, 0) at the centre of the first.
+    /// A position in cells; (0, 0) is the centre of the raster's first cell.
     struct Position
     {
         double column;
         double row;
     };
+    /// x and y are coordinates of the raster's coordinate system. The result may lie outside the raster.
     Position positionOf(double x, double y) const;
 
-    /// Metres on the ground around a point of the raster's coordinates: degrees by the ellipsoid's radii of
-    /// curvature at its latitude, other units by their factor; without a CRS a unit is a metre.
+    /// The squared metres of a step in cells near a point with the coordinate y. In a geographic coordinate
+    /// system, y is the latitude, and the ellipsoid's radii of curvature at that latitude count; otherwise the
+    /// coordinate system's linear unit counts. Without a coordinate system, a unit is a metre.
     GroundForm groundAt(double y) const;
 
-    /// Half the Earth's greatest diameter in metres.
+    /// The semi-major axis of the coordinate system's ellipsoid in metres; that of WGS 84 if it is not known.
     double semiMajorAxis() const;
 
 private:
     std::array<double, 6> m_transform;
     std::array<double, 6> m_inverse{};
-    std::unique_ptr<OGRSpatialReference> m_crs; ///< null without one
+    std::unique_ptr<OGRSpatialReference> m_crs; ///< null without a coordinate system
 };
 
 } // namespace viewshed

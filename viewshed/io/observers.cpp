@@ -15,41 +15,43 @@ namespace
 
 constexpr const char *reachField = "Max_Dist";
 
-/// Beyond it, a number is no altitude on Earth in any unit, but somebody's mark for "none".
-constexpr double absurdAltitude = 1e7;
+/// A greater number is no altitude on Earth in any unit, but a file's mark for a missing one.
+constexpr double altitudeLimit = 1e7;
 
-/// Of coordinates; those that merely miss the raster are found later.
-constexpr double absurdCoordinate = 1e15;
+/// A greater number is no coordinate in any unit. Whether a point is near the raster is checked elsewhere.
+constexpr double coordinateLimit = 1e15;
 
-bool usable(double coordinate, double absurd)
+bool isWithin(double number, double limit)
 {
-    return std::abs(coordinate) < absurd; // not with NaN
+    return std::abs(number) < limit; // false for NaN
 }
 
+/// `field` is the number of the field with the reach, or -1. Throws Problem if the feature is not usable.
 Observer observerOf(const OGRFeature &feature, int field, const std::string &name)
 {
     const OGRGeometry *geometry = feature.GetGeometryRef();
     if (geometry == nullptr || wkbFlatten(geometry->getGeometryType()) != wkbPoint || geometry->IsEmpty())
-        throw Problem(name + " is no point.");
+        throw Problem(name + " is not a point.");
     const OGRPoint &point = *geometry->toPoint();
     if (!point.Is3D())
         throw Problem(name + " has no altitude.");
-    if (!usable(point.getX(), absurdCoordinate) || !usable(point.getY(), absurdCoordinate))
-        throw Problem(name + " has coordinates that are nowhere.");
-    if (!usable(point.getZ(), absurdAltitude))
-        throw Problem(name + " has an altitude that is none on Earth.");
+    if (!isWithin(point.getX(), coordinateLimit) || !isWithin(point.getY(), coordinateLimit))
+        throw Problem(name + " has impossible coordinates.");
+    if (!isWithin(point.getZ(), altitudeLimit))
+        throw Problem(name + " has an altitude that is impossible on Earth.");
 
-    Observer observer{name, point.getX(), point.getY(), point.getZ()};
+    Observer observer{.name = name, .x = point.getX(), .y = point.getY(), .z = point.getZ()};
     if (field >= 0 && feature.IsFieldSetAndNotNull(field)) {
         const double distance = feature.GetFieldAsDouble(field);
         if (std::isnan(distance))
-            throw Problem(name + " has a " + reachField + " that is no number.");
+            throw Problem(name + " has a " + reachField + " that is not a number.");
         if (distance > 0.0)
             observer.reach = distance;
     }
     return observer;
 }
 
+/// The number of the field with the reach, or -1 if the layer has none. Throws Problem if it is not numeric.
 int reachFieldOf(OGRLayer &layer, const std::string &path)
 {
     const int field = layer.GetLayerDefn()->GetFieldIndex(reachField);

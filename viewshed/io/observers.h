@@ -7,17 +7,23 @@
 namespace viewshed
 {
 
+/// A point from which an observer looks.
 struct Observer
 {
-    std::string name; ///< for messages: "Observer 3 of points.shp"
-    double x = 0.0;   ///< in the coordinates of the DEM, as y
-    double y = 0.0;
-    double z = 0.0;                                         ///< absolute, in the DEM's vertical unit
-    double reach = std::numeric_limits<double>::infinity(); ///< in metres
+    std::string name; ///< for problems: "Observer 3 of points.shp", counted from 1
+    double x = 0.0;   ///< in the DEM's coordinate system
+    double y = 0.0;   ///< in the DEM's coordinate system
+    double z = 0.0;   ///< altitude of the eye (not its height above the ground), in the DEM's vertical unit
+    double reach = std::numeric_limits<double>::infinity(); ///< greatest distance of a target, in metres
 };
 
-/// The points of a vector file's first layer, in its order; at least one. What is no usable observer (no point,
-/// no altitude, a coordinate that is no number) throws a Problem that names it.
+/// Reads the points of a vector file's first layer, in the layer's order; returns one at least. The coordinates
+/// are taken to be in the DEM's coordinate system. The reach is the field Max_Dist; it is infinite without the
+/// field and for an empty, zero or negative value.
+///
+/// Throws Problem if the file cannot be read or has no feature, if the field is not numeric, or with the
+/// observer's name if a feature is not a point, has no altitude, or has a coordinate that is not a number or is
+/// impossibly large.
 std::vector<Observer> readObservers(const std::string &path);
 
 } // namespace viewshed

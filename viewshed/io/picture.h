@@ -6,15 +6,17 @@
 namespace viewshed
 {
 
-/// Writes the picture of what is seen as a GeoTIFF with the raster's georeference. The raster is read a second
-/// time if the cells without data are not known. From the creation of the file on, SIGTERM and SIGINT stop the
-/// work.
+/// Writes the analysis of the raster to options.destination: a GeoTIFF of three bands (red, green, blue) with
+/// the raster's size and georeference. Reads the raster again if the analysis does not know its voids. From the
+/// creation of the file on, the signals SIGTERM and SIGINT end the work with a Problem.
 ///
-/// Throws Problem. Nothing that was created is left then, nor is anything deleted that stood there before: that
-/// is replaced at the creation, once the driver has accepted the options.
+/// Throws Problem if the file cannot be created or written. Each file that this call created is then deleted.
+/// An older file at the destination stays as it was until the driver has accepted the creation options and
+/// replaced it.
 void writePicture(const Analysis &analysis, const Raster &raster, const Options &options, int threads);
 
-/// Throws Problem if the picture would replace one of the files that are read.
+/// Throws Problem if options.destination is one of the input files: the raster's files, or the point file with
+/// its companions.
 void checkDestination(const Options &options, const Raster &raster);
 
 } // namespace viewshed

@@ -14,34 +14,39 @@ class GDALRasterBand;
 namespace viewshed
 {
 
-/// The band of a raster that holds the elevations.
+/// A raster file, opened for reading, and its band with the elevations.
 class Raster
 {
 public:
-    /// Throws Problem if the file cannot be read, lacks the band, or holds complex numbers.
+    /// `path` is what GDAL opens, `band` counts from 1. Throws Problem if the file cannot be opened, lacks the
+    /// band, has largestSide columns or rows or more, or if the band holds complex numbers.
     Raster(const std::string &path, int band);
     ~Raster();
 
     int width() const;
     int height() const;
+    /// Belongs to the raster; only one thread may use it at a time.
     GDALDataset &dataset() const { return *m_dataset; }
-    /// The files that it is read from, as GDAL names them.
+    /// The files that GDAL reads the raster from, as GDAL names them.
     std::vector<std::string> files() const;
 
-    /// How its numbers are kept without loss.
+    /// The smallest type that keeps the band's numbers without loss.
     Terrain::Storage storage() const { return m_storage; }
-    /// Metres of a unit of elevation, 1 where the band does not name another.
+    /// The length of the vertical unit in metres: that of a foot if the band's unit type names one, else 1.
     double metresOfHeight() const;
 
-    /// Reads a part block by block, past GDAL's cache; a number that is the no-data value, that the band's mask
-    /// leaves out, or that is not finite becomes a cell without data. Each thread opens the file for itself,
-    /// and whenever it has read some rows calls `tell` with all that follow each other: the terrain, the first
-    /// one, one after the last. Throws Problem, std::bad_alloc.
+    /// Receives the terrain that is being read, and a range of its rows that have been read: the first row and
+    /// the row after the last.
     using RowsRead = std::function<void(const Terrain &, int, int)>;
-    Terrain read(const Window &window, int threads, const RowsRead &tell = {}) const;
+    /// Reads the elevations of a window, block by block and without GDAL's block cache. A number becomes a cell
+    /// without data if it is the no-data value, if the band's mask excludes it, or if it is not finite. Each
+    /// thread reads a range of rows with a dataset handle of its own, and calls `onRowsRead` after each row of
+    /// blocks with all rows that it has read of its range; the ranges of different threads do not overlap.
+    /// Throws Problem if GDAL cannot read, and std::bad_alloc.
+    Terrain read(const Window &window, int threads, const RowsRead &onRowsRead = {}) const;
 
 private:
-    std::vector<std::unique_ptr<GDALDataset>> openedAgain(int more) const;
+    std::vector<std::unique_ptr<GDALDataset>> handles(int count) const;
 
     std::string m_path;
     int m_bandNumber;
@@ -50,7 +55,8 @@ private:
     Terrain::Storage m_storage = Terrain::Storage::Float;
 };
 
-/// Bytes of memory that a computation may take now; the greatest number where the system does not tell.
+/// The memory that this process can still allocate without swapping, in bytes; the greatest double on a system
+/// that does not report it.
 double availableMemory();
 
 } // namespace viewshed
