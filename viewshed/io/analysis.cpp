@@ -43,8 +43,9 @@ std::vector<Part> partsFor(const Sight &sight, const Raster &raster, bool alone)
 /// Throws Problem if the elevations of the observer's largest part do not fit into the available memory.
 void checkMemory(const Observer &observer, const Sight &sight, const Raster &raster, bool alone)
 {
-    constexpr double share = 0.9;          // the rest of the available memory is left to GDAL
-    constexpr double bytesPerCell = 0.375; // of the raster: three bits for the grids of seen cells and voids
+    constexpr double share = 0.9; // the rest of the available memory is left to GDAL
+    constexpr double bytesPerCell =
+        0.375; // of the raster: bits for the seen cells, the voids and one observer's result
     const double available =
         share * availableMemory() - bytesPerCell * raster.width() * static_cast<double>(raster.height());
     if (available <= 0.0)
