@@ -30,10 +30,10 @@ inline constexpr int leavesPerSector = 64;
 ///    (8 r + 2) u H / |side|. It is used for |m| ≤ |side| / (r − 1) if r ≥ 2, and for |m| ≤ 1 if not; the error
 ///    of b · m is at most 18 u H, or 18 · 2^10 u H.
 ///    Evaluating a · ahead + b · side adds less than the same again. The sum is below ahead · H · 2^-38. The
-///    factor of about 2^10 comes from the first ring alone, and only if the eye is that near to its line.
-/// 2. The rounding of sees(): four roundings of a crossing's heights, which count at the cell as the quotient
-/// of
-///    both distances, 2^10 · ahead at most. Their sum is below ahead · H · 2^-41.
+///    factor of about 2^10 comes only from rings nearer than 2 cells, with an eye that is very near to a line
+///    or a place of the grid.
+/// 2. The rounding of sees(). It makes four roundings of a crossing's heights. At the cell they count by the
+///    quotient of both distances, which is 2^10 · ahead at most. Their sum is at most ahead · H · 2^-41.
 /// 3. Wrong choices between two pieces that nearly tie. The difference of two pieces errs by less than
 ///    ahead · H · 2^-46 if both rings are at least 2 cells away, and by less than ahead · H · 2^-38.5
 ///    otherwise, which concerns two rings at most. A piece that is kept keeps its coefficients, so such errors
@@ -42,8 +42,8 @@ inline constexpr int leavesPerSector = 64;
 inline constexpr double horizonRounding = 0x1p-36;
 
 /// The greatest distance between an eye and a cell, in cells along either axis, for which two different
-/// directions are different numbers: directions are quotients of lattice numbers below 2^26, so two of them
-/// differ by 2^-52 at least, and doubles up to 1 are at most 2^-53 apart.
+/// directions are different numbers. Directions are quotients of lattice numbers below 2^26, so two of them
+/// differ by 2^-52 at least, and rounding moves a number up to 1 by 2^-54 at most.
 inline constexpr double exactRange = 65536.0;
 
 /// What the leaves of one sight share. The references must outlive the sweeps.

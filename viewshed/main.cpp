@@ -25,6 +25,7 @@ void CPL_STDCALL printWarnings(CPLErr kind, CPLErrorNum number, const char *mess
         CPLDefaultErrorHandler(kind, number, message);
 }
 
+/// One run from the input files to the picture. Throws Problem or std::bad_alloc.
 void paint(const Options &options)
 {
     const Raster raster(options.source, options.band);

@@ -50,8 +50,7 @@ struct GroundForm
 struct Sight
 {
     Eye eye;
-    double targetHeight =
-        0.0; ///< height of the target above the ground of its cell, in the DEM's vertical unit
+    double targetHeight = 0.0; ///< of the target above the ground of its cell, in the DEM's vertical unit
     GroundForm ground;
     /// At a distance of d metres the Earth's curvature lowers the ground by curvatureDrop · d², in the DEM's
     /// vertical unit. 0 for a plane; negative if refraction bends a ray more than the Earth is curved.

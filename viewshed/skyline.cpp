@@ -84,8 +84,11 @@ double Skyline::lowest()
 
 RingLayout Skyline::layout()
 {
-    return {m_directions.data(), m_limits.data(), m_vertexBefore.data(), m_meetsVertex.data(),
-            m_kinkFlags.data()};
+    return {.directions = m_directions.data(),
+            .limits = m_limits.data(),
+            .vertexBefore = m_vertexBefore.data(),
+            .meetsVertex = m_meetsVertex.data(),
+            .kinkFlags = m_kinkFlags.data()};
 }
 
 const double *Skyline::limits(const Ring &ring)
@@ -112,8 +115,10 @@ Skyline::Edge Skyline::edgeAlong(const Ring &ring, int interval) const
     const double right = ring.heights[interval + 1];
     const double b = right - left;
     const double a = (left * ring.side(interval + 1) - right * ring.side(interval)) / ring.ahead;
-    return {
-        std::max(direction(interval), m_from), std::min(direction(interval + 1), m_to), {a, b}, !std::isnan(b)};
+    return {.from = std::max(direction(interval), m_from),
+            .to = std::min(direction(interval + 1), m_to),
+            .piece = {.a = a, .b = b},
+            .exists = !std::isnan(b)};
 }
 
 /// The edge that leads from the nearer ring to one of the interval's two cells, seen over this interval. Such
@@ -123,15 +128,18 @@ Skyline::Edge Skyline::edgeFromNearer(const Ring &ring, int interval) const
 {
     const bool rightwards = ring.side(interval) > 0.0;
     if (!rightwards && !(ring.side(interval + 1) < 0.0))
-        return {0.0, 0.0, {0.0, 0.0}, false};
+        return {.from = 0.0, .to = 0.0, .piece = {.a = 0.0, .b = 0.0}, .exists = false};
     const int vertex = rightwards ? interval : interval + 1;
     const double side = ring.side(vertex);
     const double height = ring.heights[vertex];
     const double a = height - ring.nearer[vertex];
     const double b = (height - a * ring.ahead) / side;
-    const double before = ring.ahead - 1.0;
-    const double outer = before > 0.0 ? side / before : std::copysign(beyondSector, side);
-    Edge edge{direction(interval), direction(interval + 1), {a, b}, !std::isnan(b)};
+    const double nearerAhead = ring.ahead - 1.0; // not positive if the nearer cell is not ahead of the eye
+    const double outer = nearerAhead > 0.0 ? side / nearerAhead : std::copysign(beyondSector, side);
+    Edge edge{.from = direction(interval),
+              .to = direction(interval + 1),
+              .piece = {.a = a, .b = b},
+              .exists = !std::isnan(b)};
     (rightwards ? edge.to : edge.from) = rightwards ? std::min(outer, edge.to) : std::max(outer, edge.from);
     edge.from = std::max(edge.from, m_from);
     edge.to = std::min(edge.to, m_to);

@@ -61,6 +61,7 @@ private:
 
         Piece piece(std::size_t index) const { return {a[index], b[index]}; }
         Pieces pieces() const { return {ends.data(), a.data(), b.data(), static_cast<int>(count)}; }
+        /// Removes all pieces, and makes room for `room` of them.
         void restart(double from, std::size_t room);
         void append(double end, const Piece &piece);
         void appendPoint(const Piece &piece);
@@ -96,8 +97,9 @@ private:
     bool m_knowsLowest = false;
     Envelope m_horizon;
     Envelope m_merged;
-    std::size_t m_next =
-        0; ///< during a merge: the first piece of m_horizon that m_merged does not yet hold in full
+    /// During a merge the first piece of m_horizon that m_merged does not yet hold in full.
+    std::size_t m_next = 0;
+    // The layout of the ring that limits() was called with, and the flags of its intervals.
     std::vector<double> m_directions;
     std::vector<double> m_limits;
     std::vector<int> m_vertexBefore;

@@ -65,6 +65,7 @@ public:
 
     /// States that the driver has created the picture, so that an older one of its name is already gone.
     void created() { m_files.push_back(m_picture); }
+    /// States that the picture is complete: the destructor deletes nothing.
     void keep() { m_files.clear(); }
 
 private:

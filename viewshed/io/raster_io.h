@@ -30,7 +30,7 @@ public:
     /// The files that GDAL reads the raster from, as GDAL names them.
     std::vector<std::string> files() const;
 
-    /// The smallest type that keeps the band's numbers without loss.
+    /// Float if a float keeps every number of the band without loss, else Double.
     Terrain::Storage storage() const { return m_storage; }
     /// The length of the vertical unit in metres: that of a foot if the band's unit type names one, else 1.
     double metresOfHeight() const;
