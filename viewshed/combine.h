@@ -32,8 +32,9 @@ struct Window
     bool operator==(const Window &) const = default;
 };
 
-/// A small window that holds every cell of a raster within the sight's reach. The eye's position counts from
-/// the raster's first cell. The window is empty if no cell of the raster is within reach.
+/// The part of the raster inside the rectangle around the sight's reach, so it holds every cell within reach
+/// and some beyond it. It is empty if that rectangle misses the raster. The eye's position counts from the
+/// raster's first cell.
 Window windowOf(const Sight &sight, int rasterWidth, int rasterHeight);
 
 /// A part of an observer's window that can be computed without the cells of the other parts.

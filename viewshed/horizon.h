@@ -14,9 +14,9 @@
 /// direction    m = side / ahead, from -1 to 1 in a sector
 /// leaf         one of the 64 ranges of directions into which a sector is cut; the unit of work of a thread
 /// ring         the part of a line that a leaf crosses; vertex: one of its cell centres; interval: between two
-/// edge         the straight ground between two neighbouring cell centres, along a ring or from a ring to the
-/// next horizon      for each direction the greatest g = height above the eye / ahead of all edges so far
-/// (skyline) piece        the part of one edge that is the horizon, g = a + b · m, from one end to the next
+/// edge         the straight ground between two neighbouring cell centres, in one ring or from ring to ring
+/// horizon      for each direction the greatest g = height above the eye / ahead of all edges so far; skyline
+/// piece        the part of one edge that is the horizon, g = a + b · m, from one end to the next
 /// kink         a direction at which two pieces meet; gap: a range of directions without an edge so far
 /// limit        the height above the eye that the horizon reaches at a vertex
 /// block        16 × 16 cells; panel: a copy of the heights around a leaf's part of a row of blocks
