@@ -7,13 +7,14 @@
 namespace viewshed
 {
 
-/// One bit a cell. A row begins at a new word; bit column % 64 of word column / 64 of the row is the cell's.
+/// One bit for each cell of a grid. Each row starts at a new word; the bit of a cell is bit column % 64 of the
+/// row's word column / 64. The unused bits of a row's last word are 0.
 class BitGrid
 {
 public:
     static constexpr int bitsPerWord = 64;
 
-    /// All bits are 0 at first.
+    /// Starts with all bits 0.
     BitGrid(int width, int height)
         : m_width(width)
         , m_height(height)
@@ -25,6 +26,7 @@ public:
     int height() const { return m_height; }
     int wordsPerRow() const { return m_wordsPerRow; }
 
+    /// The first of the row's wordsPerRow() words.
     std::uint64_t *row(int row)
     {
         return m_words.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(m_wordsPerRow);

@@ -12,7 +12,7 @@ namespace
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// The lowest and the highest cell of each column, over some rows.
+/// The lowest and the highest cell of each column between the rows `top` and `bottom` - 1.
 template <class Number> struct ColumnExtremes
 {
     std::vector<Number> lowest;
@@ -27,13 +27,13 @@ template <class Number> struct ColumnExtremes
             const Number *line = cells + static_cast<std::ptrdiff_t>(row) * width;
             Number *low = lowest.data();
             Number *high = highest.data();
-            int some = 0;
-            for (int column = 0; column < width; ++column) { // a NaN is neither lower nor higher
+            int anyVoid = 0;
+            for (int column = 0; column < width; ++column) { // both comparisons are false for NaN
                 low[column] = line[column] < low[column] ? line[column] : low[column];
                 high[column] = line[column] > high[column] ? line[column] : high[column];
-                some |= std::isnan(line[column]) ? 1 : 0;
+                anyVoid |= std::isnan(line[column]) ? 1 : 0;
             }
-            voids = voids || some != 0;
+            voids = voids || anyVoid != 0;
         }
     }
 };
@@ -52,21 +52,22 @@ BlockMaxima::BlockMaxima(const Terrain &terrain, int threads)
     finish(terrain, threads);
 }
 
-void BlockMaxima::take(const Terrain &terrain, int first, int end)
+void BlockMaxima::scanRows(const Terrain &terrain, int first, int end)
 {
-    const int firstRow = first == 0 ? 0 : first / side + 1; // with the cell row above it
+    // The maxima of a row of blocks include the cell rows above and below it.
+    const int firstRow = first == 0 ? 0 : first / side + 1;
     const int endRow = end == terrain.height() ? static_cast<int>(m_rows.size()) : (end - 1) / side;
-    for (int row = endRow - 1; row >= firstRow && !m_rows[static_cast<std::size_t>(row)].taken; --row)
-        takeRow(terrain, row);
+    for (int row = endRow - 1; row >= firstRow && !m_rows[static_cast<std::size_t>(row)].scanned; --row)
+        scanRow(terrain, row);
 }
 
 void BlockMaxima::finish(const Terrain &terrain, int threads)
 {
-    const auto takeIfLeft = [&](int row) {
-        if (!m_rows[static_cast<std::size_t>(row)].taken)
-            takeRow(terrain, row);
+    const auto scanIfLeft = [&](int row) {
+        if (!m_rows[static_cast<std::size_t>(row)].scanned)
+            scanRow(terrain, row);
     };
-    runJobs(static_cast<int>(m_rows.size()), threads, takeIfLeft, {});
+    runJobs(static_cast<int>(m_rows.size()), threads, scanIfLeft, {});
     const double high = m_maxima.empty() ? -infinity : *std::max_element(m_maxima.begin(), m_maxima.end());
     if (high > -infinity) {
         m_highest = high;
@@ -76,10 +77,10 @@ void BlockMaxima::finish(const Terrain &terrain, int threads)
     }
 }
 
-void BlockMaxima::takeRow(const Terrain &terrain, int row)
+void BlockMaxima::scanRow(const Terrain &terrain, int row)
 {
     double *maxima = m_maxima.data() + static_cast<std::ptrdiff_t>(row) * m_columns;
-    Row &of = m_rows[static_cast<std::size_t>(row)];
+    Row &summary = m_rows[static_cast<std::size_t>(row)];
     const int top = std::max(row * side - 1, 0);
     const int bottom = std::min(row * side + side + 1, terrain.height());
     terrain.withCells([&]<class Number>(const Number *cells) {
@@ -88,7 +89,9 @@ void BlockMaxima::takeRow(const Terrain &terrain, int row)
         for (int column = 0; column < m_columns; ++column)
             maxima[column] = *std::max_element(high + std::max(column * side - 1, 0),
                                                high + std::min(column * side + side + 1, terrain.width()));
-        of = {true, found.voids, *std::min_element(found.lowest.begin(), found.lowest.end())};
+        summary = {.scanned = true,
+                   .voids = found.voids,
+                   .lowest = *std::min_element(found.lowest.begin(), found.lowest.end())};
     });
 }
 

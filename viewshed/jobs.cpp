@@ -13,17 +13,17 @@ void runJobs(int jobs, int threads, const std::function<void(int)> &work,
              const std::function<void(double)> &progress)
 {
     std::atomic<int> next = 0;
-    std::exception_ptr failure;
-    std::mutex failureGuard;
-    const auto takeJobs = [&](bool tells) {
+    std::exception_ptr problem;
+    std::mutex problemGuard;
+    const auto runRemaining = [&](bool reports) {
         for (int job = next++; job < jobs; job = next++) {
             try {
                 work(job);
-                if (tells && progress)
+                if (reports && progress)
                     progress(static_cast<double>(job + 1) / jobs);
             } catch (...) {
-                const std::lock_guard lock(failureGuard);
-                failure = failure ? failure : std::current_exception();
+                const std::lock_guard lock(problemGuard);
+                problem = problem ? problem : std::current_exception();
                 next = jobs;
             }
         }
@@ -31,11 +31,11 @@ void runJobs(int jobs, int threads, const std::function<void(int)> &work,
     {
         std::vector<std::jthread> helpers;
         for (int thread = 1; thread < threads && thread < jobs; ++thread)
-            helpers.emplace_back(takeJobs, false);
-        takeJobs(true);
+            helpers.emplace_back(runRemaining, false);
+        runRemaining(true);
     }
-    if (failure)
-        std::rethrow_exception(failure);
+    if (problem)
+        std::rethrow_exception(problem);
     if (progress)
         progress(1.0);
 }

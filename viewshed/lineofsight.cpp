@@ -10,10 +10,11 @@ namespace viewshed
 namespace
 {
 
+/// The quotient rounded towards minus infinity, and the remainder, which is never negative.
 struct Quotient
 {
     std::int64_t whole;
-    std::int64_t rest; ///< never negative
+    std::int64_t rest;
 };
 
 Quotient divided(std::int64_t number, std::int64_t by)
@@ -22,17 +23,27 @@ Quotient divided(std::int64_t number, std::int64_t by)
     return rest < 0 ? Quotient{number / by - 1, rest + by} : Quotient{number / by, rest};
 }
 
-/// The crossings with one family of grid lines: its lines lie across the first coordinate, and aboveEye(line,
-/// place) is the height of the cell at that line, NaN where there is none.
+template <class AboveEye> bool hasNeighbour(const AboveEye &aboveEye, int line, int place)
+{
+    const auto hasData = [&](int onLine, int atPlace) { return !std::isnan(aboveEye(onLine, atPlace)); };
+    return hasData(line, place - 1) || hasData(line, place + 1) || hasData(line - 1, place)
+        || hasData(line + 1, place);
+}
+
+/// Whether the ground hides the target at a crossing with one family of grid lines: the columns, or the rows.
+/// aboveEye(line, place) is the height above the eye of the cell number `place` of the line, NaN without data.
+/// The eye's coordinates are lattice points along the view (counted in lines) and across it (in places);
+/// `target` is the target's height above the eye. The position of a crossing is kept in whole numbers, and the
+/// comparison of heights is multiplied out, so that no quotient is rounded.
 template <class AboveEye>
-bool hidden(AboveEye aboveEye, std::int64_t eyeAlong, std::int64_t eyeAcross, int targetLine, int targetPlace,
-            double target)
+bool isHidden(const AboveEye &aboveEye, std::int64_t eyeAlong, std::int64_t eyeAcross, int targetLine,
+              int targetPlace, double target)
 {
     constexpr std::int64_t unit = latticePoints;
     const std::int64_t along = targetLine * unit - eyeAlong;
     const std::int64_t across = targetPlace * unit - eyeAcross;
     const std::int64_t length = std::abs(along);
-    const std::int64_t whole = length * unit; // a place is a number of these, and a rest
+    const std::int64_t whole = length * unit; // one place; `rest` counts the fractions of it
     if (length == 0)
         return false;
 
@@ -49,12 +60,7 @@ bool hidden(AboveEye aboveEye, std::int64_t eyeAlong, std::int64_t eyeAcross, in
         const double limit = target * static_cast<double>(distance * unit);
         const double left = aboveEye(line, cell) * static_cast<double>(whole - rest);
         if (rest == 0) {
-            const auto hasData = [&](int there, int cellThere) {
-                return !std::isnan(aboveEye(there, cellThere));
-            };
-            if (left > limit
-                && (hasData(line, cell - 1) || hasData(line, cell + 1) || hasData(line - 1, cell)
-                    || hasData(line + 1, cell)))
+            if (left > limit && hasNeighbour(aboveEye, line, cell))
                 return true;
         } else if (left + aboveEye(line, cell + 1) * static_cast<double>(rest) > limit) {
             return true;
@@ -77,8 +83,8 @@ bool sees(const Terrain &terrain, const Sight &sight, int column, int row)
     const auto transposed = [&](int y, int x) { return aboveEye(x, y); };
     const double target = aboveEye(column, row) + sight.targetHeight;
     const Eye &eye = sight.eye;
-    return !std::isnan(target) && !hidden(aboveEye, eye.x, eye.y, column, row, target)
-        && !hidden(transposed, eye.y, eye.x, row, column, target);
+    return !std::isnan(target) && !isHidden(aboveEye, eye.x, eye.y, column, row, target)
+        && !isHidden(transposed, eye.y, eye.x, row, column, target);
 }
 
 BitGrid plainViewshed(const Terrain &terrain, const Sight &sight, int threads, const Progress &progress)

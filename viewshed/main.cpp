@@ -1,10 +1,10 @@
-// gdal_intervisibility.exe: paints what observers see of a DEM.
+// gdal_intervisibility.exe: paints which cells of a DEM observers see.
 
-#include "viewshed/analysis.h"
-#include "viewshed/observers.h"
+#include "viewshed/io/analysis.h"
+#include "viewshed/io/observers.h"
+#include "viewshed/io/picture.h"
+#include "viewshed/io/raster_io.h"
 #include "viewshed/options.h"
-#include "viewshed/picture.h"
-#include "viewshed/raster_io.h"
 
 #include <gdal_priv.h>
 
@@ -17,28 +17,29 @@ namespace
 
 using namespace viewshed;
 
-/// GDAL's failures are told by what they make fail, in one sentence; the rest goes its usual way.
-void CPL_STDCALL passOn(CPLErr kind, CPLErrorNum number, const char *message)
+/// Prints GDAL's warnings, but not its errors: each error makes a call fail, and main() prints the Problem of
+/// that call with GDAL's message in it.
+void CPL_STDCALL printWarnings(CPLErr kind, CPLErrorNum number, const char *message)
 {
     if (kind < CE_Failure)
         CPLDefaultErrorHandler(kind, number, message);
 }
 
+/// One run from the input files to the picture. Throws Problem or std::bad_alloc.
 void paint(const Options &options)
 {
     const Raster raster(options.source, options.band);
     checkDestination(options, raster);
     const std::vector<Observer> observers = readObservers(options.pointFile);
     const int threads = static_cast<int>(std::thread::hardware_concurrency());
-    // The last tenth is the writing's: GDAL ends the line itself at 1, so that is told when the picture is
-    // there.
+    // The last tenth of the progress is for writing. GDAL ends the line when 1 is reported, so that comes last.
     constexpr double computing = 0.9;
-    const auto tell = [](double done) { GDALTermProgress(done, nullptr, nullptr); };
-    tell(0.0);
+    const auto report = [](double done) { GDALTermProgress(done, nullptr, nullptr); };
+    report(0.0);
     const Analysis analysis =
-        analysed(raster, observers, options, threads, [&](double done) { tell(computing * done); });
+        analysed(raster, observers, options, threads, [&](double done) { report(computing * done); });
     writePicture(analysis, raster, options, threads);
-    tell(1.0);
+    report(1.0);
 }
 
 int run(const std::vector<std::string> &arguments)
@@ -52,7 +53,7 @@ int run(const std::vector<std::string> &arguments)
         std::printf("gdal_intervisibility %s, %s\n", QUVO_VERSION, GDALVersionInfo("--version"));
         break;
     case Options::Request::Run:
-        CPLSetErrorHandler(passOn);
+        CPLSetErrorHandler(printWarnings);
         GDALAllRegister();
         paint(options);
         break;
@@ -68,8 +69,8 @@ int main(int argc, char *argv[])
         return run({argv + 1, argv + argc});
     } catch (const std::bad_alloc &) {
         std::fputs("gdal_intervisibility: There is not enough memory.\n", stderr);
-    } catch (const std::exception &failure) {
-        std::fprintf(stderr, "gdal_intervisibility: %s\n", failure.what());
+    } catch (const std::exception &problem) {
+        std::fprintf(stderr, "gdal_intervisibility: %s\n", problem.what());
     }
     return 1;
 }

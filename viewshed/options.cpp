@@ -1,5 +1,7 @@
 #include "viewshed/options.h"
 
+#include "viewshed/problem.h"
+
 #include <charconv>
 #include <cmath>
 #include <functional>
@@ -11,7 +13,7 @@ namespace viewshed
 namespace
 {
 
-/// The arguments, taken one by one.
+/// Reads the arguments one after the other. Each function for a value throws Problem with the option's name.
 class Arguments
 {
 public:
@@ -29,7 +31,7 @@ public:
     const std::string &value()
     {
         if (atEnd())
-            throw Failure("The option " + m_name + " lacks a value.");
+            throw Problem("The option " + m_name + " lacks a value.");
         return m_arguments[m_next++];
     }
 
@@ -39,7 +41,7 @@ public:
         Number number{};
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(double(number)))
-            throw Failure("The option " + m_name + " takes a number, not \"" + text + "\".");
+            throw Problem("The option " + m_name + " takes a number, not \"" + text + "\".");
         return number;
     }
 
@@ -50,7 +52,7 @@ public:
             constexpr int greatest = 255;
             const int number = this->number<int>();
             if (number < 0 || number > greatest)
-                throw Failure("The option " + m_name + " takes three numbers from 0 to 255.");
+                throw Problem("The option " + m_name + " takes three numbers from 0 to 255.");
             part = static_cast<std::uint8_t>(number);
         }
         return color;
@@ -65,21 +67,21 @@ public:
             return Combination::Or;
         if (text == "AND")
             return Combination::And;
-        throw Failure("The option " + m_name + " takes OVERWRITE, OR or AND, not \"" + text + "\".");
+        throw Problem("The option " + m_name + " takes OVERWRITE, OR or AND, not \"" + text + "\".");
     }
 
     std::string pair()
     {
         const std::string &text = value();
         if (text.find('=') == std::string::npos || text.front() == '=')
-            throw Failure("The option " + m_name + " takes NAME=VALUE, not \"" + text + "\".");
+            throw Problem("The option " + m_name + " takes NAME=VALUE, not \"" + text + "\".");
         return text;
     }
 
 private:
     const std::vector<std::string> &m_arguments;
     std::size_t m_next = 0;
-    std::string m_name;
+    std::string m_name; ///< the option that next() returned last
 };
 
 void checkComplete(const Options &options)
@@ -88,10 +90,10 @@ void checkComplete(const Options &options)
                                       {&options.destination, "-DstFile"},
                                       {&options.pointFile, "-point_file"}}) {
         if (value->empty())
-            throw Failure(std::string("The option ") + name + " is missing.");
+            throw Problem(std::string("The option ") + name + " is missing.");
     }
     if (options.band < 1)
-        throw Failure("The option -iBand takes a band's number, from 1.");
+        throw Problem("The option -iBand takes the number of a band, from 1.");
 }
 
 } // namespace
@@ -119,7 +121,7 @@ Options parsedOptions(const std::vector<std::string> &given)
         const std::string &name = arguments.next();
         const auto option = known.find(name);
         if (option == known.end())
-            throw Failure("\"" + name + "\" is no option of this program; see --help.");
+            throw Problem("\"" + name + "\" is not an option of this program; see --help.");
         option->second();
         if (options.request != Options::Request::Run)
             return options;
@@ -133,8 +135,8 @@ std::string usage()
     return "Usage: gdal_intervisibility.exe -SrcFile <dem> -DstFile <picture.tif> -point_file <points> "
            "[options]\n"
            "\n"
-           "Paints the cells of a DEM that observers see, the others, and those without data in three "
-           "colours.\n"
+           "Paints each cell of a DEM in one of three colours: seen by the observers, hidden, or without "
+           "data.\n"
            "\n"
            "  -SrcFile <dem>         raster of elevations\n"
            "  -iBand <n>             its band (1)\n"
@@ -142,15 +144,16 @@ std::string usage()
            "  -point_file <file>     observers: points with z, the absolute altitude of the eye, and the "
            "field\n"
            "                         Max_Dist, the greatest distance in metres (0, negative: without limit)\n"
-           "  -DstOp <operation>     several observers: OVERWRITE (a later one replaces the earlier ones "
+           "  -DstOp <operation>     several observers: OVERWRITE (each replaces those before it "
            "within\n"
-           "                         its distance), OR (one sees the cell), AND (all see it)\n"
-           "  -SH <height>           height above the ground of what is looked at (0)\n"
+           "                         its distance), OR (at least one sees the cell), AND (all see it)\n"
+           "  -SH <height>           height of the target above the ground (0)\n"
            "  -COZ <r> <g> <b>       colour of visible cells (0 158 115)\n"
            "  -CNOZ <r> <g> <b>      colour of the other cells (213 94 0)\n"
            "  -CNoData <r> <g> <b>   colour of cells without data (0 0 0)\n"
-           "  -co <NAME=VALUE>       creation option of GeoTIFF, any number of times\n"
-           "  -cc <coefficient>      the Earth's curvature with refraction (0.85714); 0 switches it off\n"
+           "  -co <NAME=VALUE>       creation option of GeoTIFF; may be repeated\n"
+           "  -cc <coefficient>      factor on the Earth's curvature (0.85714 includes refraction, 0 is a "
+           "plane)\n"
            "  --version, --help\n";
 }
 

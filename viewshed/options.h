@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,7 @@ namespace viewshed
 
 using Color = std::array<std::uint8_t, 3>; ///< red, green, blue
 
-/// What the command line asks for. Paths are as they were given, in whatever encoding.
+/// What the command line requests. Paths are the bytes of the arguments; GDAL opens them as they are.
 struct Options
 {
     enum class Request
@@ -27,26 +26,22 @@ struct Options
     std::string source;
     std::string destination;
     std::string pointFile;
-    int band = 1; ///< from 1
+    int band = 1; ///< number of the source's band with the elevations, from 1
     Combination combination = Combination::Overwrite;
     double targetHeight = 0.0; ///< in the DEM's vertical unit
     Color hidden{213, 94, 0};
     Color seen{0, 158, 115};
     Color noData{0, 0, 0};
-    std::vector<std::string> creationOptions; ///< NAME=VALUE
-    double curvature = 0.85714;               ///< 1 is the Earth without refraction, 0 a plane
+    std::vector<std::string> creationOptions; ///< for the driver, each as NAME=VALUE
+    double curvature = 0.85714; ///< factor on the Earth's curvature: 1 without refraction, 0 for a plane
 };
 
-/// A sentence for the user.
-class Failure : public std::runtime_error
-{
-    using std::runtime_error::runtime_error;
-};
-
-/// The arguments after the program's name, in any order; of a repeated one the last counts. Throws Failure.
+/// Parses the arguments that follow the program's name. Their order does not matter; of a repeated option the
+/// last one counts, except that each -co adds one. After --help or --version nothing else is parsed or checked.
+/// Throws Problem if an option is unknown, lacks a valid value or is missing.
 Options parsedOptions(const std::vector<std::string> &arguments);
 
-/// The text of --help.
+/// The text of --help, with its last line feed.
 std::string usage();
 
 } // namespace viewshed

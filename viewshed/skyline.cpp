@@ -10,10 +10,11 @@ namespace viewshed
 namespace
 {
 
-/// Far below every height, and finite: differences of two gaps are no NaN.
+/// The g of a gap: far below every height, but finite, so that the difference of two gaps is not NaN.
 constexpr double gapHeight = -1e290;
 
-constexpr double nowhere = 4.0; // a direction beyond all
+/// A direction to the side of every sector, which ends at m = ±1.
+constexpr double beyondSector = 4.0;
 
 } // namespace
 
@@ -28,6 +29,8 @@ void Skyline::Envelope::restart(double from, std::size_t room)
     count = 0;
 }
 
+/// Continues the envelope with `piece` up to the direction `end`. Does nothing if the envelope already reaches
+/// it; lengthens the last piece if that is the same one.
 void Skyline::Envelope::append(double end, const Piece &piece)
 {
     if (end <= ends[count])
@@ -40,6 +43,7 @@ void Skyline::Envelope::append(double end, const Piece &piece)
     ends[count] = end;
 }
 
+/// Adds `piece` at the envelope's end as a single direction.
 void Skyline::Envelope::appendPoint(const Piece &piece)
 {
     a[count] = piece.a;
@@ -48,6 +52,7 @@ void Skyline::Envelope::appendPoint(const Piece &piece)
     ends[count] = ends[count - 1];
 }
 
+/// Adds the pieces `first` to `end` - 1 of another envelope, which must begin where this one ends.
 void Skyline::Envelope::appendCopy(const Envelope &other, std::size_t first, std::size_t end)
 {
     std::copy(other.a.data() + first, other.a.data() + end, a.data() + count);
@@ -79,7 +84,11 @@ double Skyline::lowest()
 
 RingLayout Skyline::layout()
 {
-    return {m_directions.data(), m_limits.data(), m_before.data(), m_meets.data(), m_bends.data()};
+    return {.directions = m_directions.data(),
+            .limits = m_limits.data(),
+            .vertexBefore = m_vertexBefore.data(),
+            .meetsVertex = m_meetsVertex.data(),
+            .kinkFlags = m_kinkFlags.data()};
 }
 
 const double *Skyline::limits(const Ring &ring)
@@ -90,40 +99,47 @@ const double *Skyline::limits(const Ring &ring)
         m_limits.resize(vertices + RingLayout::surplus);
         m_flags.resize(vertices);
     }
-    if (m_before.size() < m_horizon.ends.size()) {
-        m_before.resize(m_horizon.ends.size());
-        m_meets.resize(m_horizon.ends.size());
-        m_bends.resize(m_horizon.ends.size());
+    if (m_vertexBefore.size() < m_horizon.ends.size()) {
+        m_vertexBefore.resize(m_horizon.ends.size());
+        m_meetsVertex.resize(m_horizon.ends.size());
+        m_kinkFlags.resize(m_horizon.ends.size());
     }
     m_meetings = m_kernels.layOut(ring, m_horizon.pieces(), layout());
     return m_limits.data();
 }
 
-/// Between the interval's two cells.
+/// The edge along the ring, between the interval's two cells.
 Skyline::Edge Skyline::edgeAlong(const Ring &ring, int interval) const
 {
     const double left = ring.heights[interval];
     const double right = ring.heights[interval + 1];
     const double b = right - left;
     const double a = (left * ring.side(interval + 1) - right * ring.side(interval)) / ring.ahead;
-    return {
-        std::max(direction(interval), m_from), std::min(direction(interval + 1), m_to), {a, b}, !std::isnan(b)};
+    return {.from = std::max(direction(interval), m_from),
+            .to = std::min(direction(interval + 1), m_to),
+            .piece = {.a = a, .b = b},
+            .exists = !std::isnan(b)};
 }
 
-/// From the ring before to the cell from which the edge leads over this interval: away from straight ahead.
-Skyline::Edge Skyline::edgeAhead(const Ring &ring, int interval) const
+/// The edge that leads from the nearer ring to one of the interval's two cells, seen over this interval. Such
+/// an edge is seen on the side of its cell that lies away from straight ahead, so it belongs to the interval's
+/// left cell on the right of the eye, and to the right cell on the left of the eye.
+Skyline::Edge Skyline::edgeFromNearer(const Ring &ring, int interval) const
 {
     const bool rightwards = ring.side(interval) > 0.0;
     if (!rightwards && !(ring.side(interval + 1) < 0.0))
-        return {0.0, 0.0, {0.0, 0.0}, false};
+        return {.from = 0.0, .to = 0.0, .piece = {.a = 0.0, .b = 0.0}, .exists = false};
     const int vertex = rightwards ? interval : interval + 1;
     const double side = ring.side(vertex);
     const double height = ring.heights[vertex];
     const double a = height - ring.nearer[vertex];
     const double b = (height - a * ring.ahead) / side;
-    const double before = ring.ahead - 1.0;
-    const double outer = before > 0.0 ? side / before : std::copysign(nowhere, side);
-    Edge edge{direction(interval), direction(interval + 1), {a, b}, !std::isnan(b)};
+    const double nearerAhead = ring.ahead - 1.0; // not positive if the nearer cell is not ahead of the eye
+    const double outer = nearerAhead > 0.0 ? side / nearerAhead : std::copysign(beyondSector, side);
+    Edge edge{.from = direction(interval),
+              .to = direction(interval + 1),
+              .piece = {.a = a, .b = b},
+              .exists = !std::isnan(b)};
     (rightwards ? edge.to : edge.from) = rightwards ? std::min(outer, edge.to) : std::max(outer, edge.from);
     edge.from = std::max(edge.from, m_from);
     edge.to = std::min(edge.to, m_to);
@@ -131,8 +147,9 @@ Skyline::Edge Skyline::edgeAhead(const Ring &ring, int interval) const
     return edge;
 }
 
-/// Whether the interval's left cell has edges straight ahead at most, which are seen as a point.
-bool Skyline::standsAlone(const Ring &ring, int interval) const
+/// Whether the interval's left cell has no neighbour with data along the ring, but one nearer to the eye or
+/// farther from it. It then counts as ground even where that edge covers no range of directions.
+bool Skyline::isLonePoint(const Ring &ring, int interval) const
 {
     const bool inside = direction(interval) > m_from;
     return inside && !std::isnan(ring.heights[interval]) && std::isnan(ring.heights[interval + 1])
@@ -142,19 +159,20 @@ bool Skyline::standsAlone(const Ring &ring, int interval) const
 
 void Skyline::raise(const Ring &ring)
 {
-    if (!m_kernels.findRisen(ring, m_horizon.pieces(), layout(), m_meetings, m_flags.data()))
+    if (!m_kernels.flagIntervals(ring, m_horizon.pieces(), layout(), m_meetings, m_flags.data()))
         return;
-    // An interval has two edges at most: each cuts a piece at either end, and crosses each that it meets.
+    // Room for the old pieces and for each interval's new ones. An interval has two edges at most. An edge cuts
+    // the pieces at its two ends, and crosses each piece in between once at most.
     m_merged.restart(m_from, 2 * m_horizon.count + 16 * m_flags.size());
     m_next = 0;
     for (int interval = 0; interval < ring.intervals; ++interval) {
-        if ((m_flags[static_cast<std::size_t>(interval)] & risen) == 0)
+        if ((m_flags[static_cast<std::size_t>(interval)] & mayRise) == 0)
             continue;
         int end = interval;
-        while (end < ring.intervals && isWhole(end))
+        while (end < ring.intervals && coversHorizon(end))
             ++end;
         if (end > interval) {
-            mergeWhole(ring, interval, end);
+            replaceRun(ring, interval, end);
             interval = end - 1;
         } else {
             mergeInterval(ring, interval);
@@ -165,60 +183,62 @@ void Skyline::raise(const Ring &ring)
     m_knowsLowest = false;
 }
 
-/// Whether the edge between the interval's cells is nowhere below the horizon. The edges towards the ring
-/// before are below it then: they lead from one of the cells to a point of the horizon within the interval.
-/// That is not so where the leaf's end cuts the interval.
-bool Skyline::isWhole(int interval) const
+/// Whether the edge between the interval's two cells is nowhere below the horizon and replaces all of it. The
+/// edge from the nearer ring is then below, too, because it leads from one of the cells to a point of the
+/// horizon within the interval. The leaf's end must not cut the interval, for that point may lie beyond the
+/// end.
+bool Skyline::coversHorizon(int interval) const
 {
-    return m_flags[static_cast<std::size_t>(interval)] == risen && direction(interval) >= m_from
+    return m_flags[static_cast<std::size_t>(interval)] == mayRise && direction(interval) >= m_from
         && direction(interval + 1) <= m_to;
 }
 
-/// Takes the edges between the cells of the intervals `first` to `end` - 1 for the whole of them.
-void Skyline::mergeWhole(const Ring &ring, int first, int end)
+/// Replaces the horizon over the intervals `first` to `end` - 1 by the edges between their cells.
+void Skyline::replaceRun(const Ring &ring, int first, int end)
 {
     copyUpTo(direction(first));
-    const auto more = static_cast<std::size_t>(end - first);
     m_kernels.edges(ring, first, end, m_merged.a.data() + m_merged.count, m_merged.b.data() + m_merged.count);
     std::copy(m_directions.data() + first + 1, m_directions.data() + end + 1,
               m_merged.ends.data() + m_merged.count + 1);
-    m_merged.count += more;
+    m_merged.count += static_cast<std::size_t>(end - first);
     while (m_horizon.ends[m_next + 1] < direction(end))
         ++m_next;
 }
 
 void Skyline::mergeInterval(const Ring &ring, int interval)
 {
-    if (standsAlone(ring, interval)) {
+    if (isLonePoint(ring, interval)) {
         copyUpTo(direction(interval));
         m_merged.appendPoint({ring.heights[interval] / ring.ahead, 0.0});
     }
     Edge along = edgeAlong(ring, interval);
-    const Edge ahead = edgeAhead(ring, interval);
+    const Edge fromNearer = edgeFromNearer(ring, interval);
     const bool rightwards = ring.side(interval) > 0.0;
-    // Both start in the same cell: one is above the other as far as the shorter one reaches.
+    // Both edges start in the same cell, so one is above the other as far as the shorter one reaches. The
+    // shorter one is the edge from the nearer ring.
     const bool higher =
-        !along.exists || (rightwards ? ahead.piece.b > along.piece.b : ahead.piece.b < along.piece.b);
-    if (!ahead.exists || !higher) {
+        !along.exists || (rightwards ? fromNearer.piece.b > along.piece.b : fromNearer.piece.b < along.piece.b);
+    if (!fromNearer.exists || !higher) {
         mergeEdge(along);
     } else if (rightwards) {
-        mergeEdge(ahead);
-        along.from = ahead.to;
+        mergeEdge(fromNearer);
+        along.from = fromNearer.to;
         mergeEdge(along);
     } else {
-        along.to = ahead.from;
+        along.to = fromNearer.from;
         mergeEdge(along);
-        mergeEdge(ahead);
+        mergeEdge(fromNearer);
     }
 }
 
+/// Appends to m_merged what m_horizon holds up to the direction `to`.
 void Skyline::copyUpTo(double to)
 {
     const std::size_t first = m_next;
     while (m_next < m_horizon.count && m_horizon.ends[m_next + 1] <= to)
         ++m_next;
     if (m_next > first) {
-        const double end = m_horizon.ends[first + 1]; // the first may be in m_merged in part
+        const double end = m_horizon.ends[first + 1]; // m_merged may already hold the beginning of this piece
         if (end == m_horizon.ends[first])
             m_merged.appendPoint(m_horizon.piece(first));
         else
@@ -229,6 +249,7 @@ void Skyline::copyUpTo(double to)
         m_merged.append(to, m_horizon.piece(m_next));
 }
 
+/// Appends to m_merged the horizon up to the edge's end, raised by the edge.
 void Skyline::mergeEdge(const Edge &edge)
 {
     if (!edge.exists || edge.from >= edge.to)
@@ -252,6 +273,7 @@ void Skyline::mergeEdge(const Edge &edge)
     }
 }
 
+/// Appends the higher of two pieces over the directions `from` to `to`, in two parts if they cross.
 void Skyline::appendHigher(double from, double to, const Piece &old, const Piece &edge)
 {
     const double difference = edge.a - old.a;

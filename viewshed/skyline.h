@@ -8,30 +8,36 @@
 namespace viewshed
 {
 
-/// The horizon that the ground up to some ring makes, for one narrow range of directions.
+/// The horizon of one leaf: how high the ground from the eye up to some ring reaches, for each direction of a
+/// narrow range. The glossary in horizon.h explains the terms.
 ///
-/// A direction is m = side / ahead, a height is g = height above the eye / ahead. Seen so, every edge between
-/// two neighbouring cells is a straight piece g = a + b · m, and the horizon is the upper envelope of such
-/// pieces. Every piece keeps the numbers of its own edge, so errors do not grow. Where no edge was yet there is
-/// a gap, far below everything. At a direction where pieces meet, the highest counts. A piece may be a single
-/// direction: a cell whose edges are seen end-on.
+/// A direction is m = side / ahead, a height is g = height above the eye / ahead. In these coordinates every
+/// edge between two neighbouring cells is a straight piece g = a + b · m, and the horizon is the upper envelope
+/// of all such pieces. A piece keeps the coefficients of its own edge for as long as it is part of the horizon,
+/// so that rounding errors do not add up from ring to ring; leafsweep.h derives their bound.
+///
+/// Where no edge was added yet, the horizon is a gap far below every height. At a direction where two pieces
+/// meet, the higher one counts. A piece may consist of a single direction: a cell whose only edges lead
+/// straight away from the eye.
 class Skyline
 {
 public:
-    /// To be restarted before it is used.
+    /// Call restart() before any other function. `kernels` must outlive the skyline.
     explicit Skyline(const SkylineKernels &kernels);
 
-    /// A gap. No vertex of any ring may ever lie in the directions `from` and `to` themselves.
+    /// Makes the horizon a gap over the directions `from` to `to`. No vertex of a later ring may lie exactly at
+    /// `from` or `to`.
     void restart(double from, double to);
 
-    /// A bound that no point of the horizon is below.
+    /// The least g of the horizon, rounded.
     double lowest();
 
-    /// For each vertex the height above the eye that the horizon reaches there; infinity outside the range.
-    /// Valid until the next call.
+    /// For each vertex of the ring the height above the eye that the horizon reaches there, in the DEM's
+    /// vertical unit; infinity outside the range of directions. Valid until the next call of limits().
     const double *limits(const Ring &ring);
 
-    /// Adds the edges of the ring, and those between it and the one before. Call limits() with the ring first.
+    /// Adds the edges along the ring and those between it and the nearer ring. Call limits() with the same ring
+    /// first.
     void raise(const Ring &ring);
 
 private:
@@ -44,7 +50,8 @@ private:
         bool operator==(const Piece &) const = default;
     };
 
-    /// Pieces in order; piece i reaches from ends[i] to ends[i + 1]. What is appended has to be made room for.
+    /// Pieces in order; piece i reaches from ends[i] to ends[i + 1]. restart() must make room for all pieces
+    /// that are appended later.
     struct Envelope
     {
         std::vector<double> ends;
@@ -54,26 +61,27 @@ private:
 
         Piece piece(std::size_t index) const { return {a[index], b[index]}; }
         Pieces pieces() const { return {ends.data(), a.data(), b.data(), static_cast<int>(count)}; }
+        /// Removes all pieces, and makes room for `room` of them.
         void restart(double from, std::size_t room);
         void append(double end, const Piece &piece);
         void appendPoint(const Piece &piece);
         void appendCopy(const Envelope &other, std::size_t first, std::size_t end);
     };
 
-    /// An edge over a part of an interval.
+    /// An edge between two cells, over the directions `from` to `to` within one interval.
     struct Edge
     {
         double from;
         double to;
         Piece piece;
-        bool exists;
+        bool exists; ///< whether both cells have data and the edge covers a direction of the interval
     };
 
     Edge edgeAlong(const Ring &ring, int interval) const;
-    Edge edgeAhead(const Ring &ring, int interval) const;
-    bool standsAlone(const Ring &ring, int interval) const;
-    bool isWhole(int interval) const;
-    void mergeWhole(const Ring &ring, int first, int end);
+    Edge edgeFromNearer(const Ring &ring, int interval) const;
+    bool isLonePoint(const Ring &ring, int interval) const;
+    bool coversHorizon(int interval) const;
+    void replaceRun(const Ring &ring, int first, int end);
     void mergeInterval(const Ring &ring, int interval);
     void copyUpTo(double to);
     void mergeEdge(const Edge &edge);
@@ -89,13 +97,15 @@ private:
     bool m_knowsLowest = false;
     Envelope m_horizon;
     Envelope m_merged;
-    std::size_t m_next = 0; ///< while merging: the first piece that is not in m_merged as a whole
+    /// During a merge the first piece of m_horizon that m_merged does not yet hold in full.
+    std::size_t m_next = 0;
+    // The layout of the ring that limits() was called with, and the flags of its intervals.
     std::vector<double> m_directions;
     std::vector<double> m_limits;
-    std::vector<int> m_before;
-    std::vector<int> m_meets;
-    std::vector<int> m_bends;
-    int m_meetings = 0; ///< of the horizon's ends with the ring's vertices
+    std::vector<int> m_vertexBefore;
+    std::vector<int> m_meetsVertex;
+    std::vector<int> m_kinkFlags;
+    int m_meetings = 0; ///< number of the horizon's ends that meet a vertex of the ring
     std::vector<int> m_flags;
 };
 

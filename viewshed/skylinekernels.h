@@ -8,22 +8,25 @@
 namespace viewshed
 {
 
-/// One line of cells across the view, at one distance ahead of the eye. Vertices are the centres of its cells;
-/// interval i lies between the vertices i and i + 1.
+/// The part of one line across the view that a leaf crosses; the glossary in horizon.h explains the terms. Its
+/// vertices are the centres of the line's cells, numbered from 0; interval i lies between the vertices i and
+/// i + 1. Distances are in cells, heights in the DEM's vertical unit above the eye. The arrays have one number
+/// for each vertex, NaN without data, and belong to the caller.
 struct Ring
 {
-    double ahead = 0.0;              ///< distance of the line from the eye in cells, positive
-    double firstSide = 0.0;          ///< how far vertex 0 lies to the side, in cells; the next ones 1 more each
-    int intervals = 0;               ///< one less than vertices
-    const double *heights = nullptr; ///< above the eye, NaN without data, one a vertex
-    const double *nearer = nullptr;  ///< the same of the line before, one cell nearer to the eye or behind it
-    const double *farther = nullptr; ///< the same of the line after
+    double ahead = 0.0;     ///< distance of the line from the eye, positive
+    double firstSide = 0.0; ///< the lateral distance `side` of vertex 0; it grows by 1 from vertex to vertex
+    int intervals = 0;      ///< number of vertices - 1
+    const double *heights = nullptr; ///< heights of the vertices
+    const double *nearer = nullptr; ///< heights of the cells one line nearer to the eye, or just behind the eye
+    const double *farther = nullptr; ///< heights of the cells one line farther from the eye
 
     double side(int vertex) const { return firstSide + vertex; }
 };
 
-/// The pieces of a horizon in order: piece i is a[i] + b[i] · m for the directions m from ends[i] to
-/// ends[i + 1].
+/// A view of a horizon's pieces, in order: piece i is g = a[i] + b[i] · m for the directions m from ends[i] to
+/// ends[i + 1]. There is at least one piece, and `ends` has one number more than `a` and `b`. The arrays belong
+/// to the horizon.
 struct Pieces
 {
     const double *ends;
@@ -32,68 +35,73 @@ struct Pieces
     int count;
 };
 
-/// How a horizon lies over the vertices of a ring.
+/// How the ends of a horizon's pieces lie among the vertices of a ring. The arrays belong to the caller and
+/// have one number for each vertex or for each end, as stated.
 struct RingLayout
 {
-    /// So many numbers more than vertices are written to `limits`.
+    /// `limits` must have room for this many numbers more than there are vertices.
     static constexpr int surplus = 4;
 
-    double *directions; ///< one a vertex
-    double *limits;     ///< one a vertex: the height above the eye that the horizon reaches there
-    int *before;        ///< for each end the last vertex whose direction is not beyond it, or -1
-    int *meets;         ///< for each end 1 if the direction is that vertex's own, else 0
-    int *bends;         ///< one an end, for findRisen
+    double *directions; ///< for each vertex its direction m
+    double *limits;     ///< for each vertex the height above the eye that the horizon reaches there
+    int *vertexBefore;  ///< for each end the last vertex whose direction is not greater than the end, or -1
+    int *meetsVertex;   ///< for each end 1 if it is the direction of that vertex, else 0
+    int *kinkFlags;     ///< for each end the IntervalFlags that its kink adds; scratch of flagIntervals()
 };
 
-/// What ground an interval adds to a horizon.
+/// How the edges over an interval lie against the horizon.
 enum IntervalFlags
 {
-    risen = 1,   ///< something of it may stand out
-    notWhole = 2 ///< not all of the edge between its cells is above the horizon
+    mayRise = 1,    ///< some edge may stand out above the horizon
+    partlyBelow = 2 ///< the edge between the interval's two cells is below the horizon somewhere
 };
 
 /// Cells that follow each other in a row of the grid.
 struct CellRun
 {
-    int column; ///< of the first
+    int column; ///< column of the first cell
     int row;
     int count;
 };
 
-/// The loops of a pass over the terrain that take its time, compiled for what a processor can do. All give the
-/// same numbers, bit by bit.
+/// The loops that need almost all of the time, compiled for each set of vector instructions. Every set returns
+/// the same numbers, bit by bit.
 struct SkylineKernels
 {
-    /// Fills the layout, and tells how many ends meet a vertex. Where the horizon does not reach, the limit is
-    /// infinity.
+    /// Fills all of `layout` except kinkFlags, and returns how many ends meet a vertex. The limit of a vertex
+    /// outside the horizon's range of directions is infinity.
     int (*layOut)(const Ring &ring, const Pieces &horizon, const RingLayout &layout);
-    /// Sets IntervalFlags for each interval of a ring that was laid out; whether any is risen.
-    bool (*findRisen)(const Ring &ring, const Pieces &horizon, const RingLayout &layout, int meetings,
-                      int *flags);
-    /// The edges between the cells of the intervals `first` to `end` - 1, as a + b · m.
+    /// Writes the IntervalFlags of each interval to `flags`, and returns whether any has mayRise. `layout` and
+    /// `meetings` are the results of layOut() for the same ring and horizon.
+    bool (*flagIntervals)(const Ring &ring, const Pieces &horizon, const RingLayout &layout, int meetings,
+                          int *flags);
+    /// Writes the edges between the cells of the intervals `first` to `end` - 1, as g = a + b · m.
     void (*edges)(const Ring &ring, int first, int end, double *a, double *b);
-    /// The lowest point.
+    /// Returns the least g of the horizon.
     double (*lowest)(const Pieces &horizon);
-    /// For each vertex 1 if the target is above the limit by more than `error`, else 0; how many are nearer to
-    /// it than that.
-    int (*judge)(const Ring &ring, const double *limits, double target, double error, std::uint64_t *above);
-    /// Sight::aboveEye() of the cells' heights, `step` numbers apart in the outcome.
-    void (*lowerFloats)(const float *heights, const CellRun &cells, const Sight &sight, double *above,
-                        std::ptrdiff_t step);
-    void (*lowerDoubles)(const double *heights, const CellRun &cells, const Sight &sight, double *above,
-                         std::ptrdiff_t step);
+    /// Writes for each vertex 1 if the target (`target` above the ground) is above the limit by more than
+    /// `error`, else 0. Returns for how many vertices target and limit differ by `error` at most.
+    int (*classify)(const Ring &ring, const double *limits, double target, double error, std::uint64_t *above);
+    /// Writes Sight::aboveEye() of each cell. `heights` are elevations; in `above`, the results are `step`
+    /// numbers apart.
+    void (*floatsAboveEye)(const float *heights, const CellRun &cells, const Sight &sight, double *above,
+                           std::ptrdiff_t step);
+    void (*doublesAboveEye)(const double *heights, const CellRun &cells, const Sight &sight, double *above,
+                            std::ptrdiff_t step);
 };
 
+/// A set of vector instructions.
 enum class VectorPath
 {
-    Plain, ///< what every processor of the platform can do
+    Plain, ///< the instructions that every processor of the platform has
     Avx2
 };
 
+/// Whether this build has the path and this processor can run it.
 bool isSupported(VectorPath path);
-/// The fastest that this processor supports.
+/// The fastest path that is supported.
 VectorPath bestPath();
-/// Of a supported path.
+/// `path` must be supported.
 const SkylineKernels &kernelsOf(VectorPath path);
 
 } // namespace viewshed

@@ -13,17 +13,17 @@ namespace viewshed
 namespace
 {
 
-constexpr std::align_val_t pageSize{std::size_t(1) << 21};
+constexpr std::align_val_t hugePage{std::size_t(1) << 21};
 
-/// Memory in large pages where the system has them: the first touch of every small one costs more than reading
-/// the file.
+/// Allocates memory in huge pages where the system has them, because the page faults of small pages cost more
+/// time than reading the file. Throws std::bad_alloc.
 template <class Number> Number *allocated(std::size_t cells)
 {
     const std::size_t bytes = cells * sizeof(Number);
-    void *memory = ::operator new[](bytes, pageSize);
+    void *memory = ::operator new[](bytes, hugePage);
 #ifdef MADV_HUGEPAGE
-    if (bytes >= static_cast<std::size_t>(pageSize))
-        madvise(memory, bytes, MADV_HUGEPAGE); // advice: it works without, too
+    if (bytes >= static_cast<std::size_t>(hugePage))
+        madvise(memory, bytes, MADV_HUGEPAGE); // only advice: failure does no harm
 #endif
     return static_cast<Number *>(memory);
 }
@@ -32,7 +32,7 @@ template <class Number> Number *allocated(std::size_t cells)
 
 void Terrain::Release::operator()(void *cells) const
 {
-    ::operator delete[](cells, pageSize);
+    ::operator delete[](cells, hugePage);
 }
 
 Terrain::Terrain(int width, int height, Storage storage)

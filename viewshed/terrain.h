@@ -11,12 +11,12 @@
 namespace viewshed
 {
 
-/// The height of a cell without data.
+/// Stands for the elevation of a cell without data.
 inline constexpr double noHeight = std::numeric_limits<double>::quiet_NaN();
 
-/// The heights of a grid, row by row from the upper left cell, in the DEM's vertical unit. Columns and rows
-/// count from 0; a position in cells has (0, 0) at the centre of the upper left cell. A cell without data is
-/// NaN.
+/// The elevations of a grid, row by row from the upper left cell, in the DEM's vertical unit. Columns and rows
+/// count from 0; a position in cells has its origin (0, 0) at the centre of the upper left cell. A cell without
+/// data holds NaN; no cell is infinite.
 class Terrain
 {
 public:
@@ -26,16 +26,17 @@ public:
         Double
     };
 
-    /// The cells are to be written before they are read. Throws std::bad_alloc.
+    /// Leaves the cells uninitialized: write them through withCells() before anything reads them. Throws
+    /// std::bad_alloc.
     Terrain(int width, int height, Storage storage);
-    /// A grid as the rows of `heights`: width × height numbers.
+    /// Copies `heights`: width × height numbers, row by row.
     Terrain(int width, int height, const std::vector<double> &heights);
 
     int width() const { return m_width; }
     int height() const { return m_height; }
     static std::size_t bytesPerCell(Storage storage) { return storage == Storage::Float ? 4 : 8; }
 
-    /// NaN for a cell without data and for one outside the grid.
+    /// The cell's elevation; NaN for a cell without data and for one outside the grid.
     double at(int column, int row) const
     {
         if (column < 0 || row < 0 || column >= m_width || row >= m_height)
@@ -46,10 +47,12 @@ public:
         return std::get<Doubles>(m_cells)[cell];
     }
 
-    /// Sets the bits of the row's cells without data; a word holds 64 cells, as in BitGrid.
+    /// Sets the bit of each cell of the row that has no data, and clears no bit. `words` holds the row's bits
+    /// in the layout of BitGrid.
     void findVoids(int row, std::uint64_t *words) const;
 
-    /// Calls work(first cell of the grid) with a pointer to float or to double.
+    /// Calls work(cells), where `cells` points to the grid's first cell, as float or as double, and returns its
+    /// result.
     template <class Work> decltype(auto) withCells(Work work) const
     {
         if (const auto *floats = std::get_if<Floats>(&m_cells))

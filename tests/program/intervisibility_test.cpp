@@ -1,6 +1,6 @@
 #include "dataset/pathencoding.h"
 #include "tests/support/rasters.h"
-#include "viewshed/raster_io.h"
+#include "viewshed/io/raster_io.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,10 +20,10 @@ struct Point
     double x;
     double y;
     double z;
-    double reach;
+    double reach; ///< the field Max_Dist
 };
 
-/// gdal_intervisibility.exe on small rasters: what reaches the file, and what is refused.
+/// gdal_intervisibility.exe on small rasters: what it writes, and what it refuses.
 class IntervisibilityTest : public QObject
 {
     Q_OBJECT
@@ -55,6 +55,26 @@ namespace
 {
 
 using DataSet = std::unique_ptr<GDALDataset>;
+
+/// The observer in the second row's first cell of mur.tif, 2 m above its ground.
+const Point west{.x = 500005, .y = 5099985, .z = 2, .reach = 0};
+/// The observer in the second row's last cell, who sees the neighbouring cells only.
+const Point east{.x = 500045, .y = 5099985, .z = 2, .reach = 11};
+
+/// The colours that IntervisibilityTest::cells() knows.
+const QStringList colors{"-CNoData", "7", "8", "9", "-COZ", "1", "2", "3", "-CNOZ", "4", "5", "6"};
+
+Point moved(Point point, double x, double z)
+{
+    point.x = x;
+    point.z = z;
+    return point;
+}
+
+DataSet opened(const QString &path, unsigned flags = GDAL_OF_RASTER)
+{
+    return DataSet(GDALDataset::Open(encodePath(path).constData(), flags));
+}
 
 bool translate(const QString &from, const QString &to, const QList<QByteArray> &options)
 {
@@ -109,10 +129,11 @@ int IntervisibilityTest::run(const QStringList &arguments)
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
-/// '#' for the first colour of a seen cell, '.' of a hidden one, ' ' of one without data, '?' of any other.
+/// The picture's rows, separated by '|': '#' for a seen cell, '.' for a hidden one, ' ' for one without data,
+/// '?' for any other colour.
 QString IntervisibilityTest::cells(const QString &name) const
 {
-    const DataSet dataset(GDALDataset::Open(encodePath(path(name)).constData(), GDAL_OF_RASTER));
+    const DataSet dataset = opened(path(name));
     if (!dataset || dataset->GetRasterCount() != 3)
         return {};
     QString text;
@@ -135,15 +156,13 @@ QString IntervisibilityTest::cells(const QString &name) const
 void IntervisibilityTest::initTestCase()
 {
     GDALAllRegister();
-    // A wall with a hole in the data beside it, 10 m a cell; the first observer stands in the second row's
-    // first cell.
+    // A wall of 9 m with a cell without data beside it. Cells are 10 m wide.
     QVERIFY(writeRaster(path("mur.tif"), 5, 3, {0, 0, 9, 0, 0, 0, 0, 9, -9999, 0, 0, 0, 9, 0, 0}));
-    QVERIFY(writePoints("deux.shp", {{500005, 5099985, 2, 0}, {500045, 5099985, 2, 11}}));
+    QVERIFY(writePoints("deux.shp", {west, east}));
 }
 
 void IntervisibilityTest::picture()
 {
-    const QStringList colors{"-CNoData", "7", "8", "9", "-COZ", "1", "2", "3", "-CNOZ", "4", "5", "6"};
     const QStringList given{"-SrcFile",     path("mur.tif"), "-DstFile",
                             path("vu.tif"), "-point_file",   path("deux.shp")};
     QCOMPARE(run(given + colors), 0);
@@ -153,19 +172,19 @@ void IntervisibilityTest::picture()
     QCOMPARE(run(colors + QStringList{"-co", "TILED=YES", "-co", "TFW=YES", "-DstOp", "AND"} + given), 0);
     QCOMPARE(cells("vu.tif"), QString(".....|... .|....."));
     QVERIFY(QFile::remove(path("vu.tfw")));
-    // Each alone: what is seen, and where there are no data, is found in other ways.
-    for (const auto &[point, seen] : {std::pair{Point{500005, 5099985, 2, 0}, "###..|### .|###.."},
-                                      {Point{500045, 5099985, 2, 11}, "....#|... #|....#"}}) {
+    // Each observer alone: the program then reads the raster in parts, or a second time for the cells without
+    // data.
+    for (const auto &[point, seen] : {std::pair{west, "###..|### .|###.."}, {east, "....#|... #|....#"}}) {
         QVERIFY(writePoints("seul.shp", {point}));
         QCOMPARE(run(colors + given + QStringList{"-point_file", path("seul.shp")}), 0);
         QCOMPARE(cells("vu.tif"), QString(seen));
     }
-    // A target as high as the second observer's reach lets see: nearer than the wall only.
+    // With a target of 14 m, the first observer sees beyond the wall.
     QCOMPARE(run(colors + QStringList{"-DstOp", "OR", "-SH", "14"} + given), 0);
     QCOMPARE(cells("vu.tif"), QString("#####|### #|#####"));
 
-    const DataSet dem(GDALDataset::Open(encodePath(path("mur.tif")).constData(), GDAL_OF_RASTER));
-    const DataSet seen(GDALDataset::Open(encodePath(path("vu.tif")).constData(), GDAL_OF_RASTER));
+    const DataSet dem = opened(path("mur.tif"));
+    const DataSet seen = opened(path("vu.tif"));
     double one[6];
     double other[6];
     QVERIFY(dem->GetGeoTransform(one) == CE_None && seen->GetGeoTransform(other) == CE_None);
@@ -210,9 +229,10 @@ void IntervisibilityTest::distances()
     QFETCH(int, halfHeight);
     QVERIFY(writeRaster(path("plat.tif"), 41, 41, QVector<float>(41 * 41, 0.0F)));
     QVERIFY(translate(path("plat.tif"), path("posé.tif"), placing));
-    QVERIFY(writePoints("un.shp", {{x, y, 1e6, reach}}));
-    QCOMPARE(run({"-SrcFile", path("posé.tif"), "-DstFile", path("disque.tif"), "-point_file", path("un.shp"),
-                  "-COZ", "1", "2", "3", "-CNOZ", "4", "5", "6", "-cc", "0"}),
+    QVERIFY(writePoints("un.shp", {{.x = x, .y = y, .z = 1e6, .reach = reach}}));
+    QCOMPARE(run(QStringList{"-SrcFile", path("posé.tif"), "-DstFile", path("disque.tif"), "-point_file",
+                             path("un.shp"), "-cc", "0"}
+                 + colors),
              0);
     const QStringList rows = cells("disque.tif").split('|');
     QCOMPARE(rows.size(), 41);
@@ -221,25 +241,26 @@ void IntervisibilityTest::distances()
     QCOMPARE(rows.join("").count('#') > halfWidth * halfHeight * 3, true);
     for (int row = 0; row < 41; ++row)
         QCOMPARE(rows.at(row).at(20), QChar(std::abs(row - 20) <= halfHeight ? '#' : '.'));
-    const DataSet placed(GDALDataset::Open(encodePath(path("posé.tif")).constData(), GDAL_OF_RASTER));
-    const DataSet disc(GDALDataset::Open(encodePath(path("disque.tif")).constData(), GDAL_OF_RASTER));
+    const DataSet placed = opened(path("posé.tif"));
+    const DataSet disc = opened(path("disque.tif"));
     QCOMPARE(disc->GetGCPCount(), placed->GetGCPCount());
     for (const char *name : {"plat.tif", "posé.tif", "disque.tif"})
         QFile::remove(path(name));
 }
 
-/// 20 km over water the ground sinks by 26.9 m: an eye at 1 m sees a target of 20 m, not one of 20 feet.
+/// At 20 km the Earth's curvature lowers the sea by 26.9 m: an eye at 1 m sees a target of 20 m, but not one of
+/// 20 feet.
 void IntervisibilityTest::verticalFeet()
 {
     QVERIFY(writeRaster(path("plat.tif"), 2001, 1, QVector<float>(2001, 0.0F)));
-    QVERIFY(writePoints("un.shp", {{500005, 5099995, 1, 0}}));
+    QVERIFY(writePoints("un.shp", {{.x = 500005, .y = 5099995, .z = 1, .reach = 0}}));
     for (const auto &[unit, sees] : {std::pair{"metre", true}, {"ft", false}}) {
-        const DataSet dem(
-            GDALDataset::Open(encodePath(path("plat.tif")).constData(), GDAL_OF_RASTER | GDAL_OF_UPDATE));
+        const DataSet dem = opened(path("plat.tif"), GDAL_OF_RASTER | GDAL_OF_UPDATE);
         dem->GetRasterBand(1)->SetUnitType(unit);
         dem->FlushCache();
-        QCOMPARE(run({"-SrcFile", path("plat.tif"), "-DstFile", path("vu.tif"), "-point_file", path("un.shp"),
-                      "-COZ", "1", "2", "3", "-SH", "20"}),
+        QCOMPARE(run(QStringList{"-SrcFile", path("plat.tif"), "-DstFile", path("vu.tif"), "-point_file",
+                                 path("un.shp"), "-SH", "20"}
+                     + colors),
                  0);
         QCOMPARE(cells("vu.tif").endsWith('#'), sees);
     }
@@ -251,17 +272,17 @@ void IntervisibilityTest::refused_data()
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("points");
     QTest::addColumn<QStringList>("more");
-    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("problem");
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    writePoints("nul.shp", {{500005, 5099985, 2, 0}, {nan, 5099985, 2, 0}});
-    writePoints("loin.shp", {{1e300, 5099985, 2, 0}});
-    writePoints("ailleurs.shp", {{1e9, 5099985, 2, 0}});
-    writePoints("profond.shp", {{500005, 5099985, -1e38, 0}});
-    writePoints("aire.shp", {{0, 0, 0, 0}}, wkbPolygon);
-    writePoints("plan.shp", {{500005, 5099985, 2, 0}}, wkbPoint);
+    writePoints("nul.shp", {west, moved(west, nan, 2)});
+    writePoints("loin.shp", {moved(west, 1e300, 2)});
+    writePoints("ailleurs.shp", {moved(west, 1e9, 2)});
+    writePoints("profond.shp", {moved(west, west.x, -1e38)});
+    writePoints("aire.shp", {west}, wkbPolygon);
+    writePoints("plan.shp", {west}, wkbPoint);
     writePoints("vide.shp", {});
     const auto row = [](const char *name, const char *source, const char *points, const QStringList &more,
-                        const char *message) { QTest::newRow(name) << source << points << more << message; };
+                        const char *problem) { QTest::newRow(name) << source << points << more << problem; };
     row("no raster", "absent.tif", "deux.shp", {}, "absent.tif");
     row("a vector file as raster", "deux.shp", "deux.shp", {}, "deux.shp");
     row("no such band", "mur.tif", "deux.shp", {"-iBand", "2"}, "no band 2");
@@ -270,7 +291,7 @@ void IntervisibilityTest::refused_data()
     row("absurd", "mur.tif", "loin.shp", {}, "Observer 1 of loin.shp");
     row("too far", "mur.tif", "ailleurs.shp", {}, "Observer 1 of ailleurs.shp");
     row("absurd altitude", "mur.tif", "profond.shp", {}, "altitude");
-    row("polygons", "mur.tif", "aire.shp", {}, "no point");
+    row("polygons", "mur.tif", "aire.shp", {}, "not a point");
     row("no z", "mur.tif", "plan.shp", {}, "no altitude");
     row("empty", "mur.tif", "vide.shp", {}, "no observer");
     row("a folder that is not there", "mur.tif", "deux.shp", {"-DstFile", "/nowhere/a.tif"}, "/nowhere/a.tif");
@@ -284,16 +305,17 @@ void IntervisibilityTest::refused()
     QFETCH(QString, source);
     QFETCH(QString, points);
     QFETCH(QStringList, more);
-    QFETCH(QString, message);
+    QFETCH(QString, problem);
     const QStringList before = files();
     QCOMPARE(run(QStringList{"-SrcFile", path(source), "-point_file", path(points), "-DstFile", path("non.tif")}
                  + more),
              1);
-    QVERIFY2(m_error.contains(message) && m_error.count('\n') == 1, qPrintable(m_error));
+    QVERIFY2(m_error.contains(problem) && m_error.count('\n') == 1, qPrintable(m_error));
     QCOMPARE(files(), before);
 }
 
-/// The heights of two observers' whole raster do not fit: the distance that is told makes a window that does.
+/// The elevations for two observers without a limit do not fit into memory; those within the distance that the
+/// program names do.
 void IntervisibilityTest::tooManyCells()
 {
     const double available = viewshed::availableMemory();
@@ -311,10 +333,10 @@ void IntervisibilityTest::tooManyCells()
     file.close();
     QCOMPARE(run({"-SrcFile", path("vaste.vrt"), "-point_file", path("deux.shp"), "-DstFile", path("non.tif")}),
              1);
-    const QRegularExpressionMatch told =
-        QRegularExpression("Observer 1 of deux.shp .* a Max_Dist of (\\d+) m would").match(m_error);
-    QVERIFY2(told.hasMatch(), qPrintable(m_error));
-    const double cells = 2.0 * told.captured(1).toDouble() / 10.0;
+    const QRegularExpressionMatch match =
+        QRegularExpression("Observer 1 of deux.shp .* a Max_Dist of (\\d+) m would fit").match(m_error);
+    QVERIFY2(match.hasMatch(), qPrintable(m_error));
+    const double cells = 2.0 * match.captured(1).toDouble() / 10.0;
     QVERIFY(4.0 * cells * cells < available && 4.0 * cells * cells > available / 4.0);
     QVERIFY(file.remove());
 }
@@ -322,7 +344,7 @@ void IntervisibilityTest::tooManyCells()
 void IntervisibilityTest::stopLeavesNothing()
 {
     QVERIFY(writeHill(path("gros.tif"), 3000));
-    QVERIFY(writePoints("près.shp", {{500005, 5099985, 2, 20}})); // soon done
+    QVERIFY(writePoints("près.shp", {{.x = west.x, .y = west.y, .z = west.z, .reach = 20}})); // soon done
     const QStringList before = files();
     const QStringList arguments{"-SrcFile", path("gros.tif"),  "-point_file", path("deux.shp"),
                                 "-DstFile", path("arrêt.tif"), "-co",         "COMPRESS=DEFLATE",

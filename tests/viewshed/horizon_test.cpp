@@ -8,7 +8,7 @@
 
 using namespace viewshed;
 
-/// The fast way against the plain reference, cell by cell.
+/// Compares the fast viewshed with the plain reference, cell by cell.
 class HorizonTest : public QObject
 {
     Q_OBJECT
@@ -68,8 +68,8 @@ Terrain terrainOf(Ground ground, int width, int height, double voids, Random &ra
     return {width, height, heights};
 }
 
-/// An eye in the grid or around it, on a cell's centre, on a line of cells or anywhere, in the ground's
-/// heights.
+/// A random sight. The eye is in the grid or around it, at a cell's centre, on a line of cell centres or
+/// anywhere between, and at, above or below the ground.
 Sight sightOn(const Terrain &terrain, Random &random)
 {
     Sight sight;
@@ -89,19 +89,20 @@ Sight sightOn(const Terrain &terrain, Random &random)
     const double targets[] = {0.0, 0.0, 2.0, -0.5};
     sight.targetHeight = targets[std::uniform_int_distribution<int>(0, 3)(random)];
     if (kind % 2 == 1) {
-        sight.ground = {900.0, kind == 3 ? 200.0 : 0.0, 400.0};
-        sight.bend = kind == 5 ? -1e-6 : 1e-6;
+        sight.ground = {.xx = 900.0, .xy = kind == 3 ? 200.0 : 0.0, .yy = 400.0};
+        sight.curvatureDrop = kind == 5 ? -1e-6 : 1e-6;
     }
     if (std::uniform_int_distribution<int>(0, 3)(random) == 0)
         sight.reach = (kind % 2 == 1 ? 25.0 : 1.0) * between(random, 1.0, terrain.width());
     return sight;
 }
 
-/// Cut along the eye's row, each part from its own cells alone.
+/// What partsOf() gives, where each part is computed from a terrain with the cells of its window only.
 BitGrid seenInParts(const Terrain &terrain, const Sight &sight, int threads, VectorPath path)
 {
     BitGrid seen(terrain.width(), terrain.height());
-    for (const Part &part : partsOf(sight, {0, 0, terrain.width(), terrain.height()})) {
+    for (const Part &part :
+         partsOf(sight, {.left = 0, .top = 0, .width = terrain.width(), .height = terrain.height()})) {
         std::vector<double> heights;
         for (int row = 0; row < part.window.height; ++row) {
             for (int column = 0; column < part.window.width; ++column)
@@ -114,7 +115,8 @@ BitGrid seenInParts(const Terrain &terrain, const Sight &sight, int threads, Vec
     return seen;
 }
 
-/// The first cells that differ, on whatever path this processor has; empty if none does.
+/// The first cells in which the fast viewshed differs from the reference, on each path that this processor has;
+/// empty if there are none.
 QString differences(const Terrain &terrain, const Sight &sight, int threads, bool inParts)
 {
     const BlockMaxima maxima(terrain, threads);
@@ -179,7 +181,7 @@ void HorizonTest::equalsTheReference()
     }
 }
 
-/// Large enough for blocks to be passed over, and for leaves of many cells.
+/// A terrain so large that whole blocks are hidden and skipped, and that leaves are many cells wide.
 void HorizonTest::largerTerrain()
 {
     Random random(3);

@@ -1,12 +1,13 @@
 #include "viewshed/combine.h"
 #include "viewshed/lineofsight.h"
 #include "viewshed/options.h"
+#include "viewshed/problem.h"
 
 #include <QTest>
 
 using namespace viewshed;
 
-/// The plain reference on grids that one can check by eye, the rules for several observers, the arguments.
+/// The plain reference on grids that can be checked by eye, the combination of observers, and the arguments.
 class LineOfSightTest : public QObject
 {
     Q_OBJECT
@@ -28,13 +29,10 @@ constexpr double none = noHeight;
 
 Sight sightAt(double column, double row, double z, double targetHeight = 0.0)
 {
-    Sight sight;
-    sight.eye = Eye::at(column, row, z);
-    sight.targetHeight = targetHeight;
-    return sight;
+    return {.eye = Eye::at(column, row, z), .targetHeight = targetHeight, .ground = {}};
 }
 
-/// '#' is seen, '.' is not; rows are separated by a blank.
+/// The grid's rows, separated by blanks: '#' for a seen cell, '.' for any other.
 QString drawn(const BitGrid &grid)
 {
     QStringList rows;
@@ -101,14 +99,16 @@ void LineOfSightTest::grids()
     QTEST(drawn(plainViewshed(terrain, sight, 1)), "seen");
 }
 
-/// Over water, a target h high is in sight up to the sum of both horizons: sqrt(h / bend) + sqrt(eye / bend).
+/// Over water, a target of height h is in sight as far as the sum of both horizons reaches:
+/// sqrt(h / curvatureDrop) + sqrt(eye / curvatureDrop).
 void LineOfSightTest::curvature()
 {
     const Terrain sea(1001, 1, std::vector<double>(1001, 0.0)); // cells of 100 m
     Sight sight = sightAt(0, 0, 20, 100);
-    sight.ground = {1e4, 0.0, 1e4};
-    sight.bend = 0.85714 / (2.0 * 6378137.0);
-    const double horizon = (std::sqrt(20.0 / sight.bend) + std::sqrt(100.0 / sight.bend)) / 100.0;
+    sight.ground = {.xx = 1e4, .xy = 0.0, .yy = 1e4};
+    sight.curvatureDrop = 0.85714 / (2.0 * 6378137.0);
+    const double horizon =
+        (std::sqrt(20.0 / sight.curvatureDrop) + std::sqrt(100.0 / sight.curvatureDrop)) / 100.0;
     const BitGrid seen = plainViewshed(sea, sight, 1);
     for (int column = 0; column <= 1000; ++column) {
         if (std::abs(column - horizon) > 1.0)
@@ -121,17 +121,17 @@ void LineOfSightTest::reachAndThreads()
     const Terrain flat(7, 5, std::vector<double>(35, 0.0));
     Sight sight = sightAt(3, 2, 1);
     sight.reach = 20.0;
-    sight.ground = {100.0, 0.0, 400.0}; // cells of 10 m by 20 m
+    sight.ground = {.xx = 100.0, .xy = 0.0, .yy = 400.0}; // cells of 10 m by 20 m
     for (const int threads : {1, 2, 9})
         QCOMPARE(drawn(plainViewshed(flat, sight, threads)),
                  QStringLiteral("....... ...#... .#####. ...#... ......."));
-    QCOMPARE(windowOf(sight, 7, 5), (Window{0, 0, 7, 5}));
+    QCOMPARE(windowOf(sight, 7, 5), (Window{.left = 0, .top = 0, .width = 7, .height = 5}));
     sight.eye = Eye::at(500.5, 40.0, 1);
-    QCOMPARE(windowOf(sight, 1000, 60), (Window{448, 38, 56, 5}));
+    QCOMPARE(windowOf(sight, 1000, 60), (Window{.left = 448, .top = 38, .width = 56, .height = 5}));
     sight.eye = Eye::at(-20.0, 40.0, 1);
     QCOMPARE(windowOf(sight, 1000, 60), Window());
-    sight.ground = {200.0, 100.0,
-                    200.0}; // a sheared grid: further along the diagonal that is short on the ground
+    // On a sheared grid, the disc contains more cells along the diagonal that is short on the ground.
+    sight.ground = {.xx = 200.0, .xy = 100.0, .yy = 200.0};
     sight.eye = Eye::at(10.0, 10.0, 1);
     QVERIFY(sight.reaches(9, 11) && !sight.reaches(11, 11));
 }
@@ -140,7 +140,7 @@ void LineOfSightTest::combinations()
 {
     // Two observers in a row of 200 cells: the second sees the columns 70 to 74 of its window, and reaches 68
     // to 76.
-    const Window window{64, 0, 64, 1};
+    const Window window{.left = 64, .top = 0, .width = 64, .height = 1};
     Sight sight = sightAt(72 - 64, 0, 0);
     sight.reach = 4.0;
     BitGrid seen(64, 1);
@@ -168,7 +168,7 @@ void LineOfSightTest::combinations()
 void LineOfSightTest::arguments_data()
 {
     QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("outcome"); // part of the message; empty when the line is right
+    QTest::addColumn<QString>("outcome"); // part of the problem; empty if the line is valid
     const QString files = QStringLiteral("-SrcFile a -DstFile b -point_file c");
     QTest::newRow("least") << files << QString();
     QTest::newRow("all, in another order") << "-cc 0 -co A=1 -CNoData 1 2 3 -SH -2.5e0 -point_file c -COZ 0 "
@@ -196,15 +196,15 @@ void LineOfSightTest::arguments()
     std::vector<std::string> list;
     for (const QString &argument : line.split(' '))
         list.push_back(argument.toStdString());
-    QString message;
+    QString text;
     Options options;
     try {
         options = parsedOptions(list);
-    } catch (const Failure &failure) {
-        message = failure.what();
+    } catch (const Problem &problem) {
+        text = problem.what();
     }
-    QCOMPARE(message.isEmpty(), outcome.isEmpty());
-    QVERIFY2(message.contains(outcome), qPrintable(message));
+    QCOMPARE(text.isEmpty(), outcome.isEmpty());
+    QVERIFY2(text.contains(outcome), qPrintable(text));
     if (list.size() > 9 && outcome.isEmpty()) {
         QCOMPARE(options.source + options.destination + options.pointFile, std::string("abc"));
         QCOMPARE(options.band, 2);

@@ -1,4 +1,6 @@
-#include "viewshed/picture.h"
+#include "viewshed/io/picture.h"
+
+#include "viewshed/problem.h"
 
 #include <cpl_string.h>
 #include <gdal_priv.h>
@@ -17,26 +19,28 @@ namespace
 
 namespace fs = std::filesystem;
 
-volatile std::sig_atomic_t stopAsked = 0;
+volatile std::sig_atomic_t stopRequested = 0;
 
-void askToStop(int /*signal*/)
+void requestStop(int /*signal*/)
 {
-    stopAsked = 1;
+    stopRequested = 1;
 }
 
+/// Throws Problem if a signal requested a stop.
 void checkStop()
 {
-    if (stopAsked != 0)
-        throw Failure("The work was stopped.");
+    if (stopRequested != 0)
+        throw Problem("The work was stopped.");
 }
 
-std::string lastMessage(const std::string &what)
+/// The sentence for a failed call of GDAL, with GDAL's own message.
+std::string problemOf(const std::string &what)
 {
     return what + ": " + CPLGetLastErrorMsg();
 }
 
-/// The files that creating a GeoTIFF may leave; it takes those away that were not there before, unless it is
-/// told that all went well.
+/// Deletes on destruction the files that creating a GeoTIFF may leave, unless keep() was called. Only files
+/// that did not exist at construction are deleted, and the picture itself once created() was called.
 class CreatedFiles
 {
 public:
@@ -59,8 +63,9 @@ public:
     CreatedFiles(const CreatedFiles &) = delete;
     CreatedFiles &operator=(const CreatedFiles &) = delete;
 
-    /// An older picture is gone: what stands under its name is this one.
+    /// States that the driver has created the picture, so that an older one of its name is already gone.
     void created() { m_files.push_back(m_picture); }
+    /// States that the picture is complete: the destructor deletes nothing.
     void keep() { m_files.clear(); }
 
 private:
@@ -68,6 +73,7 @@ private:
     fs::path m_picture;
 };
 
+/// Copies the geotransform or the ground control points, and the coordinate system.
 void copyGeoreference(GDALDataset &from, GDALDataset &to)
 {
     double transform[6];
@@ -82,17 +88,18 @@ void copyGeoreference(GDALDataset &from, GDALDataset &to)
     }
 }
 
-/// Some rows of the picture, a plane for each colour.
+/// The bytes of some rows of the picture: a plane for each colour.
 class Rows
 {
 public:
     static constexpr int colors = 3;
 
-    Rows(const Options &options, int width, int most)
+    /// For pictures of `width` columns, and up to `capacity` rows at a time.
+    Rows(const Options &options, int width, int capacity)
         : m_width(width)
         , m_stride(static_cast<std::size_t>((width + BitGrid::bitsPerWord - 1) / BitGrid::bitsPerWord)
                    * BitGrid::bitsPerWord)
-        , m_plane(m_stride * static_cast<std::size_t>(most))
+        , m_plane(m_stride * static_cast<std::size_t>(capacity))
         , m_bytes(m_plane * colors)
     {
         for (std::size_t color = 0; color < colors; ++color) {
@@ -104,23 +111,24 @@ public:
     }
 
     int width() const { return m_width; }
-    /// voids: the bits of the cells without data; null if there is none.
+    /// Colours a row from the bits of its seen cells and of its voids. `voids` may be null: the row has none.
     void paint(int row, const std::uint64_t *seen, const std::uint64_t *voids)
     {
         static const std::array<std::uint64_t, 256> spread = bytesOfBits();
-        constexpr int cells = 8; // of one step
+        constexpr int cells = 8; // coloured in one step, a byte each
         for (int column = 0; column < m_width; column += cells) {
             const int word = column / BitGrid::bitsPerWord;
             const int shift = column % BitGrid::bitsPerWord;
-            const std::uint64_t see = spread[seen[word] >> shift & 0xFF];
-            const std::uint64_t none = voids != nullptr ? spread[voids[word] >> shift & 0xFF] : 0;
+            const std::uint64_t seenBytes = spread[seen[word] >> shift & 0xFF];
+            const std::uint64_t voidBytes = voids != nullptr ? spread[voids[word] >> shift & 0xFF] : 0;
             for (std::size_t color = 0; color < colors; ++color) {
-                const std::uint64_t known = (see & m_seen[color]) | (~see & m_hidden[color]);
-                const std::uint64_t bytes = (none & m_noData[color]) | (~none & known);
+                const std::uint64_t known = (seenBytes & m_seen[color]) | (~seenBytes & m_hidden[color]);
+                const std::uint64_t bytes = (voidBytes & m_noData[color]) | (~voidBytes & known);
                 std::memcpy(this->row(static_cast<int>(color), row) + column, &bytes, sizeof bytes);
             }
         }
     }
+    /// The first byte of a row in the plane of a colour: 0 red, 1 green, 2 blue.
     GByte *row(int color, int row)
     {
         return m_bytes.data() + static_cast<std::size_t>(color) * m_plane
@@ -128,7 +136,8 @@ public:
     }
 
 private:
-    /// A byte of ones for each bit, the lowest bit's first in memory.
+    /// For each byte of eight bits the eight bytes that are 0xFF where the bit is 1, else 0; the byte of the
+    /// lowest bit is the first in memory.
     static std::array<std::uint64_t, 256> bytesOfBits()
     {
         std::array<std::uint64_t, 256> spread{};
@@ -142,15 +151,15 @@ private:
     }
 
     int m_width;
-    std::size_t m_stride; ///< bytes of a row, whole words of cells
-    std::size_t m_plane;  ///< bytes
+    std::size_t m_stride; ///< bytes of a row, for whole words of BitGrid
+    std::size_t m_plane;  ///< bytes of a colour's plane
     std::vector<GByte> m_bytes;
     std::array<std::uint64_t, colors> m_hidden{};
     std::array<std::uint64_t, colors> m_seen{};
     std::array<std::uint64_t, colors> m_noData{};
 };
 
-/// Writes whole blocks past GDAL's cache, which would take in the whole picture.
+/// Writes whole blocks without GDAL's block cache, which would hold a copy of much of the picture.
 class BlockWriter
 {
 public:
@@ -161,9 +170,11 @@ public:
         m_block.resize(static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height));
     }
 
+    /// Height of a block in rows.
     int height() const { return m_height; }
 
-    /// `count` rows from `top` on, which is a multiple of the blocks' height, as `count` is but at the end.
+    /// Writes `count` rows from the picture's row `top` on. Both must be multiples of height(), except for the
+    /// count of the last rows.
     void write(Rows &rows, int top, int count)
     {
         for (int y = 0; y * m_height < count; ++y) {
@@ -187,7 +198,7 @@ private:
             block = m_block.data();
         }
         if (m_picture.GetRasterBand(color + 1)->WriteBlock(x, blockRow, block) != CE_None)
-            throw Failure(lastMessage("The picture cannot be written"));
+            throw Problem(problemOf("The picture cannot be written"));
     }
 
     GDALDataset &m_picture;
@@ -196,12 +207,13 @@ private:
     std::vector<GByte> m_block;
 };
 
-/// Paints some rows of the picture; those of the raster are read again if its cells without data are not known.
+/// Colours `count` rows from the picture's row `top` on; reads the raster's rows if the voids are not known.
 void paintRows(Rows &rows, const Analysis &analysis, const Raster &raster, int top, int count, int threads)
 {
     std::optional<BitGrid> found;
     if (!analysis.knowsVoids) {
-        const Terrain terrain = raster.read({0, top, rows.width(), count}, threads);
+        const Terrain terrain =
+            raster.read({.left = 0, .top = top, .width = rows.width(), .height = count}, threads);
         found.emplace(rows.width(), count);
         for (int row = 0; row < count; ++row)
             terrain.findVoids(row, found->row(row));
@@ -216,8 +228,9 @@ void writeCells(GDALDataset &picture, const Analysis &analysis, const Raster &ra
                 int threads)
 {
     BlockWriter writer(picture);
-    const int someRows = analysis.knowsVoids ? 32 : 256;
-    const int step = std::max(writer.height(), someRows / writer.height() * writer.height());
+    // More rows at a time where the raster is read again, so that the reading threads have work.
+    const int rowsAtATime = analysis.knowsVoids ? 32 : 256;
+    const int step = std::max(writer.height(), rowsAtATime / writer.height() * writer.height());
     const int height = analysis.seen.height();
     Rows rows(options, analysis.seen.width(), std::min(step, height));
     for (int top = 0; top < height; top += step) {
@@ -228,7 +241,7 @@ void writeCells(GDALDataset &picture, const Analysis &analysis, const Raster &ra
     }
 }
 
-bool sameFile(const std::string &one, const std::string &other)
+bool isSameFile(const std::string &one, const std::string &other)
 {
     std::error_code error;
     return one == other || fs::equivalent(one, other, error);
@@ -243,38 +256,38 @@ void writePicture(const Analysis &analysis, const Raster &raster, const Options 
         creation.AddString(option.c_str());
     GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("GTiff");
     if (driver == nullptr)
-        throw Failure("GDAL has no driver for GeoTIFF.");
+        throw Problem("GDAL has no driver for GeoTIFF.");
 
     CreatedFiles files(options.destination);
-    std::signal(SIGTERM, askToStop);
-    std::signal(SIGINT, askToStop);
+    std::signal(SIGTERM, requestStop);
+    std::signal(SIGINT, requestStop);
     CPLErrorReset();
     std::unique_ptr<GDALDataset> picture(driver->Create(
         options.destination.c_str(), raster.width(), raster.height(), Rows::colors, GDT_Byte, creation.List()));
     if (!picture)
-        throw Failure(lastMessage("The picture cannot be created"));
+        throw Problem(problemOf("The picture cannot be created"));
     files.created();
     copyGeoreference(raster.dataset(), *picture);
     writeCells(*picture, analysis, raster, options, threads);
     CPLErrorReset();
     picture.reset();
     if (CPLGetLastErrorType() >= CE_Failure)
-        throw Failure(lastMessage("The picture cannot be written"));
+        throw Problem(problemOf("The picture cannot be written"));
     checkStop();
     files.keep();
 }
 
 void checkDestination(const Options &options, const Raster &raster)
 {
-    std::vector<std::string> read = raster.files();
-    read.push_back(options.source);
-    read.push_back(options.pointFile);
+    std::vector<std::string> inputs = raster.files();
+    inputs.push_back(options.source);
+    inputs.push_back(options.pointFile);
     const fs::path points(options.pointFile);
-    for (const char *part : {".shp", ".shx", ".dbf"})
-        read.push_back(fs::path(points).replace_extension(part).string());
-    for (const std::string &file : read) {
-        if (sameFile(file, options.destination))
-            throw Failure("The picture would replace " + file + ", which is read.");
+    for (const char *extension : {".shp", ".shx", ".dbf"})
+        inputs.push_back(fs::path(points).replace_extension(extension).string());
+    for (const std::string &file : inputs) {
+        if (isSameFile(file, options.destination))
+            throw Problem("The picture would replace " + file + ", which is an input.");
     }
 }
 

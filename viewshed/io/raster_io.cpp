@@ -1,7 +1,7 @@
-#include "viewshed/raster_io.h"
+#include "viewshed/io/raster_io.h"
 
 #include "viewshed/jobs.h"
-#include "viewshed/options.h"
+#include "viewshed/problem.h"
 
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
@@ -16,12 +16,14 @@ namespace viewshed
 namespace
 {
 
+/// Whether a float keeps every number of the type.
 bool fitsFloat(GDALDataType type)
 {
     return type == GDT_Byte || type == GDT_Int16 || type == GDT_UInt16 || type == GDT_Float32;
 }
 
-/// Reads the blocks that meet a window into its cells.
+/// Reads the cells of a window from the file's blocks. `cells` points to width × height numbers of the window
+/// and must outlive the reader.
 template <class Number> class BlockReader
 {
 public:
@@ -41,15 +43,16 @@ public:
         m_masked = (band.GetMaskFlags() & (GMF_ALL_VALID | GMF_NODATA)) == 0;
     }
 
-    /// tell(bottom): the window's rows above that are there.
-    template <class Tell> void read(Tell tell)
+    /// After each row of blocks calls onRowsRead(bottom): the window's rows above the raster's row `bottom`
+    /// have been read.
+    template <class OnRowsRead> void read(OnRowsRead onRowsRead)
     {
         const int bottom = m_window.top + m_window.height;
         const int right = m_window.left + m_window.width;
         for (int y = m_window.top / m_blockHeight; y * m_blockHeight < bottom; ++y) {
             for (int x = m_window.left / m_blockWidth; x * m_blockWidth < right; ++x)
                 readBlock(x, y);
-            tell(std::min((y + 1) * m_blockHeight, bottom));
+            onRowsRead(std::min((y + 1) * m_blockHeight, bottom));
         }
     }
 
@@ -57,14 +60,14 @@ private:
     void readBlock(int x, int y)
     {
         if (m_band.ReadBlock(x, y, m_block.data()) != CE_None)
-            throw Failure("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+            throw Problem("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
         const int firstColumn = std::max(x * m_blockWidth, m_window.left);
         const int endColumn = std::min(x * m_blockWidth + m_blockWidth, m_window.left + m_window.width);
         const int firstRow = std::max(y * m_blockHeight, m_window.top);
         const int endRow = std::min(y * m_blockHeight + m_blockHeight, m_window.top + m_window.height);
         const GDALDataType type = m_band.GetRasterDataType();
         const int bytes = GDALGetDataTypeSizeBytes(type);
-        constexpr GDALDataType own = sizeof(Number) == sizeof(float) ? GDT_Float32 : GDT_Float64;
+        constexpr GDALDataType target = sizeof(Number) == sizeof(float) ? GDT_Float32 : GDT_Float64;
         const int columns = endColumn - firstColumn;
         for (int row = firstRow; row < endRow; ++row) {
             const auto inBlock =
@@ -73,7 +76,7 @@ private:
             Number *to = m_cells
                 + static_cast<std::size_t>(row - m_window.top) * static_cast<std::size_t>(m_window.width)
                 + (firstColumn - m_window.left);
-            GDALCopyWords(m_block.data() + inBlock * static_cast<std::size_t>(bytes), type, bytes, to, own,
+            GDALCopyWords(m_block.data() + inBlock * static_cast<std::size_t>(bytes), type, bytes, to, target,
                           static_cast<int>(sizeof(Number)), columns);
             dropNoData(to, columns);
             if (m_masked)
@@ -83,10 +86,11 @@ private:
 
     void dropNoData(Number *cells, int count) const
     {
-        constexpr Number none = std::numeric_limits<Number>::quiet_NaN();
+        constexpr Number noData = std::numeric_limits<Number>::quiet_NaN();
         constexpr Number greatest = std::numeric_limits<Number>::max();
         for (int cell = 0; cell < count; ++cell)
-            cells[cell] = cells[cell] == m_noData || !(std::abs(cells[cell]) <= greatest) ? none : cells[cell];
+            cells[cell] =
+                cells[cell] == m_noData || !(std::abs(cells[cell]) <= greatest) ? noData : cells[cell];
     }
 
     void dropMasked(Number *cells, int column, int row, int count)
@@ -95,7 +99,7 @@ private:
         if (m_band.GetMaskBand()->RasterIO(GF_Read, column, row, count, 1, m_mask.data(), count, 1, GDT_Byte, 0,
                                            0, nullptr)
             != CE_None)
-            throw Failure("The mask of the elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+            throw Problem("The mask of the elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
         for (int cell = 0; cell < count; ++cell) {
             if (m_mask[static_cast<std::size_t>(cell)] == 0)
                 cells[cell] = std::numeric_limits<Number>::quiet_NaN();
@@ -109,7 +113,7 @@ private:
     int m_blockHeight = 0;
     std::vector<GByte> m_block;
     std::vector<GByte> m_mask;
-    Number m_noData = std::numeric_limits<Number>::quiet_NaN(); ///< NaN equals nothing
+    Number m_noData = std::numeric_limits<Number>::quiet_NaN(); ///< NaN if there is none: it equals no number
     bool m_masked = false;
 };
 
@@ -121,15 +125,15 @@ Raster::Raster(const std::string &path, int band)
     , m_dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR))
 {
     if (!m_dataset)
-        throw Failure("The raster cannot be opened: " + std::string(CPLGetLastErrorMsg()));
+        throw Problem("The raster cannot be opened: " + std::string(CPLGetLastErrorMsg()));
     if (band > m_dataset->GetRasterCount())
-        throw Failure("The raster " + path + " has no band " + std::to_string(band) + ".");
+        throw Problem("The raster " + path + " has no band " + std::to_string(band) + ".");
     if (width() >= largestSide || height() >= largestSide)
-        throw Failure("The raster " + path + " is too large.");
+        throw Problem("The raster " + path + " is too large.");
     m_band = m_dataset->GetRasterBand(band);
     const GDALDataType type = m_band->GetRasterDataType();
     if (GDALDataTypeIsComplex(type) != FALSE)
-        throw Failure("The raster " + path + " holds complex numbers, no elevations.");
+        throw Problem("The raster " + path + " holds complex numbers, not elevations.");
     m_storage = fitsFloat(type) ? Terrain::Storage::Float : Terrain::Storage::Double;
 }
 
@@ -162,49 +166,51 @@ double Raster::metresOfHeight() const
     return 1.0;
 }
 
-Terrain Raster::read(const Window &window, int threads, const RowsRead &tell) const
+Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRead) const
 {
     Terrain terrain(window.width, window.height, m_storage);
     int blockWidth = 0;
     int blockHeight = 0;
     m_band->GetBlockSize(&blockWidth, &blockHeight);
-    // Parts begin with a row of blocks of the file, so that no block is read twice.
+    // Each part begins with a row of the file's blocks, so that no block is read twice.
     constexpr int parts = 16;
     const int blocks = (window.top % blockHeight + window.height + blockHeight - 1) / blockHeight;
     const int step = std::max(blocks / parts, 1) * blockHeight;
     const int first = window.top - window.top % blockHeight;
-    std::vector<std::unique_ptr<GDALDataset>> spare = openedAgain(std::min(threads, blocks / 2) - 1);
+    std::vector<std::unique_ptr<GDALDataset>> idle = handles(std::min(threads, blocks / 2));
     std::mutex guard;
     const auto readPart = [&](int part) {
-        std::unique_ptr<GDALDataset> own;
+        std::unique_ptr<GDALDataset> handle;
         {
             const std::lock_guard lock(guard);
-            own = std::move(spare.back());
-            spare.pop_back();
+            handle = std::move(idle.back());
+            idle.pop_back();
         }
-        GDALRasterBand &band = *(own ? *own : *m_dataset).GetRasterBand(m_bandNumber);
+        GDALRasterBand &band = *(handle ? *handle : *m_dataset).GetRasterBand(m_bandNumber);
         const int top = std::max(first + part * step, window.top);
         const int bottom = std::min(first + (part + 1) * step, window.top + window.height);
-        const Window rows{window.left, top, window.width, bottom - top};
+        const Window rows{.left = window.left, .top = top, .width = window.width, .height = bottom - top};
         const std::ptrdiff_t skipped = static_cast<std::ptrdiff_t>(top - window.top) * window.width;
-        const auto rowsRead = [&](int end) {
-            if (tell)
-                tell(terrain, top - window.top, end - window.top);
+        const auto reportRows = [&](int end) {
+            if (onRowsRead)
+                onRowsRead(terrain, top - window.top, end - window.top);
         };
-        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(rowsRead); });
+        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(reportRows); });
         const std::lock_guard lock(guard);
-        spare.push_back(std::move(own));
+        idle.push_back(std::move(handle));
     };
     const int count = (window.top + window.height - first + step - 1) / step;
-    runJobs(count, static_cast<int>(spare.size()), readPart, {});
+    runJobs(count, static_cast<int>(idle.size()), readPart, {});
     return terrain;
 }
 
-/// Handles of the file, one a thread, as GDAL's are no good for two: a null one stands for our own.
-std::vector<std::unique_ptr<GDALDataset>> Raster::openedAgain(int more) const
+/// Up to `count` handles of the file, and at least one: a GDAL dataset must not be used by two threads at a
+/// time. The first handle is null and stands for m_dataset. If the file cannot be opened again, there are
+/// fewer.
+std::vector<std::unique_ptr<GDALDataset>> Raster::handles(int count) const
 {
     std::vector<std::unique_ptr<GDALDataset>> handles(1);
-    for (int handle = 0; handle < more; ++handle) {
+    for (int handle = 1; handle < count; ++handle) {
         std::unique_ptr<GDALDataset> opened(GDALDataset::Open(m_path.c_str(), GDAL_OF_RASTER));
         if (opened)
             handles.push_back(std::move(opened));

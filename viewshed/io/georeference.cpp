@@ -1,6 +1,6 @@
-#include "viewshed/georeference.h"
+#include "viewshed/io/georeference.h"
 
-#include "viewshed/options.h"
+#include "viewshed/problem.h"
 
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
@@ -11,14 +11,16 @@ namespace viewshed
 namespace
 {
 
-/// Metres of a unit of x and of y.
+/// The length of a unit of x and of a unit of y on the ground, in metres.
 struct Metres
 {
     double x;
     double y;
 };
 
-/// The radii of curvature of the ellipsoid at a latitude, a quarter turn and its end at the poles.
+/// Lengths for a geographic coordinate system at a latitude in its angular unit, with the ellipsoid's radius of
+/// curvature N = a / √(1 − e² sin² φ) in the prime vertical: a unit of angle is N · cos φ wide along the
+/// parallel, and N · (1 − e²) / (1 − e² sin² φ) high along the meridian.
 Metres metresOfAngle(const OGRSpatialReference &crs, double latitude)
 {
     const double angle = crs.GetAngularUnits();
@@ -27,8 +29,9 @@ Metres metresOfAngle(const OGRSpatialReference &crs, double latitude)
     const double e2 = flattening * (2.0 - flattening);
     const double sine = std::sin(latitude * angle);
     const double w = 1.0 - e2 * sine * sine;
-    const double across = a / std::sqrt(w);
-    return {angle * across * std::abs(std::cos(latitude * angle)), angle * across * (1.0 - e2) / w};
+    const double primeVertical = a / std::sqrt(w);
+    return {.x = angle * primeVertical * std::abs(std::cos(latitude * angle)),
+            .y = angle * primeVertical * (1.0 - e2) / w};
 }
 
 } // namespace
@@ -41,14 +44,14 @@ Georeference::Georeference(GDALDataset &dataset)
         m_transform = {0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
         if (dataset.GetGCPCount() > 0) {
             if (GDALGCPsToGeoTransform(dataset.GetGCPCount(), dataset.GetGCPs(), m_transform.data(), TRUE) == 0)
-                throw Failure("The raster's ground control points do not place it.");
+                throw Problem("The raster's ground control points yield no geotransform.");
             crs = dataset.GetGCPSpatialRef();
         }
     }
     if (crs != nullptr)
         m_crs.reset(crs->Clone());
     if (GDALInvGeoTransform(m_transform.data(), m_inverse.data()) == 0)
-        throw Failure("The raster's cells have no extent on the ground.");
+        throw Problem("The raster's cells have no extent on the ground.");
 }
 
 Georeference::~Georeference() = default;
@@ -56,8 +59,8 @@ Georeference::~Georeference() = default;
 Georeference::Position Georeference::positionOf(double x, double y) const
 {
     constexpr double half = 0.5; // the geotransform counts from the first cell's corner
-    return {m_inverse[0] + m_inverse[1] * x + m_inverse[2] * y - half,
-            m_inverse[3] + m_inverse[4] * x + m_inverse[5] * y - half};
+    return {.column = m_inverse[0] + m_inverse[1] * x + m_inverse[2] * y - half,
+            .row = m_inverse[3] + m_inverse[4] * x + m_inverse[5] * y - half};
 }
 
 GroundForm Georeference::groundAt(double y) const
@@ -71,7 +74,9 @@ GroundForm Georeference::groundAt(double y) const
     const double columnY = m_transform[4] * metres.y;
     const double rowX = m_transform[2] * metres.x;
     const double rowY = m_transform[5] * metres.y;
-    return {columnX * columnX + columnY * columnY, columnX * rowX + columnY * rowY, rowX * rowX + rowY * rowY};
+    return {.xx = columnX * columnX + columnY * columnY,
+            .xy = columnX * rowX + columnY * rowY,
+            .yy = rowX * rowX + rowY * rowY};
 }
 
 double Georeference::semiMajorAxis() const

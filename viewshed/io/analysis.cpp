@@ -1,8 +1,9 @@
-#include "viewshed/analysis.h"
+#include "viewshed/io/analysis.h"
 
-#include "viewshed/georeference.h"
 #include "viewshed/horizon.h"
+#include "viewshed/io/georeference.h"
 #include "viewshed/jobs.h"
+#include "viewshed/problem.h"
 
 #include <gdal_priv.h>
 
@@ -14,53 +15,58 @@ namespace viewshed
 namespace
 {
 
-/// What an observer looks with, counted from the raster's first cell.
+/// The observer's sight; the eye's position counts from the raster's first cell.
 Sight sightOf(const Observer &observer, const Georeference &georeference, const Raster &raster,
               const Options &options)
 {
     const auto [column, row] = georeference.positionOf(observer.x, observer.y);
     if (!(std::abs(column) < largestSide && std::abs(row) < largestSide))
-        throw Failure(observer.name + " is too far from the raster.");
+        throw Problem(observer.name + " is too far from the raster.");
     Sight sight;
     sight.eye = Eye::at(column, row, observer.z);
     sight.targetHeight = options.targetHeight;
     sight.ground = georeference.groundAt(observer.y);
-    sight.bend = options.curvature / (2.0 * georeference.semiMajorAxis()) / raster.metresOfHeight();
+    sight.curvatureDrop = options.curvature / (2.0 * georeference.semiMajorAxis()) / raster.metresOfHeight();
     sight.reach = observer.reach;
     return sight;
 }
 
-/// What the observer looks at, in parts that are computed one after the other. Several observers share the
-/// heights: cutting them would mean to read them over and over.
+/// The parts that are computed one after the other for an observer. `alone`: there is no other observer.
+/// Several observers share the elevations in memory, so their windows are not cut: each would have to be read
+/// again.
 std::vector<Part> partsFor(const Sight &sight, const Raster &raster, bool alone)
 {
     const Window window = windowOf(sight, raster.width(), raster.height());
     return alone ? partsOf(sight, window) : std::vector<Part>{{window, window.top, window.top + window.height}};
 }
 
+/// Throws Problem if the elevations of the observer's largest part do not fit into the available memory.
 void checkMemory(const Observer &observer, const Sight &sight, const Raster &raster, bool alone)
 {
-    constexpr double share = 0.9;  // of what is free, the rest of it being for GDAL
-    constexpr double bits = 0.375; // bytes a cell of the raster
+    constexpr double share = 0.9; // the rest of the available memory is left to GDAL
+    constexpr double bytesPerCell =
+        0.375; // of the raster: bits for the seen cells, the voids and one observer's result
     const double available =
-        share * availableMemory() - bits * raster.width() * static_cast<double>(raster.height());
+        share * availableMemory() - bytesPerCell * raster.width() * static_cast<double>(raster.height());
     if (available <= 0.0)
-        throw Failure("The raster has more cells than fit into the available memory.");
-    const auto each = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
+        throw Problem("The raster has more cells than fit into the available memory.");
+    const auto bytesPerHeight = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
     double needed = 0.0;
     for (const Part &part : partsFor(sight, raster, alone))
-        needed = std::max(needed, each * part.window.width * part.window.height);
+        needed = std::max(needed, bytesPerHeight * part.window.width * part.window.height);
     if (needed <= available)
         return;
     const double determinant = sight.ground.xx * sight.ground.yy - sight.ground.xy * sight.ground.xy;
-    // A disc's frame has 4 · distance² / (area of a cell) cells if the cells are square.
-    const double frame = alone ? 2.0 : 4.0;
-    const double distance = std::sqrt(available / each * std::sqrt(std::max(determinant, 0.0)) / frame);
-    throw Failure(observer.name + " sees more cells than fit into the available memory; a Max_Dist of "
-                  + std::to_string(static_cast<long long>(distance)) + " m would.");
+    // The square around a disc has 4 · distance² / (area of a cell) cells, and each of its two parts half of
+    // them.
+    const double discSquare = alone ? 2.0 : 4.0;
+    const double distance =
+        std::sqrt(available / bytesPerHeight * std::sqrt(std::max(determinant, 0.0)) / discSquare);
+    throw Problem(observer.name + " sees more cells than fit into the available memory; a Max_Dist of "
+                  + std::to_string(static_cast<long long>(distance)) + " m would fit.");
 }
 
-/// The part of the raster that is at hand.
+/// The one window of the raster that is in memory.
 class LoadedWindow
 {
 public:
@@ -73,15 +79,16 @@ public:
     const Terrain &terrain() const { return *m_terrain; }
     const BlockMaxima &maxima() const { return *m_maxima; }
 
-    /// Whether it had to be read.
+    /// Makes sure that all of `window` is in memory, and returns whether it had to be read. Until the first
+    /// call there is no terrain.
     bool load(const Window &window)
     {
         if (m_terrain && m_window.holds(window))
             return false;
-        m_terrain.reset(); // two do not fit
+        m_terrain.reset(); // frees the memory first: two windows may not fit
         m_maxima.emplace(window.width, window.height);
         m_terrain.emplace(m_raster.read(window, m_threads, [this](const Terrain &terrain, int first, int end) {
-            m_maxima->take(terrain, first, end);
+            m_maxima->scanRows(terrain, first, end);
         }));
         m_maxima->finish(*m_terrain, m_threads);
         m_window = window;
@@ -96,41 +103,44 @@ private:
     std::optional<BlockMaxima> m_maxima;
 };
 
-/// What was found so far, and what is needed to find more.
+/// Computes the parts of all observers in turn, and collects the results.
 class Survey
 {
 public:
     Survey(const Raster &raster, const Options &options, int threads)
         : m_options(options)
         , m_threads(threads)
-        , m_whole{0, 0, raster.width(), raster.height()}
+        , m_whole{.left = 0, .top = 0, .width = raster.width(), .height = raster.height()}
         , m_loaded(raster, threads)
-        , m_analysis{BitGrid(raster.width(), raster.height()), false, {}}
+        , m_analysis{.seen = BitGrid(raster.width(), raster.height()), .knowsVoids = false, .voids = {}}
     { }
 
-    /// Adds a part, or all, of what the next observer sees.
-    void look(const Sight &sight, const Part &part, bool first, const Progress &progress)
+    /// Combines what one observer sees in one part with the results so far. `first`: it is the first observer.
+    void addPart(const Sight &sight, const Part &part, bool first, const Progress &progress)
     {
         if (m_loaded.load(part.window))
             addVoids();
         const Window &window = m_loaded.window();
-        const Sight own = within(sight, window);
+        const Sight sightInWindow = within(sight, window);
         if (window == m_whole && (first || m_options.combination == Combination::Or)) {
-            addHorizonViewshed(m_analysis.seen, m_loaded.terrain(), m_loaded.maxima(), own, m_threads,
+            addHorizonViewshed(m_analysis.seen, m_loaded.terrain(), m_loaded.maxima(), sightInWindow, m_threads,
                                progress);
             return;
         }
-        const BitGrid seen = horizonViewshed(m_loaded.terrain(), m_loaded.maxima(), own, m_threads, progress);
+        const BitGrid seen =
+            horizonViewshed(m_loaded.terrain(), m_loaded.maxima(), sightInWindow, m_threads, progress);
         if (first)
             add(m_analysis.seen, seen,
                 window == part.window ? part : Part{window, window.top, window.top + window.height});
         else
-            combine(m_analysis.seen, seen, window, own, m_options.combination);
+            combine(m_analysis.seen, seen, window, sightInWindow, m_options.combination);
     }
+    /// To be called once, at the end.
     Analysis result() { return std::move(m_analysis); }
 
 private:
-    /// Adds the cells without data of what was loaded, as far as all rows above are known.
+    /// Collects the voids of the loaded window if it has the raster's full width and follows the rows whose
+    /// voids are known.
     void addVoids()
     {
         const Window &window = m_loaded.window();
@@ -155,7 +165,7 @@ private:
     int m_threads;
     Window m_whole;
     LoadedWindow m_loaded;
-    int m_knownRows = 0; ///< from the top: those whose cells without data are known
+    int m_knownRows = 0; ///< the voids of the rows above this one are known
     Analysis m_analysis;
 };
 
@@ -175,11 +185,11 @@ Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, 
     for (std::size_t index = 0; index < sights.size(); ++index) {
         const std::vector<Part> parts = partsFor(sights[index], raster, alone);
         for (std::size_t part = 0; part < parts.size(); ++part) {
-            const auto tell = [&](double done) {
+            const auto reportPart = [&](double done) {
                 progress((static_cast<double>(index * parts.size() + part) + done)
                          / static_cast<double>(sights.size() * parts.size()));
             };
-            survey.look(sights[index], parts[part], index == 0, tell);
+            survey.addPart(sights[index], parts[part], index == 0, reportPart);
         }
     }
     return survey.result();

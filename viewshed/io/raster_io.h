@@ -1,0 +1,62 @@
+#pragma once
+
+#include "viewshed/combine.h"
+#include "viewshed/terrain.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+class GDALDataset;
+class GDALRasterBand;
+
+namespace viewshed
+{
+
+/// A raster file, opened for reading, and its band with the elevations.
+class Raster
+{
+public:
+    /// `path` is what GDAL opens, `band` counts from 1. Throws Problem if the file cannot be opened, lacks the
+    /// band, has largestSide columns or rows or more, or if the band holds complex numbers.
+    Raster(const std::string &path, int band);
+    ~Raster();
+
+    int width() const;
+    int height() const;
+    /// Belongs to the raster; only one thread may use it at a time.
+    GDALDataset &dataset() const { return *m_dataset; }
+    /// The files that GDAL reads the raster from, as GDAL names them.
+    std::vector<std::string> files() const;
+
+    /// Float if a float keeps every number of the band without loss, else Double.
+    Terrain::Storage storage() const { return m_storage; }
+    /// The length of the vertical unit in metres: that of a foot if the band's unit type names one, else 1.
+    double metresOfHeight() const;
+
+    /// Receives the terrain that is being read, and a range of its rows that have been read: the first row and
+    /// the row after the last.
+    using RowsRead = std::function<void(const Terrain &, int, int)>;
+    /// Reads the elevations of a window, block by block and without GDAL's block cache. A number becomes a cell
+    /// without data if it is the no-data value, if the band's mask excludes it, or if it is not finite. Each
+    /// thread reads a range of rows with a dataset handle of its own, and calls `onRowsRead` after each row of
+    /// blocks with all rows that it has read of its range; the ranges of different threads do not overlap.
+    /// Throws Problem if GDAL cannot read, and std::bad_alloc.
+    Terrain read(const Window &window, int threads, const RowsRead &onRowsRead = {}) const;
+
+private:
+    std::vector<std::unique_ptr<GDALDataset>> handles(int count) const;
+
+    std::string m_path;
+    int m_bandNumber;
+    std::unique_ptr<GDALDataset> m_dataset;
+    GDALRasterBand *m_band = nullptr;
+    Terrain::Storage m_storage = Terrain::Storage::Float;
+};
+
+/// The memory that this process can still allocate without swapping, in bytes; the greatest double on a system
+/// that does not report it.
+double availableMemory();
+
+} // namespace viewshed

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "viewshed/bitgrid.h"
+#include "viewshed/blockmaxima.h"
+#include "viewshed/combine.h"
+#include "viewshed/panel.h"
+#include "viewshed/skyline.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace viewshed
+{
+
+inline constexpr int sectors = 4;
+inline constexpr int leavesPerSector = 64;
+
+/// Rounding
+///
+/// LeafSweep decides a cell by comparing the target's height above the eye with the horizon's. It must agree
+/// with sees(), which rounds as well, so it leaves every cell to sees() whose two heights differ by no more
+/// than E = ahead · H · horizonRounding, where H bounds every height above or below the eye (after the Earth's
+/// curvature and with the target height) and ahead is the ring's distance in cells. E must exceed the sum of:
+///
+/// 1. The horizon's own rounding. Let u = 2^-53, and let a ring at the distance r give the piece a + b · m.
+///    Positions on the lattice are exact, and r ≥ 2^-10, the distance of two lattice points.
+///    Along the ring, a = (left · (side + 1) − right · side) / r with |side| ≤ r + 2 has an error of at most
+///    6 u H (r + 2) / r < 2^14 u H, and b = right − left one of 2 u H.
+///    From the nearer ring, b = (height − a · r) / side with |side| ≥ 2^-10 has an error of at most
+///    (8 r + 2) u H / |side|. It is used for |m| ≤ |side| / (r − 1) if r ≥ 2, and for |m| ≤ 1 if not; the error
+///    of b · m is at most 18 u H, or 18 · 2^10 u H.
+///    Evaluating a · ahead + b · side adds less than the same again. The sum is below ahead · H · 2^-38. The
+///    factor of about 2^10 comes only from rings nearer than 2 cells, with an eye that is very near to a line
+///    or a place of the grid.
+/// 2. The rounding of sees(). It makes four roundings of a crossing's heights. At the cell they count by the
+///    quotient of both distances, which is 2^10 · ahead at most. Their sum is at most ahead · H · 2^-41.
+/// 3. Wrong choices between two pieces that nearly tie. The difference of two pieces errs by less than
+///    ahead · H · 2^-46 if both rings are at least 2 cells away, and by less than ahead · H · 2^-38.5
+///    otherwise, which concerns two rings at most. A piece that is kept keeps its coefficients, so such errors
+///    add up only over a chain of replacements, each by a slightly lower piece at the same direction. E leaves
+///    room for a chain of more than a hundred replacements that all have the greatest error.
+inline constexpr double horizonRounding = 0x1p-36;
+
+/// The greatest distance between an eye and a cell, in cells along either axis, for which two different
+/// directions are different numbers. Directions are quotients of lattice numbers below 2^26, so two of them
+/// differ by 2^-52 at least, and rounding moves a number up to 1 by 2^-54 at most.
+inline constexpr double exactRange = 65536.0;
+
+/// What the leaves of one sight share. The references must outlive the sweeps.
+struct Scene
+{
+    const Terrain &terrain;
+    const BlockMaxima &maxima; ///< of `terrain`
+    const Sight &sight;
+    Window window;              ///< the part of the terrain that holds every cell within the sight's reach
+    double errorPerCell;        ///< E / ahead, see "Rounding"; in the DEM's vertical unit
+    double shortestStepSquared; ///< lower bound of the squared length of a step of one cell, in square metres
+    const SkylineKernels &kernels;
+    BitGrid &seen; ///< of the terrain's size; several threads set bits in it
+};
+
+/// The buffers of a sweep. A thread passes the same workspace to one sweep after the other, so that memory is
+/// allocated only a few times.
+struct Workspace
+{
+    explicit Workspace(const SkylineKernels &kernels)
+        : skyline(kernels)
+        , panel(kernels)
+    { }
+
+    Skyline skyline;
+    Panel panel;
+    std::vector<std::uint64_t> seenVertices; ///< for each vertex of the ring 1 if it is seen, else 0
+    std::vector<std::uint64_t> columnBits;   ///< for each place of the panel the bits of one block's columns
+};
+
+/// Walks the rings of one leaf outwards, from the eye to the edge of the scene's window, and sets the bits of
+/// the cells that are seen. The glossary in horizon.h explains the terms.
+class LeafSweep
+{
+public:
+    /// Leaf number `leaf` (0 to leavesPerSector - 1, by growing m) of the sector that `frame` describes. No
+    /// other sweep may use the workspace at the same time.
+    LeafSweep(const Scene &scene, const Frame &frame, int leaf, Workspace &workspace);
+
+    void run();
+
+private:
+    double ahead(int line) const { return (line - m_eyeLine) * m_frame.awayStep; }
+    Places placesAround(double ahead) const;
+    void sweepBlock(int nearestLine, int farthestLine);
+    double greatestElevation(int line, Places places) const;
+    bool isHidden(int nearestLine, int farthestLine, double greatest);
+    void sweepLine(int line);
+    void decide(int line, const Ring &ring, int firstPlace, const double *limits);
+    void decideDoubtful(int line, const Ring &ring, int firstPlace, const double *limits, int doubtful);
+    void dropBeyondReach(int line, const Ring &ring, int firstPlace);
+    void collectColumn(int line, const Ring &ring, int firstPlace);
+    void storeRow(int line, const Ring &ring, int firstPlace);
+    void storeColumns(int line);
+    void store(int column, int row, std::uint64_t bits);
+
+    const Scene &m_scene;
+    Frame m_frame;
+    double m_from; ///< least direction m of the leaf
+    double m_to;   ///< greatest direction m of the leaf
+    double m_eyeLine;
+    double m_eyePlace;
+    Places m_lines;                ///< the window's lines
+    Places m_places;               ///< the window's places
+    bool m_nothingAboveEye = true; ///< no cell of the blocks so far is above the eye's level plane
+    Skyline &m_skyline;
+    Panel &m_panel;
+    std::vector<std::uint64_t> &m_seenVertices;
+    std::vector<std::uint64_t> &m_columnBits;
+};
+
+} // namespace viewshed
