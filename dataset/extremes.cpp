@@ -41,8 +41,8 @@ struct ExtremesReader::Band
 
     Band(const QString &path, int number)
     {
-        const GdalMessages
-            messages; // keeps quiet: choosing the file has already reported that it cannot be opened
+        // Nothing is logged: choosing the file has already reported that it cannot be opened.
+        const GdalMessages messages;
         dataset.reset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
         band = dataset && number >= 1 && number <= dataset->GetRasterCount() ? dataset->GetRasterBand(number)
                                                                              : nullptr;
@@ -106,9 +106,9 @@ struct ExtremesReader::Band
 ExtremesReader::ExtremesReader(const QString &path, int band, Effort effort)
     : m_band(std::make_unique<Band>(path, band))
 {
-    constexpr std::size_t largestBlock = std::size_t(1) << 30; // bytes: more would not fit into memory
-    constexpr std::size_t largestEstimate = std::size_t(64)
-        << 20; // bytes: more would block a window for too long
+    // Bytes of a block: a larger one would not fit into memory, or would block a window for too long.
+    constexpr std::size_t largestBlock = std::size_t(1) << 30;
+    constexpr std::size_t largestEstimate = std::size_t(64) << 20;
     if (!m_band->band || m_band->blockSize() > largestBlock) {
         m_found.unreadable = true;
         return;
@@ -121,7 +121,7 @@ ExtremesReader::ExtremesReader(const QString &path, int band, Effort effort)
     const double minimum = m_band->band->GetMinimum(&hasMinimum);
     const double maximum = m_band->band->GetMaximum(&hasMaximum);
     if (hasMinimum && hasMaximum && std::isfinite(minimum) && std::isfinite(maximum) && minimum <= maximum) {
-        m_found = {true, false, minimum, maximum};
+        m_found = {.known = true, .minimum = minimum, .maximum = maximum};
         m_blocksToRead = 0;
     } else if (m_band->blockSize() > largestEstimate) {
         m_blocksToRead = 0;

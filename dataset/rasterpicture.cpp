@@ -85,9 +85,8 @@ QImage RasterPicture::readColours(const QRect &part, const QSize &size) const
     QImage image(size, QImage::Format_RGBA8888);
     image.fill(Qt::white); // opaque where there is no fourth band
     GDALRasterIOExtraArg extra = resampling(part, size);
-    if (m_colourBands > opacity)
-        extra.eResampleAlg =
-            GRIORA_NearestNeighbour; // an average would mix in the colours of transparent cells
+    if (m_colourBands > opacity) // an average would mix in the colours of transparent cells
+        extra.eResampleAlg = GRIORA_NearestNeighbour;
     const CPLErr error = m_dataset->RasterIO(GF_Read, part.x(), part.y(), part.width(), part.height(),
                                              image.bits(), size.width(), size.height(), GDT_Byte, m_colourBands,
                                              nullptr, 4, image.bytesPerLine(), 1, &extra);

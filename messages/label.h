@@ -10,7 +10,8 @@ struct Label
     const char *text;
 };
 
-/// The text of the label in the current language. For code outside widgets; a widget calls its own tr(text, key).
+/// The text of the label in the current language. For code outside widgets; a widget calls its own tr(text,
+/// key).
 ///
 /// If the text holds %1, %2 …, fill them by a single call of QString::arg with all values: chained calls would
 /// also replace a "%1" that the first value holds.

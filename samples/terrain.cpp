@@ -68,6 +68,13 @@ template <class Visit> void forNeighbourhood(int side, int cell, Visit visit)
     }
 }
 
+bool isAtEdge(int side, int cell)
+{
+    const int row = cell / side;
+    const int column = cell % side;
+    return row == 0 || column == 0 || row == side - 1 || column == side - 1;
+}
+
 /// Water flows along the steepest descent. Out of a pit it flows back along the path by which a flood from the
 /// edges of the grid enters the pit (priority flood; Barnes, Lehman and Mulla 2014).
 Drainage drain(const Terrain &terrain)
@@ -82,9 +89,7 @@ Drainage drain(const Terrain &terrain)
     using Entry = std::pair<double, int>;
     std::priority_queue<Entry, std::vector<Entry>, std::greater<>> open;
     for (int cell = 0; cell < side * side; ++cell) {
-        const int row = cell / side;
-        const int column = cell % side;
-        if (row == 0 || column == 0 || row == side - 1 || column == side - 1) {
+        if (isAtEdge(side, cell)) {
             drainage.receiver[static_cast<std::size_t>(cell)] = cell;
             open.emplace(terrain.height[static_cast<std::size_t>(cell)], cell);
         }
@@ -253,7 +258,7 @@ Terrain erodedRange(int side)
 {
     constexpr int steps = 160;
     constexpr double upliftPerStep = 10.0; // metres
-    constexpr double erodibility = 0.05;   // share of the drop to the next cell that a step removes per √cell
+    constexpr double erodibility = 0.05;   // share of the drop that a step removes, for a catchment of one cell
     Terrain terrain;
     terrain.side = side;
     terrain.height.resize(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
