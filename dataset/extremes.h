@@ -11,8 +11,8 @@ struct Extremes
     bool exact = false; ///< from every cell; otherwise from statistics in the file or from a part of the cells
     double minimum = 0.0;
     double maximum = 0.0;
-    bool unreadable =
-        false; ///< the band could not be read; if false, unknown values mean that no cell read has one
+    /// The band could not be read. If false, unknown values mean that no cell that was read has one.
+    bool unreadable = false;
 };
 
 /// Finds the extreme values of a band in portions. Cells of the no-data value and cells that hold no finite

@@ -25,9 +25,8 @@ struct ExpectedProduct
 /// The result of a check.
 struct ProductCheck
 {
-    QString problem; ///< why the product is not complete, in a sentence; empty for a good one
-    long long featureCount =
-        0; ///< features of a vector product's layer; 0 is valid, but worth a note to the user
+    QString problem;            ///< why the product is not complete, in a sentence; empty for a good one
+    long long featureCount = 0; ///< of a vector product's layer; 0 is valid, but worth a note to the user
 };
 
 /// The first line of a tool's error text that begins with "ERROR"; empty when there is none.

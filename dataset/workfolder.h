@@ -33,6 +33,6 @@ public:
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QLockFile>
-        m_lock;        ///< held while the process lives; its folder is swept by others once it is free
-    int m_folders = 0; ///< number of folders created inside it
+        m_lock;        ///< held while the process lives: others remove a folder with a free lock
+    int m_folders = 0; ///< number of calls of newFolder()
 };

@@ -59,7 +59,7 @@ private:
     ProgressReader m_progress;
     QString m_lastStandardError;
     int m_run = 0; ///< number of commands started
-    bool m_errorHeldBack =
-        false; ///< Qt reported a crash before it reported the end; error() waits for finished()
+    /// Qt reported a crash before it reported the end: error() waits for finished().
+    bool m_errorHeldBack = false;
     QString m_heldBackText;
 };
