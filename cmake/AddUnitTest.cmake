@@ -1,7 +1,8 @@
 # quvo_test(<folder>/<unit> LIBRARIES <targets…> [TIMEOUT seconds] [LAUNCHER command…])
 #
-# Builds tests/<folder>/<unit>_test.cpp (Qt Test) and adds it to ctest as <folder>/<unit>. Every test runs headless,
-# in a scratch home of its own; a Qt warning that it did not announce (QTest::ignoreMessage) fails it.
+# Builds tests/<folder>/<unit>_test.cpp (Qt Test) and adds it to ctest as <folder>/<unit>. Each test runs without a
+# display and with a home folder of its own in the build. It fails on a Qt warning that it did not announce with
+# QTest::ignoreMessage. TIMEOUT: 60 seconds by default. LAUNCHER: a command that starts the test program.
 function(quvo_test name)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT" "LIBRARIES;LAUNCHER")
     string(REPLACE "/" "_" target "test_${name}")
@@ -18,8 +19,8 @@ function(quvo_test name)
     file(CHMOD "${home}/runtime" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${ARG_TIMEOUT}
-        # All but one warning: Qt 5's offscreen platform says "This plugin does not support propagateSizeHints()" of every
-        # window of fixed size.
+        # Every warning but one fails the test: for each window of fixed size Qt 5's offscreen platform warns "This plugin
+        # does not support propagateSizeHints()".
         FAIL_REGULAR_EXPRESSION "QWARN  : [^(]*\\([^)]*\\) ([^T]|T[^h]|Th[^i]|Thi[^s]|This[^ ]|This [^p]);QCRITICAL:;QFATAL "
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/config;XDG_RUNTIME_DIR=${home}/runtime"
     )

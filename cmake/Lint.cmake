@@ -1,4 +1,5 @@
-# Targets for a developer's own checks: "format" rewrites every file, "lint" only reports.
+# Targets for developers: "format" formats every file; "lint" checks the formatting and runs clang-tidy, and changes
+# nothing.
 
 file(GLOB_RECURSE QUVO_SOURCES CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/[a-z]*/*.cpp" "${PROJECT_SOURCE_DIR}/[a-z]*/*.h" "${PROJECT_SOURCE_DIR}/[a-z]*/*.c")

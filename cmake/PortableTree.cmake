@@ -1,10 +1,10 @@
-# The portable tree: the programs, the tools that they start (under the same names on every platform), GDAL's data and
-# plug-in folders, the messages and the colour tables, all in one folder. The build makes it in ${QUVO_TREE}, the
-# installation in <prefix>/lib/quvodemtoolbox with links to the programs in <prefix>/bin.
+# The portable tree is one folder with the programs, the tools that they start (under the same names on every platform),
+# GDAL's data and plug-in folders, the messages and the colour tables. The build creates it in ${QUVO_TREE}. The
+# installation creates it in <prefix>/lib/quvodemtoolbox, with links to the programs in <prefix>/bin.
 
 set(QUVO_INSTALL_TREE "lib/quvodemtoolbox")
 
-# Finds GDAL's tools and folders, and links them into the tree.
+# Finds GDAL's tools and folders and links them into the tree. Called once.
 function(quvo_portable_tree)
     find_program(QUVO_GDALDEM gdaldem REQUIRED)
     find_program(QUVO_GDAL_CONTOUR gdal_contour REQUIRED)
@@ -24,7 +24,7 @@ function(quvo_portable_tree)
     endif()
 endfunction()
 
-# A link <name> in the tree to something that the system owns.
+# Creates a link <name> in the tree to a file or folder of the system.
 function(_quvo_tree_link target name)
     file(CREATE_LINK "${target}" "${QUVO_TREE}/${name}" SYMBOLIC)
     install(CODE "
@@ -35,12 +35,13 @@ function(_quvo_tree_link target name)
     ")
 endfunction()
 
-# A tool of ours that the programs start: into the tree alone.
+# Installs a tool of this project that the programs start, into the tree only.
 function(quvo_tree_tool target)
     install(TARGETS ${target} RUNTIME DESTINATION "${QUVO_INSTALL_TREE}")
 endfunction()
 
-# A program of ours: into the tree, and a link to it in <prefix>/bin. The program finds its tree by its own real path.
+# Installs a program of this project into the tree, with a link to it in <prefix>/bin. The program finds the tree through
+# its own path with links resolved.
 function(quvo_tree_program target)
     quvo_tree_tool(${target})
     install(CODE "
@@ -51,13 +52,13 @@ function(quvo_tree_program target)
     ")
 endfunction()
 
-# A file of ours that stands beside the programs.
+# Copies a file of this project into the tree, beside the programs.
 function(quvo_tree_file path)
     configure_file("${path}" "${QUVO_TREE}" COPYONLY)
     install(FILES "${path}" DESTINATION "${QUVO_INSTALL_TREE}")
 endfunction()
 
-# A folder of ours that stands beside the programs under its own path.
+# Copies the files of a folder of this project into the tree, under the same relative path.
 function(quvo_tree_folder path)
     file(GLOB files RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${path}/*")
     foreach(file IN LISTS files)

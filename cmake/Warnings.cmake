@@ -1,4 +1,4 @@
-# Compiler settings of our own targets: quvo_target(<target>) is called on each.
+# quvo_target(<target>) sets the include folder, warnings and sanitizers. Called for every target of this project.
 
 function(quvo_target target)
     target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")

@@ -6,8 +6,8 @@
 /// One entry of a colour table.
 struct QuvoColorDef
 {
-    /// Elevation in the DEM's unit, or a percentage of its range of elevations, 0 to 100; noDataValue marks the
-    /// colour of the cells without data.
+    /// Elevation in the unit of the DEM, or percentage (0 to 100) of its range of elevations. noDataValue: the
+    /// entry is the colour of the cells without data.
     double value = 0.0;
     QColor color;         ///< red, green, blue and alpha, 0 to 255 each
     bool percent = false; ///< the value is a percentage
@@ -21,15 +21,16 @@ struct QuvoColorDef
     }
 };
 
-// A colour table is a list of entries, sorted by value. Two entries of one value mark a sharp edge. The no-data
-// entry stands wherever its value sorts it.
+// A colour table is a list of entries sorted by value. Two entries of the same value make a sharp edge. The
+// no-data entry has no place of its own: its value sorts it among the others.
 
 /// The entries of a table other than the no-data entry.
 QList<QuvoColorDef> elevationEntries(const QList<QuvoColorDef> &table);
 
-/// The no-data entry of a table; null when it has none. It belongs to the table.
+/// The no-data entry of a table, owned by the table; null when there is none.
 const QuvoColorDef *noDataEntry(const QList<QuvoColorDef> &table);
 
-/// The colour at a place of the ramp, 0 its first elevation and 1 its last, between two entries by linear
-/// interpolation as the tool does it; transparent for a table without elevations. entries: elevationEntries().
+/// The colour at a place of the ramp, from 0 (first elevation) to 1 (last), interpolated linearly between two
+/// entries as the DEM tool does. Transparent for a table without elevations. entries: as elevationEntries()
+/// returns them.
 QColor rampColor(const QList<QuvoColorDef> &entries, double place);

@@ -16,11 +16,11 @@ bool isNumber(const QVariant &value)
         || value.userType() == QMetaType::LongLong;
 }
 
-bool readPlace(const QVariantMap &row, QuvoColorDef &entry)
+bool readValue(const QVariantMap &row, QuvoColorDef &entry)
 {
     entry.percent = row.contains(QStringLiteral("percent"));
     const QVariant place = row.value(entry.percent ? QStringLiteral("percent") : QStringLiteral("value"));
-    // By its type first: for a variant, true equals any text.
+    // The type is checked first, because QVariant(true) equals any text.
     if (!entry.percent && place.userType() == QMetaType::QString && place.toString() == QLatin1String("nv")) {
         entry.value = QuvoColorDef::noDataValue;
         return true;
@@ -70,7 +70,7 @@ ColorRowsReading readColorRows(const QVariant &rows)
     for (int at = 0; good && at < list.size(); ++at) {
         const QVariantMap row = list.at(at).toMap();
         QuvoColorDef entry;
-        good = row.size() == 2 && readPlace(row, entry)
+        good = row.size() == 2 && readValue(row, entry)
             && readComponents(row.value(QStringLiteral("color")).toList(), entry.color);
         table += entry;
     }

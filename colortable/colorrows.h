@@ -5,22 +5,22 @@
 #include <QString>
 #include <QVariant>
 
-// A colour table by value, as recipes hold it: a list of rows
+// A colour table as recipes store it: a list of rows
 //
 //     {"value": 1200.5, "color": [200, 180, 90]}, {"percent": 50, "color": [0, 0, 0, 255]},
 //     {"value": "nv", "color": [0, 0, 0, 0]}
 //
-// with red, green, blue and, if it is not 255, alpha; "nv" is the colour of the cells without data.
+// where "color" is red, green, blue and, if it is not 255, alpha, and "nv" stands for the cells without data.
 
 /// The rows of a table.
 QVariantList colorRows(const QList<QuvoColorDef> &table);
 
-/// A table that was read from its rows.
+/// The result of readColorRows().
 struct ColorRowsReading
 {
-    QList<QuvoColorDef> entries; ///< sorted by value; empty with a problem
+    QList<QuvoColorDef> entries; ///< sorted by value; empty when there is a problem
     QString problem;             ///< which row is not valid, in a sentence; empty for a good table
 };
 
-/// Reads the rows of a table; a table without rows is a problem.
+/// Reads the rows of a table. A table without rows is reported as a problem.
 ColorRowsReading readColorRows(const QVariant &rows);

@@ -16,10 +16,9 @@ namespace
 {
 
 constexpr int fullComponent = 255;
-
 constexpr int mostEntries = 10000;
 
-/// Fields of a line, without what separates them from its ends.
+/// Splits a line into its fields; separators at its ends make no empty fields.
 QStringList fieldsOf(const QString &line)
 {
     static const QRegularExpression separators(QStringLiteral("[\\t,\\s:;]+"));
@@ -58,9 +57,9 @@ bool readColor(const QStringList &fields, QColor &color)
     return true;
 }
 
-/// Whether the DEM tool reads the same entries in the text: numbers and comments in the plainest form, without
-/// names of colours (it knows few, and some of them as other colours), other separators than its own, -9999 for
-/// no-data, or the word by which it takes a file for another format.
+/// Whether the DEM tool reads the same entries from the text. Only numbers and comments in their plainest form
+/// pass. Excluded are names of colours (the tool knows few, some of them as other colours), separators that it
+/// does not know, -9999 for no-data (an elevation to it), and COLOR_MODEL, which marks another file format.
 bool isPlain(const QByteArray &text)
 {
     static const QRegularExpression line(QStringLiteral(
@@ -76,7 +75,7 @@ bool isPlain(const QByteArray &text)
     return true;
 }
 
-void takeLine(ColorTableReading &reading, const QString &line, int number)
+void readLine(ColorTableReading &reading, const QString &line, int number)
 {
     const QStringList fields = fieldsOf(line);
     if (fields.size() < 2 || fields.first().startsWith(QLatin1Char('#'))
@@ -98,7 +97,6 @@ QByteArray colorText(const QColor &color, const char *separator)
         + QByteArray::number(color.blue()) + separator + QByteArray::number(color.alpha()) + '\n';
 }
 
-/// The no-data entry stands first, in the layout of the DEM tool.
 QByteArray toolLine(const QByteArray &value, const QuvoColorDef &entry)
 {
     return value + '\t' + colorText(entry.color, "  ");
@@ -117,7 +115,7 @@ ColorTableReading readColorTable(const QString &path)
     constexpr qint64 largestTable = 4LL * 1024 * 1024;
     ColorTableReading reading;
     QFile file(path);
-    if (!QFileInfo(path).isFile()) { // a folder, a device: reading it might never end
+    if (!QFileInfo(path).isFile()) { // reading a pipe or a device might never end
         reading.problem = labelText({"MESS_TC_PAS_FICHIER", "« %1 » n'est pas un fichier."}).arg(path);
     } else if (!file.open(QIODevice::ReadOnly)) {
         reading.problem =
@@ -142,7 +140,7 @@ ColorTableReading parseColorTable(const QByteArray &text)
     QString content = QString::fromUtf8(text);
     content.remove(QChar(QChar::ByteOrderMark));
     for (const QString &line : content.split(lineEnd)) {
-        takeLine(reading, line.trimmed(), ++number);
+        readLine(reading, line.trimmed(), ++number);
         if (reading.entries.size() > mostEntries) {
             reading = {};
             reading.problem = labelText({"MESS_TC_LONGUE",

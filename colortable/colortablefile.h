@@ -5,54 +5,52 @@
 #include <QByteArray>
 #include <QString>
 
-// The file format of colour tables. A line is one entry: its value, then red, green, blue and, if it likes,
-// alpha as whole numbers from 0 to 255, or the name of a colour; tabs, blanks, commas, colons and semicolons
-// separate them. The value is an elevation, a percentage ("50%"), or "nv" (-9999, too) for the cells without
-// data. Lines that begin with
-// '#' or '/' are comments.
+// The file format of colour tables. Each line is one entry: its value, then red, green, blue and optionally
+// alpha as whole numbers from 0 to 255, or the name of a colour. Tabs, blanks, commas, colons and semicolons
+// separate these fields. The value is an elevation, a percentage ("50%"), or "nv" (also -9999) for the cells
+// without data. Lines that begin with '#' or '/' are comments.
 
-/// A table that was read. Whoever reads it asks about what was found.
+/// A table that was read, and what was found in it. The caller decides what to do about the findings.
 struct ColorTableReading
 {
     QList<QuvoColorDef> entries; ///< sorted by value; empty when no valid entry was found
-    bool mixedUnits = false;     ///< elevations and percentages side by side
-    bool invalidValues = false;  ///< lines were left out: no number, out of range, or no colour
-    int invalidLine = 0;         ///< the first of them, from 1
+    bool mixedUnits = false;     ///< elevations and percentages in one table
+    bool invalidValues = false;  ///< lines were skipped: not a number, out of range, or not a colour
+    int invalidLine = 0;         ///< number of the first skipped line, from 1; 0 for none
     bool relative = false;       ///< the first entry of the file other than the no-data entry is a percentage
-    bool plain = true;           ///< the DEM tool reads the same entries in the file
+    bool plain = true;           ///< the DEM tool reads the same entries from the file
     QString problem;             ///< why the file could not be read, in a sentence; empty otherwise
 };
 
 /// Reads a table file of at most 4 MiB and 10,000 entries.
 ColorTableReading readColorTable(const QString &path);
 
-/// The table in the text of such a file.
+/// Reads a table from the text of such a file (UTF-8).
 ColorTableReading parseColorTable(const QByteArray &text);
 
-/// The entries of one kind, and the no-data entry: what is left of a table of mixed units.
+/// Reduces a table of mixed units to its percentages (`relative`) or its elevations. The no-data entry stays.
 QList<QuvoColorDef> entriesOfKind(const QList<QuvoColorDef> &entries, bool relative);
 
-/// The text of a table file as the editor writes it: one decimal, tabs.
+/// Formats a table as the editor writes it: values with one decimal, separated by tabs.
 QByteArray colorTableText(const QList<QuvoColorDef> &entries);
 
-/// The text of a table file for the DEM tool: values as exact as they are, the no-data entry first.
+/// Formats a table for the DEM tool: values in full precision, the no-data entry first.
 QByteArray toolTableText(const QList<QuvoColorDef> &entries);
 
-/// A table spread over a DEM's elevations.
+/// A table that was mapped onto the elevations of a DEM.
 struct SpreadTable
 {
-    QByteArray text; ///< for the DEM tool; elevations are whole numbers, on purpose
-    int merged =
-        0; ///< entries that fell on the elevation of the one before, and were apart from it in the table
+    QByteArray text; ///< for the DEM tool; elevations are whole numbers, kept so on purpose
+    int merged = 0;  ///< entries that differed from the one before and now have the same elevation
 };
 
-/// Maps the table's own range of values onto the DEM's elevations. A table whose values are all one goes to the
-/// minimum.
+/// Maps the table's range of values linearly onto the elevations of a DEM. If all values of the table are
+/// equal, they become the minimum.
 SpreadTable spreadTable(const QList<QuvoColorDef> &entries, double demMinimum, double demMaximum);
 
-/// A name in the folder that no file has: "base.txt", or "base_1.txt" and so on.
+/// Path of a file in the folder that does not exist yet: "base.txt", else "base_1.txt", "base_2.txt" and so on.
 QString freeTableName(const QString &folder, const QString &base);
 
-/// Writes a table file whole or not at all. Returns why it could not, in the system's words; empty when the
-/// file is written.
+/// Writes a table file, completely or not at all. Returns an empty text, or why it failed, in the words of the
+/// system.
 QString writeTableFile(const QString &path, const QByteArray &text);

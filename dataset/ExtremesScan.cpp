@@ -29,12 +29,12 @@ void ExtremesScan::stop()
 
 void ExtremesScan::advance()
 {
-    const bool more = m_reader->advance(sliceLength);
+    const bool hasMore = m_reader->advance(sliceLength);
     const Extremes found = m_reader->extremes();
     const int percent = m_reader->percent();
-    if (!more)
-        stop(); // before the signals, whose listener may start another
+    if (!hasMore)
+        stop(); // before the signals: a slot may start the next scan
     emit progress(percent);
-    if (!more)
+    if (!hasMore)
         emit finished(found);
 }

@@ -7,7 +7,8 @@
 
 #include <memory>
 
-/// Finds the extreme values of a band in slices of the event loop, so that a window stays awake meanwhile.
+/// Finds the extreme values of a band in slices of about 30 ms of the event loop, so that a window stays
+/// responsive.
 class ExtremesScan : public QObject
 {
     Q_OBJECT
@@ -16,18 +17,19 @@ public:
     explicit ExtremesScan(QObject *parent = nullptr);
     ~ExtremesScan() override;
 
-    /// Begins anew; a scan that is under way is given up. progress() and one finished() follow, from the event
-    /// loop.
+    /// Starts a scan; a scan that is under way is dropped without a signal. progress() and one finished()
+    /// follow from the event loop. band: from 1.
     void start(const QString &path, int band, ExtremesReader::Effort effort);
 
-    /// Gives the scan up; no signal follows.
+    /// Drops the scan; no signal follows.
     void stop();
 
     bool isRunning() const { return m_reader != nullptr; }
 
 signals:
+    /// percent: part of the blocks that has been read, 0 to 100.
     void progress(int percent);
-    /// Not known where the band holds no value, or cannot be read.
+    /// `extremes` is not known when the band holds no value or cannot be read.
     void finished(const Extremes &extremes);
 
 private:

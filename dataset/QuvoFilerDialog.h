@@ -7,8 +7,8 @@ class QWidget;
 
 /// The file dialogs of the program.
 ///
-/// A test answers beforehand: the paths are taken one a dialog instead of showing it, and what each dialog
-/// would have been opened with is kept. They live in a property of the application object.
+/// A test can supply the answers: then no dialog is shown, each call returns the next of the supplied paths,
+/// and its arguments are recorded. Both lists are properties of the application object.
 class QuvoFilerDialog
 {
 public:
@@ -18,14 +18,16 @@ public:
         SaveFile
     };
 
-    /// Asks for a file; an empty text when nothing was chosen. start: the folder or file to begin with. A file
-    /// dialog that saves does not ask before overwriting: the run does, when it starts.
+    /// Lets the user choose a file. Returns its path, or an empty text when the user cancels. start: the folder
+    /// or file shown first. A dialog that saves does not ask before overwriting, because the run asks when it
+    /// starts.
     static QString getSelection(QWidget *parent, Kind kind, const QString &title, const QString &start,
                                 const QString &filter);
 
-    /// From here on no dialog is shown; each takes the next of the paths, and an empty one when they run out.
+    /// From here on no dialog is shown: each call returns the next of the paths, and an empty one when none is
+    /// left.
     static void answerBeforehand(const QStringList &paths);
 
-    /// "title|start|filter" of the dialogs that were not shown; forgets them.
+    /// Returns "title|start|filter" of each dialog that was not shown, and clears the record.
     static QStringList takeShown();
 };

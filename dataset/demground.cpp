@@ -11,7 +11,8 @@
 DemGround::DemGround(const QString &path, int band)
     : m_band(band)
 {
-    const GdalMessages messages; // what cannot be opened has been told where it was chosen
+    // Nothing is logged: choosing the file has already reported that it cannot be opened.
+    const GdalMessages messages;
     std::shared_ptr<GDALDataset> dataset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
     if (!dataset || band > dataset->GetRasterCount())
         return;

@@ -10,48 +10,52 @@
 
 class GDALDataset;
 
-/// Where a DEM lies, and its elevations cell by cell. Coordinates are the DEM's own: those of its CRS, or
-/// columns and rows where it has no georeference.
+/// The grid of a DEM: its georeference, and its elevations cell by cell. Coordinates are the DEM's own: x and y
+/// of its CRS (longitude and latitude in a geographic one), or columns and rows where it has no georeference.
 class DemGround
 {
 public:
     DemGround() = default;
 
-    /// band: from 1. The raster is opened for reading and nothing is written beside it.
+    /// Opens the raster for reading; nothing is written beside it. band: from 1.
     DemGround(const QString &path, int band);
 
-    /// Whether it could be opened and its grid has an area.
+    /// Whether the raster could be opened, has the band, and its cells have an area.
     bool isOpen() const { return m_dataset != nullptr; }
 
     int width() const { return m_width; }
     int height() const { return m_height; }
-    QString crs() const { return m_crs; } ///< as WKT; empty where it has none
+    QString crs() const { return m_crs; } ///< as WKT; empty without a CRS
 
-    /// Whether it has coordinates of its own.
+    /// Whether the file has a georeference.
     bool isGeoreferenced() const { return m_georeferenced; }
 
-    /// Whether its rows run northwards, as those of a DEM without georeference count.
+    /// Whether y grows from one row to the next. It does so in a DEM without georeference, where y is the row.
     bool rowsRunNorth() const { return m_toGround[5] > 0.0; }
+    /// Whether x falls from one column to the next.
     bool columnsRunWest() const { return m_toGround[1] < 0.0; }
 
-    /// Name of the unit of its coordinates, for display: "m", "°", "ft"; empty where it is unknown.
+    /// The unit of the coordinates, for display: "m", "°", "ft"; empty when it is another or unknown.
     QString unit() const;
 
-    /// Metres on the ground of one unit of x and of y around a point; 1 where there is no CRS.
+    /// Ground length in metres of one unit of x and of one unit of y around a point; 1 without a CRS.
     QSizeF metresPerUnit(const QPointF &point) const;
 
+    /// Coordinates of the middle of the grid.
     QPointF centre() const;
 
-    /// Side of a cell in the DEM's unit, the smaller of both.
+    /// The shorter side of a cell, in the unit of the coordinates.
     double cellSize() const;
 
+    /// Whether the point lies within the grid; false for a DEM that is not open.
     bool holds(const QPointF &point) const;
 
-    /// Of the cell under the point; none outside of the DEM and where there is no data.
+    /// Elevation of the cell under the point, in the unit of the band. Nothing outside the grid, where the cell
+    /// has no data, and where it cannot be read.
     std::optional<double> elevation(const QPointF &point) const;
 
-    /// Between coordinates and cells, which count columns and rows from the upper left corner; a cell's centre
-    /// lies at the halves.
+    /// Convert between coordinates and cells. Cells count columns and rows from the upper left corner; the
+    /// centre of the first cell is (0.5, 0.5).
     QPointF toCells(const QPointF &point) const;
     QPointF toGround(const QPointF &cell) const;
 

@@ -13,10 +13,10 @@
 namespace
 {
 
-constexpr long long estimateShare = 50; // one block in so many
+constexpr long long estimateShare = 50; // an estimate reads one block in 50
 
-/// The share of the whole at which the n-th sample lies, from 0: spread evenly at any length, and over the
-/// columns of tiles as well as over the rows.
+/// Place of the n-th sample in the band, from 0 to 1. Multiples of the golden ratio are spread evenly after any
+/// number of samples, and over the columns of tiles as well as over the rows.
 double sampleAt(long long n)
 {
     constexpr double goldenRatio = 0.6180339887498949;
@@ -32,7 +32,7 @@ struct ExtremesReader::Band
     GDALRasterBand *band = nullptr;
     int blockWidth = 0;
     int blockHeight = 0;
-    int across = 0; ///< blocks in a row
+    int blocksPerRow = 0;
     long long blockCount = 0;
     bool hasNoData = false;
     double noData = 0.0;
@@ -41,18 +41,20 @@ struct ExtremesReader::Band
 
     Band(const QString &path, int number)
     {
-        const GdalMessages messages; // what cannot be opened has been told where it was chosen
+        // Nothing is logged: choosing the file has already reported that it cannot be opened.
+        const GdalMessages messages;
         dataset.reset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
         band = dataset && number >= 1 && number <= dataset->GetRasterCount() ? dataset->GetRasterBand(number)
                                                                              : nullptr;
         if (!band)
             return;
         band->GetBlockSize(&blockWidth, &blockHeight);
-        across = (band->GetXSize() + blockWidth - 1) / blockWidth;
-        blockCount = static_cast<long long>(across) * ((band->GetYSize() + blockHeight - 1) / blockHeight);
-        int given = FALSE;
-        noData = band->GetNoDataValue(&given);
-        hasNoData = given != FALSE;
+        blocksPerRow = (band->GetXSize() + blockWidth - 1) / blockWidth;
+        blockCount =
+            static_cast<long long>(blocksPerRow) * ((band->GetYSize() + blockHeight - 1) / blockHeight);
+        int isSet = FALSE;
+        noData = band->GetNoDataValue(&isSet);
+        hasNoData = isSet != FALSE;
         if (band->GetRasterDataType() == GDT_Float32)
             noData = static_cast<float>(noData);
         values.resize(static_cast<std::size_t>(blockWidth));
@@ -65,10 +67,11 @@ struct ExtremesReader::Band
             * static_cast<std::size_t>(blockWidth) * static_cast<std::size_t>(blockHeight);
     }
 
-    bool takeBlock(long long index, Extremes &found)
+    /// Reads one block into the extremes; false when it cannot be read.
+    bool readBlock(long long index, Extremes &found)
     {
-        const int column = static_cast<int>(index % across);
-        const int row = static_cast<int>(index / across);
+        const int column = static_cast<int>(index % blocksPerRow);
+        const int row = static_cast<int>(index / blocksPerRow);
         const GdalMessages messages;
         cells.resize(blockSize());
         if (band->ReadBlock(column, row, cells.data()) != CE_None)
@@ -80,12 +83,12 @@ struct ExtremesReader::Band
         for (int line = 0; line < height; ++line) {
             GDALCopyWords(cells.data() + static_cast<std::ptrdiff_t>(line) * blockWidth * size, type, size,
                           values.data(), GDT_Float64, sizeof(double), width);
-            takeValues(width, found);
+            addValues(width, found);
         }
         return true;
     }
 
-    void takeValues(int count, Extremes &found) const
+    void addValues(int count, Extremes &found) const
     {
         for (int at = 0; at < count; ++at) {
             const double value = values[static_cast<std::size_t>(at)];
@@ -103,9 +106,9 @@ struct ExtremesReader::Band
 ExtremesReader::ExtremesReader(const QString &path, int band, Effort effort)
     : m_band(std::make_unique<Band>(path, band))
 {
-    constexpr std::size_t largestBlock = std::size_t(1) << 30; // of memory that one block may take
-    constexpr std::size_t largestEstimate = std::size_t(64)
-        << 20; // and of time, where there is no progress to see
+    // Bytes of a block: a larger one would not fit into memory, or would block a window for too long.
+    constexpr std::size_t largestBlock = std::size_t(1) << 30;
+    constexpr std::size_t largestEstimate = std::size_t(64) << 20;
     if (!m_band->band || m_band->blockSize() > largestBlock) {
         m_found.unreadable = true;
         return;
@@ -118,7 +121,7 @@ ExtremesReader::ExtremesReader(const QString &path, int band, Effort effort)
     const double minimum = m_band->band->GetMinimum(&hasMinimum);
     const double maximum = m_band->band->GetMaximum(&hasMaximum);
     if (hasMinimum && hasMaximum && std::isfinite(minimum) && std::isfinite(maximum) && minimum <= maximum) {
-        m_found = {true, false, minimum, maximum};
+        m_found = {.known = true, .minimum = minimum, .maximum = maximum};
         m_blocksToRead = 0;
     } else if (m_band->blockSize() > largestEstimate) {
         m_blocksToRead = 0;
@@ -137,7 +140,7 @@ bool ExtremesReader::advance(int milliseconds)
         const auto index = all
             ? m_blocksRead
             : static_cast<long long>(sampleAt(m_blocksRead) * static_cast<double>(m_band->blockCount));
-        if (!m_band->takeBlock(index, m_found)) {
+        if (!m_band->readBlock(index, m_found)) {
             m_found = {};
             m_found.unreadable = true;
             m_blocksToRead = 0;

@@ -4,42 +4,42 @@
 
 #include <memory>
 
-/// The lowest and the highest value of a raster band, in the band's unit.
+/// The lowest and the highest value of a raster band, in the unit of the band.
 struct Extremes
 {
     bool known = false;
-    bool exact = false; ///< from every cell; otherwise from statistics in the file or a part of the cells
+    bool exact = false; ///< from every cell; otherwise from statistics in the file or from a part of the cells
     double minimum = 0.0;
     double maximum = 0.0;
-    bool unreadable =
-        false; ///< the band could not be read; otherwise unknown values mean that no cell holds one
+    /// The band could not be read. If false, unknown values mean that no cell that was read has one.
+    bool unreadable = false;
 };
 
-/// Finds the extreme values of a band in portions. Cells that hold no-data or no finite number do not count.
-/// The raster is opened for reading and nothing is written beside it.
+/// Finds the extreme values of a band in portions. Cells of the no-data value and cells that hold no finite
+/// number do not count. The raster is opened for reading and nothing is written beside it.
 class ExtremesReader
 {
 public:
     enum Effort
     {
-        Estimate, ///< the file's own statistics, or at most about 2 % of the band's blocks
+        Estimate, ///< the file's own statistics, else at most about 2 % of the band's blocks
         Exact     ///< every block once
     };
 
-    /// band: from 1.
+    /// Opens the band; extremes() states whether it can be read. band: from 1.
     ExtremesReader(const QString &path, int band, Effort effort);
     ~ExtremesReader();
     ExtremesReader(const ExtremesReader &) = delete;
     ExtremesReader &operator=(const ExtremesReader &) = delete;
 
-    /// Reads on for that long, and one block at least. False when there is nothing left to read, or nothing can
-    /// be read.
+    /// Reads at least one block, and further blocks until the milliseconds have passed. Returns whether blocks
+    /// are left to read; false after an error.
     bool advance(int milliseconds);
 
-    /// Part of the blocks that has been read, 0 to 100.
+    /// Part of the blocks to read that has been read, 0 to 100.
     int percent() const;
 
-    /// What was found so far; not known when no cell holds a value, or after an error.
+    /// What was found so far; not known while no cell with a value was read, and after an error.
     Extremes extremes() const;
 
 private:
@@ -50,5 +50,6 @@ private:
     long long m_blocksToRead = 0;
 };
 
-/// An estimate at once, for whoever cannot wait for one in portions.
+/// Makes an estimate in one call. It may take seconds for a large raster without statistics; where the user
+/// waits, use ExtremesScan instead.
 Extremes estimatedExtremes(const QString &path, int band);

@@ -1,12 +1,10 @@
 #include "dataset/gdalmessages.h"
 
-#include <QLoggingCategory>
+#include "messages/logging.h"
 
 #include <cpl_error.h>
 #include <gdal.h>
 #include <ogr_api.h>
-
-Q_LOGGING_CATEGORY(lcGdal, "quvo.dataset.gdal", QtInfoMsg)
 
 namespace
 {

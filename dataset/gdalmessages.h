@@ -2,14 +2,15 @@
 
 #include <QString>
 
-/// Sends what GDAL reports in this process to the log category "quvo.dataset.gdal", errors and warnings alike,
-/// and registers every raster and vector driver. Called once, before the first use of GDAL.
+/// Sends the errors, warnings and debug messages of GDAL in this process to the log category
+/// "quvo.dataset.gdal", and registers every raster and vector driver. Called once, before the first use of
+/// GDAL.
 void setUpGdal();
 
-/// Keeps GDAL's errors of one call: while an object lives, the last one is kept instead of logged. Warnings are
-/// logged as ever.
+/// Collects GDAL's errors: while an object lives, the last error is kept here instead of being logged. Warnings
+/// are logged as usual.
 ///
-/// For calls whose failure is told to the user in a sentence of ours, with GDAL's own words behind it.
+/// For calls whose failure the program reports in a sentence of its own, followed by GDAL's words.
 class GdalMessages
 {
 public:
@@ -21,6 +22,7 @@ public:
     /// GDAL's last error since construction, without its number; empty when there was none.
     QString lastError() const { return m_lastError; }
 
+    /// Called by the error handler.
     void keep(const QString &text) { m_lastError = text; }
 
 private:

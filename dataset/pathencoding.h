@@ -3,20 +3,21 @@
 #include <QByteArray>
 #include <QString>
 
-// Paths cross to GDAL and to the C library as bytes, and everywhere through these two: the file system's own
-// bytes on Unix, the local code page on Windows (where GDAL is told so by GDAL_FILENAME_IS_UTF8=NO).
+// GDAL and the C library take paths as bytes, and every path goes through encodePath() and decodePath(): in the
+// encoding of the file system on Unix, in the local code page on Windows (GDAL_FILENAME_IS_UTF8=NO sets GDAL to
+// it).
 
-/// The bytes under which GDAL and the C library know the path.
+/// The bytes of a path for GDAL and the C library.
 QByteArray encodePath(const QString &path);
 
-/// The path that GDAL or the C library gave as bytes.
+/// The path of bytes that GDAL or the C library returned.
 QString decodePath(const char *bytes);
 
-/// Whether the path names something inside one of GDAL's virtual file systems ("/vsizip/…", "/vsicurl/…"). Such
-/// a path is no path of the local disk: it is handed to GDAL as it was typed.
+/// Whether the path names something inside one of GDAL's virtual file systems ("/vsizip/…", "/vsicurl/…"). GDAL
+/// receives such a path unchanged.
 bool isVirtualPath(const QString &path);
 
-/// What GDAL and the tools are given for an input that somebody named: the absolute path of a local file,
-/// relative to `folder`; a virtual path, or a name behind a driver's prefix ("NETCDF:…") of which there is no
-/// local file, as it was typed, so that a path inside it is relative to the current directory.
+/// The name under which GDAL and the tools open an input that the user typed. A local file: its absolute path,
+/// with `typed` relative to `folder`. A virtual path, or a name with a driver's prefix ("NETCDF:…") that is no
+/// local file: unchanged, so a path inside it is relative to the current directory.
 QString dataSetName(const QString &typed, const QString &folder);

@@ -14,7 +14,7 @@
 namespace
 {
 
-QString because(const Label &label, const QString &reason)
+QString withReason(const Label &label, const QString &reason)
 {
     return reason.isEmpty() ? labelText(label) : labelText(label) + QLatin1Char('\n') + reason;
 }
@@ -33,13 +33,13 @@ QString rasterProblem(GDALDataset &dataset, const ExpectedProduct &expected, con
         if (dataset.GetRasterBand(band)->RasterIO(GF_Read, width - 1, height - 1, 1, 1, &cell, 1, 1,
                                                   GDT_Float64, 0, 0, nullptr)
             != CE_None)
-            return because({"MESS_PROD_TRONQUE", "Le résultat est incomplet : sa fin ne peut pas être lue."},
-                           messages.lastError());
+            return withReason({"MESS_PROD_TRONQUE", "Le résultat est incomplet : sa fin ne peut pas être lue."},
+                              messages.lastError());
     }
     return {};
 }
 
-/// Formats of one layer name it after the file.
+/// The layer of that name, or the only layer: formats that hold one layer name it after the file.
 OGRLayer *productLayer(GDALDataset &dataset, const QString &name)
 {
     OGRLayer *layer = dataset.GetLayerByName(name.toUtf8().constData());
@@ -62,7 +62,7 @@ ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standa
     ProductCheck check;
     const QString errorLine = firstErrorLine(standardError);
     if (!errorLine.isEmpty()) {
-        check.problem = because({"MESS_PROD_ERR_OUTIL", "L'outil a signalé une erreur."}, errorLine);
+        check.problem = withReason({"MESS_PROD_ERR_OUTIL", "L'outil a signalé une erreur."}, errorLine);
         return check;
     }
 
@@ -72,7 +72,7 @@ ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standa
         GDALDataset::Open(encodePath(expected.path).constData(), flags | GDAL_OF_VERBOSE_ERROR));
     if (!dataset) {
         check.problem =
-            because({"MESS_PROD_ILLISIBLE", "Le résultat ne peut pas être ouvert."}, messages.lastError());
+            withReason({"MESS_PROD_ILLISIBLE", "Le résultat ne peut pas être ouvert."}, messages.lastError());
     } else if (expected.kind == ProductKind::Raster) {
         check.problem = rasterProblem(*dataset, expected, messages);
     } else if (OGRLayer *layer = productLayer(*dataset, expected.layer)) {

@@ -2,17 +2,17 @@
 
 #include <QString>
 
-// GDAL's tools end with exit code 0 on a full disk and on some bad input, too. So a run counts as successful
-// only when its product was looked at.
+// GDAL's tools also end with exit code 0 on a full disk and on some bad input. A run therefore counts as
+// successful only after its product was checked.
 
-/// What kind of data set a process writes.
+/// The kind of data set that a process writes.
 enum class ProductKind
 {
     Raster,
     Vector
 };
 
-/// What a finished run should have left.
+/// The product that a finished run should have written.
 struct ExpectedProduct
 {
     ProductKind kind = ProductKind::Raster;
@@ -22,17 +22,18 @@ struct ExpectedProduct
     QString layer;  ///< name of the vector layer; not used for a raster product
 };
 
-/// What was found.
+/// The result of a check.
 struct ProductCheck
 {
-    QString problem;            ///< why the product is not whole, in a sentence; empty for a good one
-    long long featureCount = 0; ///< features of a vector product's layer; 0 is a success, but worth a word
+    QString problem;            ///< why the product is not complete, in a sentence; empty for a good one
+    long long featureCount = 0; ///< of a vector product's layer; 0 is valid, but worth a note to the user
 };
 
 /// The first line of a tool's error text that begins with "ERROR"; empty when there is none.
 QString firstErrorLine(const QString &standardError);
 
-/// Checks the product of a run that ended with exit code 0: no line of the tool's error text begins with
-/// "ERROR", the data set opens, a raster has the input's size and its last block can be read in every band, a
-/// vector has its layer, or one layer alone under any name, and that holds geometries.
+/// Checks the product of a run that ended with exit code 0. These must hold: no line of the tool's error text
+/// begins with "ERROR"; the data set opens; a raster has the size of the input, and its last cell can be read
+/// in every band; a vector has the expected layer, or one single layer of any name, and that layer stores
+/// geometries.
 ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standardError);

@@ -14,8 +14,7 @@
 namespace
 {
 
-/// The local file that a virtual path leads through ("/vsizip/a.zip/b.tif": a.zip); any other path as it
-/// stands.
+/// The local file that holds a virtual path ("a.zip" for "/vsizip/a.zip/b.tif"); any other path unchanged.
 QString localFile(QString path)
 {
     static const QRegularExpression prefix(QStringLiteral("^/vsi[a-z0-9_]+/"));
@@ -37,8 +36,8 @@ bool isVirtualRaster(const QString &file)
     return driver && EQUAL(GDALGetDescription(driver), "VRT");
 }
 
-/// Adds the files of a data set, and in turn those of the data sets that it refers to: virtual rasters, and
-/// names that are no files ("GTIFF_DIR:1:…").
+/// Adds the files of a data set and, recursively, those of the data sets among them: virtual rasters, and names
+/// that are no files ("GTIFF_DIR:1:…").
 void addFiles(GDALDataset &dataset, QStringList &names)
 {
     char **list = dataset.GetFileList();

@@ -14,7 +14,8 @@ namespace
 
 using Cells = std::vector<float>;
 
-/// Cells of a reduced picture are means where that many can be read without a wait, and picked ones beyond.
+/// A reduced picture averages the cells of a part that is read without a noticeable wait, and picks single
+/// cells of a larger part.
 GDALRasterIOExtraArg resampling(const QRect &part, const QSize &size)
 {
     constexpr double mostCells = 16e6;
@@ -26,7 +27,7 @@ GDALRasterIOExtraArg resampling(const QRect &part, const QSize &size)
     return extra;
 }
 
-/// The cells of a band; those without data are no numbers.
+/// Reads a part of a band; cells without data are NaN. Empty when it cannot be read.
 Cells readCells(GDALRasterBand &band, const QRect &part, const QSize &size)
 {
     Cells cells(static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height()));
@@ -84,8 +85,8 @@ QImage RasterPicture::readColours(const QRect &part, const QSize &size) const
     QImage image(size, QImage::Format_RGBA8888);
     image.fill(Qt::white); // opaque where there is no fourth band
     GDALRasterIOExtraArg extra = resampling(part, size);
-    if (m_colourBands > opacity)
-        extra.eResampleAlg = GRIORA_NearestNeighbour; // a mean would mix in the colour of what cannot be seen
+    if (m_colourBands > opacity) // an average would mix in the colours of transparent cells
+        extra.eResampleAlg = GRIORA_NearestNeighbour;
     const CPLErr error = m_dataset->RasterIO(GF_Read, part.x(), part.y(), part.width(), part.height(),
                                              image.bits(), size.width(), size.height(), GDT_Byte, m_colourBands,
                                              nullptr, 4, image.bytesPerLine(), 1, &extra);
@@ -114,8 +115,8 @@ QImage RasterPicture::readGrey(const QRect &part, const QSize &size) const
 
 RasterPicture::Range RasterPicture::stretchRange() const
 {
-    constexpr int side = 512;           // as many cells as a percentile needs
-    constexpr std::size_t outside = 50; // one in so many at each end
+    constexpr int side = 512;           // the percentiles of so many cells differ little from those of all
+    constexpr std::size_t outside = 50; // one cell in 50 is cut off at each end
     const QSize sample = m_size.boundedTo({side, side});
     Cells cells = readCells(*m_dataset->GetRasterBand(m_band), QRect(QPoint(0, 0), m_size), sample);
     cells.erase(std::remove_if(cells.begin(), cells.end(), [](float cell) { return !std::isfinite(cell); }),
@@ -137,6 +138,6 @@ bool noteExtremes(const QString &path, int band, double minimum, double maximum)
         GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER | GDAL_OF_UPDATE));
     if (!dataset || band > dataset->GetRasterCount())
         return false;
-    const double mean = (minimum + maximum) / 2.0; // nobody asks for it, but a record without is not read
+    const double mean = (minimum + maximum) / 2.0; // not used, but GDAL ignores statistics without a mean
     return dataset->GetRasterBand(band)->SetStatistics(minimum, maximum, mean, 0.0) == CE_None;
 }

@@ -10,28 +10,28 @@
 
 class GDALDataset;
 
-/// A raster as something to look at. Three or four bands of bytes show as they are, red, green, blue and
-/// opacity; so does one band of bytes, in grey. Any other band shows in grey from its 2nd to its 98th
-/// percentile. Cells without data are transparent.
+/// A raster drawn as a picture. Three or four bands of type Byte are red, green, blue and opacity. Of any other
+/// raster the first band is shown in grey: unchanged when it is of type Byte, otherwise stretched from its 2nd
+/// to its 98th percentile. Cells without data are transparent.
 class RasterPicture
 {
 public:
     RasterPicture() = default;
 
-    /// band: the one that is shown in grey, stretched, from 1; 0: the raster as it is described above. The file
-    /// stays open and nothing is written beside it.
+    /// Opens the raster for reading and keeps it open; nothing is written beside it. band: the band (from 1) to
+    /// show in grey, stretched as above whatever its type; 0 shows the raster as described above.
     explicit RasterPicture(const QString &path, int band = 0);
 
     bool isOpen() const { return m_dataset != nullptr; }
 
-    /// Whether it shows one band.
+    /// Whether one band is shown in grey.
     bool isGrey() const { return m_colourBands == 0; }
 
-    /// In cells.
+    /// Columns and rows of the raster.
     QSize size() const { return m_size; }
 
-    /// Reads a part (in cells, within the raster) into a picture of that size; null when it cannot be read.
-    /// The greys are the same for every part.
+    /// Reads a part (in cells, within the raster) into a picture of the given size. Null when the part cannot
+    /// be read. The stretch is the same for every part.
     QImage read(const QRect &part, const QSize &size) const;
 
 private:
@@ -47,11 +47,11 @@ private:
 
     std::shared_ptr<GDALDataset> m_dataset;
     int m_band = 1;
-    int m_colourBands = 0; ///< 3 or 4; 0: grey
+    int m_colourBands = 0; ///< 3 or 4; 0 when one band is shown in grey
     QSize m_size;
     Range m_range{};
 };
 
-/// Notes the extreme values of a band in the raster, where a tool that needs them finds them. For files of the
-/// program's own only. False when it cannot be written.
+/// Writes the extreme values of a band into the raster's statistics, where GDAL's tools look for them. Changes
+/// the file: only for files of the program's own. Returns whether they were written.
 bool noteExtremes(const QString &path, int band, double minimum, double maximum);

@@ -27,7 +27,7 @@ struct VectorPicture::Drawing
     vectordraw::Painter painter;
     vectordraw::DefaultStyles styles;
     std::optional<vectordraw::FeatureLayer> features;
-    int layer = 0; ///< the next one
+    int nextLayer = 0; ///< index of the layer to draw after `features`
 };
 
 VectorPicture::VectorPicture() = default;
@@ -68,8 +68,8 @@ bool VectorPicture::advance(int milliseconds)
         if (m_drawing->features && m_drawing->features->drawNext(portion))
             continue;
         m_drawing->features.reset();
-        if (m_drawing->layer < m_dataset->GetLayerCount()) {
-            m_drawing->features.emplace(*m_dataset->GetLayer(m_drawing->layer++), m_drawing->view,
+        if (m_drawing->nextLayer < m_dataset->GetLayerCount()) {
+            m_drawing->features.emplace(*m_dataset->GetLayer(m_drawing->nextLayer++), m_drawing->view,
                                         m_drawing->painter, m_drawing->styles, m_dataset->GetStyleTable());
         } else {
             m_drawing->surface.flush();

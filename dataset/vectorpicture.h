@@ -9,7 +9,7 @@
 
 class GDALDataset;
 
-/// The layers of a vector file, drawn into a picture, some features at a time.
+/// The layers of a vector file, drawn into a picture in portions of some features.
 class VectorPicture
 {
 public:
@@ -21,15 +21,17 @@ public:
 
     bool isOpen() const { return m_dataset != nullptr; }
 
-    /// What the layers cover, in the file's coordinates (y upwards in the numbers); empty without a feature.
+    /// The extent of all layers in the file's coordinates, so that top() is the lowest y; empty without a
+    /// feature.
     QRectF extent() const;
 
-    /// Begins to draw over the picture, which must be premultiplied ARGB and outlive the drawing. toGround:
-    /// GDAL's affine transformation from the picture's pixels to the file's coordinates. lineWidth: of features
-    /// without a style of their own, in pixels.
+    /// Starts to draw over the picture, which must be premultiplied ARGB and outlive the drawing. toGround:
+    /// GDAL's affine transformation from the picture's pixels to the file's coordinates. lineWidth: line width
+    /// in pixels of features that have no style of their own.
     void begin(QImage &picture, const std::array<double, 6> &toGround, double lineWidth);
 
-    /// Draws for that long at least one portion; false when all is drawn.
+    /// Draws at least one portion, and further ones until the milliseconds have passed. Returns whether
+    /// anything is left to draw.
     bool advance(int milliseconds);
 
 private:

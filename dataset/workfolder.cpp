@@ -16,7 +16,8 @@ QString lockName(const QString &folder)
     return folder + QStringLiteral("/.lock");
 }
 
-/// Only the user's folders, with a lock that nobody holds: one without is being made, or is none of ours.
+/// Removes the folders of dead processes: those of this user whose lock is free. A folder without a lock is
+/// being created by another process, or belongs to another program.
 void sweepDeadFolders(uint user)
 {
     const QDir temporary = QDir::temp();
@@ -27,7 +28,7 @@ void sweepDeadFolders(uint user)
             continue;
         QLockFile lock(lockName(folder));
         lock.setStaleLockTime(0);
-        if (!lock.tryLock(0)) // takes the lock of a dead process alone
+        if (!lock.tryLock(0)) // its process lives
             continue;
         lock.unlock();
         QDir(folder).removeRecursively();

@@ -7,8 +7,8 @@
 class QLockFile;
 class QTemporaryDir;
 
-/// The process's own folder inside the system's temporary directory, for files that the tools read. It is made
-/// when it is asked for first, and removed with the object. Making one sweeps the folders of processes that
+/// The folder of this process inside the system's temporary directory, for files that the tools read. It is
+/// created on first use and removed with the object. Its creation also removes the folders of processes that
 /// died.
 class WorkFolder
 {
@@ -18,19 +18,21 @@ public:
     WorkFolder(const WorkFolder &) = delete;
     WorkFolder &operator=(const WorkFolder &) = delete;
 
-    /// Absolute; empty when none can be made.
+    /// Absolute path of the folder; empty when it cannot be created.
     QString path();
 
-    /// A new folder in it; empty when none can be made.
+    /// Creates another folder inside it and returns its path; empty when it cannot be created.
     QString newFolder();
 
-    /// How many folders were made so far, and the removal of those from the n-th (counted from 0) up to the
-    /// last one before `end`. For files that nobody reads any more.
+    /// Number of calls of newFolder() so far.
     int folderCount() const { return m_folders; }
+    /// Removes the folders that the calls of newFolder() with index `begin` to `end` - 1 (from 0) created. For
+    /// files that no tool reads any more.
     void removeFolders(int begin, int end);
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<QLockFile> m_lock; ///< tells others that the process lives
-    int m_folders = 0;                 ///< that were made in it
+    std::unique_ptr<QLockFile>
+        m_lock;        ///< held while the process lives: others remove a folder with a free lock
+    int m_folders = 0; ///< number of calls of newFolder()
 };

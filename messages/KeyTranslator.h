@@ -5,7 +5,7 @@
 #include <QString>
 #include <QTranslator>
 
-/// Answers translation calls by message key: the disambiguation is the key, the source text the default.
+/// Translates by message key: the disambiguation of a translation call is the key, its source text the default.
 class KeyTranslator : public QTranslator
 {
     Q_OBJECT
@@ -13,14 +13,16 @@ class KeyTranslator : public QTranslator
 public:
     using Texts = QHash<QByteArray, QString>;
 
-    /// texts: by key, keys cut to 23 bytes as in the dictionaries.
+    /// texts: by key, where keys are cut to 23 bytes as in the dictionaries.
     KeyTranslator(Texts texts, QObject *parent);
 
-    /// The key's text; null for an unknown key, so that the default text shows and Qt's own texts pass.
+    /// The text of the key `disambiguation`. Null for an unknown key: the default text is then shown, and Qt's
+    /// own texts are left to Qt's translator.
     QString translate(const char *context, const char *sourceText, const char *disambiguation,
                       int n) const override;
 
-    /// Never, or no LanguageChange would be sent for a language that takes all its texts from the defaults.
+    /// Always false: Qt would send no LanguageChange for an empty translator, such as that of a language
+    /// without a dictionary.
     bool isEmpty() const override { return false; }
 
     /// The text of a key; null when it is unknown.

@@ -15,7 +15,7 @@ namespace
 constexpr char answersProperty[] = "quvoPromptAnswers";
 constexpr char shownProperty[] = "quvoPromptShown";
 
-/// The answer that a test gave beforehand; nothing where the box is to be shown.
+/// The answer that a test supplied; nothing when the box must be shown.
 std::optional<bool> answerOf(const QString &title, const QString &text)
 {
     if (!qApp->property(answersProperty).isValid())

@@ -8,19 +8,19 @@ class QWidget;
 
 /// The message boxes of the program. Texts are shown as plain text.
 ///
-/// A test answers beforehand: answers() are taken one a box instead of showing it, and what the boxes would
-/// have said is kept. They live in a property of the application object.
+/// A test can supply the answers: then no box is shown, each box gets the next of the supplied answers, and its
+/// text is recorded. Both lists are properties of the application object.
 class Prompt
 {
 public:
     static void warning(QWidget *parent, const QString &text);
     static void critical(QWidget *parent, const QString &text);
-    /// Whether yes was answered; "no" is the default.
+    /// Returns whether the user answered yes; "no" is the default button.
     static bool question(QWidget *parent, const QString &text);
 
-    /// From here on no box is shown; each takes the next of the answers, and "no" when they run out.
+    /// From here on no box is shown: each gets the next of the answers, and "no" when none is left.
     static void answerBeforehand(const QVector<bool> &answers);
 
-    /// The texts of the boxes that were not shown, as "title: text"; forgets them.
+    /// Returns "title: text" of each box that was not shown, and clears the record.
     static QStringList takeShown();
 };

@@ -15,7 +15,8 @@
 namespace
 {
 
-/// The texts of a dictionary by key, the first of each. Records that reach outside the data file are left out.
+/// Reads the texts of a dictionary by key. The first text of a key counts; records that reach outside the data
+/// file are skipped. Empty when a file is missing.
 KeyTranslator::Texts readTexts(const QString &dataPath)
 {
     KeyTranslator::Texts texts;
@@ -49,7 +50,7 @@ KeyTranslator::Texts readLanguage(const QString &folder, const QString &language
     return {};
 }
 
-/// Qt's name of the language; the default texts are French.
+/// Qt's name of the language: French unless it is English, because the default texts are French.
 QString qtLanguage(const QString &language)
 {
     return dicoLanguage(language.toStdString()).number == 1 ? QStringLiteral("en") : QStringLiteral("fr");
@@ -70,7 +71,7 @@ void QuvoLanguageManager::defaultSetup(const QString &messagesPath, const QStrin
 {
     m_messagesPath = messagesPath;
     m_language = language;
-    m_texts.reset(); // a translator that is deleted leaves the application
+    m_texts.reset(); // its destructor removes the translator from the application
     m_qtTexts = std::make_unique<QTranslator>();
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
     const QString translations = QLibraryInfo::path(QLibraryInfo::TranslationsPath);

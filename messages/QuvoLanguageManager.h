@@ -7,29 +7,29 @@
 class KeyTranslator;
 class QTranslator;
 
-/// The language in use: loads its message texts and has the application's translation calls answered in it.
+/// The current language. Loads its message texts and installs the translators of the application.
 class QuvoLanguageManager
 {
 public:
-    /// The single manager. It needs an application object when a language is set up.
+    /// The only manager. It needs an application object once a language is set up.
     static QuvoLanguageManager *getInstance();
 
-    /// Loads the texts of a language ("FRENCH", "ENGLISH": the names of messages/dicoindex.h) from the
-    /// dictionary in `messagesPath` and installs them; every window gets a LanguageChange. A dictionary that is
-    /// missing is replaced by "geodico.lc", and that by the default texts in the code. Qt's own texts follow.
-    /// `unused` is always empty.
+    /// Loads the texts of a language ("FRENCH", "ENGLISH" …, see messages/dicoindex.h) from the dictionary in
+    /// `messagesPath` and installs them with Qt's own texts in that language; every window receives a
+    /// LanguageChange. Without that dictionary "geodico.lc" is used, and without both the default texts in the
+    /// code. `unused` is not read.
     void defaultSetup(const QString &messagesPath, const QString &language, const QString &unused);
 
-    /// Another language from the dictionaries of the last set-up.
+    /// Switches to another language of the dictionaries that were set up last.
     void changeLanguage(const QString &language) { defaultSetup(m_messagesPath, language, QString()); }
 
     /// Whether the language is written from right to left.
     bool currentLanguageNeedsReversedLayout() const;
 
-    /// The name that was given last.
+    /// The name of the language that was set up last.
     QString language() const { return m_language; }
 
-    /// The text of a key in the dictionary; null when it is in none.
+    /// The text of a key in the dictionary; null for an unknown key.
     QString text(const char *key) const;
 
 private:
@@ -42,7 +42,7 @@ private:
     std::unique_ptr<QTranslator> m_qtTexts;
 };
 
-/// The text of a key that lives only in the dictionary, with its printf places filled by the arguments, C
-/// strings in the local encoding. A text whose places are not the ones that callers fill (at most one %s) shows
-/// as it stands; an unknown key shows as itself.
+/// The text of a key that only the dictionaries hold. The arguments, C strings in the local encoding, replace
+/// its printf conversions. A text with other conversions than at most one %s is returned unchanged, because
+/// callers pass no more arguments than that. An unknown key is returned itself.
 QString dico_label(const char *key, ...);

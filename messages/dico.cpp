@@ -31,17 +31,17 @@ struct DicoFile
     std::int32_t loaded; ///< 0 until the index has been read
 };
 
-/// The one state of the facility, for the whole process.
+/// The state of these functions, for the whole process.
 struct Dico
 {
-    std::vector<DicoFile> files; ///< the language's at index 0, then those added; empty: not initialised
+    std::vector<DicoFile> files; ///< that of the language, then the added ones; empty before dico_init()
     std::string errorPrefix;
     std::string warningPrefix;
     std::string usagePrefix;
     std::FILE *stream = nullptr;
     std::int32_t exitOnError = 0;
     void (*callback)(const char *) = nullptr;
-    int language = 10; ///< recorded only
+    int language = 10; ///< recorded, never read
 };
 
 Dico dico;
@@ -72,7 +72,7 @@ void append(const std::string &dataPath, const std::string &indexPath)
 
 void load(DicoFile &file)
 {
-    file.loaded = 1; // for better or worse: a fault is told once
+    file.loaded = 1; // also after a failure, so that it is printed once
     struct stat status
     { };
     if (stat(file.indexPath, &status) != 0) {
@@ -96,7 +96,7 @@ void load(DicoFile &file)
     file.recordCount = static_cast<std::int32_t>(file.records.size());
 }
 
-/// The record's text. A record that reaches outside the data file gives what there is of it.
+/// The text of a record; cut where the record reaches outside the data file.
 std::string readText(const DicoFile &file, const DicoRecord &record)
 {
     std::string text;
@@ -114,7 +114,7 @@ std::string readText(const DicoFile &file, const DicoRecord &record)
         text.clear();
     text.resize(std::fread(text.data(), 1, text.size(), data));
     std::fclose(data);
-    text.resize(std::min(text.find('\0'), text.size())); // where printf takes it to end
+    text.resize(std::min(text.find('\0'), text.size())); // printf stops at a NUL
     return text;
 }
 
@@ -167,7 +167,7 @@ void prepare()
     }
 }
 
-/// ASCII capitals only: no locale has a say.
+/// Converts ASCII letters alone, whatever the locale.
 char capital(char letter)
 {
     return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
@@ -191,7 +191,7 @@ void dico_init(void)
         if (name == "DEFAULT")
             giveUp("ERROR : no language file for : %s\n", "DEFAULT");
         dataPath = stem + ".lc";
-        // Either file will do here, where both were asked for above: kept so on purpose.
+        // One of both files is enough here, whereas the language needs both: kept so on purpose.
         if (!isReadable(dataPath) && !isReadable(dataPath + ".idx"))
             giveUp("ERROR : no language file for : %s and DEFAULT\n", name.c_str());
     }

@@ -52,7 +52,7 @@ std::array<char, dicoRecordSize> dicoRecordBytes(const DicoRecord &record)
 
 DicoLanguage dicoLanguage(std::string_view name)
 {
-    // Portuguese has no long English name and Turkish no two letters: kept so on purpose.
+    // Portuguese has no English name here and Turkish no two-letter one: kept so on purpose.
     struct Row
     {
         std::string_view name;

@@ -7,14 +7,14 @@
 #include <string_view>
 #include <vector>
 
-// The message dictionaries on disk: a data file with the texts back to back, and an index of 40-byte records
-// beside it.
+// The files of a message dictionary: a data file with the texts one after another, and an index of 40-byte
+// records.
 
-/// How many bytes of a key the index holds, without its NUL.
+/// Longest key in the index, in bytes, without its NUL.
 constexpr std::size_t dicoKeyLength = 23;
 constexpr std::size_t dicoRecordSize = 40;
 
-/// What a message is; any other number means plain text.
+/// The kind of a message; any other number means plain text.
 enum DicoKind : std::int32_t
 {
     DicoError = 1,
@@ -28,28 +28,30 @@ struct DicoRecord
     std::string key;         ///< at most 23 bytes
     std::int32_t offset = 0; ///< of the text in the data file, in bytes
     std::int32_t length = 0; ///< of the text, in bytes
-    std::int32_t number = 0; ///< printed in front of errors and warnings
+    std::int32_t number = 0; ///< printed before errors and warnings
     std::int32_t kind = 0;   ///< see DicoKind
 };
 
-/// Reads an index. A part of a record at the end is ignored; a key that fills its 24 bytes is cut to 23.
+/// Reads an index. An incomplete record at the end is ignored; a key without a NUL is cut to 23 bytes.
 std::vector<DicoRecord> parseDicoIndex(std::string_view bytes);
 
-/// The record's 40 bytes, integers big-endian.
+/// Formats a record as 40 bytes, with big-endian integers.
 std::array<char, dicoRecordSize> dicoRecordBytes(const DicoRecord &record);
 
-/// Language of a GEOLANGUE value: the suffix of its dictionary (".fr") and its number. A value that stands for
-/// none, or in other letters than the table's, gets ".lc" and 10.
+/// The language that a value of GEOLANGUE names: the suffix of its dictionary (".fr") and its number.
 struct DicoLanguage
 {
     const char *suffix;
     int number;
 };
+
+/// The language of a name, which must be written as in the table of the function. Any other name gives ".lc"
+/// and 10.
 DicoLanguage dicoLanguage(std::string_view name);
 
-/// The printf conversions of a text in their order ("%s%d" for "%s has %d"); "%%" is none.
+/// The printf conversions of a text in their order: "%s%d" for "%s has %d". "%%" is not a conversion.
 std::string printfConversions(std::string_view text);
 
-/// Whether printf may have the text as a format: no "%n", no width from the arguments, no conversion of great
-/// width.
+/// Whether the text may be passed to printf as a format: without "%n", without a width or a position taken from
+/// the arguments, and without a conversion of more than 4 digits.
 bool isSafeFormat(std::string_view text);

@@ -7,9 +7,9 @@ struct _dictionary_; // NOLINT(bugprone-reserved-identifier): iniparser's own na
 
 /// An ini file, read once by iniparser.
 ///
-/// iniparser gives a whole file up for one line that is longer than about 1000 bytes, that is no ini line, or
-/// that begins with a byte-order mark; a value that ends in a backslash goes on in the next line. A file that
-/// gives nothing is logged.
+/// iniparser rejects the whole file for one line that is longer than about 1000 bytes, that is no ini line, or
+/// that begins with a byte-order mark. A value that ends in a backslash continues on the next line. A file
+/// without a single section is logged.
 class IniFile
 {
 public:
@@ -18,8 +18,8 @@ public:
     IniFile(const IniFile &) = delete;
     IniFile &operator=(const IniFile &) = delete;
 
-    /// The value of a key as the file's bytes; the default where the key is absent. Letters A to Z in section
-    /// and key count as a to z.
+    /// The value of a key as it stands in the file, or the default when the key is absent. The case of A to Z
+    /// in section and key does not count.
     QByteArray get(const char *section, const char *key, const char *defaultValue) const;
 
 private:

@@ -2,18 +2,19 @@
 
 #include <QString>
 
-/// A text that the user reads: the key under which the message dictionaries hold it, and the text that stands
-/// where they hold none. Both are literals; the default text is UTF-8 and French but for a few words.
+/// A text for the user: its key in the message dictionaries, and the default text for a dictionary without that
+/// key. Both are literals; the default text is UTF-8, and French but for a few words.
 struct Label
 {
     const char *key;
     const char *text;
 };
 
-/// The label's text in the language in use. For code that is no widget; a widget calls its own tr(text, key).
+/// The text of the label in the current language. For code outside widgets; a widget calls its own tr(text,
+/// key).
 ///
-/// Values are put into a text that holds %1, %2 by one call of QString::arg with all of them: chained calls
-/// would read a "%1" inside the first value as the next place.
+/// If the text holds %1, %2 …, fill them by a single call of QString::arg with all values: chained calls would
+/// also replace a "%1" that the first value holds.
 QString labelText(const Label &label);
 
 /// The text with a colon at its end; a text that ends in one is returned as it is.

@@ -20,7 +20,8 @@
 namespace
 {
 
-/// Goes over the header's fields in one direction or the other; both share one list of fields.
+/// Reads fields from the bytes of a header. visitFields() calls it and FieldWriter with the same list of
+/// fields.
 class FieldReader
 {
 public:
@@ -97,13 +98,13 @@ template <class Header, class Fields> void visitFields(Header &header, const Fie
     fields.text(127, 128, header.comment);
 }
 
-/// Only "im2" stands in the other byte order; the older magic's numbers are in the host's.
+/// Whether numbers are swapped: only under "im2", not under the older magic.
 bool isSwapped(const std::string &magic)
 {
     return magic == "im2";
 }
 
-/// The header with another magic and type name; what is no field of it stays as it was.
+/// Rewrites the header with the new magic and type name. Bytes that belong to no field stay as they were.
 void convertOlderHeader(int descriptor, const RasterHeaderBytes &older)
 {
     RasterHeader header = parseRasterHeader({older.data(), older.size()});
@@ -149,7 +150,7 @@ RasterHeaderBytes rasterHeaderBytes(const RasterHeader &header)
 
 int openRaster(const char *path)
 {
-    if (!path || !*path || !isRegularFile(path)) // a pipe would keep the reader waiting
+    if (!path || !*path || !isRegularFile(path)) // opening a pipe could block
         return -1;
     bool readOnly = false;
     int descriptor = open(path, O_RDWR | O_BINARY);

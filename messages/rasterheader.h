@@ -5,24 +5,23 @@
 #include <string>
 #include <string_view>
 
-// Rasters that begin with a header of 256 bytes, whose numbers stand in the byte order that its magic names.
+// Rasters that begin with a header of 256 bytes. Its magic states the byte order of its numbers.
 
 constexpr std::size_t rasterHeaderSize = 256;
 
-/// The header's fields, in host order. Their widths are known, the meaning of most is not.
+/// The fields of the header, in the host's byte order. Their types are known, the meaning of most is not.
 struct RasterHeader
 {
     std::uint32_t firstDimension = 0;
     std::uint32_t secondDimension = 0;
-    std::uint16_t word8 = 0; ///< named after their place in the header
+    std::uint16_t word8 = 0; ///< this and the fields below: named after their offset in bytes
     std::uint8_t byte10 = 0;
     std::uint8_t byte11 = 0;
     float real12 = 0;
     float real16 = 0;
     float real20 = 0;
     std::int16_t word24 = 0;
-    std::string
-        magic; ///< 3 bytes: "im2" numbers in the other byte order than the host's; "mi2", "im*" in the host's
+    std::string magic; ///< 3 bytes; numbers are in the host's byte order for "mi2" and "im*", swapped for "im2"
     std::string marker; ///< 2 bytes: "m#" or "m*"
     std::uint16_t word32 = 0;
     std::uint8_t byte34 = 0;
@@ -37,15 +36,17 @@ struct RasterHeader
 
 using RasterHeaderBytes = std::array<char, rasterHeaderSize>;
 
-/// Reads a header of 256 bytes; a shorter text is read as if zeros followed.
+/// Reads a header of 256 bytes; missing bytes count as zeros.
 RasterHeader parseRasterHeader(std::string_view bytes);
 
-/// The header as it is written: with magic "mi2" unless it is "im2" or "mi2" already, with marker "m#" unless
-/// it is "m#" or "m*".
+/// Formats a header. A magic other than "im2" and "mi2" becomes "mi2", a marker other than "m#" and "m*"
+/// becomes "m#".
 RasterHeaderBytes rasterHeaderBytes(const RasterHeader &header);
 
-/// Opens such a raster, for reading and writing where that is allowed, else for reading with the warning
-/// AVER_OUV_RDONLY (messages/dico.h). A header with the older magic "im*" is converted and rewritten in place.
-/// Returns a file descriptor that the caller closes; -1 when the file cannot be opened, -2 when it has no whole
-/// header, -3 for another magic. path: bytes as the file system has them; null or empty gives -1.
+/// Opens such a raster for reading and writing; where writing is not allowed, for reading, with the warning
+/// AVER_OUV_RDONLY (messages/dico.h). A header with the older magic "im*" is converted to "im2" and rewritten
+/// in place. path: bytes in the encoding of the file system.
+///
+/// Returns a file descriptor that the caller closes, or an error: -1 the file cannot be opened or path is null
+/// or empty, -2 the header is incomplete, -3 another magic.
 int openRaster(const char *path);

@@ -3,9 +3,8 @@
 #include <QTimer>
 #include <QWidget>
 
-/// A small wheel of spokes that turns while it is shown: work goes on, its length is not known. It takes its
-/// colour from the palette's text and its size from the font, and stands still where the style asks for no
-/// animations.
+/// A small wheel of spokes that turns while it is shown, beside work of unknown length. It takes its colour
+/// from the palette's text and its size from the font. Where the style asks for no animations it stands still.
 class ProgressWidget : public QWidget
 {
     Q_OBJECT

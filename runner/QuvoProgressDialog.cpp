@@ -10,18 +10,18 @@
 namespace
 {
 
-/// The longest text that a time label shows; the labels keep room for it, or a window of fixed size would clip
-/// it.
+/// The longest text that a time label shows. The labels reserve room for it, because a window of fixed size
+/// would clip it.
 QString longestTime()
 {
     return formatTime(QTime(20, 50, 50));
 }
 
-const QWidget *anyVisibleWindow(const QWidget *butThis)
+const QWidget *anyVisibleWindow(const QWidget *exceptThis)
 {
     for (const QWidget *window : QApplication::topLevelWidgets()) {
         const bool isOwner = window->windowType() == Qt::Window || window->windowType() == Qt::Dialog;
-        if (window != butThis && isOwner && window->isVisible() && window->windowHandle())
+        if (window != exceptThis && isOwner && window->isVisible() && window->windowHandle())
             return window;
     }
     return nullptr;
@@ -58,7 +58,7 @@ void QuvoProgressDialog::reject()
 {
     const int shown = m_shown;
     emit cancelled();
-    if (m_shown == shown) // a listener may have shown the window again, for what it starts next
+    if (m_shown == shown) // a slot may have shown the window again for the next list
         QDialog::reject();
 }
 
@@ -108,7 +108,8 @@ void QuvoProgressDialog::changeEvent(QEvent *event)
     QDialog::changeEvent(event);
 }
 
-/// The smallest size in which nothing is clipped. The layout knows it only once it is active.
+/// Fixes the smallest size in which nothing is clipped. The layout must be activated first: before that it does
+/// not know this size.
 void QuvoProgressDialog::fixSize()
 {
     const int timeWidth = m_form->m_pLElapsedTimeValue->fontMetrics().horizontalAdvance(longestTime());
@@ -123,15 +124,16 @@ void QuvoProgressDialog::fixSize()
     setFixedSize(size);
 }
 
-/// Without a parent the window system would neither block the owner nor place the window over it.
+/// The dialog has no parent, so its owner is set here: otherwise the window system would neither block the
+/// owner nor place the dialog over it.
 void QuvoProgressDialog::placeOverActiveWindow()
 {
     const QWidget *owner = QApplication::activeWindow();
     if (!owner || owner == this)
-        owner = anyVisibleWindow(this); // just after a message box none is active
+        owner = anyVisibleWindow(this); // no window is active just after a message box has closed
     if (!owner)
         return;
-    winId(); // makes the native window, which the owner is set on
+    winId(); // creates the native window, whose owner is set below
     windowHandle()->setTransientParent(owner->windowHandle());
     move(owner->frameGeometry().center() - rect().center());
 }

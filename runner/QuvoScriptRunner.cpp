@@ -55,9 +55,9 @@ void QuvoScriptRunner::run(QuvoProcessingCollection tProcessCollection,
     doNext();
 }
 
-/// Another list takes the running one's place. The runner's error path stays connected: a kill that it reports
-/// ends the old list with error(); where it reports none (the child had already ended well), the list is
-/// aborted.
+/// Ends the running list because another one replaces it. The child process may report the kill as an error,
+/// which ends the old list with error(). If it had already ended well it reports none, and the old list ends
+/// with aborted().
 void QuvoScriptRunner::endRunningList()
 {
     m_bUserCancel = true;
@@ -72,7 +72,7 @@ void QuvoScriptRunner::endRunningList()
 void QuvoScriptRunner::doNext()
 {
     if (m_bUserCancel)
-        return; // the child ended well before the stop reached it; the list ends all the same
+        return; // the command ended well before the stop reached it, and the list is stopped anyway
 
     ++m_iCurrent;
     if (m_iCurrent >= m_processes.size()) {
@@ -84,7 +84,7 @@ void QuvoScriptRunner::doNext()
     const QuvoProcessing step = m_processes.at(m_iCurrent);
     if (m_progressDialog.isVisible())
         m_progressDialog.setTitle(step.second);
-    m_bRunning = true; // before the start, which may fail at once
+    m_bRunning = true; // before runCommand(), which may report an error at once
     m_runner.runCommand(step.first);
 }
 

@@ -6,12 +6,13 @@
 
 #include <QObject>
 
-/// Runs a list of commands one after another, shows the progress of the whole in a window of its own, and
-/// deletes every declared output when the list is stopped or one of its commands fails.
+/// Runs a list of commands one after another and shows its progress in a window of its own. When the list is
+/// stopped or one of its commands fails, every declared output is deleted.
 ///
-/// Each list that run() starts ends with exactly one of done(), aborted() and error(), unless stop() or the end
-/// of this object cuts it short, which tell nobody. A listener may start the next list from inside any of them;
-/// one that is told of the end of a list from inside run() may do so only by a queued call.
+/// Each list that run() starts ends with exactly one of the signals done(), aborted() and error(); stop() and
+/// the destructor end it without a signal. A slot may start the next list from inside any of these signals,
+/// with one exception: a signal that run() itself emits (its list ended at once, or it replaced a running one)
+/// may be answered with run() through a queued connection only.
 class QuvoScriptRunner : public QObject
 {
     Q_OBJECT
@@ -19,7 +20,7 @@ class QuvoScriptRunner : public QObject
 public:
     explicit QuvoScriptRunner(QObject *parent);
 
-    /// Ends a list that is still running like stop().
+    /// Ends a running list as stop() does.
     ~QuvoScriptRunner() override;
 
     /// What the last command wrote on its standard error, also after exit code 0.
@@ -32,14 +33,15 @@ signals:
     void done();
     /// The user stopped the list, or another run() took its place.
     void aborted();
-    /// A command failed; the text is what it wrote on its standard error, possibly nothing.
+    /// A command failed. standardError: what it wrote on its standard error, possibly nothing.
     void error(const QString &standardError);
-    /// Percentage of the running step. The window shows the percentage of the list instead: kept so on purpose.
+    /// Percentage of the running step. The window shows the percentage of the whole list instead: kept so on
+    /// purpose.
     void updateProgress(int percent);
 
 public slots:
-    /// Starts a list; one that is still running is closed first. `icon` is the resource or file path of the
-    /// window's picture.
+    /// Starts a list; a list that still runs is ended first. `qsIcon` is the resource or file path of the
+    /// window's picture, empty for none.
     void run(QuvoProcessingCollection tProcessCollection,
              QuvoOutputFilesListCollection tOutputFilesListCollection,
              QuvoProgressDialogType tProgressWindowType, const QString &qsIcon);
@@ -48,11 +50,11 @@ public slots:
              QuvoProgressDialogType tProgressWindowType);
 
     /// Kills the running command and deletes the outputs; no signal follows. While nothing runs it deletes the
-    /// outputs of the last list all the same, finished ones too.
+    /// outputs of the last list as well, even those of a list that ended well.
     void stop();
     void setProgress(int iPercent);
     void doNext();
-    /// stop(), then aborted().
+    /// Calls stop(), then emits aborted().
     void processUserCancel();
     void processError(const QString &qsError);
 
@@ -61,12 +63,12 @@ private:
 
     QuvoUtilityRunner m_runner;
     QuvoProgressDialog m_progressDialog;
-    int m_iCurrent = -1; ///< index of the running step
+    int m_iCurrent = -1; ///< index of the running step, -1 before the first
     QuvoProcessingCollection m_processes;
     QuvoOutputFilesListCollection m_outputFiles;
     bool m_bRunning = false;
-    bool m_bUserCancel = false; ///< a stop is in progress: the end of the child starts no further step
+    bool m_bUserCancel = false; ///< a stop is in progress: the end of the command starts no further step
 };
 
-/// Percentage of a list of `steps` steps of which the one at index `current` (from 0) is at `percent`.
+/// Percentage of a whole list of `steps` steps while the step with index `current` (from 0) is at `percent`.
 int overallProgress(int current, int steps, int percent);

@@ -1,7 +1,7 @@
 #include "runner/QuvoUtilityRunner.h"
 
+#include "messages/logging.h"
 #include "runner/commandsplit.h"
-#include "runner/logging.h"
 
 namespace
 {
@@ -70,12 +70,12 @@ void QuvoUtilityRunner::processFinished(int exitCode, QProcess::ExitStatus)
         const QString text = m_heldBackText; // the next command clears the member
         emit error(text);
         if (m_run != run)
-            return; // a listener has started the next command, which this end does not concern
+            return; // a slot has started the next command, and the end of this one must not be reported for it
     }
     if (exitCode != 0) {
-        emit error(takeStandardError());
+        emit error(readStandardErrorText());
     } else {
-        takeStandardError();
+        readStandardErrorText();
         emit normalTermination();
     }
 }
@@ -83,20 +83,19 @@ void QuvoUtilityRunner::processFinished(int exitCode, QProcess::ExitStatus)
 void QuvoUtilityRunner::processError(QProcess::ProcessError kind)
 {
     qCDebug(lcRunner, "process error %d, state %d", static_cast<int>(kind), static_cast<int>(state()));
-    const QString text = takeStandardError();
+    const QString text = readStandardErrorText();
     if (state() == QProcess::NotRunning) {
         emit error(text);
         return;
     }
-    // Of a crash Qt tells while it still takes the child for a running one; a listener that answered with
-    // close() would wait for ever for an end that has already been. finished() always follows: the report waits
-    // for it.
+    // Qt reports a crash while state() is still Running. A slot that answered with close() would wait forever
+    // for an end that has already happened. finished() always follows, so the error is emitted from there.
     m_errorHeldBack = true;
     m_heldBackText = text;
 }
 
-/// What has come on standard error since the last call.
-QString QuvoUtilityRunner::takeStandardError()
+/// Reads what arrived on standard error since the last call.
+QString QuvoUtilityRunner::readStandardErrorText()
 {
     if (!isOpen())
         return {}; // the program could not be started, or close() was called

@@ -5,9 +5,8 @@
 #include <QProcess>
 #include <QString>
 
-/// Runs one external tool at a time as a child process, follows its standard output and tells how it ended.
-///
-/// It knows nothing of what the tool computes. It is the child process itself: to cancel, call close().
+/// Runs one external tool at a time as a child process, reads the progress from its standard output and reports
+/// how it ended. The object is the child process itself: QProcess::close() kills the tool.
 class QuvoUtilityRunner : public QProcess
 {
     Q_OBJECT
@@ -15,32 +14,34 @@ class QuvoUtilityRunner : public QProcess
 public:
     explicit QuvoUtilityRunner(QObject *parent);
 
-    /// Starts the command line (program and arguments in one text, quoted as splitProcessCommand() reads it)
-    /// and returns at once. A program that cannot be started may be reported by error() from inside this call.
+    /// Starts a command line (program and arguments in one text, quoted as splitProcessCommand() reads it) and
+    /// returns at once. If the program cannot be started, error() may be emitted before this call returns.
     void runCommand(const QString &command);
 
-    /// How many passes the tool makes over its work, each with its own " - done."; 1 at first.
+    /// Number of passes that the tool makes over its work, each ending in its own " - done."; 1 by default.
     void setStepCount(int passes) { m_iNbSteps = qMax(1, passes); }
 
     /// The command line last started.
     QString command() const { return m_qsCommand; }
 
-    /// The end of what the tool wrote on its standard output since the last start (Latin-1), at most 64 KiB.
+    /// The last 64 KiB at most of what the tool wrote on its standard output since the last start (Latin-1).
     QString outputTail() const { return m_qsOutput; }
 
-    /// What the tool wrote on its standard error, known once it has ended, whatever its exit code.
+    /// What the tool wrote on its standard error (local 8-bit encoding). Complete once the tool has ended,
+    /// whatever its exit code.
     QString lastStandardError() const { return m_lastStandardError; }
 
-    /// The percentage that an output stands for, with this tool's number of passes.
+    /// Percentage that `output`, all that the tool has written so far, stands for, with this tool's number of
+    /// passes (runner/progress.h).
     double parseProgress(const QString &output) const;
 
 signals:
     /// The percentage changed; truncated towards zero.
     void updateProgress(int percent);
-    /// The tool ended with exit code 0. There is no last updateProgress(100).
+    /// The tool ended with exit code 0. updateProgress(100) precedes it only if the tool wrote so.
     void normalTermination();
-    /// The tool ended with another exit code, crashed (then twice) or could not be started (then with an empty
-    /// text).
+    /// The tool ended with another exit code, crashed (the signal is then emitted twice) or could not be
+    /// started (the text is then empty).
     void error(const QString &standardError);
 
 public slots:
@@ -49,7 +50,7 @@ public slots:
     void processError(QProcess::ProcessError kind);
 
 private:
-    QString takeStandardError();
+    QString readStandardErrorText();
 
     QString m_qsOutput;
     double m_dProgress = 0.0;
@@ -57,7 +58,8 @@ private:
     int m_iNbSteps = 1;
     ProgressReader m_progress;
     QString m_lastStandardError;
-    int m_run = 0;                ///< counts the commands started
-    bool m_errorHeldBack = false; ///< an error was reported while the child was not yet seen as ended
+    int m_run = 0; ///< number of commands started
+    /// Qt reported a crash before it reported the end: error() waits for finished().
+    bool m_errorHeldBack = false;
     QString m_heldBackText;
 };

@@ -1,7 +1,7 @@
 #include "runner/outputfiles.h"
 
 #include "dataset/pathencoding.h"
-#include "runner/logging.h"
+#include "messages/logging.h"
 
 #include <QDir>
 #include <QFile>

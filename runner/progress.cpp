@@ -47,10 +47,10 @@ double parseProgress(const QString &output, int passes)
 void ProgressReader::feed(const QByteArray &bytes)
 {
     for (const char byte : bytes)
-        take(byte);
+        readByte(byte);
 }
 
-void ProgressReader::take(char byte)
+void ProgressReader::readByte(char byte)
 {
     m_empty = false;
 
@@ -61,12 +61,12 @@ void ProgressReader::take(char byte)
         if (m_markerLength == passMarkerLength)
             ++m_passesDone;
     } else if (m_markerLength == 3 && byte == '-') {
-        m_markerLength = 2; // " - -": the second blank begins the marker anew
+        m_markerLength = 2; // " - -": the second blank may begin a marker
     } else {
         m_markerLength = byte == passMarker[0] ? 1 : 0;
     }
 
-    // A run of full stops inside the line holds one group for every three of them.
+    // Every three full stops in a row inside the line are one group.
     if (byte == '.') {
         ++m_dots;
     } else if (byte == '\n') {

@@ -1,7 +1,7 @@
 #include "runner/shellhelpers.h"
 
+#include "messages/logging.h"
 #include "runner/commandsplit.h"
-#include "runner/logging.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -71,7 +71,7 @@ bool showThroughDBus(const QUrl &file)
     QDBusMessage message = QDBusMessage::createMethodCall(
         service, QStringLiteral("/org/freedesktop/FileManager1"), service, QStringLiteral("ShowItems"));
     message << QStringList{file.toString(QUrl::FullyEncoded)} << QString();
-    return bus.send(message); // no answer is waited for: the file manager may be slow to start
+    return bus.send(message); // without waiting for the answer: the file manager may start slowly
 #else
     Q_UNUSED(file)
     return false;

@@ -6,34 +6,36 @@
 
 #include <functional>
 
-// A document or a command is handed to the operating system's shell without waiting for it. Each helper returns
-// whether the shell took it.
+// These helpers pass a document or a command to the operating system's shell and do not wait for it. Each
+// returns whether the shell accepted it.
 
-/// What the desktop does for the helpers below; a test puts its own in place.
+/// What the helpers below need of the desktop. A test passes functions of its own.
 struct ShellServices
 {
-    /// Opens a document or an address with the program that is set for it.
+    /// Opens a document or an address with the program that the desktop has set for it.
     std::function<bool(const QUrl &document)> open;
-    /// Shows a local file, marked, in the file manager.
+    /// Shows a local file, selected, in the file manager.
     std::function<bool(const QUrl &file)> showInFileManager;
-    /// Starts a program that goes on by itself. An empty directory: the current one.
+    /// Starts a program that outlives this one. An empty directory means the current one.
     std::function<bool(const QString &program, const QStringList &arguments, const QString &directory)> start;
 };
 
 /// The desktop's own services.
 const ShellServices &desktopServices();
 
-/// Opens `file` (a document, a folder, an address such as "https://…") when there are no parameters. With
-/// parameters `file` is a program: "explorer" with "/select,<path>" shows the file in the file manager, on
-/// every platform; any other program is started with them. A null `directory` leaves the current directory as
-/// it is; otherwise it is the current one during the call. False for an empty `file` and for a local document
-/// that does not exist.
+/// Without parameters: opens `file`, which is a document, a folder or an address such as "https://…".
+///
+/// With parameters: `file` is a program. "explorer" with "/select,<path>" shows that path in the file manager,
+/// on every platform; any other program is started with the parameters.
+///
+/// `directory` is the current directory during the call; a null text leaves the current directory as it is.
+/// Returns false for an empty `file` and for a local document that does not exist.
 bool shellExecute(const QString &file, const QString &parameters, const QString &directory,
                   const ShellServices &services = desktopServices());
 
 /// Opens a document, a folder or an address.
 bool openWithShell(const QString &file, const ShellServices &services = desktopServices());
 
-/// Splits the command with splitCommandLine() and executes it.
+/// Splits the command with splitCommandLine() and passes both parts to shellExecute().
 bool executeCommandLine(const QString &command, const QString &directory,
                         const ShellServices &services = desktopServices());

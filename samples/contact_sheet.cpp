@@ -1,7 +1,7 @@
 // contact_sheet <sheet.png> <file>…
 //
-// Paints the products into one picture, each with its file name below: rasters in greys or in their colours,
-// contour lines over the file named "hillshade". Without a display.
+// Paints the products into one picture, each above its file name: rasters in greys or in their own colours,
+// contour lines over the product named "hillshade". Needs no display.
 
 #include "dataset/gdalmessages.h"
 #include "dataset/rasterpicture.h"
@@ -28,13 +28,14 @@ constexpr int titleHeight = 28;
 constexpr int columns = 3;
 
 using DataSet = std::unique_ptr<GDALDataset>;
+
 QImage rasterPicture(const QString &file)
 {
     const RasterPicture raster(file);
     const QSize size = raster.size().scaled(side, side, Qt::KeepAspectRatio);
     const QImage image = raster.read(QRect(QPoint(0, 0), raster.size()), size);
     QImage picture(size, QImage::Format_RGB32);
-    picture.fill(Qt::white); // shows where there is no data
+    picture.fill(Qt::white); // seen through cells without data
     QPainter(&picture).drawImage(0, 0, image);
     return image.isNull() ? image : picture;
 }
@@ -53,7 +54,7 @@ DataSet open(const QString &file)
     return DataSet(GDALDataset::Open(QFile::encodeName(file).constData(), GDAL_OF_RASTER | GDAL_OF_VECTOR));
 }
 
-/// A pale copy of the relief, as a ground for lines.
+/// A pale copy of the relief, as a background for lines.
 QImage paleRelief(const QString &relief)
 {
     QImage ground = rasterPicture(relief).convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -62,7 +63,8 @@ QImage paleRelief(const QString &relief)
     return ground;
 }
 
-/// The lines over the relief, which has the same extent; every fifth level is heavier.
+/// Draws contour lines over the relief, which must have the same extent. Every fifth line, at multiples of 500
+/// m, is wider.
 QImage linesOver(const QString &reliefFile, OGRLayer &layer)
 {
     using namespace vectordraw;

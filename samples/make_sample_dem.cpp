@@ -15,7 +15,7 @@ constexpr int side = 1200;        // cells
 constexpr double cellSize = 30.0; // metres
 constexpr float noData = -9999.0F;
 
-/// The survey did not reach the south-eastern corner.
+/// False in the south-eastern corner, which the sample leaves without data.
 bool isSurveyed(int row, int column)
 {
     const double down = side - row;

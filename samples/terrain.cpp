@@ -9,9 +9,9 @@
 namespace
 {
 
-constexpr double baseLevel = 380.0; // metres, where the rivers leave the grid
+constexpr double baseLevel = 380.0; // metres: elevation at which the rivers leave the grid
 
-/// A number from 0 to 1 for each lattice point, by an integer hash.
+/// Pseudo-random number from 0 to 1 of a lattice point, by an integer hash.
 double latticeValue(std::int32_t x, std::int32_t y, std::uint32_t seed)
 {
     std::uint32_t hash =
@@ -21,7 +21,7 @@ double latticeValue(std::int32_t x, std::int32_t y, std::uint32_t seed)
     return (hash ^ (hash >> 15)) / 4294967295.0;
 }
 
-/// Smooth noise from 0 to 1 with one bump a unit.
+/// Smooth noise from 0 to 1 that interpolates one random value per unit of length.
 double noise(double x, double y, std::uint32_t seed)
 {
     const double column = std::floor(x);
@@ -36,7 +36,7 @@ double noise(double x, double y, std::uint32_t seed)
     return (1.0 - v) * north + v * south;
 }
 
-/// Noise of several octaves, each half as wide and half as strong as the one before.
+/// Sum of several octaves of noise. Each has half the wavelength and half the amplitude of the one before.
 double fractalNoise(double x, double y, int octaves, std::uint32_t seed)
 {
     double sum = 0.0;
@@ -50,14 +50,14 @@ double fractalNoise(double x, double y, int octaves, std::uint32_t seed)
     return sum;
 }
 
-/// Where each cell's water goes.
+/// The flow of water from cell to cell.
 struct Drainage
 {
-    std::vector<int> order;    ///< cells so that each stands behind the one its water goes to
-    std::vector<int> receiver; ///< that cell; itself at the edge of the grid
+    std::vector<int> order;    ///< every cell, each after its receiver
+    std::vector<int> receiver; ///< the cell that takes the water of each cell; itself at the edge of the grid
 };
 
-/// The neighbours of a cell inside the grid, itself included.
+/// Calls visit(cell, isDiagonal) for a cell and its neighbours inside the grid.
 template <class Visit> void forNeighbourhood(int side, int cell, Visit visit)
 {
     const int row = cell / side;
@@ -68,8 +68,15 @@ template <class Visit> void forNeighbourhood(int side, int cell, Visit visit)
     }
 }
 
-/// Steepest descent; out of a pit, along the way by which a flood from the edges enters it (priority flood;
-/// Barnes, Lehman and Mulla 2014).
+bool isAtEdge(int side, int cell)
+{
+    const int row = cell / side;
+    const int column = cell % side;
+    return row == 0 || column == 0 || row == side - 1 || column == side - 1;
+}
+
+/// Water flows along the steepest descent. Out of a pit it flows back along the path by which a flood from the
+/// edges of the grid enters the pit (priority flood; Barnes, Lehman and Mulla 2014).
 Drainage drain(const Terrain &terrain)
 {
     const int side = terrain.side;
@@ -82,9 +89,7 @@ Drainage drain(const Terrain &terrain)
     using Entry = std::pair<double, int>;
     std::priority_queue<Entry, std::vector<Entry>, std::greater<>> open;
     for (int cell = 0; cell < side * side; ++cell) {
-        const int row = cell / side;
-        const int column = cell % side;
-        if (row == 0 || column == 0 || row == side - 1 || column == side - 1) {
+        if (isAtEdge(side, cell)) {
             drainage.receiver[static_cast<std::size_t>(cell)] = cell;
             open.emplace(terrain.height[static_cast<std::size_t>(cell)], cell);
         }
@@ -114,7 +119,7 @@ Drainage drain(const Terrain &terrain)
     return drainage;
 }
 
-/// Cells upstream of each cell, itself included.
+/// Number of cells upstream of each cell, itself included.
 std::vector<double> catchment(const Drainage &drainage)
 {
     std::vector<double> cells(drainage.receiver.size(), 1.0);
@@ -126,8 +131,8 @@ std::vector<double> catchment(const Drainage &drainage)
     return cells;
 }
 
-/// One step of uplift and river incision, dh/dt = U - K √A S with A in cells and S in metres a cell, solved
-/// from the mouths upwards (Braun and Willett 2013).
+/// One step of uplift and river incision: dh/dt = U - K √A S, with A in cells and S in metres per cell, solved
+/// implicitly from the mouths upwards (Braun and Willett 2013).
 void erode(Terrain &terrain, const std::vector<double> &uplift, double erodibility)
 {
     const Drainage drainage = drain(terrain);
@@ -147,7 +152,7 @@ void erode(Terrain &terrain, const std::vector<double> &uplift, double erodibili
     }
 }
 
-/// Soil creep: each cell moves a little towards the mean of its neighbours.
+/// Soil creep: moves each inner cell by `share` (0 to 1) towards the mean of its four neighbours.
 void creep(Terrain &terrain, double share)
 {
     const int side = terrain.side;
@@ -163,7 +168,7 @@ void creep(Terrain &terrain, double share)
     }
 }
 
-/// Uplift of one step: a bent range, higher in its middle, nothing at the edges.
+/// Uplift of one step in metres: a bent range, strongest along its axis and 0 at the edges of the grid.
 std::vector<double> upliftField(int side, double perStep)
 {
     std::vector<double> uplift(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
@@ -191,7 +196,8 @@ std::array<double, 4> cubicWeights(double t)
             0.5 * (t + 4.0 * t * t - 3.0 * t * t * t), 0.5 * (-t * t + t * t * t)};
 }
 
-/// The value of a grid between its cells, at coordinates in cells.
+/// Value of a grid at a place between its cells, by bicubic interpolation. row, column: in cells, from the
+/// centre of the first.
 double interpolate(const std::vector<double> &grid, int side, double row, double column)
 {
     const int r = static_cast<int>(std::floor(row));
@@ -213,7 +219,7 @@ double interpolate(const std::vector<double> &grid, int side, double row, double
 /// A lake behind a dam in one of the large valleys.
 struct Lake
 {
-    double level = 0.0;           ///< metres
+    double level = 0.0;           ///< elevation of the water, in metres
     std::vector<double> upstream; ///< 1 in the dam's catchment, 0 elsewhere
 };
 
@@ -221,7 +227,7 @@ Lake damValley(const Terrain &terrain)
 {
     const Drainage drainage = drain(terrain);
     const std::vector<double> cells = catchment(drainage);
-    // The middle of the range's valleys: large enough for a lake, well inside the grid.
+    // The dam stands where the largest catchment lies that is well inside the grid.
     int dam = 0;
     double best = 0.0;
     for (const int cell : drainage.order) {
@@ -247,28 +253,34 @@ Lake damValley(const Terrain &terrain)
     return lake;
 }
 
+/// The terrain before the details are added: a noisy plain, lifted and eroded in `steps` steps.
+Terrain erodedRange(int side)
+{
+    constexpr int steps = 160;
+    constexpr double upliftPerStep = 10.0; // metres
+    constexpr double erodibility = 0.05;   // share of the drop that a step removes, for a catchment of one cell
+    Terrain terrain;
+    terrain.side = side;
+    terrain.height.resize(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+    for (int row = 0; row < side; ++row) {
+        for (int column = 0; column < side; ++column)
+            terrain.height[static_cast<std::size_t>(row * side + column)] =
+                baseLevel + 60.0 * fractalNoise(column / 20.0, row / 20.0, 5, 1u);
+    }
+    const std::vector<double> uplift = upliftField(side, upliftPerStep);
+    for (int step = 0; step < steps; ++step) {
+        erode(terrain, uplift, erodibility);
+        creep(terrain, 0.2);
+    }
+    return terrain;
+}
+
 } // namespace
 
 Terrain makeTerrain(int side)
 {
-    constexpr int refinement = 3; // rivers are cut on a grid this much coarser
-    constexpr int steps = 160;
-    constexpr double erodibility =
-        0.05; // share of the drop to the next cell that a step takes, for a catchment of one cell
-
-    Terrain coarse;
-    coarse.side = side / refinement;
-    coarse.height.resize(static_cast<std::size_t>(coarse.side) * static_cast<std::size_t>(coarse.side));
-    for (int row = 0; row < coarse.side; ++row) {
-        for (int column = 0; column < coarse.side; ++column)
-            coarse.height[static_cast<std::size_t>(row * coarse.side + column)] =
-                baseLevel + 60.0 * fractalNoise(column / 20.0, row / 20.0, 5, 1u);
-    }
-    const std::vector<double> uplift = upliftField(coarse.side, 10.0);
-    for (int step = 0; step < steps; ++step) {
-        erode(coarse, uplift, erodibility);
-        creep(coarse, 0.2);
-    }
+    constexpr int refinement = 3; // rivers are cut on a grid of cells this many times wider
+    const Terrain coarse = erodedRange(side / refinement);
     const Lake lake = damValley(coarse);
 
     Terrain fine;

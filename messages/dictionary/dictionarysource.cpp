@@ -28,8 +28,9 @@ std::string unescaped(const std::string &text)
     return result;
 }
 
-/// Takes "(warning 12)" from the end of what stands before the equals sign.
-bool takeKind(std::string &head, DictionaryEntry &entry)
+/// Moves "(warning 12)" from the end of the text before the equals sign into the entry; false when it is
+/// malformed.
+bool extractKind(std::string &head, DictionaryEntry &entry)
 {
     if (head.empty() || head.back() != ')')
         return true;
@@ -50,12 +51,12 @@ bool takeKind(std::string &head, DictionaryEntry &entry)
     return true;
 }
 
-/// Reads one line; returns what is wrong with it.
-std::string takeLine(const std::string &line, DictionaryEntry &entry)
+/// Reads one line. Returns what is wrong with it, or an empty text.
+std::string readLine(const std::string &line, DictionaryEntry &entry)
 {
     const auto equals = line.find(" =");
     std::string head = trimmed(line.substr(0, equals));
-    if (equals == std::string::npos || head.empty() || !takeKind(head, entry))
+    if (equals == std::string::npos || head.empty() || !extractKind(head, entry))
         return "not a message: " + line;
     entry.key = head;
     entry.text = unescaped(trimmed(std::string_view(line).substr(equals + 2)));
@@ -82,7 +83,7 @@ DictionarySource parseDictionary(std::string_view text)
             continue;
         DictionaryEntry entry;
         entry.line = number;
-        std::string fault = takeLine(line, entry);
+        std::string fault = readLine(line, entry);
         if (fault.empty() && !lines.emplace(entry.key, number).second)
             fault = entry.key + " stands already in line " + std::to_string(lines.at(entry.key));
         if (fault.empty())

@@ -1,7 +1,7 @@
 // dictionary_compiler <french source> <english source> <folder>
 //
-// Writes geodico.fr, geodico.lc (the French set) and geodico.an with their indexes into the folder; nothing
-// when a source has a fault.
+// Compiles both sources into geodico.fr, geodico.lc (also French) and geodico.an with their indexes in the
+// folder. If a source has a fault, it is printed and nothing is written.
 
 #include "messages/dictionary/dictionarysource.h"
 

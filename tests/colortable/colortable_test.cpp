@@ -1,7 +1,8 @@
 #include "colortable/colortablefile.h"
 
+#include "tests/support/files.h"
+
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -43,7 +44,7 @@ QStringList described(const QList<QuvoColorDef> &entries)
 void ColorTableTest::lines_data()
 {
     QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("entry"); // empty: none
+    QTest::addColumn<QString>("entry"); // empty when the line is no entry
     QTest::addColumn<bool>("invalid");
     QTest::addColumn<bool>("plain");
 
@@ -55,7 +56,7 @@ void ColorTableTest::lines_data()
     row("50% 0 0 255 128", "50% 0 0 255 128");
     row("nv 0 0 0 0", "-9999 0 0 0 0");
     row("NV 0 0 0", "-9999 0 0 0 255", false);
-    row("-9999 1 2 3", "-9999 1 2 3 255", false); // an elevation to the tool
+    row("-9999 1 2 3", "-9999 1 2 3 255", false); // the tool reads an elevation
     row("-9999.0\t1 2 3", "-9999 1 2 3 255", false);
     row("10\t1  2:3,4\r\n", "10 1 2 3 4");
     row(" 10 1 2 3 ", "10 1 2 3 255", false);
@@ -70,13 +71,14 @@ void ColorTableTest::lines_data()
     row("\xc2\xa0"
         "10 1 2 3",
         "10 1 2 3 255", false);
-    row("# COLOR_MODEL = RGB", "", false);    // the tool would take the file for another format
-    row("10 green", "10 0 128 0 255", false); // other colours to the tool
+    row("# COLOR_MODEL = RGB", "", false);    // the tool would read the file as another format
+    row("10 green", "10 0 128 0 255", false); // the tool reads another colour
     row("10 green x", "10 0 128 0 255", false);
     row("10 #0a0b0c", "10 10 11 12 255", false);
     for (const char *skipped : {"", "#10 1 2 3", "# x", "// 10 1 2 3"})
         row(skipped, "");
-    for (const char *skipped : {"10", "   ", ";;", ";# a b c d", "500 ;"}) // some are entries to the tool
+    for (const char *skipped :
+         {"10", "   ", ";;", ";# a b c d", "500 ;"}) // the tool reads some of these as entries
         row(skipped, "", false);
     for (const char *broken : {"abc 1 2 3", "101% 1 2 3", "-1% 1 2 3", "% 1 2 3", "nan 1 2 3", "inf 1 2 3",
                                "1e999 1 2 3", "10 1 2 256", "10 -1 2 3", "10 1 2 3 300", "10 1 2 x",
@@ -97,7 +99,7 @@ void ColorTableTest::lines()
 
 void ColorTableTest::wholeTable()
 {
-    // Stable: of the two entries on 0 the first stays first.
+    // The sort is stable: of two entries with the value 0 the first stays first.
     const ColorTableReading reading =
         parseColorTable("# c\r\n100 3 3 3\r\nnv 9 9 9\r\n0 1 1 1\r\n0 2 2 2\r\n-50 0 0 0");
     QCOMPARE(described(reading.entries),
@@ -109,7 +111,8 @@ void ColorTableTest::wholeTable()
     QCOMPARE(mixed.invalidLine, 4);
     QCOMPARE(described(entriesOfKind(mixed.entries, mixed.relative)),
              (QStringList{"-9999 9 9 9 255", "0% 3 3 3 255", "50% 1 1 1 255"}));
-    QVERIFY(!parseColorTable("nv 0 0 0\n10% 1 1 1\n").mixedUnits); // no-data is of either kind
+    QVERIFY(!parseColorTable("nv 0 0 0\n10% 1 1 1\n")
+                 .mixedUnits); // no-data is neither an elevation nor a percentage
     QVERIFY(parseColorTable("").entries.isEmpty());
 }
 
@@ -117,10 +120,7 @@ void ColorTableTest::badFiles()
 {
     const QTemporaryDir folder;
     const auto write = [&](const char *name, const QByteArray &bytes) {
-        QFile file(folder.filePath(name));
-        file.open(QIODevice::WriteOnly);
-        file.write(bytes);
-        return file.fileName();
+        return writeFile(folder.filePath(name), bytes);
     };
     QVERIFY(!readColorTable(folder.path()).problem.isEmpty());
     QVERIFY(!readColorTable(folder.filePath("absent")).problem.isEmpty());
@@ -132,7 +132,7 @@ void ColorTableTest::badFiles()
     QVERIFY(!readColorTable(write("long", many)).problem.isEmpty());
     const QString pipe = folder.filePath("pipe");
     QCOMPARE(::mkfifo(pipe.toUtf8().constData(), 0600), 0);
-    QVERIFY(!readColorTable(pipe).problem.isEmpty()); // and does not wait for a writer
+    QVERIFY(!readColorTable(pipe).problem.isEmpty()); // without waiting for a writer
     const ColorTableReading empty = readColorTable(write("empty", ""));
     QVERIFY(empty.problem.isEmpty() && empty.entries.isEmpty());
 }
@@ -206,7 +206,7 @@ void ColorTableTest::ramp()
         elevationEntries(parseColorTable("nv 9 9 9\n0 0 0 0\n10 100 0 0 55\n10 0 200 0\n20 0 0 0").entries);
     QCOMPARE(rampColor(entries, 0.0), QColor(0, 0, 0));
     QCOMPARE(rampColor(entries, 0.25), QColor(50, 0, 0, 155));
-    QCOMPARE(rampColor(entries, 0.5), QColor(0, 200, 0)); // the edge belongs to what follows
+    QCOMPARE(rampColor(entries, 0.5), QColor(0, 200, 0)); // at an edge the second entry counts
     QCOMPARE(rampColor(entries, 1.0), QColor(0, 0, 0));
     QCOMPARE(rampColor({}, 0.5).alpha(), 0);
 }

@@ -1,8 +1,7 @@
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
-#include "messages/dictionary/dictionarysource.h"
-#include "messages/inifile.h"
 #include "messages/label.h"
+#include "tests/support/dictionaries.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -23,27 +22,20 @@ private slots:
     void bothLanguages();
     void missingDictionaries();
     void longKeysAreComparedByTheirStart();
-    void iniFile();
     void prompts();
 };
 
 namespace
 {
 
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 DictionarySource source(const char *name)
 {
-    return parseDictionary(contents(QStringLiteral(QUVO_SOURCE "/messages/dictionary/") + name).toStdString());
+    return parseDictionary(bytesOf(QStringLiteral(QUVO_SOURCE "/messages/dictionary/") + name).toStdString());
 }
 
 const QString messagesFolder = QStringLiteral(QUVO_TREE "/MESSAGES");
 
-/// Keys of code and forms, with the default text that stands beside each, as far as it is found.
+/// The keys in code and forms, each with its default text where one is found beside it.
 QHash<QString, QString> keysInSources()
 {
     static const QRegularExpression inCode(
@@ -55,7 +47,7 @@ QHash<QString, QString> keysInSources()
         QDirIterator files(QStringLiteral(QUVO_SOURCE "/") + folder, {"*.cpp", "*.h", "*.ui"}, QDir::Files,
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {
-            const QString text = QString::fromUtf8(contents(files.next()));
+            const QString text = QString::fromUtf8(bytesOf(files.next()));
             auto matches = (files.fileName().endsWith(".ui") ? inForms : inCode).globalMatch(text);
             while (matches.hasNext()) {
                 const auto match = matches.next();
@@ -120,7 +112,7 @@ void LanguageTest::bothLanguages()
 void LanguageTest::missingDictionaries()
 {
     QuvoLanguageManager *languages = QuvoLanguageManager::getInstance();
-    languages->defaultSetup(messagesFolder, "HEBREW", {}); // none of its own: the default dictionary
+    languages->defaultSetup(messagesFolder, "HEBREW", {}); // has no dictionary: the default one is used
     QCOMPARE(labelText({"MESS_SECONDES", "second(s)"}), QStringLiteral("seconde(s)"));
     QVERIFY(languages->currentLanguageNeedsReversedLayout());
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no dictionary in /no/such"));
@@ -131,36 +123,10 @@ void LanguageTest::missingDictionaries()
 void LanguageTest::longKeysAreComparedByTheirStart()
 {
     const QTemporaryDir folder;
-    const CompiledDictionary compiled =
-        compileDictionary(parseDictionary("MESS_ ATN_TC_VAL_INVALI = bad value\nODD = %s %s\n"));
-    for (const auto &[name, bytes] :
-         {std::pair("geodico.an", compiled.data), std::pair("geodico.an.idx", compiled.index)}) {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly)
-                && file.write(bytes.data(), static_cast<qint64>(bytes.size())) > 0);
-    }
+    writeDictionary(folder.filePath("geodico.an"), "MESS_ ATN_TC_VAL_INVALI = bad value\nODD = %s %s\n");
     QuvoLanguageManager::getInstance()->defaultSetup(folder.path(), "EN", {});
     QCOMPARE(labelText({"MESS_ ATN_TC_VAL_INVALID", "défaut"}), QStringLiteral("bad value"));
-    QCOMPARE(dico_label("ODD", "x"), QStringLiteral("%s %s")); // more places than callers fill
-}
-
-void LanguageTest::iniFile()
-{
-    const QTemporaryDir folder;
-    const auto written = [&](const QByteArray &text) {
-        QFile file(folder.filePath("a.ini"));
-        return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? file.fileName() : QString();
-    };
-    {
-        const IniFile file(written("# comment\n[Quvo Section]\nKey = /a b/é ; comment\nEMPTY =\n"));
-        QCOMPARE(file.get("QUVO SECTION", "KEY", "d"), QByteArray("/a b/é"));
-        QCOMPARE(file.get("Quvo Section", "empty", "d"), QByteArray());
-        QCOMPARE(file.get("Quvo Section", "other", "d"), QByteArray("d"));
-    }
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("iniparser: syntax error"));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("gives no setting"));
-    const IniFile garbage(written("[section]\nno equals sign\n"));
-    QCOMPARE(garbage.get("section", "key", "d"), QByteArray("d"));
+    QCOMPARE(dico_label("ODD", "x"), QStringLiteral("%s %s")); // a text with more conversions than callers fill
 }
 
 void LanguageTest::prompts()

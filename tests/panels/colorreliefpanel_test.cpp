@@ -4,6 +4,7 @@
 #include "messages/Prompt.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/controls/ColorRampComboBox.h"
+#include "tests/support/files.h"
 #include "tests/support/rasters.h"
 
 #include <QAbstractButton>
@@ -27,16 +28,11 @@ private slots:
     void addedTables();
     void spreadFileFollowsDemAndTable();
     void exactStatistics();
-    void workFolders();
-    void extremes();
 
 private:
     QString write(const QString &name, const QByteArray &text)
     {
-        QFile file(m_folder.filePath(name));
-        file.open(QIODevice::WriteOnly);
-        file.write(text);
-        return file.fileName();
+        return writeFile(m_folder.filePath(name), text);
     }
 
     QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/tables é \"中\" XXXXXX")};
@@ -61,13 +57,7 @@ struct Panel
     }
 };
 
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-const Extremes metres{true, false, 100.0, 300.0};
+const Extremes metres{.known = true, .minimum = 100.0, .maximum = 300.0};
 
 } // namespace
 
@@ -193,52 +183,6 @@ void ColorReliefPanelTest::exactStatistics()
     QTest::qWait(50);
     QCOMPARE(computed.count(), 0);
     QVERIFY(!QFile::exists(dem + ".aux.xml"));
-}
-
-void ColorReliefPanelTest::workFolders()
-{
-    qputenv("TMPDIR", m_folder.path().toUtf8());
-    const QString dead = m_folder.filePath("quvodemtoolbox-dead");
-    QVERIFY(QDir().mkpath(dead) && QDir().mkpath(m_folder.filePath("quvodemtoolbox-begun")));
-    write("quvodemtoolbox-dead/.lock",
-          "999999999\nQuvoDemBatch\n" + QSysInfo::machineHostName().toUtf8() + "\n");
-    QFile::link(m_folder.path(), m_folder.filePath("quvodemtoolbox-link"));
-    write(".lock", "");
-    QString path;
-    {
-        WorkFolder alive;
-        path = alive.path();
-        WorkFolder other;
-        QVERIFY(QFile::exists(other.path()) && other.path() != path);
-        QVERIFY(QFile::exists(path));
-    }
-    QVERIFY(!QFile::exists(path) && !QFile::exists(dead));
-    QVERIFY(QFile::exists(m_folder.filePath("quvodemtoolbox-begun")));
-    QVERIFY(QFile::exists(m_folder.filePath("plain.txt")));
-    qunsetenv("TMPDIR");
-}
-
-void ColorReliefPanelTest::extremes()
-{
-    const QString dem = m_folder.filePath("hill.tif");
-    QVERIFY(writeHill(dem, 1000));
-    ExtremesReader exact(dem, 1, ExtremesReader::Exact);
-    int calls = 0;
-    while (exact.advance(0)) // one block at a time
-        ++calls;
-    QVERIFY(calls > 100);
-    ExtremesReader estimate(dem, 1, ExtremesReader::Estimate);
-    int blocks = 1;
-    while (estimate.advance(0))
-        ++blocks;
-    QVERIFY2(blocks <= (calls + 1) / 50, qPrintable(QString::number(blocks)));
-    QVERIFY(estimate.extremes().known && !estimate.extremes().exact && exact.extremes().exact);
-    const double range = exact.extremes().maximum - exact.extremes().minimum;
-    QVERIFY(estimate.extremes().maximum - estimate.extremes().minimum > 0.8 * range);
-    QVERIFY(estimate.extremes().minimum >= exact.extremes().minimum);
-    QVERIFY(!ExtremesReader(dem, 2, ExtremesReader::Exact).advance(10));
-    QVERIFY(!ExtremesReader(m_folder.filePath("absent"), 1, ExtremesReader::Exact).extremes().known);
-    QVERIFY(QDir(m_folder.path()).entryList({"*.aux.xml"}).isEmpty());
 }
 
 QTEST_MAIN(ColorReliefPanelTest)

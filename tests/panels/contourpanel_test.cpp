@@ -39,7 +39,13 @@ struct Panel
     QString arguments() { return widget.getCommandArguments(); }
 };
 
-const Extremes alps{true, false, 387.2, 2349.6};
+/// Extremes of a whole band.
+Extremes exactly(double minimum, double maximum)
+{
+    return {.known = true, .exact = true, .minimum = minimum, .maximum = maximum};
+}
+
+const Extremes alps{.known = true, .minimum = 387.2, .maximum = 2349.6};
 
 } // namespace
 
@@ -53,14 +59,14 @@ void ContourPanelTest::levels_data()
 
     QTest::newRow("alps") << alps << 100.0 << 0.0 << 20.0 << 100.0;
     QTest::newRow("offset") << alps << 100.0 << 60.0 << 19.0 << 100.0;
-    QTest::newRow("below zero") << Extremes{true, true, -12.0, 12.0} << 5.0 << 0.0 << 5.0 << 1.0;
-    QTest::newRow("ends count") << Extremes{true, true, 0.0, 10.0} << 5.0 << 0.0 << 3.0 << 0.5;
-    QTest::newRow("no level") << Extremes{true, true, 1.0, 2.0} << 5.0 << 0.0 << 0.0 << 0.05;
-    QTest::newRow("tiny range") << Extremes{true, true, 1.0, 1.0001} << 5.0 << 0.0 << 0.0 << 0.001;
-    QTest::newRow("flat") << Extremes{true, true, 7.0, 7.0} << 7.0 << 0.0 << 1.0 << 0.0;
+    QTest::newRow("below zero") << exactly(-12.0, 12.0) << 5.0 << 0.0 << 5.0 << 1.0;
+    QTest::newRow("ends count") << exactly(0.0, 10.0) << 5.0 << 0.0 << 3.0 << 0.5;
+    QTest::newRow("no level") << exactly(1.0, 2.0) << 5.0 << 0.0 << 0.0 << 0.05;
+    QTest::newRow("tiny range") << exactly(1.0, 1.0001) << 5.0 << 0.0 << 0.0 << 0.001;
+    QTest::newRow("flat") << exactly(7.0, 7.0) << 7.0 << 0.0 << 1.0 << 0.0;
     QTest::newRow("unknown") << Extremes{} << 5.0 << 0.0 << 0.0 << 0.0;
     QTest::newRow("interval of 0") << alps << 0.0 << 0.0 << 0.0 << 100.0;
-    QTest::newRow("slip of the pen") << Extremes{true, true, 0.0, 1e9} << 0.001 << 0.0 << 1e12 + 1 << 5e7;
+    QTest::newRow("slip of the pen") << exactly(0.0, 1e9) << 0.001 << 0.0 << 1e12 + 1 << 5e7;
 }
 
 void ContourPanelTest::levels()

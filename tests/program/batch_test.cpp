@@ -1,5 +1,7 @@
 #include "app/run/outputlock.h"
 #include "dataset/gdalmessages.h"
+#include "tests/support/files.h"
+#include "tests/support/programs.h"
 #include "tests/support/rasters.h"
 
 #include <QDir>
@@ -43,18 +45,8 @@ private slots:
     void stopsLeaveNothing();
 
 private:
-    struct Ended
-    {
-        int code = -1;
-        QString out;
-        QString error;
-    };
-
-    Ended run(const QString &program, const QStringList &arguments,
-              const QProcessEnvironment &environment = ownEnvironment());
-    Ended batch(const QStringList &arguments) { return run(program(), arguments); }
+    Ended batch(const QStringList &arguments) { return runProgram(program(), arguments); }
     static QString program() { return QStringLiteral(QUVO_TREE "/QuvoDemBatch"); }
-    static QProcessEnvironment ownEnvironment();
     QString path(const QString &name) const { return m_folder->filePath(name); }
     QStringList files() const
     {
@@ -72,38 +64,9 @@ private:
 namespace
 {
 
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeText(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
-}
-
 const QString wholeProgress = QStringLiteral("0...10...20...30...40...50...60...70...80...90...100 - done.\n");
 
 } // namespace
-
-QProcessEnvironment BatchTest::ownEnvironment()
-{
-    return QProcessEnvironment::systemEnvironment();
-}
-
-BatchTest::Ended BatchTest::run(const QString &program, const QStringList &arguments,
-                                const QProcessEnvironment &environment)
-{
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(program, arguments);
-    process.waitForFinished(60000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromLocal8Bit(process.readAllStandardOutput()),
-            QString::fromLocal8Bit(process.readAllStandardError())};
-}
 
 void BatchTest::initTestCase()
 {
@@ -156,8 +119,8 @@ void BatchTest::productEqualsTheToolsOwn()
     QCOMPARE(ended.error, QString());
     QCOMPARE(ended.code, 0);
     QCOMPARE(ended.out, wholeProgress);
-    const Ended hand = run(QStringLiteral(QUVO_TREE "/gdal_dem.exe"),
-                           QStringList{"hillshade", path("dem.tif"), path("hand.tif")} + byHand);
+    const Ended hand = runProgram(QStringLiteral(QUVO_TREE "/gdal_dem.exe"),
+                                  QStringList{"hillshade", path("dem.tif"), path("hand.tif")} + byHand);
     QCOMPARE(hand.code, 0);
     QCOMPARE(bytesOf(path("product.tif")), bytesOf(path("hand.tif")));
     QCOMPARE(QFile::exists(path("product.tfw")), options.contains("--world-file"));
@@ -166,7 +129,7 @@ void BatchTest::productEqualsTheToolsOwn()
 
 void BatchTest::recipeAndOverrides()
 {
-    writeText(path("recette.json"),
+    writeFile(path("recette.json"),
               R"({"format": 1, "process": "hillshade", "input": "dem.tif", "output": "a.tif",
         "options": {"altitude": 30}})");
     const QStringList recipe{path("recette.json")};
@@ -182,7 +145,7 @@ void BatchTest::recipeAndOverrides()
                  .arg(QDir(QUVO_TREE).canonicalPath(), path("dem.tif"), path("b.tif")));
     QVERIFY(!QFile::exists(path("b.tif")));
 
-    writeText(path("bad.json"), "{\"format\": 1,\n");
+    writeFile(path("bad.json"), "{\"format\": 1,\n");
     const Ended bad = batch({path("bad.json")});
     QCOMPARE(bad.code, 2);
     QVERIFY2(bad.error.contains(path("bad.json")), qPrintable(bad.error));
@@ -190,9 +153,9 @@ void BatchTest::recipeAndOverrides()
 
 void BatchTest::recipeOnStandardInput()
 {
-    writeText(path("table.txt"), "nv 0 0 0 0\n450 1 2 3\n25% 9 9 9\n600 200 100 50\n");
+    writeFile(path("table.txt"), "nv 0 0 0 0\n450 1 2 3\n25% 9 9 9\n600 200 100 50\n");
     const QStringList byHand{"color-relief", path("dem.tif"), path("table.txt"), path("hand.tif"), "-b", "1"};
-    QCOMPARE(run(QStringLiteral(QUVO_TREE "/gdal_dem.exe"), byHand).code, 0);
+    QCOMPARE(runProgram(QStringLiteral(QUVO_TREE "/gdal_dem.exe"), byHand).code, 0);
     QVERIFY(QFile::remove(path("dem.tif.aux.xml")));
     QProcess process;
     process.setWorkingDirectory(m_folder->path());
@@ -206,7 +169,7 @@ void BatchTest::recipeOnStandardInput()
     QVERIFY(!bytesOf(path("hand.tif")).isEmpty());
     QCOMPARE(bytesOf(path("product.tif")), bytesOf(path("hand.tif")));
     // Another table on the command line takes the place of the one by value.
-    writeText(path("a.json"), R"({"format": 1, "process": "color-relief", "options":
+    writeFile(path("a.json"), R"({"format": 1, "process": "color-relief", "options":
         {"colors": [{"value": 1, "color": [1, 1, 1]}]}})");
     const Ended other = batch({path("a.json"), "--input", path("dem.tif"), "--output", path("c.tif"), "--set",
                                "table=" + path("table.txt"), "--print-command"});
@@ -215,10 +178,10 @@ void BatchTest::recipeOnStandardInput()
 
 void BatchTest::severalDems()
 {
-    writeText(path("recette.json"),
+    writeFile(path("recette.json"),
               R"({"format": 1, "process": "slope", "input": "none", "output": "none.tif"})");
     QVERIFY(QFile::copy(path("dem.tif"), path("b%1.c.tif")));
-    writeText(path("a.tif"), "broken");
+    writeFile(path("a.tif"), "broken");
     const auto all = [&](const QStringList &more = {}) {
         return batch(QStringList{path("recette.json")} + more
                      + QStringList{path("a.tif"), path("b%1.c.tif"), path("dem.tif")});
@@ -236,7 +199,7 @@ void BatchTest::severalDems()
 
     // What exists is kept, and what the first time made is no DEM of the second.
     const QByteArray product = bytesOf(path("dem_slope.tif"));
-    writeText(path("dem_slope.tif"), "precious");
+    writeFile(path("dem_slope.tif"), "precious");
     const Ended second = all({path("dem_slope.tif")});
     QCOMPARE(second.code, 1);
     QCOMPARE(bytesOf(path("dem_slope.tif")), QByteArray("precious"));
@@ -258,7 +221,7 @@ void BatchTest::severalDems()
 
 void BatchTest::severalDemsStop()
 {
-    writeText(path("recette.json"), R"({"format": 1, "process": "hillshade"})");
+    writeFile(path("recette.json"), R"({"format": 1, "process": "hillshade"})");
     QVERIFY(writeHill(path("large.tif"), 6000));
     QProcess process;
     process.start(program(), {path("recette.json"), path("large.tif"), path("dem.tif")});
@@ -281,11 +244,11 @@ void BatchTest::namesOfAllKinds()
         QVERIFY(QFile::exists(path(name)));
     }
     // Without an encoding of its own in the locale, paths are UTF-8 all the same.
-    QProcessEnvironment plain = ownEnvironment();
+    QProcessEnvironment plain = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"LANG", "LC_CTYPE", "LC_MESSAGES"})
         plain.remove(name);
     plain.insert("LC_ALL", "C");
-    QCOMPARE(run(program(), hillshade("中é.tif"), plain).code, 0);
+    QCOMPARE(runProgram(program(), hillshade("中é.tif"), plain).code, 0);
     QVERIFY(QFile::exists(path("中é.tif")));
 }
 
@@ -324,7 +287,7 @@ void BatchTest::badArguments()
 
 void BatchTest::everyWarningIsShown()
 {
-    writeText(path("recette.json"), R"({"format": 1, "process": "intervisibility", "input": "dem.tif",
+    writeFile(path("recette.json"), R"({"format": 1, "process": "intervisibility", "input": "dem.tif",
         "output": "zones.tif", "options": {"observers": [{"x": 500100, "y": 5099900}, {"x": 0, "y": 0}]}})");
     const Ended ended = batch({path("recette.json"), "--world-file", "--print-command"});
     QCOMPARE(ended.code, 0);
@@ -334,7 +297,7 @@ void BatchTest::everyWarningIsShown()
 
 void BatchTest::existingOutputIsKept()
 {
-    writeText(path("product.tif"), "precious");
+    writeFile(path("product.tif"), "precious");
     QCOMPARE(batch(hillshade("product.tif")).code, 2);
     QCOMPARE(bytesOf(path("product.tif")), QByteArray("precious"));
     QCOMPARE(batch(hillshade("product.tif", {"--overwrite"})).code, 0);
@@ -367,7 +330,7 @@ void BatchTest::neighboursAreKept()
     QFile dem(path("dem.tif"));
     QVERIFY(dem.resize(dem.size() / 2));
     for (const char *name : {"product.tfw", "product.tif.aux.xml", "product.txt"})
-        writeText(path(name), "precious");
+        writeFile(path(name), "precious");
     const QStringList before = files();
     QCOMPARE(batch(hillshade("product.tif")).code, 1);
     QCOMPARE(files(), before);
@@ -375,7 +338,7 @@ void BatchTest::neighboursAreKept()
 
     // Nor does a product's side file take the place of the input's.
     QVERIFY(writeHill(path("terrain.tiff"), 16));
-    writeText(path("terrain.tfw"), "10\n0\n0\n-10\n500000\n5100000\n");
+    writeFile(path("terrain.tfw"), "10\n0\n0\n-10\n500000\n5100000\n");
     const QStringList input{"--process", "hillshade", "--input", path("terrain.tiff"), "--overwrite"};
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.asc"), "--of", "AAIGrid"}).code, 2);
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.tif")}).code, 0);
@@ -391,15 +354,15 @@ void BatchTest::neighboursAreKept()
 
     // Side files of the user's other data count as outputs that exist.
     QVERIFY(writeHill(path("dem.tif"), 16));
-    writeText(path("out.prj"), "precious");
+    writeFile(path("out.prj"), "precious");
     QCOMPARE(batch(hillshade("out.asc", {"--of", "AAIGrid"})).code, 2);
     QCOMPARE(bytesOf(path("out.prj")), QByteArray("precious"));
     // What the data set that is replaced refers to stays; what GDAL keeps under its name goes.
-    writeText(path("old.tif"),
+    writeFile(path("old.tif"),
               "<VRTDataset rasterXSize='16' rasterYSize='16'><VRTRasterBand dataType='Float32' band='1'>"
               "<SimpleSource><SourceFilename relativeToVRT='1'>dem.tif</SourceFilename></SimpleSource>"
               "</VRTRasterBand></VRTDataset>");
-    writeText(path("old.tif.ovr"), "stale");
+    writeFile(path("old.tif.ovr"), "stale");
     QCOMPARE(batch(hillshade("old.tif", {"--overwrite", "--of", "VRT"})).code, 2);
     QCOMPARE(batch(hillshade("old.tif", {"--overwrite"})).code, 0);
     QVERIFY(QFile::exists(path("dem.tif")) && !QFile::exists(path("old.tif.ovr")));
@@ -440,19 +403,19 @@ void BatchTest::missingTool()
 {
     QVERIFY(QFile::copy(program(), path("QuvoDemBatch")));
     QVERIFY(QFile::link("/no/such/gdaldem", path("gdal_dem.exe")));
-    const Ended ended = run(path("QuvoDemBatch"), hillshade("product.tif"));
+    const Ended ended = runProgram(path("QuvoDemBatch"), hillshade("product.tif"));
     QCOMPARE(ended.code, 1);
     QVERIFY2(ended.error.contains("gdal_dem.exe"), qPrintable(ended.error));
 }
 
 void BatchTest::textWithoutDisplay()
 {
-    QProcessEnvironment noPlatform = ownEnvironment();
+    QProcessEnvironment noPlatform = QProcessEnvironment::systemEnvironment();
     noPlatform.insert("QT_QPA_PLATFORM", "no-such-platform");
     const QStringList printing = hillshade("product.tif", {"--print-command"});
     for (const QStringList &arguments :
          {QStringList{"--help"}, QStringList{"--version"}, QStringList{"--list"}, printing}) {
-        const Ended ended = run(program(), arguments, noPlatform);
+        const Ended ended = runProgram(program(), arguments, noPlatform);
         QCOMPARE(ended.code, 0);
         QVERIFY(!ended.out.isEmpty());
         QCOMPARE(ended.error, QString());

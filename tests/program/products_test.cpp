@@ -1,5 +1,7 @@
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
+#include "tests/support/files.h"
+#include "tests/support/programs.h"
 #include "tests/support/rasters.h"
 
 #include <QDir>
@@ -42,12 +44,6 @@ private:
 namespace
 {
 
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 /// The same cells under other options of gdal_translate.
 bool copyRaster(const QString &from, const QString &to, const QList<QByteArray> &options)
 {
@@ -68,11 +64,9 @@ bool copyRaster(const QString &from, const QString &to, const QList<QByteArray> 
 
 int ProductsTest::run(const QString &program, const QStringList &arguments)
 {
-    QProcess process;
-    process.start(QStringLiteral(QUVO_TREE "/") + program, arguments);
-    process.waitForFinished(60000);
-    m_error = QString::fromLocal8Bit(process.readAllStandardError());
-    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    const Ended ended = runProgram(QStringLiteral(QUVO_TREE "/") + program, arguments);
+    m_error = ended.error;
+    return ended.code;
 }
 
 void ProductsTest::initTestCase()
@@ -139,11 +133,7 @@ void ProductsTest::equalsTheToolsOwn()
 
 void ProductsTest::colorTables()
 {
-    const auto write = [&](const char *name, const QByteArray &text) {
-        QFile file(path(name));
-        file.open(QIODevice::WriteOnly);
-        file.write(text);
-    };
+    const auto write = [&](const char *name, const QByteArray &text) { return writeFile(path(name), text); };
     const auto relief = [&](const QString &table, const QStringList &more = {}) {
         return batch(QStringList{"--process", "color-relief", "--input", path("metres.tif"), "--output",
                                  path("relief.tif"), "--overwrite", "--set", "table=" + path(table)}
@@ -186,14 +176,13 @@ void ProductsTest::colorTables()
 void ProductsTest::observers()
 {
     // Rows of a recipe, a relative and an absolute one; by hand with the ground looked up: row 32, column 32.
-    QFile recipe(path("vues.json"));
-    QVERIFY(recipe.open(QIODevice::WriteOnly));
-    recipe.write(R"({"format": 1, "process": "intervisibility", "input": "metres.tif", "output": "vues.tif",
+    const QString recipe =
+        writeFile(path("vues.json"),
+                  R"({"format": 1, "process": "intervisibility", "input": "metres.tif", "output": "vues.tif",
         "options": {"combination": "AND", "observers": [{"x": 500325, "y": 5099675, "height": 2},
         {"x": 500005, "y": 5099995, "height": 150, "mode": "Absolute", "distance": 300},
         {"x": 1, "y": 1, "enabled": false}]}})");
-    recipe.close();
-    QCOMPARE(batch({recipe.fileName()}), 0);
+    QCOMPARE(batch({recipe}), 0);
     QCOMPARE(m_error, QString());
     const std::unique_ptr<GDALDataset> dem(
         GDALDataset::Open(encodePath(path("metres.tif")).constData(), GDAL_OF_RASTER));
@@ -201,20 +190,16 @@ void ProductsTest::observers()
     QCOMPARE(dem->GetRasterBand(1)->RasterIO(GF_Read, 32, 32, 1, 1, &ground, 1, 1, GDT_Float64, 0, 0, nullptr),
              CE_None);
     QVERIFY(QDir().mkpath(path("main")));
-    QFile types(path("main/points.csvt"));
-    QVERIFY(types.open(QIODevice::WriteOnly) && types.write("String,Real") > 0);
-    types.close();
-    QFile csv(path("main/points.csv"));
-    QVERIFY(csv.open(QIODevice::WriteOnly));
-    csv.write(
+    writeFile(path("main/points.csvt"), "String,Real");
+    const QString csv = writeFile(
+        path("main/points.csv"),
         QStringLiteral("WKT,Max_Dist\nPOINT Z(500325 5099675 %1),100000\nPOINT Z(500005 5099995 150),300\n")
             .arg(QString::number(ground + 2.0, 'g', 17))
             .toUtf8());
-    csv.close();
     QCOMPARE(run("gdal_intervisibility.exe", {"-SrcFile",    path("metres.tif"),
                                               "-DstFile",    path("hand.tif"),
                                               "-iBand",      "1",
-                                              "-point_file", csv.fileName(),
+                                              "-point_file", csv,
                                               "-DstOp",      "AND",
                                               "-SH",         "0",
                                               "-CNOZ",       "213",
@@ -225,15 +210,15 @@ void ProductsTest::observers()
                                               "0",           "0"}),
              0);
     QCOMPARE(bytesOf(path("vues.tif")), bytesOf(path("hand.tif")));
-    QCOMPARE(batch({recipe.fileName(), "--output", path("x.tif"), "--set", "combination=XOR"}), 2);
+    QCOMPARE(batch({recipe, "--output", path("x.tif"), "--set", "combination=XOR"}), 2);
     QCOMPARE(batch({"--process", "intervisibility", "--input", path("metres.tif"), "--output", path("x.tif")}),
              2);
     QVERIFY(!QFile::exists(path("x.tif")));
-    const QByteArray source = bytesOf(csv.fileName());
-    QCOMPARE(batch({"--process", "intervisibility", "--input", path("metres.tif"), "--output", csv.fileName(),
-                    "--of", "XYZ", "--overwrite", "--set", "points=" + csv.fileName()}),
+    const QByteArray source = bytesOf(csv);
+    QCOMPARE(batch({"--process", "intervisibility", "--input", path("metres.tif"), "--output", csv, "--of",
+                    "XYZ", "--overwrite", "--set", "points=" + csv}),
              2);
-    QCOMPARE(bytesOf(csv.fileName()), source);
+    QCOMPARE(bytesOf(csv), source);
 }
 
 void ProductsTest::vectorOutputIsReplacedWhole()
@@ -241,20 +226,19 @@ void ProductsTest::vectorOutputIsReplacedWhole()
     const QStringList contours{"--process", "contour", "--set", "interval=10", "--input", path("metres.tif")};
     const QString output = path("lignes.shp");
     QFile::copy(path("metres.tif"), output); // no shapefile, whatever its name says
-    QVERIFY(QFile(path("lignes.txt")).open(QIODevice::WriteOnly));
+    writeFile(path("lignes.txt"), {});
     QCOMPARE(batch(contours + QStringList{"--output", output}), 2);
     QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
-    QVERIFY(QFile(path("lignes.sbn")).open(QIODevice::WriteOnly)); // an index of the old lines
+    writeFile(path("lignes.sbn"), {}); // an index of the old lines
     QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
     QCOMPARE(files("lignes.*"),
              (QStringList{"lignes.dbf", "lignes.prj", "lignes.shp", "lignes.shx", "lignes.txt"}));
 
-    QFile precious(path("autre.mif")); // MapInfo's other half of a .mid
-    QVERIFY(precious.open(QIODevice::WriteOnly) && precious.write("mine") == 4);
-    precious.close();
+    const QString precious =
+        writeFile(path("autre.mif"), "mine"); // belongs to a MapInfo file with the extension .mid
     QCOMPARE(batch(contours + QStringList{"--of", "MapInfo File", "--output", path("autre.mid")}), 2);
     QCOMPARE(batch(contours + QStringList{"--of", "MapInfo File", "--output", path("autre.tab")}), 2);
-    QCOMPARE(bytesOf(precious.fileName()), QByteArray("mine"));
+    QCOMPARE(bytesOf(precious), QByteArray("mine"));
     QCOMPARE(batch(contours + QStringList{"--of", "CSV", "--output", path("sans.csv")}), 2); // holds no lines
     QVERIFY(!QFile::exists(path("sans.csv")));
 
@@ -267,12 +251,10 @@ void ProductsTest::vectorOutputIsReplacedWhole()
     QVERIFY(dataset && dataset->GetLayerCount() == 1 && dataset->GetLayerByName("contour"));
 
     // A virtual data set under the name refers to a file that must stay.
-    QFile other(path("lignes.gpkg"));
-    QVERIFY(QFile::copy(other.fileName(), path("source.gpkg")));
-    QVERIFY(other.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    other.write("<OGRVRTDataSource><OGRVRTLayer name=\"contour\"><SrcDataSource relativeToVRT=\"1\">source.gpkg"
-                "</SrcDataSource></OGRVRTLayer></OGRVRTDataSource>");
-    other.close();
+    QVERIFY(QFile::copy(path("lignes.gpkg"), path("source.gpkg")));
+    writeFile(path("lignes.gpkg"),
+              "<OGRVRTDataSource><OGRVRTLayer name=\"contour\"><SrcDataSource relativeToVRT=\"1\">source.gpkg"
+              "</SrcDataSource></OGRVRTLayer></OGRVRTDataSource>");
     QCOMPARE(batch(contours + package), 0);
     QVERIFY(QFile::exists(path("source.gpkg")));
 }

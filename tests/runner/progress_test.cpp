@@ -1,5 +1,4 @@
 #include "runner/progress.h"
-#include "runner/timetext.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -13,9 +12,6 @@ private slots:
     void protocol();
     void readerEqualsParser();
     void readerEqualsParserOnNoise();
-    void timeText_data();
-    void timeText();
-    void remaining();
 };
 
 namespace
@@ -85,36 +81,6 @@ void ProgressTest::readerEqualsParserOnNoise()
                 bytes.constData());
         }
     }
-}
-
-void ProgressTest::timeText_data()
-{
-    QTest::addColumn<QTime>("time");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("null") << QTime() << "0 second(s)";
-    QTest::newRow("under a second") << clockTime(900) << "";
-    QTest::newRow("all units") << clockTime(3725000) << "1 hour(s), 2 minute(s) and 5 second(s)";
-    QTest::newRow("minutes") << clockTime(120999) << "2 minute(s)";
-    QTest::newRow("hours and seconds") << clockTime(3605000) << "1 hour(s) and 5 second(s)";
-    QTest::newRow("a day and a minute") << clockTime(86460000) << "1 minute(s)";
-    QTest::newRow("forty days") << clockTime(40LL * 86400000 + 1000) << "1 second(s)";
-    QTest::newRow("before midnight") << clockTime(-1000) << "23 hour(s), 59 minute(s) and 59 second(s)";
-}
-
-void ProgressTest::timeText()
-{
-    QFETCH(QTime, time);
-    QTEST(formatTime(time), "text");
-}
-
-void ProgressTest::remaining()
-{
-    QCOMPARE(remainingTime(10000, 50), 10000);
-    QCOMPARE(remainingTime(10000, 100), 0);
-    QCOMPARE(remainingTime(10001, 3), 323365);                         // truncated
-    QCOMPARE(remainingTime(60LL * 86400000, 1), 60LL * 86400000 * 99); // no 32-bit number of milliseconds
-    QVERIFY(remainingTime(1000, 125) < 0);
 }
 
 QTEST_APPLESS_MAIN(ProgressTest)

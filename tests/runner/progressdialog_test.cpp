@@ -75,7 +75,7 @@ void ProgressDialogTest::stopButtonEscapeAndClosingCancel()
     dialog.close();
     QCOMPARE(cancelled.count(), 3);
 
-    // A listener shows it for the next list: the rejection of the old one leaves it alone.
+    // A slot shows the window for the next list: the rejection of the old list must not hide it.
     const auto shownAgain =
         connect(&dialog, &QuvoProgressDialog::cancelled, &dialog, &QuvoProgressDialog::show);
     dialog.show();

@@ -2,6 +2,7 @@
 
 #include "dataset/gdalmessages.h"
 #include "tests/support/faketool.h"
+#include "tests/support/files.h"
 #include "tests/support/rasters.h"
 
 #include <QApplication>
@@ -12,7 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-/// What the listener heard, in order.
+/// Records the signals of a runner that end a list, in order.
 class Journal : public QObject
 {
     Q_OBJECT
@@ -45,7 +46,7 @@ private slots:
     void crashAndMissingToolEndOnce();
     void stopIsSilentAndDeletes();
     void stopAfterTheChildEndedStartsNoStep();
-    void cancelWhileIdleDeletesAndTells();
+    void cancelWhileIdleDeletesAndEmits();
     void runOverARunningList();
     void runOverAListWhoseChildEndedWell();
     void nextListFromAHandler();
@@ -55,7 +56,7 @@ private slots:
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
-    QuvoOutputFile plain(const QString &name) const { return {path(name), {}, QuvoOutputFileKind::PlainFile}; }
+    QuvoOutputFile plain(const QString &name) const { return {.path = path(name), .driver = {}}; }
     bool exists(const QString &name) const { return QFile::exists(path(name)); }
     QString writing(const QString &name, const QStringList &then = {}) const
     {
@@ -176,7 +177,7 @@ void ScriptRunnerTest::stopAfterTheChildEndedStartsNoStep()
     const Journal journal(runner);
     runner.run({{fakeTool({"file", path("a")}), ""}, {writing("b"), ""}}, {{plain("a")}, {plain("b")}},
                NoProgressWindow);
-    // The child ends while the event loop sleeps: stop() is the first to notice.
+    // The child ends while no event loop runs, so stop() notices the end first.
     while (!exists("a"))
         QThread::msleep(5);
     QThread::msleep(200);
@@ -186,7 +187,7 @@ void ScriptRunnerTest::stopAfterTheChildEndedStartsNoStep()
     QVERIFY(!exists("a") && !exists("b"));
 }
 
-void ScriptRunnerTest::cancelWhileIdleDeletesAndTells()
+void ScriptRunnerTest::cancelWhileIdleDeletesAndEmits()
 {
     QuvoScriptRunner runner(nullptr);
     const Journal journal(runner);
@@ -249,23 +250,17 @@ void ScriptRunnerTest::deletionStopsAtAnEmptyStep()
 void ScriptRunnerTest::driversDeleteTheirSideFiles()
 {
     QVERIFY(writeRaster(path("dém.tif"), 2, 2, {1, 2, 3, 4}));
-    QFile sideFile(path("dém.tif.aux.xml"));
-    QVERIFY(sideFile.open(QIODevice::WriteOnly) && sideFile.write("<PAMDataset/>") > 0);
-    sideFile.close();
-    QFile half(path("half.tif"));
-    QVERIFY(half.open(QIODevice::WriteOnly)); // a killed tool's empty file, which no driver recognises
-    half.close();
-    QFile odd(path("odd"));
-    QVERIFY(odd.open(QIODevice::WriteOnly));
-    odd.close();
+    writeFile(path("dém.tif.aux.xml"), "<PAMDataset/>");
+    writeFile(path("half.tif"), {}); // what a killed tool leaves; no driver recognises it
+    writeFile(path("odd"), {});
 
     QuvoScriptRunner runner(nullptr);
     const Journal journal(runner);
     runner.run({{fakeTool({"exit", "1"}), ""}},
-               {{{path("dém.tif"), "GTiff", QuvoOutputFileKind::Raster},
-                 {path("half.tif"), "GTiff", QuvoOutputFileKind::Raster},
-                 {path("odd"), "No such driver", QuvoOutputFileKind::Vector},
-                 {path("never made"), "GTiff", QuvoOutputFileKind::Raster}}},
+               {{{.path = path("dém.tif"), .driver = "GTiff", .kind = QuvoOutputFileKind::Raster},
+                 {.path = path("half.tif"), .driver = "GTiff", .kind = QuvoOutputFileKind::Raster},
+                 {.path = path("odd"), .driver = "No such driver", .kind = QuvoOutputFileKind::Vector},
+                 {.path = path("never made"), .driver = "GTiff", .kind = QuvoOutputFileKind::Raster}}},
                NoProgressWindow);
     QTRY_COMPARE(journal.entries.size(), 1);
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList());

@@ -1,7 +1,8 @@
 #include "runner/shellhelpers.h"
 
+#include "tests/support/files.h"
+
 #include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -21,10 +22,10 @@ private slots:
 namespace
 {
 
-/// A desktop that writes down what it was asked.
+/// A desktop that records its calls.
 struct Desktop
 {
-    QStringList asked;
+    QStringList calls;
     bool answer = true;
 
     ShellServices services()
@@ -38,16 +39,10 @@ struct Desktop
 
     bool note(const QString &what)
     {
-        asked += what;
+        calls += what;
         return answer;
     }
 };
-
-QString makeFile(const QTemporaryDir &folder, const QString &name)
-{
-    QFile file(folder.filePath(name));
-    return file.open(QIODevice::WriteOnly) ? file.fileName() : QString();
-}
 
 } // namespace
 
@@ -55,33 +50,33 @@ void ShellHelpersTest::documentsAndAddresses()
 {
     Desktop desktop;
     const QTemporaryDir folder;
-    const QString file = makeFile(folder, QStringLiteral("rélief #1 %20.tif"));
+    const QString file = writeFile(folder.filePath("rélief #1 %20.tif"), {});
     QVERIFY(openWithShell(file, desktop.services()));
     QVERIFY(openWithShell(QStringLiteral("https://example.org/a?b=c"), desktop.services()));
-    QCOMPARE(desktop.asked.at(0), "open " + QUrl::fromLocalFile(file).toString());
-    QCOMPARE(desktop.asked.at(1), QStringLiteral("open https://example.org/a?b=c"));
+    QCOMPARE(desktop.calls.at(0), "open " + QUrl::fromLocalFile(file).toString());
+    QCOMPARE(desktop.calls.at(1), QStringLiteral("open https://example.org/a?b=c"));
 
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the desktop did not take"));
     QVERIFY(!openWithShell(folder.filePath("missing.tif"), desktop.services()));
     QVERIFY(!openWithShell(QString(), desktop.services()));
-    QCOMPARE(desktop.asked.size(), 2);
+    QCOMPARE(desktop.calls.size(), 2);
 }
 
 void ShellHelpersTest::selectShowsTheFile()
 {
     Desktop desktop;
     const QTemporaryDir folder;
-    const QString file = makeFile(folder, QStringLiteral("a \"b\" c.tif"));
+    const QString file = writeFile(folder.filePath("a \"b\" c.tif"), {});
     QVERIFY(
         executeCommandLine(QStringLiteral("\"explorer\" /select,%1").arg(file), QString(), desktop.services()));
-    QCOMPARE(desktop.asked, QStringList{"show " + file});
+    QCOMPARE(desktop.calls, QStringList{"show " + file});
 }
 
 void ShellHelpersTest::programsStartWithTheirArguments()
 {
     Desktop desktop;
     QVERIFY(executeCommandLine(QStringLiteral("\"/opt/a b\" -x \"c d\" e"), QString(), desktop.services()));
-    QCOMPARE(desktop.asked, QStringList{"/opt/a b [-x][c d][e]"});
+    QCOMPARE(desktop.calls, QStringList{"/opt/a b [-x][c d][e]"});
 }
 
 void ShellHelpersTest::refusalIsReported()
@@ -95,7 +90,7 @@ void ShellHelpersTest::refusalIsReported()
 void ShellHelpersTest::directoryIsCurrentDuringTheCall()
 {
     const QTemporaryDir folder;
-    makeFile(folder, QStringLiteral("there.txt"));
+    writeFile(folder.filePath("there.txt"), {});
     const QString before = QDir::currentPath();
     QString during;
     ShellServices services;

@@ -1,11 +1,12 @@
-// Calls the keyed messages in a process of its own, which they may end:
+// Calls the message functions in a process of its own, because they may end the process:
 //
 //   dico_child message <key> <text>   dico_message with one argument
 //   dico_child exit <key> <text>      the same with the exit on errors switched on
 //   dico_child callback <key> <text>  the same with a callback that prints "<" and the text
 //   dico_child is_error <text>        prints dico_is_error after a first message
-//   dico_child open <path>            prints openRaster's result, as a user without rights when the process is
-//   root's
+//   dico_child open <path>            prints the result of openRaster; if the process is root's, it first
+//   becomes
+//                                     a user without rights
 
 #include "messages/dico.h"
 #include "messages/rasterheader.h"

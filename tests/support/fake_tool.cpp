@@ -1,4 +1,4 @@
-// Plays an external tool: carries out its arguments in their order.
+// Stands in for an external tool. Carries out its arguments one after another:
 //
 //   out <text>      writes the text on standard output, \n for a line feed
 //   err <text>      the same on standard error

@@ -3,7 +3,7 @@
 #include "app/window/processResultDialog.h"
 #include "app/window/quvoGdalUtilities.h"
 
-/// The main dialog, shown, with its controls at hand.
+/// The main dialog, shown, with access to its controls.
 struct ShownDialog
 {
     explicit ShownDialog(const ToolPaths &tools)

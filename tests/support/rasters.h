@@ -3,9 +3,10 @@
 #include <QString>
 #include <QVector>
 
-/// Writes a small float32 GeoTIFF, row by row from the north, in UTM zone 32 with cells of 10 m; no-data is
-/// -9999. values: width × height numbers. True when it was written.
+/// Writes a GeoTIFF of type Float32 in UTM zone 32 north, with cells of 10 m, the upper left corner at (500000,
+/// 5100000) and the no-data value -9999. values: width × height numbers, by rows from the north, the same for
+/// each band. Returns whether it was written.
 bool writeRaster(const QString &path, int width, int height, const QVector<float> &values, int bands = 1);
 
-/// A slope with a bump, of any size, for runs that need more than a few cells.
+/// Writes such a raster of `side` × `side` cells for runs that need more than a few cells: a slope with waves.
 bool writeHill(const QString &path, int side);

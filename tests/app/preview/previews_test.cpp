@@ -1,12 +1,12 @@
 #include "app/preview/PreviewDialog.h"
 #include "app/preview/PreviewPane.h"
 #include "app/preview/previewgeometry.h"
-#include "app/preview/previewqueue.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/rasterpicture.h"
 #include "messages/Prompt.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
+#include "tests/support/files.h"
 #include "tests/support/maindialog.h"
 #include "tests/support/rasters.h"
 
@@ -31,9 +31,6 @@
 
 #include <gdal_priv.h>
 
-#include <functional>
-#include <numeric>
-
 class PreviewsTest : public QObject
 {
     Q_OBJECT
@@ -42,14 +39,8 @@ private slots:
     void initTestCase();
     void init();
 
-    void queue_data();
-    void queue();
-    void parts();
-    void reductions();
-    void zooming();
     void placesAndCoordinates_data();
     void placesAndCoordinates();
-    void pictures();
     void productIsTheToolsOwn_data();
     void productIsTheToolsOwn();
     void vectorProducts();
@@ -57,8 +48,8 @@ private slots:
     void observersOfAnyKind();
     void anotherFileOfTheName();
     void aPartIsSeenAtFullResolution();
-    void launchEndsPreviews();
-    void failureIsToldOnce();
+    void launchStopsPreviews();
+    void failureIsReportedOnce();
     void manyChangesLeaveNothing();
 
 private:
@@ -78,7 +69,7 @@ struct Dialog : ShownDialog
     explicit Dialog(const ToolPaths &tools)
         : ShownDialog(tools)
     {
-        if (!find<PreviewPane>("m_pGrpBPreviews")->isVisible()) // the screen is too small for them
+        if (!find<PreviewPane>("m_pGrpBPreviews")->isVisible()) // the window hides them on a small screen
             find<QPushButton>("m_pPBShowPreview")->click();
     }
     PreviewLabel *input() { return find<PreviewLabel>("m_pLInputImgPreview"); }
@@ -122,129 +113,10 @@ void PreviewsTest::init()
     Prompt::answerBeforehand({});
 }
 
-// Events, and what is due after them: R a reduction, C a product, - nothing; ! where the running step is stale.
-void PreviewsTest::queue_data()
-{
-    QTest::addColumn<QString>("events");
-    QTest::addColumn<QString>("due");
-
-    QTest::newRow("hidden") << "dem complete"
-                            << "-";
-    QTest::newRow("shown") << "dem complete show"
-                           << "R";
-    QTest::newRow("one at a time") << "dem complete show begin"
-                                   << "-";
-    QTest::newRow("reduced") << "dem complete show begin good"
-                             << "C";
-    QTest::newRow("incomplete") << "dem show begin good"
-                                << "-";
-    QTest::newRow("all shown") << "dem complete show begin good begin good"
-                               << "-";
-    QTest::newRow("burst") << "dem complete show begin good change change change"
-                           << "C";
-    QTest::newRow("change during a run") << "dem complete show begin good begin change"
-                                         << "-!";
-    QTest::newRow("change after it") << "dem complete show begin good begin change ended"
-                                     << "C";
-    QTest::newRow("change during a reduction") << "dem complete show begin change"
-                                               << "-";
-    QTest::newRow("another part") << "dem complete show begin good begin part"
-                                  << "-!";
-    QTest::newRow("part reduced anew") << "dem complete show begin good begin part ended"
-                                       << "R";
-    QTest::newRow("whole at hand") << "dem complete show begin good part dem have"
-                                   << "C";
-    QTest::newRow("launch") << "dem complete show begin good begin hold"
-                            << "-!";
-    QTest::newRow("during a launch") << "dem complete show begin good begin hold ended change"
-                                     << "-";
-    QTest::newRow("after a launch") << "dem complete show begin good begin hold ended release"
-                                    << "C";
-    QTest::newRow("hidden during a run") << "dem complete show begin hide"
-                                         << "-!";
-    QTest::newRow("failure") << "dem complete show begin bad change part"
-                             << "-";
-    QTest::newRow("stale failure") << "dem complete show begin good begin change bad"
-                                   << "C";
-    QTest::newRow("incomplete meanwhile") << "dem complete show begin good begin incomplete"
-                                          << "-!";
-}
-
-void PreviewsTest::queue()
-{
-    QFETCH(QString, events);
-    PreviewQueue queue;
-    const QHash<QString, std::function<void()>> handlers{
-        {"dem", [&] { queue.setSource("dem"); }},
-        {"part", [&] { queue.setSource("part"); }},
-        {"have", [&] { queue.haveReduction(); }},
-        {"complete", [&] { queue.setComplete(true); }},
-        {"incomplete", [&] { queue.setComplete(false); }},
-        {"show", [&] { queue.setShown(true); }},
-        {"hide", [&] { queue.setShown(false); }},
-        {"change", [&] { queue.invalidate(); }},
-        {"hold", [&] { queue.hold(); }},
-        {"release", [&] { queue.release(); }},
-        {"begin", [&] { queue.begin(queue.next()); }},
-        {"good", [&] { queue.end(true); }},
-        {"bad", [&] { queue.end(false); }},
-        {"ended", [&] { queue.end(false); }},
-    };
-    for (const QString &event : events.split(' '))
-        handlers.value(event)();
-    const QString due = QStringLiteral("-RC").mid(static_cast<int>(queue.next()), 1);
-    QTEST(due + (queue.isStale() ? "!" : ""), "due");
-}
-
-void PreviewsTest::parts()
-{
-    const QSize dem(12000, 6000);
-    QCOMPARE(reducedSize(dem), QSize(800, 400));
-    QCOMPARE(reducedSize({800, 3}), QSize(800, 3));
-    QCOMPARE(reducedSize({100000, 1}), QSize(800, 1));
-    QCOMPARE(previewPart({}, dem, {{5, 5}}), QRect(0, 0, 12000, 6000));
-    QCOMPARE(previewPart({100, 100, 400, 400}, dem, {}), QRect(98, 98, 404, 404));
-    QCOMPARE(previewPart({0, 0, 1600, 1600}, dem, {}), QRect(0, 0, 1604, 1604));
-    QCOMPARE(previewPart({100, 100, 400, 400}, dem, {{900.5, 300.5}, {-50, 0}}), QRect(98, 98, 804, 404));
-}
-
-void PreviewsTest::reductions()
-{
-    const QSize size(2000, 1000);
-    QCOMPARE(reductionArguments({"/a b.tif", size, true, {0, 0, 2000, 1000}, "/t/tempoReducedImg"}),
-             QString("-outsize  800 400 \"/a b.tif\" \"/t/tempoReducedImg\""));
-    QCOMPARE(reductionArguments({"/a.tif", size, false, {10, 20, 300, 400}, "/c"}),
-             QString("-a_ullr 10 20 310 420 -srcwin 10 20 300 400 -outsize  300 400 \"/a.tif\" \"/c\""));
-}
-
-void PreviewsTest::zooming()
-{
-    const QSize dem(1000, 500);
-    const QRectF whole(0, 0, 1000, 500);
-    const QRectF closer = zoomed(whole, {250, 250}, 2.0, dem, dem);
-    QCOMPARE(closer, QRectF(125, 125, 500, 250)); // the place stays
-    QCOMPARE(zoomed(closer, {250, 250}, 0.01, dem, dem), whole);
-    QCOMPARE(zoomed(whole, {0, 0}, 1e9, dem, dem).height(), 8.0);
-    QCOMPARE(zoomed({0, 0, 3, 2}, {1, 1}, 2.0, {3, 2}, {300, 200}).size(),
-             QSizeF(3, 2)); // smaller than the least
-    // A long strip comes to have the shape of the area that shows it.
-    QCOMPARE(zoomed({0, 0, 12000, 30}, {6000, 15}, 400.0, {12000, 30}, {300, 200}), QRectF(5985, 5, 30, 20));
-    QCOMPARE(moved(closer, {-900, 900}, dem), QRectF(0, 250, 500, 250));
-    QCOMPARE(lightDirection(315.0, false, false), 315.0);
-    QCOMPARE(lightDirection(315.0, true, false), 225.0); // its rows are seen upside down
-    QCOMPARE(lightDirection(0.0, false, false), 270.0);
-    QCOMPARE(lightDirection(315.0, false, true), 45.0);
-    QCOMPARE(coordinateDecimals(30.0), 0);
-    QCOMPARE(coordinateDecimals(1.0 / 1200), 5);
-    const QLocale c = QLocale::c();
-    QCOMPARE((QStringList{lengthText(1250, c), lengthText(12.5, c), lengthText(1.0 / 10800, c)}),
-             (QStringList{"1250", "12.5", "0.0000926"}));
-}
-
 void PreviewsTest::placesAndCoordinates_data()
 {
-    QTest::addColumn<QVector<double>>("transform"); // none: no georeference
-    QTest::addColumn<QPointF>("expected");          // of the cell (2, 1)
+    QTest::addColumn<QVector<double>>("transform"); // empty without a georeference
+    QTest::addColumn<QPointF>("expected");          // coordinates of the cell (2, 1)
 
     QTest::newRow("north up") << QVector<double>{100, 10, 0, 500, 0, -10} << QPointF(120, 490);
     QTest::newRow("south up") << QVector<double>{100, 10, 0, 500, 0, 10} << QPointF(120, 510);
@@ -267,40 +139,14 @@ void PreviewsTest::placesAndCoordinates()
     DemInfo dem;
     dem.path = path("place.tif");
     QVERIFY(pane.setDem(dem));
-    QTEST(pane.groundAt(10, 5, QSize(200, 100)), "expected"); // five pixels a cell
+    QTEST(pane.groundAt(10, 5, QSize(200, 100)), "expected"); // five pixels per cell
     QCOMPARE(pane.dem().georeferenced, !transform.isEmpty());
-}
-
-void PreviewsTest::pictures()
-{
-    QVector<float> values(100);
-    std::iota(values.begin(), values.end(), 0.0f);
-    values[0] = -9999;
-    QVERIFY(writeRaster(path("ramp.tif"), 10, 10, values));
-    const QImage picture = RasterPicture(path("ramp.tif"), 1).read({0, 0, 10, 10}, {10, 10});
-    QCOMPARE(qAlpha(picture.pixel(0, 0)), 0);
-    QCOMPARE(qRed(picture.pixel(1, 0)), 0); // below the 2nd percentile
-    QCOMPARE(qRed(picture.pixel(9, 9)), 255);
-    QVERIFY(qAbs(qRed(picture.pixel(0, 5)) - 128) < 5);
-    // Percentages are taken of what was noted, not of the cells.
-    QVERIFY(noteExtremes(path("ramp.tif"), 1, 0.0, 198.0));
-    QFile table(path("percent.txt"));
-    QVERIFY(table.open(QIODevice::WriteOnly) && table.write("0% 0 0 0\n100% 198 198 198\n") > 0);
-    table.close();
-    QCOMPARE(QProcess::execute(m_tools.dem,
-                               {"color-relief", path("ramp.tif"), path("percent.txt"), path("grey.tif"), "-q"}),
-             0);
-    QCOMPARE(qRed(RasterPicture(path("grey.tif")).read({0, 0, 10, 10}, {10, 10}).pixel(9, 9)), 99);
-
-    QVERIFY(RasterPicture(path("ramp.tif"), 1).read({5, 5, 10, 10}, {10, 10}).isNull());
-    QVERIFY(!RasterPicture(path("ramp.tif"), 2).isOpen());
-    QVERIFY(!RasterPicture(path("none.tif"), 1).isOpen());
 }
 
 void PreviewsTest::productIsTheToolsOwn_data()
 {
     QTest::addColumn<int>("tab");
-    QTest::addColumn<QStringList>("arguments"); // in and out stand for the reduced copy and the product
+    QTest::addColumn<QStringList>("arguments"); // "in" and "out" stand for the reduced copy and the product
 
     QTest::newRow("hillshade") << 0
                                << QStringList{"hillshade", "in", "out", "-z", "1", "-az", "-45", "-alt", "45"};
@@ -334,7 +180,7 @@ void PreviewsTest::productIsTheToolsOwn()
     const RasterPicture byHand(path("by hand.tif"));
     QCOMPARE(byHand.size(), QSize(800, 800));
     QCOMPARE(dialog.output()->picture(), byHand.read({0, 0, 800, 800}, {800, 800}));
-    if (tab == 5) { // spread over the DEM's elevations it is another picture
+    if (tab == 5) { // spread over the elevations of the DEM, the table gives another picture
         dialog.find<QRadioButton>("m_pRBRelatifAltitude")->click();
         QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput()
                                      && dialog.output()->picture() != byHand.read({0, 0, 800, 800}, {800, 800}),
@@ -360,7 +206,7 @@ void PreviewsTest::vectorProducts()
     };
     QTRY_VERIFY(coloured(dialog.output()->picture()) > 500); // lines over the greys
     const QImage tenMetres = dialog.output()->picture();
-    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("0.000"); // what the tool would not understand
+    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("0.000"); // not valid for the tool
     QVERIFY(!dialog.hasOutput());
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("50.000");
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && coloured(dialog.output()->picture()) > 0, 10000);
@@ -385,7 +231,7 @@ void PreviewsTest::observersAreSetInThePicture()
     dialog.showTab(4);
     const auto panel = dialog.window.findChild<intervisibilityOptionsWidget *>();
     QTRY_VERIFY(!dialog.input()->picture().isNull());
-    QVERIFY(!dialog.hasOutput()); // nobody looks yet
+    QVERIFY(!dialog.hasOutput()); // there is no observer yet
 
     const auto cellOfFirst = [&] {
         const ObserverPoint point = panel->options().observers.value(0);
@@ -398,7 +244,7 @@ void PreviewsTest::observersAreSetInThePicture()
 
     const QImage before = dialog.output()->picture();
     QTest::mouseClick(dialog.input(), Qt::LeftButton, {}, placeOf(*dialog.input(), {500, 250}));
-    QCOMPARE(panel->options().observers.size(), 1); // the current one goes there
+    QCOMPARE(panel->options().observers.size(), 1); // the click moves the current observer
     const QPoint from = placeOf(*dialog.input(), cellOfFirst());
     const QPoint to = placeOf(*dialog.input(), {800, 800});
     QTest::mousePress(dialog.input(), Qt::LeftButton, {}, from);
@@ -413,7 +259,7 @@ void PreviewsTest::observersAreSetInThePicture()
 
 void PreviewsTest::observersOfAnyKind()
 {
-    constexpr int side = 1600; // the copy picks every second cell
+    constexpr int side = 1600; // the reduced copy holds every second cell
     QVector<float> cells(side * side, -9999.0f);
     for (int row = 0; row < side; row += 2) {
         for (int column = 0; column < side; column += 2)
@@ -425,17 +271,17 @@ void PreviewsTest::observersOfAnyKind()
     dialog.showTab(4);
     const auto panel = dialog.window.findChild<intervisibilityOptionsWidget *>();
     const DemGround ground(path("voids.tif"), 1);
-    panel->placeObserver(-1, ground.toGround({800.5, 800.5})); // on a cell that the copy does not have
+    panel->placeObserver(-1, ground.toGround({800.5, 800.5})); // on a cell that is not in the copy
     QVERIFY(panel->isComplete());
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
 
     const auto model = dialog.find<QTableView>("m_pTViewObsPos")->model();
     QVERIFY(model->setData(model->index(0, ObserverPointsModel::DistanceColumn), "1e300"));
     QVERIFY(!model->setData(model->index(0, ObserverPointsModel::DistanceColumn), "inf"));
-    QVERIFY(!dialog.input()->grab().isNull()); // comes back
+    QVERIFY(!dialog.input()->grab().isNull()); // returns
     panel->placeObserver(-1, ground.toGround({200.5, 200.5}));
     QTest::mouseClick(dialog.input(), Qt::LeftButton, {}, placeOf(*dialog.input(), {800.5, 800.5}));
-    QCOMPARE(panel->currentRow(), 0); // a click on a mark chooses it
+    QCOMPARE(panel->currentRow(), 0); // a click on the mark of an observer selects it
     QCOMPARE(panel->options().observers.at(1).position(), ground.toGround({200.5, 200.5}));
     QVERIFY(Prompt::takeShown().isEmpty());
 }
@@ -454,7 +300,7 @@ void PreviewsTest::anotherFileOfTheName()
     dialog.find<QPushButton>("m_pPBShowPreview")->click();
     dialog.window.setInputDem(path("bands.tif"));
     dialog.find<QComboBox>("m_pCBBand")->setCurrentIndex(1);
-    QVERIFY(dialog.input()->picture().isNull()); // and not that of the DEM before
+    QVERIFY(dialog.input()->picture().isNull()); // not the picture of the DEM before
 }
 
 void PreviewsTest::aPartIsSeenAtFullResolution()
@@ -467,32 +313,28 @@ void PreviewsTest::aPartIsSeenAtFullResolution()
     const QImage whole = dialog.input()->picture();
     for (int turn = 0; turn < 8; ++turn)
         QTest::keyClick(dialog.input(), Qt::Key_Plus);
-    QCOMPARE(dialog.output()->view(), dialog.input()->view()); // both show the same part
+    QCOMPARE(dialog.output()->view(), dialog.input()->view()); // both previews show the same part
     QTRY_VERIFY_WITH_TIMEOUT(note->text() != wholeNote && dialog.hasOutput(), 10000);
     QVERIFY(std::min(dialog.input()->picture().width(), dialog.input()->picture().height())
-            < 600); // not enlarged
+            < 600); // the part is not enlarged
     QTest::keyClick(dialog.output(), Qt::Key_Home);
     QTRY_COMPARE(dialog.input()->picture(), whole);
 }
 
-void PreviewsTest::launchEndsPreviews()
+void PreviewsTest::launchStopsPreviews()
 {
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     QTRY_VERIFY_WITH_TIMEOUT(hasChildren(), 5000);
     QTest::mouseClick(dialog.find<QPushButton>("m_pPBLaunchProcess"), Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("dem_hillshade.tif")), 10000);
-    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000); // and come back
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000); // the previews start again after the run
     QVERIFY(RasterPicture(path("dem_hillshade.tif")).isOpen());
 }
 
-void PreviewsTest::failureIsToldOnce()
+void PreviewsTest::failureIsReportedOnce()
 {
-    QFile tool(path("tool.exe"));
-    QVERIFY(tool.open(QIODevice::WriteOnly) && tool.write("#!/bin/sh\necho no such light >&2\nexit 3\n") > 0);
-    QVERIFY(tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    tool.close();
-    m_tools.dem = tool.fileName();
+    m_tools.dem = writeScript(path("tool.exe"), "echo no such light >&2\nexit 3\n");
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     QStringList shown;
@@ -534,7 +376,8 @@ void PreviewsTest::manyChangesLeaveNothing()
             default:
                 QTest::keyClick(dialog.output(), random.bounded(2) ? Qt::Key_Plus : Qt::Key_Right);
             }
-            QTest::qWait(change % 20 == 0 ? 420 : random.bounded(3)); // now and then a run gets under way
+            QTest::qWait(change % 20 == 0 ? 420
+                                          : random.bounded(3)); // long enough for a run to start now and then
         }
         QVERIFY(Prompt::takeShown().isEmpty());
     }

@@ -1,7 +1,7 @@
 #include "app/run/outputname.h"
 
 #include "app/run/outputlock.h"
-#include "dataset/overviews.h"
+#include "tests/support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,16 +20,11 @@ private slots:
     void names();
     void theInputUnderAnyName();
     void linksAreFollowed();
-    void overviews();
     void space();
     void lock();
 
 private:
-    QString make(const QString &name) const
-    {
-        QFile file(m_folder->filePath(name));
-        return file.open(QIODevice::WriteOnly) ? file.fileName() : QString();
-    }
+    QString make(const QString &name) const { return writeFile(m_folder->filePath(name), {}); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -106,14 +101,6 @@ void OutputNameTest::linksAreFollowed()
     QCOMPARE(output.problem, QString());
     QCOMPARE(output.path, m_folder->filePath("new.tif"));
     QVERIFY(checkOutputName(m_folder->filePath("no.rule"), {}, {}).problem.isEmpty());
-}
-
-void OutputNameTest::overviews()
-{
-    QCOMPARE(overviewFactors(255, 9000), QVector<int>());
-    QCOMPARE(overviewFactors(256, 256), QVector<int>{2});
-    QCOMPARE(overviewFactors(9000, 511), QVector<int>{2});
-    QCOMPARE(overviewFactors(2048, 3000), (QVector<int>{2, 4, 8, 16}));
 }
 
 void OutputNameTest::space()

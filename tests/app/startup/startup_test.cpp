@@ -3,11 +3,12 @@
 #include "app/startup/settings.h"
 #include "app/startup/startupoptions.h"
 #include "app/startup/stylesheet.h"
+#include "tests/support/files.h"
+#include "tests/support/programs.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -35,8 +36,7 @@ private slots:
 private:
     QString write(const QString &name, const QByteArray &text) const
     {
-        QFile file(m_folder->filePath(name));
-        return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? file.fileName() : QString();
+        return writeFile(m_folder->filePath(name), text);
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -145,18 +145,15 @@ void StartupTest::variables()
 
 void StartupTest::childrenInherit()
 {
-    // A tool that prints what it inherits, in the place of GDAL's.
+    // Instead of GDAL's tool, a script that prints the environment that it inherits.
     QVERIFY(QFile::copy(QUVO_TREE "/QuvoDemBatch", m_folder->filePath("QuvoDemBatch")));
     QVERIFY(QDir(m_folder->path()).mkdir("data"));
-    QFile tool(write("gdal_dem.exe", "#!/bin/sh\nenv >&2\nexit 1\n"));
-    QVERIFY(tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    writeScript(m_folder->filePath("gdal_dem.exe"), "env >&2\nexit 1\n");
     write("QuvoDemToolBox_env.ini", "[QuvoDirectSettings]\nLANGUAGE = FRENCH\n");
-    QProcess process;
-    process.start(m_folder->filePath("QuvoDemBatch"),
-                  {"--process", "hillshade", "--input", QUVO_TREE "/samples/sample_dem.tif", "--output",
-                   m_folder->filePath("a.tif")});
-    QVERIFY(process.waitForFinished());
-    const QStringList lines = QString::fromUtf8(process.readAllStandardError()).split('\n');
+    const Ended ended = runProgram(m_folder->filePath("QuvoDemBatch"),
+                                   {"--process", "hillshade", "--input", QUVO_TREE "/samples/sample_dem.tif",
+                                    "--output", m_folder->filePath("a.tif")});
+    const QStringList lines = ended.error.split('\n');
     const QString folder = m_folder->path();
     for (const QString &line :
          {"QUVO_BIN_HOME=" + folder, "LUMAGRAF_HOME=" + folder, QStringLiteral("GEOLANGUE=FRENCH"),
@@ -171,7 +168,7 @@ void StartupTest::tools()
     const QStringList names{"gdal_dem.exe", "gdal_contour.exe", "gdal_translate.exe",
                             "gdal_intervisibility.exe"};
     for (const QString &name : names)
-        QVERIFY(!write(name, "").isEmpty());
+        write(name, "");
     QVERIFY(findTools(m_folder->path()).isComplete());
     for (const QString &name : names) {
         QVERIFY(QFile::remove(m_folder->filePath(name)));

@@ -7,7 +7,9 @@
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "panels/intervisibilityOptionsWidget.h"
+#include "tests/support/files.h"
 #include "tests/support/maindialog.h"
+#include "tests/support/programs.h"
 #include "tests/support/rasters.h"
 
 #include <QApplication>
@@ -18,7 +20,6 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPlainTextEdit>
-#include <QProcess>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSettings>
@@ -77,12 +78,6 @@ struct Dialog : ShownDialog
     QString resultText() { return result() ? result()->findChild<QLabel *>("m_pLText")->text() : QString(); }
 };
 
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QPushButton *stopButton()
 {
     for (QWidget *window : QApplication::topLevelWidgets()) {
@@ -114,13 +109,10 @@ void MainDialogTest::init()
     QuvoFilerDialog::answerBeforehand({});
 }
 
-/// Puts a shell script in the place of the DEM tool.
+/// Replaces the DEM tool by a shell script.
 void MainDialogTest::useTool(const QByteArray &script)
 {
-    QFile tool(path("tool.exe"));
-    QVERIFY(tool.open(QIODevice::WriteOnly) && tool.write("#!/bin/sh\n" + script) > 0);
-    QVERIFY(tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    m_tools.dem = tool.fileName();
+    m_tools.dem = writeScript(path("tool.exe"), script);
 }
 
 void MainDialogTest::tabsKeepTheirIndexes()
@@ -234,10 +226,8 @@ void MainDialogTest::productEqualsTheBatchProgramsOwn()
     QFETCH(QString, tab);
     QFETCH(QString, product);
     QFETCH(QStringList, byBatch);
-    QFile observer(path("vue.csv")); // the centre of the DEM, where the window puts its first observer
-    QVERIFY(observer.open(QIODevice::WriteOnly) && observer.write("id,WKT\n1,POINT(500320 5099680)\n") > 0);
-    observer.close();
-    byBatch.replaceInStrings("VUE", observer.fileName());
+    // The centre of the DEM, where the window puts its first observer.
+    byBatch.replaceInStrings("VUE", writeFile(path("vue.csv"), "id,WKT\n1,POINT(500320 5099680)\n"));
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     dialog.window.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
@@ -256,20 +246,18 @@ void MainDialogTest::productEqualsTheBatchProgramsOwn()
     QCOMPARE(dialog.resultText(),
              QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
     QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Opération terminée"));
-    QProcess batch;
     const QString other = path("batch.") + QFileInfo(product).suffix();
-    batch.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
-                QStringList{"--input", path("dem.tif"), "--output", other, "--process"} + byBatch);
-    QVERIFY(batch.waitForFinished());
+    const Ended batch =
+        runProgram(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
+                   QStringList{"--input", path("dem.tif"), "--output", other, "--process"} + byBatch);
+    QVERIFY2(batch.code == 0, qPrintable(batch.error));
     QVERIFY(!bytesOf(other).isEmpty());
     QCOMPARE(bytesOf(path(product)), bytesOf(other));
 }
 
 void MainDialogTest::overwriteAsks()
 {
-    QFile old(path("old.tif"));
-    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("precious") > 0);
-    old.close();
+    writeFile(path("old.tif"), "precious");
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     dialog.output()->setText(path("old.tif"));

@@ -5,7 +5,9 @@
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
+#include "tests/support/files.h"
 #include "tests/support/maindialog.h"
+#include "tests/support/programs.h"
 #include "tests/support/rasters.h"
 
 #include <QAction>
@@ -18,7 +20,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
-#include <QProcess>
 #include <QPushButton>
 #include <QSettings>
 #include <QTabBar>
@@ -56,11 +57,7 @@ private slots:
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
-    QString write(const QString &name, const QByteArray &text) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? file.fileName() : QString();
-    }
+    QString write(const QString &name, const QByteArray &text) const { return writeFile(path(name), text); }
     Recipe recipe(const ProcessOptions &options, const QString &output) const
     {
         return {.process = processWord(options),
@@ -100,12 +97,6 @@ struct Dialog : ShownDialog
         QApplication::sendEvent(&window, &event);
     }
 };
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// All that the window's labels, buttons, tabs and lists say.
 QStringList textsOf(const QWidget &window)
@@ -325,13 +316,10 @@ void SettingsMenuTest::copiedCommandMakesTheProduct()
     }
     QCOMPARE(products.contains(QFileInfo(settings.output).fileName() + ".ovr"),
              settings.outputOptions.overviews);
-    QProcess shell;
     QProcessEnvironment usual = QProcessEnvironment::systemEnvironment();
     usual.remove("SHAPE_ENCODING");
-    shell.setProcessEnvironment(usual);
-    shell.start("sh", {"-c", command});
-    QVERIFY(shell.waitForFinished());
-    QVERIFY2(shell.exitCode() == 0, qPrintable(command + QString::fromLocal8Bit(shell.readAllStandardError())));
+    const Ended shell = runProgram("sh", {"-c", command}, usual);
+    QVERIFY2(shell.code == 0, qPrintable(command + shell.error));
     QVERIFY(!products.isEmpty() && !QFile::exists(path("dem.tif.aux.xml")));
     for (auto product = products.cbegin(); product != products.cend(); ++product)
         QVERIFY2(bytesOf(path(product.key())) == product.value(), qPrintable(product.key() + '\n' + command));
@@ -351,9 +339,7 @@ void SettingsMenuTest::recentRuns()
         failing.window.setRecipe(recipe(colors, "f.tif"));
         failing.launch();
     }
-    QFile slow(write("slow.sh", "#!/bin/sh\nsleep 60\n"));
-    QVERIFY(slow.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
-    m_tools.dem = slow.fileName();
+    m_tools.dem = writeScript(path("slow.sh"), "sleep 60\n");
     {
         Dialog closed(m_tools); // which stops the run
         closed.window.setRecipe(recipe(AspectOptions{}, "c.tif"));
@@ -450,15 +436,11 @@ void SettingsMenuTest::languages()
     fresh.window.setInputDem(path("dem.tif"));
     QTRY_COMPARE(textsOf(dialog.window), textsOf(fresh.window));
 
-    QProcess batch; // the choice is the user's, not the window's
-    batch.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), {"--band", "x"});
-    QVERIFY(batch.waitForFinished());
-    const QByteArray english = batch.readAllStandardError();
+    // The batch program uses the chosen language, too.
+    const QString english = runProgram(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), {"--band", "x"}).error;
     choices.at(0)->trigger();
     QTRY_COMPARE(dialog.window.windowTitle(), QStringLiteral("Boite à outils Relief"));
-    batch.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), {"--band", "x"});
-    QVERIFY(batch.waitForFinished());
-    QVERIFY(english != batch.readAllStandardError());
+    QVERIFY(english != runProgram(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), {"--band", "x"}).error);
     QSettings("KARVEX", "Riglios").setValue("Interface/ChosenLanguage", "KLINGON");
     QCOMPARE(chosenLanguage("FRENCH"), QStringLiteral("FRENCH"));
 }

@@ -1,3 +1,0 @@
-#include "runner/logging.h"
-
-Q_LOGGING_CATEGORY(lcRunner, "quvo.runner", QtInfoMsg)

@@ -1,0 +1,71 @@
+#include "app/preview/previewgeometry.h"
+
+#include <QTest>
+
+class PreviewGeometryTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void parts();
+    void reductions();
+    void zooming();
+    void lightDirections();
+    void numbers();
+};
+
+void PreviewGeometryTest::parts()
+{
+    const QSize dem(12000, 6000);
+    QCOMPARE(reducedSize(dem), QSize(800, 400));
+    QCOMPARE(reducedSize({800, 3}), QSize(800, 3));
+    QCOMPARE(reducedSize({100000, 1}), QSize(800, 1));
+    QCOMPARE(previewPart({}, dem, {{5, 5}}), QRect(0, 0, 12000, 6000));
+    QCOMPARE(previewPart({100, 100, 400, 400}, dem, {}), QRect(98, 98, 404, 404));
+    QCOMPARE(previewPart({0, 0, 1600, 1600}, dem, {}), QRect(0, 0, 1604, 1604));
+    QCOMPARE(previewPart({100, 100, 400, 400}, dem, {{900.5, 300.5}, {-50, 0}}), QRect(98, 98, 804, 404));
+}
+
+void PreviewGeometryTest::reductions()
+{
+    const QSize size(2000, 1000);
+    QCOMPARE(reductionArguments({"/a b.tif", size, true, {0, 0, 2000, 1000}, "/t/tempoReducedImg"}),
+             QString("-outsize  800 400 \"/a b.tif\" \"/t/tempoReducedImg\""));
+    QCOMPARE(reductionArguments({"/a.tif", size, false, {10, 20, 300, 400}, "/c"}),
+             QString("-a_ullr 10 20 310 420 -srcwin 10 20 300 400 -outsize  300 400 \"/a.tif\" \"/c\""));
+}
+
+void PreviewGeometryTest::zooming()
+{
+    const QSize dem(1000, 500);
+    const QRectF whole(0, 0, 1000, 500);
+    const QRectF closer = zoomed(whole, {250, 250}, 2.0, dem, dem);
+    QCOMPARE(closer, QRectF(125, 125, 500, 250)); // the place under the pointer stays
+    QCOMPARE(zoomed(closer, {250, 250}, 0.01, dem, dem), whole);
+    QCOMPARE(zoomed(whole, {0, 0}, 1e9, dem, dem).height(), 8.0);
+    QCOMPARE(zoomed({0, 0, 3, 2}, {1, 1}, 2.0, {3, 2}, {300, 200}).size(),
+             QSizeF(3, 2)); // a DEM smaller than the smallest view
+    // The view of a long strip takes the shape of the area that shows it.
+    QCOMPARE(zoomed({0, 0, 12000, 30}, {6000, 15}, 400.0, {12000, 30}, {300, 200}), QRectF(5985, 5, 30, 20));
+    QCOMPARE(moved(closer, {-900, 900}, dem), QRectF(0, 250, 500, 250));
+}
+
+void PreviewGeometryTest::lightDirections()
+{
+    QCOMPARE(lightDirection(315.0, false, false), 315.0);
+    QCOMPARE(lightDirection(315.0, true, false), 225.0); // its rows are seen upside down
+    QCOMPARE(lightDirection(0.0, false, false), 270.0);
+    QCOMPARE(lightDirection(315.0, false, true), 45.0);
+}
+
+void PreviewGeometryTest::numbers()
+{
+    QCOMPARE(coordinateDecimals(30.0), 0);
+    QCOMPARE(coordinateDecimals(1.0 / 1200), 5);
+    const QLocale c = QLocale::c();
+    QCOMPARE((QStringList{lengthText(1250, c), lengthText(12.5, c), lengthText(1.0 / 10800, c)}),
+             (QStringList{"1250", "12.5", "0.0000926"}));
+}
+
+QTEST_APPLESS_MAIN(PreviewGeometryTest)
+#include "previewgeometry_test.moc"
