@@ -3,11 +3,25 @@
 #include "messages/logging.h"
 #include "runner/commandsplit.h"
 
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/types.h>
+#include <unistd.h>
+#endif
+
 namespace
 {
 
 constexpr int outputTailLength = 64 * 1024;
 constexpr qint64 chunkSize = 64LL * 1024;
+
+/// Called in the child process, before the tool takes its place: only what is safe after fork() may stand here.
+void leadOwnGroup()
+{
+#ifdef Q_OS_UNIX
+    ::setpgid(0, 0);
+#endif
+}
 
 } // namespace
 
@@ -18,6 +32,32 @@ QuvoUtilityRunner::QuvoUtilityRunner(QObject *parent)
     connect(this, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             &QuvoUtilityRunner::processFinished);
     connect(this, &QProcess::errorOccurred, this, &QuvoUtilityRunner::processError);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0) && defined(Q_OS_UNIX)
+    setChildProcessModifier(leadOwnGroup);
+#endif
+}
+
+QuvoUtilityRunner::~QuvoUtilityRunner()
+{
+    disconnect(); // nobody is to hear of the kill
+    QuvoUtilityRunner::close();
+}
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+void QuvoUtilityRunner::setupChildProcess()
+{
+    leadOwnGroup();
+}
+#endif
+
+void QuvoUtilityRunner::close()
+{
+#ifdef Q_OS_UNIX
+    // While the tool runs its group exists. It bears the tool's number once the child has made it.
+    if (state() == QProcess::Running && processId() > 1)
+        ::kill(-static_cast<pid_t>(processId()), SIGKILL);
+#endif
+    QProcess::close();
 }
 
 void QuvoUtilityRunner::runCommand(const QString &command)
@@ -84,12 +124,14 @@ void QuvoUtilityRunner::processError(QProcess::ProcessError kind)
 {
     qCDebug(lcRunner, "process error %d, state %d", static_cast<int>(kind), static_cast<int>(state()));
     const QString text = readStandardErrorText();
-    if (state() == QProcess::NotRunning) {
+    if (kind != QProcess::Crashed && state() == QProcess::NotRunning) {
         emit error(text);
         return;
     }
-    // Qt reports a crash while state() is still Running. A slot that answered with close() would wait forever
-    // for an end that has already happened. finished() always follows, so the error is emitted from there.
+    // Qt 5 reports a crash while state() is still Running: a slot that answered with close() would wait forever
+    // for an end that has already happened. Qt 6 reports it when state() is NotRunning: a command that a slot
+    // started would meet the finished() of the crashed one. finished() always follows, so the error is emitted
+    // from there.
     m_errorHeldBack = true;
     m_heldBackText = text;
 }

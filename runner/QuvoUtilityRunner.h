@@ -6,13 +6,15 @@
 #include <QString>
 
 /// Runs one external tool at a time as a child process, reads the progress from its standard output and reports
-/// how it ended. The object is the child process itself: QProcess::close() kills the tool.
+/// how it ended. The object is the child process itself. On Unix the tool leads a process group of its own, so
+/// that the children of a tool that is a script end with it.
 class QuvoUtilityRunner : public QProcess
 {
     Q_OBJECT
 
 public:
     explicit QuvoUtilityRunner(QObject *parent);
+    ~QuvoUtilityRunner() override;
 
     /// Starts a command line (program and arguments in one text, quoted as splitProcessCommand() reads it) and
     /// returns at once. If the program cannot be started, error() may be emitted before this call returns.
@@ -21,8 +23,8 @@ public:
     /// Number of passes that the tool makes over its work, each ending in its own " - done."; 1 by default.
     void setStepCount(int passes) { m_iNbSteps = qMax(1, passes); }
 
-    /// The command line last started.
-    QString command() const { return m_qsCommand; }
+    /// Kills the tool with all of its process group and waits for its end; does nothing when no tool runs.
+    void close() override;
 
     /// The last 64 KiB at most of what the tool wrote on its standard output since the last start (Latin-1).
     QString outputTail() const { return m_qsOutput; }
@@ -48,6 +50,11 @@ public slots:
     void processStdout();
     void processFinished(int exitCode, QProcess::ExitStatus status);
     void processError(QProcess::ProcessError kind);
+
+protected:
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    void setupChildProcess() override;
+#endif
 
 private:
     QString readStandardErrorText();

@@ -1,10 +1,15 @@
 #include "runner/QuvoUtilityRunner.h"
 
 #include "tests/support/faketool.h"
+#include "tests/support/files.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <cerrno>
+#include <csignal>
 
 class UtilityRunnerTest : public QObject
 {
@@ -20,6 +25,7 @@ private slots:
     void nextCommandFromTheHandlerStartsAfresh();
     void nextCommandFromACrashReport();
     void floodIsBounded();
+    void scriptsEndWithTheirChildren();
 };
 
 namespace
@@ -140,6 +146,23 @@ void UtilityRunnerTest::floodIsBounded()
     QTRY_COMPARE_WITH_TIMEOUT(watched.ended.count(), 1, 30000);
     QVERIFY(watched.runner.outputTail().size() <= 64 * 1024);
     QVERIFY(watched.runner.outputTail().endsWith(QLatin1String("0...10.\n")));
+}
+
+/// A tool that is a script: closing the runner ends the script and the program that it runs.
+void UtilityRunnerTest::scriptsEndWithTheirChildren()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("Process groups are those of Unix.");
+#endif
+    Watched watched;
+    const QTemporaryDir folder;
+    const QString script = writeScript(folder.filePath("tool"), "sleep 60 & echo $!; wait\n");
+    watched.runner.runCommand(QLatin1Char('"') + script + QLatin1Char('"'));
+    QTRY_VERIFY(watched.runner.outputTail().endsWith('\n'));
+    const auto child = static_cast<pid_t>(watched.runner.outputTail().toInt());
+    QCOMPARE(::kill(child, 0), 0);
+    watched.runner.close();
+    QTRY_VERIFY(::kill(child, 0) != 0 && errno == ESRCH);
 }
 
 QTEST_GUILESS_MAIN(UtilityRunnerTest)
