@@ -6,6 +6,7 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
+#include <algorithm>
 #include <cmath>
 
 DemGround::DemGround(const QString &path, int band)
@@ -85,23 +86,57 @@ bool DemGround::holds(const QPointF &point) const
     return m_dataset && cell.x() >= 0.0 && cell.y() >= 0.0 && cell.x() < m_width && cell.y() < m_height;
 }
 
+std::array<std::optional<double>, 4> DemGround::readCells(int column, int row, int columns, int rows) const
+{
+    const GdalMessages messages;
+    GDALRasterBand *band = m_dataset->GetRasterBand(m_band);
+    std::array<double, 4> values{};
+    std::array<std::optional<double>, 4> cells;
+    if (band->RasterIO(GF_Read, column, row, columns, rows, values.data(), columns, rows, GDT_Float64, 0, 0,
+                       nullptr)
+        != CE_None)
+        return cells;
+    int hasNoData = FALSE;
+    double noData = band->GetNoDataValue(&hasNoData);
+    if (band->GetRasterDataType() == GDT_Float32)
+        noData = static_cast<float>(noData);
+    for (std::size_t at = 0; at < static_cast<std::size_t>(columns * rows); ++at) {
+        if (std::isfinite(values[at]) && !(hasNoData && values[at] == noData))
+            cells[at] = values[at];
+    }
+    return cells;
+}
+
 std::optional<double> DemGround::elevation(const QPointF &point) const
 {
     if (!holds(point))
         return std::nullopt;
     const QPointF cell = toCells(point);
-    const GdalMessages messages;
-    GDALRasterBand *band = m_dataset->GetRasterBand(m_band);
-    double value = 0.0;
-    if (band->RasterIO(GF_Read, static_cast<int>(cell.x()), static_cast<int>(cell.y()), 1, 1, &value, 1, 1,
-                       GDT_Float64, 0, 0, nullptr)
-        != CE_None)
+    return readCells(static_cast<int>(cell.x()), static_cast<int>(cell.y()), 1, 1)[0];
+}
+
+std::optional<double> DemGround::surfaceElevation(const QPointF &point) const
+{
+    if (!holds(point))
         return std::nullopt;
-    int hasNoData = FALSE;
-    double noData = band->GetNoDataValue(&hasNoData);
-    if (band->GetRasterDataType() == GDT_Float32)
-        noData = static_cast<float>(noData);
-    if (!std::isfinite(value) || (hasNoData && value == noData))
-        return std::nullopt;
-    return value;
+    // Cells from the first cell's centre, within the outermost centres.
+    const QPointF cell = toCells(point);
+    const double u = std::clamp(cell.x() - 0.5, 0.0, m_width - 1.0);
+    const double v = std::clamp(cell.y() - 0.5, 0.0, m_height - 1.0);
+    const int column = std::min(static_cast<int>(u), std::max(m_width - 2, 0));
+    const int row = std::min(static_cast<int>(v), std::max(m_height - 2, 0));
+    const int columns = std::min(m_width, 2);
+    const int rows = std::min(m_height, 2);
+    const auto around = readCells(column, row, columns, rows);
+    double sum = 0.0;
+    for (int at = 0; at < columns * rows; ++at) {
+        const double weight =
+            (1.0 - std::abs(column + at % columns - u)) * (1.0 - std::abs(row + at / columns - v));
+        if (weight <= 0.0)
+            continue; // the point lies on the line between other centres
+        if (!around[static_cast<std::size_t>(at)])
+            return elevation(point);
+        sum += weight * *around[static_cast<std::size_t>(at)];
+    }
+    return sum;
 }

@@ -54,12 +54,21 @@ public:
     /// has no data, and where it cannot be read.
     std::optional<double> elevation(const QPointF &point) const;
 
+    /// Elevation of the surface under the point: interpolated linearly between the centres of the four cells
+    /// around it, in the unit of the band. Beyond the outermost centres the surface is level across the edge.
+    /// Where one of the four cells has no data it is the elevation of the cell under the point.
+    std::optional<double> surfaceElevation(const QPointF &point) const;
+
     /// Convert between coordinates and cells. Cells count columns and rows from the upper left corner; the
     /// centre of the first cell is (0.5, 0.5).
     QPointF toCells(const QPointF &point) const;
     QPointF toGround(const QPointF &cell) const;
 
 private:
+    /// Elevations of a window of at most four cells, row by row; nothing for a cell without data, and for all
+    /// of them where the window cannot be read.
+    std::array<std::optional<double>, 4> readCells(int column, int row, int columns, int rows) const;
+
     std::shared_ptr<GDALDataset> m_dataset;
     int m_band = 1;
     int m_width = 0;
