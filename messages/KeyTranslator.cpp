@@ -2,6 +2,8 @@
 
 #include "messages/dicoindex.h"
 
+#include <algorithm>
+
 KeyTranslator::KeyTranslator(Texts texts, QObject *parent)
     : QTranslator(parent)
     , m_texts(std::move(texts))
@@ -15,4 +17,11 @@ QString KeyTranslator::translate(const char *, const char *, const char *disambi
 QString KeyTranslator::text(const QByteArray &key) const
 {
     return m_texts.value(key.left(static_cast<int>(dicoKeyLength)));
+}
+
+bool KeyTranslator::isRightToLeft() const
+{
+    const auto count =
+        std::count_if(m_texts.begin(), m_texts.end(), [](const QString &text) { return text.isRightToLeft(); });
+    return 2 * count > m_texts.size();
 }

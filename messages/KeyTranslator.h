@@ -28,6 +28,9 @@ public:
     /// The text of a key; null when it is unknown.
     QString text(const QByteArray &key) const;
 
+    /// Whether most of the texts run from right to left; false without texts.
+    bool isRightToLeft() const;
+
 private:
     Texts m_texts;
 };

@@ -87,7 +87,8 @@ void QuvoLanguageManager::defaultSetup(const QString &messagesPath, const QStrin
 
 bool QuvoLanguageManager::currentLanguageNeedsReversedLayout() const
 {
-    return m_language == QLatin1String("ARABIC") || m_language == QLatin1String("HEBREW");
+    const bool byName = m_language == QLatin1String("ARABIC") || m_language == QLatin1String("HEBREW");
+    return byName && m_texts && m_texts->isRightToLeft();
 }
 
 QString QuvoLanguageManager::text(const char *key) const

@@ -23,7 +23,8 @@ public:
     /// Switches to another language of the dictionaries that were set up last.
     void changeLanguage(const QString &language) { defaultSetup(m_messagesPath, language, QString()); }
 
-    /// Whether the language is written from right to left.
+    /// Whether the language is written from right to left, and so are the texts that are shown: without a
+    /// dictionary of its own the texts of another language keep their layout.
     bool currentLanguageNeedsReversedLayout() const;
 
     /// The name of the language that was set up last.

@@ -198,6 +198,8 @@ void dico_init(void)
     dico.files.clear();
     append(dataPath, dataPath + ".idx");
     dico.stream = stdout;
+    dico.exitOnError = 0;
+    dico.callback = nullptr;
     if (const char *list = std::getenv("MON_DICO"))
         dico_add_list(list);
 }

@@ -12,7 +12,8 @@
 extern "C" {
 #endif
 
-/// Chooses the language and finds the dictionaries. The other functions call it on first use.
+/// Chooses the language, finds the dictionaries, and resets the callback and the exit on errors: a program that
+/// wants those calls this first. The functions that need a dictionary call it on first use.
 void dico_init(void);
 
 /// Adds a dictionary that is searched before all others so far. path: its data file; the index file has ".idx"
@@ -30,10 +31,11 @@ void dico_message(const char *key, ...);
 /// otherwise.
 int dico_is_error(const char *text);
 
-/// Sets the function that is called with each finished message; none at first.
+/// Sets the function that is called with each finished message; none after dico_init().
 void dico_set_callback(void (*callback)(const char *text));
 
-/// Sets whether a message that dico_is_error() recognises ends the process with status -1; off at first.
+/// Sets whether a message that dico_is_error() recognises ends the process with status -1; off after
+/// dico_init().
 void dico_set_exit_on_error(int on);
 
 #ifdef __cplusplus

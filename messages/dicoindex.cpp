@@ -102,11 +102,12 @@ bool isSafeFormat(std::string_view text)
         if (end == std::string_view::npos || text[end] == 'n' || text[end] == '*' || text[end] == '$'
             || text[end] == '\'')
             return false;
-        const std::string_view flags = text.substr(at + 1, end - at - 1);
-        if (static_cast<std::size_t>(
-                std::count_if(flags.begin(), flags.end(), [](char c) { return c >= '0' && c <= '9'; }))
-            > mostDigits)
-            return false;
+        std::size_t digits = 0; // of the width or the precision that is being read
+        for (const char c : text.substr(at + 1, end - at - 1)) {
+            digits = c >= '0' && c <= '9' ? digits + 1 : 0;
+            if (digits > mostDigits)
+                return false;
+        }
         at = end + 1;
     }
     return true;

@@ -81,6 +81,7 @@ void DicoTest::safeFormats()
     for (const char *format : {"%n", "%1$s", "%*d", "%99999d", "%.12345f", "%"})
         QVERIFY2(!isSafeFormat(format), format);
     QVERIFY(isSafeFormat("100 %% of %-10.3s, %lld"));
+    QVERIFY(isSafeFormat("%100.20s")); // width and precision count apart
 }
 
 void DicoTest::setUpFaults_data()
@@ -136,6 +137,7 @@ void DicoTest::kindsAndPrefixes()
     QCOMPARE(child({"exit", "FICHIER", "a"}), QStringLiteral("ERREUR 12 : fichier a\n255"));
     QCOMPARE(child({"exit", "LENT", "a"}), QStringLiteral("ATTENTION 3 : lent : a\nend\n7"));
     QCOMPARE(child({"callback", "NU", "a"}), QStringLiteral("simple a\n<simple a\nend\n7"));
+    QCOMPARE(child({"reset", "FICHIER", "a"}), QStringLiteral("ERREUR 12 : fichier a\nend\n7"));
     for (const char *text : {"ERREUR 1", "erreurs"})
         QCOMPARE(child({"is_error", text}), QStringLiteral("1\nend\n7"));
     QCOMPARE(child({"is_error", "ERRE"}), QStringLiteral("0\nend\n7"));

@@ -114,7 +114,13 @@ void LanguageTest::missingDictionaries()
     QuvoLanguageManager *languages = QuvoLanguageManager::getInstance();
     languages->defaultSetup(messagesFolder, "HEBREW", {}); // has no dictionary: the default one is used
     QCOMPARE(labelText({"MESS_SECONDES", "second(s)"}), QStringLiteral("seconde(s)"));
+    QVERIFY(!languages->currentLanguageNeedsReversedLayout());
+    const QTemporaryDir hebrew;
+    writeDictionary(hebrew.filePath("geodico.lc"), "MESS_FERMER = סגור");
+    languages->defaultSetup(hebrew.path(), "HEBREW", {});
     QVERIFY(languages->currentLanguageNeedsReversedLayout());
+    languages->defaultSetup(hebrew.path(), "FRENCH", {});
+    QVERIFY(!languages->currentLanguageNeedsReversedLayout());
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no dictionary in /no/such"));
     languages->defaultSetup("/no/such", "ENGLISH", {});
     QCOMPARE(labelText({"MESS_SECONDES", "second(s)"}), QStringLiteral("second(s)"));
