@@ -130,8 +130,9 @@ std::optional<double> DemGround::surfaceElevation(const QPointF &point) const
     const auto around = readCells(column, row, columns, rows);
     double sum = 0.0;
     for (int at = 0; at < columns * rows; ++at) {
-        const double weight =
-            (1.0 - std::abs(column + at % columns - u)) * (1.0 - std::abs(row + at / columns - v));
+        const int ofColumn = column + at % columns;
+        const int ofRow = row + at / columns;
+        const double weight = (1.0 - std::abs(ofColumn - u)) * (1.0 - std::abs(ofRow - v));
         if (weight <= 0.0)
             continue; // the point lies on the line between other centres
         if (!around[static_cast<std::size_t>(at)])
