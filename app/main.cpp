@@ -3,7 +3,6 @@
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
 #include "app/startup/startupoptions.h"
-#include "app/startup/stylesheet.h"
 #include "app/window/quvoGdalUtilities.h"
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"

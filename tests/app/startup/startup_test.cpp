@@ -2,7 +2,6 @@
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
 #include "app/startup/startupoptions.h"
-#include "app/startup/stylesheet.h"
 #include "tests/support/files.h"
 #include "tests/support/programs.h"
 
