@@ -1,7 +1,7 @@
 #include "app/process/commandline.h"
 
 #include "app/batch/terminalprogress.h"
-#include "app/run/shelltext.h"
+#include "app/run/copiedcommand.h"
 #include "runner/commandsplit.h"
 
 #include <QProcess>
