@@ -112,6 +112,7 @@ private:
     QString m_product;     ///< path of the product in use: m_rasterProduct or m_vectorProduct
     QString m_rasterProduct;
     QString m_vectorProduct;
-    int m_firstSideFolder = 0;  ///< number of the first folder that the running step's input files are in
-    int m_endOfSideFolders = 0; ///< number of the folder behind the last of them
+    // Folders of m_workFolder that hold the input files of the running step: the first, and the one behind the last.
+    int m_firstSideFolder = 0;
+    int m_endOfSideFolders = 0;
 };
