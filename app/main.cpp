@@ -17,8 +17,8 @@
 namespace
 {
 
-/// Title, system menu, and the buttons that minimise, maximise and close. The system menu does not imply a close
-/// button any more, as it did in Qt 4.
+/// Title, system menu, and the buttons that minimise, maximise and close. The system menu does not imply a
+/// close button any more, as it did in Qt 4.
 constexpr Qt::WindowFlags mainWindowFlags = Qt::WindowTitleHint | Qt::WindowSystemMenuHint
     | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint;
 

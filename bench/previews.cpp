@@ -1,8 +1,8 @@
 // previews <tools' folder> <dem>
 //
-// Times a preview after a change of options, from the start of its computation to its picture, and the tool alone on
-// the same reduced copy, in turn. Goal: the preview takes at most 1.3 times as long. The pause in which a preview waits
-// for further changes is not counted.
+// Times a preview after a change of options, from the start of its computation to its picture, and the tool
+// alone on the same reduced copy, in turn. Goal: the preview takes at most 1.3 times as long. The pause in
+// which a preview waits for further changes is not counted.
 
 #include "app/preview/Previews.h"
 #include "app/process/tools.h"

@@ -50,7 +50,7 @@ void BatchRun::onAborted()
 
 void BatchRun::onFailed()
 {
-    if (StopSignals::stopWasRequested()) { // Ctrl-C reached the tool, too, which ended before this program stopped it
+    if (StopSignals::stopWasRequested()) { // Ctrl-C ended the tool before this program could stop it
         onAborted();
         return;
     }

@@ -8,8 +8,8 @@
 
 #include <QObject>
 
-/// One run of the batch program. Prints the progress on standard output; the tool's text, warnings and problems on
-/// standard error.
+/// One run of the batch program. Prints the progress on standard output; the tool's text, warnings and problems
+/// on standard error.
 class BatchRun : public QObject
 {
     Q_OBJECT

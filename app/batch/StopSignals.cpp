@@ -27,7 +27,8 @@ extern "C" void onStopSignal(int)
     [[maybe_unused]] const auto written = ::write(wakeUpPipe[1], "", 1);
 }
 
-/// Installs the handler, unless the process was started with the signal ignored (nohup, a script's background job).
+/// Installs the handler, unless the process was started with the signal ignored (nohup, a script's background
+/// job).
 void handle(int signal)
 {
     struct sigaction before

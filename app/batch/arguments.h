@@ -32,9 +32,9 @@ struct BatchArguments
     std::optional<QString> input;
     std::optional<QString> output;
     std::optional<int> band;
-    OutputOptions outputOptions; ///< options that were not given have their defaults
-    QString overviewRaster;      ///< path of the raster whose overviews are built
-    bool overwrite = false;      ///< a run may replace existing files
+    OutputOptions outputOptions;              ///< options that were not given have their defaults
+    QString overviewRaster;                   ///< path of the raster whose overviews are built
+    bool overwrite = false;                   ///< a run may replace existing files
     QVector<QPair<QString, QString>> options; ///< name and value of each --set, in the order given
     QString problem; ///< why the command line is not valid, in a sentence; empty for a good one
 };

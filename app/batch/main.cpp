@@ -29,8 +29,8 @@ QStringList commandLine(int argc, char **argv)
     return texts;
 }
 
-/// A run needs QApplication, since the script runner owns a window, though it is never shown. To print text, the
-/// program needs no display. Qt receives only the program's name, because no argument is meant for Qt.
+/// A run needs QApplication, since the script runner owns a window, though it is never shown. To print text,
+/// the program needs no display. Qt receives only the program's name, because no argument is meant for Qt.
 std::unique_ptr<QCoreApplication> makeApplication(BatchAction action, char **argv)
 {
     static int programNameOnly = 1;
@@ -146,7 +146,7 @@ int main(int argc, char *argv[])
         makeApplication(readBatchArguments(texts).action, argv);
     setUpEnvironment();
 
-    BatchArguments arguments = readBatchArguments(texts); // again, for problems in the language that is now set up
+    BatchArguments arguments = readBatchArguments(texts); // again: problems are now in the user's language
     if (!arguments.problem.isEmpty())
         return refuse(arguments.problem, BatchExit::BadArguments);
     switch (arguments.action) {

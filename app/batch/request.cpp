@@ -16,8 +16,8 @@
 namespace
 {
 
-// Both functions below fill in the recipe from the command line and return the problem, in a sentence; empty for valid
-// arguments.
+// Both functions below fill in the recipe from the command line and return the problem, in a sentence; empty
+// for valid arguments.
 
 /// Sets the process of the command line, which must be that of a recipe file.
 QString chooseProcess(Recipe &recipe, const BatchArguments &arguments)

@@ -19,14 +19,14 @@ enum class BatchExit
 /// A run as the batch program's arguments and their recipe describe it.
 struct BatchRequest
 {
-    ProcessingRequest request; ///< the output is the name on the command line, or an absolute path from the recipe
+    ProcessingRequest request; ///< the output is the name on the command line or a path from the recipe
     QStringList otherInputs;   ///< files besides the DEM that the output must not replace, such as the recipe
     QStringList warnings;      ///< sentences that do not prevent the run
     QString problem;           ///< why the run cannot start, in a sentence; empty when it can
 };
 
-/// Reads the recipe, combines it with the arguments and prepares the tool's input, whose files it writes to the work
-/// folder. The DEM is read only where the options depend on it.
+/// Reads the recipe, combines it with the arguments and prepares the tool's input, whose files it writes to the
+/// work folder. The DEM is read only where the options depend on it.
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder);
 
 /// The runs that a command line describes.
@@ -37,8 +37,8 @@ struct BatchRuns
 };
 
 /// Splits a command line that names several DEMs into one run for each. The product of each run is named
-/// "<base>_<suffix>.<extension>" and stands beside its DEM. A DEM that has the name of another DEM's product is left
-/// out, so that a second call with all files of a folder does not process the products of the first.
+/// "<base>_<suffix>.<extension>" and stands beside its DEM. A DEM that has the name of another DEM's product is
+/// left out, so that a second call with all files of a folder does not process the products of the first.
 BatchRuns splitBatch(const BatchArguments &arguments);
 
 /// The command line that a run of the request would use. The input need not exist.

@@ -10,7 +10,8 @@ constexpr int ticksPerNumber = 4;
 
 QString TerminalProgress::advance(int percent)
 {
-    // The ticks 2.5, 7.5 … of a tool arrive rounded down, as 2, 7 …: half a percent more leads to the same tick.
+    // The ticks 2.5, 7.5 … of a tool arrive rounded down, as 2, 7 …: half a percent more leads to the same
+    // tick.
     return upTo(static_cast<int>((percent + 0.5) / 2.5));
 }
 

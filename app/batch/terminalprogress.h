@@ -2,7 +2,8 @@
 
 #include <QString>
 
-/// Formats a run's progress as GDAL's tools print it: "0...10...20", a dot for every 2.5 %, " - done." at the end.
+/// Formats a run's progress as GDAL's tools print it: "0...10...20", a dot for every 2.5 %, " - done." at the
+/// end.
 class TerminalProgress
 {
 public:

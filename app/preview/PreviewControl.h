@@ -6,8 +6,8 @@
 class intervisibilityOptionsWidget;
 class optionsWidget;
 
-/// Keeps the previews up to date: passes the DEM, the options of the current panel and the observers to the runs, and
-/// their results to the pane.
+/// Keeps the previews up to date: passes the DEM, the options of the current panel and the observers to the
+/// runs, and their results to the pane.
 class PreviewControl : public QObject
 {
     Q_OBJECT
@@ -19,8 +19,8 @@ public:
     /// The DEM or band changed, or its extreme values became known.
     void setDem(const DemInfo &dem);
 
-    /// Another panel became the current one, or its options changed. `panel` may be null: no tab is current. `name`:
-    /// title of the product. `vector`: the product is a vector file.
+    /// Another panel became the current one, or its options changed. `panel` may be null: no tab is current.
+    /// `name`: title of the product. `vector`: the product is a vector file.
     void showPanel(const optionsWidget *panel, const QString &name, bool vector);
 
     /// Shows the reduced copy or the product that the runs have just made.
@@ -30,8 +30,8 @@ public:
     /// Draws the observers, or removes them while their panel is not the current one.
     void showObservers();
 
-    /// Moves the current observer to a place in the input preview (PreviewLabel::clicked()); adds one where there is
-    /// no current observer. Does nothing while the observers' panel is not the current one.
+    /// Moves the current observer to a place in the input preview (PreviewLabel::clicked()); adds one where
+    /// there is no current observer. Does nothing while the observers' panel is not the current one.
     void placeObserver(int x, int y, const QSize &shown);
 
 private:

@@ -16,8 +16,8 @@ namespace Ui
 class PreviewDialog;
 }
 
-/// Shows a product in a window of its own: a raster in its colours or in grey, a vector file as lines. The visible
-/// part is read at the resolution of the screen, so that zooming shows more detail.
+/// Shows a product in a window of its own: a raster in its colours or in grey, a vector file as lines. The
+/// visible part is read at the resolution of the screen, so that zooming shows more detail.
 class PreviewDialog : public QDialog
 {
     Q_OBJECT

@@ -127,7 +127,8 @@ void PreviewLabel::paintEvent(QPaintEvent *)
     painter.fillRect(area, checker(palette()));
     painter.setOpacity(m_outdated ? 0.45 : 1.0);
     const QRectF place(toPlace(m_part.topLeft()), toPlace(m_part.bottomRight()));
-    // A cell larger than a pixel is drawn in one colour: colours between those of two classes would mean nothing.
+    // A cell larger than a pixel is drawn in one colour: colours between those of two classes would mean
+    // nothing.
     painter.setRenderHint(QPainter::SmoothPixmapTransform, place.width() < m_picture.width());
     painter.drawImage(place, m_picture);
     painter.setOpacity(1.0);

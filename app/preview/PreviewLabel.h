@@ -21,8 +21,8 @@ struct PreviewMark
 
 /// A picture of a DEM or of its product with marks over it, which the user zooms with the wheel and drags.
 ///
-/// Positions are cells of the DEM: columns to the right and rows down from its upper left corner. Places are pixels of
-/// the widget. The class knows nothing of the DEM's coordinates.
+/// Positions are cells of the DEM: columns to the right and rows down from its upper left corner. Places are
+/// pixels of the widget. The class knows nothing of the DEM's coordinates.
 class PreviewLabel : public QWidget
 {
     Q_OBJECT
@@ -43,7 +43,8 @@ public:
 
     void setMarks(const QVector<PreviewMark> &marks);
 
-    /// Draws the direction of the light, an azimuth in degrees clockwise from the upper edge. Empty: no light is drawn.
+    /// Draws the direction of the light, an azimuth in degrees clockwise from the upper edge. Empty: no light
+    /// is drawn.
     void setLight(const std::optional<double> &direction);
 
     /// Draws the picture pale, because it does not show the present options. setPicture() ends that.
@@ -56,8 +57,8 @@ public:
     QSize minimumSizeHint() const override { return {120, 100}; }
 
 signals:
-    /// The user clicked the picture without dragging it. `x` and `y` count from the picture's upper left corner,
-    /// `shown` is the picture's size, all in pixels of the widget.
+    /// The user clicked the picture without dragging it. `x` and `y` count from the picture's upper left
+    /// corner, `shown` is the picture's size, all in pixels of the widget.
     void clicked(int x, int y, QSize shown);
 
     /// The mouse is over a cell.

@@ -324,7 +324,8 @@ QSize PreviewPane::minimumSizeHint() const
             2 * picture.height() + 6 * fontMetrics().height()};
 }
 
-/// Limits the height of pictures side by side to what they need, so that the note and the read-out stand right below.
+/// Limits the height of pictures side by side to what they need, so that the note and the read-out stand right
+/// below.
 void PreviewPane::fitPictures()
 {
     int most = QWIDGETSIZE_MAX;

@@ -17,8 +17,8 @@ class ProgressWidget;
 class QBoxLayout;
 class QLabel;
 
-/// The previews of DEM and product side by side, or one above the other where the pane is narrow. Shows the pictures
-/// that it receives, and reports what the user points at in the DEM's coordinates.
+/// The previews of DEM and product side by side, or one above the other where the pane is narrow. Shows the
+/// pictures that it receives, and reports what the user points at in the DEM's coordinates.
 class PreviewPane : public QGroupBox
 {
     Q_OBJECT
@@ -27,8 +27,8 @@ public:
     explicit PreviewPane(QWidget *parent = nullptr);
     ~PreviewPane() override;
 
-    /// The DEM or band changed. Another file removes the pictures and shows the whole DEM. Returns whether the file is
-    /// another one.
+    /// The DEM or band changed. Another file removes the pictures and shows the whole DEM. Returns whether the
+    /// file is another one.
     bool setDem(const DemInfo &dem);
     PreviewDem dem() const;
 
@@ -41,8 +41,8 @@ public:
     /// Shows the reduced copy of a part of the DEM. `copy`: its path. `part`: cells of the DEM.
     void showInput(const QString &copy, const QRect &part);
 
-    /// Shows the product of such a copy. A vector product is drawn over the elevations, in slices of the event loop.
-    /// Returns false when the file cannot be opened.
+    /// Shows the product of such a copy. A vector product is drawn over the elevations, in slices of the event
+    /// loop. Returns false when the file cannot be opened.
     bool showOutput(const QString &product, const QRect &part, bool vector);
 
     /// Removes the picture of the product. `text` says why there is none; empty while it is being computed.
@@ -52,7 +52,8 @@ public:
     void setReducing(int percent);
     void setComputing(int percent);
 
-    /// Draws the observers over both pictures; part() includes them. `current`: row of the current observer, or -1.
+    /// Draws the observers over both pictures; part() includes them. `current`: row of the current observer, or
+    /// -1.
     void setObservers(const QList<ObserverPoint> &observers, int current);
 
     /// Draws the light of a shaded relief. `compass`: its compass reading in degrees; empty: no light is drawn.

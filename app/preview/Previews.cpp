@@ -24,8 +24,8 @@ QString sourceName(const PreviewDem &dem, const QRect &part)
              QString::number(part.width()), QString::number(part.height()));
 }
 
-/// Path of a file of that name in a folder of its own. `file` keeps the path from one call to the next. The folder is
-/// made again where somebody removed it. Empty when no folder can be made.
+/// Path of a file of that name in a folder of its own. `file` keeps the path from one call to the next. The
+/// folder is made again where somebody removed it. Empty when no folder can be made.
 QString fileInOwnFolder(WorkFolder &workFolder, QString &file, const QString &name)
 {
     if (file.isEmpty()) {
@@ -40,7 +40,8 @@ QString fileInOwnFolder(WorkFolder &workFolder, QString &file, const QString &na
 
 } // namespace
 
-Previews::Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder, RequestMaker makeRequest)
+Previews::Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder,
+                   RequestMaker makeRequest)
     : m_runner(runner)
     , m_tools(tools)
     , m_workFolder(workFolder)

@@ -27,19 +27,20 @@ struct PreviewDem
 /// Makes the files that the previews show: a reduced copy of the DEM, and the product of that copy, made by the
 /// product's own tool. The files are in the work folder until the next ones replace them.
 ///
-/// The script runner is shared with the real runs. While no step of a preview runs, the runner's signals are ignored;
-/// before a real run hold() must be called.
+/// The script runner is shared with the real runs. While no step of a preview runs, the runner's signals are
+/// ignored; before a real run hold() must be called.
 class Previews : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Returns the request to compute on a reduced copy; empty where nothing can be computed. Called as a run begins.
-    /// Input and output of the request are replaced, its output options ignored.
+    /// Returns the request to compute on a reduced copy; empty where nothing can be computed. Called as a run
+    /// begins. Input and output of the request are replaced, its output options ignored.
     using RequestMaker = std::function<std::optional<ProcessingRequest>(const QString &copy)>;
 
     /// `runner` and `workFolder` outlive this object.
-    Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder, RequestMaker makeRequest);
+    Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder,
+             RequestMaker makeRequest);
     ~Previews() override;
 
     /// Whether the previews are visible. Nothing runs while they are not.
@@ -48,12 +49,12 @@ public:
     /// Sets the DEM, and the whole of it as the part to compute on.
     void setDem(const PreviewDem &dem);
 
-    /// The part of the DEM to compute on, in cells. Where a reduced copy of it exists, reduced() follows from inside
-    /// this call.
+    /// The part of the DEM to compute on, in cells. Where a reduced copy of it exists, reduced() follows from
+    /// inside this call.
     void setPart(const QRect &part);
 
-    /// The options or the process changed. A running computation is stopped at once; the next one begins when no
-    /// further change has followed for 0.3 s, and only if the options are complete.
+    /// The options or the process changed. A running computation is stopped at once; the next one begins when
+    /// no further change has followed for 0.3 s, and only if the options are complete.
     void update(bool complete);
 
     /// Stops the running step and prevents others from starting until release().
@@ -112,7 +113,8 @@ private:
     QString m_product;     ///< path of the product in use: m_rasterProduct or m_vectorProduct
     QString m_rasterProduct;
     QString m_vectorProduct;
-    // Folders of m_workFolder that hold the input files of the running step: the first, and the one behind the last.
+    // Folders of m_workFolder that hold the input files of the running step: the first, and the one behind the
+    // last.
     int m_firstSideFolder = 0;
     int m_endOfSideFolders = 0;
 };

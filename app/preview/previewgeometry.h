@@ -9,8 +9,8 @@
 #include <QString>
 #include <QVector>
 
-// Geometry of the previews. Positions in a DEM are cells: columns to the right and rows down from its upper left
-// corner. The centre of the first cell is (0.5, 0.5). A view is the visible rectangle of cells.
+// Geometry of the previews. Positions in a DEM are cells: columns to the right and rows down from its upper
+// left corner. The centre of the first cell is (0.5, 0.5). A view is the visible rectangle of cells.
 
 /// The longest side of a reduced copy, in cells.
 constexpr int longestReducedSide = 800;
@@ -19,9 +19,9 @@ constexpr int longestReducedSide = 800;
 /// enlarged.
 QSize reducedSize(const QSize &cells);
 
-/// The part of a DEM that a preview is computed on: the view `seen`, or the whole DEM where it is empty; a margin, so
-/// that no visible cell is at an edge of the part; and the observers inside the DEM, whose lines of sight must lie
-/// in the part.
+/// The part of a DEM that a preview is computed on: the view `seen`, or the whole DEM where it is empty; a
+/// margin, so that no visible cell is at an edge of the part; and the observers inside the DEM, whose lines of
+/// sight must lie in the part.
 QRect previewPart(const QRectF &seen, const QSize &dem, const QVector<QPointF> &observers);
 
 /// The reduced copy to make of a DEM.
@@ -34,27 +34,27 @@ struct Reduction
     QString copy;              ///< path of the file to create
 };
 
-/// The arguments of the translation tool that make the copy. The copy of a DEM without coordinates counts the DEM's
-/// cells as coordinates, rows downwards as in the DEM itself. Otherwise the reduction would change the slopes, and
-/// the light would come from the opposite side.
+/// The arguments of the translation tool that make the copy. The copy of a DEM without coordinates counts the
+/// DEM's cells as coordinates, rows downwards as in the DEM itself. Otherwise the reduction would change the
+/// slopes, and the light would come from the opposite side.
 QString reductionArguments(const Reduction &reduction);
 
-/// The view zoomed by `factor` around the position `at`, which stays in place as far as the DEM allows. A factor above
-/// 1 shows fewer cells. `dem` is the DEM's size in cells, `area` that of the widget in pixels. A view is never larger
-/// than the DEM nor smaller than a few cells. One that is smaller than the DEM has the shape of the area, as far as
-/// the DEM reaches.
+/// The view zoomed by `factor` around the position `at`, which stays in place as far as the DEM allows. A
+/// factor above 1 shows fewer cells. `dem` is the DEM's size in cells, `area` that of the widget in pixels. A
+/// view is never larger than the DEM nor smaller than a few cells. One that is smaller than the DEM has the
+/// shape of the area, as far as the DEM reaches.
 QRectF zoomed(const QRectF &view, const QPointF &at, double factor, const QSize &dem, const QSizeF &area);
 
 /// The view moved by so many columns and rows, within the DEM.
 QRectF moved(const QRectF &view, const QPointF &by, const QSize &dem);
 
-/// The rectangle of a widget's area, in pixels, in which the view is shown with square cells: at the upper edge,
-/// centred. Empty for an empty view or area.
+/// The rectangle of a widget's area, in pixels, in which the view is shown with square cells: at the upper
+/// edge, centred. Empty for an empty view or area.
 QRectF shownRect(const QRectF &view, const QSizeF &area);
 
-/// The azimuth that a shaded relief is lit from, in degrees (0 to 360) clockwise from the picture's upper edge. It is
-/// the azimuth that the tool receives for the compass reading, mirrored where the DEM's rows run northwards or its
-/// columns westwards.
+/// The azimuth that a shaded relief is lit from, in degrees (0 to 360) clockwise from the picture's upper edge.
+/// It is the azimuth that the tool receives for the compass reading, mirrored where the DEM's rows run
+/// northwards or its columns westwards.
 double lightDirection(double compass, bool rowsRunNorth, bool columnsRunWest);
 
 /// Number of decimals by which coordinates of neighbouring cells of that size differ.

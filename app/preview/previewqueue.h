@@ -10,19 +10,19 @@ enum class PreviewStep
     Compute ///< makes the product of that copy
 };
 
-/// Decides which step the previews need next, and whether the running step is still needed. It knows no window, no
-/// clock and no child process: its owner reports events and then queries next() and isStale().
+/// Decides which step the previews need next, and whether the running step is still needed. It knows no window,
+/// no clock and no child process: its owner reports events and then queries next() and isStale().
 ///
-/// At most one step runs at a time. A change that makes its result useless makes the step stale: the owner stops it,
-/// and its result is ignored.
+/// At most one step runs at a time. A change that makes its result useless makes the step stale: the owner
+/// stops it, and its result is ignored.
 class PreviewQueue
 {
 public:
     /// Whether the previews are visible. Hidden ones need no step.
     void setShown(bool shown);
 
-    /// Identifies the DEM's file and the part of it to reduce; empty: there is no DEM. The identifier that is set
-    /// already changes nothing.
+    /// Identifies the DEM's file and the part of it to reduce; empty: there is no DEM. The identifier that is
+    /// set already changes nothing.
     void setSource(const QString &source);
 
     /// A reduced copy of the current source exists already.

@@ -9,8 +9,8 @@
 
 #include <optional>
 
-/// Everything that the command line of one run is made of. Paths are absolute, or names by which GDAL opens data
-/// sets that are not files.
+/// Everything that the command line of one run is made of. Paths are absolute, or names by which GDAL opens
+/// data sets that are not files.
 struct ProcessingRequest
 {
     std::optional<Process> process; ///< empty: no process is chosen, and there are no arguments
@@ -28,8 +28,8 @@ ProductKind productKind(const ProcessingRequest &request);
 /// GDAL's short name of the driver that writes the product.
 QString outputFormat(const ProcessingRequest &request);
 
-/// The arguments of the process's tool as one text. Paths are quoted for the runner, and double blanks are part of
-/// the grammar: kept so on purpose. Empty where no process is chosen.
+/// The arguments of the process's tool as one text. Paths are quoted for the runner, and double blanks are part
+/// of the grammar: kept so on purpose. Empty where no process is chosen.
 QString processArguments(const ProcessingRequest &request);
 
 /// The command line for the runner: the quoted path of a tool and its arguments.
@@ -38,6 +38,6 @@ QString processCommand(const QString &toolPath, const QString &arguments);
 /// The command line for the runner of a request that has a process.
 QString runCommand(const ProcessingRequest &request, const ToolPaths &tools);
 
-/// The files that the run creates, the product first. A stop or a failure deletes them. Empty where no process is
-/// chosen.
+/// The files that the run creates, the product first. A stop or a failure deletes them. Empty where no process
+/// is chosen.
 QuvoOutputFilesList declaredOutputs(const ProcessingRequest &request);

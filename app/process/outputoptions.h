@@ -34,15 +34,15 @@ const QVector<OutputOptionField> &outputOptionFields();
 /// The options of `base`, where those of `given` that differ from the defaults replace them.
 OutputOptions overridden(const OutputOptions &base, const OutputOptions &given);
 
-/// GDAL's short name of the driver that writes the product: the options' format or, where that is empty, "GTiff" for
-/// a raster and "ESRI Shapefile" for a vector product.
+/// GDAL's short name of the driver that writes the product: the options' format or, where that is empty,
+/// "GTiff" for a raster and "ESRI Shapefile" for a vector product.
 QString outputFormat(const OutputOptions &options, ProductKind product);
 
 /// Name of the layer of a vector product.
 QString outputLayer(const OutputOptions &options);
 
-/// The options that a product of the process can have: a format that is not among outputFormats() becomes the usual
-/// one, and options that the format does not have are dropped.
+/// The options that a product of the process can have: a format that is not among outputFormats() becomes the
+/// usual one, and options that the format does not have are dropped.
 OutputOptions supportedOptions(const OutputOptions &options, Process process);
 
 /// The creation options as arguments of the raster tools, each with a blank before it.

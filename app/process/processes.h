@@ -23,8 +23,8 @@ enum class Process
 
 constexpr std::size_t processCount = static_cast<std::size_t>(Process::Count);
 
-/// Whether a table has one row for each process, in the order of the enumeration, so that a process is the index of
-/// its row. A row has a member `process`.
+/// Whether a table has one row for each process, in the order of the enumeration, so that a process is the
+/// index of its row. A row has a member `process`.
 template <class Row, std::size_t rowCount> constexpr bool hasRowOfEachProcess(const Row (&rows)[rowCount])
 {
     for (std::size_t at = 0; at < rowCount; ++at) {

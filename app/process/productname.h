@@ -9,17 +9,18 @@
 /// current directory where the input is not a local file.
 QString productName(const QString &input, const QString &suffix, const QString &extension);
 
-/// productName() or, where such a file exists, "<folder>/<base>_<suffix>_<n>.<extension>" with the lowest number
-/// from 2 on that is free.
+/// productName() or, where such a file exists, "<folder>/<base>_<suffix>_<n>.<extension>" with the lowest
+/// number from 2 on that is free.
 QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension);
 
 /// Whether proposeOutputName() could have returned the name, whatever its extension and number.
 bool isProposedName(const QString &name, const QString &input, const QString &suffix);
 
-/// Replaces an extension that is one of `knownExtensions`, but not of `extensions`, by the first of `extensions`.
-/// Any other name is returned as it is. Used where process or format change under a name that the user wrote.
+/// Replaces an extension that is one of `knownExtensions`, but not of `extensions`, by the first of
+/// `extensions`. Any other name is returned as it is. Used where process or format change under a name that the
+/// user wrote.
 QString adaptExtension(const QString &name, const QStringList &extensions, const QStringList &knownExtensions);
 
-/// Makes a relative output name a path in the input's folder. An absolute name is returned as it is; so is any name
-/// where the input is empty or not a local file.
+/// Makes a relative output name a path in the input's folder. An absolute name is returned as it is; so is any
+/// name where the input is empty or not a local file.
 QString besideInput(const QString &name, const QString &input);

@@ -30,8 +30,8 @@ struct ToolObservers
     QString problem;         ///< why there is no fragment, in a sentence; empty for a good fragment
 };
 
-/// Writes the observers of the options and of their vector source to a point file in the work folder, and formats
-/// the argument fragment. The heights of relative observers count from the ground of the DEM's band. `band` counts
-/// from 1.
+/// Writes the observers of the options and of their vector source to a point file in the work folder, and
+/// formats the argument fragment. The heights of relative observers count from the ground of the DEM's band.
+/// `band` counts from 1.
 ToolObservers prepareObservers(const IntervisibilityOptions &options, const QString &dem, int band,
                                WorkFolder &workFolder);

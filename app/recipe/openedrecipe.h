@@ -20,6 +20,7 @@ struct OpenedRecipe
 };
 
 /// Checks and adapts a recipe before the window changes anything. A wrong value, format, colour table or vector
-/// source is a problem; an input that cannot be read and a missing band are warnings. Observers of a vector source
-/// are read into the list of observers. `currentInput` is the path of the window's DEM, empty where it has none.
+/// source is a problem; an input that cannot be read and a missing band are warnings. Observers of a vector
+/// source are read into the list of observers. `currentInput` is the path of the window's DEM, empty where it
+/// has none.
 OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInput);

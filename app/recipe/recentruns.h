@@ -30,8 +30,8 @@ constexpr int mostRecentRuns = 50;
 /// At most `most` runs, newest first. Damaged entries are skipped; an unreadable file gives an empty list.
 QList<RecentRun> readRecentRuns(const QString &file, int most = mostRecentRuns);
 
-/// Puts a run at the head of the file's list. The file keeps the newest `mostRecentRuns` runs, fewer where they would
-/// exceed 16 MiB. Returns whether the file was written.
+/// Puts a run at the head of the file's list. The file keeps the newest `mostRecentRuns` runs, fewer where they
+/// would exceed 16 MiB. Returns whether the file was written.
 bool addRecentRun(const QString &file, const RecentRun &run);
 
 /// Formats a duration in seconds as "0:07", "12:30" or "1:02:03".

@@ -27,16 +27,16 @@ QString wrongMember(const QString &name, const Label &expected)
     return labelText({"MESS_REC_MEMBRE_INV", "« %1 » doit être %2."}).arg(name, labelText(expected));
 }
 
-/// The text in a member of a recipe; empty for a value of another kind, and for a text with a NUL character, at which
-/// GDAL would end the name.
+/// The text in a member of a recipe; empty for a value of another kind, and for a text with a NUL character, at
+/// which GDAL would end the name.
 std::optional<QString> readText(const QJsonValue &value)
 {
     const QString text = value.toString();
     return value.isString() && !text.contains(QChar(0)) ? std::optional(text) : std::nullopt;
 }
 
-// The functions below fill in the recipe. Each returns the problem of the JSON that it reads, in a sentence; empty
-// when that is valid.
+// The functions below fill in the recipe. Each returns the problem of the JSON that it reads, in a sentence;
+// empty when that is valid.
 
 /// Reads a member other than "format", "process" and "options".
 QString readMember(Recipe &recipe, const QString &name, const QJsonValue &value, const QString &folder)

@@ -33,13 +33,13 @@ struct RecipeReading
 ///      "options": {"altitude": 60}}
 ///
 /// "format" and "process" are required. The names of the output options are those of outputOptionFields(), the
-/// members of "options" are the fields of the process's option record. An unknown member is a problem, so that typing
-/// mistakes are noticed. Relative paths are relative to `folder`.
+/// members of "options" are the fields of the process's option record. An unknown member is a problem, so that
+/// typing mistakes are noticed. Relative paths are relative to `folder`.
 RecipeReading readRecipe(const QByteArray &json, const QString &folder);
 
 /// Reads a recipe file of at most 64 MiB. The problem begins with the file's name.
 RecipeReading readRecipeFile(const QString &name);
 
-/// Formats the recipe as such an object with every option of the process, including its colours and observers. The
-/// text is UTF-8 and ends in a line feed.
+/// Formats the recipe as such an object with every option of the process, including its colours and observers.
+/// The text is UTF-8 and ends in a line feed.
 QByteArray writeRecipe(const Recipe &recipe);

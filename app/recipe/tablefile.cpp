@@ -11,8 +11,8 @@
 namespace
 {
 
-/// Reads the colours of the options or, where there are none, the file. Colours of the options are never plain: the
-/// tool has no file of them yet.
+/// Reads the colours of the options or, where there are none, the file. Colours of the options are never plain:
+/// the tool has no file of them yet.
 ColorTableReading readTable(const ColorReliefOptions &options, const QString &file)
 {
     if (options.colors.isEmpty())

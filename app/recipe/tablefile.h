@@ -16,8 +16,8 @@ struct ToolTable
 };
 
 /// Path of the table of that name: the name itself where such a file exists, else the table in the folder
-/// "libraries/colormap" beside the program, with or without its ".txt". An empty name stands for "dtm". Returns the
-/// name itself where no table has it.
+/// "libraries/colormap" beside the program, with or without its ".txt". An empty name stands for "dtm". Returns
+/// the name itself where no table has it.
 QString colorTableFile(const QString &name);
 
 /// Why the table of the options cannot be used, in a sentence; empty for a good table.
@@ -27,10 +27,12 @@ QString colorTableProblem(const ColorReliefOptions &options);
 bool mixesUnits(const ColorReliefOptions &options);
 
 /// Finds the table of the options. It is written to a file in the work folder where the recipe itself holds its
-/// colours, where it is spread over the DEM's elevations, and where the tool would read the original differently.
-/// Where the options do not name the elevations to spread over, every cell of the band is read. `band` counts from 1.
+/// colours, where it is spread over the DEM's elevations, and where the tool would read the original
+/// differently. Where the options do not name the elevations to spread over, every cell of the band is read.
+/// `band` counts from 1.
 ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, int band, WorkFolder &workFolder);
 
-/// Replaces the table of a colour relief by the colours of `file`, the table that the tool reads. They are not spread
-/// again, since a later run might find other extreme elevations. Options of another process are not changed.
+/// Replaces the table of a colour relief by the colours of `file`, the table that the tool reads. They are not
+/// spread again, since a later run might find other extreme elevations. Options of another process are not
+/// changed.
 void holdTableByValue(ProcessOptions &options, const QString &file);

@@ -13,7 +13,8 @@ ProductRun::ProductRun(QuvoScriptRunner &runner)
     connect(&runner, &QuvoScriptRunner::error, this, &ProductRun::onError);
 }
 
-void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool showProgress, const QString &icon)
+void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool showProgress,
+                       const QString &icon)
 {
     m_plan = plan;
     m_outcome = {};
@@ -30,8 +31,8 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     }
     m_plan.outputs.first().before = namesakes(m_plan.outputs.first());
     const QString title = labelText(processRow(*plan.request.process).stepTitle);
-    m_runner.run({{plan.command, title}}, {m_plan.outputs}, showProgress ? ProgressWindowWithStop : NoProgressWindow,
-                 icon);
+    m_runner.run({{plan.command, title}}, {m_plan.outputs},
+                 showProgress ? ProgressWindowWithStop : NoProgressWindow, icon);
 }
 
 void ProductRun::stop()

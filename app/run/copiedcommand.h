@@ -6,7 +6,8 @@
 #include <QString>
 #include <QStringList>
 
-// Commands for people to paste into a shell. The command lines of the runner (runner/quoting) follow other rules.
+// Commands for people to paste into a shell. The command lines of the runner (runner/quoting) follow other
+// rules.
 
 /// The shell that a command is quoted for.
 enum class Shell
@@ -29,9 +30,9 @@ constexpr Shell nativeShell()
 /// contain a line feed: cmd cannot pass one on, and no path of Windows contains one.
 QString shellCommand(const QStringList &words, Shell shell = nativeShell());
 
-/// The command that makes the product of a planned run when it is pasted into a shell: the tool's command, followed
-/// by the command that builds the overviews. Where the tool reads a temporary file of this program or would leave
-/// statistics beside the DEM, it is the batch program with the run's recipe on its standard input. The command shows
-/// no question: the batch program keeps an existing product, a tool replaces it.
+/// The command that makes the product of a planned run when it is pasted into a shell: the tool's command,
+/// followed by the command that builds the overviews. Where the tool reads a temporary file of this program or
+/// would leave statistics beside the DEM, it is the batch program with the run's recipe on its standard input.
+/// The command shows no question: the batch program keeps an existing product, a tool replaces it.
 QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths &tools,
                       Shell shell = nativeShell());

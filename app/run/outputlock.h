@@ -5,8 +5,9 @@
 
 #include <memory>
 
-/// Prevents two runs, of the window or the batch program, from writing the same output. The lock is a file in the
-/// temporary directory, named after the output's canonical path. It ends with this object or with its process.
+/// Prevents two runs, of the window or the batch program, from writing the same output. The lock is a file in
+/// the temporary directory, named after the output's canonical path. It ends with this object or with its
+/// process.
 class OutputLock
 {
 public:

@@ -12,7 +12,8 @@
 namespace
 {
 
-/// Whether both paths lead to one file, by hard or symbolic links, too. A file that does not exist equals no other.
+/// Whether both paths lead to one file, by hard or symbolic links, too. A file that does not exist equals no
+/// other.
 bool isSameFile(const QString &one, const QString &other)
 {
     std::error_code error;
@@ -75,8 +76,8 @@ QString placeProblem(const QFileInfo &file, const QStringList &inputFiles)
     return {};
 }
 
-/// The file that a path leads to through symbolic links, which may lead to a file that does not exist yet. The tool
-/// would write that file, whereas deleting the path would remove only the link.
+/// The file that a path leads to through symbolic links, which may lead to a file that does not exist yet. The
+/// tool would write that file, whereas deleting the path would remove only the link.
 QString linkTarget(QString path)
 {
     constexpr int mostLinks = 40;

@@ -16,8 +16,8 @@ enum class ProblemKind
     Output
 };
 
-/// A run that is ready to start, or the problem that prevents it. The window and the batch program plan their runs
-/// with planRun().
+/// A run that is ready to start, or the problem that prevents it. The window and the batch program plan their
+/// runs with planRun().
 struct RunPlan
 {
     ProcessingRequest request;     ///< the output is the path that the run writes: absolute, links resolved
@@ -31,11 +31,11 @@ struct RunPlan
     QString problem; ///< why the run cannot start, in a sentence; empty when it can
 };
 
-/// Checks tool, format, input and output of a request, whose output is a name as the user typed it. `otherInputs` are
-/// files besides the DEM that the output must not replace. Whether an existing output may be replaced is the caller's
-/// decision, which calls existingOutput() once it holds the output's lock.
+/// Checks tool, format, input and output of a request, whose output is a name as the user typed it.
+/// `otherInputs` are files besides the DEM that the output must not replace. Whether an existing output may be
+/// replaced is the caller's decision, which calls existingOutput() once it holds the output's lock.
 RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs = {});
 
-/// Path of the first existing file that the run would replace: one of its outputs or, where the format writes side
-/// files, a file with the output's base name. Empty when the run replaces nothing.
+/// Path of the first existing file that the run would replace: one of its outputs or, where the format writes
+/// side files, a file with the output's base name. Empty when the run replaces nothing.
 QString existingOutput(const RunPlan &plan);

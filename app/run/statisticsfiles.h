@@ -5,8 +5,8 @@
 #include <QStringList>
 #include <QVector>
 
-/// Restores the files in which a tool stores the statistics that it computes: "dem.tif.aux.xml" beside each file of
-/// the DEM, and virtual rasters themselves.
+/// Restores the files in which a tool stores the statistics that it computes: "dem.tif.aux.xml" beside each
+/// file of the DEM, and virtual rasters themselves.
 class StatisticsFiles
 {
 public:

@@ -9,5 +9,6 @@ void printOutput(const QString &text);
 /// Reads standard input to its end, at most `most` bytes; empty when it cannot be read.
 QByteArray readInput(qint64 most);
 
-/// Prints the text on standard error, with a line feed at its end, and flushes it. Prints nothing for an empty text.
+/// Prints the text on standard error, with a line feed at its end, and flushes it. Prints nothing for an empty
+/// text.
 void printError(const QString &text);

@@ -26,6 +26,7 @@ bool asksForStyleSheet(const QStringList &arguments);
 
 /// Joins the three built-in style sheets to the application's.
 ///
-/// applicationSheet: what the application object holds at start: empty, or "file:///" and the path that was given
-/// by "-stylesheet". The user's sheet replaces the main dialog's. A sheet that cannot be read counts as empty.
+/// applicationSheet: what the application object holds at start: empty, or "file:///" and the path that was
+/// given by "-stylesheet". The user's sheet replaces the main dialog's. A sheet that cannot be read counts as
+/// empty.
 QString composeStyleSheet(const QString &applicationSheet);

@@ -153,7 +153,8 @@ void InputDem::onTyped()
     m_typingTimer.start();
 }
 
-/// Opens the typed path if it is a local file that holds a DEM. Shows no warning, since the user may still be typing.
+/// Opens the typed path if it is a local file that holds a DEM. Shows no warning, since the user may still be
+/// typing.
 void InputDem::tryTyped()
 {
     const QString typed = m_paths->currentText();
@@ -181,8 +182,8 @@ void InputDem::accept(const QString &accepted, const RasterInfo &info, Listing l
     emit changed(path());
 }
 
-/// Shows the path in the list and, unless the user chose it from the list, moves it to the front. Otherwise arrow keys
-/// could not step through the list, because each step would reorder it.
+/// Shows the path in the list and, unless the user chose it from the list, moves it to the front. Otherwise
+/// arrow keys could not step through the list, because each step would reorder it.
 void InputDem::showPath(Listing listing)
 {
     const QSignalBlocker blocker(m_paths);

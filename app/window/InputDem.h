@@ -18,8 +18,8 @@ public:
     /// `dialog` owns the combo boxes and is the parent of warnings and file dialogs. All outlive this object.
     InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog);
 
-    /// Path of the DEM: absolute, or a name by which GDAL opens a data set that is not a file. Empty while no DEM is
-    /// open or the text in the combo box is another one.
+    /// Path of the DEM: absolute, or a name by which GDAL opens a data set that is not a file. Empty while no
+    /// DEM is open or the text in the combo box is another one.
     QString path() const;
 
     /// The files that the DEM is made of (RasterInfo::files).
@@ -34,8 +34,8 @@ public:
     /// Sets the extreme values of the DEM's band, which replace an estimate; demChanged() follows.
     void setExtremes(const Extremes &extremes);
 
-    /// Opens the file and makes it the input; changed() and demChanged() follow. On failure shows a warning, keeps
-    /// text, bands and DEM, and returns false.
+    /// Opens the file and makes it the input; changed() and demChanged() follow. On failure shows a warning,
+    /// keeps text, bands and DEM, and returns false.
     bool choose(const QString &path);
 
     /// Opens the file that the user selects in a file dialog.
@@ -48,13 +48,13 @@ signals:
     /// path() changed. It is empty while the user types.
     void changed(const QString &path);
 
-    /// The DEM or band changed, or its extreme values became known. After each change of DEM or band the extreme
-    /// values are estimated in the background, and the signal follows again.
+    /// The DEM or band changed, or its extreme values became known. After each change of DEM or band the
+    /// extreme values are estimated in the background, and the signal follows again.
     void demChanged(const DemInfo &dem);
 
 protected:
-    /// Handles Return in the text field, which would also press the dialog's default button, and ignores the wheel,
-    /// which would open one DEM after another.
+    /// Handles Return in the text field, which would also press the dialog's default button, and ignores the
+    /// wheel, which would open one DEM after another.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -18,16 +18,16 @@ public:
     /// The name that the field shows, relative or absolute; may be empty.
     QString name() const;
 
-    /// Proposes a name for the product of an input, with the suffix of the process and the first of the extensions of
-    /// its format. Does nothing where `input` is empty. Of a name that the user wrote only the extension of another
-    /// kind of product changes.
+    /// Proposes a name for the product of an input, with the suffix of the process and the first of the
+    /// extensions of its format. Does nothing where `input` is empty. Of a name that the user wrote only the
+    /// extension of another kind of product changes.
     void propose(const QString &input, const QString &suffix, const QStringList &extensions);
 
     /// The format changed: replaces an extension of the format before by the first of the new extensions.
     void changeExtension(const QStringList &before, const QStringList &extensions);
 
-    /// Shows the name from settings that were opened. It counts as proposed if it has the form of a proposal for that
-    /// input, and as written by the user otherwise.
+    /// Shows the name from settings that were opened. It counts as proposed if it has the form of a proposal
+    /// for that input, and as written by the user otherwise.
     void restore(const QString &name, const QString &input, const QString &suffix);
 
     /// Shows a name that the user selected in a file dialog.

@@ -26,8 +26,8 @@ class ProcessTabs : public QObject
     Q_OBJECT
 
 public:
-    /// Makes a panel for each process and puts it into its tab of the form. The panels write the files that their tools
-    /// read to the work folder. `form` and `workFolder` outlive this object.
+    /// Makes a panel for each process and puts it into its tab of the form. The panels write the files that
+    /// their tools read to the work folder. `form` and `workFolder` outlive this object.
     ProcessTabs(const Ui::quvoGdalUtilitiesDialog &form, WorkFolder &workFolder);
 
     /// Process and panel of the current tab; empty and null while no tab of a process is current.

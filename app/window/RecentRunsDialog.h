@@ -39,6 +39,6 @@ private:
 /// Formats the start of a run in local time as "2024-05-06 07:08", which every country reads alike.
 QString startText(const RecentRun &run);
 
-/// Title of the process's tab; with the word itself where the tab holds several terrain indices. An unknown word is
-/// returned as it is.
+/// Title of the process's tab; with the word itself where the tab holds several terrain indices. An unknown
+/// word is returned as it is.
 QString processTitle(const QString &word);

@@ -25,5 +25,6 @@ void RunHistory::add(RunEnd end)
     m_current.seconds = static_cast<double>(m_clock.elapsed()) / second;
     m_current.end = end;
     m_clock.invalidate();
-    addRecentRun(recentRunsFile(), m_current); // no warning: the run counts more than a list that cannot be written
+    addRecentRun(recentRunsFile(),
+                 m_current); // no warning: the run counts more than a list that cannot be written
 }

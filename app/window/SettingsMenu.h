@@ -26,7 +26,7 @@ public:
         std::function<Recipe()> recipe;                ///< returns the settings that the dialog shows
         std::function<void(const Recipe &)> setRecipe; ///< shows settings that openRecipe() has checked
         std::function<bool()> mayLaunch;               ///< returns whether a launch may begin
-        std::function<QString()> commandToCopy; ///< returns a shell command; empty after a box that says why not
+        std::function<QString()> commandToCopy;        ///< returns a command; empty after a warning
     };
 
     /// `button`, `run` and the dialog outlive the menu.

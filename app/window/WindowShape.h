@@ -10,17 +10,18 @@ class QPushButton;
 class QSplitter;
 class QTabWidget;
 
-/// Keeps size and position of the main dialog from one start to the next, and shows or hides the previews beside its
-/// tabs.
+/// Keeps size and position of the main dialog from one start to the next, and shows or hides the previews
+/// beside its tabs.
 class WindowShape
 {
 public:
-    /// All widgets belong to the dialog and outlive this object. `button` is the one that shows and hides the previews.
+    /// All widgets belong to the dialog and outlive this object. `button` is the one that shows and hides the
+    /// previews.
     WindowShape(QDialog &window, QTabWidget &tabs, QSplitter &splitter, PreviewPane &previews,
                 QPushButton &button);
 
-    /// Restores what save() stored, within the screens. Where every screen is too narrow for the previews, they stay
-    /// hidden until the user shows them.
+    /// Restores what save() stored, within the screens. Where every screen is too narrow for the previews, they
+    /// stay hidden until the user shows them.
     void restore();
     void save();
 
@@ -30,7 +31,8 @@ public:
     /// Width in pixels that all tabs need, with the previews where they are shown.
     int widthHint() const;
 
-    /// Shows or hides the previews; the window grows or shrinks by their width. Returns whether they are shown now.
+    /// Shows or hides the previews; the window grows or shrinks by their width. Returns whether they are shown
+    /// now.
     bool togglePreviews();
 
     /// Hides the previews and disables their button. The user's choice is kept for the next start.

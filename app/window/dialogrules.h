@@ -8,8 +8,8 @@
 /// Whether the launch button is enabled. `output` is the text of the output field.
 bool canLaunch(bool hasInput, const QString &output, bool panelIsComplete);
 
-/// The list of recent paths with `path` at its head. The list holds absolute paths, newest first, each once, and at
-/// most ten.
+/// The list of recent paths with `path` at its head. The list holds absolute paths, newest first, each once,
+/// and at most ten.
 QStringList withRecent(const QStringList &recent, const QString &path);
 
 /// The places where the file dialog for a DEM may start. An unknown place is empty.

@@ -15,7 +15,7 @@
 #include "app/window/dialogrules.h"
 #include "app/window/launchquestions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
-#include "app/window/runresults.h"
+#include "app/window/processResultDialog.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
@@ -205,8 +205,7 @@ ProcessingRequest quvoGdalUtilities::currentRequest() const
     request.band = m_input->band();
     if (request.process) {
         const bool vector = productKind(request) == ProductKind::Vector;
-        request.outputOptions =
-            supportedOptions(vector ? m_vectorOptions : m_rasterOptions, *request.process);
+        request.outputOptions = supportedOptions(vector ? m_vectorOptions : m_rasterOptions, *request.process);
     }
     return request;
 }

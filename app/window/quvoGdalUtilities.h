@@ -26,8 +26,8 @@ namespace Ui
 class quvoGdalUtilitiesDialog;
 }
 
-/// The main dialog. It connects controls, shows results and asks questions; what can be decided without a window is
-/// decided by functions elsewhere (app/window/dialogrules, app/run/runplan, …).
+/// The main dialog. It connects controls, shows results and asks questions; what can be decided without a
+/// window is decided by functions elsewhere (app/window/dialogrules, app/run/runplan, …).
 class quvoGdalUtilities : public QDialog
 {
     Q_OBJECT
@@ -45,14 +45,15 @@ public:
     /// The settings that the window shows.
     Recipe recipe() const;
 
-    /// Shows settings that openRecipe() has checked. Where their input or output is empty, the window keeps its own.
+    /// Shows settings that openRecipe() has checked. Where their input or output is empty, the window keeps its
+    /// own.
     void setRecipe(const Recipe &recipe);
 
     /// Whether the launch button may be used now: no run is on and the settings suffice.
     bool mayLaunch();
 
-    /// A command for a shell that makes the product of a launch. Empty after a box that says why a launch could not
-    /// begin.
+    /// A command for a shell that makes the product of a launch. Empty after a box that says why a launch could
+    /// not begin.
     QString commandToCopy();
 
     /// Wide enough for every tab and, while they are shown, for the previews.
@@ -70,12 +71,12 @@ public slots:
     /// Shows or hides the previews; the window grows or shrinks by their width.
     void slot_dialogExtension();
     void slot_updateMarkerPosition();
-    /// On the intervisibility tab, moves the current observer to the place (PreviewLabel::clicked()), or adds one
-    /// where there is no current observer.
+    /// On the intervisibility tab, moves the current observer to the place (PreviewLabel::clicked()), or adds
+    /// one where there is no current observer.
     void slot_onPreviewLabelClicked(int x, int y, QSize shown);
 
-    /// Saves the geometry, however the dialog is closed. While a run is on, asks whether to stop it; the dialog stays
-    /// open where the user declines.
+    /// Saves the geometry, however the dialog is closed. While a run is on, asks whether to stop it; the dialog
+    /// stays open where the user declines.
     void done(int result) override;
 
     void slot_processFinished();

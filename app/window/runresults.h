@@ -21,7 +21,8 @@ struct ProcessResult
     QString toolText;            ///< what the tool wrote on its standard error
 };
 
-// The contents for a run that has just emitted finished(), aborted() or failed(). The caller adds the shell command.
+// The contents for a run that has just emitted finished(), aborted() or failed(). The caller adds the shell
+// command.
 
 ProcessResult finishedResult(const ProductRun &run);
 ProcessResult abortedResult(const ProductRun &run);
