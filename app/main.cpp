@@ -3,7 +3,6 @@
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
 #include "app/startup/startupoptions.h"
-#include "app/startup/stylesheet.h"
 #include "app/window/quvoGdalUtilities.h"
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"
@@ -18,8 +17,8 @@
 namespace
 {
 
-/// Title, system menu, minimise and maximise; the close button, which Qt 4 took from the system menu, has a
-/// flag of its own by now.
+/// Title, system menu, and the buttons that minimise, maximise and close. The system menu does not imply a
+/// close button any more, as it did in Qt 4.
 constexpr Qt::WindowFlags mainWindowFlags = Qt::WindowTitleHint | Qt::WindowSystemMenuHint
     | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint;
 
@@ -31,7 +30,7 @@ QStringList rawArguments(int argc, char **argv)
     return arguments;
 }
 
-/// Qt scales its windows with the screen; Qt 6 does so by itself.
+/// Lets Qt 5 scale windows with the screen, which Qt 6 does by itself.
 void useHighDpi()
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -55,7 +54,7 @@ void applyLanguage(const Environment &environment)
     exportMessageVariables(environment);
 }
 
-void sayMissingTools()
+void showMissingTools()
 {
     Prompt::critical(nullptr,
                      labelText({"MESS_ERR_APP_NON_TROUV",
@@ -96,8 +95,8 @@ int main(int argc, char *argv[])
 
     const ToolPaths tools = findTools(QApplication::applicationDirPath());
     if (!tools.isComplete()) {
-        sayMissingTools();
-        return 0; // kept so on purpose: a missing tool is no failure of the program's own
+        showMissingTools();
+        return 0; // kept so on purpose: a missing tool is not a failure of this program
     }
     Environment environment = readEnvironment(QApplication::applicationFilePath());
     environment.language = chosenLanguage(environment.language);

@@ -1,8 +1,8 @@
 // previews <tools' folder> <dem>
 //
-// A preview after a change, from the start of its run to its picture, against the bare tool on the same reduced
-// copy, in turn within one run. Goal: at most 1.3 times as long. The pause that waits for further changes is
-// not counted.
+// Times a preview after a change of options, from the start of its computation to its picture, and the tool
+// alone on the same reduced copy, in turn. Goal: the preview takes at most 1.3 times as long. The pause in
+// which a preview waits for further changes is not counted.
 
 #include "app/preview/Previews.h"
 #include "app/process/tools.h"
@@ -39,7 +39,7 @@ double median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-/// The bare tool, its output thrown away; milliseconds.
+/// Runs the tool alone. Returns the duration in milliseconds.
 double runTool(const QString &tool, const QStringList &arguments)
 {
     std::vector<QByteArray> texts{tool.toLocal8Bit()};
@@ -60,7 +60,7 @@ double runTool(const QString &tool, const QStringList &arguments)
     return milliseconds(timer);
 }
 
-/// One preview; milliseconds from the start of its run to its picture.
+/// Computes one preview. Returns the milliseconds from the start of the computation to its picture.
 double runPreview(Previews &previews)
 {
     QElapsedTimer timer;
@@ -105,7 +105,7 @@ int main(int argc, char *argv[])
     });
     previews.setShown(true);
     previews.setDem({arguments.at(2), QString(), {info.width, info.height}, true});
-    runPreview(previews); // the reduction comes with the first one
+    runPreview(previews); // not counted: the first preview also makes the reduced copy
 
     const QString product = workFolder.path() + QStringLiteral("/bare");
     std::vector<double> ratios;

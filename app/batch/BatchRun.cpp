@@ -44,24 +44,24 @@ void BatchRun::onFinished()
 
 void BatchRun::onAborted()
 {
-    leaveProgress();
+    abandonProgress();
     end(BatchExit::Failed, labelText({"MESS_TRAIT_ANNULE", "Le traitement a été annulé."}));
 }
 
 void BatchRun::onFailed()
 {
-    if (StopSignals::wasAsked()) { // Ctrl-C reached the tool, too, and it was faster
+    if (StopSignals::stopWasRequested()) { // Ctrl-C ended the tool before this program could stop it
         onAborted();
         return;
     }
-    leaveProgress();
+    abandonProgress();
     printError(m_run.outcome().toolText);
     const QString failure =
         labelText({"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
     end(BatchExit::Failed, m_run.outcome().problem.isEmpty() ? failure : m_run.outcome().problem);
 }
 
-void BatchRun::leaveProgress()
+void BatchRun::abandonProgress()
 {
     if (!m_oneOfSeveral)
         printOutput(m_progress.abandon());

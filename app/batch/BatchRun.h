@@ -8,17 +8,18 @@
 
 #include <QObject>
 
-/// One run of the batch program: progress on standard output, the tool's text and our sentences on standard
-/// error.
+/// One run of the batch program. Prints the progress on standard output; the tool's text, warnings and problems
+/// on standard error.
 class BatchRun : public QObject
 {
     Q_OBJECT
 
 public:
-    /// oneOfSeveral: whoever runs several ends the line of progress of one that fails.
+    /// `oneOfSeveral`: when the run fails, the caller completes the line of progress.
     explicit BatchRun(bool oneOfSeveral = false);
 
-    /// Starts a plan without a fault; finished() follows, possibly from inside this call.
+    /// Starts a plan that has no problem. `overwrite`: the run may replace existing files. finished() follows,
+    /// possibly from inside this call.
     void start(const RunPlan &plan, bool overwrite);
 
 signals:
@@ -28,7 +29,7 @@ private:
     void onFinished();
     void onAborted();
     void onFailed();
-    void leaveProgress();
+    void abandonProgress();
     void end(BatchExit exit, const QString &problem);
 
     QuvoScriptRunner m_scriptRunner;

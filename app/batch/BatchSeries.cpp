@@ -14,12 +14,13 @@ BatchSeries::BatchSeries(const QVector<BatchArguments> &runs)
 
 void BatchSeries::next()
 {
-    ++m_at;
-    if (m_at == m_runs.size() || StopSignals::wasAsked()) {
-        emit finished(StopSignals::wasAsked() ? BatchExit::Failed : m_exit);
+    ++m_current;
+    const bool stopped = StopSignals::stopWasRequested();
+    if (m_current == m_runs.size() || stopped) {
+        emit finished(stopped ? BatchExit::Failed : m_exit);
         return;
     }
-    const BatchArguments &arguments = m_runs.at(m_at);
+    const BatchArguments &arguments = m_runs.at(m_current);
     printOutput(withColon(*arguments.input) + QLatin1Char(' '));
     const BatchRequest batch = assembleBatch(arguments, m_workFolder);
     RunPlan plan;
@@ -34,18 +35,18 @@ void BatchSeries::next()
     for (const QString &warning : batch.warnings + plan.warnings)
         printError(warning);
     m_output = plan.request.output;
-    m_run.start(plan,
-                arguments.overwrite && !m_made.contains(m_output)); // "a.tif" and "a.asc" name one product
+    const bool isOwnProduct = m_products.contains(m_output); // "a.tif" and "a.asc" have the same product
+    m_run.start(plan, arguments.overwrite && !isOwnProduct);
 }
 
 void BatchSeries::onRunFinished(BatchExit exit)
 {
     if (exit == BatchExit::Done)
-        m_made += m_output;
+        m_products += m_output;
     if (exit != BatchExit::Done) {
         m_exit = BatchExit::Failed;
         printOutput(QStringLiteral(" %1\n").arg(labelText({"MESS_LOT_ECHEC", "échec"})));
     }
-    // Later: a run may end inside of its start, and a stop comes through the event loop.
+    // From the event loop, which delivers stop signals: a run may end inside its own start.
     QTimer::singleShot(0, this, &BatchSeries::next);
 }

@@ -5,21 +5,21 @@
 
 #include <QVector>
 
-/// The runs of one recipe over several DEMs, one after another: a line on standard output for each. A run that
-/// fails does not keep the others from being made.
+/// Runs one recipe over several DEMs, one after another, with a line on standard output for each. After a run
+/// that fails, the series goes on.
 class BatchSeries : public QObject
 {
     Q_OBJECT
 
 public:
-    /// runs: of splitBatch().
+    /// `runs`: the result of splitBatch().
     explicit BatchSeries(const QVector<BatchArguments> &runs);
 
-    /// finished() follows, possibly from inside this call.
+    /// Starts the first run; finished() follows, possibly from inside this call.
     void start() { next(); }
 
 signals:
-    /// Failed where one of the runs failed, or when they were stopped.
+    /// All runs have ended, or the user stopped them. `exit` is Failed when a run failed or was stopped.
     void finished(BatchExit exit);
 
 private:
@@ -27,9 +27,9 @@ private:
     void onRunFinished(BatchExit exit);
 
     QVector<BatchArguments> m_runs;
-    int m_at = -1;      ///< the run that is on
-    QString m_output;   ///< its product
-    QStringList m_made; ///< the products so far, none of which replaces another
+    int m_current = -1;     ///< index of the current run; -1 before start()
+    QString m_output;       ///< path of the current run's product
+    QStringList m_products; ///< paths of the products made so far, which no later run may replace
     WorkFolder m_workFolder;
     BatchRun m_run{true};
     BatchExit m_exit = BatchExit::Done;

@@ -13,8 +13,8 @@
 namespace
 {
 
-// A signal handler has no other way to the rest of the program: kept global on purpose.
-std::atomic<bool> asked{false};
+// A signal handler reaches the rest of the program only through globals: kept so on purpose.
+std::atomic<bool> requested{false};
 int wakeUpPipe[2] = {-1, -1};
 
 #ifdef Q_OS_UNIX
@@ -23,11 +23,12 @@ constexpr int stopSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 extern "C" void onStopSignal(int)
 {
-    asked = true;
+    requested = true;
     [[maybe_unused]] const auto written = ::write(wakeUpPipe[1], "", 1);
 }
 
-/// Handles a signal, unless whoever started the process wants it ignored (nohup, a script's background job).
+/// Installs the handler, unless the process was started with the signal ignored (nohup, a script's background
+/// job).
 void handle(int signal)
 {
     struct sigaction before
@@ -45,7 +46,7 @@ StopSignals::StopSignals()
 {
 #ifdef Q_OS_UNIX
     if (::pipe(wakeUpPipe) != 0)
-        return; // the signals keep their own way of ending the process
+        return; // the signals end the process as usual
     for (const int end : wakeUpPipe) {
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
         ::fcntl(end, F_SETFL, O_NONBLOCK);
@@ -81,7 +82,7 @@ StopSignals::~StopSignals()
 #endif
 }
 
-bool StopSignals::wasAsked()
+bool StopSignals::stopWasRequested()
 {
-    return asked;
+    return requested;
 }

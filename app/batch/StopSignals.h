@@ -6,9 +6,9 @@
 
 class QSocketNotifier;
 
-/// Turns the signals by which a process is asked to end (Ctrl-C, SIGTERM, a closed terminal) into a Qt signal
-/// of the event loop; does nothing where the platform has none. One object a process. While it lives a closed
-/// pipe ends nothing: a run does not stop because nobody reads its progress any more.
+/// Turns the signals that ask a process to end (Ctrl-C, SIGTERM, a closed terminal) into a Qt signal of the
+/// event loop. Does nothing on a platform without such signals. A process has at most one object of this class.
+/// While it exists SIGPIPE is ignored: a run goes on when nobody reads its progress any more.
 class StopSignals : public QObject
 {
     Q_OBJECT
@@ -17,8 +17,8 @@ public:
     StopSignals();
     ~StopSignals() override;
 
-    /// Whether the process was asked to end, told at once, before the event loop comes round.
-    static bool wasAsked();
+    /// Whether a signal asked the process to end. True at once, before the event loop emits stopRequested().
+    static bool stopWasRequested();
 
 signals:
     void stopRequested();

@@ -73,6 +73,9 @@ BatchAction actionOf(const QCommandLineParser &parser)
     return parser.isSet(printName) ? BatchAction::PrintCommand : BatchAction::Run;
 }
 
+// The functions below fill in the arguments. Each returns the problem of what it reads, in a sentence; empty
+// when that is valid.
+
 QString readBand(BatchArguments &arguments, const QString &text)
 {
     bool isNumber = false;

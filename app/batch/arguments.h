@@ -10,7 +10,7 @@
 
 #include <optional>
 
-/// What the batch program does. Only a run starts child processes.
+/// What the batch program does. Only Run starts child processes.
 enum class BatchAction
 {
     Run,
@@ -25,26 +25,27 @@ enum class BatchAction
 struct BatchArguments
 {
     BatchAction action = BatchAction::Run;
-    QString recipeFile; ///< path of the recipe; pipedRecipeName: it comes on the standard input; empty: none
-    QByteArray pipedRecipe; ///< the recipe of the standard input, which main() reads
-    QStringList dems;       ///< DEMs that the recipe is run for, in place of its own input
-    QString process;        ///< word of the process; empty: the recipe's
+    QString recipeFile;     ///< path of the recipe; pipedRecipeName for standard input; empty: no recipe
+    QByteArray pipedRecipe; ///< text of the recipe on standard input; main() reads it
+    QStringList dems;       ///< DEMs that the recipe is run for, each in place of the recipe's own input
+    QString process;        ///< word of the process; empty: the recipe names it
     std::optional<QString> input;
     std::optional<QString> output;
     std::optional<int> band;
-    OutputOptions outputOptions; ///< options that were not given have their defaults
-    QString overviewRaster;      ///< raster whose overviews are to be built
-    bool overwrite = false;
+    OutputOptions outputOptions;              ///< options that were not given have their defaults
+    QString overviewRaster;                   ///< path of the raster whose overviews are built
+    bool overwrite = false;                   ///< a run may replace existing files
     QVector<QPair<QString, QString>> options; ///< name and value of each --set, in the order given
     QString problem; ///< why the command line is not valid, in a sentence; empty for a good one
 };
 
+/// The recipe's name on the command line when its text comes on standard input.
 constexpr char pipedRecipeName[] = "-";
 
-/// Reads the arguments, of which the first is the program's name. No application object is needed.
+/// Reads the arguments, the first of which is the program's name. No application object is needed.
 BatchArguments readBatchArguments(const QStringList &arguments);
 
-/// The texts of --help, --list and --version. They end in a line feed; an application object must exist.
+/// The texts of --help, --list and --version. Each ends in a line feed. An application object must exist.
 QString batchHelp();
 QString batchList();
 QString batchVersion();

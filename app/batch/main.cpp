@@ -29,22 +29,22 @@ QStringList commandLine(int argc, char **argv)
     return texts;
 }
 
-/// The script runner owns a window, which is never shown here; asked for text alone, the program needs no
-/// display. Qt gets to see the program's name only: none of the arguments is meant for it.
+/// A run needs QApplication, since the script runner owns a window, though it is never shown. To print text,
+/// the program needs no display. Qt receives only the program's name, because no argument is meant for Qt.
 std::unique_ptr<QCoreApplication> makeApplication(BatchAction action, char **argv)
 {
     static int programNameOnly = 1;
     if (action != BatchAction::Run)
         return std::make_unique<QCoreApplication>(programNameOnly, argv);
     useOffscreenPlatform();
-    // Qt warns where no XDG_RUNTIME_DIR is set, as on servers; without a display nothing needs one.
+    // Qt warns where XDG_RUNTIME_DIR is not set, as on servers; without a display nothing needs it.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     auto application = std::make_unique<QApplication>(programNameOnly, argv);
     QLoggingCategory::setFilterRules(QString());
     return application;
 }
 
-/// The window's environment file and settings hold here, too.
+/// Uses the environment file and the settings of the window.
 void setUpEnvironment()
 {
     const QString window =
@@ -77,7 +77,7 @@ int run(const BatchRequest &batch, bool overwrite)
     BatchRun batchRun;
     QObject::connect(&batchRun, &BatchRun::finished, qApp,
                      [](BatchExit exit) { QCoreApplication::exit(static_cast<int>(exit)); });
-    // From inside the event loop, since a run may end within start().
+    // From inside the event loop, which exit() needs: a run may end inside start().
     QTimer::singleShot(0, &batchRun, [&] { batchRun.start(plan, overwrite); });
     return QCoreApplication::exec();
 }
@@ -119,7 +119,7 @@ int runOrPrint(const BatchArguments &arguments)
     return code;
 }
 
-/// Progress as the tools write it; the window's runner reads it.
+/// Builds overviews and prints the progress as GDAL's tools do, since the window's runner reads it.
 int buildOverviewsOf(const QString &raster)
 {
     TerminalProgress progress;
@@ -146,7 +146,7 @@ int main(int argc, char *argv[])
         makeApplication(readBatchArguments(texts).action, argv);
     setUpEnvironment();
 
-    BatchArguments arguments = readBatchArguments(texts); // anew: its sentences are in the language in use now
+    BatchArguments arguments = readBatchArguments(texts); // again: problems are now in the user's language
     if (!arguments.problem.isEmpty())
         return refuse(arguments.problem, BatchExit::BadArguments);
     switch (arguments.action) {

@@ -16,7 +16,10 @@
 namespace
 {
 
-/// The process of the command line, which a recipe must not contradict.
+// Both functions below fill in the recipe from the command line and return the problem, in a sentence; empty
+// for valid arguments.
+
+/// Sets the process of the command line, which must be that of a recipe file.
 QString chooseProcess(Recipe &recipe, const BatchArguments &arguments)
 {
     if (!recipe.process.isEmpty()) {
@@ -52,8 +55,8 @@ QString setOptions(Recipe &recipe, const BatchArguments &arguments)
     return optionsProblem(recipe.options);
 }
 
-/// The recipe that the command line's arguments make, over those of a recipe file.
-RecipeReading combine(const BatchArguments &arguments)
+/// Reads the recipe, whose values the arguments of the command line override.
+RecipeReading combinedRecipe(const BatchArguments &arguments)
 {
     RecipeReading reading;
     if (arguments.recipeFile == QLatin1String(pipedRecipeName))
@@ -95,7 +98,7 @@ QStringList outputWarnings(const ProcessingRequest &request)
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder)
 {
     BatchRequest batch;
-    const RecipeReading reading = combine(arguments);
+    const RecipeReading reading = combinedRecipe(arguments);
     batch.problem = reading.problem;
     if (!batch.problem.isEmpty())
         return batch;
@@ -128,8 +131,8 @@ BatchRuns splitBatch(const BatchArguments &arguments)
     BatchArguments one = arguments;
     one.dems.clear();
     one.input = arguments.dems.first();
-    one.output = one.input; // until the format is known
-    const RecipeReading reading = combine(one);
+    one.output = one.input; // a placeholder until the format is known
+    const RecipeReading reading = combinedRecipe(one);
     if (!reading.problem.isEmpty())
         return {{}, reading.problem};
     const NamedProcess &process = *findProcess(reading.recipe.process);

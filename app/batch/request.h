@@ -16,30 +16,30 @@ enum class BatchExit
     BadArguments = 2,
 };
 
-/// The run that the arguments of the batch program and their recipe describe.
+/// A run as the batch program's arguments and their recipe describe it.
 struct BatchRequest
 {
-    ProcessingRequest request; ///< the output is the name as it was typed, or relative to the recipe's folder
+    ProcessingRequest request; ///< the output is the name on the command line or a path from the recipe
     QStringList otherInputs;   ///< files besides the DEM that the output must not replace, such as the recipe
-    QStringList warnings;      ///< sentences that do not keep the run from starting
+    QStringList warnings;      ///< sentences that do not prevent the run
     QString problem;           ///< why the run cannot start, in a sentence; empty when it can
 };
 
-/// Combines the arguments and the recipe. Reads the recipe file and prepares the tool's input; the files that
-/// this needs are written to the work folder. The DEM is read only where the options depend on it.
+/// Reads the recipe, combines it with the arguments and prepares the tool's input, whose files it writes to the
+/// work folder. The DEM is read only where the options depend on it.
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder);
 
-/// The runs that a command line asks for.
+/// The runs that a command line describes.
 struct BatchRuns
 {
     QVector<BatchArguments> runs; ///< each with one input and one output
-    QString problem;              ///< why there are none, in a sentence; empty otherwise
+    QString problem;              ///< why the command line cannot be split, in a sentence; empty otherwise
 };
 
-/// Splits a command line that names several DEMs into one run a DEM. The product of each stands beside its DEM
-/// and is named by the process and the format: "base_suffix.ext". A DEM that is the product of another one is
-/// left out, so that the list of all files of a folder can be given twice.
+/// Splits a command line that names several DEMs into one run for each. The product of each run is named
+/// "<base>_<suffix>.<extension>" and stands beside its DEM. A DEM that has the name of another DEM's product is
+/// left out, so that a second call with all files of a folder does not process the products of the first.
 BatchRuns splitBatch(const BatchArguments &arguments);
 
-/// The command line that the run of a request would use. The input need not exist.
+/// The command line that a run of the request would use. The input need not exist.
 QString printedCommand(const ProcessingRequest &request, const ToolPaths &tools);

@@ -10,7 +10,8 @@ constexpr int ticksPerNumber = 4;
 
 QString TerminalProgress::advance(int percent)
 {
-    // A tool's 2.5, 7.5 … arrive as 2, 7 …: half a percent up meets the tick that was meant.
+    // The ticks 2.5, 7.5 … of a tool arrive rounded down, as 2, 7 …: half a percent more leads to the same
+    // tick.
     return upTo(static_cast<int>((percent + 0.5) / 2.5));
 }
 

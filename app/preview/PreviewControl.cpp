@@ -20,7 +20,7 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilit
     connect(&pane, &PreviewPane::observerMoved, &observers, &intervisibilityOptionsWidget::placeObserver);
 }
 
-void PreviewControl::takeDem(const DemInfo &dem)
+void PreviewControl::setDem(const DemInfo &dem)
 {
     const DemInfo before = std::exchange(m_dem, dem);
     if (m_pane.setDem(dem)) {
@@ -43,8 +43,8 @@ void PreviewControl::showPanel(const optionsWidget *panel, const QString &name, 
     update(another);
 }
 
-/// Why there is no preview, in a sentence; empty where there is one.
-QString PreviewControl::problem() const
+/// Why no preview of the product can be computed, in sentences; empty when one can.
+QString PreviewControl::previewProblem() const
 {
     if (!m_panel || !m_panel->isComplete() || !optionsProblem(m_panel->processOptions()).isEmpty())
         return PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS");
@@ -55,13 +55,13 @@ QString PreviewControl::problem() const
 
 void PreviewControl::update(bool clear)
 {
-    const QString reason = problem();
-    if (clear || !reason.isEmpty())
-        m_pane.clearOutput(reason);
+    const QString problem = previewProblem();
+    if (clear || !problem.isEmpty())
+        m_pane.clearOutput(problem);
     m_pane.setCompass(m_panel ? compassOf(m_panel->processOptions()) : std::nullopt);
     m_pane.setComputing(-1);
     showObservers();
-    m_runs.update(reason.isEmpty());
+    m_runs.update(problem.isEmpty());
 }
 
 void PreviewControl::showInput()

@@ -6,34 +6,36 @@
 class intervisibilityOptionsWidget;
 class optionsWidget;
 
-/// Brings together what the previews show and what makes it: follows the DEM, the current panel's options and
-/// the observers.
+/// Keeps the previews up to date: passes the DEM, the options of the current panel and the observers to the
+/// runs, and their results to the pane.
 class PreviewControl : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Pane, runs and panel outlive it.
+    /// `pane`, `runs` and `observers`, the panel of the observers, outlive this object.
     PreviewControl(PreviewPane &pane, Previews &runs, intervisibilityOptionsWidget &observers);
 
-    void takeDem(const DemInfo &dem);
+    /// The DEM or band changed, or its extreme values became known.
+    void setDem(const DemInfo &dem);
 
-    /// The options of a panel are others now, or another panel is the current one; null: none is. name: of
-    /// the product. vector: whether that is one.
+    /// Another panel became the current one, or its options changed. `panel` may be null: no tab is current.
+    /// `name`: title of the product. `vector`: the product is a vector file.
     void showPanel(const optionsWidget *panel, const QString &name, bool vector);
 
+    /// Shows the reduced copy or the product that the runs have just made.
     void showInput();
     void showOutput();
 
-    /// Draws the observers while their panel is the current one.
+    /// Draws the observers, or removes them while their panel is not the current one.
     void showObservers();
 
-    /// The current observer goes where the input preview was clicked (PreviewLabel::clicked()), while its panel
-    /// is the current one; where there is no observer, one comes.
+    /// Moves the current observer to a place in the input preview (PreviewLabel::clicked()); adds one where
+    /// there is no current observer. Does nothing while the observers' panel is not the current one.
     void placeObserver(int x, int y, const QSize &shown);
 
 private:
-    QString problem() const;
+    QString previewProblem() const;
     void update(bool clear);
 
     PreviewPane &m_pane;

@@ -24,8 +24,8 @@ PreviewDialog::PreviewDialog(const QString &file, QWidget *parent, const ShellSe
     , m_ground(file, 1)
     , m_vector(m_raster.isOpen() ? VectorPicture() : VectorPicture(file))
 {
-    constexpr int pauseBeforeReading = 60; // ms; a turn of the wheel is a burst
-    constexpr int vectorCells = 4096;
+    constexpr int pauseBeforeReading = 60; // ms; a turn of the wheel sends several events
+    constexpr int vectorCells = 4096;      // on the longer side; about the pixels of a large screen
     m_form->setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint, true);
@@ -33,7 +33,7 @@ PreviewDialog::PreviewDialog(const QString &file, QWidget *parent, const ShellSe
     m_pause.setSingleShot(true);
     m_pause.setInterval(pauseBeforeReading);
     connect(&m_pause, &QTimer::timeout, this, &PreviewDialog::read);
-    connect(&m_drawing, &QTimer::timeout, this, &PreviewDialog::drawOn);
+    connect(&m_drawing, &QTimer::timeout, this, &PreviewDialog::drawSlice);
     connect(m_form->m_pLPreview, &PreviewLabel::viewChanged, this, &PreviewDialog::setView);
     connect(m_form->m_pLPreview, &PreviewLabel::hovered, this, &PreviewDialog::showReadout);
     connect(m_form->m_pLPreview, &PreviewLabel::left, m_form->m_pLReadout, &QLabel::clear);
@@ -45,7 +45,7 @@ PreviewDialog::PreviewDialog(const QString &file, QWidget *parent, const ShellSe
 
     if (m_vector.isOpen()) {
         m_extent = m_vector.extent();
-        if (m_extent.isEmpty()) // no line, or a straight one
+        if (m_extent.isEmpty()) // the file has no line, or one that runs along an axis
             m_extent.adjust(-0.5, -0.5, 0.5, 0.5);
         m_size =
             m_extent.size().scaled(vectorCells, vectorCells, Qt::KeepAspectRatio).toSize().expandedTo({1, 1});
@@ -106,7 +106,7 @@ void PreviewDialog::readRaster()
     const QRect part = m_view.toAlignedRect().intersected(QRect(QPoint(0, 0), m_size));
     const QSizeF room = m_form->m_pLPreview->size() * devicePixelRatioF();
     const QSize size = QSizeF(part.size()).scaled(room, Qt::KeepAspectRatio).toSize();
-    const QSize enough = size.boundedTo(part.size()).expandedTo({1, 1}); // larger would show nothing more
+    const QSize enough = size.boundedTo(part.size()).expandedTo({1, 1}); // more pixels than cells show no more
     m_form->m_pLPreview->setPicture(m_raster.read(part, enough), part);
 }
 
@@ -126,7 +126,7 @@ void PreviewDialog::beginVector()
     m_drawing.start(0);
 }
 
-void PreviewDialog::drawOn()
+void PreviewDialog::drawSlice()
 {
     constexpr int slice = 40; // ms
     if (!m_vector.advance(slice))

@@ -16,18 +16,19 @@ namespace Ui
 class PreviewDialog;
 }
 
-/// A product, large: a raster in its colours or in grey, a vector file as lines. The part that is seen is read
-/// at the resolution of the screen, so that zooming shows more.
+/// Shows a product in a window of its own: a raster in its colours or in grey, a vector file as lines. The
+/// visible part is read at the resolution of the screen, so that zooming shows more detail.
 class PreviewDialog : public QDialog
 {
     Q_OBJECT
 
 public:
+    /// `file`: path of the product.
     explicit PreviewDialog(const QString &file, QWidget *parent,
                            const ShellServices &services = desktopServices());
     ~PreviewDialog() override;
 
-    /// Whether the file is something to look at.
+    /// Whether the file could be opened as a raster or a vector file. The window is empty otherwise.
     bool canShow() const { return m_raster.isOpen() || m_vector.isOpen(); }
 
 public slots:
@@ -44,7 +45,7 @@ private:
     void read();
     void readRaster();
     void beginVector();
-    void drawOn();
+    void drawSlice();
     void showReadout(const QPointF &cell);
     QPointF toGround(const QPointF &cell) const;
 
@@ -52,13 +53,13 @@ private:
     QString m_file;
     ShellServices m_services;
     RasterPicture m_raster;
-    DemGround m_ground; ///< of a raster of one band, whose values are told
-    QImage m_drawn;     ///< what the vector file is drawn into; it outlives the drawing
+    DemGround m_ground; ///< coordinates of the raster, and the values of its first band
+    QImage m_drawn;     ///< the picture that m_vector draws into
     VectorPicture m_vector;
-    QRectF m_extent; ///< of the vector file, on the ground
-    QSize m_size;    ///< cells of the raster; a vector file has as many as a large screen
-    QRectF m_view;
-    QRectF m_drawnView;
-    QTimer m_pause;
-    QTimer m_drawing;
+    QRectF m_extent;    ///< extent of the vector file in its own coordinates
+    QSize m_size;       ///< columns and rows of the raster; a vector file is divided into cells like a raster
+    QRectF m_view;      ///< visible part, in cells
+    QRectF m_drawnView; ///< part that m_drawn shows, in cells
+    QTimer m_pause;     ///< waits for further changes of the view before the file is read
+    QTimer m_drawing;   ///< draws the vector file in slices
 };

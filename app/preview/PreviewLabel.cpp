@@ -20,7 +20,7 @@ namespace
 constexpr int markerSide = 24;
 constexpr double zoomStep = 1.25;
 
-/// What shows where there is no data, in the palette's own greys.
+/// The chequered background of cells without data, in two greys of the palette.
 QBrush checker(const QPalette &palette)
 {
     constexpr int side = 6;
@@ -70,7 +70,7 @@ void PreviewLabel::setView(const QSize &dem, const QRectF &view)
 void PreviewLabel::setMarks(const QVector<PreviewMark> &marks)
 {
     m_marks = marks;
-    if (m_draggedMark >= 0) { // there may be no such mark any more
+    if (m_draggedMark >= 0) { // the dragged mark may no longer exist
         m_pressed.reset();
         setCursor(Qt::CrossCursor);
     }
@@ -90,7 +90,8 @@ void PreviewLabel::setOutdated(bool outdated)
     update();
 }
 
-QRectF PreviewLabel::shown() const
+/// The place of the visible cells in the widget.
+QRectF PreviewLabel::shownArea() const
 {
     return shownRect(m_view, size());
 }
@@ -102,13 +103,13 @@ QPointF PreviewLabel::cellAt(int x, int y, const QSize &shown) const
 
 QPointF PreviewLabel::toCells(const QPointF &place) const
 {
-    const QRectF area = shown();
+    const QRectF area = shownArea();
     return m_view.topLeft() + (place - area.topLeft()) * (m_view.width() / area.width());
 }
 
 QPointF PreviewLabel::toPlace(const QPointF &cell) const
 {
-    const QRectF area = shown();
+    const QRectF area = shownArea();
     return area.topLeft() + (cell - m_view.topLeft()) * (area.width() / m_view.width());
 }
 
@@ -121,12 +122,13 @@ void PreviewLabel::paintEvent(QPaintEvent *)
         painter.drawText(rect().adjusted(0, height() / 5, 0, 0), Qt::AlignHCenter | Qt::TextWordWrap, m_text);
         return;
     }
-    const QRectF area = shown();
+    const QRectF area = shownArea();
     painter.setClipRect(area);
     painter.fillRect(area, checker(palette()));
     painter.setOpacity(m_outdated ? 0.45 : 1.0);
     const QRectF place(toPlace(m_part.topLeft()), toPlace(m_part.bottomRight()));
-    // A cell that is larger than a pixel has one colour: between two classes lies none.
+    // A cell larger than a pixel is drawn in one colour: colours between those of two classes would mean
+    // nothing.
     painter.setRenderHint(QPainter::SmoothPixmapTransform, place.width() < m_picture.width());
     painter.drawImage(place, m_picture);
     painter.setOpacity(1.0);
@@ -155,7 +157,7 @@ void PreviewLabel::paintMarks(QPainter &painter) const
             painter.setPen(QPen(mark.current ? QColor(200, 85, 61) : QColor(55, 67, 79), 1.2, Qt::DashLine));
             painter.drawPolygon(range);
         }
-        if (mark.current) { // its point is the middle of the lower edge
+        if (mark.current) { // the middle of the marker's lower edge is its point
             painter.drawPixmap(place - QPointF(markerSide / 2.0, markerSide - 1.0), m_marker);
             return;
         }
@@ -174,12 +176,12 @@ void PreviewLabel::paintMarks(QPainter &painter) const
     }
 }
 
-/// A sun on the side from which the light comes, and an arrow to where it goes.
+/// Draws a sun on the side that the light comes from, and an arrow in the direction of the light.
 void PreviewLabel::paintLight(QPainter &painter) const
 {
     constexpr double radius = 18.0;
     constexpr double sun = 4.5;
-    const QPointF centre = shown().topLeft() + QPointF(radius + 10.0, radius + 10.0);
+    const QPointF centre = shownArea().topLeft() + QPointF(radius + 10.0, radius + 10.0);
     const double angle = qDegreesToRadians(*m_light);
     const QPointF towardsLight(std::sin(angle), -std::cos(angle));
     const QPointF across(-towardsLight.y(), towardsLight.x());
@@ -198,6 +200,7 @@ void PreviewLabel::paintLight(QPainter &painter) const
     painter.drawEllipse(centre + towardsLight * (radius - sun), sun, sun);
 }
 
+/// Index of the mark at a place, the topmost of several; -1: there is none.
 int PreviewLabel::markAt(const QPointF &place) const
 {
     constexpr double reach = 8.0;
@@ -220,7 +223,7 @@ void PreviewLabel::zoom(const QPointF &place, double factor)
 
 void PreviewLabel::wheelEvent(QWheelEvent *event)
 {
-    constexpr double notch = 120.0; // eighths of a degree
+    constexpr double notch = 120.0; // a step of a usual wheel, in eighths of a degree
     if (event->angleDelta().y() != 0)
         zoom(event->position(), std::pow(zoomStep, event->angleDelta().y() / notch));
     event->accept();
@@ -242,7 +245,7 @@ void PreviewLabel::mouseMoveEvent(QMouseEvent *event)
     if (m_view.isEmpty() || m_picture.isNull())
         return;
     if (!m_pressed) {
-        if (shown().contains(place))
+        if (shownArea().contains(place))
             emit hovered(toCells(place));
         else
             emit left();
@@ -257,12 +260,12 @@ void PreviewLabel::mouseMoveEvent(QMouseEvent *event)
     if (m_draggedMark >= 0)
         dragMark(place);
     else
-        emit viewChanged(moved(m_viewAtPress, -way * (m_view.width() / shown().width()), m_dem));
+        emit viewChanged(moved(m_viewAtPress, -way * (m_view.width() / shownArea().width()), m_dem));
 }
 
 void PreviewLabel::dragMark(const QPointF &place)
 {
-    const QRectF area = shown();
+    const QRectF area = shownArea();
     PreviewMark &mark = m_marks[m_draggedMark];
     const QPointF cell = toCells({qBound(area.left(), place.x(), area.right() - 0.01),
                                   qBound(area.top(), place.y(), area.bottom() - 0.01)});
@@ -285,7 +288,7 @@ void PreviewLabel::mouseReleaseEvent(QMouseEvent *event)
             emit markMoved(mark, m_marks.at(mark).position);
         return;
     }
-    const QRectF area = shown();
+    const QRectF area = shownArea();
     if (mark >= 0 && !m_marks.at(mark).current)
         emit markClicked(mark);
     else if (area.contains(place))
@@ -295,7 +298,7 @@ void PreviewLabel::mouseReleaseEvent(QMouseEvent *event)
 
 void PreviewLabel::keyPressEvent(QKeyEvent *event)
 {
-    const QPointF middle = shown().center();
+    const QPointF middle = shownArea().center();
     const QSizeF step = m_view.size() / 8.0;
     switch (event->key()) {
     case Qt::Key_Plus:

@@ -14,14 +14,15 @@
 struct PreviewMark
 {
     QPointF position; ///< cells of the DEM
-    QPolygonF range;  ///< how far it sees, in cells; empty: without limit
+    QPolygonF range;  ///< line of its maximum distance, in cells; empty: no limit
     bool enabled = true;
     bool current = false;
 };
 
-/// A picture of a DEM, or of its product, that can be zoomed by the wheel and dragged about, with marks over
-/// it. It knows cells and nothing of coordinates: columns to the right and rows down from the DEM's upper left
-/// corner.
+/// A picture of a DEM or of its product with marks over it, which the user zooms with the wheel and drags.
+///
+/// Positions are cells of the DEM: columns to the right and rows down from its upper left corner. Places are
+/// pixels of the widget. The class knows nothing of the DEM's coordinates.
 class PreviewLabel : public QWidget
 {
     Q_OBJECT
@@ -29,47 +30,49 @@ class PreviewLabel : public QWidget
 public:
     explicit PreviewLabel(QWidget *parent = nullptr);
 
-    /// The picture, and the cells that it covers; a null one leaves the text.
+    /// Shows a picture of the cells `part`. A null picture is replaced by the text.
     void setPicture(const QImage &picture, const QRectF &part);
     const QImage &picture() const { return m_picture; }
 
-    /// What stands in the place of a picture.
+    /// The text that is shown where there is no picture.
     void setText(const QString &text);
 
-    /// Size of the DEM in cells, and the part of it that is shown.
+    /// `dem`: size of the DEM in cells. `view`: the visible cells.
     void setView(const QSize &dem, const QRectF &view);
     const QRectF &view() const { return m_view; }
 
     void setMarks(const QVector<PreviewMark> &marks);
 
-    /// Azimuth of the light, clockwise from the upper edge in degrees; none: it is not drawn.
+    /// Draws the direction of the light, an azimuth in degrees clockwise from the upper edge. Empty: no light
+    /// is drawn.
     void setLight(const std::optional<double> &direction);
 
-    /// The picture is not that of the present options.
+    /// Draws the picture pale, because it does not show the present options. setPicture() ends that.
     void setOutdated(bool outdated);
 
-    /// The cell at a place of the picture as clicked() tells it.
+    /// The cell at the place that clicked() reports.
     QPointF cellAt(int x, int y, const QSize &shown) const;
 
     QSize sizeHint() const override { return {320, 300}; }
     QSize minimumSizeHint() const override { return {120, 100}; }
 
 signals:
-    /// A click on the picture, not the end of a drag: its place from the picture's upper left corner, and the
-    /// picture's size, both in pixels of the widget.
+    /// The user clicked the picture without dragging it. `x` and `y` count from the picture's upper left
+    /// corner, `shown` is the picture's size, all in pixels of the widget.
     void clicked(int x, int y, QSize shown);
 
-    /// The mouse is over a cell; left() when it is over none any more.
+    /// The mouse is over a cell.
     void hovered(const QPointF &cell);
+    /// The mouse is no longer over a cell.
     void left();
 
-    /// A click on a mark that is not the current one.
+    /// The user clicked a mark other than the current one. `mark`: its index.
     void markClicked(int mark);
 
-    /// The user wants another part to be seen.
+    /// The user zoomed or dragged the picture. setView() must follow to show that part.
     void viewChanged(const QRectF &view);
 
-    /// A mark was dragged to another cell; while it is, the picture alone shows it there.
+    /// The user dragged a mark and dropped it on a cell. Until setMarks() is called the label draws it there.
     void markMoved(int mark, const QPointF &cell);
 
 protected:
@@ -82,7 +85,7 @@ protected:
     void leaveEvent(QEvent *event) override;
 
 private:
-    QRectF shown() const;
+    QRectF shownArea() const;
     QPointF toCells(const QPointF &place) const;
     QPointF toPlace(const QPointF &cell) const;
     int markAt(const QPointF &place) const;
@@ -92,17 +95,17 @@ private:
     void dragMark(const QPointF &place);
 
     QImage m_picture;
-    QRectF m_part;
+    QRectF m_part; ///< cells that the picture covers
     QString m_text;
     QSize m_dem;
-    QRectF m_view;
+    QRectF m_view; ///< visible cells
     QVector<PreviewMark> m_marks;
     std::optional<double> m_light;
     bool m_outdated = false;
     QPixmap m_marker;
 
-    std::optional<QPointF> m_pressed; ///< where the left button went down
+    std::optional<QPointF> m_pressed; ///< place where the left button was pressed; empty: it is not pressed
     QRectF m_viewAtPress;
-    int m_draggedMark = -1;
-    bool m_dragging = false;
+    int m_draggedMark = -1;  ///< index of the mark under the pressed button; -1: there is none
+    bool m_dragging = false; ///< the mouse was moved far enough for a drag
 };

@@ -14,7 +14,7 @@
 namespace
 {
 
-/// The grey elevations, paler and large enough for lines.
+/// The grey elevations as a background for lines: paler, and enlarged where the lines would be coarse.
 QImage groundForLines(const QImage &elevations)
 {
     QImage ground = elevations;
@@ -79,9 +79,9 @@ PreviewPane::Side PreviewPane::addSide(const QString &titleName, const QString &
     connect(side.picture, &PreviewLabel::markMoved, this,
             [this](int mark, const QPointF &cell) { emit observerMoved(mark, m_ground.toGround(cell)); });
     connect(side.picture, &PreviewLabel::markClicked, this, &PreviewPane::observerChosen);
-    side.slow->setSingleShot(true);
-    side.slow->setInterval(patience);
-    connect(side.slow, &QTimer::timeout, this, [side] {
+    side.wheelDelay->setSingleShot(true);
+    side.wheelDelay->setInterval(patience);
+    connect(side.wheelDelay, &QTimer::timeout, this, [side] {
         side.wheel->show();
         side.picture->setOutdated(true);
     });
@@ -103,8 +103,8 @@ bool PreviewPane::setDem(const DemInfo &dem)
     m_view = QRectF(0.0, 0.0, m_ground.width(), m_ground.height());
     for (const Side &side : {m_input, m_output})
         side.picture->setView(m_view.size().toSize(), m_view);
-    m_eyes.clear();
-    m_toldPart = part();
+    m_observerCells.clear();
+    m_reportedPart = part();
     m_readout->clear();
     applyTexts();
     fitPictures();
@@ -122,7 +122,7 @@ QRect PreviewPane::part() const
 {
     const QSize size(m_ground.width(), m_ground.height());
     const bool whole = m_view.size() == QSizeF(size);
-    return previewPart(whole ? QRectF() : m_view, size, m_eyes);
+    return previewPart(whole ? QRectF() : m_view, size, m_observerCells);
 }
 
 void PreviewPane::setView(const QRectF &view)
@@ -131,15 +131,15 @@ void PreviewPane::setView(const QRectF &view)
     for (const Side &side : {m_input, m_output})
         side.picture->setView({m_ground.width(), m_ground.height()}, view);
     fitPictures();
-    tellPart();
+    reportPart();
 }
 
-void PreviewPane::tellPart()
+void PreviewPane::reportPart()
 {
     const QRect now = part();
-    if (now == m_toldPart)
+    if (now == m_reportedPart)
         return;
-    m_toldPart = now;
+    m_reportedPart = now;
     emit partChanged(now);
 }
 
@@ -165,7 +165,7 @@ bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vec
         m_output.picture->setPicture(picture.read(QRect(QPoint(0, 0), picture.size()), picture.size()), part);
         return !m_output.picture->picture().isNull();
     }
-    constexpr double lineWidth = 0.6; // on the screen, however large the picture is
+    constexpr double lineWidth = 0.6; // pixels on the screen, whatever the size of the picture
     m_lines = VectorPicture(product);
     if (!m_lines.isOpen())
         return false;
@@ -207,15 +207,16 @@ void PreviewPane::setComputing(int percent)
 void PreviewPane::showProgress(Side &side, int percent)
 {
     if (percent < 0) {
-        side.slow->stop();
+        side.wheelDelay->stop();
         side.wheel->hide();
-    } else if (side.wheel->isHidden() && !side.slow->isActive()) {
-        side.slow->start();
+    } else if (side.wheel->isHidden() && !side.wheelDelay->isActive()) {
+        side.wheelDelay->start();
     }
     side.percent->setText(
         !side.wheel->isHidden() && percent > 0 ? locale().toString(percent) + QStringLiteral(" %") : QString());
 }
 
+/// The circle of an observer's maximum distance, in cells; empty where there is none or it cannot be drawn.
 QPolygonF PreviewPane::rangeOf(const ObserverPoint &observer) const
 {
     constexpr int corners = 72;
@@ -231,28 +232,28 @@ QPolygonF PreviewPane::rangeOf(const ObserverPoint &observer) const
                           observer.maxDistance / metres.height() * std::sin(angle));
         range += m_ground.toCells(observer.position() + way);
     }
-    constexpr double mostCells = 1e9; // beyond it is no line that can be seen, and dashing it takes for ever
+    constexpr double mostCells = 1e9; // a larger circle cannot be seen, and Qt would dash it without end
     const QRectF box = range.boundingRect();
     return box.width() < mostCells && box.height() < mostCells ? range : QPolygonF();
 }
 
 void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int current)
 {
-    constexpr int mostRanges = 200; // beyond, circles would hide the picture
+    constexpr int mostRanges = 200; // more circles would hide the picture
     QVector<PreviewMark> marks;
-    m_eyes.clear();
+    m_observerCells.clear();
     for (int row = 0; m_ground.isOpen() && row < observers.size(); ++row) {
         const ObserverPoint &observer = observers.at(row);
         const bool isCurrent = row == current;
         const QPointF cell = m_ground.toCells(observer.position());
-        const bool ranged = isCurrent || observers.size() <= mostRanges;
-        marks += {cell, ranged ? rangeOf(observer) : QPolygonF(), observer.enabled, isCurrent};
+        const bool hasRange = isCurrent || observers.size() <= mostRanges;
+        marks += {cell, hasRange ? rangeOf(observer) : QPolygonF(), observer.enabled, isCurrent};
         if (observer.enabled)
-            m_eyes += cell;
+            m_observerCells += cell;
     }
     for (const Side &side : {m_input, m_output})
         side.picture->setMarks(marks);
-    tellPart();
+    reportPart();
 }
 
 void PreviewPane::setCompass(const std::optional<double> &compass)
@@ -268,6 +269,7 @@ QPointF PreviewPane::groundAt(int x, int y, const QSize &shown) const
     return m_ground.toGround(m_input.picture->cellAt(x, y, shown));
 }
 
+/// The affine transform, in GDAL's order, from pixels of a picture of that part to the DEM's coordinates.
 std::array<double, 6> PreviewPane::pictureToGround(const QSize &picture, const QRect &part) const
 {
     const QPointF origin = m_ground.toGround(part.topLeft());
@@ -289,7 +291,7 @@ void PreviewPane::showReadout(const QPointF &cell)
                  elevation ? locale().toString(*elevation, 'g', 7) : tr("sans donnée", "MESS_SANS_DONNEE")));
 }
 
-/// On which cells the previews were computed.
+/// Says how large the cells are that the previews were computed on.
 void PreviewPane::showNote()
 {
     if (m_copySize.isEmpty()) {
@@ -322,7 +324,8 @@ QSize PreviewPane::minimumSizeHint() const
             2 * picture.height() + 6 * fontMetrics().height()};
 }
 
-/// Side by side the pictures are no higher than they need be, so that the lines below them are near.
+/// Limits the height of pictures side by side to what they need, so that the note and the read-out stand right
+/// below.
 void PreviewPane::fitPictures()
 {
     int most = QWIDGETSIZE_MAX;
@@ -338,7 +341,7 @@ void PreviewPane::fitPictures()
 
 void PreviewPane::resizeEvent(QResizeEvent *event)
 {
-    constexpr double narrow = 0.85; // a little less than where both ways leave pictures of one size
+    constexpr double narrow = 0.85; // below this ratio, pictures above one another are the larger ones
     m_sides->setDirection(width() > narrow * height() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
     fitPictures();
     QGroupBox::resizeEvent(event);

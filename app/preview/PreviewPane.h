@@ -17,8 +17,8 @@ class ProgressWidget;
 class QBoxLayout;
 class QLabel;
 
-/// The DEM and the product side by side, or one above the other where the pane is narrow. It shows what is
-/// given to it, and tells what the user points at in the DEM's coordinates.
+/// The previews of DEM and product side by side, or one above the other where the pane is narrow. Shows the
+/// pictures that it receives, and reports what the user points at in the DEM's coordinates.
 class PreviewPane : public QGroupBox
 {
     Q_OBJECT
@@ -27,49 +27,52 @@ public:
     explicit PreviewPane(QWidget *parent = nullptr);
     ~PreviewPane() override;
 
-    /// Another DEM or band; true where the file is another one.
+    /// The DEM or band changed. Another file removes the pictures and shows the whole DEM. Returns whether the
+    /// file is another one.
     bool setDem(const DemInfo &dem);
     PreviewDem dem() const;
 
-    /// The part of the DEM, in cells, that the previews are to be computed on; partChanged() tells of another
-    /// one.
+    /// The part of the DEM, in cells, that the previews should be computed on. partChanged() reports changes.
     QRect part() const;
 
-    /// Name of the product.
+    /// Sets the title of the product's preview.
     void setProductName(const QString &name);
 
-    /// The reduced copy of a part of the DEM.
+    /// Shows the reduced copy of a part of the DEM. `copy`: its path. `part`: cells of the DEM.
     void showInput(const QString &copy, const QRect &part);
 
-    /// The product of such a copy; a vector one is drawn over the elevations, in slices of the event loop.
-    /// False when the file cannot be shown.
+    /// Shows the product of such a copy. A vector product is drawn over the elevations, in slices of the event
+    /// loop. Returns false when the file cannot be opened.
     bool showOutput(const QString &product, const QRect &part, bool vector);
 
-    /// There is no product to show; the text says why. Empty: it is being made.
+    /// Removes the picture of the product. `text` says why there is none; empty while it is being computed.
     void clearOutput(const QString &text);
 
-    /// Percentages of what runs; -1: nothing does. What takes its time turns a wheel.
+    /// Percentage of the running step; -1: it does not run. A step that takes a while shows a turning wheel.
     void setReducing(int percent);
     void setComputing(int percent);
 
-    /// Observers, drawn over both pictures and taken into part(); current: -1: none is.
+    /// Draws the observers over both pictures; part() includes them. `current`: row of the current observer, or
+    /// -1.
     void setObservers(const QList<ObserverPoint> &observers, int current);
 
-    /// The compass reading of a shaded relief, whose light is drawn; none: there is no light.
+    /// Draws the light of a shaded relief. `compass`: its compass reading in degrees; empty: no light is drawn.
     void setCompass(const std::optional<double> &compass);
 
-    /// Of one picture above the other.
+    /// The minimum with one picture above the other.
     QSize minimumSizeHint() const override;
 
     PreviewLabel *inputLabel() const { return m_input.picture; }
 
-    /// The DEM's coordinates of a place as PreviewLabel::clicked() tells it.
+    /// The DEM's coordinates at the place that PreviewLabel::clicked() reports.
     QPointF groundAt(int x, int y, const QSize &shown) const;
 
 signals:
+    /// part() changed.
     void partChanged(const QRect &part);
-    /// An observer was clicked, or dragged to another place.
+    /// The user clicked an observer. `observer`: its row.
     void observerChosen(int observer);
+    /// The user dragged an observer to another place, in the DEM's coordinates.
     void observerMoved(int observer, const QPointF &ground);
 
 protected:
@@ -81,14 +84,14 @@ private:
     {
         QLabel *title;
         ProgressWidget *wheel;
-        QTimer *slow; ///< runs while the wheel waits whether it is needed at all
+        QTimer *wheelDelay; ///< its timeout shows the wheel; a quick step ends before
         QLabel *percent;
         PreviewLabel *picture;
     };
 
     Side addSide(const QString &titleName, const QString &pictureName);
     void setView(const QRectF &view);
-    void tellPart();
+    void reportPart();
     void drawLines();
     void fitPictures();
     void showProgress(Side &side, int percent);
@@ -105,13 +108,13 @@ private:
     QLabel *m_readout;
     DemInfo m_dem;
     DemGround m_ground;
-    QRectF m_view;           ///< cells that are shown
-    QVector<QPointF> m_eyes; ///< cells of the enabled observers
-    QRect m_toldPart;        ///< part() as it was told last
-    QImage m_drawn;          ///< what the lines are drawn into; it outlives the drawing
-    VectorPicture m_lines;
-    QRect m_linesPart;
-    QTimer m_drawing;
-    QSize m_copySize; ///< of the reduced copy that is shown
-    QRect m_copyPart;
+    QRectF m_view;                    ///< visible cells
+    QVector<QPointF> m_observerCells; ///< cells of the enabled observers
+    QRect m_reportedPart;             ///< part() when it was last reported
+    QImage m_drawn;                   ///< the picture that m_lines draws into
+    VectorPicture m_lines;            ///< the vector product
+    QRect m_linesPart;                ///< cells that m_drawn covers
+    QTimer m_drawing;                 ///< draws the vector product in slices
+    QSize m_copySize;                 ///< columns and rows of the reduced copy that is shown
+    QRect m_copyPart;                 ///< cells of the DEM that the reduced copy covers
 };

@@ -14,7 +14,7 @@ namespace
 
 constexpr int pauseAfterChange = 300; // ms
 
-/// Tells apart what a reduced copy is made of.
+/// Identifies the file, its state and the part that a reduced copy is made of; empty without a DEM.
 QString sourceName(const PreviewDem &dem, const QRect &part)
 {
     if (dem.path.isEmpty())
@@ -24,8 +24,8 @@ QString sourceName(const PreviewDem &dem, const QRect &part)
              QString::number(part.width()), QString::number(part.height()));
 }
 
-/// The file of that name in a folder of its own, whose path is kept from one time to the next; the folder comes
-/// back where somebody removed it. Empty when there can be none.
+/// Path of a file of that name in a folder of its own. `file` keeps the path from one call to the next. The
+/// folder is made again where somebody removed it. Empty when no folder can be made.
 QString fileInOwnFolder(WorkFolder &workFolder, QString &file, const QString &name)
 {
     if (file.isEmpty()) {
@@ -40,11 +40,12 @@ QString fileInOwnFolder(WorkFolder &workFolder, QString &file, const QString &na
 
 } // namespace
 
-Previews::Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder, Fetch fetch)
+Previews::Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder,
+                   RequestMaker makeRequest)
     : m_runner(runner)
     , m_tools(tools)
     , m_workFolder(workFolder)
-    , m_fetch(std::move(fetch))
+    , m_makeRequest(std::move(makeRequest))
 {
     m_pause.setSingleShot(true);
     m_pause.setInterval(pauseAfterChange);
@@ -62,7 +63,7 @@ Previews::~Previews()
 void Previews::setShown(bool shown)
 {
     m_queue.setShown(shown);
-    changed();
+    scheduleNext();
 }
 
 void Previews::setDem(const PreviewDem &dem)
@@ -80,46 +81,46 @@ void Previews::setPart(const QRect &part)
         m_copy = m_wholeCopy;
         emit reduced();
     }
-    changed();
+    scheduleNext();
 }
 
 void Previews::update(bool complete)
 {
     m_queue.setComplete(complete);
     m_queue.invalidate();
-    changed();
+    scheduleNext();
 }
 
 void Previews::hold()
 {
     m_queue.hold();
-    endStale();
+    stopStaleStep();
 }
 
 void Previews::release()
 {
     m_queue.release();
-    changed();
+    scheduleNext();
 }
 
-void Previews::changed()
+void Previews::scheduleNext()
 {
-    endStale();
+    stopStaleStep();
     m_pause.start();
 }
 
-void Previews::endStale()
+void Previews::stopStaleStep()
 {
     if (!m_queue.isStale())
         return;
     m_runner.stop();
-    end(false);
+    endStep(false);
     emit interrupted();
 }
 
-void Previews::end(bool good)
+void Previews::endStep(bool succeeded)
 {
-    m_queue.end(good);
+    m_queue.end(succeeded);
     m_workFolder.removeFolders(m_firstSideFolder, m_endOfSideFolders);
     m_firstSideFolder = m_endOfSideFolders = 0;
 }
@@ -127,7 +128,7 @@ void Previews::end(bool good)
 void Previews::runNext()
 {
     if (m_queue.next() == PreviewStep::Compute && !QFile::exists(m_copy))
-        m_queue.loseReduction(); // a cleaner of temporary files came by
+        m_queue.loseReduction(); // something has cleaned the temporary directory
     switch (m_queue.next()) {
     case PreviewStep::Reduce:
         reduce();
@@ -170,16 +171,16 @@ void Previews::reduce()
 void Previews::compute()
 {
     m_firstSideFolder = m_workFolder.folderCount();
-    std::optional<ProcessingRequest> request = m_fetch(m_copy);
+    std::optional<ProcessingRequest> request = m_makeRequest(m_copy);
     m_endOfSideFolders = m_workFolder.folderCount();
     if (!request || !request->process) {
         m_queue.setComplete(false);
-        end(true);
+        endStep(true);
         return;
     }
     const bool vector = processRow(*request->process).product == ProductKind::Vector;
     request->input = m_copy;
-    // The contour tool makes a folder of any other name.
+    // The contour tool makes a folder where the name has another extension.
     const QString name = QStringLiteral("tempoPreviewImage") + (vector ? QStringLiteral(".shp") : QString());
     m_product = fileInOwnFolder(m_workFolder, vector ? m_vectorProduct : m_rasterProduct, name);
     request->output = m_product;
@@ -202,7 +203,7 @@ void Previews::onDone()
     const PreviewStep step = m_queue.running();
     if (step == PreviewStep::None)
         return;
-    end(true);
+    endStep(true);
     if (step == PreviewStep::Reduce) {
         if (isWhole())
             m_wholeSource = sourceName(m_dem, m_part);
@@ -219,7 +220,7 @@ void Previews::onError(const QString &toolText)
     const PreviewStep step = m_queue.running();
     if (step == PreviewStep::None)
         return;
-    end(false);
+    endStep(false);
     if (step == PreviewStep::Reduce)
         emit reductionFailed(toolText);
     else

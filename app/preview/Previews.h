@@ -18,44 +18,46 @@ class QuvoScriptRunner;
 /// The DEM of the previews.
 struct PreviewDem
 {
-    QString path;  ///< empty: there is none
-    QString state; ///< tells a file that was written anew from the one before
-    QSize size;    ///< cells
-    bool georeferenced = true;
+    QString path;              ///< empty: there is no DEM
+    QString state;             ///< changes when the file is written again (DemInfo::state)
+    QSize size;                ///< columns and rows
+    bool georeferenced = true; ///< the DEM has coordinates of its own
 };
 
-/// Makes what the previews show: a reduced copy of the DEM, and the product of that copy, each by the tool that
-/// makes the real one. The files lie in the work folder and stay until the next ones take their place.
+/// Makes the files that the previews show: a reduced copy of the DEM, and the product of that copy, made by the
+/// product's own tool. The files are in the work folder until the next ones replace them.
 ///
-/// It shares the script runner with the real runs: while none of its own steps runs, the runner's signals
-/// concern somebody else, and before a real run it is held.
+/// The script runner is shared with the real runs. While no step of a preview runs, the runner's signals are
+/// ignored; before a real run hold() must be called.
 class Previews : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What is to be computed on a reduced copy, fetched as a run begins; none where there is nothing to show.
-    /// The input is the copy; the output, its format and what belongs to it are not used.
-    using Fetch = std::function<std::optional<ProcessingRequest>(const QString &copy)>;
+    /// Returns the request to compute on a reduced copy; empty where nothing can be computed. Called as a run
+    /// begins. Input and output of the request are replaced, its output options ignored.
+    using RequestMaker = std::function<std::optional<ProcessingRequest>(const QString &copy)>;
 
-    /// Runner and work folder outlive it.
-    Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder, Fetch fetch);
+    /// `runner` and `workFolder` outlive this object.
+    Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder &workFolder,
+             RequestMaker makeRequest);
     ~Previews() override;
 
-    /// Nothing runs while the previews cannot be seen.
+    /// Whether the previews are visible. Nothing runs while they are not.
     void setShown(bool shown);
 
+    /// Sets the DEM, and the whole of it as the part to compute on.
     void setDem(const PreviewDem &dem);
 
-    /// The part of the DEM that is computed on, in cells. Where a copy of it is at hand, reduced() follows from
+    /// The part of the DEM to compute on, in cells. Where a reduced copy of it exists, reduced() follows from
     /// inside this call.
     void setPart(const QRect &part);
 
-    /// The product is another one. A run for the one before ends at once; the next begins when no change
-    /// followed for a while, and only if the options are complete.
+    /// The options or the process changed. A running computation is stopped at once; the next one begins when
+    /// no further change has followed for 0.3 s, and only if the options are complete.
     void update(bool complete);
 
-    /// Ends what runs, and keeps everything from starting.
+    /// Stops the running step and prevents others from starting until release().
     void hold();
     void release();
 
@@ -64,11 +66,11 @@ public:
 
     PreviewStep running() const { return m_queue.running(); }
 
-    /// The reduced copy of part(); empty while there is none.
+    /// Path of the reduced copy of part(); empty while there is none.
     QString copy() const { return m_queue.hasReduction() ? m_copy : QString(); }
     QRect part() const { return m_part; }
 
-    /// The file of the product, valid from computed() to the next change.
+    /// Path of the product, valid from computed() to the next change.
     QString product() const { return m_product; }
 
 signals:
@@ -80,18 +82,18 @@ signals:
     void computingProgress(int percent);
     void computed();
     void computationFailed(const QString &toolText);
-    /// A step was ended before its time; none of the other signals follows.
+    /// A change stopped the running step; none of its other signals follows.
     void interrupted();
 
 private:
-    void changed();
-    void endStale();
+    void scheduleNext();
+    void stopStaleStep();
     void runNext();
     void begin(PreviewStep step, const QString &command, const QuvoOutputFile &output);
     void reduce();
     void compute();
     bool isWhole() const { return m_part.size() == m_dem.size; }
-    void end(bool good);
+    void endStep(bool succeeded);
     void onProgress(int percent);
     void onDone();
     void onError(const QString &toolText);
@@ -99,18 +101,20 @@ private:
     QuvoScriptRunner &m_runner;
     ToolPaths m_tools;
     WorkFolder &m_workFolder;
-    Fetch m_fetch;
+    RequestMaker m_makeRequest;
     PreviewQueue m_queue;
-    QTimer m_pause;
+    QTimer m_pause; ///< waits for further changes before the next step begins
     PreviewDem m_dem;
     QRect m_part;
-    QString m_copy;
-    QString m_wholeCopy;   ///< the copy of the whole DEM, kept while parts of it are looked at
-    QString m_wholeSource; ///< what it is a copy of; empty: it is not there yet
-    QString m_partCopy;
-    QString m_product;
+    QString m_copy;        ///< path of the reduced copy in use: m_wholeCopy or m_partCopy
+    QString m_wholeCopy;   ///< path of the copy of the whole DEM, which is kept while parts are shown
+    QString m_wholeSource; ///< sourceName() of m_wholeCopy; empty: that copy does not exist
+    QString m_partCopy;    ///< path of the copy of a part
+    QString m_product;     ///< path of the product in use: m_rasterProduct or m_vectorProduct
     QString m_rasterProduct;
     QString m_vectorProduct;
-    int m_firstSideFolder = 0; ///< folders of the work folder that the running product's files lie in
+    // Folders of m_workFolder that hold the input files of the running step: the first, and the one behind the
+    // last.
+    int m_firstSideFolder = 0;
     int m_endOfSideFolders = 0;
 };

@@ -52,7 +52,7 @@ QString reductionArguments(const Reduction &reduction)
 namespace
 {
 
-/// The view shifted so that it lies in the DEM; a side that is too long is the DEM's.
+/// The view moved into the DEM. A side longer than the DEM's is shortened to it.
 QRectF within(QRectF view, const QSize &dem)
 {
     view.setSize(view.size().boundedTo(dem));

@@ -9,53 +9,56 @@
 #include <QString>
 #include <QVector>
 
-// Where things lie in a preview. Positions in a DEM are cells: columns to the right and rows down from its
-// upper left corner, a cell's centre at the halves.
+// Geometry of the previews. Positions in a DEM are cells: columns to the right and rows down from its upper
+// left corner. The centre of the first cell is (0.5, 0.5). A view is the visible rectangle of cells.
 
 /// The longest side of a reduced copy, in cells.
 constexpr int longestReducedSide = 800;
 
-/// The size of a reduced copy of so many cells: the longest side fits, nothing is enlarged.
+/// Size of the reduced copy of so many columns and rows: no side is longer than longestReducedSide, and none is
+/// enlarged.
 QSize reducedSize(const QSize &cells);
 
-/// The part of a DEM that a preview is computed on: the part that is seen (or all, where it is empty), a little
-/// more around it so that no cell that is seen is one of an edge, and the observers, whose lines of sight must
-/// not leave it.
+/// The part of a DEM that a preview is computed on: the view `seen`, or the whole DEM where it is empty; a
+/// margin, so that no visible cell is at an edge of the part; and the observers inside the DEM, whose lines of
+/// sight must lie in the part.
 QRect previewPart(const QRectF &seen, const QSize &dem, const QVector<QPointF> &observers);
 
-/// A reduced copy that is to be made.
+/// The reduced copy to make of a DEM.
 struct Reduction
 {
-    QString dem;
-    QSize demSize;             ///< cells
-    bool georeferenced = true; ///< whether the DEM has coordinates of its own
-    QRect part;                ///< cells of the DEM
-    QString copy;              ///< the file to create
+    QString dem;               ///< path of the DEM
+    QSize demSize;             ///< columns and rows of the DEM
+    bool georeferenced = true; ///< the DEM has coordinates of its own
+    QRect part;                ///< cells of the DEM to copy
+    QString copy;              ///< path of the file to create
 };
 
-/// The arguments of the translation tool. A DEM without coordinates gives its copy some that count the DEM's
-/// cells, rows downwards as in the DEM itself: else slopes would be wrong by the reduction, and the light would
-/// come from the other side.
+/// The arguments of the translation tool that make the copy. The copy of a DEM without coordinates counts the
+/// DEM's cells as coordinates, rows downwards as in the DEM itself. Otherwise the reduction would change the
+/// slopes, and the light would come from the opposite side.
 QString reductionArguments(const Reduction &reduction);
 
-/// A view of a DEM after a turn of the wheel over a place: that place stays where it is, or near it. factor:
-/// above 1 shows less. A view is never larger than the DEM, nor smaller than some cells; closer than the whole
-/// it has the shape of the area that shows it, as far as the DEM reaches.
+/// The view zoomed by `factor` around the position `at`, which stays in place as far as the DEM allows. A
+/// factor above 1 shows fewer cells. `dem` is the DEM's size in cells, `area` that of the widget in pixels. A
+/// view is never larger than the DEM nor smaller than a few cells. One that is smaller than the DEM has the
+/// shape of the area, as far as the DEM reaches.
 QRectF zoomed(const QRectF &view, const QPointF &at, double factor, const QSize &dem, const QSizeF &area);
 
-/// A view moved by so many cells, within the DEM.
+/// The view moved by so many columns and rows, within the DEM.
 QRectF moved(const QRectF &view, const QPointF &by, const QSize &dem);
 
-/// The part of an area, in the middle of its upper edge, that shows the view with square cells.
+/// The rectangle of a widget's area, in pixels, in which the view is shown with square cells: at the upper
+/// edge, centred. Empty for an empty view or area.
 QRectF shownRect(const QRectF &view, const QSizeF &area);
 
-/// The azimuth, clockwise from the picture's upper edge in degrees (0 to 360), from which a shaded relief is
-/// lit: what the tool gets for a compass reading, mirrored where the DEM's rows run northwards or its columns
-/// westwards.
+/// The azimuth that a shaded relief is lit from, in degrees (0 to 360) clockwise from the picture's upper edge.
+/// It is the azimuth that the tool receives for the compass reading, mirrored where the DEM's rows run
+/// northwards or its columns westwards.
 double lightDirection(double compass, bool rowsRunNorth, bool columnsRunWest);
 
-/// So many decimals tell two cells of that size apart in a coordinate.
+/// Number of decimals by which coordinates of neighbouring cells of that size differ.
 int coordinateDecimals(double cellSize);
 
-/// A length for people: true to a thousandth, with no more decimals than that takes and never an exponent.
+/// Formats a length with the fewest decimals that are exact to a thousandth of it, and without an exponent.
 QString lengthText(double length, const QLocale &locale);

@@ -1,6 +1,6 @@
 #include "app/preview/previewqueue.h"
 
-/// What depends on that step is to be made anew.
+/// The results of this step and of those that follow it are out of date.
 void PreviewQueue::outdate(PreviewStep from)
 {
     m_computed = false;
@@ -74,12 +74,12 @@ void PreviewQueue::begin(PreviewStep step)
     m_stale = false;
 }
 
-void PreviewQueue::end(bool good)
+void PreviewQueue::end(bool succeeded)
 {
     if (!m_stale) {
-        m_failed = m_failed || !good;
-        m_reduced = m_reduced || (good && m_running == PreviewStep::Reduce);
-        m_computed = good && m_running == PreviewStep::Compute;
+        m_failed = m_failed || !succeeded;
+        m_reduced = m_reduced || (succeeded && m_running == PreviewStep::Reduce);
+        m_computed = succeeded && m_running == PreviewStep::Compute;
     }
     m_running = PreviewStep::None;
     m_stale = false;

@@ -6,51 +6,53 @@
 enum class PreviewStep
 {
     None,
-    Reduce, ///< a reduced copy of the DEM
-    Compute ///< the product of that copy
+    Reduce, ///< makes a reduced copy of the DEM
+    Compute ///< makes the product of that copy
 };
 
-/// What the previews need next, and whether what runs is still wanted. It knows no window, no clock and no
-/// process: whoever owns it tells what happened, and asks.
+/// Decides which step the previews need next, and whether the running step is still needed. It knows no window,
+/// no clock and no child process: its owner reports events and then queries next() and isStale().
 ///
-/// At most one step runs at a time. Whatever makes its outcome useless makes it stale: its owner ends it, and
-/// nothing of it counts.
+/// At most one step runs at a time. A change that makes its result useless makes the step stale: the owner
+/// stops it, and its result is ignored.
 class PreviewQueue
 {
 public:
-    /// Whether the previews can be seen; hidden ones need nothing.
+    /// Whether the previews are visible. Hidden ones need no step.
     void setShown(bool shown);
 
-    /// Names what is to be reduced: the DEM's file and the part of it; empty: there is none. A name that is the
-    /// current one changes nothing.
+    /// Identifies the DEM's file and the part of it to reduce; empty: there is no DEM. The identifier that is
+    /// set already changes nothing.
     void setSource(const QString &source);
 
-    /// A reduced copy of the current source is at hand already, or not any more.
+    /// A reduced copy of the current source exists already.
     void haveReduction();
+    /// The reduced copy no longer exists.
     void loseReduction();
     bool hasReduction() const { return m_reduced; }
 
-    /// The product is another one now.
+    /// The options or the process changed, so that the product is out of date.
     void invalidate();
 
-    /// Whether the options are enough for a product; an incomplete panel has no preview.
+    /// Whether the options suffice to compute a product. There is no Compute step while they do not.
     void setComplete(bool complete);
 
-    /// A real run is on; nothing else runs meanwhile.
+    /// A real run begins or ends. No step may run between.
     void hold();
     void release();
 
-    /// The step that may begin now; None while one runs, and when there is nothing to do.
+    /// The step that may begin now; None while one runs and where nothing is needed.
     PreviewStep next() const;
 
+    /// The step was started.
     void begin(PreviewStep step);
 
-    /// The running step has ended. A failure that still matters switches the previews off for good.
-    void end(bool good);
+    /// The running step has ended. A failure of a step that is not stale switches the previews off for good.
+    void end(bool succeeded);
 
     PreviewStep running() const { return m_running; }
 
-    /// Whether the running step is to be ended.
+    /// Whether the owner should stop the running step.
     bool isStale() const { return m_stale; }
 
     /// Whether a failure switched the previews off.

@@ -9,34 +9,35 @@
 
 #include <optional>
 
-/// Everything that the command line of one run is made of. Paths are absolute, or GDAL's own names of data
-/// sets.
+/// Everything that the command line of one run is made of. Paths are absolute, or names by which GDAL opens
+/// data sets that are not files.
 struct ProcessingRequest
 {
-    std::optional<Process> process; ///< nothing: no process is chosen, and there are no arguments
-    QString mode;  ///< mode word of the DEM tool ("hillshade", "TRI"); the other tools have no mode
-    QString input; ///< the DEM
-    int band = 1;  ///< band of the DEM, counted from 1
-    QString output;
+    std::optional<Process> process; ///< empty: no process is chosen, and there are no arguments
+    QString mode;   ///< mode word of the DEM tool ("hillshade", "TRI"); the other tools ignore it
+    QString input;  ///< path of the DEM
+    int band = 1;   ///< band of the DEM, counted from 1
+    QString output; ///< path of the product
     OutputOptions outputOptions;
-    ToolInput toolInput; ///< what the options of the process contribute
+    ToolInput toolInput; ///< argument fragment and files made from the options of the process
 };
 
-/// The kind of the product; a raster where no process is chosen.
+/// The kind of the product; Raster where no process is chosen.
 ProductKind productKind(const ProcessingRequest &request);
 
 /// GDAL's short name of the driver that writes the product.
 QString outputFormat(const ProcessingRequest &request);
 
-/// The arguments of the process's tool, with each blank that the tool's grammar has; empty where no process is
-/// chosen.
+/// The arguments of the process's tool as one text. Paths are quoted for the runner, and double blanks are part
+/// of the grammar: kept so on purpose. Empty where no process is chosen.
 QString processArguments(const ProcessingRequest &request);
 
-/// Path of a tool and its arguments as one command line, for the runner.
+/// The command line for the runner: the quoted path of a tool and its arguments.
 QString processCommand(const QString &toolPath, const QString &arguments);
 
-/// The whole command line of a request that has a process.
+/// The command line for the runner of a request that has a process.
 QString runCommand(const ProcessingRequest &request, const ToolPaths &tools);
 
-/// The files that the run creates. A stop or a failure deletes them.
+/// The files that the run creates, the product first. A stop or a failure deletes them. Empty where no process
+/// is chosen.
 QuvoOutputFilesList declaredOutputs(const ProcessingRequest &request);

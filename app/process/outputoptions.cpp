@@ -73,11 +73,14 @@ QString outputLayer(const OutputOptions &options)
     return options.layerName.isEmpty() ? QStringLiteral("contour") : options.layerName;
 }
 
-OutputOptions supportedOptions(const OutputOptions &options, ProductKind product)
+OutputOptions supportedOptions(const OutputOptions &options, Process process)
 {
-    const QString format = outputFormat(options, product);
-    const bool raster = product == ProductKind::Raster;
     OutputOptions supported = options;
+    if (!outputFormats(process).contains(options.format))
+        supported.format.clear();
+    const ProductKind product = processRow(process).product;
+    const QString format = outputFormat(supported, product);
+    const bool raster = product == ProductKind::Raster;
     supported.tiled = options.tiled && raster && hasCreationOption(format, QStringLiteral("TILED"));
     supported.worldFile =
         options.worldFile && supported.tiled && hasCreationOption(format, QStringLiteral("TFW"));
@@ -101,7 +104,7 @@ QStringList outputFormats(Process process)
     const ProcessRow &row = processRow(process);
     QStringList formats{outputFormat({}, row.product)};
     if (row.tool == Tool::Intervisibility)
-        return formats; // the tool writes no other
+        return formats; // the tool writes no other format
     for (const QString &name : driverNames()) {
         if (name != formats.first() && isOffered(name, row))
             formats += name;

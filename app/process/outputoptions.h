@@ -7,45 +7,46 @@
 #include <QStringList>
 #include <QVector>
 
-/// How the file of a product is written, whatever it shows. Recipes, requests and the command line hold this
-/// record; a new option is a new member and a row of outputOptionFields().
+/// How the file of a product is written, whatever the process. Recipes, requests and the command line hold this
+/// record. A new option is a new member and a row of outputOptionFields().
 struct OutputOptions
 {
-    QString format;         ///< GDAL's short driver name; empty: the usual one of the kind of product
-    bool tiled = false;     ///< tiled GeoTIFF
-    bool worldFile = false; ///< a world file beside the GeoTIFF; written only with a tiled one, on purpose
+    QString format;         ///< GDAL's short driver name; empty: "GTiff" or "ESRI Shapefile"
+    bool tiled = false;     ///< write the cells of a GeoTIFF in tiles
+    bool worldFile = false; ///< write a world file; ignored for a GeoTIFF that is not tiled: kept so on purpose
     QString layerName;      ///< layer of a vector product; empty: "contour"
-    bool overviews = false; ///< overviews of a raster product, in a file beside it
+    bool overviews = false; ///< build overviews of a raster product, in a file beside it
 
     bool operator==(const OutputOptions &other) const = default;
 };
 
-/// An output option as recipes and the batch program's command line name it.
+/// The names of an output option in recipes and on the batch program's command line.
 struct OutputOptionField
 {
-    RecordField<OutputOptions> field; ///< its name is the member of a recipe
-    const char *argument;             ///< name of the command line's option, without its hyphens
-    const char *valueName;            ///< what the help calls the option's value; null for a switch
+    RecordField<OutputOptions> field; ///< the field's name is the name of the member of a recipe
+    const char *argument;             ///< name of the command line's option, without hyphens
+    const char *valueName;            ///< placeholder of the option's value in the help; null for a switch
 };
 
 /// The output options, in the order of the help.
 const QVector<OutputOptionField> &outputOptionFields();
 
-/// The options of `base`, replaced by those of `given` that differ from the defaults.
+/// The options of `base`, where those of `given` that differ from the defaults replace them.
 OutputOptions overridden(const OutputOptions &base, const OutputOptions &given);
 
-/// GDAL's short name of the driver that writes the product: the one of the options or the usual one ("GTiff",
-/// "ESRI Shapefile").
+/// GDAL's short name of the driver that writes the product: the options' format or, where that is empty,
+/// "GTiff" for a raster and "ESRI Shapefile" for a vector product.
 QString outputFormat(const OutputOptions &options, ProductKind product);
 
 /// Name of the layer of a vector product.
 QString outputLayer(const OutputOptions &options);
 
-/// The options without those that the product or its format does not have.
-OutputOptions supportedOptions(const OutputOptions &options, ProductKind product);
+/// The options that a product of the process can have: a format that is not among outputFormats() becomes the
+/// usual one, and options that the format does not have are dropped.
+OutputOptions supportedOptions(const OutputOptions &options, Process process);
 
-/// The arguments of the raster tools that the options add, each with a blank before it.
+/// The creation options as arguments of the raster tools, each with a blank before it.
 QString creationArguments(const OutputOptions &options);
 
-/// Short names of GDAL's drivers that can hold the product of a process, the usual one first.
+/// Short names of GDAL's drivers that can write the product of a process on this machine, the usual one first.
 QStringList outputFormats(Process process);

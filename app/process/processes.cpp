@@ -45,7 +45,7 @@ template <class Record> void addWords(QVector<NamedProcess> &processes, const Re
     processes += {processOf(defaults), defaults};
 }
 
-/// Each of the indices has a word.
+/// Each terrain index has a word of its own.
 void addWords(QVector<NamedProcess> &processes, const TerrainIndexOptions &)
 {
     for (int type = 0; type < terrainIndexCount; ++type)

@@ -23,8 +23,8 @@ enum class Process
 
 constexpr std::size_t processCount = static_cast<std::size_t>(Process::Count);
 
-/// Whether a table has one row a process, in the order of the enumeration, so that the process is its index.
-/// The rows have a member `process`.
+/// Whether a table has one row for each process, in the order of the enumeration, so that a process is the
+/// index of its row. A row has a member `process`.
 template <class Row, std::size_t rowCount> constexpr bool hasRowOfEachProcess(const Row (&rows)[rowCount])
 {
     for (std::size_t at = 0; at < rowCount; ++at) {
@@ -43,7 +43,7 @@ enum class Tool
     Translate
 };
 
-/// What the program knows of a process.
+/// The properties of a process.
 struct ProcessRow
 {
     Process process;
@@ -58,12 +58,13 @@ struct ProcessRow
     Label stepTitle;      ///< title of the progress window while the process runs
 };
 
+/// The row of a process; Process::Count has none.
 const ProcessRow &processRow(Process process);
 
-/// The process whose options these are.
+/// The process that the options belong to.
 Process processOf(const ProcessOptions &options);
 
-/// A process under a word of its own, as recipes and the batch program name it; one process may have several.
+/// A word by which recipes and the batch program name a process. A process may have several words.
 struct NamedProcess
 {
     Process process;
@@ -76,5 +77,5 @@ const QVector<NamedProcess> &namedProcesses();
 /// The process of a word; null when no process has that word.
 const NamedProcess *findProcess(const QString &word);
 
-/// A sentence that says that no process has that word, and lists the words there are.
+/// A sentence: no process has that word, and these are the words of the processes.
 QString unknownProcessProblem(const QString &word);

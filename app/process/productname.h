@@ -9,17 +9,18 @@
 /// current directory where the input is not a local file.
 QString productName(const QString &input, const QString &suffix, const QString &extension);
 
-/// The product's name or, where such a file exists, "<folder>/<base>_<suffix>_<n>.<extension>" with the first
-/// free number n from 2 on.
+/// productName() or, where such a file exists, "<folder>/<base>_<suffix>_<n>.<extension>" with the lowest
+/// number from 2 on that is free.
 QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension);
 
 /// Whether proposeOutputName() could have returned the name, whatever its extension and number.
 bool isProposedName(const QString &name, const QString &input, const QString &suffix);
 
-/// Fits a name that the user wrote to a process whose products have the extensions: an extension of another
-/// process (`knownExtensions`) is replaced by the first of them; any other name is returned as it is.
+/// Replaces an extension that is one of `knownExtensions`, but not of `extensions`, by the first of
+/// `extensions`. Any other name is returned as it is. Used where process or format change under a name that the
+/// user wrote.
 QString adaptExtension(const QString &name, const QStringList &extensions, const QStringList &knownExtensions);
 
-/// A relative output name as a name in the input's folder; an absolute one is returned as it is, and so is any
-/// name where there is no input or the input is not a local file.
+/// Makes a relative output name a path in the input's folder. An absolute name is returned as it is; so is any
+/// name where the input is empty or not a local file.
 QString besideInput(const QString &name, const QString &input);

@@ -4,26 +4,25 @@
 
 #include <QString>
 
-/// File name of a tool: the same on every platform.
+/// File name of a tool, which is the same on every platform.
 QString toolFileName(Tool tool);
 
-/// Absolute paths of the external tools; empty for one that is missing.
+/// Absolute paths of the external tools. The path of a missing tool is empty.
 struct ToolPaths
 {
     QString dem;
     QString contour;
     QString intervisibility;
     QString translate;
-    QString batch; ///< the batch program beside them, which builds overviews
+    QString batch; ///< the batch program, which builds overviews; whether the file exists is not checked
 
     const QString &path(Tool tool) const;
 
-    /// Whether the program can start: the intervisibility tool alone may be missing, kept so on purpose.
+    /// Whether the program can start. Only the intervisibility tool may be missing: kept so on purpose.
     bool isComplete() const { return !dem.isEmpty() && !contour.isEmpty() && !translate.isEmpty(); }
 };
 
-/// The tools that stand in the program's folder; the search path is never asked. A link that leads nowhere
-/// counts as a missing tool.
+/// The tools in the program's folder; PATH is not searched. A link that leads nowhere counts as a missing tool.
 ToolPaths findTools(const QString &programFolder);
 
 /// Why the tool cannot be run, in a sentence; empty when it can.

@@ -41,7 +41,7 @@ ToolObservers prepareObservers(const IntervisibilityOptions &options, const QStr
     prepared.problem = source.problem;
     if (!prepared.problem.isEmpty())
         return prepared;
-    int leftOut = source.skippedFeatures;
+    int leftOutCount = source.skippedFeatures;
     const QList<ObserverPoint> points = options.observers + source.points;
 
     QList<ToolObserver> observers;
@@ -50,18 +50,18 @@ ToolObservers prepareObservers(const IntervisibilityOptions &options, const QStr
         if (point.enabled && altitude)
             observers += {point.x, point.y, *altitude, point.maxDistance};
         else
-            leftOut += point.enabled;
+            leftOutCount += point.enabled;
     }
     if (observers.isEmpty()) {
         prepared.problem =
             labelText({"MESS_OBS_NUL_PART", "Aucun observateur n'a de sol sous lui dans ce MNT."});
         return prepared;
     }
-    if (leftOut > 0)
+    if (leftOutCount > 0)
         prepared.warnings +=
             labelText(
                 {"MESS_OBS_LAISSES", "Observateurs laissés de côté, sans sol sous eux ou sans position : %1."})
-                .arg(leftOut);
+                .arg(leftOutCount);
     const QString folder = workFolder.newFolder();
     const QString file = folder.isEmpty() ? QString() : writePointFile(folder, observers);
     if (file.isEmpty())

@@ -9,72 +9,80 @@
 namespace
 {
 
-/// Writes the format's name as the window lists it. Returns why the window does not list it.
-QString adaptFormat(Recipe &recipe, Process process)
+// Each function below adapts one part of the recipe and adds its warnings and its problem to the record.
+
+/// Changes the format's name to the case in which the window lists it.
+void adaptFormat(OpenedRecipe &opened, Process process)
 {
-    if (recipe.outputOptions.format.isEmpty())
-        return {};
+    QString &wanted = opened.recipe.outputOptions.format;
+    if (wanted.isEmpty())
+        return;
     for (const QString &format : outputFormats(process)) {
-        if (format.compare(recipe.outputOptions.format, Qt::CaseInsensitive) == 0) {
-            recipe.outputOptions.format = format;
-            return {};
+        if (format.compare(wanted, Qt::CaseInsensitive) == 0) {
+            wanted = format;
+            return;
         }
     }
-    return labelText({"MESS_REC_SANS_FORMAT", "Ce traitement n'écrit pas le format « %1 » sur cette machine."})
-        .arg(recipe.outputOptions.format);
+    opened.problem =
+        labelText({"MESS_REC_SANS_FORMAT", "Ce traitement n'écrit pas le format « %1 » sur cette machine."})
+            .arg(wanted);
 }
 
-void adaptInput(Recipe &recipe, const QString &currentInput, QStringList &warnings)
+/// Drops an input that cannot be read, and a band that the DEM does not have.
+void adaptInput(OpenedRecipe &opened, const QString &currentInput)
 {
+    Recipe &recipe = opened.recipe;
     if (!recipe.input.isEmpty() && !readRasterInfo(recipe.input).problem.isEmpty()) {
-        warnings += labelText({"MESS_REC_SANS_MNT",
-                               "Le MNT des réglages, « %1 », ne peut pas être lu ; celui de la "
-                               "fenêtre reste."})
-                        .arg(recipe.input);
+        opened.warnings += labelText({"MESS_REC_SANS_MNT",
+                                      "Le MNT des réglages, « %1 », ne peut pas être lu ; celui de la "
+                                      "fenêtre reste."})
+                               .arg(recipe.input);
         const QString suffix = QString::fromLatin1(processRow(findProcess(recipe.process)->process).suffix);
         if (isProposedName(recipe.output, recipe.input, suffix))
-            recipe.output.clear(); // a name for a product of another DEM
+            recipe.output.clear(); // the name was proposed for the DEM that cannot be read
         recipe.input.clear();
     }
     const QString dem = recipe.input.isEmpty() ? currentInput : recipe.input;
     const int bands = dem.isEmpty() ? recipe.band : readRasterInfo(dem).bandCount;
     if (recipe.band > bands) {
-        warnings += labelText({"MESS_BANDE_ABSENTE", "Le MNT n'a pas de bande %1 ; il en a %2."})
-                        .arg(QString::number(recipe.band), QString::number(bands));
+        opened.warnings += labelText({"MESS_BANDE_ABSENTE", "Le MNT n'a pas de bande %1 ; il en a %2."})
+                               .arg(QString::number(recipe.band), QString::number(bands));
         recipe.band = 1;
     }
 }
 
-/// The panel shows a table file, and of a table of mixed units the entries of one kind. Returns why the table
-/// cannot be used.
-QString adaptTable(ColorReliefOptions &options, QStringList &warnings)
+/// Finds the table's file. Of a table with elevations and percentages the panel shows the entries of one kind.
+void adaptTable(OpenedRecipe &opened, ColorReliefOptions &options)
 {
-    const QString problem = colorTableProblem(options);
-    if (problem.isEmpty() && mixesUnits(options))
-        warnings +=
+    opened.problem = colorTableProblem(options);
+    if (opened.problem.isEmpty() && mixesUnits(options))
+        opened.warnings +=
             labelText({"MESS_REC_TC_MIXTE",
                        "La table couleur mélange des altitudes et des pourcentages : une seule des deux "
                        "sortes est reprise."});
     if (options.colors.isEmpty())
         options.table = colorTableFile(options.table);
-    return problem;
 }
 
-/// The panel holds observers as rows alone: reads those of the vector source. Returns why it cannot be read.
-QString readSource(IntervisibilityOptions &options, const QString &dem, int band, QStringList &warnings)
+/// Reads the observers of the vector source into the list, because the panel shows only a list.
+void adaptObservers(OpenedRecipe &opened, IntervisibilityOptions &options, const QString &dem)
 {
     if (options.points.isEmpty())
-        return {};
-    if (dem.isEmpty())
-        return labelText({"MESS_REC_OBS_SANS_MNT",
-                          "Les observateurs de ces réglages viennent d'un fichier vecteur : choisissez d'abord "
-                          "un MNT."});
-    const SourceObservers source = sourceObservers(options, DemGround(dem, band));
+        return;
+    if (dem.isEmpty()) {
+        opened.problem =
+            labelText({"MESS_REC_OBS_SANS_MNT",
+                       "Les observateurs de ces réglages viennent d'un fichier vecteur : choisissez d'abord "
+                       "un MNT."});
+        return;
+    }
+    const SourceObservers source = sourceObservers(options, DemGround(dem, opened.recipe.band));
     if (source.skippedFeatures > 0)
-        warnings += labelText({"MESS_OBS_NON_PRIS",
-                               "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de "
-                               "coordonnées du MNT."})
-                        .arg(source.skippedFeatures);
+        opened.warnings +=
+            labelText({"MESS_OBS_NON_PRIS",
+                       "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de "
+                       "coordonnées du MNT."})
+                .arg(source.skippedFeatures);
     const IntervisibilityOptions defaults;
     options.observers += source.points;
     options.points.clear();
@@ -82,7 +90,7 @@ QString readSource(IntervisibilityOptions &options, const QString &dem, int band
     options.mode = defaults.mode;
     options.distance = defaults.distance;
     options.step = defaults.step;
-    return source.problem;
+    opened.problem = source.problem;
 }
 
 } // namespace
@@ -101,23 +109,19 @@ Recipe recipeOf(const ProcessingRequest &request, const ProcessOptions &options)
 
 OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInput)
 {
-    OpenedRecipe opened;
-    opened.recipe = reading.recipe;
+    OpenedRecipe opened{.recipe = reading.recipe, .warnings = {}, .problem = reading.problem};
     Recipe &recipe = opened.recipe;
-    QStringList &warnings = opened.warnings;
-    opened.problem = reading.problem;
     if (opened.problem.isEmpty())
         opened.problem = valuesProblem(recipe.options);
     if (opened.problem.isEmpty())
-        opened.problem = adaptFormat(recipe, findProcess(recipe.process)->process);
+        adaptFormat(opened, findProcess(recipe.process)->process);
     if (!opened.problem.isEmpty())
         return opened;
 
-    adaptInput(recipe, currentInput, warnings);
+    adaptInput(opened, currentInput);
     if (auto *colors = std::get_if<ColorReliefOptions>(&recipe.options))
-        opened.problem = adaptTable(*colors, warnings);
+        adaptTable(opened, *colors);
     if (auto *observers = std::get_if<IntervisibilityOptions>(&recipe.options))
-        opened.problem =
-            readSource(*observers, recipe.input.isEmpty() ? currentInput : recipe.input, recipe.band, warnings);
+        adaptObservers(opened, *observers, recipe.input.isEmpty() ? currentInput : recipe.input);
     return opened;
 }

@@ -6,20 +6,21 @@
 #include <QString>
 #include <QStringList>
 
-// Recipes that the window writes and opens.
+// Recipes that the window saves and opens.
 
-/// The recipe of the window's request and of its panel's options.
+/// The recipe of a request and of the options of its panel.
 Recipe recipeOf(const ProcessingRequest &request, const ProcessOptions &options);
 
 /// A recipe that was opened, adapted to what the window can show.
 struct OpenedRecipe
 {
-    Recipe recipe;        ///< an empty input means that the window keeps its own
-    QStringList warnings; ///< what the window does not take over, in sentences
-    QString problem;      ///< why the window takes nothing over, in a sentence; empty for a good recipe
+    Recipe recipe;        ///< with an empty input the window keeps its own DEM
+    QStringList warnings; ///< sentences about what the window cannot show
+    QString problem;      ///< why the window cannot show the recipe, in a sentence; empty for a good recipe
 };
 
-/// Checks a recipe before the window changes anything: its values, format and colour table, and whether its
-/// input can be read. Observers of a vector source become rows. `currentInput` is the window's DEM; empty:
-/// there is none.
+/// Checks and adapts a recipe before the window changes anything. A wrong value, format, colour table or vector
+/// source is a problem; an input that cannot be read and a missing band are warnings. Observers of a vector
+/// source are read into the list of observers. `currentInput` is the path of the window's DEM, empty where it
+/// has none.
 OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInput);

@@ -18,7 +18,7 @@ namespace
 constexpr qint64 largestFile = 16LL * 1024 * 1024;
 constexpr const char *ends[] = {"done", "stopped", "failed"}; // in the order of RunEnd
 
-/// A run of the file; nothing where a member is damaged.
+/// An entry of the file; empty where one of its members is damaged.
 std::optional<RecentRun> readRun(const QJsonObject &object)
 {
     RecentRun run;
@@ -44,7 +44,7 @@ QJsonObject writeRun(const RecentRun &run)
             {QStringLiteral("settings"), QJsonDocument::fromJson(writeRecipe(run.recipe)).object()}};
 }
 
-/// The file's entries as they are; none for a file that is none.
+/// The file's entries as they stand in it; empty where the file cannot be read.
 QJsonArray entriesOf(const QString &name)
 {
     QFile file(name);
@@ -53,15 +53,16 @@ QJsonArray entriesOf(const QString &name)
     return QJsonDocument::fromJson(file.readAll()).object().value(QStringLiteral("runs")).toArray();
 }
 
+/// The text of a file with these entries, as many as fit.
 QByteArray fileText(const QJsonArray &entries)
 {
-    constexpr qint64 margin = 100; // around the list
+    constexpr qint64 margin = 100; // bytes around the list
     QJsonArray list;
     qint64 size = 0;
     for (const QJsonValue &entry : entries) {
         const qint64 length = QJsonDocument(entry.toObject()).toJson(QJsonDocument::Compact).size() + 1;
         if (list.size() == mostRecentRuns || size + length > largestFile - margin || !entry.isObject())
-            continue; // one that is too large does not drive out the others
+            continue; // an entry that is too large must not push out the others
         size += length;
         list += entry;
     }
@@ -84,11 +85,11 @@ QList<RecentRun> readRecentRuns(const QString &file, int most)
 
 bool addRecentRun(const QString &name, const RecentRun &run)
 {
-    constexpr int patience = 1000; // ms; another window writes a list in far less
+    constexpr int patience = 1000; // ms; another window writes its list in far less
     QDir().mkpath(QFileInfo(name).absolutePath());
     QLockFile lock(name + QStringLiteral(".lock"));
-    lock.tryLock(patience);               // without it, too: at worst a run is missing from a list
-    QJsonArray entries = entriesOf(name); // not read and written anew: settings may be large
+    lock.tryLock(patience);               // goes on without the lock: at worst a run is missing from the list
+    QJsonArray entries = entriesOf(name); // not parsed into recipes and back: settings may be large
     entries.prepend(writeRun(run));
     const QByteArray text = fileText(entries);
     QSaveFile file(name);

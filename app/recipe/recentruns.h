@@ -6,7 +6,7 @@
 #include <QList>
 #include <QString>
 
-// The runs of the window that were made last, kept in a JSON file of the user's.
+// The list of recent runs of the window, a JSON file in the folder of the user's settings.
 
 /// How a run ended.
 enum class RunEnd
@@ -16,26 +16,25 @@ enum class RunEnd
     Failed
 };
 
-/// A run that is over.
+/// A run that has ended.
 struct RecentRun
 {
     QDateTime started;
     RunEnd end = RunEnd::Done;
-    double seconds = 0.0; ///< that it took
-    Recipe recipe;        ///< with which it can be made again
+    double seconds = 0.0; ///< duration of the run
+    Recipe recipe;        ///< settings of the run
 };
 
 constexpr int mostRecentRuns = 50;
 
-/// The runs of the file, the newest first, so many at most. What is damaged in it is left out; a file that is
-/// none gives none.
+/// At most `most` runs, newest first. Damaged entries are skipped; an unreadable file gives an empty list.
 QList<RecentRun> readRecentRuns(const QString &file, int most = mostRecentRuns);
 
-/// Puts a run before those of the file, which keeps the newest 50, as far as 16 MiB hold them. Returns whether
-/// they were written.
+/// Puts a run at the head of the file's list. The file keeps the newest `mostRecentRuns` runs, fewer where they
+/// would exceed 16 MiB. Returns whether the file was written.
 bool addRecentRun(const QString &file, const RecentRun &run);
 
-/// "0:07", "12:30" or "1:02:03".
+/// Formats a duration in seconds as "0:07", "12:30" or "1:02:03".
 QString durationText(double seconds);
 
 /// "Done", "Stopped" or "Failed" in the language in use.

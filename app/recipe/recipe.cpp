@@ -27,15 +27,18 @@ QString wrongMember(const QString &name, const Label &expected)
     return labelText({"MESS_REC_MEMBRE_INV", "« %1 » doit être %2."}).arg(name, labelText(expected));
 }
 
-/// The text in a member of a recipe; nothing for a value of another kind. A text with a NUL character is
-/// refused, because GDAL would take the name up to it.
+/// The text in a member of a recipe; empty for a value of another kind, and for a text with a NUL character, at
+/// which GDAL would end the name.
 std::optional<QString> readText(const QJsonValue &value)
 {
     const QString text = value.toString();
     return value.isString() && !text.contains(QChar(0)) ? std::optional(text) : std::nullopt;
 }
 
-/// Reads a member other than "format", "process" and "options". Returns why its value is not valid.
+// The functions below fill in the recipe. Each returns the problem of the JSON that it reads, in a sentence;
+// empty when that is valid.
+
+/// Reads a member other than "format", "process" and "options".
 QString readMember(Recipe &recipe, const QString &name, const QJsonValue &value, const QString &folder)
 {
     static constexpr Label bandNumber{"MESS_REC_UNE_BANDE", "un numéro de bande, à partir de 1"};
@@ -105,12 +108,12 @@ QString readObject(Recipe &recipe, QJsonObject object, const QString &folder)
 RecipeReading readRecipe(const QByteArray &json, const QString &folder)
 {
     RecipeReading reading;
-    QJsonParseError fault;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &fault);
-    if (fault.error != QJsonParseError::NoError) {
-        const auto line = json.left(fault.offset).count('\n') + 1;
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
+    if (error.error != QJsonParseError::NoError) {
+        const auto line = json.left(error.offset).count('\n') + 1;
         reading.problem = labelText({"MESS_REC_PAS_JSON", "Ligne %1 : ce n'est pas du JSON valable (%2)."})
-                              .arg(QString::number(line), fault.errorString());
+                              .arg(QString::number(line), error.errorString());
     } else if (!document.isObject()) {
         reading.problem = labelText({"MESS_REC_PAS_OBJET", "Une recette est un objet JSON, entre accolades."});
     } else {

@@ -5,13 +5,12 @@
 #include <QByteArray>
 #include <QString>
 
-/// The description of one run, as a recipe file, the window's settings and the batch program's arguments hold
-/// it.
+/// The settings of one run: what a recipe file, the window and the batch program's arguments describe.
 struct Recipe
 {
     QString process; ///< word of the process (processWord())
-    QString input;   ///< path of the DEM; empty: it is named elsewhere
-    QString output;  ///< path of the product; empty: it is named elsewhere
+    QString input;   ///< path of the DEM; empty: the window or the command line names it
+    QString output;  ///< path of the product; empty: the window or the command line names it
     int band = 1;    ///< band of the DEM, counted from 1
     OutputOptions outputOptions;
     ProcessOptions options;
@@ -19,11 +18,11 @@ struct Recipe
     bool operator==(const Recipe &other) const = default;
 };
 
-/// A recipe that was read.
+/// The result of reading a recipe.
 struct RecipeReading
 {
     Recipe recipe;
-    QString problem; ///< what is not valid, and where, in a sentence; empty for a good recipe
+    QString problem; ///< what in the recipe is not valid, in a sentence; empty for a good recipe
 };
 
 /// Reads a recipe, a JSON object (UTF-8):
@@ -33,14 +32,14 @@ struct RecipeReading
 ///      "overviews": false,
 ///      "options": {"altitude": 60}}
 ///
-/// "format" and "process" are required. The output options are the names of outputOptionFields(), the members
-/// of "options" the fields of the process's option record. A member that is not known is a problem, so that a
-/// typing mistake is noticed. Relative paths are taken as relative to `folder`.
+/// "format" and "process" are required. The names of the output options are those of outputOptionFields(), the
+/// members of "options" are the fields of the process's option record. An unknown member is a problem, so that
+/// typing mistakes are noticed. Relative paths are relative to `folder`.
 RecipeReading readRecipe(const QByteArray &json, const QString &folder);
 
 /// Reads a recipe file of at most 64 MiB. The problem begins with the file's name.
 RecipeReading readRecipeFile(const QString &name);
 
-/// Writes the recipe as such an object, with every option of the process; colours and observers are held by
-/// value. The text is UTF-8 and ends in a line feed.
+/// Formats the recipe as such an object with every option of the process, including its colours and observers.
+/// The text is UTF-8 and ends in a line feed.
 QByteArray writeRecipe(const Recipe &recipe);

@@ -7,8 +7,8 @@
 namespace
 {
 
-/// What a run needs besides the argument fragment of its options: one overload for each process that needs
-/// more.
+/// Adds what a run needs besides the argument fragment of its options. There is one overload for each process
+/// that needs more.
 class Preparation
 {
 public:

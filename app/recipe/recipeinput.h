@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-/// What the options of a recipe contribute to a run.
+/// The tool's input, made from the options of a recipe.
 struct RecipeInput
 {
     ToolInput toolInput;
@@ -16,7 +16,7 @@ struct RecipeInput
     QString problem;         ///< why the run cannot start, in a sentence; empty when it can
 };
 
-/// Prepares the tool's input for a run without a window: formats the argument fragment and writes the colour
-/// table or the observers to the work folder where the tool needs a file of them. `band` of the DEM counts from
-/// 1. The DEM is read only where the options depend on it.
+/// Prepares the tool's input for a run without a window: formats the argument fragment and, where the tool
+/// needs them, writes the colour table or the observers to a file in the work folder. `band` of the DEM counts
+/// from 1. The DEM is read only where the options depend on it.
 RecipeInput prepareInput(const ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder);

@@ -11,7 +11,8 @@
 namespace
 {
 
-/// Reads the table by value, or else the file. A table by value is never plain: the tool has no file of it yet.
+/// Reads the colours of the options or, where there are none, the file. Colours of the options are never plain:
+/// the tool has no file of them yet.
 ColorTableReading readTable(const ColorReliefOptions &options, const QString &file)
 {
     if (options.colors.isEmpty())
@@ -46,11 +47,11 @@ Extremes exactExtremes(const QString &dem, int band)
     return reader.extremes();
 }
 
-/// The text of a table file, or why there is none.
+/// The text of a table file.
 struct TableText
 {
     QByteArray text;
-    QString problem; ///< a sentence; empty for a good text
+    QString problem; ///< why there is no text, in a sentence; empty for a good text
 };
 
 /// The table spread over the elevations that the options name, or over those of every cell of the band.

@@ -5,19 +5,19 @@
 
 #include <QString>
 
-// The colour table of a recipe: a file, a table of the library, or colours by value.
+// The colour table of a recipe: a file, a table of the library, or a list of colours in the recipe itself.
 
 /// The colour table file for the tool.
 struct ToolTable
 {
-    QString file;
-    bool isTemporary = false; ///< the file lies in the work folder
+    QString file;             ///< path of the table
+    bool isTemporary = false; ///< the file is in the work folder
     QString problem;          ///< why the table cannot be used, in a sentence; empty for a good table
 };
 
-/// Path of the table of that name: the name itself where such a file exists, else a table of the folder
-/// "libraries/colormap" beside the program (its dtm.txt for an empty name). The name is returned where there is
-/// no such file.
+/// Path of the table of that name: the name itself where such a file exists, else the table in the folder
+/// "libraries/colormap" beside the program, with or without its ".txt". An empty name stands for "dtm". Returns
+/// the name itself where no table has it.
 QString colorTableFile(const QString &name);
 
 /// Why the table of the options cannot be used, in a sentence; empty for a good table.
@@ -26,11 +26,13 @@ QString colorTableProblem(const ColorReliefOptions &options);
 /// Whether the table of the options holds elevations and percentages side by side.
 bool mixesUnits(const ColorReliefOptions &options);
 
-/// Finds the table of the options. A table by value, a table that is spread over the DEM's elevations, and one
-/// that the tool would read differently are written to a file of the work folder. Where the options do not name
-/// the elevations to spread over, every cell of the band is read. `band` counts from 1.
+/// Finds the table of the options. It is written to a file in the work folder where the recipe itself holds its
+/// colours, where it is spread over the DEM's elevations, and where the tool would read the original
+/// differently. Where the options do not name the elevations to spread over, every cell of the band is read.
+/// `band` counts from 1.
 ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, int band, WorkFolder &workFolder);
 
-/// Replaces the table of a colour relief by the colours of `file`, which is the table that the tool reads.
-/// Spread again, the table might meet other extreme elevations. Options of another process are not changed.
+/// Replaces the table of a colour relief by the colours of `file`, the table that the tool reads. They are not
+/// spread again, since a later run might find other extreme elevations. Options of another process are not
+/// changed.
 void holdTableByValue(ProcessOptions &options, const QString &file);

@@ -13,12 +13,13 @@ ProductRun::ProductRun(QuvoScriptRunner &runner)
     connect(&runner, &QuvoScriptRunner::error, this, &ProductRun::onError);
 }
 
-void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool window, const QString &icon)
+void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool showProgress,
+                       const QString &icon)
 {
     m_plan = plan;
     m_outcome = {};
     m_lock = std::move(lock);
-    m_window = window;
+    m_showProgress = showProgress;
     m_icon = icon;
     m_buildingOverviews = false;
     m_statisticsFiles = StatisticsFiles(plan.touchedInputFiles);
@@ -30,8 +31,8 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     }
     m_plan.outputs.first().before = namesakes(m_plan.outputs.first());
     const QString title = labelText(processRow(*plan.request.process).stepTitle);
-    m_runner.run({{plan.command, title}}, {m_plan.outputs}, window ? ProgressWindowWithStop : NoProgressWindow,
-                 icon);
+    m_runner.run({{plan.command, title}}, {m_plan.outputs},
+                 showProgress ? ProgressWindowWithStop : NoProgressWindow, icon);
 }
 
 void ProductRun::stop()
@@ -53,10 +54,10 @@ void ProductRun::buildOverviews()
                                    QuvoOutputFileKind::PlainFile};
     const QString title = labelText({"MESS_CALC_VUES", "Calcul des vues d'ensemble du résultat."});
     m_runner.run({{m_plan.overviewCommand, title}}, {{overviews}},
-                 m_window ? ProgressWindowWithStop : NoProgressWindow, m_icon);
+                 m_showProgress ? ProgressWindowWithStop : NoProgressWindow, m_icon);
 }
 
-/// The product stays, whatever became of its overviews.
+/// Ends the run with the product, which stays even where its overviews could not be built.
 void ProductRun::endWithoutOverviews(const QString &warning)
 {
     if (!warning.isEmpty())
@@ -117,7 +118,7 @@ void ProductRun::onError(const QString &toolText)
         return;
     }
     m_outcome.toolText = toolText;
-    if (m_runner.lastExitCode() != 0) // a tool that could not be started has none
+    if (m_runner.lastExitCode() != 0) // 0: the tool could not be started
         m_outcome.exitCode = m_runner.lastExitCode();
     end();
     emit failed(toolText);

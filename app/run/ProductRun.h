@@ -14,27 +14,31 @@ class QuvoScriptRunner;
 /// How a run ended.
 struct RunOutcome
 {
-    QString problem;             ///< what is wrong with a product that failed its check; empty otherwise
-    QString toolText;            ///< what the tool wrote on its standard error
-    std::optional<int> exitCode; ///< of the tool; none when it was stopped or never started
-    long long featureCount = 0;  ///< of a vector product
-    QStringList warnings;        ///< what is missing beside a product that is whole
+    QString problem;  ///< what is wrong with the product, or why the old one stays, in a sentence; or empty
+    QString toolText; ///< what the tool wrote on its standard error
+    std::optional<int> exitCode; ///< of the tool; empty when it was stopped or never started
+    long long featureCount = 0;  ///< number of features of a vector product
+    QStringList warnings;        ///< sentences about overviews that could not be built beside a whole product
 };
 
-/// A run that makes a product: one step of the script runner, and a look at what came out. Window and batch
-/// program make theirs with it. While none is started the script runner's signals concern somebody else.
+/// Makes a product: runs the tool, checks the product and builds its overviews. The window and the batch
+/// program share it. While no run is on, the script runner's signals belong to another user of the runner and
+/// are ignored.
 class ProductRun : public QObject
 {
     Q_OBJECT
 
 public:
+    /// `runner` outlives this object.
     explicit ProductRun(QuvoScriptRunner &runner);
 
-    /// Starts a plan without a fault, whose lock is held until the run has ended. One of the signals follows,
-    /// possibly from inside this call.
-    void start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool window, const QString &icon);
+    /// Starts a plan that has no problem. The lock is held until the run has ended. `icon` is the path of the
+    /// picture in the progress window. finished(), aborted() or failed() follows, possibly from inside this
+    /// call.
+    void start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool showProgress, const QString &icon);
 
-    /// Stops the run, which aborted() follows; does nothing when none is on, so that a finished product stays.
+    /// Stops the run; aborted() follows, or finished() when only the overviews were missing. Does nothing while
+    /// no run is on.
     void stop();
 
     bool isRunning() const { return m_lock != nullptr; }
@@ -42,11 +46,12 @@ public:
     const RunOutcome &outcome() const { return m_outcome; }
 
 signals:
-    /// The product is there and was found whole.
+    /// The product passed its check.
     void finished();
-    /// The run was stopped; nothing of the product is left.
+    /// The run was stopped and the product deleted.
     void aborted();
-    /// The run failed, or its product was no good; nothing of it is left.
+    /// There is no new product: the old one could not be removed, the tool failed, or its product did not pass
+    /// the check and was deleted.
     void failed(const QString &toolText);
 
 private:
@@ -62,7 +67,7 @@ private:
     RunOutcome m_outcome;
     StatisticsFiles m_statisticsFiles;
     std::unique_ptr<OutputLock> m_lock;
-    bool m_window = false;
+    bool m_showProgress = false;
     QString m_icon;
-    bool m_buildingOverviews = false; ///< the product itself is done and whole
+    bool m_buildingOverviews = false; ///< the product has passed its check
 };

@@ -10,7 +10,7 @@
 namespace
 {
 
-/// The output may not exist yet; its folder does.
+/// Resolves the links in the output's path. The output may not exist yet; its folder does.
 QString canonicalOutput(const QString &output)
 {
     const QFileInfo file(output);
@@ -27,7 +27,7 @@ OutputLock::OutputLock(const QString &output)
         QCryptographicHash::hash(encodePath(canonicalOutput(output)), QCryptographicHash::Sha1);
     const QString name = QStringLiteral("quvodem-%1.lock").arg(QString::fromLatin1(key.toHex()));
     m_lock = std::make_unique<QLockFile>(QDir(QDir::tempPath()).filePath(name));
-    m_lock->setStaleLockTime(0); // a long run is no stale lock; the lock of a dead process still is
+    m_lock->setStaleLockTime(0); // a lock never becomes stale by its age, only by the end of its process
     if (m_lock->tryLock())
         return;
     const QString file = QDir(QDir::tempPath()).filePath(name);

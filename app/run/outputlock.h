@@ -5,16 +5,16 @@
 
 #include <memory>
 
-/// Keeps a second run, of this program or another one of ours, from writing the same output. The lock is a file
-/// in the temporary directory, named after the output's canonical path, and ends with the object or with its
+/// Prevents two runs, of the window or the batch program, from writing the same output. The lock is a file in
+/// the temporary directory, named after the output's canonical path. It ends with this object or with its
 /// process.
 class OutputLock
 {
 public:
-    /// Takes the lock of an output in an existing folder.
+    /// Tries to lock an output, without waiting. Its folder exists; the output itself need not.
     explicit OutputLock(const QString &output);
 
-    /// Why the output is not free, in a sentence; empty when the lock is held.
+    /// Why the output could not be locked, in a sentence; empty when the lock is held.
     QString problem() const { return m_problem; }
 
 private:

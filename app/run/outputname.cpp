@@ -12,7 +12,8 @@
 namespace
 {
 
-/// By the file itself, hard links included; a file that does not exist is the same as no other.
+/// Whether both paths lead to one file, by hard or symbolic links, too. A file that does not exist equals no
+/// other.
 bool isSameFile(const QString &one, const QString &other)
 {
     std::error_code error;
@@ -25,7 +26,7 @@ bool hasControlCharacter(const QString &name)
                        [](QChar character) { return character.category() == QChar::Other_Control; });
 }
 
-/// The part behind the last dot of the name's last part; empty when there is none. A leading dot begins a name.
+/// The text behind the last dot of the file name; empty where there is none. A leading dot begins no extension.
 QString extensionOf(const QString &path)
 {
     const QString name = QFileInfo(path).fileName();
@@ -33,6 +34,7 @@ QString extensionOf(const QString &path)
     return dot > 0 ? name.mid(dot + 1) : QString();
 }
 
+/// The problem of the name itself.
 QString nameProblem(const QString &name, const QStringList &extensions)
 {
     if (name.isEmpty())
@@ -53,6 +55,7 @@ QString nameProblem(const QString &name, const QStringList &extensions)
     return {};
 }
 
+/// The problem of the folder and the file that the name leads to.
 QString placeProblem(const QFileInfo &file, const QStringList &inputFiles)
 {
     if (file.isDir())
@@ -66,15 +69,15 @@ QString placeProblem(const QFileInfo &file, const QStringList &inputFiles)
             .arg(folder.filePath());
 
     if (isOneOf(file.absoluteFilePath(), inputFiles))
-        return partOfInput(file.absoluteFilePath());
+        return partOfInputProblem(file.absoluteFilePath());
     if (file.exists() && !file.isWritable())
         return labelText({"MESS_SORTIE_PROTEGEE", "Le fichier « %1 » est protégé en écriture."})
             .arg(file.absoluteFilePath());
     return {};
 }
 
-/// The file that a name leads to, through links that may lead nowhere yet: the tool would write there, and a
-/// deletion would take the link alone.
+/// The file that a path leads to through symbolic links, which may lead to a file that does not exist yet. The
+/// tool would write that file, whereas deleting the path would remove only the link.
 QString linkTarget(QString path)
 {
     constexpr int mostLinks = 40;
@@ -90,7 +93,7 @@ bool isOneOf(const QString &path, const QStringList &files)
     return std::any_of(files.begin(), files.end(), [&](const QString &file) { return isSameFile(path, file); });
 }
 
-QString partOfInput(const QString &path)
+QString partOfInputProblem(const QString &path)
 {
     return labelText({"MESS_SORTIE_ENTREE", "« %1 » fait partie du MNT d'entrée ; choisissez un autre nom."})
         .arg(path);

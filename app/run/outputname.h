@@ -5,38 +5,38 @@
 #include <QString>
 #include <QStringList>
 
-/// An output name as a run takes it, or why no run can take it.
+/// The result of checking an output name.
 struct OutputName
 {
-    QString path;    ///< absolute, with an extension of the format
-    QString problem; ///< why it cannot be used, in a sentence; empty for a good name
+    QString path;    ///< absolute path that the run writes, with an extension, links resolved
+    QString problem; ///< why the name cannot be used, in a sentence; empty for a good name
 };
 
-/// Appends the first extension to a name whose last part has none.
+/// Appends the first extension to a name whose last part has no extension.
 QString withExtension(const QString &name, const QStringList &extensions);
 
-/// Judges an output name before a run.
+/// Checks an output name before a run. A relative name is one of the current directory.
 ///
-/// Not usable: an empty name, one with control characters, a folder, a name in a folder that is missing or
-/// cannot be written to, a file that cannot be written to, an extension that is none of the format's, and the
-/// input itself: the tool would overwrite it, and a stop would delete it. inputFiles are the files of the input
-/// data set (RasterInfo); they are recognised under any of their names, through links, too. extensions are the
-/// format's, without their dot; none: any extension will do. A relative name is one of the current directory.
+/// These cannot be used: an empty name, a name with control characters, a folder, a name in a folder that is
+/// missing or not writable, a file that is not writable, an extension that the format does not have, and a file
+/// of the input, which the tool would overwrite and a stop would delete. `inputFiles` are the files of the
+/// input data set (RasterInfo::files), recognised through hard and symbolic links, too. `extensions` are those
+/// of the format, without dots; where the list is empty, any extension is allowed.
 OutputName checkOutputName(const QString &name, const QStringList &extensions, const QStringList &inputFiles);
 
-/// Whether the path leads to one of the files, under any of their names.
+/// Whether the path leads to one of the files, through hard and symbolic links, too.
 bool isOneOf(const QString &path, const QStringList &files);
 
-/// A sentence that says that a file is part of the input.
-QString partOfInput(const QString &path);
+/// A sentence: the file is part of the input DEM.
+QString partOfInputProblem(const QString &path);
 
-/// The files that GDAL keeps under a raster's whole name ("a.tif.ovr" beside "a.tif"), whether they are there
-/// or not.
+/// Paths of the files that GDAL keeps under a raster's whole name ("a.tif.ovr" beside "a.tif"), whether they
+/// exist or not.
 QStringList wholeNameFiles(const QString &raster);
 
-/// Bytes that a raster product of that size needs without compression; 0 for a vector product.
+/// Size in bytes of an uncompressed product of so many cells; 0 for a vector product.
 qint64 expectedProductSize(const ProcessRow &process, int width, int height);
 
-/// Warns, in one sentence, that the disk of that file has less space left than `bytes`; empty when it has
-/// enough, or when its space is not known.
+/// A sentence where the disk that holds the folder of `path` has less than `bytes` free; empty when it has
+/// enough or its free space is unknown.
 QStringList freeSpaceWarnings(const QString &path, qint64 bytes);

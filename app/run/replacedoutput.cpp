@@ -17,19 +17,19 @@ namespace
 
 using VectorDataSet = std::unique_ptr<GDALDataset>;
 
-/// The product as its format's driver reads it; null when it is none of that driver's.
+/// The product, opened by the driver of its format; null when that driver cannot open it.
 VectorDataSet openedByItsDriver(const QuvoOutputFile &product)
 {
     if (product.kind != QuvoOutputFileKind::Vector || !QFileInfo(product.path).isFile())
         return nullptr;
-    const GdalMessages messages; // a broken product is no surprise here
+    const GdalMessages messages; // a broken product is expected here, so GDAL's messages are dropped
     const QByteArray driver = product.driver.toUtf8();
     const char *const drivers[] = {driver.constData(), nullptr};
     return VectorDataSet(
         GDALDataset::Open(encodePath(product.path).constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers));
 }
 
-/// Whether the data set is made of files of the product's name alone.
+/// Whether all files of the data set have the product's name and folder.
 bool keepsToItsName(GDALDataset &dataset, const QFileInfo &product)
 {
     char **list = dataset.GetFileList();
@@ -55,7 +55,7 @@ QString removeReplaced(const QuvoOutputFile &product)
     if (dataset && keepsToItsName(*dataset, file)) {
         GDALDriver *driver = dataset->GetDriver();
         dataset.reset();
-        const GdalMessages messages; // told by the file that is still there
+        const GdalMessages messages; // dropped: a failure shows in the file that still exists
         driver->Delete(encodePath(product.path).constData());
     } else {
         dataset.reset();

@@ -54,17 +54,18 @@ QString colorTableProblem(const ProcessingRequest &request)
     return labelText({"MESS_TC_ABSENTE", "La table couleur « %1 » n'existe pas."}).arg(file);
 }
 
+/// The problem of files that the run writes or removes beside the product.
 QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFilesList &outputs,
                          const QStringList &inputFiles)
 {
     for (const QuvoOutputFile &output : outputs) {
         if (isOneOf(output.path, inputFiles))
-            return partOfInput(output.path);
+            return partOfInputProblem(output.path);
     }
+    // Such a file would be read as part of the product, or removed with the product that the run replaces.
     for (const QString &file : wholeNameFiles(request.output)) {
-        if (isOneOf(file,
-                    inputFiles)) // it would pass for the product's, or be removed with the one that is replaced
-            return partOfInput(file);
+        if (isOneOf(file, inputFiles))
+            return partOfInputProblem(file);
     }
     const QFileInfo product(request.output);
     const auto isNeighbour = [&](const QString &inputFile) {

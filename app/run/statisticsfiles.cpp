@@ -34,14 +34,14 @@ StatisticsFiles::StatisticsFiles(const QStringList &demFiles)
 
 void StatisticsFiles::restore() const
 {
-    for (const Noted &noted : m_files) {
-        if (!QFileInfo::exists(noted.path))
+    for (const Snapshot &before : m_files) {
+        if (!QFileInfo::exists(before.path))
             continue;
-        if (!noted.existed) {
-            QFile::remove(noted.path);
-        } else if (!noted.content.isEmpty() && contentOf(noted.path) != noted.content) {
-            QSaveFile file(noted.path);
-            if (file.open(QIODevice::WriteOnly) && file.write(noted.content) == noted.content.size())
+        if (!before.existed) {
+            QFile::remove(before.path);
+        } else if (!before.content.isEmpty() && contentOf(before.path) != before.content) {
+            QSaveFile file(before.path);
+            if (file.open(QIODevice::WriteOnly) && file.write(before.content) == before.content.size())
                 file.commit();
         }
     }

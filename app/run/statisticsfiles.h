@@ -5,29 +5,29 @@
 #include <QStringList>
 #include <QVector>
 
-/// The files in which a tool that computes statistics leaves them: "dem.tif.aux.xml" beside each file of the
-/// DEM, and virtual rasters themselves. This puts them back as they were.
+/// Restores the files in which a tool stores the statistics that it computes: "dem.tif.aux.xml" beside each
+/// file of the DEM, and virtual rasters themselves.
 class StatisticsFiles
 {
 public:
     StatisticsFiles() = default;
 
-    /// Notes what stands there now. demFiles: the files that the DEM is made of (RasterInfo::files).
+    /// Reads the present contents. demFiles: the files that the DEM is made of (RasterInfo::files).
     explicit StatisticsFiles(const QStringList &demFiles);
 
-    /// Removes the files that were not there, and writes what the others held.
+    /// Removes the files that did not exist, and restores the contents of the others.
     void restore() const;
 
 private:
-    struct Noted
+    struct Snapshot
     {
         QString path;
         bool existed;
         QByteArray content;
     };
-    QVector<Noted> m_files;
+    QVector<Snapshot> m_files;
 };
 
-/// The files of the DEM that a colour relief with this table leaves statistics in; none for a table without
-/// percentages, with which the tool computes none.
+/// The files of the DEM that a colour relief with this table leaves statistics in or beside. Empty for a table
+/// without percentages: the tool computes statistics only for those.
 QStringList filesWithStatistics(const QString &colorTableFile, const QStringList &demFiles);

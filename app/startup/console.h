@@ -3,11 +3,12 @@
 #include <QByteArray>
 #include <QString>
 
-/// Prints on standard output as it stands, at once.
+/// Prints the text on standard output in the encoding of the locale and flushes it.
 void printOutput(const QString &text);
 
-/// All that comes on standard input, up to that many bytes.
+/// Reads standard input to its end, at most `most` bytes; empty when it cannot be read.
 QByteArray readInput(qint64 most);
 
-/// Prints on standard error, at once, with a line feed at its end; nothing for an empty text.
+/// Prints the text on standard error, with a line feed at its end, and flushes it. Prints nothing for an empty
+/// text.
 void printError(const QString &text);

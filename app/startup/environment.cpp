@@ -34,7 +34,7 @@ void exportVariable(const QByteArray &assignment)
 #endif
 }
 
-/// The settings value of a path "application/group/key" under our organisation.
+/// The value that the user's settings hold under the path "application/group/key".
 QString registeredValue(const QString &keyPath, const QString &defaultValue)
 {
     const QSettings settings(QStringLiteral("KARVEX"), keyPath.section(QLatin1Char('/'), 0, 0));
@@ -42,7 +42,8 @@ QString registeredValue(const QString &keyPath, const QString &defaultValue)
     return value.isEmpty() ? defaultValue : value;
 }
 
-/// A value of the environment file; a settings key's, when it is empty; else the default.
+/// The value of `key` in the environment file. Where it is empty, the value of the settings key that the file
+/// names under `registerKey`; without that, the default.
 QString lookUp(const IniFile &file, const char *key, const char *registerKey, const QString &defaultValue)
 {
     const QString value = decodePath(file.get(direct, key, "").constData());
@@ -52,6 +53,7 @@ QString lookUp(const IniFile &file, const char *key, const char *registerKey, co
     return keyPath.isEmpty() ? defaultValue : registeredValue(keyPath, defaultValue);
 }
 
+/// Whether variables that name the folder are exported.
 bool isExported(const QString &folder)
 {
 #ifdef Q_OS_WIN
@@ -115,10 +117,10 @@ Environment readEnvironment(const QString &executable)
         const IniFile file(path);
         environment.language = lookUp(file, "LANGUAGE", "QuvoRegKey_Language", environment.language);
         environment.installDir = lookUp(file, "INSTALL_DIR", "QuvoRegKey_InstallDir", environment.installDir);
-        // QuvoRegKey_MessagesDir may stand in the file, and its value is not used: kept so on purpose.
-        const QString given = decodePath(file.get(direct, "MESSAGES_DIR", "").constData());
-        if (!given.isEmpty())
-            messages = given;
+        // The file may hold QuvoRegKey_MessagesDir. Its value is not used: kept so on purpose.
+        const QString messagesDir = decodePath(file.get(direct, "MESSAGES_DIR", "").constData());
+        if (!messagesDir.isEmpty())
+            messages = messagesDir;
     }
     environment.messagesPath = environment.installDir + QDir::separator() + messages;
     return environment;
@@ -134,7 +136,7 @@ QString driverPath(const QString &installDir)
 
 QVector<QByteArray> gdalVariables(const QString &installDir, const QByteArray &searchPath)
 {
-    // An empty search path would leave an empty element, which stands for the current directory.
+    // A separator before an empty search path would add an empty element, which means the current directory.
     const QByteArray separator(searchPath.isEmpty() ? 0 : 1, QDir::listSeparator().toLatin1());
     QVector<QByteArray> variables;
     variables += "PATH=" + encodePath(QDir::toNativeSeparators(installDir)) + separator + searchPath;
@@ -160,7 +162,7 @@ void exportGdalVariables(const QString &installDir)
 {
     for (const QByteArray &variable : gdalVariables(installDir, qgetenv("PATH")))
         exportVariable(variable);
-    CPLSetConfigOption("SHAPE_ENCODING", ""); // an empty variable is none on Windows
+    CPLSetConfigOption("SHAPE_ENCODING", ""); // Windows drops an empty variable
 }
 
 void exportMessageVariables(const Environment &environment)

@@ -4,11 +4,11 @@
 #include <QString>
 #include <QVector>
 
-// What the program takes from its surroundings at start, and what it hands on to GDAL and to the tools.
+// The program's environment: what it reads at start-up, and what it sets for GDAL and the tools.
 
-/// Makes sure that file names of any language reach the tools: in a locale without an encoding of its own ("C",
-/// "POSIX") the process and its children use UTF-8. Called before the application object is made; does nothing
-/// elsewhere.
+/// Switches the process and its children to UTF-8 where the locale has no encoding of its own ("C", "POSIX"),
+/// so that file names of any language reach the tools. Does nothing in other locales. Called before the
+/// application object is made.
 void useUtf8Paths();
 
 /// Makes Qt draw without a display, unless the environment names a platform. Called before the application
@@ -19,39 +19,41 @@ void useOffscreenPlatform();
 struct Environment
 {
     QString language;     ///< "FRENCH", "ENGLISH" or another name of messages/dicoindex.h
-    QString installDir;   ///< root of data, driver and the messages
+    QString installDir;   ///< folder that holds "data", "driver" and the messages
     QString messagesPath; ///< folder of the dictionaries
 };
 
-/// The environment file of a program: its path without ".exe" (in any letters) and with "_env.ini" behind it;
-/// when there is no such file, "setup_env.ini" in its folder, whether that exists or not.
+/// Path of a program's environment file: the program's path without ".exe" (in any case), followed by
+/// "_env.ini". Where no such file exists, "setup_env.ini" in the program's folder, whether that exists or not.
 QString environmentFile(const QString &executable);
 
 /// "FRENCH" where the system's language is French, "ENGLISH" everywhere else.
 QString systemLanguage();
 
-/// Reads the environment file (see its comments), the settings that it refers to, and the system's language.
-/// Sets no variable.
+/// Reads the environment file (resources/QuvoDemToolBox_env.ini describes its keys) and the settings that it
+/// refers to. Where they name no language, the system's is used. Sets no variable.
 Environment readEnvironment(const QString &executable);
 
 /// Variables that GDAL, OGR and the tools read, as "NAME=value" in the file system's encoding, in the order in
-/// which they are exported. Those of a folder that the installation lacks are left out, but on Windows: a
-/// GDAL_DATA or a driver path that leads nowhere would switch off GDAL's own. searchPath: the value of PATH so
-/// far.
+/// which they are exported. Except on Windows, variables of a folder that the installation lacks are left out:
+/// a GDAL_DATA or a driver path that leads nowhere would switch off GDAL's own. `searchPath` is the value of
+/// PATH, which the installation's folder is put before.
 QVector<QByteArray> gdalVariables(const QString &installDir, const QByteArray &searchPath);
 
-/// The folders in which GDAL looks for drivers of an installation, in one text; empty where they are not
-/// exported.
+/// The folders in which GDAL looks for the installation's drivers, joined by the list separator of the
+/// platform; empty where they are not exported.
 QString driverPath(const QString &installDir);
 
-/// Exports QUVO_BIN_HOME.
+/// Exports QUVO_BIN_HOME, the installation's folder.
 void exportInstallDir(const QString &installDir);
 
-/// Exports gdalVariables() and sets what Windows drops from the environment for this process's own GDAL.
+/// Exports gdalVariables(). Windows drops empty variables, so they are also set in this process's GDAL.
 void exportGdalVariables(const QString &installDir);
 
-/// Gives the C-level messages (messages/dico.h) the language in use, where the environment says nothing else.
+/// Exports the folder and the language of the C-level messages (messages/dico.h). A variable that is set
+/// already keeps its value.
 void exportMessageVariables(const Environment &environment);
 
-/// Gives them another language, where the one before was given by exportMessageVariables().
+/// Exports another language for the C-level messages, unless the variable holds something other than `before`:
+/// then the user set it.
 void exportLanguage(const QString &before, const QString &now);

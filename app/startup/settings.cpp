@@ -12,7 +12,8 @@ const QString organisation = QStringLiteral("KARVEX");
 const QString application = QStringLiteral("Riglios");
 const QString geometryGroup = QStringLiteral("LastGeometry");
 const QString recentGroup = QStringLiteral("RecentUsedListFile");
-// A key of its own: the environment file may refer to another one, over which what it says itself holds.
+// Not the key that the environment file refers to: a language in that file overrides it, but must not override
+// the user's choice.
 const QString languageKey = QStringLiteral("Interface/ChosenLanguage");
 
 QString recentKey(int index)
@@ -85,7 +86,7 @@ void writeChosenLanguage(const QString &language)
 
 QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens)
 {
-    constexpr QSize handle(100, 20); // of the window's upper edge: enough to take it by
+    constexpr QSize handle(100, 20); // pixels of the window's upper edge by which it can be dragged
     const QRect edge(wanted.left(), wanted.top(), wanted.width(), handle.height());
     const auto shows = [&](const QRect &screen) {
         const QRect shown = screen.intersected(edge);

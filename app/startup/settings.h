@@ -9,31 +9,31 @@
 
 // The per-user settings of the main dialog.
 
-/// Where the dialog was when it was closed.
+/// Size and position of the main dialog when it was closed, in device-independent pixels.
 struct LastGeometry
 {
     QSize size{707, 740};
     QPoint position{155, 10};
-    bool showPreview = true; ///< whether the preview area is shown
-    bool isDefault = true;   ///< nothing was stored yet
+    bool showPreview = true; ///< the preview area is shown
+    bool isDefault = true;   ///< no size was stored yet
 };
 
 LastGeometry readLastGeometry();
 void writeLastGeometry(const LastGeometry &geometry);
 
-/// The DEMs used last, absolute paths, the newest first.
+/// Absolute paths of the DEMs used last, newest first.
 QStringList readRecentFiles();
 void writeRecentFiles(const QStringList &paths);
 
-/// The file of the runs made last (app/recipe/recentruns), beside the user's other settings.
+/// Path of the list of recent runs (app/recipe/recentruns), in the folder of the user's settings.
 QString recentRunsFile();
 
-/// The language that the user chose in the window; `otherwise` where none was chosen.
+/// The language that the user chose in the window, "FRENCH" or "ENGLISH"; `otherwise` where none was chosen.
 QString chosenLanguage(const QString &otherwise);
 
-/// language: "FRENCH" or "ENGLISH".
+/// Stores the user's choice, "FRENCH" or "ENGLISH".
 void writeChosenLanguage(const QString &language);
 
-/// The geometry moved and shrunk so that the screens show it; screens: their available areas, the first the
-/// main one.
+/// The window's geometry, moved and shrunk so that a user can reach its title bar. `screens` are the available
+/// areas of the screens; without any, `wanted` is returned as it is.
 QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens);

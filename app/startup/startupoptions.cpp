@@ -2,6 +2,8 @@
 
 #include "dataset/pathencoding.h"
 
+#include <QFile>
+
 #include <cpl_string.h>
 
 namespace
@@ -10,7 +12,7 @@ namespace
 constexpr char keepOption[] = "-keep_startingdir";
 constexpr char dtmOption[] = "-startingdtm";
 
-/// The options as a name=value list of GDAL's, under their own names.
+/// The options as a name=value list of GDAL.
 CPLStringList collectOptions(const QStringList &arguments)
 {
     CPLStringList options;
@@ -26,11 +28,28 @@ CPLStringList collectOptions(const QStringList &arguments)
     return options;
 }
 
+QString readSheet(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+}
+
 } // namespace
 
 bool asksForStyleSheet(const QStringList &arguments)
 {
     return arguments.indexOf(QStringLiteral("-stylesheet"), 1) >= 0;
+}
+
+QString composeStyleSheet(const QString &applicationSheet)
+{
+    const QString scheme = QStringLiteral("file:///");
+    QString middle = QStringLiteral(":/QuvoGdalUtilities/qss/QuvoGdalUtilities.qss");
+    if (!applicationSheet.isEmpty())
+        middle = applicationSheet.mid(applicationSheet.indexOf(scheme) + scheme.size());
+    return QStringLiteral("%1\n\n%2\n\n%3")
+        .arg(readSheet(QStringLiteral(":/QuvoGdalUtilities/qss/global.qss")), readSheet(middle),
+             readSheet(QStringLiteral(":/qss/quvo_geotools_qt4.qss")));
 }
 
 StartupOptions readStartupOptions(const QStringList &arguments)

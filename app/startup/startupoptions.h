@@ -3,19 +3,30 @@
 #include <QString>
 #include <QStringList>
 
-/// What the program's own command-line options ask for.
+// What the options of the program's command line do at start-up. In each list of arguments the first one is the
+// program's name.
+
+/// The options that the main dialog starts with. Option names are lower case.
 struct StartupOptions
 {
-    bool any = false; ///< whether one of the two below was given
-    bool keepStartingDir =
-        false;           ///< -keep_startingdir: the first choice of a DEM begins in the current directory
-    QString startingDtm; ///< -startingdtm <path>: the input DEM at first; empty when it was not given
+    bool any = false; ///< at least one of the options below was given
+
+    /// -keep_startingdir: the first file dialog for a DEM opens in the current directory.
+    bool keepStartingDir = false;
+
+    QString startingDtm; ///< -startingdtm <path>: the first input DEM; empty when the option was not given
 };
 
-/// Whether "-stylesheet" is among the arguments. Qt itself takes the option and its value away, so this is
-/// asked of the raw arguments before the application object is made. The first argument is the program's name.
+/// Reads the options. All other arguments are skipped.
+StartupOptions readStartupOptions(const QStringList &arguments);
+
+/// Whether "-stylesheet" is among the arguments. Qt removes that option and its value from the arguments of the
+/// application object, so that the caller passes the raw arguments before the object is made.
 bool asksForStyleSheet(const QStringList &arguments);
 
-/// Reads the program's options; small letters only, everything else is skipped. The first argument is the
-/// program's name.
-StartupOptions readStartupOptions(const QStringList &arguments);
+/// Joins the three built-in style sheets to the application's.
+///
+/// applicationSheet: what the application object holds at start: empty, or "file:///" and the path that was
+/// given by "-stylesheet". The user's sheet replaces the main dialog's. A sheet that cannot be read counts as
+/// empty.
+QString composeStyleSheet(const QString &applicationSheet);

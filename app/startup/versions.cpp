@@ -18,7 +18,7 @@ QVector<LibraryVersion> libraryVersions()
          QStringLiteral("MIT"), QStringLiteral("https://gdal.org")},
         {QStringLiteral("Qwt"), QStringLiteral(QUVO_LIBRARY_QWT), QStringLiteral("Qwt (LGPL 2.1)"),
          QStringLiteral("https://qwt.sourceforge.io")},
-        // Its headers do not name their version; the functions in use are those of version 4.
+        // The headers of iniparser do not name their version; the functions in use are those of version 4.
         {QStringLiteral("iniparser"), QStringLiteral("4"), QStringLiteral("MIT"),
          QStringLiteral("https://github.com/ndevilla/iniparser")},
     };

@@ -3,15 +3,15 @@
 #include <QString>
 #include <QVector>
 
-/// Version of this program.
+/// Version of this program, such as "0.1.0".
 QString programVersion();
 
-/// A library in use, in the version that runs.
+/// A library that the program uses.
 struct LibraryVersion
 {
     QString name;
-    QString version;
+    QString version; ///< the version that is loaded, as far as the library reports it
     QString licence;
-    QString address; ///< of its home page
+    QString address; ///< URL of its home page
 };
 QVector<LibraryVersion> libraryVersions();

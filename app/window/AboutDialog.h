@@ -12,7 +12,7 @@ namespace Ui
 class AboutDialog;
 }
 
-/// Version, libraries with their versions and licences, and the folders in use.
+/// Shows the program's version, its libraries with their versions and licences, and the folders in use.
 class AboutDialog : public QDialog
 {
     Q_OBJECT

@@ -9,7 +9,7 @@
 namespace
 {
 
-/// The local file of a drop; empty for none, or more than one.
+/// Path of the local file in a drop; empty where the drop holds none or several.
 QString droppedFile(const QMimeData *data)
 {
     const QList<QUrl> addresses = data->urls();
@@ -29,9 +29,9 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::DragEnter && event->type() != QEvent::Drop)
         return QObject::eventFilter(watched, event);
-    auto drop = static_cast<QDropEvent *>(event); // of which the other is one, too
+    auto drop = static_cast<QDropEvent *>(event); // QDragEnterEvent is derived from it
     const QString file = droppedFile(drop->mimeData());
-    // A drop reaches a window that a modal one blocks, too.
+    // Drops also reach a window that a modal window blocks.
     if (file.isEmpty() || QApplication::activeModalWidget())
         return true;
     drop->acceptProposedAction();

@@ -4,17 +4,17 @@
 
 class QWidget;
 
-/// Takes files that are dropped on a window, one at a time.
+/// Accepts files that the user drops on a window, one at a time.
 class FileDrop : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The window, which owns this, accepts drops from here on.
+    /// Switches drops on for the window, which owns this object.
     explicit FileDrop(QWidget *window);
 
 signals:
-    /// path: of a local file or folder, absolute.
+    /// `path`: absolute path of a local file or folder.
     void dropped(const QString &path);
 
 protected:

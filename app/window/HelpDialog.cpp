@@ -10,7 +10,7 @@
 namespace
 {
 
-/// Qt's own font for code is a proportional one where the desktop names none.
+/// Gives code a monospace font: where the desktop names none, Qt shows code in a proportional one.
 void setCodeFont(QTextDocument &document)
 {
     QTextCharFormat code;
@@ -50,7 +50,7 @@ HelpDialog::HelpDialog(QWidget *parent)
 void HelpDialog::showGuide()
 {
     setWindowTitle(tr("Aide", "MESS_AIDE"));
-    const bool french = QLocale().language() == QLocale::French; // the language in use sets it
+    const bool french = QLocale().language() == QLocale::French; // the language manager sets the default locale
     QFile file(QStringLiteral(":/QuvoGdalUtilities/help/guide_%1.md")
                    .arg(french ? QLatin1String("fr") : QLatin1String("en")));
     if (file.open(QIODevice::ReadOnly))

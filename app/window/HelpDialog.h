@@ -4,7 +4,7 @@
 
 class QTextBrowser;
 
-/// The guide in the language in use.
+/// Shows the built-in guide in the language in use.
 class HelpDialog : public QDialog
 {
     Q_OBJECT

@@ -29,7 +29,7 @@ QString filterPattern()
 #endif
 }
 
-/// Size and time of the last change; the same for every virtual path.
+/// Identifies the file's content by its size and the time of its last change. Equal for all virtual paths.
 QString fileState(const QString &path)
 {
     const QFileInfo file(path);
@@ -57,8 +57,8 @@ InputDem::InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog)
     m_paths->installEventFilter(this);
     m_paths->lineEdit()->installEventFilter(this);
     connect(&m_typingTimer, &QTimer::timeout, this, &InputDem::tryTyped);
-    connect(this, &InputDem::changed, this, &InputDem::describe);
-    connect(m_bands, qOverload<int>(&QComboBox::currentIndexChanged), this, &InputDem::describe);
+    connect(this, &InputDem::changed, this, &InputDem::updateDem);
+    connect(m_bands, qOverload<int>(&QComboBox::currentIndexChanged), this, &InputDem::updateDem);
     connect(&m_scan, &ExtremesScan::finished, this, &InputDem::setExtremes);
 }
 
@@ -72,7 +72,7 @@ int InputDem::band() const
     return qMax(0, m_bands->currentIndex()) + 1;
 }
 
-void InputDem::describe()
+void InputDem::updateDem()
 {
     m_scan.stop();
     m_dem = {path(), band(), {}, !path().isEmpty(), fileState(path())};
@@ -153,7 +153,8 @@ void InputDem::onTyped()
     m_typingTimer.start();
 }
 
-/// While a path is being typed only a local file is looked at, and in silence.
+/// Opens the typed path if it is a local file that holds a DEM. Shows no warning, since the user may still be
+/// typing.
 void InputDem::tryTyped()
 {
     const QString typed = m_paths->currentText();
@@ -181,8 +182,8 @@ void InputDem::accept(const QString &accepted, const RasterInfo &info, Listing l
     emit changed(path());
 }
 
-/// Shows the path in the list, where it goes to the front unless it was chosen there: stepping through a list
-/// that moves would lead nowhere.
+/// Shows the path in the list and, unless the user chose it from the list, moves it to the front. Otherwise
+/// arrow keys could not step through the list, because each step would reorder it.
 void InputDem::showPath(Listing listing)
 {
     const QSignalBlocker blocker(m_paths);

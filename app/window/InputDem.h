@@ -9,17 +9,17 @@
 
 class QComboBox;
 
-/// The input DEM of the main dialog: an editable combo of the paths used last, and a combo of the raster's
-/// bands.
+/// The input DEM of the main dialog: an editable combo box of the recent paths, and a combo box of the bands.
 class InputDem : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The combos belong to the dialog, which is the parent of the warnings, too.
+    /// `dialog` owns the combo boxes and is the parent of warnings and file dialogs. All outlive this object.
     InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog);
 
-    /// The DEM as GDAL is given it; empty while there is none, or while the text in the combo is not the DEM's.
+    /// Path of the DEM: absolute, or a name by which GDAL opens a data set that is not a file. Empty while no
+    /// DEM is open or the text in the combo box is another one.
     QString path() const;
 
     /// The files that the DEM is made of (RasterInfo::files).
@@ -28,33 +28,33 @@ public:
     /// Number of the chosen band, from 1.
     int band() const;
 
-    /// Path and band as above, and what is known of the band's extreme values.
+    /// Path, band and extreme values of the DEM.
     const DemInfo &dem() const { return m_dem; }
 
-    /// Somebody read every cell of the DEM.
+    /// Sets the extreme values of the DEM's band, which replace an estimate; demChanged() follows.
     void setExtremes(const Extremes &extremes);
 
-    /// Opens the file and makes it the input. On failure a warning follows, and text, bands and DEM are as
-    /// before.
+    /// Opens the file and makes it the input; changed() and demChanged() follow. On failure shows a warning,
+    /// keeps text, bands and DEM, and returns false.
     bool choose(const QString &path);
 
-    /// Asks for a file and makes it the input.
+    /// Opens the file that the user selects in a file dialog.
     void select();
 
-    /// Whether the first dialog for choosing a DEM opens in the current directory.
+    /// Whether the first file dialog for a DEM opens in the current directory.
     void setKeepStartingDir(bool keep) { m_keepStartingDir = keep; }
 
 signals:
-    /// There is another DEM, or none for the moment (an empty path).
+    /// path() changed. It is empty while the user types.
     void changed(const QString &path);
 
-    /// There is another DEM or band, or more is known of it. An estimate of the extreme values follows each
-    /// change of DEM or band.
+    /// The DEM or band changed, or its extreme values became known. After each change of DEM or band the
+    /// extreme values are estimated in the background, and the signal follows again.
     void demChanged(const DemInfo &dem);
 
 protected:
-    /// Takes Return from the text field, which would press the dialog's default button, too, and the wheel,
-    /// which would open one DEM after another.
+    /// Handles Return in the text field, which would also press the dialog's default button, and ignores the
+    /// wheel, which would open one DEM after another.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -65,7 +65,7 @@ private:
     };
 
     bool open(const QString &typed, Listing listing);
-    void describe();
+    void updateDem();
     void onTyped();
     void tryTyped();
     void accept(const QString &accepted, const RasterInfo &info, Listing listing);
@@ -75,10 +75,10 @@ private:
     QComboBox *m_bands;
     QWidget *m_dialog;
     QTimer m_typingTimer;
-    QString m_path; ///< the DEM that was opened last, and the text that stands for it
+    QString m_path; ///< path of the DEM that was opened last, as the combo box shows it
     QStringList m_files;
     DemInfo m_dem;
     ExtremesScan m_scan;
-    QString m_lastChosenFolder; ///< of the DEM that was last chosen in a file dialog
+    QString m_lastChosenFolder; ///< folder of the DEM that was last selected in a file dialog
     bool m_keepStartingDir = false;
 };

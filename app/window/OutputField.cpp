@@ -7,8 +7,9 @@
 OutputField::OutputField(QLineEdit *name)
     : m_name(name)
 {
-    // An emptied field asks for a proposal again.
-    connect(m_name, &QLineEdit::textEdited, this, [this](const QString &text) { m_isUsers = !text.isEmpty(); });
+    // When the user empties the field, names are proposed again.
+    connect(m_name, &QLineEdit::textEdited, this,
+            [this](const QString &text) { m_writtenByUser = !text.isEmpty(); });
 }
 
 QString OutputField::name() const
@@ -20,7 +21,7 @@ void OutputField::propose(const QString &input, const QString &suffix, const QSt
 {
     static const QStringList productExtensions{QStringLiteral("tif"), QStringLiteral("tiff"),
                                                QStringLiteral("shp")};
-    if (m_isUsers)
+    if (m_writtenByUser)
         m_name->setText(adaptExtension(name(), extensions, productExtensions));
     else if (!input.isEmpty())
         m_name->setText(proposeOutputName(input, suffix, extensions.value(0)));
@@ -33,12 +34,12 @@ void OutputField::changeExtension(const QStringList &before, const QStringList &
 
 void OutputField::choose(const QString &name)
 {
-    m_isUsers = true;
+    m_writtenByUser = true;
     m_name->setText(name);
 }
 
 void OutputField::restore(const QString &name, const QString &input, const QString &suffix)
 {
-    m_isUsers = !isProposedName(name, input, suffix);
+    m_writtenByUser = !isProposedName(name, input, suffix);
     m_name->setText(name);
 }

@@ -6,34 +6,34 @@
 
 class QLineEdit;
 
-/// The output name of the main dialog: a proposal that follows input and process, until the user writes another
-/// one.
+/// The output name of the main dialog. It is proposed from input and process until the user writes a name.
 class OutputField : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The line edit belongs to the dialog.
+    /// The dialog owns the line edit, which outlives this object.
     explicit OutputField(QLineEdit *name);
 
-    /// The name as it stands; empty for none.
+    /// The name that the field shows, relative or absolute; may be empty.
     QString name() const;
 
-    /// Proposes a name for the product of an input (empty: none) whose suffix and extensions the process gives.
-    /// Of a name that the user wrote only a wrong extension changes.
+    /// Proposes a name for the product of an input, with the suffix of the process and the first of the
+    /// extensions of its format. Does nothing where `input` is empty. Of a name that the user wrote only the
+    /// extension of another kind of product changes.
     void propose(const QString &input, const QString &suffix, const QStringList &extensions);
 
-    /// The format is another one now: an extension of the one before makes place for the first of the new ones.
+    /// The format changed: replaces an extension of the format before by the first of the new extensions.
     void changeExtension(const QStringList &before, const QStringList &extensions);
 
-    /// Takes a name of settings that were opened; one as it would have been proposed for that input stays a
-    /// proposal.
+    /// Shows the name from settings that were opened. It counts as proposed if it has the form of a proposal
+    /// for that input, and as written by the user otherwise.
     void restore(const QString &name, const QString &input, const QString &suffix);
 
-    /// Takes a name that the user chose.
+    /// Shows a name that the user selected in a file dialog.
     void choose(const QString &name);
 
 private:
     QLineEdit *m_name;
-    bool m_isUsers = false; ///< the user wrote the name
+    bool m_writtenByUser = false;
 };

@@ -3,7 +3,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-/// Holds an option panel: in its full size where there is room, scrolled on a screen that is too small for it.
+/// Holds an option panel. Shows it in full where the tab is large enough, and with a scroll bar otherwise.
 class PanelArea : public QScrollArea
 {
     Q_OBJECT
@@ -20,10 +20,10 @@ public:
         viewport()->setAutoFillBackground(false);
     }
 
-    /// The panel's: a scroll area's own hint ends at some lines of text.
+    /// The panel's minimum. QScrollArea would limit the hint to a few lines of text.
     QSize sizeHint() const override { return widget()->minimumSizeHint(); }
 
-    /// No narrower than the panel, so that nothing is cut at its side.
+    /// At least as wide as the panel with a scroll bar, so that the panel is never cut at its side.
     QSize minimumSizeHint() const override
     {
         return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), 200};

@@ -57,9 +57,9 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
     m_pTable->setSelectionMode(QAbstractItemView::SingleSelection);
     m_pTable->setWordWrap(false);
     m_pTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    m_pTable->setTabKeyNavigation(false); // Tab goes on to the buttons
+    m_pTable->setTabKeyNavigation(false); // Tab moves the focus to the buttons
     m_pTable->verticalHeader()->hide();
-    m_pTable->setTextElideMode(Qt::ElideMiddle); // the ends of the names tell them apart
+    m_pTable->setTextElideMode(Qt::ElideMiddle); // names often differ at their ends
     m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     for (const int names : {4, 5})
         m_pTable->horizontalHeader()->setSectionResizeMode(names, QHeaderView::Stretch);
@@ -90,7 +90,7 @@ void RecentRunsDialog::applyTexts()
                        tr("Résultat", "MESS_HIST_RES"), tr("Durée", "MESS_HIST_DUREE"),
                        tr("MNT", "MESS_HIST_MNT"),      tr("Fichier créé", "MESS_HIST_FICHIER")};
     for (QString &title : titles)
-        title += QStringLiteral("  "); // apart from the next one
+        title += QStringLiteral("  "); // distance from the next title
     m_pTable->setHorizontalHeaderLabels(titles);
     m_pTable->setRowCount(static_cast<int>(m_runs.size()));
     for (int row = 0; row < m_pTable->rowCount(); ++row) {

@@ -7,17 +7,17 @@
 class QPushButton;
 class QTableWidget;
 
-/// The runs made last in a table. One that is chosen brings its settings back.
+/// Shows the recent runs in a table. The user may choose one to restore its settings, or clear the list.
 class RecentRunsDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// file: recentRunsFile().
+    /// `file`: path of the list (app/recipe/recentruns).
     RecentRunsDialog(const QString &file, QWidget *parent);
 
 signals:
-    /// The dialog closes after it.
+    /// The user chose a run, and the dialog has closed.
     void chosen(const Recipe &recipe);
 
 protected:
@@ -36,8 +36,9 @@ private:
     QPushButton *m_pPBClose;
 };
 
-/// When the run began, here: a date that no country reads as another.
+/// Formats the start of a run in local time as "2024-05-06 07:08", which every country reads alike.
 QString startText(const RecentRun &run);
 
-/// The process as its tab names it, with the index where one tab holds several.
+/// Title of the process's tab; with the word itself where the tab holds several terrain indices. An unknown
+/// word is returned as it is.
 QString processTitle(const QString &word);

@@ -5,9 +5,9 @@
 
 RunHistory::RunHistory(ProductRun &run)
 {
-    connect(&run, &ProductRun::finished, this, [this] { note(RunEnd::Done); });
-    connect(&run, &ProductRun::aborted, this, [this] { note(RunEnd::Stopped); });
-    connect(&run, &ProductRun::failed, this, [this] { note(RunEnd::Failed); });
+    connect(&run, &ProductRun::finished, this, [this] { add(RunEnd::Done); });
+    connect(&run, &ProductRun::aborted, this, [this] { add(RunEnd::Stopped); });
+    connect(&run, &ProductRun::failed, this, [this] { add(RunEnd::Failed); });
 }
 
 void RunHistory::begin(const Recipe &recipe)
@@ -17,7 +17,7 @@ void RunHistory::begin(const Recipe &recipe)
     m_clock.start();
 }
 
-void RunHistory::note(RunEnd end)
+void RunHistory::add(RunEnd end)
 {
     if (!m_clock.isValid())
         return;
@@ -25,5 +25,6 @@ void RunHistory::note(RunEnd end)
     m_current.seconds = static_cast<double>(m_clock.elapsed()) / second;
     m_current.end = end;
     m_clock.invalidate();
-    addRecentRun(recentRunsFile(), m_current); // a list that cannot be written is no reason to disturb anybody
+    addRecentRun(recentRunsFile(),
+                 m_current); // no warning: the run counts more than a list that cannot be written
 }

@@ -7,19 +7,20 @@
 
 class ProductRun;
 
-/// Notes the runs of a window in the user's list (app/recipe/recentruns).
+/// Adds the runs of a window to the user's list of recent runs (app/recipe/recentruns).
 class RunHistory : public QObject
 {
     Q_OBJECT
 
 public:
+    /// `run` outlives this object.
     explicit RunHistory(ProductRun &run);
 
-    /// A run begins; how it ends is noted when it does.
+    /// A run with these settings begins. It is added to the list when it ends.
     void begin(const Recipe &recipe);
 
 private:
-    void note(RunEnd end);
+    void add(RunEnd end);
 
     RecentRun m_current;
     QElapsedTimer m_clock;

@@ -25,6 +25,7 @@ namespace
 
 const QString extension = QStringLiteral(".json");
 
+/// The text with "&" escaped, which would mark a shortcut in a menu.
 QString inMenu(const QString &text)
 {
     return QString(text).replace(QLatin1Char('&'), QLatin1String("&&"));
@@ -57,7 +58,7 @@ void SettingsMenu::makeActions(QToolButton &button)
         action->setShortcut(keys);
         action->setShortcutVisibleInContextMenu(true);
         connect(action, &QAction::triggered, this, slot);
-        m_window.widget->addAction(action); // its shortcut holds while the menu is closed
+        m_window.widget->addAction(action); // the shortcut also works while the menu is closed
         return action;
     };
     m_pOpen = add("m_pActionOpen", QKeySequence::Open, &SettingsMenu::slot_open);
@@ -74,7 +75,7 @@ void SettingsMenu::makeActions(QToolButton &button)
     button.setPopupMode(QToolButton::InstantPopup);
 }
 
-/// Each language by its own name, whatever the language in use.
+/// Adds an entry for each language, which bears its own name whatever the language in use.
 void SettingsMenu::makeLanguages()
 {
     auto group = new QActionGroup(m_pLanguageMenu);
@@ -147,7 +148,7 @@ void SettingsMenu::slot_save()
 {
     const Recipe recipe = m_window.recipe();
     const QByteArray text = writeRecipe(recipe);
-    QString problem = readRecipe(text, QString()).problem; // a field may hold what no recipe can
+    QString problem = readRecipe(text, QString()).problem; // a field may hold a value that no recipe accepts
     if (problem.isEmpty())
         problem = valuesProblem(recipe.options);
     if (!problem.isEmpty()) {
@@ -236,7 +237,7 @@ void SettingsMenu::changeLanguage(const QString &language)
     exportLanguage(before, language);
     QApplication::setLayoutDirection(languages->currentLanguageNeedsReversedLayout() ? Qt::RightToLeft
                                                                                      : Qt::LeftToRight);
-    // A window keeps the locale of its birth, in which it writes its numbers.
+    // Existing windows keep their locale, in which they format numbers.
     for (QWidget *window : QApplication::topLevelWidgets())
         window->setLocale(QLocale());
 }

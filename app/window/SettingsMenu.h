@@ -19,26 +19,26 @@ class SettingsMenu : public QObject
     Q_OBJECT
 
 public:
-    /// The dialog that the menu belongs to, as far as the menu needs it.
+    /// What the menu needs of the main dialog.
     struct Window
     {
         QWidget *widget;                               ///< parent of boxes and dialogs
-        std::function<Recipe()> recipe;                ///< the settings as the dialog shows them
-        std::function<void(const Recipe &)> setRecipe; ///< shows settings that openRecipe() checked
-        std::function<bool()> mayLaunch;               ///< whether a launch may begin
-        std::function<QString()> commandToCopy; ///< the command for a shell; empty after a box that says why
+        std::function<Recipe()> recipe;                ///< returns the settings that the dialog shows
+        std::function<void(const Recipe &)> setRecipe; ///< shows settings that openRecipe() has checked
+        std::function<bool()> mayLaunch;               ///< returns whether a launch may begin
+        std::function<QString()> commandToCopy;        ///< returns a command; empty after a warning
     };
 
     /// `button`, `run` and the dialog outlive the menu.
     SettingsMenu(QToolButton &button, ProductRun &run, Window window);
 
-    /// Notes the settings of a run that begins, for the list of recent runs.
-    void noteRun(const Recipe &recipe) { m_history.begin(recipe); }
+    /// A run with these settings begins; the list of recent runs will hold it.
+    void beginRun(const Recipe &recipe) { m_history.begin(recipe); }
 
     /// Opens a settings file. A file that is not valid changes nothing; a warning says why.
     void openFile(const QString &file);
 
-    /// Whether the file is named like a settings file.
+    /// Whether the file has the extension of a settings file.
     static bool isSettingsFile(const QString &file);
 
 public slots:
@@ -70,5 +70,5 @@ private:
     QAction *m_pCopy = nullptr;
     QAction *m_pHelp = nullptr;
     QPointer<HelpDialog> m_pHelpDialog;
-    QString m_lastFile; ///< the settings file that was opened or saved last
+    QString m_lastFile; ///< path of the settings file that was opened or saved last
 };

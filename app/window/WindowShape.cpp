@@ -37,7 +37,7 @@ WindowShape::WindowShape(QDialog &window, QTabWidget &tabs, QSplitter &splitter,
 
 void WindowShape::restore()
 {
-    m_last = readLastGeometry();
+    m_geometry = readLastGeometry();
     m_splitter.setStretchFactor(1, 1);
     m_previews.hide();
     const QVector<QRect> screens = availableScreens();
@@ -45,30 +45,30 @@ void WindowShape::restore()
         m_window.minimumSizeHint().width() + m_splitter.handleWidth() + m_previews.minimumSizeHint().width();
     const bool fits = std::any_of(screens.begin(), screens.end(),
                                   [&](const QRect &screen) { return screen.width() >= needed; });
-    m_previews.setVisible(m_last.showPreview && fits);
-    m_button.setChecked(m_last.showPreview && fits);
-    const QSize size = m_last.isDefault ? m_last.size.expandedTo(m_window.sizeHint()) : m_last.size;
-    const QRect visible = visibleGeometry({m_last.position, size}, screens);
+    m_previews.setVisible(m_geometry.showPreview && fits);
+    m_button.setChecked(m_geometry.showPreview && fits);
+    const QSize size = m_geometry.isDefault ? m_geometry.size.expandedTo(m_window.sizeHint()) : m_geometry.size;
+    const QRect visible = visibleGeometry({m_geometry.position, size}, screens);
     m_window.resize(visible.size());
     m_window.move(visible.topLeft());
-    giveTabsTheirRoom();
+    fitSplitter();
 }
 
 void WindowShape::save()
 {
-    m_last.size = m_window.size();
-    m_last.position = m_window.pos();
-    writeLastGeometry(m_last);
+    m_geometry.size = m_window.size();
+    m_geometry.position = m_window.pos();
+    writeLastGeometry(m_geometry);
 }
 
 void WindowShape::fitTabs()
 {
     if (m_tabs.width() < m_tabs.tabBar()->sizeHint().width())
-        giveTabsTheirRoom();
+        fitSplitter();
 }
 
-/// The previews get what the tabs do not need.
-void WindowShape::giveTabsTheirRoom()
+/// Divides the width: the tabs receive what their titles need, the previews the rest.
+void WindowShape::fitSplitter()
 {
     const int tabs = m_tabs.tabBar()->sizeHint().width();
     m_splitter.setSizes({tabs, std::max(0, m_window.width() - tabs)});
@@ -86,7 +86,7 @@ int WindowShape::widthHint() const
 bool WindowShape::togglePreviews()
 {
     const bool show = m_previews.isHidden();
-    m_last.showPreview = show;
+    m_geometry.showPreview = show;
     showPreviews(show);
     return show;
 }
@@ -99,7 +99,7 @@ void WindowShape::showPreviews(bool show)
     if (!m_window.isMaximized() && !m_window.isFullScreen())
         m_window.resize(m_window.width() + (show ? room : -room), m_window.height());
     if (show)
-        giveTabsTheirRoom();
+        fitSplitter();
 }
 
 void WindowShape::removePreviews()

@@ -10,40 +10,42 @@ class QPushButton;
 class QSplitter;
 class QTabWidget;
 
-/// Size and place of the main dialog, with the previews beside its tabs or without them, from one start to the
-/// next.
+/// Keeps size and position of the main dialog from one start to the next, and shows or hides the previews
+/// beside its tabs.
 class WindowShape
 {
 public:
-    /// The widgets are the dialog's and outlive the shape; the button shows and hides the previews.
+    /// All widgets belong to the dialog and outlive this object. `button` is the one that shows and hides the
+    /// previews.
     WindowShape(QDialog &window, QTabWidget &tabs, QSplitter &splitter, PreviewPane &previews,
                 QPushButton &button);
 
-    /// As it was saved last; on a screen that is too narrow for the previews they wait until they are asked
-    /// for.
+    /// Restores what save() stored, within the screens. Where every screen is too narrow for the previews, they
+    /// stay hidden until the user shows them.
     void restore();
     void save();
 
-    /// The tabs' texts are in another language: none is cut.
+    /// Widens the tabs where their titles no longer fit, as after a change of language.
     void fitTabs();
 
-    /// Wide enough for every tab, and for the previews where they are shown.
+    /// Width in pixels that all tabs need, with the previews where they are shown.
     int widthHint() const;
 
-    /// Shows or hides the previews; the window grows or shrinks by them. True where they are shown now.
+    /// Shows or hides the previews; the window grows or shrinks by their width. Returns whether they are shown
+    /// now.
     bool togglePreviews();
 
-    /// The previews go for good; what the user chose is kept for the next start.
+    /// Hides the previews and disables their button. The user's choice is kept for the next start.
     void removePreviews();
 
 private:
     void showPreviews(bool show);
-    void giveTabsTheirRoom();
+    void fitSplitter();
 
     QDialog &m_window;
     QTabWidget &m_tabs;
     QSplitter &m_splitter;
     PreviewPane &m_previews;
     QPushButton &m_button;
-    LastGeometry m_last;
+    LastGeometry m_geometry;
 };

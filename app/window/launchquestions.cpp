@@ -4,7 +4,7 @@
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 
-void warnOfOutput(const QString &name, const QString &problem, QWidget *parent)
+void warnAboutOutput(const QString &name, const QString &problem, QWidget *parent)
 {
     Prompt::warning(
         parent,
@@ -12,10 +12,10 @@ void warnOfOutput(const QString &name, const QString &problem, QWidget *parent)
             .arg(labelText({"MESS_INV_OUTPUT_FILE", "Le fichier de sortie n'est pas valide."}), name, problem));
 }
 
-void warnOfProblem(const RunPlan &plan, QWidget *parent)
+void warnAboutProblem(const RunPlan &plan, QWidget *parent)
 {
     if (plan.problemKind == ProblemKind::Output)
-        warnOfOutput(plan.request.output, plan.problem, parent);
+        warnAboutOutput(plan.request.output, plan.problem, parent);
     else
         Prompt::warning(parent, plan.problem);
 }
@@ -33,7 +33,7 @@ bool mayOverwrite(const RunPlan &plan, QWidget *parent)
     return Prompt::question(parent, question);
 }
 
-bool mayGoOn(const RunPlan &plan, QWidget *parent)
+bool mayIgnoreWarnings(const RunPlan &plan, QWidget *parent)
 {
     return plan.warnings.isEmpty()
         || Prompt::question(parent,

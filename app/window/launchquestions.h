@@ -4,18 +4,16 @@
 
 class QWidget;
 
-// What the user is told and asked before a run begins.
+// The boxes that the user sees before a run begins.
 
-/// Tells why a name is none for an output.
-void warnOfOutput(const QString &name, const QString &problem, QWidget *parent);
+/// Warns that `name` cannot be used as an output. `problem` says why, in a sentence.
+void warnAboutOutput(const QString &name, const QString &problem, QWidget *parent);
 
-/// Tells what keeps a plan from starting.
-void warnOfProblem(const RunPlan &plan, QWidget *parent);
+/// Shows the problem of a plan that cannot start.
+void warnAboutProblem(const RunPlan &plan, QWidget *parent);
 
-// Each of these returns whether the run may begin.
-
-/// Asks before an existing output is replaced.
+/// Asks whether the run may replace existing files. Returns true at once where there are none.
 bool mayOverwrite(const RunPlan &plan, QWidget *parent);
 
-/// Shows the plan's warnings, where it has any.
-bool mayGoOn(const RunPlan &plan, QWidget *parent);
+/// Shows the plan's warnings and asks whether the run may begin. Returns true at once where there are none.
+bool mayIgnoreWarnings(const RunPlan &plan, QWidget *parent);

@@ -12,7 +12,7 @@ namespace Ui
 class outputFileAdvancedOptionsDialog;
 }
 
-/// Format, layer, tiles, world file and overviews of a process's product.
+/// Edits how the product of a process is written: format, layer, tiles, world file and overviews.
 class outputFileAdvancedOptionsDialog : public QDialog
 {
     Q_OBJECT
@@ -21,6 +21,7 @@ public:
     outputFileAdvancedOptionsDialog(Process process, const OutputOptions &options, QWidget *parent = nullptr);
     ~outputFileAdvancedOptionsDialog() override;
 
+    /// The options that the dialog shows, including those that the chosen format does not have.
     OutputOptions options() const;
 
 private:

@@ -18,19 +18,6 @@ constexpr int pictureSide = 48;
 
 } // namespace
 
-QString resultDetails(const ProcessResult &result)
-{
-    QString text = labelText({"MESS_DET_COMMANDE", "Commande :"}) + QLatin1Char('\n') + result.command;
-    if (result.exitCode)
-        text += QStringLiteral("\n\n") + labelText({"MESS_DET_CODE", "Code de retour :"}) + QLatin1Char(' ')
-            + QString::number(*result.exitCode);
-    const QString toolText = result.toolText.trimmed();
-    if (!toolText.isEmpty())
-        text += QStringLiteral("\n\n") + labelText({"MESS_DET_TEXTE", "Texte de l'outil :"}) + QLatin1Char('\n')
-            + toolText;
-    return text;
-}
-
 processResultDialog::processResultDialog(const ProcessResult &result, QWidget *parent,
                                          const ShellServices &services)
     : QDialog(parent)
@@ -63,7 +50,7 @@ void processResultDialog::slot_showResult()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     if (dialog->canShow()) {
         dialog->open();
-    } else { // another program may know the format
+    } else { // another program may be able to show the format
         dialog->slot_openWith();
         dialog->deleteLater();
     }

@@ -9,31 +9,23 @@
 #include "app/window/FileDrop.h"
 #include "app/window/InputDem.h"
 #include "app/window/OutputField.h"
-#include "app/window/PanelArea.h"
+#include "app/window/ProcessTabs.h"
 #include "app/window/SettingsMenu.h"
 #include "app/window/WindowShape.h"
 #include "app/window/dialogrules.h"
 #include "app/window/launchquestions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
-#include "app/window/runresults.h"
+#include "app/window/processResultDialog.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
-#include "panels/aspectOptionsWidget.h"
-#include "panels/colorReliefOptionsWidget.h"
-#include "panels/contourOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
-#include "panels/shadedOptionsWidget.h"
-#include "panels/slopeOptionsWidget.h"
-#include "panels/tri_tpi_roughnessOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
 #include <QTimer>
-
-#include <type_traits>
 
 namespace
 {
@@ -52,6 +44,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
                  [this](const QString &copy) { return previewRequest(copy); })
 {
     m_form->setupUi(this);
+    m_tabs = std::make_unique<ProcessTabs>(*m_form, m_workFolder);
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
     m_output = std::make_unique<OutputField>(m_form->m_pLEOutputFile);
     m_shape = std::make_unique<WindowShape>(*this, *m_form->m_pTabWidget, *m_form->m_pSplitter,
@@ -64,9 +57,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
                              .mayLaunch = [this] { return mayLaunch(); },
                              .commandToCopy = [this] { return commandToCopy(); }});
 
-    addPanels();
-
-    // A drop on a text field would put an address into the middle of a path; the window takes the file.
+    // A file that is dropped on a text field would insert its URL into the path; the window opens it instead.
     for (QWidget *field : QList<QWidget *>{m_form->m_pCBInputListFile, m_form->m_pCBInputListFile->lineEdit(),
                                            m_form->m_pLEOutputFile})
         field->setAcceptDrops(false);
@@ -79,56 +70,13 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
 
 quvoGdalUtilities::~quvoGdalUtilities() = default;
 
-template <class Panel> void quvoGdalUtilities::addPanel(Process process, QWidget *tab)
-{
-    Panel *panel = nullptr;
-    if constexpr (std::is_constructible_v<Panel, WorkFolder &>)
-        panel = new Panel(m_workFolder); // it writes files that its tool reads
-    else
-        panel = new Panel;
-    const auto at = static_cast<std::size_t>(process);
-    m_tabIndexes[at] = m_form->m_pTabWidget->indexOf(tab);
-    m_panels[at] = panel;
-    tab->layout()->addWidget(new PanelArea(panel, tab));
-    connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_activeLaunchButton);
-    connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
-    connect(panel, &Panel::completeChanged, this, &quvoGdalUtilities::slot_updateOutputFilePreview);
-    connect(m_input.get(), &InputDem::demChanged, panel, &Panel::setDem);
-    if constexpr (requires { &Panel::extremesComputed; })
-        connect(panel, &Panel::extremesComputed, m_input.get(), &InputDem::setExtremes);
-    if constexpr (std::is_same_v<Panel, intervisibilityOptionsWidget>)
-        m_intervisibility = panel;
-}
-
-/// The tab and the panel of a process.
-struct quvoGdalUtilities::PanelRow
-{
-    Process process;
-    QWidget *Ui::quvoGdalUtilitiesDialog::*tab;
-    void (quvoGdalUtilities::*add)(Process process, QWidget *tab);
-};
-
-void quvoGdalUtilities::addPanels()
-{
-    using Form = Ui::quvoGdalUtilitiesDialog;
-    using Dialog = quvoGdalUtilities;
-    static constexpr PanelRow rows[] = {
-        {Process::ShadedRelief, &Form::shadedTab, &Dialog::addPanel<shadedOptionsWidget>},
-        {Process::Slope, &Form::slopeTab, &Dialog::addPanel<slopeOptionsWidget>},
-        {Process::Aspect, &Form::aspectTab, &Dialog::addPanel<aspectOptionsWidget>},
-        {Process::Intervisibility, &Form::intervisibilityTab, &Dialog::addPanel<intervisibilityOptionsWidget>},
-        {Process::ColorRelief, &Form::colorReliefTab, &Dialog::addPanel<colorReliefOptionsWidget>},
-        {Process::Contour, &Form::contourTab, &Dialog::addPanel<contourOptionsWidget>},
-        {Process::TriTpiRoughness, &Form::tri_tpi_roughnessTab,
-         &Dialog::addPanel<tri_tpi_roughnessOptionsWidget>},
-    };
-    static_assert(hasRowOfEachProcess(rows), "Every process needs a panel, in the order of the enumeration.");
-    for (const PanelRow &row : rows)
-        (this->*row.add)(row.process, (*m_form).*row.tab);
-}
-
 void quvoGdalUtilities::connectControls()
 {
+    connect(m_tabs.get(), &ProcessTabs::optionsChanged, this,
+            &quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged);
+    connect(m_tabs.get(), &ProcessTabs::optionsChanged, this, &quvoGdalUtilities::slot_updateOutputFilePreview);
+    connect(m_tabs.get(), &ProcessTabs::extremesComputed, m_input.get(), &InputDem::setExtremes);
+    connect(m_input.get(), &InputDem::demChanged, m_tabs.get(), &ProcessTabs::setDem);
     connect(&m_run, &ProductRun::finished, this, &quvoGdalUtilities::slot_processFinished);
     connect(&m_run, &ProductRun::aborted, this, &quvoGdalUtilities::slot_processAborted);
     connect(&m_run, &ProductRun::failed, this, &quvoGdalUtilities::slot_processFailed);
@@ -156,7 +104,8 @@ void quvoGdalUtilities::connectControls()
 void quvoGdalUtilities::connectPreviews()
 {
     PreviewPane *pane = m_form->m_pGrpBPreviews;
-    m_previewControl = std::make_unique<PreviewControl>(*pane, m_previews, *m_intervisibility);
+    intervisibilityOptionsWidget &observers = m_tabs->intervisibilityPanel();
+    m_previewControl = std::make_unique<PreviewControl>(*pane, m_previews, observers);
     connect(&m_previews, &Previews::reduced, this, &quvoGdalUtilities::slot_showInputFilePreview);
     connect(&m_previews, &Previews::reducingProgress, this, &quvoGdalUtilities::slot_updateReducingProgress);
     connect(&m_previews, &Previews::reductionFailed, this, &quvoGdalUtilities::slot_reduceProcessFailed);
@@ -168,9 +117,9 @@ void quvoGdalUtilities::connectPreviews()
             &quvoGdalUtilities::slot_updateOutputFilePreview);
     connect(m_form->m_pPBShowPreview, &QPushButton::clicked, this, &quvoGdalUtilities::slot_dialogExtension);
     connect(pane->inputLabel(), &PreviewLabel::clicked, this, &quvoGdalUtilities::slot_onPreviewLabelClicked);
-    connect(m_intervisibility, &intervisibilityOptionsWidget::currentObserverPointChanged, this,
+    connect(&observers, &intervisibilityOptionsWidget::currentObserverPointChanged, this,
             &quvoGdalUtilities::slot_updateMarkerPosition);
-    connect(m_input.get(), &InputDem::demChanged, m_previewControl.get(), &PreviewControl::takeDem);
+    connect(m_input.get(), &InputDem::demChanged, m_previewControl.get(), &PreviewControl::setDem);
     slot_updateOutputFilePreview();
     m_previews.setShown(!pane->isHidden());
 }
@@ -191,24 +140,9 @@ void quvoGdalUtilities::setKeepStartingDir(bool keep)
     m_input->setKeepStartingDir(keep);
 }
 
-std::optional<Process> quvoGdalUtilities::currentProcess() const
-{
-    for (std::size_t at = 0; at < m_tabIndexes.size(); ++at) {
-        if (m_tabIndexes[at] == m_form->m_pTabWidget->currentIndex())
-            return static_cast<Process>(at);
-    }
-    return std::nullopt;
-}
-
-optionsWidget *quvoGdalUtilities::currentPanel() const
-{
-    const auto process = currentProcess();
-    return process ? m_panels[static_cast<std::size_t>(*process)] : nullptr;
-}
-
 void quvoGdalUtilities::slot_activeLaunchButton()
 {
-    optionsWidget *panel = currentPanel();
+    optionsWidget *panel = m_tabs->currentPanel();
     m_form->m_pPBLaunchProcess->setEnabled(
         canLaunch(!m_input->path().isEmpty(), m_output->name(), panel && panel->isComplete()));
 }
@@ -226,7 +160,7 @@ void quvoGdalUtilities::slot_onCurrentTabChanged(int)
 
 void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
 {
-    if (const auto process = currentProcess()) {
+    if (const auto process = m_tabs->currentProcess()) {
         const ProcessRow &row = processRow(*process);
         m_output->propose(path, QString::fromLatin1(row.suffix),
                           formatExtensions(outputFormat(currentRequest())));
@@ -257,53 +191,48 @@ void quvoGdalUtilities::slot_selectOutputFile()
     if (output.problem.isEmpty())
         m_output->choose(path);
     else
-        warnOfOutput(path, output.problem, this);
+        warnAboutOutput(path, output.problem, this);
 }
 
 ProcessingRequest quvoGdalUtilities::currentRequest() const
 {
     ProcessingRequest request;
-    request.process = currentProcess();
-    if (const optionsWidget *panel = currentPanel())
+    request.process = m_tabs->currentProcess();
+    if (const optionsWidget *panel = m_tabs->currentPanel())
         request.mode = processWord(panel->processOptions());
     request.input = m_input->path();
     request.output = besideInput(m_output->name(), request.input);
     request.band = m_input->band();
     if (request.process) {
-        const ProductKind product = processRow(*request.process).product;
-        OutputOptions options = product == ProductKind::Vector ? m_vectorOptions : m_rasterOptions;
-        if (!outputFormats(*request.process).contains(options.format))
-            options.format.clear(); // the tool of this process does not write it
-        request.outputOptions = supportedOptions(options, product);
+        const bool vector = productKind(request) == ProductKind::Vector;
+        request.outputOptions = supportedOptions(vector ? m_vectorOptions : m_rasterOptions, *request.process);
     }
     return request;
 }
 
-OutputOptions &quvoGdalUtilities::currentOutputOptions()
+OutputOptions &quvoGdalUtilities::outputOptionsOf(Process process)
 {
-    const auto process = currentProcess();
-    return process && processRow(*process).product == ProductKind::Vector ? m_vectorOptions : m_rasterOptions;
+    return processRow(process).product == ProductKind::Vector ? m_vectorOptions : m_rasterOptions;
 }
 
 Recipe quvoGdalUtilities::recipe() const
 {
-    return recipeOf(currentRequest(), currentPanel()->processOptions());
+    return recipeOf(currentRequest(), m_tabs->currentPanel()->processOptions());
 }
 
 void quvoGdalUtilities::setRecipe(const Recipe &recipe)
 {
-    const auto at = static_cast<std::size_t>(processOf(recipe.options));
+    const Process process = processOf(recipe.options);
     if (!recipe.input.isEmpty())
         setInputDem(recipe.input);
     m_form->m_pCBBand->setCurrentIndex(recipe.band - 1);
-    m_form->m_pTabWidget->setCurrentIndex(m_tabIndexes[at]);
-    currentOutputOptions() = recipe.outputOptions;
-    m_panels[at]->setProcessOptions(recipe.options);
+    m_tabs->show(process);
+    outputOptionsOf(process) = recipe.outputOptions;
+    m_tabs->panel(process).setProcessOptions(recipe.options);
     if (recipe.output.isEmpty())
         slot_onInputDemChanged(m_input->path());
     else
-        m_output->restore(recipe.output, m_input->path(),
-                          QString::fromLatin1(processRow(*currentProcess()).suffix));
+        m_output->restore(recipe.output, m_input->path(), QString::fromLatin1(processRow(process).suffix));
     slot_activeLaunchButton();
 }
 
@@ -315,21 +244,21 @@ QString quvoGdalUtilities::commandToCopy()
 
 void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
 {
-    const auto process = currentProcess();
+    const auto process = m_tabs->currentProcess();
     if (!process)
         return;
-    outputFileAdvancedOptionsDialog dialog(*process, currentOutputOptions(), this);
+    outputFileAdvancedOptionsDialog dialog(*process, outputOptionsOf(*process), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QStringList extensionsBefore = formatExtensions(outputFormat(currentRequest()));
-    currentOutputOptions() = dialog.options();
+    outputOptionsOf(*process) = dialog.options();
     m_output->changeExtension(extensionsBefore, formatExtensions(outputFormat(currentRequest())));
     slot_activeLaunchButton();
 }
 
 bool quvoGdalUtilities::mayLaunch()
 {
-    slot_activeLaunchButton(); // options that have just been typed count
+    slot_activeLaunchButton(); // options may have been typed since the button was last updated
     return !m_run.isRunning() && m_form->m_pPBLaunchProcess->isEnabled();
 }
 
@@ -337,7 +266,7 @@ std::optional<RunPlan> quvoGdalUtilities::currentPlan()
 {
     if (!mayLaunch())
         return std::nullopt;
-    const auto toolInput = currentPanel()->launchInput();
+    const auto toolInput = m_tabs->currentPanel()->launchInput();
     if (!toolInput)
         return std::nullopt;
     ProcessingRequest request = currentRequest();
@@ -345,7 +274,7 @@ std::optional<RunPlan> quvoGdalUtilities::currentPlan()
     const RunPlan plan = planRun(request, m_tools);
     if (plan.problemKind == ProblemKind::None)
         return plan;
-    warnOfProblem(plan, this);
+    warnAboutProblem(plan, this);
     return std::nullopt;
 }
 
@@ -364,16 +293,16 @@ bool quvoGdalUtilities::launch()
     if (!planned)
         return false;
     RunPlan &plan = *planned;
-    plan.warnings += currentPanel()->launchWarnings();
+    plan.warnings += m_tabs->currentPanel()->launchWarnings();
     auto lock = std::make_unique<OutputLock>(plan.request.output);
     if (!lock->problem().isEmpty()) {
         Prompt::warning(this, lock->problem());
         return false;
     }
-    if (!mayOverwrite(plan, this) || !mayGoOn(plan, this))
+    if (!mayOverwrite(plan, this) || !mayIgnoreWarnings(plan, this))
         return false;
-    const Recipe settings = recipeOf(plan.request, currentPanel()->processOptions());
-    m_settings->noteRun(settings);
+    const Recipe settings = recipeOf(plan.request, m_tabs->currentPanel()->processOptions());
+    m_settings->beginRun(settings);
     m_launchedCommand = copiedCommand(plan, settings, m_tools);
     m_run.start(plan, std::move(lock), true,
                 imageFolder + QStringLiteral("icones/")
@@ -388,7 +317,7 @@ void quvoGdalUtilities::slot_processFinished()
 
 void quvoGdalUtilities::slot_processAborted()
 {
-    // Told from inside the progress window's own closing: the result waits until that is over.
+    // The progress window emits this while it closes. The result window is shown after that.
     QTimer::singleShot(0, this, [this] { showResult(abortedResult(m_run)); });
 }
 
@@ -408,7 +337,7 @@ void quvoGdalUtilities::showResult(ProcessResult result)
 
 std::optional<ProcessingRequest> quvoGdalUtilities::previewRequest(const QString &copy)
 {
-    const auto toolInput = currentPanel()->previewInput(copy);
+    const auto toolInput = m_tabs->currentPanel()->previewInput(copy);
     if (!toolInput)
         return std::nullopt;
     ProcessingRequest request = currentRequest();
@@ -418,9 +347,8 @@ std::optional<ProcessingRequest> quvoGdalUtilities::previewRequest(const QString
 
 void quvoGdalUtilities::slot_updateOutputFilePreview()
 {
-    const auto process = currentProcess();
-    m_previewControl->showPanel(currentPanel(),
-                                m_form->m_pTabWidget->tabText(m_form->m_pTabWidget->currentIndex()),
+    const auto process = m_tabs->currentProcess();
+    m_previewControl->showPanel(m_tabs->currentPanel(), m_tabs->currentTitle(),
                                 process && processRow(*process).product == ProductKind::Vector);
 }
 
@@ -487,7 +415,7 @@ void quvoGdalUtilities::done(int result)
         && !Prompt::question(
             this, tr("Un traitement est en cours. Voulez-vous l'arrêter et quitter ?", "MESS_QUITTER_TRAIT")))
         return;
-    if (m_run.isRunning()) { // it may have ended while the question was up
+    if (m_run.isRunning()) { // the run may have ended while the question was shown
         disconnect(&m_run, nullptr, this, nullptr);
         m_run.stop();
     }
@@ -506,11 +434,12 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
     QDialog::changeEvent(event);
 }
 
+/// Sets the texts that the form does not hold, in the language in use and for the current process.
 void quvoGdalUtilities::applyTexts()
 {
     m_form->m_pAboutLabel->setText(
         QStringLiteral("<a href=\"about\">%1</a>").arg(tr("a propos...", "MESS_ABOUT...").toHtmlEscaped()));
-    const auto process = currentProcess();
+    const auto process = m_tabs->currentProcess();
     const bool vector = process && processRow(*process).product == ProductKind::Vector;
     m_form->m_pLOutputFile->setText(vector ? tr("Fichier vecteur à créer :", "MESS_FIC_VECT_A_CREER")
                                            : tr("Fichier à créer :", "MESS_FIC_A_CREER"));

@@ -10,14 +10,12 @@
 
 #include <QDialog>
 
-#include <array>
 #include <memory>
 #include <optional>
 
 class InputDem;
-class intervisibilityOptionsWidget;
-class optionsWidget;
 class PreviewControl;
+class ProcessTabs;
 class OutputField;
 class SettingsMenu;
 class WindowShape;
@@ -28,37 +26,37 @@ namespace Ui
 class quvoGdalUtilitiesDialog;
 }
 
-/// The main dialog. It connects, asks and shows; what can be settled without a window stands in functions of
-/// its own (app/window/dialogrules, app/run/runplan, …).
+/// The main dialog. It connects controls, shows results and asks questions; what can be decided without a
+/// window is decided by functions elsewhere (app/window/dialogrules, app/run/runplan, …).
 class quvoGdalUtilities : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// tools: absolute paths of the external tools.
     quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt::WindowFlags flags);
     ~quvoGdalUtilities() override;
 
-    /// Makes the path the input DEM, or warns that it is none; the current directory is kept no longer.
+    /// Opens the file as the input DEM, or warns that it is not a DEM. Also ends setKeepStartingDir().
     void setInputDem(const QString &path);
 
-    /// Whether the first dialog for choosing a DEM opens in the current directory.
+    /// Whether the first file dialog for a DEM opens in the current directory.
     void setKeepStartingDir(bool keep);
 
-    /// The settings as they are, for a file or a list.
+    /// The settings that the window shows.
     Recipe recipe() const;
 
-    /// Shows settings that were looked at (app/recipe/openedrecipe); of an empty input or output the window
-    /// keeps its own.
+    /// Shows settings that openRecipe() has checked. Where their input or output is empty, the window keeps its
+    /// own.
     void setRecipe(const Recipe &recipe);
 
-    /// Whether a launch may begin.
+    /// Whether the launch button may be used now: no run is on and the settings suffice.
     bool mayLaunch();
 
-    /// What does in a shell what a launch does here; empty after a box that says why it would not begin.
+    /// A command for a shell that makes the product of a launch. Empty after a box that says why a launch could
+    /// not begin.
     QString commandToCopy();
 
-    /// Wide enough for every tab.
+    /// Wide enough for every tab and, while they are shown, for the previews.
     QSize sizeHint() const override;
 
 public slots:
@@ -68,16 +66,17 @@ public slots:
     void slot_reduceProcessFailed(const QString &toolText);
     void slot_showOutputFilePreview();
     void slot_updatePreviewComputingProgress(int percent);
-    /// The previews stay off until the program is started anew.
+    /// Removes the previews until the program is started again, and warns with the tool's text.
     void slot_previewProcessFailed(const QString &toolText);
-    /// Shows or hides the previews; the window grows or shrinks by them.
+    /// Shows or hides the previews; the window grows or shrinks by their width.
     void slot_dialogExtension();
     void slot_updateMarkerPosition();
-    /// On the intervisibility tab the current observer goes to the place, which is counted from the picture's
-    /// upper left corner; where there is none, a new one comes.
+    /// On the intervisibility tab, moves the current observer to the place (PreviewLabel::clicked()), or adds
+    /// one where there is no current observer.
     void slot_onPreviewLabelClicked(int x, int y, QSize shown);
 
-    /// Saves the geometry, however the dialog is closed. While a run is on, asks first and stops it.
+    /// Saves the geometry, however the dialog is closed. While a run is on, asks whether to stop it; the dialog
+    /// stays open where the user declines.
     void done(int result) override;
 
     void slot_processFinished();
@@ -98,18 +97,12 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    struct PanelRow;
-
-    template <class Panel> void addPanel(Process process, QWidget *tab);
-    void addPanels();
     void connectControls();
     void connectPreviews();
     void applyTexts();
 
-    std::optional<Process> currentProcess() const;
-    optionsWidget *currentPanel() const;
     ProcessingRequest currentRequest() const;
-    OutputOptions &currentOutputOptions();
+    OutputOptions &outputOptionsOf(Process process);
     std::optional<RunPlan> currentPlan();
     bool launch();
     std::optional<ProcessingRequest> previewRequest(const QString &copy);
@@ -122,16 +115,12 @@ private:
     ProductRun m_run;
     Previews m_previews;
     std::unique_ptr<PreviewControl> m_previewControl;
+    std::unique_ptr<ProcessTabs> m_tabs;
     std::unique_ptr<InputDem> m_input;
     std::unique_ptr<OutputField> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
     std::unique_ptr<WindowShape> m_shape;
-    intervisibilityOptionsWidget *m_intervisibility = nullptr;
     OutputOptions m_rasterOptions; ///< output options of raster products
     OutputOptions m_vectorOptions; ///< output options of vector products
     QString m_launchedCommand;     ///< command for a shell that makes the product of the last run
-
-    // The index of each process's tab, and its panel, in the order of the enumeration.
-    std::array<int, processCount> m_tabIndexes{};
-    std::array<optionsWidget *, processCount> m_panels{};
 };

@@ -47,3 +47,16 @@ ProcessResult failedResult(const ProductRun &run)
         result.text += QStringLiteral("\n\n") + run.outcome().problem;
     return result;
 }
+
+QString resultDetails(const ProcessResult &result)
+{
+    QString text = labelText({"MESS_DET_COMMANDE", "Commande :"}) + QLatin1Char('\n') + result.command;
+    if (result.exitCode)
+        text += QStringLiteral("\n\n") + labelText({"MESS_DET_CODE", "Code de retour :"}) + QLatin1Char(' ')
+            + QString::number(*result.exitCode);
+    const QString toolText = result.toolText.trimmed();
+    if (!toolText.isEmpty())
+        text += QStringLiteral("\n\n") + labelText({"MESS_DET_TEXTE", "Texte de l'outil :"}) + QLatin1Char('\n')
+            + toolText;
+    return text;
+}

@@ -6,7 +6,7 @@
 
 #include "app/preview/PreviewDialog.h"
 #include "app/preview/PreviewPane.h"
-#include "app/startup/stylesheet.h"
+#include "app/startup/startupoptions.h"
 #include "app/window/AboutDialog.h"
 #include "app/window/HelpDialog.h"
 #include "app/window/RecentRunsDialog.h"

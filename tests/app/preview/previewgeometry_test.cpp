@@ -29,9 +29,15 @@ void PreviewGeometryTest::parts()
 void PreviewGeometryTest::reductions()
 {
     const QSize size(2000, 1000);
-    QCOMPARE(reductionArguments({"/a b.tif", size, true, {0, 0, 2000, 1000}, "/t/tempoReducedImg"}),
-             QString("-outsize  800 400 \"/a b.tif\" \"/t/tempoReducedImg\""));
-    QCOMPARE(reductionArguments({"/a.tif", size, false, {10, 20, 300, 400}, "/c"}),
+    QCOMPARE(
+        reductionArguments(
+            {.dem = "/a b.tif", .demSize = size, .part = {0, 0, 2000, 1000}, .copy = "/t/tempoReducedImg"}),
+        QString("-outsize  800 400 \"/a b.tif\" \"/t/tempoReducedImg\""));
+    QCOMPARE(reductionArguments({.dem = "/a.tif",
+                                 .demSize = size,
+                                 .georeferenced = false,
+                                 .part = {10, 20, 300, 400},
+                                 .copy = "/c"}),
              QString("-a_ullr 10 20 310 420 -srcwin 10 20 300 400 -outsize  300 400 \"/a.tif\" \"/c\""));
 }
 

@@ -1,17 +1,13 @@
 #include "app/preview/PreviewDialog.h"
 #include "app/preview/PreviewPane.h"
 #include "app/preview/previewgeometry.h"
-#include "dataset/gdalmessages.h"
 #include "dataset/rasterpicture.h"
-#include "messages/Prompt.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
-#include "tests/support/rasters.h"
 
 #include <QAbstractSlider>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDirIterator>
@@ -19,24 +15,20 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QProcess>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QSettings>
 #include <QTabWidget>
 #include <QTableView>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <gdal_priv.h>
 
-class PreviewsTest : public QObject
+class PreviewsTest : public MainDialogFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { setUpProgram(); }
     void init();
 
     void placesAndCoordinates_data();
@@ -51,13 +43,6 @@ private slots:
     void launchStopsPreviews();
     void failureIsReportedOnce();
     void manyChangesLeaveNothing();
-
-private:
-    QString path(const QString &name) const { return m_folder->filePath(name); }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QTemporaryDir m_home;
-    ToolPaths m_tools;
 };
 
 namespace
@@ -78,6 +63,7 @@ struct Dialog : ShownDialog
     bool hasOutput() { return !output()->picture().isNull(); }
 };
 
+/// The place of a cell in the widget.
 QPoint placeOf(const PreviewLabel &label, const QPointF &cell)
 {
     const QRectF shown = shownRect(label.view(), label.size());
@@ -94,23 +80,12 @@ bool hasChildren()
 
 } // namespace
 
-void PreviewsTest::initTestCase()
-{
-    qputenv("XDG_CONFIG_HOME", m_home.path().toUtf8());
-    Q_INIT_RESOURCE(quvo);
-    setUpGdal();
-}
-
 void PreviewsTest::init()
 {
     qunsetenv("TMPDIR");
-    m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/l'été \"中\" XXXXXX"));
+    setUpTest(1000);
     QVERIFY(QDir().mkpath(path("tmp")));
     qputenv("TMPDIR", path("tmp").toUtf8());
-    m_tools = findTools(QStringLiteral(QUVO_TREE));
-    QSettings("KARVEX", "Riglios").clear();
-    QVERIFY(writeHill(path("dem.tif"), 1000));
-    Prompt::answerBeforehand({});
 }
 
 void PreviewsTest::placesAndCoordinates_data()
@@ -278,7 +253,7 @@ void PreviewsTest::observersOfAnyKind()
     const auto model = dialog.find<QTableView>("m_pTViewObsPos")->model();
     QVERIFY(model->setData(model->index(0, ObserverPointsModel::DistanceColumn), "1e300"));
     QVERIFY(!model->setData(model->index(0, ObserverPointsModel::DistanceColumn), "inf"));
-    QVERIFY(!dialog.input()->grab().isNull()); // returns
+    QVERIFY(!dialog.input()->grab().isNull()); // drawing so large a circle ends
     panel->placeObserver(-1, ground.toGround({200.5, 200.5}));
     QTest::mouseClick(dialog.input(), Qt::LeftButton, {}, placeOf(*dialog.input(), {800.5, 800.5}));
     QCOMPARE(panel->currentRow(), 0); // a click on the mark of an observer selects it
@@ -326,7 +301,7 @@ void PreviewsTest::launchStopsPreviews()
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     QTRY_VERIFY_WITH_TIMEOUT(hasChildren(), 5000);
-    QTest::mouseClick(dialog.find<QPushButton>("m_pPBLaunchProcess"), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("dem_hillshade.tif")), 10000);
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000); // the previews start again after the run
     QVERIFY(RasterPicture(path("dem_hillshade.tif")).isOpen());

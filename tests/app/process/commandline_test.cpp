@@ -1,10 +1,7 @@
 #include "app/process/commandline.h"
 
-#include "app/batch/terminalprogress.h"
-#include "app/run/shelltext.h"
 #include "runner/commandsplit.h"
 
-#include <QProcess>
 #include <QTest>
 
 class CommandLineTest : public QObject
@@ -16,9 +13,6 @@ private slots:
     void golden();
     void noProcessHasNoArguments();
     void declared();
-    void terminal();
-    void shellWords_data();
-    void shellWords();
 };
 
 namespace
@@ -124,51 +118,6 @@ void CommandLineTest::declared()
     const QuvoOutputFilesList lines = declaredOutputs(request(Process::Contour));
     QCOMPARE(lines.size(), 1);
     QCOMPARE(lines.first().kind, QuvoOutputFileKind::Vector);
-}
-
-void CommandLineTest::terminal()
-{
-    TerminalProgress progress;
-    QCOMPARE(progress.abandon(), QString());
-    QCOMPARE(progress.advance(0), QStringLiteral("0"));
-    QCOMPARE(progress.advance(2), QStringLiteral(".")); // a tool's 2.5
-    QCOMPARE(progress.advance(2), QString());
-    QCOMPARE(progress.advance(22), QStringLiteral("..10...20."));
-    QCOMPARE(progress.advance(10), QString());
-    QCOMPARE(progress.abandon(), QStringLiteral("\n"));
-    QCOMPARE(progress.finish(), QStringLiteral("..30...40...50...60...70...80...90...100 - done.\n"));
-    QCOMPARE(TerminalProgress().finish(),
-             QStringLiteral("0...10...20...30...40...50...60...70...80...90...100 - done.\n"));
-}
-
-void CommandLineTest::shellWords_data()
-{
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<QString>("windows");
-    QTest::newRow("plain") << "C:\\dem-1.tif"
-                           << "C:\\dem-1.tif";
-    QTest::newRow("empty") << ""
-                           << "^\"^\"";
-    QTest::newRow("blank and percent") << "a b%PATH%"
-                                       << "^\"a b^%PATH^%^\"";
-    QTest::newRow("quotes") << "it's \"so\""
-                            << "^\"it's \\^\"so\\^\"^\"";
-    QTest::newRow("backslashes") << "a \\\" b\\"
-                                 << "^\"a \\\\\\^\" b\\\\^\"";
-    QTest::newRow("everything") << "é中 $HOME `x` !! ~ * ? # ; & | < > ( ) [ ] { } \\n"
-                                << "^\"é中 $HOME `x` ^!^! ~ * ? # ; ^& ^| ^< ^> ^( ^) [ ] { } \\n^\"";
-}
-
-void CommandLineTest::shellWords()
-{
-    QFETCH(QString, word);
-    QTEST(shellCommand({word}, Shell::Windows), "windows");
-    for (const QString &text : {word, word + "\n\t" + word, word + "\n"}) {
-        QProcess shell;
-        shell.start("sh", {"-c", shellCommand({"printf", "%s|", text, "-x"}, Shell::Posix)});
-        QVERIFY(shell.waitForFinished());
-        QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), text + "|-x|");
-    }
 }
 
 QTEST_APPLESS_MAIN(CommandLineTest)

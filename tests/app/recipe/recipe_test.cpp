@@ -1,7 +1,5 @@
 #include "app/recipe/recipe.h"
 
-#include "app/batch/arguments.h"
-
 #include <QTest>
 
 Q_DECLARE_METATYPE(ProcessOptions)
@@ -14,10 +12,8 @@ private slots:
     void wholeRecipe();
     void everyProcessComesBack_data();
     void everyProcessComesBack();
-    void faults_data();
-    void faults();
-    void arguments_data();
-    void arguments();
+    void problems_data();
+    void problems();
 };
 
 void RecipeTest::wholeRecipe()
@@ -42,17 +38,24 @@ void RecipeTest::wholeRecipe()
 void RecipeTest::everyProcessComesBack_data()
 {
     QTest::addColumn<QString>("word");
-    QTest::addColumn<ProcessOptions>("options"); // other than the defaults in every field
+    QTest::addColumn<ProcessOptions>("options"); // no field has its default
     const auto row = [](const ProcessOptions &options) {
         QTest::newRow(qPrintable(processWord(options))) << processWord(options) << options;
         const NamedProcess &defaults = *findProcess(processWord(options));
         QTest::newRow(qPrintable(processWord(options) + " as it is"))
             << processWord(options) << defaults.defaults;
     };
-    row(ShadedOptions{2.34567890123, -1, "\"é\\\n", 12.5, 7, true, true});
-    row(SlopeOptions{true, -1, "", false, true});
-    row(AspectOptions{true, false, false, true});
-    row(TerrainIndexOptions{2, false});
+    row(ShadedOptions{.exaggeration = 2.34567890123,
+                      .scaleIndex = -1,
+                      .scaleText = "\"é\\\n",
+                      .compass = 12.5,
+                      .altitude = 7,
+                      .computeEdges = true,
+                      .zevenbergenThorne = true});
+    row(SlopeOptions{.percent = true, .scaleIndex = -1, .computeEdges = false, .zevenbergenThorne = true});
+    row(AspectOptions{
+        .trigonometric = true, .zeroForFlat = false, .computeEdges = false, .zevenbergenThorne = true});
+    row(TerrainIndexOptions{.type = 2, .computeEdges = false});
     ContourOptions contours;
     contours.attribute.clear();
     contours.threeD = contours.everyValueValid = true;
@@ -70,7 +73,13 @@ void RecipeTest::everyProcessComesBack_data()
     colors.minimum.reset();
     row(colors);
     IntervisibilityOptions observers;
-    observers.observers = {{false, 558000.123456789, -5146000, 2.5, AltitudeMode::Absolute, 0}, {}};
+    observers.observers = {{.enabled = false,
+                            .x = 558000.123456789,
+                            .y = -5146000,
+                            .height = 2.5,
+                            .mode = AltitudeMode::Absolute,
+                            .maxDistance = 0},
+                           {}};
     observers.points = QStringLiteral("/a/tours.gpx");
     observers.height = 25.0;
     observers.mode = QStringLiteral("Absolute");
@@ -102,7 +111,7 @@ void RecipeTest::everyProcessComesBack()
     }
 }
 
-void RecipeTest::faults_data()
+void RecipeTest::problems_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("named"); // what the sentence must name
@@ -141,46 +150,12 @@ void RecipeTest::faults_data()
     options("color-relief", R"({"colors": [{"value": 1, "percent": 1, "color": [1, 2, 3]}]})", "colors");
 }
 
-void RecipeTest::faults()
+void RecipeTest::problems()
 {
     QFETCH(QByteArray, json);
     QFETCH(QString, named);
-    const QString error = readRecipe(json, QStringLiteral("/")).problem;
-    QVERIFY2(error.contains(named), qPrintable(error));
-}
-
-void RecipeTest::arguments_data()
-{
-    QTest::addColumn<QStringList>("given");
-    QTest::addColumn<bool>("good");
-
-    QTest::newRow("all") << QStringList{"--process",    "hillshade", "--input", "a",     "--output=b",
-                                        "--band",       "2",         "--of",    "COG",   "--tiled",
-                                        "--world-file", "--set",     "a=b=c",   "--set", "d=",
-                                        "--overwrite"}
-                         << true;
-    QTest::newRow("unknown") << QStringList{"--procss", "x"} << false;
-    QTest::newRow("value missing") << QStringList{"--process"} << false;
-    QTest::newRow("band") << QStringList{"--band", "0"} << false;
-    QTest::newRow("band text") << QStringList{"--band", "two"} << false;
-    QTest::newRow("set without a name") << QStringList{"--set", "=3"} << false;
-    QTest::newRow("set without a value") << QStringList{"--set", "altitude"} << false;
-    QTest::newRow("several DEMs and an output") << QStringList{"a.json", "b.tif", "--output", "c"} << false;
-}
-
-void RecipeTest::arguments()
-{
-    QFETCH(QStringList, given);
-    QFETCH(bool, good);
-    const BatchArguments read = readBatchArguments(QStringList{"QuvoDemBatch"} + given);
-    QCOMPARE(read.problem.isEmpty(), good);
-    if (!good)
-        return;
-    QCOMPARE(read.output, std::optional<QString>("b"));
-    QCOMPARE(read.band, std::optional<int>(2));
-    QCOMPARE(read.options.at(0).second, QStringLiteral("b=c"));
-    QCOMPARE(read.options.at(1).second, QString());
-    QVERIFY(read.outputOptions.tiled && read.outputOptions.worldFile && read.overwrite);
+    const QString problem = readRecipe(json, QStringLiteral("/")).problem;
+    QVERIFY2(problem.contains(named), qPrintable(problem));
 }
 
 QTEST_GUILESS_MAIN(RecipeTest)

@@ -1,6 +1,5 @@
 #include "app/run/outputname.h"
 
-#include "app/run/outputlock.h"
 #include "tests/support/files.h"
 
 #include <QDir>
@@ -21,7 +20,6 @@ private slots:
     void theInputUnderAnyName();
     void linksAreFollowed();
     void space();
-    void lock();
 
 private:
     QString make(const QString &name) const { return writeFile(m_folder->filePath(name), {}); }
@@ -110,19 +108,6 @@ void OutputNameTest::space()
     QVERIFY(freeSpaceWarnings(m_folder->filePath("a.tif"), std::numeric_limits<qint64>::max())
                 .value(0)
                 .contains(QLatin1String("EiB")));
-}
-
-void OutputNameTest::lock()
-{
-    const QString output = m_folder->filePath("a.tif");
-    QVERIFY(QFile::link(m_folder->path(), m_folder->filePath("loop")));
-    {
-        const OutputLock first(output);
-        QCOMPARE(first.problem(), QString());
-        QVERIFY(OutputLock(m_folder->filePath("loop/a.tif")).problem().contains("loop/a.tif"));
-        QCOMPARE(OutputLock(m_folder->filePath("b.tif")).problem(), QString());
-    }
-    QCOMPARE(OutputLock(output).problem(), QString());
 }
 
 QTEST_GUILESS_MAIN(OutputNameTest)

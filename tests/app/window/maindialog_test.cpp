@@ -1,41 +1,30 @@
 #include "app/preview/PreviewLabel.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
-#include "dataset/QuvoFilerDialog.h"
-#include "dataset/gdalmessages.h"
-#include "messages/Prompt.h"
-#include "messages/QuvoLanguageManager.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
 #include "tests/support/programs.h"
-#include "tests/support/rasters.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScrollArea>
-#include <QSettings>
 #include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 #include <utility>
 
-class MainDialogTest : public QObject
+class MainDialogTest : public MainDialogFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { setUpProgram(); }
     void init();
 
     void tabsKeepTheirIndexes();
@@ -49,31 +38,25 @@ private slots:
     void outputIsNeverTheInput();
     void stopLeavesNothing();
     void outputOptions();
-    void overviewsAreLeftAtWill();
-    void failureIsTold();
+    void overviewsAreOptional();
+    void failureIsShown();
     void closingDuringARun();
     void geometryAndRecentFilesComeBack();
     void dropOpens();
     void resultDialog();
 
 private:
-    QString path(const QString &name) const { return m_folder->filePath(name); }
     void useTool(const QByteArray &script);
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QTemporaryDir m_home;
-    ToolPaths m_tools;
 };
 
 namespace
 {
 
-/// The dialog with its controls at hand.
+/// The dialog with access to the controls that these tests use.
 struct Dialog : ShownDialog
 {
     using ShownDialog::ShownDialog;
     QLineEdit *output() { return find<QLineEdit>("m_pLEOutputFile"); }
-    QPushButton *launch() { return find<QPushButton>("m_pPBLaunchProcess"); }
     QComboBox *input() { return find<QComboBox>("m_pCBInputListFile"); }
     QString resultText() { return result() ? result()->findChild<QLabel *>("m_pLText")->text() : QString(); }
 };
@@ -89,24 +72,11 @@ QPushButton *stopButton()
 
 } // namespace
 
-void MainDialogTest::initTestCase()
-{
-    qputenv("XDG_CONFIG_HOME", m_home.path().toUtf8()); // the settings of whoever runs this stay as they are
-    Q_INIT_RESOURCE(quvo);
-    setUpGdal();
-    QuvoLanguageManager::getInstance()->defaultSetup(QStringLiteral(QUVO_TREE "/MESSAGES"), "FRENCH", {});
-}
-
 void MainDialogTest::init()
 {
-    m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/l'été \"中\" XXXXXX"));
-    m_tools = findTools(QStringLiteral(QUVO_TREE));
-    QSettings("KARVEX", "Riglios").clear();
+    setUpTest(64);
     QSettings("KARVEX", "Riglios")
-        .setValue("LastGeometry/showPreview", false); // no tool runs but those asked for
-    QVERIFY(writeHill(path("dem.tif"), 64));
-    Prompt::answerBeforehand({});
-    QuvoFilerDialog::answerBeforehand({});
+        .setValue("LastGeometry/showPreview", false); // so that only the tools that a test launches run
 }
 
 /// Replaces the DEM tool by a shell script.
@@ -125,7 +95,7 @@ void MainDialogTest::tabsKeepTheirIndexes()
     for (int index = 0; index < tabs->count(); ++index) {
         QCOMPARE(tabs->widget(index)->objectName(), order.at(index));
         const bool hasPanel = tabs->widget(index)->findChild<QScrollArea *>() != nullptr;
-        QCOMPARE(tabs->isTabVisible(index), hasPanel); // no tab without its panel
+        QCOMPARE(tabs->isTabVisible(index), hasPanel); // a tab without a panel is hidden
     }
 }
 
@@ -133,13 +103,13 @@ void MainDialogTest::inputAndProposal()
 {
     QVERIFY(writeRaster(path("three.tif"), 4, 4, QVector<float>(16, 1), 3));
     Dialog dialog(m_tools);
-    QVERIFY(!dialog.launch()->isEnabled());
+    QVERIFY(!dialog.launchButton()->isEnabled());
     QuvoFilerDialog::answerBeforehand({path("three.tif"), path("dem.tif")});
     QTest::mouseClick(dialog.find<QPushButton>("m_pPBSelectInputDEM"), Qt::LeftButton);
     QCOMPARE(dialog.input()->currentText(), path("three.tif"));
     QCOMPARE(dialog.find<QComboBox>("m_pCBBand")->count(), 3);
     QCOMPARE(dialog.output()->text(), path("three_hillshade.tif"));
-    QVERIFY(dialog.launch()->isEnabled());
+    QVERIFY(dialog.launchButton()->isEnabled());
 
     QTest::mouseClick(dialog.find<QPushButton>("m_pPBSelectInputDEM"), Qt::LeftButton);
     QCOMPARE(dialog.output()->text(), path("dem_hillshade.tif"));
@@ -147,7 +117,7 @@ void MainDialogTest::inputAndProposal()
     QVERIFY2(shown.at(1).contains("|" + m_folder->path() + "|"), qPrintable(shown.at(1)));
     QVERIFY(shown.at(0).startsWith("Choisir un Modèle Numérique de Terrain...|"));
 
-    // From here on the name is the user's.
+    // A name that the user wrote stays.
     dialog.output()->selectAll();
     QTest::keyClicks(dialog.output(), "mine.tif");
     dialog.window.setInputDem(path("three.tif"));
@@ -162,18 +132,18 @@ void MainDialogTest::typedInput()
     QVERIFY(QFile::copy(path("dem.tif"), path("dem.tif2")));
     QTest::keyClick(dialog.input()->lineEdit(), Qt::Key_End);
     QTest::keyClick(dialog.input()->lineEdit(), Qt::Key_2);
-    QVERIFY(!dialog.launch()->isEnabled()); // what stands there is not the DEM that was opened
-    QTRY_VERIFY(dialog.launch()->isEnabled());
+    QVERIFY(!dialog.launchButton()->isEnabled()); // the text is not the path of the open DEM
+    QTRY_VERIFY(dialog.launchButton()->isEnabled());
     QCOMPARE(dialog.input()->itemText(0), path("dem.tif2"));
 
     QTest::keyClick(dialog.input()->lineEdit(), Qt::Key_3);
     QTest::qWait(400);
-    QCOMPARE(Prompt::takeShown(), QStringList()); // in silence while typing
+    QCOMPARE(Prompt::takeShown(), QStringList()); // no warning while the user types
     QTest::keyClick(dialog.input()->lineEdit(), Qt::Key_Return);
     QCOMPARE(Prompt::takeShown().size(), 1);
     QCOMPARE(dialog.input()->currentText(), path("dem.tif2"));
     QTest::qWait(50);
-    QVERIFY(!stopButton() && !dialog.result()); // Return belongs to the field, and launches nothing
+    QVERIFY(!stopButton() && !dialog.result()); // Return in the field launches nothing
 }
 
 void MainDialogTest::badInputChangesNothing()
@@ -187,7 +157,7 @@ void MainDialogTest::badInputChangesNothing()
              QStringList{"Attention: Le fichier d'entrée n'est pas valide\n\n" + path("<b>%1")});
     QCOMPARE(dialog.input()->currentText(), path("three.tif"));
     QCOMPARE(dialog.find<QComboBox>("m_pCBBand")->currentIndex(), 2);
-    QVERIFY(dialog.launch()->isEnabled());
+    QVERIFY(dialog.launchButton()->isEnabled());
 }
 
 void MainDialogTest::launchButton()
@@ -195,13 +165,13 @@ void MainDialogTest::launchButton()
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     dialog.output()->clear();
-    QVERIFY(!dialog.launch()->isEnabled());
+    QVERIFY(!dialog.launchButton()->isEnabled());
     dialog.output()->setText("a.tif");
-    QVERIFY(dialog.launch()->isEnabled());
+    QVERIFY(dialog.launchButton()->isEnabled());
     const auto scale = dialog.find<QWidget>("shadedTab")->findChild<QEditableComboBox *>();
     scale->lineEdit()->selectAll();
     QTest::keyClick(scale->lineEdit(), Qt::Key_Delete);
-    QTRY_VERIFY(!dialog.launch()->isEnabled());
+    QTRY_VERIFY(!dialog.launchButton()->isEnabled());
 }
 
 void MainDialogTest::productEqualsTheBatchProgramsOwn_data()
@@ -236,12 +206,12 @@ void MainDialogTest::productEqualsTheBatchProgramsOwn()
     const auto colors = dialog.window.findChild<colorReliefOptionsWidget *>();
     colors->slot_onNewColorFileCreated(QStringLiteral(QUVO_TREE "/libraries/colormap/viridis.txt"));
     dialog.find<QAbstractButton>("m_pRBRelatifAltitude")->click();
-    QTRY_VERIFY(dialog.launch()->isEnabled());
+    QTRY_VERIFY(dialog.launchButton()->isEnabled());
     QTRY_VERIFY(colors->options().minimum);
     if (tab == QLatin1String("colorReliefTab"))
         byBatch += {"--set", "minimum=" + QString::number(*colors->options().minimum, 'g', 17), "--set",
                     "maximum=" + QString::number(*colors->options().maximum, 'g', 17)};
-    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(),
              QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
@@ -262,11 +232,11 @@ void MainDialogTest::overwriteAsks()
     dialog.window.setInputDem(path("dem.tif"));
     dialog.output()->setText(path("old.tif"));
     Prompt::answerBeforehand({false, true});
-    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTest::qWait(50);
     QCOMPARE(bytesOf(path("old.tif")), QByteArray("precious"));
     QVERIFY(Prompt::takeShown().constFirst().contains(path("old.tif")));
-    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QVERIFY(bytesOf(path("old.tif")).startsWith("II*"));
 }
@@ -278,7 +248,7 @@ void MainDialogTest::outputIsNeverTheInput()
     dialog.window.setInputDem(path("dem.tif"));
     for (const QString &name : {path("dem.tif"), path("dem"), path("no such folder/a.tif"), path("a.png")}) {
         dialog.output()->setText(name);
-        QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+        QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
         const QStringList shown = Prompt::takeShown();
         QCOMPARE(shown.size(), 1);
         QVERIFY2(shown.first().startsWith("Attention: Le fichier de sortie n'est pas valide.\n" + name),
@@ -287,7 +257,7 @@ void MainDialogTest::outputIsNeverTheInput()
     QuvoFilerDialog::answerBeforehand({path("dem.tif")});
     QTest::mouseClick(dialog.find<QPushButton>("m_pPBSelectOutputFile"), Qt::LeftButton);
     QCOMPARE(Prompt::takeShown().size(), 1);
-    QCOMPARE(dialog.output()->text(), path("a.png")); // nothing was taken
+    QCOMPARE(dialog.output()->text(), path("a.png")); // the refused name is not shown
     QCOMPARE(bytesOf(path("dem.tif")), before);
 }
 
@@ -296,7 +266,7 @@ void MainDialogTest::stopLeavesNothing()
     useTool("echo half > \"$3\"; printf '0...10...20'; sleep 60\n");
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
-    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(QFile::exists(path("dem_hillshade.tif")));
     QTRY_VERIFY(stopButton());
     QTest::mouseClick(stopButton(), Qt::LeftButton);
@@ -319,7 +289,7 @@ void MainDialogTest::outputOptions()
             const auto list = options->findChild<QComboBox *>();
             list->setCurrentIndex(list->findData(format));
             for (const QString &box : boxes)
-                options->findChild<QAbstractButton *>(box)->click(); // of a disabled one nothing follows
+                options->findChild<QAbstractButton *>(box)->click(); // a disabled box ignores the click
             options->accept();
         });
         dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
@@ -328,7 +298,7 @@ void MainDialogTest::outputOptions()
     QCOMPARE(dialog.output()->text(), path("dem_hillshade.png"));
     change("GTiff", {"m_pChBWorldFile", "m_pChBTiled", "m_pChBWorldFile", "m_pChBOverviews"});
     QCOMPARE(dialog.output()->text(), path("dem_hillshade.tif"));
-    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(),
              QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
@@ -337,7 +307,7 @@ void MainDialogTest::outputOptions()
 
     const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
     tabs->setCurrentWidget(dialog.find<QWidget>("contourTab"));
-    QVERIFY(dialog.output()->text().endsWith(".shp")); // each kind of product has options of its own
+    QVERIFY(dialog.output()->text().endsWith(".shp")); // raster and vector products have separate options
     change("GPKG", {});
     QVERIFY(dialog.output()->text().endsWith(".gpkg"));
     tabs->setCurrentWidget(dialog.find<QWidget>("intervisibilityTab"));
@@ -345,7 +315,7 @@ void MainDialogTest::outputOptions()
     QVERIFY(dialog.output()->text().endsWith(".tif"));
 }
 
-void MainDialogTest::overviewsAreLeftAtWill()
+void MainDialogTest::overviewsAreOptional()
 {
     QVERIFY(writeHill(path("dem.tif"), 600));
     const QString tool = m_tools.dem;
@@ -364,7 +334,7 @@ void MainDialogTest::overviewsAreLeftAtWill()
             options->accept();
         });
         dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
-        QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+        QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
         QTRY_VERIFY(QFile::exists(path("vues.tif.ovr")) || dialog.result());
         if (QByteArray(script).contains("sleep")) {
             QTRY_VERIFY(stopButton());
@@ -376,12 +346,12 @@ void MainDialogTest::overviewsAreLeftAtWill()
     }
 }
 
-void MainDialogTest::failureIsTold()
+void MainDialogTest::failureIsShown()
 {
     useTool("echo half > \"$3\"; echo 'ERROR 9: <b>no</b>' >&2; exit 5\n");
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
-    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(),
              QStringLiteral("Une erreur est survenue lors de la création de l'image de sortie."));
@@ -390,9 +360,9 @@ void MainDialogTest::failureIsTold()
     QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
     dialog.result()->close();
 
-    useTool("echo half > \"$3\"\n"); // ends well, and its product is none
+    useTool("echo half > \"$3\"\n"); // ends with exit code 0, but its product is not valid
     QTRY_VERIFY(!dialog.result());
-    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QVERIFY(dialog.resultText().contains("ne peut pas être ouvert"));
     QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
@@ -403,7 +373,7 @@ void MainDialogTest::closingDuringARun()
     useTool("echo half > \"$3\"; sleep 60\n");
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
-    QTest::mouseClick(dialog.launch(), Qt::LeftButton);
+    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(QFile::exists(path("dem_hillshade.tif")));
     Prompt::answerBeforehand({false, true});
     dialog.window.close();
@@ -438,23 +408,17 @@ void MainDialogTest::geometryAndRecentFilesComeBack()
 void MainDialogTest::dropOpens()
 {
     Dialog dialog(m_tools);
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(path("dem.tif"))});
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&dialog.window, &enter);
-    QVERIFY(enter.isAccepted());
-    QDropEvent drop(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QVERIFY(!dialog.input()->lineEdit()->acceptDrops() && !dialog.output()->acceptDrops());
-    QApplication::sendEvent(&dialog.window, &drop);
+    QVERIFY(dialog.drop(path("dem.tif")));
     QCOMPARE(dialog.input()->currentText(), path("dem.tif"));
 }
 
 void MainDialogTest::resultDialog()
 {
-    QStringList asked;
+    QStringList requests;
     ShellServices services;
-    services.open = [&](const QUrl &url) { return asked += "open " + url.toLocalFile(), false; };
-    services.showInFileManager = [&](const QUrl &url) { return asked += "show " + url.toLocalFile(), true; };
+    services.open = [&](const QUrl &url) { return requests += "open " + url.toLocalFile(), false; };
+    services.showInFileManager = [&](const QUrl &url) { return requests += "show " + url.toLocalFile(), true; };
     ProcessResult result;
     result.file = path("dem.tif");
     result.shellCommand = QStringLiteral("'tool' a");
@@ -465,7 +429,7 @@ void MainDialogTest::resultDialog()
     dialog.findChild<QPushButton *>("m_pPBOpenWith")->click();
     dialog.findChild<QPushButton *>("m_pPBOpenFolder")->click();
     dialog.findChild<QPushButton *>("m_pPBCopyCommand")->click();
-    QCOMPARE(asked, (QStringList{"open " + path("dem.tif"), "show " + path("dem.tif")}));
+    QCOMPARE(requests, (QStringList{"open " + path("dem.tif"), "show " + path("dem.tif")}));
     QVERIFY(Prompt::takeShown().constFirst().contains(path("dem.tif"))); // no program could open it
     QCOMPARE(QApplication::clipboard()->text(), result.shellCommand);
 }

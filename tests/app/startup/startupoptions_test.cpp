@@ -1,0 +1,62 @@
+#include "app/startup/startupoptions.h"
+
+#include "tests/support/files.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+class StartupOptionsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void options_data();
+    void options();
+    void styleSheets();
+};
+
+void StartupOptionsTest::options_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("any");
+    QTest::addColumn<bool>("keep");
+    QTest::addColumn<QString>("dtm");
+
+    QTest::newRow("none") << QStringList{} << false << false << "";
+    QTest::newRow("keep alone") << QStringList{"-keep_startingdir"} << true << true << "";
+    QTest::newRow("both") << QStringList{"-startingdtm", "/a b/é=1.tif", "x", "-keep_startingdir"} << true
+                          << true << "/a b/é=1.tif";
+    QTest::newRow("path missing") << QStringList{"-startingdtm"} << false << false << "";
+    QTest::newRow("capitals") << QStringList{"-KEEP_STARTINGDIR", "-StartingDtm", "a"} << false << false << "";
+    QTest::newRow("an option as path")
+        << QStringList{"-startingdtm", "-keep_startingdir"} << true << false << "-keep_startingdir";
+    QTest::newRow("the last path counts")
+        << QStringList{"-startingdtm", "a", "-startingdtm", "b"} << true << false << "b";
+}
+
+void StartupOptionsTest::options()
+{
+    QFETCH(QStringList, arguments);
+    const StartupOptions read = readStartupOptions(QStringList{"-startingdtm"} + arguments);
+    QTEST(read.any, "any");
+    QTEST(read.keepStartingDir, "keep");
+    QTEST(read.startingDtm, "dtm");
+    QVERIFY(!asksForStyleSheet(QStringList{"-stylesheet"} + arguments));
+    QVERIFY(asksForStyleSheet({"program", "a", "-stylesheet"}));
+}
+
+void StartupOptionsTest::styleSheets()
+{
+    const QTemporaryDir folder;
+    Q_INIT_RESOURCE(quvo);
+    const QString own = composeStyleSheet({});
+    QVERIFY(own.contains("QToolTip") && own.contains("m_pProcessDefLabel") && own.contains("QGroupBox"));
+    const QString users =
+        composeStyleSheet("file:///" + writeFile(folder.filePath("mine.qss"), "QLabel { color: \xE9 }"));
+    QVERIFY(users.contains(QString::fromLatin1("QLabel { color: \xE9 }")));
+    QVERIFY(users.contains("QToolTip") && !users.contains("m_pProcessDefLabel") && users.contains("QGroupBox"));
+    QVERIFY(composeStyleSheet("file:////no/such.qss").contains("\n\n\n\n"));
+}
+
+QTEST_APPLESS_MAIN(StartupOptionsTest)
+#include "startupoptions_test.moc"
