@@ -113,7 +113,7 @@ struct IntervisibilityOptions
     QList<ObserverPoint> observers;
     QString points;                                          ///< vector source with more observers; empty: none
     double height = ObserverPoint().height;                  ///< of the source's observers
-    QString mode = altitudeModeText(AltitudeMode::Relative); ///< what that height counts from
+    QString mode = altitudeModeText(ObserverPoint().mode); ///< what that height counts from
     double distance = ObserverPoint().maxDistance;           ///< how far they see, in metres; 0: without limit
     double step = 0.0;     ///< between points on the source's lines, in the DEM's unit; 0: a cell
     bool combined = false; ///< several observers: `combination` holds
