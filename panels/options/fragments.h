@@ -95,7 +95,8 @@ QString contourFragment(const ContourOptions &options);
 /// gets; only alpha is an argument.
 struct ColorReliefOptions
 {
-    QString table;                 ///< file of the colour table, or the name of one of the library
+    /// Path of the colour table, or the name of a table of the library. Empty means the default, too.
+    QString table = QStringLiteral("dtm.txt");
     bool spread = false;           ///< spread the table over the DEM's elevations instead of using its own
     std::optional<double> minimum; ///< elevations to spread it over; none: the DEM's lowest and highest
     std::optional<double> maximum;
