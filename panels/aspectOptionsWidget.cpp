@@ -20,8 +20,8 @@ aspectOptionsWidget::~aspectOptionsWidget() = default;
 
 void aspectOptionsWidget::connectControls()
 {
-    // Each radio button stands in a frame of its own, so that Qt does not uncheck the other one before clicked():
-    // the slots must see which one was checked.
+    // Each radio button stands in a frame of its own, so that Qt does not uncheck the other one before
+    // clicked(): the slots must see which one was checked.
     connect(m_form->m_pPBAzimuth, &QPushButton::clicked, this, &aspectOptionsWidget::slot_checkAzimuth);
     connect(m_form->m_pRBAzimuth, &QRadioButton::clicked, this, &aspectOptionsWidget::slot_checkAzimuth);
     connect(m_form->m_pPBAzimuth, &QPushButton::clicked, this,

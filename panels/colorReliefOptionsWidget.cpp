@@ -151,8 +151,8 @@ void colorReliefOptionsWidget::showOptions(const ColorReliefOptions &options)
     updateSpreadNote();
 }
 
-/// Checks the button of the mode that the user chose. The spread mode comes back with the DEM's elevations: while the
-/// path of a DEM is being typed, there is no DEM.
+/// Checks the button of the mode that the user chose. The spread mode comes back with the DEM's elevations:
+/// while the path of a DEM is being typed, there is no DEM.
 void colorReliefOptionsWidget::showMode()
 {
     const bool wanted = m_spreadWanted;

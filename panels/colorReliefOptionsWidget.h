@@ -22,20 +22,21 @@ class colorReliefOptionsWidget : public optionsWidget
     Q_OBJECT
 
 public:
-    /// Lists the tables of the folder "libraries/colormap" beside the program. The panel writes its own files into the
-    /// work folder, which outlives the panel.
+    /// Lists the tables of the folder "libraries/colormap" beside the program. The panel writes its own files
+    /// into the work folder, which outlives the panel.
     explicit colorReliefOptionsWidget(WorkFolder &workFolder, QWidget *parent = nullptr,
                                       Qt::WindowFlags flags = {});
     ~colorReliefOptionsWidget() override;
 
     bool capabilityFlag() const override { return true; }
-    /// The record holds the table by value. Its name is that in the library, or else its path. The elevations to spread
-    /// the table over are set only if they were given to setProcessOptions().
+    /// The record holds the table by value. Its name is that in the library, or else its path. The elevations
+    /// to spread the table over are set only if they were given to setProcessOptions().
     ProcessOptions processOptions() const override;
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     std::optional<ToolInput> launchInput() override;
-    /// Also notes the DEM's extreme values beside the copy, because percentages of a table refer to the DEM's range.
+    /// Also writes the DEM's extreme values into the statistics of the copy, because percentages of a table
+    /// refer to the DEM's range.
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
@@ -43,13 +44,13 @@ public:
     /// Replaces the listed tables by those of a folder and chooses the default table where it is among them.
     void loadLibrary(const QString &folder);
 
-    /// Path of the table file for the tool. In the spread mode, and without `forceAbsolute`, each call writes a table
-    /// for the DEM into a new folder. Otherwise it is the file of the chosen table. Empty when there is no table, or
-    /// when no file can be written, which a message box reports.
+    /// Path of the table file for the tool. In the spread mode, and without `forceAbsolute`, each call writes a
+    /// table for the DEM into a new folder. Otherwise it is the file of the chosen table. Empty when there is
+    /// no table, or when no file can be written, which a message box reports.
     QString colorFile(bool forceAbsolute);
 
-    /// The options as a run uses them: the path of the table's file, and the elevations to spread it over as far as
-    /// they are known.
+    /// The options as a run uses them: the path of the table's file, and the elevations to spread it over as
+    /// far as they are known.
     ColorReliefOptions options() const;
 
 signals:
@@ -86,9 +87,11 @@ private:
     void endExactStatistics(const Extremes &extremes);
     /// The row of the table that the options name or hold; -1 where there is none.
     int listedRow(const ColorReliefOptions &options) const;
-    /// Adds the table that the options name or hold to the list. Returns its row; -1 where there is no such table.
+    /// Adds the table that the options name or hold to the list. Returns its row; -1 where there is no such
+    /// table.
     int addTable(const ColorReliefOptions &options);
-    /// Returns the row; -1 for a table without colours, or after a message box about a file that cannot be written.
+    /// Returns the row; -1 for a table without colours, or after a message box about a file that cannot be
+    /// written.
     int addTable(const QString &file, const ColorTableReading &reading);
     /// Name of a table in recipes: that in the library or of a table by value, or else the path.
     QString settingsName(const QString &file) const;

@@ -11,8 +11,8 @@ namespace Ui
 class contourOptionsWidget;
 }
 
-/// Panel of the contour process: interval or fixed levels, attribute, 3D, values to ignore. Notes beside and under
-/// the fields show how many levels the options make, and which text the tool would not understand.
+/// Panel of the contour process: interval or fixed levels, attribute, 3D, values to ignore. Notes beside and
+/// under the fields show how many levels the options make, and which text the tool would not understand.
 class contourOptionsWidget : public optionsWidget
 {
     Q_OBJECT

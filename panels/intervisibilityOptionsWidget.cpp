@@ -117,19 +117,7 @@ std::optional<ToolInput> intervisibilityOptionsWidget::launchInput()
 
 std::optional<ToolInput> intervisibilityOptionsWidget::previewInput(const QString &copy)
 {
-    const DemGround ground(copy, m_dem.band);
-    QList<ObserverPoint> points = m_model.points();
-    for (ObserverPoint &point : points) { // a cell that lacks data only in the copy must not lose an observer
-        const auto own = m_ground.elevation(point.position());
-        if (point.mode == AltitudeMode::Relative && own && !ground.elevation(point.position())) {
-            point.height += *own;
-            point.mode = AltitudeMode::Absolute;
-        }
-    }
-    ObserverPointsModel onCopy;
-    onCopy.setGround(ground);
-    onCopy.addPoints(points);
-    return ToolInput{argumentsWith(onCopy.observers()), {}, true};
+    return ToolInput{argumentsWith(m_model.observers(DemGround(copy, m_dem.band))), {}, true};
 }
 
 QString intervisibilityOptionsWidget::argumentsWith(const QList<ToolObserver> &observers)

@@ -14,8 +14,8 @@ namespace Ui
 class intervisibilityOptionsWidget;
 }
 
-/// Panel of the intervisibility process: the observers, how the views of several observers are combined, and the
-/// colours of the zones.
+/// Panel of the intervisibility process: the observers, how the views of several observers are combined, and
+/// the colours of the zones.
 class intervisibilityOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -32,9 +32,8 @@ public:
     /// Also writes the file of the observers, into a new folder at each call.
     QString getCommandArguments() override;
     std::optional<ToolInput> launchInput() override;
-    /// Heights of relative observers count from the ground of the copy: with altitudes from the DEM itself, an
-    /// observer might stand below the ground of the copy. Where the copy has no data under an observer and the DEM
-    /// has, the altitude is the DEM's.
+    /// Relative heights count from the ground of the copy: an observer on the DEM's own ground might stand
+    /// below that of the copy.
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
@@ -50,8 +49,8 @@ public:
     /// Makes the row the current one.
     void chooseObserver(int row);
 
-    /// Moves the observer of the row to a position in the DEM's coordinates and makes the row the current one. For
-    /// row -1 adds an observer at the position, with the default height, mode and distance.
+    /// Moves the observer of the row to a position in the DEM's coordinates and makes the row the current one.
+    /// For row -1 adds an observer at the position, with the default height, mode and distance.
     void placeObserver(int row, const QPointF &position);
 
 signals:

@@ -13,8 +13,8 @@
 /// Base of the option panels. Each process has one panel, which shows and edits the process's option record.
 ///
 /// Each panel declares the signal completeChanged(), which follows every change of its options, and the slot
-/// slot_onOptionsChanged(); this class itself declares no signals or slots. A new panel shows the defaults of its
-/// record: no reset button is enabled and no signal follows.
+/// slot_onOptionsChanged(); this class itself declares no signals or slots. A new panel shows the defaults of
+/// its record: no reset button is enabled and no signal follows.
 class optionsWidget : public QWidget
 {
 public:
@@ -36,12 +36,12 @@ public:
     /// unchanged.
     virtual QString getCommandArguments() = 0;
 
-    /// What a launch passes to the tool. Writes the files that the tool reads. Returns nothing where a file cannot
-    /// be written, after a message box with the reason.
+    /// What a launch passes to the tool. Writes the files that the tool reads. Returns nothing where a file
+    /// cannot be written, after a message box with the reason.
     virtual std::optional<ToolInput> launchInput() { return ToolInput{getCommandArguments(), {}, false}; }
 
-    /// What a preview passes to the tool. `copy` is the path of the reduced copy of the DEM that the tool reads.
-    /// Otherwise like launchInput().
+    /// What a preview passes to the tool. `copy` is the path of the reduced copy of the DEM that the tool
+    /// reads. Otherwise like launchInput().
     virtual std::optional<ToolInput> previewInput(const QString &copy)
     {
         Q_UNUSED(copy)
@@ -58,7 +58,7 @@ public:
     virtual QStringList launchWarnings() const { return {}; }
 
 protected:
-    /// Pause in milliseconds between the last change and completeChanged(), in panels that report a burst of changes
-    /// by one signal.
+    /// Pause in milliseconds between the last change and completeChanged(), in panels that report a burst of
+    /// changes by one signal.
     static constexpr int changeDelay = 100;
 };

@@ -16,8 +16,8 @@ struct ToolTable
 };
 
 /// Path of the table of that name: the name itself where such a file exists, else a table of the folder
-/// "libraries/colormap" beside the program. The default table is always that of the library; an empty name means it,
-/// too. The name is returned where there is no such file.
+/// "libraries/colormap" beside the program. The default table is always that of the library; an empty name
+/// means it, too. The name is returned where there is no such file.
 QString colorTableFile(const QString &name);
 
 /// Why the table of the options cannot be used, in a sentence; empty for a good table.

@@ -47,7 +47,8 @@ void paintRamp(QPainter &painter, const QRect &area, const QList<QuvoColorDef> &
     painter.drawRect(area.adjusted(0, 0, -1, -1));
 }
 
-/// Paints a row: the ramp over half of its width, the name, and a square in the colour of the cells without data.
+/// Paints a row: the ramp over half of its width, the name, and a square in the colour of the cells without
+/// data.
 void paintTable(QPainter &painter, const QRect &row, const QString &name, const QList<QuvoColorDef> &entries,
                 const QPalette &palette, const QColor &textColor)
 {

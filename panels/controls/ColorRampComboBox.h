@@ -4,8 +4,8 @@
 
 #include <QComboBox>
 
-/// A combo box of colour tables. Each row shows the ramp of a table, its name, and the colour of the cells without
-/// data.
+/// A combo box of colour tables. Each row shows the ramp of a table, its name, and the colour of the cells
+/// without data.
 class ColorRampComboBox : public QComboBox
 {
     Q_OBJECT
@@ -24,8 +24,8 @@ public:
     /// Replaces the table of the same file, or adds the table at the end under `name`. Returns its row.
     int putTable(const QString &name, const Table &table);
 
-    /// Path of the copy that the tool reads in place of `file`; empty where the tool reads the file itself, or where the
-    /// file is not in the list.
+    /// Path of the copy that the tool reads in place of `file`; empty where the tool reads the file itself, or
+    /// where the file is not in the list.
     QString copyOf(const QString &file) const;
 
     /// The table of the row; an empty table where there is no such row.

@@ -2,8 +2,8 @@
 
 #include <QComboBox>
 
-/// A combo box in which the user may type a text of their own. A typed text is not added to the list, and it is not
-/// completed, so that a typed -9 does not become the entry -9999.
+/// A combo box in which the user may type a text of their own. A typed text is not added to the list, and it is
+/// not completed, so that a typed -9 does not become the entry -9999.
 class QEditableComboBox : public QComboBox
 {
     Q_OBJECT
@@ -11,8 +11,8 @@ class QEditableComboBox : public QComboBox
 public:
     explicit QEditableComboBox(QWidget *parent = nullptr);
 
-    /// The row of the current entry; -1 when the shown text differs from the entry's, which means that it was typed.
-    /// (Typing does not change Qt's current index.)
+    /// The row of the current entry; -1 when the shown text differs from the entry's, which means that it was
+    /// typed. (Typing does not change Qt's current index.)
     int chosenIndex() const;
 
     /// Chooses a row and shows its text in place of a typed one. currentIndexChanged() follows for another row;
@@ -22,7 +22,8 @@ public:
     /// Shows a text as if the user had typed it. No signal follows.
     void showTyped(const QString &text);
 
-    /// Replaces the texts of the entries, after a change of the language, and keeps a typed text. No signal follows.
+    /// Replaces the texts of the entries, after a change of the language, and keeps a typed text. No signal
+    /// follows.
     void translateItems(const QStringList &texts);
 
 signals:

@@ -20,7 +20,8 @@ public:
     /// Shows the standard colour and disables the reset button.
     void reset();
 
-    /// Shows a colour by any name that QColor knows. The reset button is enabled unless it is the standard colour.
+    /// Shows a colour by any name that QColor knows. The reset button is enabled unless it is the standard
+    /// colour.
     void set(const QString &name);
 
 private:

@@ -7,8 +7,8 @@
 
 class QLineEdit;
 
-/// A validator that replaces a typed comma by the point that the tools read. Without it, a typed 10,5 would become
-/// 105, because the comma would be refused.
+/// A validator that replaces a typed comma by the point that the tools read. Without it, a typed 10,5 would
+/// become 105, because the comma would be refused.
 template <class Validator> class PointForComma : public Validator
 {
 public:
@@ -21,8 +21,8 @@ public:
     }
 };
 
-/// A validator for any number with up to `decimals` decimals, in the C locale whatever the user's is. The parent owns
-/// it.
+/// A validator for any number with up to `decimals` decimals, in the C locale whatever the user's is. The
+/// parent owns it.
 QValidator *makeNumberValidator(int decimals, QObject *parent);
 
 /// Sets such a validator in the field, with enough decimals for coordinates.
@@ -31,6 +31,6 @@ void makeNumberField(QLineEdit *field);
 /// The number in a field's text: nothing for an empty text, 0 for a text that is not a number.
 std::optional<double> fieldNumber(const QString &text);
 
-/// The text of a number for such a field, with `decimals` decimals, or more where the number has more; empty for no
-/// number.
+/// The text of a number for such a field, with `decimals` decimals, or more where the number has more; empty
+/// for no number.
 QString numberText(const std::optional<double> &number, int decimals = 3);

@@ -9,6 +9,7 @@ QString methodText()
 
 QString edgesText()
 {
-    return withColon(labelText({"MESS_CALC_BORD_EXPL",
-                                "Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData"}));
+    return withColon(
+        labelText({"MESS_CALC_BORD_EXPL",
+                   "Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData"}));
 }

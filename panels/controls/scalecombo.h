@@ -10,13 +10,15 @@ class QFrame;
 /// The rows of the scale list (scaleRowCount in panels/options/fragments.h) in the current language.
 QStringList scaleLabels();
 
-/// Adds a combo box of the scale list to a panel's empty frame, which owns it. A ratio of one's own may be typed.
+/// Adds a combo box of the scale list to a panel's empty frame, which owns it. A ratio of one's own may be
+/// typed.
 QEditableComboBox *makeScaleCombo(QFrame *frame);
 
 /// Shows a row of the list, or for row -1 the typed ratio. Typing changes no row: no signal follows then.
 void showScale(QEditableComboBox &combo, int scaleIndex, const QString &scaleText);
 
-/// Calls the panel's slots slot_onScaleValueChanged() and slot_onOptionsChanged() when the user changes the ratio.
+/// Calls the panel's slots slot_onScaleValueChanged() and slot_onOptionsChanged() when the user changes the
+/// ratio.
 template <class Panel> void connectScale(QEditableComboBox *combo, Panel *panel)
 {
     const auto indexChanged = qOverload<int>(&QComboBox::currentIndexChanged);

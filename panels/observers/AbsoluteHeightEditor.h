@@ -9,8 +9,8 @@ namespace Ui
 class AbsoluteHeightEditor;
 }
 
-/// Dialog that asks whether to import observers outside of the DEM, and at which absolute altitude: there is no ground
-/// that a height could count from.
+/// Dialog that asks whether to import observers outside of the DEM, and at which absolute altitude: there is no
+/// ground that a height could count from.
 class AbsoluteHeightEditor : public QDialog
 {
     Q_OBJECT

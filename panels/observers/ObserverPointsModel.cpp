@@ -187,11 +187,12 @@ int ObserverPointsModel::enabledCount() const
         std::count_if(m_rows.begin(), m_rows.end(), [](const Row &row) { return row.point.enabled; }));
 }
 
-QList<ToolObserver> ObserverPointsModel::observers() const
+QList<ToolObserver> ObserverPointsModel::observers(const DemGround &copy) const
 {
     QList<ToolObserver> observers;
     for (const Row &row : m_rows) {
-        const auto altitude = absoluteAltitude(row.point, row.ground);
+        const auto ground = copy.elevation(row.point.position());
+        const auto altitude = absoluteAltitude(row.point, ground ? ground : row.ground);
         if (row.point.enabled && altitude)
             observers += {row.point.x, row.point.y, *altitude, row.point.maxDistance};
     }

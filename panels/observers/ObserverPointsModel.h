@@ -5,8 +5,8 @@
 #include <QAbstractTableModel>
 #include <QIcon>
 
-/// The observers as a table, one row each: enabled, height or altitude, altitude mode, maximum distance. The model
-/// reads the ground under an observer from the DEM once, when the observer or the DEM changes.
+/// The observers as a table, one row each: enabled, height or altitude, altitude mode, maximum distance. The
+/// model reads the ground under an observer from the DEM once, when the observer or the DEM changes.
 class ObserverPointsModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -51,8 +51,10 @@ public:
 
     int enabledCount() const;
 
-    /// The enabled points with their absolute altitudes; points without ground are left out.
-    QList<ToolObserver> observers() const;
+    /// The enabled points with their absolute altitudes. Relative heights count from the ground of `copy`, a
+    /// reduced copy of the DEM, where it has data, and otherwise from the DEM's. Points without ground are left
+    /// out.
+    QList<ToolObserver> observers(const DemGround &copy = {}) const;
 
     /// Refreshes the headers after a change of the language.
     void retranslate();

@@ -12,15 +12,15 @@ namespace Ui
 class intervisibilityProcessInfoDialog;
 }
 
-/// Dialog that asks how to make observers of a vector source: the distance between the samples of its lines, and where
-/// the heights come from. Shows the number of observers and the estimated computing time.
+/// Dialog that asks how to make observers of a vector source: the distance between the samples of its lines,
+/// and where the heights come from. Shows the number of observers and the estimated computing time.
 class intervisibilityProcessInfoDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// `source` outlives the dialog. `width` and `height` are those of the DEM in cells; `minimumStep` is the smallest
-    /// step allowed, in the DEM's unit.
+    /// `source` outlives the dialog. `width` and `height` are those of the DEM in cells; `minimumStep` is the
+    /// smallest step allowed, in the DEM's unit.
     intervisibilityProcessInfoDialog(const VectorObservers &source, int width, int height, double minimumStep,
                                      QWidget *parent = nullptr);
     ~intervisibilityProcessInfoDialog() override;

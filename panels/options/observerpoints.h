@@ -35,8 +35,8 @@ struct ObserverPoint
     bool operator==(const ObserverPoint &other) const = default;
 };
 
-/// The observer's altitude above the DEM's zero. `ground` is the elevation of the DEM under the observer, nothing where
-/// the DEM has no data: a relative height has no altitude there.
+/// The observer's altitude above the DEM's zero. `ground` is the elevation of the DEM under the observer,
+/// nothing where the DEM has no data: a relative height has no altitude there.
 std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::optional<double> &ground);
 
 /// Points that were read from lines of text.
@@ -57,8 +57,8 @@ struct PointRowsReading
     QString problem; ///< which member is not valid, in a sentence; empty for good rows
 };
 
-/// Reads a JSON array of objects with the members x, y, height, mode, distance and enabled. x and y are required; the
-/// others default to those of ObserverPoint.
+/// Reads a JSON array of objects with the members x, y, height, mode, distance and enabled. x and y are
+/// required; the others default to those of ObserverPoint.
 PointRowsReading readPointRows(const QVariant &value);
 
 /// The points as readPointRows() reads them.
@@ -73,6 +73,6 @@ struct ToolObserver
     double maxDistance; ///< in metres
 };
 
-/// Writes the shapefile "point.shp" into the folder: a layer "point" of 2.5D points without a CRS, with the distances in
-/// the field "Max_Dist". Returns its path; empty after any failure.
+/// Writes the shapefile "point.shp" into the folder: a layer "point" of 2.5D points without a CRS, with the
+/// distances in the field "Max_Dist". Returns its path; empty after any failure.
 QString writePointFile(const QString &folder, const QList<ToolObserver> &observers);

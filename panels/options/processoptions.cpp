@@ -11,8 +11,8 @@
 
 #include <limits>
 
-// Each record has a block of its own: the table of its fields, and overloads of the templates that stand first, which
-// answer for all other records. The words and the fragments of all processes follow the blocks.
+// Each record has a block of its own: the table of its fields, and overloads of the templates that stand first,
+// which answer for all other records. The words and the fragments of all processes follow the blocks.
 
 namespace
 {
@@ -37,8 +37,8 @@ template <class Record> bool dependsOnExtremes(const Record &)
     return false;
 }
 
-/// Sets the field that holds rows instead of one value. Nothing where the record has no such field of that name,
-/// else the problem, which is empty for good rows.
+/// Sets the field that holds rows instead of one value. Nothing where the record has no such field of that
+/// name, else the problem, which is empty for good rows.
 template <class Record> std::optional<QString> setRows(Record &, const QString &, const QVariant &)
 {
     return std::nullopt;
@@ -211,8 +211,9 @@ void complete(ColorReliefOptions &options, const QStringList &givenFields, const
         return;
     if (!colorsGiven)
         options.colors.clear();
+    // A name without a file in the folder is that of a table of the library.
     const QString file = QDir(folder).filePath(options.table);
-    if (!options.table.isEmpty() && QFileInfo::exists(file)) // otherwise it is the name of a table of the library
+    if (!options.table.isEmpty() && QFileInfo::exists(file))
         options.table = file;
 }
 

@@ -5,43 +5,43 @@
 
 #include <variant>
 
-/// The option record of any process. A new process adds its record here, and in the .cpp file a block with its fields, a
-/// word and a fragment.
+/// The option record of any process. A new process adds its record here, and in the .cpp file a block with its
+/// fields, a word and a fragment.
 using ProcessOptions = std::variant<ShadedOptions, SlopeOptions, AspectOptions, IntervisibilityOptions,
                                     ColorReliefOptions, ContourOptions, TerrainIndexOptions>;
 
 /// The process's word in recipes and on the command line, and the mode of the DEM tool ("hillshade", "TPI").
 QString processWord(const ProcessOptions &options);
 
-/// The argument fragment of the options (panels/options/fragments.h). The intervisibility's fragment lacks the file of
-/// the observers.
+/// The argument fragment of the options (panels/options/fragments.h). The intervisibility's fragment lacks the
+/// file of the observers.
 QString argumentFragment(const ProcessOptions &options);
 
 /// Why the process cannot run with the options, in a sentence; empty for good options.
 QString optionsProblem(const ProcessOptions &options);
 
-/// Why a field holds a wrong value, in a sentence; empty for good values. Unlike optionsProblem() it accepts options
-/// that are not complete yet.
+/// Why a field holds a wrong value, in a sentence; empty for good values. Unlike optionsProblem() it accepts
+/// options that are not complete yet.
 QString valuesProblem(const ProcessOptions &options);
 
-/// Completes options after setOption() has set the fields `givenFields`. A typed ratio that was given is used. A table
-/// and colours replace each other: the one that was not given is cleared. Relative names of given files count from
-/// `folder`.
+/// Completes options after setOption() has set the fields `givenFields`. A typed ratio that was given is used.
+/// A table and colours replace each other: the one that was not given is cleared. Relative names of given files
+/// count from `folder`.
 void completeOptions(ProcessOptions &options, const QStringList &givenFields, const QString &folder);
 
-/// Sets a field by its name, to a text or a JSON value. Returns the problem in a sentence, which lists the known fields
-/// for an unknown name; empty when the field is set.
+/// Sets a field by its name, to a text or a JSON value. Returns the problem in a sentence, which lists the
+/// known fields for an unknown name; empty when the field is set.
 QString setOption(ProcessOptions &options, const QString &name, const QVariant &value);
 
-/// The record as JSON values that setOption() accepts: every field by its name. Null stands for a number that is not
-/// given; observers and colours are rows.
+/// The record as JSON values that setOption() accepts: every field by its name. Null stands for a number that
+/// is not given; observers and colours are rows.
 QVariantMap optionValues(const ProcessOptions &options);
 
 /// The fields of the record, with its values as their defaults.
 QVector<FieldDescription> describeOptions(const ProcessOptions &options);
 
-/// Whether the product depends on the DEM's extreme elevations: they decide the number of contour lines, and the
-/// elevations that a colour table is spread over.
+/// Whether the product depends on the DEM's extreme elevations: they decide the number of contour lines, and
+/// the elevations that a colour table is spread over.
 bool needsExtremes(const ProcessOptions &options);
 
 /// The compass reading of a shaded relief in degrees; nothing for any other process.

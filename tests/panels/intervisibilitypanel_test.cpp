@@ -38,6 +38,7 @@ private slots:
     void fragments();
     void samples();
     void pointsAndFile();
+    void previewOnCopy();
     void groundless();
     void tableByKeys();
     void defaultsAndColours();
@@ -193,6 +194,21 @@ void IntervisibilityPanelTest::pointsAndFile()
     panel.click("m_pPBRemoveAll");
     QCOMPARE(panel.model->rowCount(), 0);
     QVERIFY(!panel.combines());
+}
+
+void IntervisibilityPanelTest::previewOnCopy()
+{
+    const QString copy = path("copie.tif");
+    QVERIFY(writeRaster(copy, 3, 3, {15, 20, -9999, 40, -9999, 60, 70, 80, 90}));
+    Panel panel(m_dem);
+    Prompt::answerBeforehand({});
+    panel.paste("500005 5099995\n500025 5099995\n500015 5099985 5 Absolute\n");
+    const auto input = panel.widget.previewInput(copy);
+    QVERIFY(input && input->readsTemporaryFile);
+    QCOMPARE(fileContent(pointFileOf(input->fragment)),
+             (QVector<QVector<double>>{{500005, 5099995, 16.7, 100000},
+                                       {500025, 5099995, 31.7, 100000}, // no data in the copy: the DEM's ground
+                                       {500015, 5099985, 5, 100000}}));
 }
 
 void IntervisibilityPanelTest::groundless()

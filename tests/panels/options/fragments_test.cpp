@@ -90,7 +90,8 @@ void FragmentsTest::others_data()
     row("slope", SlopeOptions{}, "slope", "-compute_edges -s 1 ");
     row("slope, everything", SlopeOptions{.percent = true, .scaleIndex = 2, .zevenbergenThorne = true}, "slope",
         "-p -compute_edges -alg ZevenbergenThorne -s 111120 ");
-    row("slope, typed", SlopeOptions{.scaleIndex = -1, .scaleText = "%1", .computeEdges = false}, "slope", "-s %1 ");
+    row("slope, typed", SlopeOptions{.scaleIndex = -1, .scaleText = "%1", .computeEdges = false}, "slope",
+        "-s %1 ");
     row("slope, emptied", SlopeOptions{.scaleIndex = -1, .computeEdges = false}, "slope", "");
     row("aspect", AspectOptions{}, "aspect", " -zero_for_flat -compute_edges");
     row("aspect, everything", AspectOptions{.trigonometric = true, .zevenbergenThorne = true}, "aspect",
@@ -169,7 +170,8 @@ void FragmentsTest::givenTable()
         completeOptions(options, given, folder.path());
         return std::get<ColorReliefOptions>(options).table;
     };
-    QCOMPARE(tableAfter({"alpha"}), QStringLiteral("dtm.txt")); // the default is the library's, not the folder's
+    QCOMPARE(tableAfter({"alpha"}),
+             QStringLiteral("dtm.txt")); // the default is the library's, not the folder's
     QCOMPARE(tableAfter({"table"}), local);
     QCOMPARE(tableAfter({"colors"}), QString()); // the colours have no name
 }
