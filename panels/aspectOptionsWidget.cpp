@@ -1,6 +1,7 @@
 #include "panels/aspectOptionsWidget.h"
 
 #include "messages/label.h"
+#include "panels/controls/paneltexts.h"
 #include "ui_aspectOptionsWidget.h"
 
 #include <QEvent>
@@ -10,6 +11,7 @@ aspectOptionsWidget::aspectOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
     , m_form(std::make_unique<Ui::aspectOptionsWidget>())
 {
     m_form->setupUi(this);
+    showOptions({});
     applyTexts();
     connectControls();
 }
@@ -18,8 +20,8 @@ aspectOptionsWidget::~aspectOptionsWidget() = default;
 
 void aspectOptionsWidget::connectControls()
 {
-    // The radio buttons stand in frames of their own, so that Qt unchecks neither of them before clicked(): the
-    // slots have to see which one was checked.
+    // Each radio button stands in a frame of its own, so that Qt does not uncheck the other one before
+    // clicked(): the slots must see which one was checked.
     connect(m_form->m_pPBAzimuth, &QPushButton::clicked, this, &aspectOptionsWidget::slot_checkAzimuth);
     connect(m_form->m_pRBAzimuth, &QRadioButton::clicked, this, &aspectOptionsWidget::slot_checkAzimuth);
     connect(m_form->m_pPBAzimuth, &QPushButton::clicked, this,
@@ -57,12 +59,17 @@ void aspectOptionsWidget::setProcessOptions(const ProcessOptions &processOptions
     const auto *options = std::get_if<AspectOptions>(&processOptions);
     if (!options)
         return;
-    m_form->m_pRBAzimuth->setChecked(!options->trigonometric);
-    m_form->m_pRBTrigonometric->setChecked(options->trigonometric);
-    (options->zeroForFlat ? m_form->m_pRBZero : m_form->m_pRBNoData)->setChecked(true);
-    m_form->m_pChBComputeAtEdges->setChecked(options->computeEdges);
-    (options->zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
+    showOptions(*options);
     slot_onOptionsChanged();
+}
+
+void aspectOptionsWidget::showOptions(const AspectOptions &options)
+{
+    m_form->m_pRBAzimuth->setChecked(!options.trigonometric);
+    m_form->m_pRBTrigonometric->setChecked(options.trigonometric);
+    (options.zeroForFlat ? m_form->m_pRBZero : m_form->m_pRBNoData)->setChecked(true);
+    m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
+    (options.zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
 }
 
 void aspectOptionsWidget::slot_onOptionsChanged()
@@ -112,8 +119,6 @@ void aspectOptionsWidget::applyTexts()
     m_form->m_pLabelAspect->setText(withColon(tr("Orientations:", "MESS_ORIENTATIONS")));
     m_form->m_pLabelCode->setText(
         withColon(tr("Code à utiliser pour exprimer l'orientation des zones plates :", "MESS_ORIENT_PLAT")));
-    m_form->m_pLabelCalcMethode->setText(withColon(tr("Méthode de calcul", "MESS_CALC_METHODE")));
-    m_form->m_pLabelCalcBord->setText(
-        withColon(tr("Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData",
-                     "MESS_CALC_BORD_EXPL")));
+    m_form->m_pLabelCalcMethode->setText(methodText());
+    m_form->m_pLabelCalcBord->setText(edgesText());
 }

@@ -9,7 +9,7 @@ namespace Ui
 class aspectOptionsWidget;
 }
 
-/// Options of the aspect process: kind of angles, code of flat cells, method and edges.
+/// Panel of the aspect process: kind of angles, code of flat cells, method and edges.
 class aspectOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -33,7 +33,7 @@ public slots:
     void slot_onOptionsChanged();
     void slot_onAzimuthButtonClicked();
     void slot_onTrigoButtonClicked();
-    /// Choose the kind of angles; completeChanged() follows where it was the other one.
+    /// These two choose the kind of angles; completeChanged() follows where the other kind was chosen before.
     void slot_checkAzimuth();
     void slot_checkTrigonometric();
 
@@ -42,6 +42,7 @@ protected:
 
 private:
     void connectControls();
+    void showOptions(const AspectOptions &options);
     void applyTexts();
 
     std::unique_ptr<Ui::aspectOptionsWidget> m_form;

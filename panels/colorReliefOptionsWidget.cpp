@@ -16,12 +16,18 @@
 namespace
 {
 
-constexpr int changeDelay = 100; // ms
+const ColorReliefOptions defaults;
 
-/// A name of the list from that of a file.
+/// The name of a table in the list.
 QString tableName(const QString &file)
 {
     return QFileInfo(file).completeBaseName().replace(QLatin1Char('_'), QLatin1Char(' '));
+}
+
+/// Whether the entries are the colours that the options hold by value, if they hold any.
+bool matches(const ColorReliefOptions &options, const QList<QuvoColorDef> &entries)
+{
+    return options.colors.isEmpty() || options.colors == entries;
 }
 
 QString elevationText(const QLocale &locale, double elevation)
@@ -40,18 +46,18 @@ colorReliefOptionsWidget::colorReliefOptionsWidget(WorkFolder &workFolder, QWidg
 {
     m_form->setupUi(this);
     m_form->m_pPBEditColorTable->setVisible(false); // there is no editor
-    connectControls();
     loadLibrary(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
     colorReliefOptionsWidget::setDem({});
+    showOptions(defaults);
     applyTexts();
+    connectControls();
 }
 
 colorReliefOptionsWidget::~colorReliefOptionsWidget() = default;
 
 void colorReliefOptionsWidget::connectControls()
 {
-    connect(m_form->m_pCBColorTable, qOverload<int>(&QComboBox::activated), this,
-            &colorReliefOptionsWidget::slot_onOptionsChanged);
+    // loadLibrary() connects the combo box's activated().
     connect(m_form->m_pCBColorTable, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &colorReliefOptionsWidget::slot_onCurrentColormapChanged);
     connect(m_form->m_pPBAddAColorFile, &QPushButton::clicked, this,
@@ -59,7 +65,7 @@ void colorReliefOptionsWidget::connectControls()
     connect(m_form->m_pRBRelatifAltitude, &QRadioButton::toggled, this,
             &colorReliefOptionsWidget::slot_onUseColorsOnAbsolute);
     for (QRadioButton *mode : {m_form->m_pRBAbsoluteAltitude, m_form->m_pRBRelatifAltitude})
-        connect(mode, &QRadioButton::clicked, this, &colorReliefOptionsWidget::forgetRange);
+        connect(mode, &QRadioButton::clicked, this, &colorReliefOptionsWidget::clearGivenRange);
     connect(m_form->m_pChBAddAlphaChannel, &QCheckBox::toggled, this,
             &colorReliefOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pLComputeExactStatisticsLink, &QLabel::linkActivated, this,
@@ -67,7 +73,7 @@ void colorReliefOptionsWidget::connectControls()
     connect(&m_progress, &QuvoProgressDialog::cancelled, this,
             &colorReliefOptionsWidget::slot_onCancelStatisticsCalcul);
     connect(&m_scan, &ExtremesScan::progress, &m_progress, &QuvoProgressDialog::setProgress);
-    connect(&m_scan, &ExtremesScan::finished, this, &colorReliefOptionsWidget::takeExactStatistics);
+    connect(&m_scan, &ExtremesScan::finished, this, &colorReliefOptionsWidget::endExactStatistics);
 }
 
 QString colorReliefOptionsWidget::getCommandArguments()
@@ -126,45 +132,62 @@ void colorReliefOptionsWidget::setProcessOptions(const ProcessOptions &processOp
     const auto *options = std::get_if<ColorReliefOptions>(&processOptions);
     if (!options)
         return;
-    const int row = rowOf(*options);
-    if (row >= 0)
-        m_form->m_pCBColorTable->setCurrentIndex(row);
-    m_form->m_pChBAddAlphaChannel->setChecked(options->alpha);
-    const bool spread = options->spread && m_form->m_pRBRelatifAltitude->isEnabled();
-    (spread ? m_form->m_pRBRelatifAltitude : m_form->m_pRBAbsoluteAltitude)->setChecked(true);
-    m_spreadWanted = options->spread; // the DEM that it is spread over may come later
-    m_minimum = options->minimum;
-    m_maximum = options->maximum;
-    updateSpreadNote();
+    showOptions(*options);
     slot_onOptionsChanged();
 }
 
-/// What a table is called outside of this process.
+void colorReliefOptionsWidget::showOptions(const ColorReliefOptions &options)
+{
+    int row = listedRow(options);
+    if (row < 0)
+        row = addTable(options);
+    if (row >= 0)
+        m_form->m_pCBColorTable->setCurrentIndex(row);
+    m_form->m_pChBAddAlphaChannel->setChecked(options.alpha);
+    m_spreadWanted = options.spread;
+    m_minimum = options.minimum;
+    m_maximum = options.maximum;
+    showMode();
+    updateSpreadNote();
+}
+
+/// Checks the button of the mode that the user chose. The spread mode comes back with the DEM's elevations:
+/// while the path of a DEM is being typed, there is no DEM.
+void colorReliefOptionsWidget::showMode()
+{
+    const bool wanted = m_spreadWanted;
+    m_spread = wanted && m_form->m_pRBRelatifAltitude->isEnabled();
+    (m_spread ? m_form->m_pRBRelatifAltitude : m_form->m_pRBAbsoluteAltitude)->setChecked(true);
+    m_spreadWanted = wanted; // the slot of the button took it for the user's choice
+}
+
 QString colorReliefOptionsWidget::settingsName(const QString &file) const
 {
     const bool named = m_ownTables.contains(file) || QFileInfo(file).absolutePath() == m_libraryFolder;
     return named ? QFileInfo(file).completeBaseName() : file;
 }
 
-/// The row of the table, which joins the list where it is not there yet; -1 where there is no such table.
-int colorReliefOptionsWidget::rowOf(const ColorReliefOptions &options)
+int colorReliefOptionsWidget::listedRow(const ColorReliefOptions &options) const
 {
     const ColorRampComboBox *combo = m_form->m_pCBColorTable;
-    const auto isIt = [&](const QList<QuvoColorDef> &entries) {
-        return options.colors.isEmpty() || options.colors == entries;
-    };
     for (int row = 0; row < combo->count(); ++row) {
         const ColorRampComboBox::Table table = combo->table(row);
         const QString name = settingsName(table.file);
         const bool named = options.table == table.file || options.table == name
             || (name != table.file && options.table == name + QLatin1String(".txt"));
         const bool own = m_ownTables.contains(table.file) && !options.colors.isEmpty();
-        if ((named || own) && isIt(table.entries))
+        if ((named || own) && matches(options, table.entries))
             return row;
     }
-    if (QFileInfo(options.table).isFile()) {
+    return -1;
+}
+
+int colorReliefOptionsWidget::addTable(const ColorReliefOptions &options)
+{
+    // The default table is the library's, even where the working directory holds a file of that name.
+    if (options.table != defaults.table && QFileInfo(options.table).isFile()) {
         const ColorTableReading reading = readColorTable(options.table);
-        if (isIt(reading.entries))
+        if (matches(options, reading.entries))
             return addTable(options.table, reading);
     }
     if (options.colors.isEmpty())
@@ -185,7 +208,7 @@ Extremes colorReliefOptionsWidget::spreadRange(Extremes extremes) const
     return extremes;
 }
 
-void colorReliefOptionsWidget::forgetRange()
+void colorReliefOptionsWidget::clearGivenRange()
 {
     if (!m_minimum && !m_maximum)
         return;
@@ -204,19 +227,15 @@ void colorReliefOptionsWidget::setDem(const DemInfo &dem)
     m_dem = dem;
     if (!dem.path.isEmpty()) {
         if (!m_rangeDem.path.isEmpty() && (dem.path != m_rangeDem.path || dem.band != m_rangeDem.band))
-            forgetRange();
+            clearGivenRange();
         m_rangeDem = dem;
     }
-    const bool maySpread = dem.extremes.known || dem.searching;
-    m_form->m_pRBRelatifAltitude->setEnabled(maySpread);
-    // The user's choice comes back with the elevations: while a path is being typed there is no DEM.
-    const bool wanted = m_spreadWanted;
-    (maySpread && wanted ? m_form->m_pRBRelatifAltitude : m_form->m_pRBAbsoluteAltitude)->setChecked(true);
-    m_spreadWanted = wanted;
+    m_form->m_pRBRelatifAltitude->setEnabled(dem.extremes.known || dem.searching);
+    showMode();
     showExtremes();
     updateSpreadNote();
     if (m_spread)
-        slot_onOptionsChanged(); // the product is another one
+        slot_onOptionsChanged(); // the product follows the DEM's elevations
 }
 
 void colorReliefOptionsWidget::loadLibrary(const QString &folder)
@@ -230,7 +249,7 @@ void colorReliefOptionsWidget::loadLibrary(const QString &folder)
     for (const QFileInfo &file :
          QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
         const int row = addTable(file.absoluteFilePath(), readColorTable(file.absoluteFilePath()));
-        if (row >= 0 && file.absoluteFilePath().endsWith(QLatin1String("/dtm.txt")))
+        if (row >= 0 && file.fileName() == defaults.table)
             chosen = row;
     }
     combo->setCurrentIndex(combo->count() > 0 ? chosen : -1);
@@ -303,7 +322,7 @@ void colorReliefOptionsWidget::useTable(const QString &file, const ColorTableRea
     if (row < 0)
         return;
     m_form->m_pCBColorTable->setCurrentIndex(row);
-    updateSpreadNote(); // the row may have been the current one
+    updateSpreadNote(); // a new table in the current row emits no signal
     slot_onOptionsChanged();
 }
 
@@ -334,16 +353,13 @@ void colorReliefOptionsWidget::slot_onUseColorsOnAbsolute()
 
 void colorReliefOptionsWidget::slot_onOptionsChanged()
 {
-    if (m_changeTimer > 0)
-        killTimer(m_changeTimer);
-    m_changeTimer = startTimer(changeDelay);
+    m_changeTimer.start(changeDelay, this); // a pending timer begins again
 }
 
 void colorReliefOptionsWidget::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == m_changeTimer) {
-        killTimer(m_changeTimer);
-        m_changeTimer = 0; // before the signal, whose listener may change an option
+    if (event->timerId() == m_changeTimer.timerId()) {
+        m_changeTimer.stop(); // before the signal, whose receiver may change an option
         emit completeChanged();
     }
     optionsWidget::timerEvent(event);
@@ -364,7 +380,7 @@ void colorReliefOptionsWidget::slot_onCancelStatisticsCalcul()
     m_scan.stop();
 }
 
-void colorReliefOptionsWidget::takeExactStatistics(const Extremes &extremes)
+void colorReliefOptionsWidget::endExactStatistics(const Extremes &extremes)
 {
     m_progress.hide();
     if (m_cancelStatistics)
@@ -385,7 +401,7 @@ QString colorReliefOptionsWidget::colorFile(bool forceAbsolute)
     return forceAbsolute || !m_spread ? table.toolFile : spreadFile(table.entries);
 }
 
-/// A file that was edited meanwhile counts as it is now, where it still is a table.
+/// Reads the current table's file again: another program may have edited it.
 void colorReliefOptionsWidget::refreshCurrentTable()
 {
     const QString file = m_form->m_pCBColorTable->currentTable().file;

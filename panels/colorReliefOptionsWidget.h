@@ -5,6 +5,8 @@
 #include "panels/optionsWidget.h"
 #include "runner/QuvoProgressDialog.h"
 
+#include <QBasicTimer>
+
 #include <memory>
 
 class WorkFolder;
@@ -14,45 +16,47 @@ namespace Ui
 class colorReliefOptionsWidget;
 }
 
-/// Options of the colour relief process: the colour table, how it is applied to the DEM's elevations, and
-/// alpha.
+/// Panel of the colour relief process: the colour table, how it is applied to the DEM's elevations, and alpha.
 class colorReliefOptionsWidget : public optionsWidget
 {
     Q_OBJECT
 
 public:
-    /// Lists the tables of the folder "libraries/colormap" beside the program. Files of its own go to the work
-    /// folder, which outlives the panel.
+    /// Lists the tables of the folder "libraries/colormap" beside the program. The panel writes its own files
+    /// into the work folder, which outlives the panel.
     explicit colorReliefOptionsWidget(WorkFolder &workFolder, QWidget *parent = nullptr,
                                       Qt::WindowFlags flags = {});
     ~colorReliefOptionsWidget() override;
 
     bool capabilityFlag() const override { return true; }
-    /// The table by value, under its name in the library or its path; the elevations to spread it over only
-    /// where they were given.
+    /// The record holds the table by value. Its name is that in the library, or else its path. The elevations
+    /// to spread the table over are set only if they were given to setProcessOptions().
     ProcessOptions processOptions() const override;
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     std::optional<ToolInput> launchInput() override;
-    /// Notes the DEM's extreme values in the copy, because the percentages of a table are those of the DEM.
+    /// Also writes the DEM's extreme values into the statistics of the copy, because percentages of a table
+    /// refer to the DEM's range.
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
 
-    /// The tables of another folder take the place of those that are listed.
+    /// Replaces the listed tables by those of a folder and chooses the default table where it is among them.
     void loadLibrary(const QString &folder);
 
-    /// The file of the table that the tool gets: in the spread mode, unless the chosen table itself is asked
-    /// for, one that is written for the DEM when it is asked for, into a folder of its own. Empty when there
-    /// is no table, or after a box that says why there is no file.
+    /// Path of the table file for the tool. In the spread mode, and without `forceAbsolute`, each call writes a
+    /// table for the DEM into a new folder. Otherwise it is the file of the chosen table. Empty when there is
+    /// no table, or when no file can be written, which a message box reports.
     QString colorFile(bool forceAbsolute);
 
-    /// As a run takes them: the table's file, and the elevations to spread it over where they are known.
+    /// The options as a run uses them: the path of the table's file, and the elevations to spread it over as
+    /// far as they are known.
     ColorReliefOptions options() const;
 
 signals:
+    /// The options changed. The signal follows `changeDelay` after the last change of a burst.
     void completeChanged();
-    /// Every cell of the DEM was read.
+    /// Every cell of the DEM was read; `extremes` are its exact extreme values.
     void extremesComputed(const Extremes &extremes);
 
 public slots:
@@ -61,13 +65,12 @@ public slots:
     void slot_onOptionsChanged();
     void slot_computeExactStatistics();
     void slot_onCancelStatisticsCalcul();
-    /// The file of the current table changed.
+    /// Reads the file of the current table again.
     void slot_onCurrentColorFileDataChanged();
-    /// A table file joins the list and becomes the current one.
+    /// Adds a table file to the list and makes it the current table.
     void slot_onNewColorFileCreated(const QString &path);
     void slot_onCurrentColormapChanged(int row);
-    /// The current table was changed and is kept in memory alone: it joins the list as a table of the program's
-    /// own.
+    /// Writes the entries of an edited table into the work folder, and makes that file the current table.
     void slot_onCurrentColorFileDataChanged(const QList<QuvoColorDef> &entries);
 
 protected:
@@ -76,18 +79,29 @@ protected:
 
 private:
     void connectControls();
+    void showOptions(const ColorReliefOptions &options);
+    void showMode();
     void applyTexts();
     void showExtremes();
     void updateSpreadNote();
-    void takeExactStatistics(const Extremes &extremes);
-    int rowOf(const ColorReliefOptions &options);
-    QString settingsName(const QString &file) const;
-    Extremes spreadRange(Extremes extremes) const;
-    void forgetRange();
+    void endExactStatistics(const Extremes &extremes);
+    /// The row of the table that the options name or hold; -1 where there is none.
+    int listedRow(const ColorReliefOptions &options) const;
+    /// Adds the table that the options name or hold to the list. Returns its row; -1 where there is no such
+    /// table.
+    int addTable(const ColorReliefOptions &options);
+    /// Returns the row; -1 for a table without colours, or after a message box about a file that cannot be
+    /// written.
     int addTable(const QString &file, const ColorTableReading &reading);
+    /// Name of a table in recipes: that in the library or of a table by value, or else the path.
+    QString settingsName(const QString &file) const;
+    /// The range to spread the table over: the given elevations, and `extremes` for those that were not given.
+    Extremes spreadRange(Extremes extremes) const;
+    void clearGivenRange();
     void useTable(const QString &file, const ColorTableReading &reading);
     void refreshCurrentTable();
     QString spreadFile(const QList<QuvoColorDef> &entries);
+    /// Returns false after a message box with the reason.
     bool writeOwnFile(const QString &path, const QByteArray &text);
 
     std::unique_ptr<Ui::colorReliefOptionsWidget> m_form;
@@ -96,12 +110,12 @@ private:
     ExtremesScan m_scan;
     QuvoProgressDialog m_progress;
     bool m_spread = false;       ///< the spread mode is on
-    bool m_spreadWanted = false; ///< the user chose it
+    bool m_spreadWanted = false; ///< the user chose the spread mode, which needs the DEM's elevations to be on
     QString m_libraryFolder;
-    QStringList m_ownTables;         ///< files of the work folder that hold tables which came by value
-    std::optional<double> m_minimum; ///< given elevations to spread the table over, in place of the DEM's
-    std::optional<double> m_maximum;
-    DemInfo m_rangeDem; ///< the last DEM; with another one the given elevations lapse
+    QStringList m_ownTables;         ///< files of the work folder with the tables that recipes held by value
+    std::optional<double> m_minimum; ///< given elevation to spread the table from, in place of the DEM's lowest
+    std::optional<double> m_maximum; ///< given elevation to spread the table to, in place of the DEM's highest
+    DemInfo m_rangeDem;              ///< the last DEM with a path; another DEM clears the given elevations
     bool m_cancelStatistics = false;
-    int m_changeTimer = 0; ///< identifier of the pending change timer; 0: none runs
+    QBasicTimer m_changeTimer; ///< runs from a change until completeChanged()
 };

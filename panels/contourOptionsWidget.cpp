@@ -12,13 +12,14 @@
 namespace
 {
 
-/// An empty note takes no room.
+/// Shows the text in the label; an empty text hides the label, which takes no room then.
 void setNote(QLabel *note, const QString &text)
 {
     note->setText(text);
     note->setVisible(!text.isEmpty());
 }
 
+/// Warns of a text that is not a number; empty for a number and for an empty text.
 QString numberNote(const QString &text)
 {
     bool isNumber = false;
@@ -28,7 +29,7 @@ QString numberNote(const QString &text)
         : labelText({"MESS_CN_PAS_NOMBRE", "« %1 » n'est pas un nombre ; l'outil recevrait 0."}).arg(text);
 }
 
-/// What a shapefile leaves of an attribute's name: ten bytes.
+/// Warns of a name that a shapefile would cut to ten bytes; empty for a shorter one.
 QString attributeNote(const QString &name)
 {
     constexpr int longest = 10;
@@ -48,13 +49,14 @@ contourOptionsWidget::contourOptionsWidget(QWidget *parent, Qt::WindowFlags flag
     m_form->setupUi(this);
     makeNoDataCombo();
     for (int row = 0; row < m_form->m_pFieldsLayout->rowCount(); ++row) {
-        // Each label nearer to its field than to the one above.
+        // A margin above each label sets it nearer to its own field than to the one above.
         if (QLayoutItem *label = m_form->m_pFieldsLayout->itemAt(row, QFormLayout::LabelRole))
             label->widget()->setContentsMargins(0, 6, 0, 0);
     }
     static const QRegularExpression threeDecimals(QStringLiteral("\\d+\\.\\d{3}"));
     for (QLineEdit *field : {m_form->m_pLEElevationInterval, m_form->m_pLEOffset})
         field->setValidator(new PointForComma<QRegularExpressionValidator>(threeDecimals, field));
+    showOptions({});
     connectControls();
     updateNotes();
 }
@@ -70,7 +72,7 @@ void contourOptionsWidget::makeNoDataCombo()
     m_pNoDataCombo->setMinimumContentsLength(16);
     m_pNoDataCombo->setValidator(makeNumberValidator(decimals, m_pNoDataCombo));
     m_pNoDataCombo->addItems({QStringLiteral("-9999"), QStringLiteral("-32768")});
-    m_pNoDataCombo->setCurrentIndex(-1);
+    m_pNoDataCombo->setCurrentIndex(-1); // no row is current until the user chooses one
     m_form->m_pFieldsLayout->setWidget(fieldRow, QFormLayout::FieldRole, m_pNoDataCombo);
     m_form->m_pPixelValueToTreatAsNoDataLabel->setBuddy(m_pNoDataCombo);
     setTabOrder(m_form->m_pChBTreatNoDataValue, m_pNoDataCombo);
@@ -87,14 +89,13 @@ void contourOptionsWidget::connectControls()
             &QWidget::setDisabled);
     connect(m_form->m_pChBTreatNoDataValue, &QCheckBox::toggled, m_pNoDataCombo, &QWidget::setDisabled);
 
-    // The other controls change the product, too; typing in the combo changes no index.
+    // The other controls change the product, too. Typing in the combo does not change its index.
     connect(m_form->m_pLEElevationAttribute, &QLineEdit::textChanged, this,
             &contourOptionsWidget::slot_onOptionsChanged);
     for (QCheckBox *box : {m_form->m_pChB3D, m_form->m_pChBTreatNoDataValue})
         connect(box, &QCheckBox::toggled, this, &contourOptionsWidget::slot_onOptionsChanged);
     connect(m_pNoDataCombo->lineEdit(), &QLineEdit::textEdited, this,
             &contourOptionsWidget::slot_onOptionsChanged);
-
     connect(m_pNoDataCombo, &QEditableComboBox::textReset, this, &contourOptionsWidget::slot_onOptionsChanged);
 
     connect(m_form->m_pForecastLabel, &QLabel::linkActivated, this, [this](const QString &interval) {
@@ -143,14 +144,19 @@ void contourOptionsWidget::setProcessOptions(const ProcessOptions &processOption
     const auto *options = std::get_if<ContourOptions>(&processOptions);
     if (!options)
         return;
-    m_form->m_pLEElevationInterval->setText(numberText(options->interval));
-    m_form->m_pLEElevationAttribute->setText(options->attribute);
-    m_form->m_pChB3D->setChecked(options->threeD);
-    m_form->m_pLEFixedLevels->setText(options->fixedLevels);
-    m_form->m_pChBTreatNoDataValue->setChecked(options->everyValueValid);
-    m_pNoDataCombo->showTyped(numberText(options->noDataValue, 0));
-    m_form->m_pLEOffset->setText(numberText(options->offset));
+    showOptions(*options);
     slot_onOptionsChanged();
+}
+
+void contourOptionsWidget::showOptions(const ContourOptions &options)
+{
+    m_form->m_pLEElevationInterval->setText(numberText(options.interval));
+    m_form->m_pLEElevationAttribute->setText(options.attribute);
+    m_form->m_pChB3D->setChecked(options.threeD);
+    m_form->m_pLEFixedLevels->setText(options.fixedLevels);
+    m_form->m_pChBTreatNoDataValue->setChecked(options.everyValueValid);
+    m_pNoDataCombo->showTyped(numberText(options.noDataValue, 0));
+    m_form->m_pLEOffset->setText(numberText(options.offset));
 }
 
 void contourOptionsWidget::slot_onOptionsChanged()
@@ -161,42 +167,42 @@ void contourOptionsWidget::slot_onOptionsChanged()
 
 void contourOptionsWidget::updateNotes()
 {
-    const ContourOptions asked = options();
-    m_form->m_pForecastLabel->setText(forecast(asked)); // beside its field, so that its room stays
-    setNote(m_form->m_pAttributeNote, attributeNote(asked.attribute));
-    setNote(m_form->m_pLevelsNote, levelsProblem(asked.fixedLevels));
+    const ContourOptions shown = options();
+    m_form->m_pForecastLabel->setText(forecast(shown)); // never hidden: it stands beside its field
+    setNote(m_form->m_pAttributeNote, attributeNote(shown.attribute));
+    setNote(m_form->m_pLevelsNote, levelsProblem(shown.fixedLevels));
     setNote(m_form->m_pOffsetNote, numberNote(m_form->m_pLEOffset->text()));
-    const QString ignored = asked.everyValueValid ? QString() : m_pNoDataCombo->currentText();
+    const QString ignored = shown.everyValueValid ? QString() : m_pNoDataCombo->currentText();
     setNote(m_form->m_pNoDataNote, numberNote(ignored));
 }
 
-QString contourOptionsWidget::forecast(const ContourOptions &asked) const
+QString contourOptionsWidget::forecast(const ContourOptions &options) const
 {
     const QString notNumber = numberNote(m_form->m_pLEElevationInterval->text());
     if (!notNumber.isEmpty())
         return notNumber.toHtmlEscaped();
-    if (asked.interval && *asked.interval <= 0.0)
+    if (options.interval && *options.interval <= 0.0)
         return tr("Un intervalle de 0 ne donne aucune courbe.", "MESS_CN_INTERV_NUL");
-    if (asked.interval && !asked.fixedLevels.isEmpty())
+    if (options.interval && !options.fixedLevels.isEmpty())
         return tr("L'outil ignore l'intervalle : les valeurs spécifiques le remplacent.", "MESS_CN_IGNORE");
-    if (!m_dem.extremes.known || !asked.fixedLevels.isEmpty())
+    if (!m_dem.extremes.known || !options.fixedLevels.isEmpty())
         return {};
 
     const auto elevation = [this](double value) { return locale().toString(value, 'f', 1); };
     const QString range = tr("Altitudes de %1 à %2.", "MESS_CN_ALTITUDES")
                               .arg(elevation(m_dem.extremes.minimum), elevation(m_dem.extremes.maximum));
-    if (asked.interval) {
-        const double levels = levelCount(m_dem.extremes, *asked.interval, asked.offset.value_or(0.0));
+    if (options.interval) {
+        const double levels = levelCount(m_dem.extremes, *options.interval, options.offset.value_or(0.0));
         return range + QLatin1Char(' ')
             + tr("Niveaux : %1.", "MESS_CN_NIVEAUX").arg(locale().toString(levels, 'f', 0));
     }
-    const auto offered = roundInterval(m_dem.extremes);
-    if (!offered)
+    const auto proposed = roundInterval(m_dem.extremes);
+    if (!proposed)
         return range;
     return range + QLatin1Char(' ')
         + tr("Intervalle proposé : %1", "MESS_CN_PROPOSE")
               .arg(QStringLiteral("<a href=\"%1\">%2</a>")
-                       .arg(QString::number(*offered, 'f', 3), QString::number(*offered)));
+                       .arg(QString::number(*proposed, 'f', 3), QString::number(*proposed)));
 }
 
 void contourOptionsWidget::changeEvent(QEvent *event)

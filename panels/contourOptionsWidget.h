@@ -11,8 +11,8 @@ namespace Ui
 class contourOptionsWidget;
 }
 
-/// Options of the contour process: interval or fixed levels, attribute, 3D, values to ignore. Lines under the
-/// fields tell how many levels the options make, and what the tool would not understand.
+/// Panel of the contour process: interval or fixed levels, attribute, 3D, values to ignore. Notes beside and
+/// under the fields show how many levels the options make, and which text the tool would not understand.
 class contourOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ public:
     void setDem(const DemInfo &dem) override;
     QStringList launchWarnings() const override;
 
-    /// What was typed and is no number counts as 0.
+    /// A typed text that is not a number is read as 0.
     ContourOptions options() const;
 
 signals:
@@ -44,7 +44,9 @@ protected:
 private:
     void makeNoDataCombo();
     void connectControls();
+    void showOptions(const ContourOptions &options);
     void updateNotes();
+    /// The note beside the interval: what the options make of the DEM, or an interval that would suit it.
     QString forecast(const ContourOptions &options) const;
 
     std::unique_ptr<Ui::contourOptionsWidget> m_form;

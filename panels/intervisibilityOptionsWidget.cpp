@@ -27,14 +27,24 @@ intervisibilityOptionsWidget::intervisibilityOptionsWidget(WorkFolder &workFolde
     , m_workFolder(workFolder)
 {
     m_form->setupUi(this);
-    setUpTable();
+    QTableView *table = m_form->m_pTViewObsPos;
+    table->setModel(&m_model);
+    table->setItemDelegate(new PointDelegate(table));
+    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    table->installEventFilter(this);
     for (QLineEdit *field : {m_form->m_pLEAltitude, m_form->m_pLEMaxDistance, m_form->m_pLESmokeHeight,
                              m_form->m_pLEPointX, m_form->m_pLEPointY})
         makeNumberField(field);
     m_visibleColor.emplace(m_form->m_pPBColorZO, m_form->m_pPBResetColorZO, defaults.visibleColor);
     m_hiddenColor.emplace(m_form->m_pPBColorZNO, m_form->m_pPBResetColorZNO, defaults.hiddenColor);
     m_noDataColor.emplace(m_form->m_pPBColorNoData, m_form->m_pPBResetColorNoData, defaults.noDataColor);
+    showOptions(defaults);
+    slot_resetDefaultObserverHeight();
+    slot_resetDefaultAltitudeType();
+    slot_resetDefaultMaxDistance();
     applyTexts();
+    connectTable();
     connectControls();
     connectColors();
     updateControls();
@@ -42,31 +52,23 @@ intervisibilityOptionsWidget::intervisibilityOptionsWidget(WorkFolder &workFolde
 
 intervisibilityOptionsWidget::~intervisibilityOptionsWidget() = default;
 
-void intervisibilityOptionsWidget::setUpTable()
+void intervisibilityOptionsWidget::connectTable()
 {
-    QTableView *table = m_form->m_pTViewObsPos;
-    table->setModel(&m_model);
-    table->setItemDelegate(new PointDelegate(table));
-    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    table->installEventFilter(this);
-    connect(table, &QTableView::clicked, this,
-            &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
-    connect(table, &QTableView::clicked, this, &intervisibilityOptionsWidget::toggle);
+    using Panel = intervisibilityOptionsWidget;
+    using Model = ObserverPointsModel;
+    const QTableView *table = m_form->m_pTViewObsPos;
+    connect(table, &QTableView::clicked, this, &Panel::slot_onCurrentObserverPointChanged);
+    connect(table, &QTableView::clicked, this, &Panel::toggle);
     connect(table->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
-    connect(&m_model, &ObserverPointsModel::dataChanged, this,
-            &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
-    connect(&m_model, &ObserverPointsModel::dataChanged, this, &intervisibilityOptionsWidget::warnOfGround,
-            Qt::QueuedConnection); // when the cell's editor is gone
-    connect(&m_model, &ObserverPointsModel::modelReset, this,
-            &intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged);
-    for (const auto signal : {&ObserverPointsModel::rowsInserted, &ObserverPointsModel::rowsRemoved})
-        connect(&m_model, signal, this, &intervisibilityOptionsWidget::slot_onOptionsChanged);
-    connect(&m_model, &ObserverPointsModel::modelReset, this,
-            &intervisibilityOptionsWidget::slot_onOptionsChanged);
-    connect(&m_model, &ObserverPointsModel::dataChanged, this,
-            &intervisibilityOptionsWidget::slot_onOptionsChanged);
+            &Panel::slot_onCurrentObserverPointChanged);
+    connect(&m_model, &Model::dataChanged, this, &Panel::slot_onCurrentObserverPointChanged);
+    connect(&m_model, &Model::dataChanged, this, &Panel::switchOffGroundless,
+            Qt::QueuedConnection); // after the cell's editor has closed: a message box may follow
+    connect(&m_model, &Model::modelReset, this, &Panel::slot_onCurrentObserverPointChanged);
+    for (const auto signal : {&Model::rowsInserted, &Model::rowsRemoved})
+        connect(&m_model, signal, this, &Panel::slot_onOptionsChanged);
+    connect(&m_model, &Model::modelReset, this, &Panel::slot_onOptionsChanged);
+    connect(&m_model, &Model::dataChanged, this, &Panel::slot_onOptionsChanged);
 }
 
 void intervisibilityOptionsWidget::connectControls()
@@ -77,7 +79,7 @@ void intervisibilityOptionsWidget::connectControls()
     connect(m_form->m_pPBRemovePoint, &QPushButton::clicked, this, &Panel::slot_removePoint);
     connect(m_form->m_pPBRemoveAll, &QPushButton::clicked, this, &Panel::slot_removeAllPoint);
     for (QLineEdit *field : {m_form->m_pLEPointX, m_form->m_pLEPointY})
-        connect(field, &QLineEdit::editingFinished, this, &Panel::takePosition);
+        connect(field, &QLineEdit::editingFinished, this, &Panel::applyTypedPosition);
     connect(m_form->m_pLEAltitude, &QLineEdit::textChanged, this,
             &Panel::slot_onDefaultObserverHeightValueChanged);
     connect(m_form->m_pCmBAltitudeType, qOverload<int>(&QComboBox::currentIndexChanged), this,
@@ -115,19 +117,7 @@ std::optional<ToolInput> intervisibilityOptionsWidget::launchInput()
 
 std::optional<ToolInput> intervisibilityOptionsWidget::previewInput(const QString &copy)
 {
-    const DemGround ground(copy, m_dem.band);
-    QList<ObserverPoint> points = m_model.points();
-    for (ObserverPoint &point : points) { // a void of the copy alone must not lose an observer
-        const auto own = m_ground.elevation(point.position());
-        if (point.mode == AltitudeMode::Relative && own && !ground.elevation(point.position())) {
-            point.height += *own;
-            point.mode = AltitudeMode::Absolute;
-        }
-    }
-    ObserverPointsModel onCopy;
-    onCopy.setGround(ground);
-    onCopy.addPoints(points);
-    return ToolInput{argumentsWith(onCopy.observers()), {}, true};
+    return ToolInput{argumentsWith(m_model.observers(DemGround(copy, m_dem.band))), {}, true};
 }
 
 QString intervisibilityOptionsWidget::argumentsWith(const QList<ToolObserver> &observers)
@@ -139,10 +129,7 @@ QString intervisibilityOptionsWidget::argumentsWith(const QList<ToolObserver> &o
 
 bool intervisibilityOptionsWidget::isComplete() const
 {
-    bool grounded = true;
-    for (int row = 0; row < m_model.rowCount(); ++row)
-        grounded = grounded && (!m_model.point(row).enabled || !m_model.lacksGround(row));
-    return grounded && m_model.enabledCount() > 0;
+    return m_model.enabledCount() > 0 && m_model.groundlessCount() == 0;
 }
 
 IntervisibilityOptions intervisibilityOptionsWidget::options() const
@@ -160,23 +147,27 @@ IntervisibilityOptions intervisibilityOptionsWidget::options() const
     return options;
 }
 
-/// The points come as they are, switched on and off as they were: who lacks ground is told by the note.
 void intervisibilityOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
 {
     const auto *options = std::get_if<IntervisibilityOptions>(&processOptions);
     if (!options)
         return;
-    m_model.clear();
-    m_model.addPoints(options->observers);
-    if (m_model.rowCount() > 0)
-        m_form->m_pTViewObsPos->setCurrentIndex(m_model.index(0, ObserverPointsModel::HeightColumn));
-    (options->combination == QLatin1String("AND") ? m_form->m_pRBAndMode : m_form->m_pRBOrMode)
-        ->setChecked(true);
-    m_form->m_pLESmokeHeight->setText(numberText(options->groundHeight));
-    m_visibleColor->set(options->visibleColor);
-    m_hiddenColor->set(options->hiddenColor);
-    m_noDataColor->set(options->noDataColor);
+    showOptions(*options);
     slot_onOptionsChanged();
+}
+
+void intervisibilityOptionsWidget::showOptions(const IntervisibilityOptions &options)
+{
+    m_model.clear();
+    m_model.addPoints(options.observers); // an enabled point without ground stays enabled: a note reports it
+    if (m_model.rowCount() > 0)
+        chooseObserver(0);
+    (options.combination == QLatin1String("AND") ? m_form->m_pRBAndMode : m_form->m_pRBOrMode)
+        ->setChecked(true);
+    m_form->m_pLESmokeHeight->setText(numberText(options.groundHeight));
+    m_visibleColor->set(options.visibleColor);
+    m_hiddenColor->set(options.hiddenColor);
+    m_noDataColor->set(options.noDataColor);
 }
 
 std::optional<ObserverPoint> intervisibilityOptionsWidget::currentObserver() const
@@ -210,9 +201,9 @@ void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &positio
 
 void intervisibilityOptionsWidget::setDem(const DemInfo &dem)
 {
-    const bool another = !dem.isSameBandAs(m_dem);
+    const bool sameBand = dem.isSameBandAs(m_dem);
     m_dem = dem;
-    if (!another)
+    if (sameBand)
         return;
     m_ground = dem.path.isEmpty() ? DemGround() : DemGround(dem.path, dem.band);
     m_model.setGround(m_ground);
@@ -222,9 +213,7 @@ void intervisibilityOptionsWidget::setDem(const DemInfo &dem)
 void intervisibilityOptionsWidget::updateControls()
 {
     const bool hasCurrent = currentObserver().has_value();
-    int groundless = 0;
-    for (int row = 0; row < m_model.rowCount(); ++row)
-        groundless += m_model.point(row).enabled && m_model.lacksGround(row);
+    const int groundless = m_model.groundlessCount();
     m_form->m_pGBVisibiliyMultiPoints->setEnabled(m_model.enabledCount() >= 2);
     m_form->m_pPBAddPoint->setEnabled(m_ground.isOpen());
     m_form->m_pPBAddFromVector->setEnabled(m_ground.isOpen());
@@ -245,7 +234,7 @@ void intervisibilityOptionsWidget::showPosition()
     m_form->m_pLEPointY->setText(point ? QString::number(point->y, 'g', digits) : QString());
 }
 
-void intervisibilityOptionsWidget::takePosition()
+void intervisibilityOptionsWidget::applyTypedPosition()
 {
     const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
     const auto x = fieldNumber(m_form->m_pLEPointX->text());
@@ -253,7 +242,7 @@ void intervisibilityOptionsWidget::takePosition()
     if (!current.isValid() || !x || !y)
         return;
     ObserverPoint point = m_model.point(current.row());
-    // Leaving a field unchanged must not round the coordinate to what the field shows.
+    // The field shows a rounded coordinate, which replaces the exact one only where the user typed it.
     if (m_form->m_pLEPointX->isModified())
         point.x = *x;
     if (m_form->m_pLEPointY->isModified())
@@ -268,7 +257,7 @@ void intervisibilityOptionsWidget::toggle(const QModelIndex &index)
         m_model.setData(index, !m_model.point(index.row()).enabled);
 }
 
-void intervisibilityOptionsWidget::warnOfGround()
+void intervisibilityOptionsWidget::switchOffGroundless()
 {
     if (!m_ground.isOpen() || m_model.switchOffGroundless() == 0)
         return;
@@ -296,9 +285,8 @@ void intervisibilityOptionsWidget::addPoints(const QList<ObserverPoint> &points)
     if (points.isEmpty())
         return;
     m_model.addPoints(points);
-    m_form->m_pTViewObsPos->setCurrentIndex(
-        m_model.index(m_model.rowCount() - 1, ObserverPointsModel::HeightColumn));
-    warnOfGround();
+    chooseObserver(m_model.rowCount() - 1);
+    switchOffGroundless();
 }
 
 void intervisibilityOptionsWidget::slot_addNewPoint()
@@ -383,7 +371,7 @@ void intervisibilityOptionsWidget::slot_onDefaultAltitudeTypeChanged()
     m_form->m_pPBResetAltitudeType->setEnabled(true);
 }
 
-// The value is set first and the button disabled after: the change itself enables it.
+// The value is set first and the button disabled after it, because the change enables the button.
 
 void intervisibilityOptionsWidget::slot_resetSmokeHeight()
 {

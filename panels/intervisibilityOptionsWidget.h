@@ -14,14 +14,14 @@ namespace Ui
 class intervisibilityOptionsWidget;
 }
 
-/// Options of the intervisibility process: the observers, how what several of them see is combined, and the
-/// colours of the zones.
+/// Panel of the intervisibility process: the observers, how the views of several observers are combined, and
+/// the colours of the zones.
 class intervisibilityOptionsWidget : public optionsWidget
 {
     Q_OBJECT
 
 public:
-    /// The files of the observers go to the work folder, which outlives the panel.
+    /// The panel writes the files of the observers into the work folder, which outlives the panel.
     explicit intervisibilityOptionsWidget(WorkFolder &workFolder, QWidget *parent = nullptr,
                                           Qt::WindowFlags flags = {});
     ~intervisibilityOptionsWidget() override;
@@ -29,33 +29,33 @@ public:
     bool capabilityFlag() const override { return true; }
     ProcessOptions processOptions() const override { return options(); }
     void setProcessOptions(const ProcessOptions &options) override;
-    /// Writes the file of the observers, into a new folder each time.
+    /// Also writes the file of the observers, into a new folder at each call.
     QString getCommandArguments() override;
     std::optional<ToolInput> launchInput() override;
-    /// Heights of relative observers count from the ground of the copy: observers on the DEM's own ground might
-    /// stand below it.
+    /// Relative heights count from the ground of the copy: an observer on the DEM's own ground might stand
+    /// below that of the copy.
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
 
     IntervisibilityOptions options() const;
 
-    /// The point of the table's current row; none where there is none.
+    /// The point of the table's current row; nothing where no row is current.
     std::optional<ObserverPoint> currentObserver() const;
 
-    /// The table's current row, from 0; -1 where there is none.
+    /// The table's current row, counted from 0; -1 where no row is current.
     int currentRow() const;
 
     /// Makes the row the current one.
     void chooseObserver(int row);
 
-    /// Moves the observer of a row, which becomes the current one, to a position in the DEM's coordinates; row
-    /// -1: a new observer comes there.
+    /// Moves the observer of the row to a position in the DEM's coordinates and makes the row the current one.
+    /// For row -1 adds an observer at the position, with the default height, mode and distance.
     void placeObserver(int row, const QPointF &position);
 
 signals:
     void completeChanged();
-    /// Another row is current, or its point was changed.
+    /// Another row became the current one, or its point changed.
     void currentObserverPointChanged();
 
 public slots:
@@ -83,22 +83,27 @@ public slots:
 
 protected:
     void changeEvent(QEvent *event) override;
-    /// The space bar switches observers on and off; copied lines are pasted into the table.
+    /// Handles the table's keys: the space bar switches an observer on and off, "paste" adds the lines of the
+    /// clipboard, "delete" removes the current observer.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void setUpTable();
+    void connectTable();
     void connectControls();
     void connectColors();
+    void showOptions(const IntervisibilityOptions &options);
     void applyTexts();
     void updateControls();
     void showPosition();
-    void takePosition();
+    void applyTypedPosition();
     void toggle(const QModelIndex &index);
     void pastePoints();
-    void warnOfGround();
+    /// Switches off the enabled observers without ground, and warns of them in a message box.
+    void switchOffGroundless();
+    /// A point with the default height, mode and distance, in the centre of the DEM.
     ObserverPoint defaultPoint() const;
     void addPoints(const QList<ObserverPoint> &points);
+    /// Writes the observers' file and returns the argument fragment that names it.
     QString argumentsWith(const QList<ToolObserver> &observers);
     void changeColor(ZoneColor &color);
     void resetColor(ZoneColor &color);
@@ -108,7 +113,7 @@ private:
     ObserverPointsModel m_model;
     DemInfo m_dem;
     DemGround m_ground;
-    std::optional<ZoneColor> m_visibleColor; ///< made with the form
+    std::optional<ZoneColor> m_visibleColor; ///< the three colours exist once the form is set up
     std::optional<ZoneColor> m_hiddenColor;
     std::optional<ZoneColor> m_noDataColor;
 };

@@ -10,12 +10,11 @@
 
 #include <optional>
 
-/// Base of the option panels. There is one panel a process; its class is the view of the process's option
-/// record.
+/// Base of the option panels. Each process has one panel, which shows and edits the process's option record.
 ///
 /// Each panel declares the signal completeChanged(), which follows every change of its options, and the slot
-/// slot_onOptionsChanged(); this class itself is no meta-object. A new panel shows the defaults of its record:
-/// no reset button is enabled and no signal follows.
+/// slot_onOptionsChanged(); this class itself declares no signals or slots. A new panel shows the defaults of
+/// its record: no reset button is enabled and no signal follows.
 class optionsWidget : public QWidget
 {
 public:
@@ -23,7 +22,7 @@ public:
         : QWidget(parent, flags)
     { }
 
-    /// A constant of each panel. Nothing calls it.
+    /// A constant of each panel. The program does not use it.
     virtual bool capabilityFlag() const = 0;
 
     /// The options as the panel shows them.
@@ -33,15 +32,16 @@ public:
     /// ignored.
     virtual void setProcessOptions(const ProcessOptions &options) = 0;
 
-    /// The argument fragment of the options. It carries its own blanks and is inserted in the command line as
-    /// it stands.
+    /// The argument fragment of the options. It carries its own blanks and is inserted in the command line
+    /// unchanged.
     virtual QString getCommandArguments() = 0;
 
-    /// What a launch passes to the tool; files that the tool reads are written now. Nothing is returned after a
-    /// box that says why a file cannot be written.
+    /// What a launch passes to the tool. Writes the files that the tool reads. Returns nothing where a file
+    /// cannot be written, after a message box with the reason.
     virtual std::optional<ToolInput> launchInput() { return ToolInput{getCommandArguments(), {}, false}; }
 
-    /// What a preview passes to the tool: like launchInput(), for a reduced copy of the DEM.
+    /// What a preview passes to the tool. `copy` is the path of the reduced copy of the DEM that the tool
+    /// reads. Otherwise like launchInput().
     virtual std::optional<ToolInput> previewInput(const QString &copy)
     {
         Q_UNUSED(copy)
@@ -56,4 +56,9 @@ public:
 
     /// Sentences that the user confirms before a launch begins.
     virtual QStringList launchWarnings() const { return {}; }
+
+protected:
+    /// Pause in milliseconds between the last change and completeChanged(), in panels that report a burst of
+    /// changes by one signal.
+    static constexpr int changeDelay = 100;
 };

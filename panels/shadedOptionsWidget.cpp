@@ -1,12 +1,11 @@
 #include "panels/shadedOptionsWidget.h"
 
 #include "messages/label.h"
-#include "panels/controls/QEditableComboBox.h"
+#include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
 #include "ui_shadedOptionsWidget.h"
 
 #include <QEvent>
-#include <QLineEdit>
 #include <QTimerEvent>
 
 #include <qwt_compass.h>
@@ -17,8 +16,13 @@
 namespace
 {
 
-constexpr int changeDelay = 100; // ms
 const ShadedOptions defaults;
+
+/// Six significant digits at most.
+QString degrees(double value)
+{
+    return QStringLiteral("%1°").arg(value);
+}
 
 } // namespace
 
@@ -30,12 +34,7 @@ shadedOptionsWidget::shadedOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
     makeCompass();
     makeWheel();
     m_pScaleCombo = makeScaleCombo(m_form->m_pRatioFrame);
-    for (QPushButton *reset : {m_form->m_pPBResetAzimuth, m_form->m_pPBResetAltitude, m_form->m_pPBResetScale,
-                               m_form->m_pPBResetZFactor})
-        reset->setEnabled(false);
-    m_form->m_pAzimuthValueLabel->setText(QStringLiteral("%1°").arg(m_pCompass->value()));
-    m_form->m_pAltitudeValueLabel->setText(QStringLiteral("%1°").arg(m_form->m_pAltitudeSlider->value()));
-    m_form->m_pZFactorValueLabel->setNum(m_pWheel->value());
+    showOptions(defaults);
     applyTexts();
     connectControls();
 }
@@ -67,7 +66,6 @@ void shadedOptionsWidget::makeCompass()
     m_pCompass->setTotalSteps(360);
     m_pCompass->setSingleSteps(1);
     m_pCompass->setPageSteps(15);
-    m_pCompass->setValue(defaults.compass);
     auto layout = new QVBoxLayout(m_form->m_pCompassFrame);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pCompass);
@@ -81,7 +79,6 @@ void shadedOptionsWidget::makeWheel()
     m_pWheel->setPageStepCount(1);
     m_pWheel->setTotalAngle(1800.0);
     m_pWheel->setMinimumWidth(200);
-    m_pWheel->setValue(defaults.exaggeration);
     auto layout = new QVBoxLayout(m_form->m_pZFactorFrame);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pWheel);
@@ -89,10 +86,9 @@ void shadedOptionsWidget::makeWheel()
 
 void shadedOptionsWidget::connectControls()
 {
-    const auto indexChanged = qOverload<int>(&QComboBox::currentIndexChanged);
     connect(m_pWheel, &QwtWheel::valueChanged, this, &shadedOptionsWidget::slot_onOptionsChanged);
     connect(m_pWheel, &QwtWheel::valueChanged, this, &shadedOptionsWidget::slot_onZFactorValueChanged);
-    connect(m_pScaleCombo, indexChanged, this, &shadedOptionsWidget::slot_onScaleValueChanged);
+    connectScale(m_pScaleCombo, this);
     connect(m_form->m_pPBResetAltitude, &QPushButton::clicked, this,
             &shadedOptionsWidget::slot_resetAltitudeValue);
     connect(m_form->m_pPBResetAzimuth, &QPushButton::clicked, this,
@@ -100,7 +96,6 @@ void shadedOptionsWidget::connectControls()
     connect(m_form->m_pPBResetScale, &QPushButton::clicked, this, &shadedOptionsWidget::slot_resetScaleValue);
     connect(m_form->m_pPBResetZFactor, &QPushButton::clicked, this,
             &shadedOptionsWidget::slot_resetZFactorValue);
-    connect(m_pScaleCombo, indexChanged, this, &shadedOptionsWidget::slot_onOptionsChanged);
     connect(m_pCompass, &QwtCompass::valueChanged, this, &shadedOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pAltitudeSlider, &QSlider::valueChanged, this,
             &shadedOptionsWidget::slot_onOptionsChanged);
@@ -111,13 +106,6 @@ void shadedOptionsWidget::connectControls()
             &shadedOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pChBComputeAtEdges, &QCheckBox::toggled, this,
             &shadedOptionsWidget::slot_onOptionsChanged);
-
-    // Typing changes no index, and a reset of what was typed need not either.
-    connect(m_pScaleCombo->lineEdit(), &QLineEdit::textEdited, this,
-            &shadedOptionsWidget::slot_onScaleValueChanged);
-    connect(m_pScaleCombo->lineEdit(), &QLineEdit::textEdited, this,
-            &shadedOptionsWidget::slot_onOptionsChanged);
-    connect(m_pScaleCombo, &QEditableComboBox::textReset, this, &shadedOptionsWidget::slot_onOptionsChanged);
 }
 
 QString shadedOptionsWidget::getCommandArguments()
@@ -145,35 +133,37 @@ ShadedOptions shadedOptionsWidget::options() const
 
 void shadedOptionsWidget::setProcessOptions(const ProcessOptions &options)
 {
-    if (const auto *shaded = std::get_if<ShadedOptions>(&options))
-        setOptions(*shaded);
+    const auto *shaded = std::get_if<ShadedOptions>(&options);
+    if (!shaded)
+        return;
+    showOptions(*shaded);
+    if (shaded->scaleIndex < 0)
+        slot_onScaleValueChanged();
+    slot_onOptionsChanged();
 }
 
-void shadedOptionsWidget::setOptions(const ShadedOptions &options)
+void shadedOptionsWidget::showOptions(const ShadedOptions &options)
 {
     m_pWheel->setValue(options.exaggeration);
     m_pCompass->setValue(options.compass);
     m_form->m_pAltitudeSlider->setValue(options.altitude);
-    if (options.scaleIndex >= 0) {
-        m_pScaleCombo->choose(options.scaleIndex);
-    } else {
-        m_pScaleCombo->showTyped(options.scaleText);
-        slot_onScaleValueChanged();
-    }
+    showScale(*m_pScaleCombo, options.scaleIndex, options.scaleText);
     m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
     (options.zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
-    slot_onOptionsChanged();
+    m_form->m_pAzimuthValueLabel->setText(degrees(m_pCompass->value()));
+    m_form->m_pAltitudeValueLabel->setText(degrees(m_form->m_pAltitudeSlider->value()));
+    m_form->m_pZFactorValueLabel->setNum(m_pWheel->value());
 }
 
 void shadedOptionsWidget::slot_onAzimuthValueChanged(double value)
 {
-    m_form->m_pAzimuthValueLabel->setText(QStringLiteral("%1°").arg(value));
+    m_form->m_pAzimuthValueLabel->setText(degrees(value));
     m_form->m_pPBResetAzimuth->setEnabled(true);
 }
 
 void shadedOptionsWidget::slot_onAltitudeValueChanged(int value)
 {
-    m_form->m_pAltitudeValueLabel->setText(QStringLiteral("%1°").arg(value));
+    m_form->m_pAltitudeValueLabel->setText(degrees(value));
     m_form->m_pPBResetAltitude->setEnabled(true);
 }
 
@@ -188,7 +178,7 @@ void shadedOptionsWidget::slot_onScaleValueChanged()
     m_form->m_pPBResetScale->setEnabled(true);
 }
 
-// The value is set first and the button disabled after: the change itself enables it.
+// The value is set first and the button disabled after it, because the change enables the button.
 
 void shadedOptionsWidget::slot_resetAzimuthValue()
 {
@@ -216,16 +206,13 @@ void shadedOptionsWidget::slot_resetZFactorValue()
 
 void shadedOptionsWidget::slot_onOptionsChanged()
 {
-    if (m_changeTimer > 0)
-        killTimer(m_changeTimer);
-    m_changeTimer = startTimer(changeDelay);
+    m_changeTimer.start(changeDelay, this); // a pending timer begins again
 }
 
 void shadedOptionsWidget::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == m_changeTimer) {
-        killTimer(m_changeTimer);
-        m_changeTimer = 0; // before the signal, whose listener may change an option
+    if (event->timerId() == m_changeTimer.timerId()) {
+        m_changeTimer.stop(); // before the signal, whose receiver may change an option
         emit completeChanged();
     }
     optionsWidget::timerEvent(event);
@@ -236,7 +223,6 @@ void shadedOptionsWidget::changeEvent(QEvent *event)
     if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
         applyTexts();
-        m_form->m_pZFactorValueLabel->setNum(m_pWheel->value());
     }
     optionsWidget::changeEvent(event);
 }
@@ -244,10 +230,8 @@ void shadedOptionsWidget::changeEvent(QEvent *event)
 void shadedOptionsWidget::applyTexts()
 {
     m_form->m_pLabelExageration->setText(withColon(tr("Exagération verticale", "MESS_EXA_RELIEF")));
-    m_form->m_pLabelCalcMethode->setText(withColon(tr("Méthode de calcul", "MESS_CALC_METHODE")));
-    m_form->m_pLabelCalcBord->setText(
-        withColon(tr("Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData",
-                     "MESS_CALC_BORD_EXPL")));
+    m_form->m_pLabelCalcMethode->setText(methodText());
+    m_form->m_pLabelCalcBord->setText(edgesText());
     m_form->m_pCompassFrame->setToolTip(
         tr("L'outil reçoit l'azimut 270 - lecture de la boussole.", "MESS_BOUSSOLE_EXPL"));
     m_pScaleCombo->translateItems(scaleLabels());

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "panels/options/fragments.h"
 #include "panels/optionsWidget.h"
+
+#include <QBasicTimer>
 
 #include <memory>
 
@@ -14,8 +15,7 @@ namespace Ui
 class shadedOptionsWidget;
 }
 
-/// Options of the shaded relief process: direction and height of the sun, exaggeration, units, method and
-/// edges.
+/// Panel of the shaded relief process: direction and height of the sun, exaggeration, units, method and edges.
 class shadedOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -31,11 +31,9 @@ public:
     bool isComplete() const override;
 
     ShadedOptions options() const;
-    /// Shows the options; completeChanged() follows as if they had been set by hand.
-    void setOptions(const ShadedOptions &options);
 
 signals:
-    /// The options changed, 100 ms ago at least: a burst of changes gives one signal.
+    /// The options changed. The signal follows `changeDelay` after the last change of a burst.
     void completeChanged();
 
 public slots:
@@ -57,11 +55,12 @@ private:
     void makeCompass();
     void makeWheel();
     void connectControls();
+    void showOptions(const ShadedOptions &options);
     void applyTexts();
 
     std::unique_ptr<Ui::shadedOptionsWidget> m_form;
     QwtCompass *m_pCompass = nullptr; ///< owned
     QwtWheel *m_pWheel = nullptr;     ///< owned
     QEditableComboBox *m_pScaleCombo = nullptr;
-    int m_changeTimer = 0; ///< identifier of the pending change timer; 0 or less: none runs
+    QBasicTimer m_changeTimer; ///< runs from a change until completeChanged()
 };

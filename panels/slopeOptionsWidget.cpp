@@ -1,12 +1,17 @@
 #include "panels/slopeOptionsWidget.h"
 
-#include "messages/label.h"
-#include "panels/controls/QEditableComboBox.h"
+#include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
 #include "ui_slopeOptionsWidget.h"
 
 #include <QEvent>
-#include <QLineEdit>
+
+namespace
+{
+
+const SlopeOptions defaults;
+
+} // namespace
 
 slopeOptionsWidget::slopeOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
     : optionsWidget(parent, flags)
@@ -14,6 +19,7 @@ slopeOptionsWidget::slopeOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
 {
     m_form->setupUi(this);
     m_pScaleCombo = makeScaleCombo(m_form->m_pRatioFrame);
+    showOptions(defaults);
     applyTexts();
     connectControls();
 }
@@ -22,9 +28,7 @@ slopeOptionsWidget::~slopeOptionsWidget() = default;
 
 void slopeOptionsWidget::connectControls()
 {
-    const auto indexChanged = qOverload<int>(&QComboBox::currentIndexChanged);
-    connect(m_pScaleCombo, indexChanged, this, &slopeOptionsWidget::slot_onScaleValueChanged);
-    connect(m_pScaleCombo, indexChanged, this, &slopeOptionsWidget::slot_onOptionsChanged);
+    connectScale(m_pScaleCombo, this);
     connect(m_form->m_pPBResetScale, &QPushButton::clicked, this, &slopeOptionsWidget::slot_resetScaleValue);
     connect(m_form->m_pRBDegreesSlope, &QRadioButton::toggled, this,
             &slopeOptionsWidget::slot_onOptionsChanged);
@@ -32,13 +36,6 @@ void slopeOptionsWidget::connectControls()
             &slopeOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pRBZevenbergenThorne, &QRadioButton::toggled, this,
             &slopeOptionsWidget::slot_onOptionsChanged);
-
-    // Typing changes no index, and a reset of what was typed need not either.
-    connect(m_pScaleCombo->lineEdit(), &QLineEdit::textEdited, this,
-            &slopeOptionsWidget::slot_onScaleValueChanged);
-    connect(m_pScaleCombo->lineEdit(), &QLineEdit::textEdited, this,
-            &slopeOptionsWidget::slot_onOptionsChanged);
-    connect(m_pScaleCombo, &QEditableComboBox::textReset, this, &slopeOptionsWidget::slot_onOptionsChanged);
 }
 
 QString slopeOptionsWidget::getCommandArguments()
@@ -67,16 +64,18 @@ void slopeOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
     const auto *options = std::get_if<SlopeOptions>(&processOptions);
     if (!options)
         return;
-    (options->percent ? m_form->m_pRBPercentSlope : m_form->m_pRBDegreesSlope)->setChecked(true);
-    if (options->scaleIndex >= 0) {
-        m_pScaleCombo->choose(options->scaleIndex);
-    } else {
-        m_pScaleCombo->showTyped(options->scaleText);
+    showOptions(*options);
+    if (options->scaleIndex < 0)
         slot_onScaleValueChanged();
-    }
-    m_form->m_pChBComputeAtEdges->setChecked(options->computeEdges);
-    (options->zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
     slot_onOptionsChanged();
+}
+
+void slopeOptionsWidget::showOptions(const SlopeOptions &options)
+{
+    (options.percent ? m_form->m_pRBPercentSlope : m_form->m_pRBDegreesSlope)->setChecked(true);
+    showScale(*m_pScaleCombo, options.scaleIndex, options.scaleText);
+    m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
+    (options.zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
 }
 
 void slopeOptionsWidget::slot_onScaleValueChanged()
@@ -86,8 +85,8 @@ void slopeOptionsWidget::slot_onScaleValueChanged()
 
 void slopeOptionsWidget::slot_resetScaleValue()
 {
-    m_pScaleCombo->choose(0);
-    m_form->m_pPBResetScale->setEnabled(false); // after the change, which enables it
+    m_pScaleCombo->choose(defaults.scaleIndex);
+    m_form->m_pPBResetScale->setEnabled(false); // after the change, which enables the button
 }
 
 void slopeOptionsWidget::slot_onOptionsChanged()
@@ -106,9 +105,7 @@ void slopeOptionsWidget::changeEvent(QEvent *event)
 
 void slopeOptionsWidget::applyTexts()
 {
-    m_form->m_pLabelCalcMethode->setText(withColon(tr("Méthode de calcul", "MESS_CALC_METHODE")));
-    m_form->m_pLabelCalcBord->setText(
-        withColon(tr("Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData",
-                     "MESS_CALC_BORD_EXPL")));
+    m_form->m_pLabelCalcMethode->setText(methodText());
+    m_form->m_pLabelCalcBord->setText(edgesText());
     m_pScaleCombo->translateItems(scaleLabels());
 }

@@ -11,7 +11,7 @@ namespace Ui
 class slopeOptionsWidget;
 }
 
-/// Options of the slope process: unit of the slopes, units of the DEM, method and edges.
+/// Panel of the slope process: unit of the slopes, units of the DEM, method and edges.
 class slopeOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -41,6 +41,7 @@ protected:
 
 private:
     void connectControls();
+    void showOptions(const SlopeOptions &options);
     void applyTexts();
 
     std::unique_ptr<Ui::slopeOptionsWidget> m_form;

@@ -1,6 +1,6 @@
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
 
-#include "messages/label.h"
+#include "panels/controls/paneltexts.h"
 #include "ui_tri_tpi_roughnessOptionsWidget.h"
 
 #include <QEvent>
@@ -10,6 +10,7 @@ tri_tpi_roughnessOptionsWidget::tri_tpi_roughnessOptionsWidget(QWidget *parent, 
     , m_form(std::make_unique<Ui::tri_tpi_roughnessOptionsWidget>())
 {
     m_form->setupUi(this);
+    showOptions({});
     applyTexts();
     for (QRadioButton *index : {m_form->m_pRBTRI, m_form->m_pRBTPI, m_form->m_pRBROUGHNESS})
         connect(index, &QRadioButton::clicked, this, &tri_tpi_roughnessOptionsWidget::slot_onOptionsChanged);
@@ -26,7 +27,7 @@ QString tri_tpi_roughnessOptionsWidget::getCommandArguments()
 
 TerrainIndexOptions tri_tpi_roughnessOptionsWidget::options() const
 {
-    return {processType(), m_form->m_pChBComputeAtEdges->isChecked()};
+    return {.type = processType(), .computeEdges = m_form->m_pChBComputeAtEdges->isChecked()};
 }
 
 void tri_tpi_roughnessOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
@@ -34,10 +35,16 @@ void tri_tpi_roughnessOptionsWidget::setProcessOptions(const ProcessOptions &pro
     const auto *options = std::get_if<TerrainIndexOptions>(&processOptions);
     if (!options)
         return;
-    QRadioButton *const indexes[] = {m_form->m_pRBTRI, m_form->m_pRBTPI, m_form->m_pRBROUGHNESS};
-    indexes[qBound(0, options->type, 2)]->setChecked(true);
-    m_form->m_pChBComputeAtEdges->setChecked(options->computeEdges);
+    showOptions(*options);
     slot_onOptionsChanged();
+}
+
+void tri_tpi_roughnessOptionsWidget::showOptions(const TerrainIndexOptions &options)
+{
+    QRadioButton *const indexes[terrainIndexCount] = {m_form->m_pRBTRI, m_form->m_pRBTPI,
+                                                      m_form->m_pRBROUGHNESS};
+    indexes[qBound(0, options.type, terrainIndexCount - 1)]->setChecked(true);
+    m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
 }
 
 int tri_tpi_roughnessOptionsWidget::processType() const
@@ -63,7 +70,5 @@ void tri_tpi_roughnessOptionsWidget::changeEvent(QEvent *event)
 
 void tri_tpi_roughnessOptionsWidget::applyTexts()
 {
-    m_form->m_pLabelCalcBord->setText(
-        withColon(tr("Autoriser le calcul sur les bords de l’image et à proximité des valeurs NoData",
-                     "MESS_CALC_BORD_EXPL")));
+    m_form->m_pLabelCalcBord->setText(edgesText());
 }

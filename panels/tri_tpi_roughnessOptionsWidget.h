@@ -9,7 +9,7 @@ namespace Ui
 class tri_tpi_roughnessOptionsWidget;
 }
 
-/// Options of the terrain indices: which index, and edges.
+/// Panel of the terrain indices: choice of the index, and edges.
 class tri_tpi_roughnessOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -39,6 +39,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    void showOptions(const TerrainIndexOptions &options);
     void applyTexts();
 
     std::unique_ptr<Ui::tri_tpi_roughnessOptionsWidget> m_form;

@@ -50,8 +50,7 @@ QString setOptions(Recipe &recipe, const BatchArguments &arguments)
             return problem;
         given += option.first;
     }
-    settle(recipe.options, given);
-    resolveFiles(recipe.options, QDir::currentPath());
+    completeOptions(recipe.options, given, QDir::currentPath());
     return optionsProblem(recipe.options);
 }
 

@@ -70,8 +70,7 @@ QString readOptions(Recipe &recipe, const QJsonValue &value, const QString &fold
         if (!problem.isEmpty())
             return problem;
     }
-    settle(recipe.options, options.keys());
-    resolveFiles(recipe.options, folder);
+    completeOptions(recipe.options, options.keys(), folder);
     return {};
 }
 

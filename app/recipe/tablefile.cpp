@@ -76,10 +76,11 @@ TableText spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOption
 
 QString colorTableFile(const QString &name)
 {
-    if (QFileInfo::exists(name))
+    const ColorReliefOptions defaults;
+    if (name != defaults.table && QFileInfo::exists(name))
         return name;
     const QDir library(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
-    const QString wanted = name.isEmpty() ? QStringLiteral("dtm") : name;
+    const QString wanted = name.isEmpty() ? defaults.table : name;
     for (const QString &file : {wanted, wanted + QStringLiteral(".txt")}) {
         if (library.exists(file))
             return library.filePath(file);

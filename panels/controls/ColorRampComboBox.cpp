@@ -16,9 +16,9 @@ enum Role
     EntriesRole
 };
 
-constexpr int gap = 6; // between the parts of a row, and around the ramp
+constexpr int gap = 6; // pixels between the parts of a row, and around them
 
-/// Shows through where a colour is not opaque.
+/// The pattern behind a colour, which is visible where the colour is not opaque.
 void paintChecker(QPainter &painter, const QRect &area)
 {
     constexpr int cell = 4;
@@ -47,7 +47,8 @@ void paintRamp(QPainter &painter, const QRect &area, const QList<QuvoColorDef> &
     painter.drawRect(area.adjusted(0, 0, -1, -1));
 }
 
-/// One row: the ramp over half of it, the name, and a square for the cells without data.
+/// Paints a row: the ramp over half of its width, the name, and a square in the colour of the cells without
+/// data.
 void paintTable(QPainter &painter, const QRect &row, const QString &name, const QList<QuvoColorDef> &entries,
                 const QPalette &palette, const QColor &textColor)
 {

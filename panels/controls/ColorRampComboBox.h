@@ -4,8 +4,8 @@
 
 #include <QComboBox>
 
-/// A combo box of colour tables: each is painted as its ramp, with its name and the colour of the cells without
-/// data.
+/// A combo box of colour tables. Each row shows the ramp of a table, its name, and the colour of the cells
+/// without data.
 class ColorRampComboBox : public QComboBox
 {
     Q_OBJECT
@@ -13,21 +13,22 @@ class ColorRampComboBox : public QComboBox
 public:
     explicit ColorRampComboBox(QWidget *parent = nullptr);
 
-    /// A table as the list holds it.
+    /// A table of the list.
     struct Table
     {
-        QString file;     ///< that the user knows it by
-        QString toolFile; ///< that the tool is given: the same, or a copy in numbers
+        QString file;     ///< path of the file that the user chose; it identifies the table
+        QString toolFile; ///< path of the file for the tool: the same file, or a copy that the tool can read
         QList<QuvoColorDef> entries;
     };
 
-    /// Puts the table in the place of the one of the same file, or at the end. Returns its row.
+    /// Replaces the table of the same file, or adds the table at the end under `name`. Returns its row.
     int putTable(const QString &name, const Table &table);
 
-    /// The copy that stands for the file; empty where there is none.
+    /// Path of the copy that the tool reads in place of `file`; empty where the tool reads the file itself, or
+    /// where the file is not in the list.
     QString copyOf(const QString &file) const;
 
-    /// Of that row; empty where there is none.
+    /// The table of the row; an empty table where there is no such row.
     Table table(int row) const;
     Table currentTable() const { return table(currentIndex()); }
 

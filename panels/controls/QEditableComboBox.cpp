@@ -11,7 +11,7 @@ QEditableComboBox::QEditableComboBox(QWidget *parent)
     setCompleter(nullptr);
     connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_editedRow = currentIndex(); });
     connect(this, qOverload<int>(&QComboBox::activated), this, [this](int row) {
-        const bool sameRow = row == m_editedRow; // whose index does not change, and no signal of Qt's tells
+        const bool sameRow = row == m_editedRow; // its index does not change, so Qt emits no other signal
         m_editedRow = -1;
         if (sameRow)
             emit textReset();
@@ -51,5 +51,5 @@ void QEditableComboBox::translateItems(const QStringList &texts)
     if (typed)
         setEditText(text);
     else
-        lineEdit()->setCursorPosition(0); // the beginning of a long entry says more than its end
+        lineEdit()->setCursorPosition(0); // of a long entry, the beginning is visible
 }

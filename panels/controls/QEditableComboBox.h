@@ -2,8 +2,8 @@
 
 #include <QComboBox>
 
-/// A combo box in which a text of one's own may be typed. What is typed enters no list and is completed by
-/// nothing, so that a typed -9 does not become another entry's -9999.
+/// A combo box in which the user may type a text of their own. A typed text is not added to the list, and it is
+/// not completed, so that a typed -9 does not become the entry -9999.
 class QEditableComboBox : public QComboBox
 {
     Q_OBJECT
@@ -11,25 +11,25 @@ class QEditableComboBox : public QComboBox
 public:
     explicit QEditableComboBox(QWidget *parent = nullptr);
 
-    /// The current entry's row; -1 when the text was typed, which is when it differs from the entry's. (Typing
-    /// does not change Qt's current index.)
+    /// The row of the current entry; -1 when the shown text differs from the entry's, which means that it was
+    /// typed. (Typing does not change Qt's current index.)
     int chosenIndex() const;
 
-    /// Chooses a row and shows its text in place of a typed one. A row that is current already is chosen anew:
-    /// textReset() follows where the text changed and the index did not.
+    /// Chooses a row and shows its text in place of a typed one. currentIndexChanged() follows for another row;
+    /// textReset() follows when the row was the current one and a typed text was replaced.
     void choose(int row);
 
-    /// Shows a text as if it had been typed. No signal follows.
+    /// Shows a text as if the user had typed it. No signal follows.
     void showTyped(const QString &text);
 
-    /// Puts other texts in the place of the entries', in another language, and keeps what was typed. No signal
+    /// Replaces the texts of the entries, after a change of the language, and keeps a typed text. No signal
     /// follows.
     void translateItems(const QStringList &texts);
 
 signals:
-    /// A typed text was replaced by that of the current row, by choose() or in the list.
+    /// A typed text was replaced by the text of the current row, by choose() or by the user in the list.
     void textReset();
 
 private:
-    int m_editedRow = -1; ///< current row while another text was typed; -1: none was
+    int m_editedRow = -1; ///< the row that was current when a text was typed; -1: no text was typed
 };

@@ -7,7 +7,8 @@
 
 class QLineEdit;
 
-/// A comma that is typed becomes the point that the tools read: else 10,5 would be 105.
+/// A validator that replaces a typed comma by the point that the tools read. Without it, a typed 10,5 would
+/// become 105, because the comma would be refused.
 template <class Validator> class PointForComma : public Validator
 {
 public:
@@ -20,16 +21,16 @@ public:
     }
 };
 
-/// A validator for any number of up to so many decimals as the tools write it, whatever the user's locale. It
-/// belongs to the parent.
+/// A validator for any number with up to `decimals` decimals, in the C locale whatever the user's is. The
+/// parent owns it.
 QValidator *makeNumberValidator(int decimals, QObject *parent);
 
-/// Gives the field such a validator, with enough decimals for coordinates.
+/// Sets such a validator in the field, with enough decimals for coordinates.
 void makeNumberField(QLineEdit *field);
 
-/// The number in a field's text: none for an empty one, 0 for what is no number.
+/// The number in a field's text: nothing for an empty text, 0 for a text that is not a number.
 std::optional<double> fieldNumber(const QString &text);
 
-/// The text of a number for such a field: as many decimals as that, and more where the number has more; empty
-/// for none.
+/// The text of a number for such a field, with `decimals` decimals, or more where the number has more; empty
+/// for no number.
 QString numberText(const std::optional<double> &number, int decimals = 3);

@@ -1,10 +1,8 @@
 #include "panels/controls/scalecombo.h"
 
 #include "messages/label.h"
-#include "panels/controls/QEditableComboBox.h"
 
 #include <QFrame>
-#include <QLineEdit>
 #include <QVBoxLayout>
 
 QStringList scaleLabels()
@@ -26,4 +24,12 @@ QEditableComboBox *makeScaleCombo(QFrame *frame)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(combo);
     return combo;
+}
+
+void showScale(QEditableComboBox &combo, int scaleIndex, const QString &scaleText)
+{
+    if (scaleIndex >= 0)
+        combo.choose(scaleIndex);
+    else
+        combo.showTyped(scaleText);
 }

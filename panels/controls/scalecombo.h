@@ -1,13 +1,31 @@
 #pragma once
 
+#include "panels/controls/QEditableComboBox.h"
+
+#include <QLineEdit>
 #include <QStringList>
 
-class QEditableComboBox;
 class QFrame;
 
-/// The rows of the scale list (panels/options/fragments) in the language in use.
+/// The rows of the scale list (scaleRowCount in panels/options/fragments.h) in the current language.
 QStringList scaleLabels();
 
-/// Adds a combo of the scale list to a panel's empty frame. The first row is chosen; another ratio may be
-/// typed. The combo belongs to the frame.
+/// Adds a combo box of the scale list to a panel's empty frame, which owns it. A ratio of one's own may be
+/// typed.
 QEditableComboBox *makeScaleCombo(QFrame *frame);
+
+/// Shows a row of the list, or for row -1 the typed ratio. Typing changes no row: no signal follows then.
+void showScale(QEditableComboBox &combo, int scaleIndex, const QString &scaleText);
+
+/// Calls the panel's slots slot_onScaleValueChanged() and slot_onOptionsChanged() when the user changes the
+/// ratio.
+template <class Panel> void connectScale(QEditableComboBox *combo, Panel *panel)
+{
+    const auto indexChanged = qOverload<int>(&QComboBox::currentIndexChanged);
+    QObject::connect(combo, indexChanged, panel, &Panel::slot_onScaleValueChanged);
+    QObject::connect(combo, indexChanged, panel, &Panel::slot_onOptionsChanged);
+    // Typing does not change the index, and choosing the current row again after typing need not either.
+    QObject::connect(combo->lineEdit(), &QLineEdit::textEdited, panel, &Panel::slot_onScaleValueChanged);
+    QObject::connect(combo->lineEdit(), &QLineEdit::textEdited, panel, &Panel::slot_onOptionsChanged);
+    QObject::connect(combo, &QEditableComboBox::textReset, panel, &Panel::slot_onOptionsChanged);
+}

@@ -9,8 +9,8 @@ namespace Ui
 class AbsoluteHeightEditor;
 }
 
-/// Asks whether observers outside of the DEM are imported, too, and at which altitude: there is no ground under
-/// them.
+/// Dialog that asks whether to import observers outside of the DEM, and at which absolute altitude: there is no
+/// ground that a height could count from.
 class AbsoluteHeightEditor : public QDialog
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     explicit AbsoluteHeightEditor(QWidget *parent = nullptr);
     ~AbsoluteHeightEditor() override;
 
-    /// In the DEM's unit of elevations.
+    /// The typed altitude above the DEM's zero, in the DEM's unit of elevations.
     double absoluteHeight() const;
 
 private:

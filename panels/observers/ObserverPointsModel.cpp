@@ -11,7 +11,7 @@ ObserverPointsModel::ObserverPointsModel(QObject *parent)
     , m_on(QStringLiteral(":/QuvoGdalUtilities/images/Ok-6380-16.png"))
     , m_off(QStringLiteral(":/QuvoGdalUtilities/images/No-9337-16.png"))
 {
-    // In a selected row, too, they keep their colours.
+    // Without a picture of their own for selected rows, Qt would tint the icons there.
     m_on.addFile(QStringLiteral(":/QuvoGdalUtilities/images/Ok-6380-16.png"), {}, QIcon::Selected);
     m_off.addFile(QStringLiteral(":/QuvoGdalUtilities/images/No-9337-16.png"), {}, QIcon::Selected);
 }
@@ -163,19 +163,18 @@ void ObserverPointsModel::setGround(const DemGround &ground)
         row.ground = m_ground.elevation(row.point.position());
 }
 
-bool ObserverPointsModel::lacksGround(int row) const
+int ObserverPointsModel::groundlessCount() const
 {
-    return !absoluteAltitude(m_rows.at(row).point, m_rows.at(row).ground);
+    return static_cast<int>(
+        std::count_if(m_rows.begin(), m_rows.end(), [](const Row &row) { return row.isGroundless(); }));
 }
 
 int ObserverPointsModel::switchOffGroundless()
 {
-    int count = 0;
-    for (int row = 0; row < rowCount(); ++row) {
-        if (!m_rows.at(row).point.enabled || !lacksGround(row))
-            continue;
-        m_rows[row].point.enabled = false;
-        ++count;
+    const int count = groundlessCount();
+    for (Row &row : m_rows) {
+        if (row.isGroundless())
+            row.point.enabled = false;
     }
     if (count > 0)
         emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
@@ -188,11 +187,12 @@ int ObserverPointsModel::enabledCount() const
         std::count_if(m_rows.begin(), m_rows.end(), [](const Row &row) { return row.point.enabled; }));
 }
 
-QList<ToolObserver> ObserverPointsModel::observers() const
+QList<ToolObserver> ObserverPointsModel::observers(const DemGround &copy) const
 {
     QList<ToolObserver> observers;
     for (const Row &row : m_rows) {
-        const auto altitude = absoluteAltitude(row.point, row.ground);
+        const auto ground = copy.elevation(row.point.position());
+        const auto altitude = absoluteAltitude(row.point, ground ? ground : row.ground);
         if (row.point.enabled && altitude)
             observers += {row.point.x, row.point.y, *altitude, row.point.maxDistance};
     }

@@ -2,7 +2,7 @@
 
 #include <QStyledItemDelegate>
 
-/// Edits a cell of the table of observers: the mode in a list, numbers as the tools write them.
+/// Edits the cells of the table of observers: the altitude mode in a list, numbers in fields of the C locale.
 class PointDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

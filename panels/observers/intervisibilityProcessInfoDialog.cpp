@@ -77,7 +77,7 @@ HeightChoice intervisibilityProcessInfoDialog::heightChoice() const
 
 void intervisibilityProcessInfoDialog::slot_onChangePas()
 {
-    // Not before the estimate: Return right after typing would import by a step that nobody has looked at.
+    // OK waits for the estimate, so that Return right after typing does not import with an unchecked step.
     m_form->m_pButtonBox->button(QDialogButtonBox::Ok)->setEnabled(false);
     m_timer.start();
 }

@@ -12,24 +12,26 @@ namespace Ui
 class intervisibilityProcessInfoDialog;
 }
 
-/// Asks how a vector source becomes observers: the distance between samples of its lines, and where heights
-/// come from. Shows how many observers that makes, and how long they would take.
+/// Dialog that asks how to make observers of a vector source: the distance between the samples of its lines,
+/// and where the heights come from. Shows the number of observers and the estimated computing time.
 class intervisibilityProcessInfoDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// The source outlives the dialog. width, height: of the DEM, in cells. minimumStep: in the DEM's unit.
+    /// `source` outlives the dialog. `width` and `height` are those of the DEM in cells; `minimumStep` is the
+    /// smallest step allowed, in the DEM's unit.
     intervisibilityProcessInfoDialog(const VectorObservers &source, int width, int height, double minimumStep,
                                      QWidget *parent = nullptr);
     ~intervisibilityProcessInfoDialog() override;
 
-    /// Between samples, in the DEM's unit.
+    /// Distance between the samples of a line, in the DEM's unit.
     double step() const;
 
     HeightChoice heightChoice() const;
 
 public slots:
+    /// Disables OK and starts the timer after which the estimate follows.
     void slot_onChangePas();
 
 private:
@@ -41,5 +43,5 @@ private:
     int m_width;
     int m_height;
     double m_minimumStep;
-    QTimer m_timer;
+    QTimer m_timer; ///< runs until the user has not typed for a while; then comes the estimate
 };

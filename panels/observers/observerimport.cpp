@@ -26,7 +26,8 @@ QString chooseSource(const QString &dem, QWidget *parent)
                                                   labelText({"MESS_FICH_TOUS", "Tous les fichiers"})));
 }
 
-void placeOutside(QList<ObserverPoint> &points, const DemGround &ground, QWidget *parent)
+/// Sets the altitude of the points outside of the DEM that the user types, or removes these points.
+void adaptOutsidePoints(QList<ObserverPoint> &points, const DemGround &ground, QWidget *parent)
 {
     const auto isOutside = [&](const ObserverPoint &point) { return !ground.holds(point.position()); };
     if (std::none_of(points.begin(), points.end(), isOutside))
@@ -64,7 +65,7 @@ QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground
     if (choices.exec() != QDialog::Accepted)
         return {};
     QList<ObserverPoint> points = observersFrom(source, choices.step(), values, choices.heightChoice());
-    placeOutside(points, ground, parent);
+    adaptOutsidePoints(points, ground, parent);
     if (source.skippedFeatures > 0)
         Prompt::warning(
             parent,

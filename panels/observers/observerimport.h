@@ -5,8 +5,12 @@
 class DemGround;
 class QWidget;
 
-/// Asks for a vector source and how its features become observers, and reads them. Points outside of the DEM
-/// come in at an altitude of their own, or not at all. Boxes tell what could not be taken. Empty where the user
-/// gave up. dem: its path; values: height, mode and distance of the observers.
+/// Asks for a vector source and for the way to make observers of its features, and returns these observers. For
+/// points outside of the DEM it asks for an absolute altitude, or leaves them out. Message boxes report a
+/// source that cannot be read and the number of features that were skipped. The list is empty when the user
+/// cancels or after a failure.
+///
+/// `dem` is the DEM's path: the file dialog begins in its folder. `values` supplies height, mode and distance
+/// of the observers where the source has no heights.
 QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground, const ObserverPoint &values,
                                      QWidget *parent);

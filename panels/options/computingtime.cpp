@@ -4,7 +4,7 @@
 
 double estimatedSeconds(double width, double height, double observers)
 {
-    constexpr double secondsPerCell = 6.954651038793044e-07; // a measured average
+    constexpr double secondsPerCell = 6.954651038793044e-07; // measured average for a cell and an observer
     return width * height * observers * secondsPerCell;
 }
 

@@ -19,7 +19,7 @@ double levelCount(const Extremes &extremes, double interval, double offset)
 std::optional<double> roundInterval(const Extremes &extremes)
 {
     constexpr double wanted = 20.0;
-    constexpr double smallest = 0.001; // what the field can hold
+    constexpr double smallest = 0.001; // the field accepts three decimals
     if (!extremes.known || !(extremes.maximum > extremes.minimum))
         return std::nullopt;
     const double exact = (extremes.maximum - extremes.minimum) / wanted;

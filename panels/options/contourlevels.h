@@ -9,22 +9,24 @@
 
 #include <optional>
 
-// How many contour lines options ask for.
+// How many contour lines the options make.
 
-/// Number of levels offset + n · interval from the minimum to the maximum; 0 where the extremes are not known
-/// or the interval is not above 0. A number, not a count: a slip of the pen asks for billions.
+/// Number of levels offset + n · interval from the minimum to the maximum; 0 when the extremes are not known or
+/// the interval is not positive. The result is a double because a mistyped interval makes more levels than an
+/// int holds.
 double levelCount(const Extremes &extremes, double interval, double offset);
 
-/// The interval of the series 1, 2, 5, 10, 20 … that gives about 20 levels, 0.001 at least; none where the
-/// extremes are not known or are one value.
+/// The interval of the series 1, 2, 5, 10, 20 … that makes about 20 levels, at least 0.001; nothing when the
+/// extremes are not known or are equal.
 std::optional<double> roundInterval(const Extremes &extremes);
 
-/// The levels in a text of numbers separated by blanks (C locale); none when something in it is no number.
+/// The levels in a text of numbers in the C locale, separated by blanks; nothing when one of them is not a
+/// finite number.
 std::optional<QVector<double>> readLevels(const QString &text);
 
-/// Why the tool would not take the levels of a text, in a sentence: no numbers, or more than it can; empty when
-/// it would.
+/// Why the tool would refuse the levels of a text, in a sentence: they are not numbers, or too many. Empty for
+/// good levels.
 QString levelsProblem(const QString &text);
 
-/// Warns of options that make more than 2,000 levels of the DEM: an empty list, or one sentence.
+/// Warns of an interval that makes more than 2,000 levels of the DEM: one sentence, or an empty list.
 QStringList manyLevelsWarnings(const ContourOptions &options, const Extremes &extremes);

@@ -9,7 +9,7 @@
 
 QString scaleRatio(int scaleIndex, const QString &scaleText)
 {
-    // 0.31 for feet on metres is the required ratio.
+    // 0.31 for feet on metres is kept so on purpose: it is neither 3.28 nor 0.3048.
     static constexpr const char *rows[] = {"1", "0.31", "111120", "370400"};
     static_assert(std::size(rows) == scaleRowCount);
 

@@ -7,31 +7,32 @@
 
 #include <optional>
 
-// The argument grammars of the processes: plain option record in, argument fragment out. A fragment is inserted
-// in the command line as it stands (app/process/commandline.h), so every blank in it counts.
+// The option records of the processes with their defaults, and the argument grammars: each function formats a
+// record as an argument fragment. The fragment is inserted in the command line unchanged, so every blank in it
+// counts.
 
-/// Options of the shaded relief process, as its panel shows them.
+/// Options of the shaded relief process.
 struct ShadedOptions
 {
-    double exaggeration = 1.0; ///< factor applied to the elevations, 0 to 100
-    int scaleIndex = 0;        ///< row of the scale list (0 to 3); -1 when a ratio was typed
-    QString scaleText;      ///< the typed ratio, vertical unit over horizontal unit; used when scaleIndex is -1
-    double compass = 315.0; ///< compass reading in degrees, 0 at the north label
-    int altitude = 45;      ///< height of the sun above the horizon, in degrees, 0 to 90
+    double exaggeration = 1.0;      ///< factor applied to the elevations, 0 to 100
+    int scaleIndex = 0;             ///< row of the scale list (scaleRowCount); -1: the ratio is `scaleText`
+    QString scaleText;              ///< the typed ratio of the vertical unit to the horizontal unit
+    double compass = 315.0;         ///< compass reading in degrees, 0 at the north label
+    int altitude = 45;              ///< height of the sun above the horizon, in degrees, 0 to 90
     bool computeEdges = false;      ///< also at the raster's edges and beside no-data cells
     bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
 
     bool operator==(const ShadedOptions &other) const = default;
 };
 
-/// The azimuth that the tool gets is 270 minus the compass reading and may be negative: kept so on purpose.
+/// The azimuth in the fragment is 270 minus the compass reading and may be negative: kept so on purpose.
 QString shadedFragment(const ShadedOptions &options);
 
 /// Options of the slope process.
 struct SlopeOptions
 {
     bool percent = false;           ///< slopes in percent instead of degrees
-    int scaleIndex = 0;             ///< row of the scale list (0 to 3); -1 when a ratio was typed
+    int scaleIndex = 0;             ///< as in ShadedOptions
     QString scaleText;              ///< as in ShadedOptions
     bool computeEdges = true;       ///< also at the raster's edges and beside no-data cells
     bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
@@ -52,85 +53,87 @@ struct AspectOptions
     bool operator==(const AspectOptions &other) const = default;
 };
 
-/// Begins with a blank unless the angles are trigonometric: the grammar's own, as the others' are.
+/// The fragment begins with a blank unless the angles are trigonometric: kept so on purpose.
 QString aspectFragment(const AspectOptions &options);
 
 /// Options of the terrain indices (Wilson et al. 2007, Marine Geodesy 30:3-35).
 struct TerrainIndexOptions
 {
-    int type = 0;             ///< row of terrainIndexWord()
+    int type = 0;             ///< the index: 0 TRI, 1 TPI, 2 roughness
     bool computeEdges = true; ///< also at the raster's edges and beside no-data cells
 
     bool operator==(const TerrainIndexOptions &other) const = default;
 };
 
-/// The fragment does not name the index: that is the tool's mode.
+/// The fragment does not name the index, which is the mode of the tool (terrainIndexWord()).
 QString terrainIndexFragment(const TerrainIndexOptions &options);
 
 /// Number of terrain indices.
 constexpr int terrainIndexCount = 3;
 
-/// The tool's word of an index: 0 "TRI", terrain ruggedness; 1 "TPI", topographic position; any other number
+/// The tool's word for an index: 0 "TRI" (terrain ruggedness), 1 "TPI" (topographic position), any other number
 /// "roughness".
 QString terrainIndexWord(int type);
 
-/// Options of the contour process. Elevations are in the DEM's unit.
+/// Options of the contour process. Elevations are in the DEM's unit of elevations.
 struct ContourOptions
 {
-    std::optional<double> interval;          ///< between two lines; none: fixed levels alone
-    QString attribute = QStringLiteral("Z"); ///< that receives the elevation; empty: none does
-    bool threeD = false;                     ///< an elevation at every vertex
-    QString fixedLevels;          ///< numbers separated by blanks; the tool takes them in place of the interval
-    bool everyValueValid = false; ///< also the band's no-data value
-    std::optional<double> noDataValue; ///< a value to ignore; not used while every value is valid
-    std::optional<double> offset;      ///< elevation from which the intervals count
+    std::optional<double> interval;          ///< difference between two levels; nothing: fixed levels alone
+    QString attribute = QStringLiteral("Z"); ///< name of the attribute for the elevation; empty: no attribute
+    bool threeD = false;                     ///< every vertex has an elevation
+    QString fixedLevels;               ///< levels separated by blanks; they replace the interval in the tool
+    bool everyValueValid = false;      ///< the band's no-data value counts as an elevation
+    std::optional<double> noDataValue; ///< a value of the DEM to ignore; not used if `everyValueValid`
+    std::optional<double> offset;      ///< elevation from which the intervals count; nothing: 0
 
     bool operator==(const ContourOptions &other) const = default;
 };
 
-/// Numbers have six significant digits; the fixed levels stand as they were typed.
+/// Numbers have six significant digits; the fixed levels are inserted unchanged.
 QString contourFragment(const ContourOptions &options);
 
-/// Options of the colour relief process. The table and the way it is applied decide the file that the tool
-/// gets; only alpha is an argument.
+/// Options of the colour relief process. Only alpha is an argument; the other options decide the content of the
+/// table file that the tool reads.
 struct ColorReliefOptions
 {
-    QString table;                 ///< file of the colour table, or the name of one of the library
-    bool spread = false;           ///< spread the table over the DEM's elevations instead of using its own
-    std::optional<double> minimum; ///< elevations to spread it over; none: the DEM's lowest and highest
-    std::optional<double> maximum;
-    bool alpha = false;         ///< an alpha band in the product
-    QList<QuvoColorDef> colors; ///< the table by value: where there are any, `table` is but its name
+    /// Path of the colour table, or name of a table of the library; empty means the default, too. While there
+    /// are `colors`, it is only their name.
+    QString table = QStringLiteral("dtm.txt");
+    bool spread = false;           ///< the table is spread over the DEM's elevations
+    std::optional<double> minimum; ///< elevation to spread it from; nothing: the DEM's lowest
+    std::optional<double> maximum; ///< elevation to spread it to; nothing: the DEM's highest
+    bool alpha = false;            ///< the product has an alpha band
+    QList<QuvoColorDef> colors;    ///< the table by value; empty: the file `table`
 
     bool operator==(const ColorReliefOptions &other) const = default;
 };
 
 QString colorReliefFragment(const ColorReliefOptions &options);
 
-/// Options of the intervisibility process. The observers reach the tool in a file.
+/// Options of the intervisibility process. The tool reads the observers from a file.
 struct IntervisibilityOptions
 {
     QList<ObserverPoint> observers;
-    QString points;                                          ///< vector source with more observers; empty: none
-    double height = ObserverPoint().height;                  ///< of the source's observers
-    QString mode = altitudeModeText(AltitudeMode::Relative); ///< what that height counts from
-    double distance = ObserverPoint().maxDistance;           ///< how far they see, in metres; 0: without limit
-    double step = 0.0;     ///< between points on the source's lines, in the DEM's unit; 0: a cell
-    bool combined = false; ///< several observers: `combination` holds
-    QString combination = QStringLiteral("OR"); ///< "OR": seen by one at least; "AND": by all of them
-    std::optional<double> groundHeight = 0.0;   ///< of what is seen, above the ground
-    QString visibleColor = QStringLiteral("#009e73");
+    QString points;                         ///< path of a vector source with more observers; empty: no source
+    double height = ObserverPoint().height; ///< height of the source's observers
+    QString mode = altitudeModeText(ObserverPoint().mode); ///< altitude mode of that height
+    double distance = ObserverPoint().maxDistance;         ///< how far they see, in metres; 0: without limit
+    double step = 0.0;     ///< distance between points on the source's lines, in the DEM's unit; 0: a cell
+    bool combined = false; ///< there are several observers, so that `combination` is used
+    QString combination = QStringLiteral("OR");       ///< "OR": seen by one observer at least; "AND": by all
+    std::optional<double> groundHeight = 0.0;         ///< height of the observed points above the ground
+    QString visibleColor = QStringLiteral("#009e73"); ///< colours are names that QColor knows
     QString hiddenColor = QStringLiteral("#d55e00");
     QString noDataColor = QStringLiteral("#000000");
 
     bool operator==(const IntervisibilityOptions &other) const = default;
 };
 
-/// pointFile: the shapefile of the observers (writePointFile()); empty: the tool gets none.
+/// `pointFile` is the path of the observers' shapefile (writePointFile()); empty: the fragment names no file.
 QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile);
 
-/// Whether the options are enough to launch the process: a typed ratio is not empty, and there is an interval
-/// or a level.
+/// Whether the options are enough to launch the process. A typed ratio must not be empty; contours need an
+/// interval or fixed levels.
 bool isComplete(const ShadedOptions &options);
 bool isComplete(const SlopeOptions &options);
 bool isComplete(const ContourOptions &options);
@@ -139,5 +142,5 @@ bool isComplete(const ContourOptions &options);
 /// metres and Z in feet, 2 X and Y in degrees and Z in metres, 3 X and Y in degrees and Z in feet.
 constexpr int scaleRowCount = 4;
 
-/// The ratio of a row of the list as the tool gets it ("0.31"); for row -1 the typed text.
+/// The ratio of a row of the list as an argument ("0.31"); for row -1 the typed text.
 QString scaleRatio(int scaleIndex, const QString &scaleText);

@@ -66,6 +66,16 @@ PointLinesReading readPointLines(const QString &text, const ObserverPoint &defau
     return reading;
 }
 
+namespace
+{
+
+/// A point that was read from a row.
+struct PointRowReading
+{
+    ObserverPoint point;
+    QString problem; ///< empty for a good point
+};
+
 PointRowReading readPointRow(const QVariantMap &row)
 {
     PointRowReading reading;
@@ -108,10 +118,34 @@ QVariantMap pointRow(const ObserverPoint &point)
             {QStringLiteral("distance"), point.maxDistance}};
 }
 
+} // namespace
+
+PointRowsReading readPointRows(const QVariant &value)
+{
+    PointRowsReading reading;
+    if (value.userType() != QMetaType::QVariantList)
+        return {{}, labelText({"MESS_OBS_TABLEAU", "observers doit être un tableau d'observateurs."})};
+    for (const QVariant &row : value.toList()) {
+        const PointRowReading one = readPointRow(row.toMap());
+        if (!one.problem.isEmpty())
+            return {{}, one.problem};
+        reading.points += one.point;
+    }
+    return reading;
+}
+
+QVariantList pointRows(const QList<ObserverPoint> &points)
+{
+    QVariantList rows;
+    for (const ObserverPoint &point : points)
+        rows += pointRow(point);
+    return rows;
+}
+
 QString writePointFile(const QString &folder, const QList<ToolObserver> &observers)
 {
     const QString path = QDir(folder).filePath(QStringLiteral("point.shp"));
-    const GdalMessages messages; // told by the empty path
+    const GdalMessages messages; // the caller learns of an error by the empty path
     GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
     std::unique_ptr<GDALDataset> file(
         driver ? driver->Create(encodePath(path).constData(), 0, 0, 0, GDT_Unknown, nullptr) : nullptr);
@@ -127,6 +161,6 @@ QString writePointFile(const QString &folder, const QList<ToolObserver> &observe
         if (layer->CreateFeature(&feature) != OGRERR_NONE)
             return {};
     }
-    file.reset(); // what is still to be written may meet a full disk
+    file.reset(); // writes what GDAL still holds; the disk may be full
     return messages.lastError().isEmpty() ? path : QString();
 }

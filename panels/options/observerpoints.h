@@ -11,17 +11,17 @@
 /// What an observer's height counts from.
 enum class AltitudeMode
 {
-    Relative, ///< the ground
+    Relative, ///< the ground under the observer
     Absolute  ///< the DEM's zero
 };
 
-/// "Relative" or "Absolute", as the lists and recipes have them.
+/// "Relative" or "Absolute": the same word in every language, in lists and in recipes.
 QString altitudeModeText(AltitudeMode mode);
 
-/// The mode of such a text, whatever its letters' case; none for any other.
+/// The mode of such a word in upper or lower case; nothing for any other text.
 std::optional<AltitudeMode> readAltitudeMode(const QString &text);
 
-/// One observer.
+/// An observer of the intervisibility.
 struct ObserverPoint
 {
     bool enabled = true;
@@ -29,13 +29,14 @@ struct ObserverPoint
     double y = 0.0;
     double height = 1.7; ///< in the DEM's unit of elevations
     AltitudeMode mode = AltitudeMode::Relative;
-    double maxDistance = 100000.0; ///< in metres; 0: none
+    double maxDistance = 100000.0; ///< how far the observer sees, in metres; 0: without limit
 
     QPointF position() const { return {x, y}; }
     bool operator==(const ObserverPoint &other) const = default;
 };
 
-/// The observer's altitude above the DEM's zero; none where it would count from ground that is not there.
+/// The observer's altitude above the DEM's zero. `ground` is the elevation of the DEM under the observer,
+/// nothing where the DEM has no data: a relative height has no altitude there.
 std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::optional<double> &ground);
 
 /// Points that were read from lines of text.
@@ -49,28 +50,29 @@ struct PointLinesReading
 /// locale. `defaults` supplies what a line leaves out.
 PointLinesReading readPointLines(const QString &text, const ObserverPoint &defaults);
 
-/// A point that was read from a recipe's row.
-struct PointRowReading
+/// Points that were read from a recipe's rows.
+struct PointRowsReading
 {
-    ObserverPoint point;
-    QString problem; ///< which member is not valid, in a sentence; empty for a good point
+    QList<ObserverPoint> points;
+    QString problem; ///< which member is not valid, in a sentence; empty for good rows
 };
 
-/// Reads the members x, y, height, mode, distance and enabled of a row. x and y are required.
-PointRowReading readPointRow(const QVariantMap &row);
+/// Reads a JSON array of objects with the members x, y, height, mode, distance and enabled. x and y are
+/// required; the others default to those of ObserverPoint.
+PointRowsReading readPointRows(const QVariant &value);
 
-/// The row of a point, as readPointRow() reads it.
-QVariantMap pointRow(const ObserverPoint &point);
+/// The points as readPointRows() reads them.
+QVariantList pointRows(const QList<ObserverPoint> &points);
 
-/// An observer as the tool gets it.
+/// An observer in the form that the tool reads.
 struct ToolObserver
 {
-    double x;
+    double x; ///< in the DEM's coordinates
     double y;
-    double z;           ///< absolute
+    double z;           ///< altitude above the DEM's zero
     double maxDistance; ///< in metres
 };
 
-/// Writes a shapefile "point.shp" into the folder: layer "point", 2.5D points without a CRS, their distances in
-/// the field "Max_Dist". Returns its path, empty after any failure.
+/// Writes the shapefile "point.shp" into the folder: a layer "point" of 2.5D points without a CRS, with the
+/// distances in the field "Max_Dist". Returns its path; empty after any failure.
 QString writePointFile(const QString &folder, const QList<ToolObserver> &observers);

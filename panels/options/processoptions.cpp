@@ -11,10 +11,46 @@
 
 #include <limits>
 
+// Each record has a block of its own: the table of its fields, and overloads of the templates that stand first,
+// which answer for all other records. The words and the fragments of all processes follow the blocks.
+
 namespace
 {
 
-// Fields that several records have, each with one meaning.
+/// Why a run could not use the options.
+template <class Record> QString runProblem(const Record &)
+{
+    return {};
+}
+
+/// Why a field that is filled in holds a wrong value.
+template <class Record> QString fieldProblem(const Record &)
+{
+    return {};
+}
+
+/// Applies what the given fields imply.
+template <class Record> void complete(Record &, const QStringList &, const QString &) { }
+
+template <class Record> bool dependsOnExtremes(const Record &)
+{
+    return false;
+}
+
+/// Sets the field that holds rows instead of one value. Nothing where the record has no such field of that
+/// name, else the problem, which is empty for good rows.
+template <class Record> std::optional<QString> setRows(Record &, const QString &, const QVariant &)
+{
+    return std::nullopt;
+}
+
+/// The fields that hold rows, by their names.
+template <class Record> QVariantMap rowValues(const Record &)
+{
+    return {};
+}
+
+// What several records have in common.
 
 template <class Record> RecordField<Record> edgesField()
 {
@@ -42,11 +78,28 @@ template <class Record> RecordField<Record> scaleTextField()
                       "rapport de l'unité verticale à l'unité horizontale, un nombre positif");
 }
 
-// The fields of each record, in the order of its declaration.
-
-const QVector<RecordField<ShadedOptions>> &fieldsOf(const ShadedOptions &)
+QString scaleProblem(int scaleIndex, const QString &scaleText)
 {
-    static const QVector<RecordField<ShadedOptions>> fields{
+    if (scaleIndex >= 0 || readNumber(scaleText).value_or(0.0) > 0.0)
+        return {};
+    return labelText({"MESS_OPT_RAPPORT_INV", "scaleText doit être un nombre positif, pas « %1 »."})
+        .arg(scaleText);
+}
+
+/// A typed ratio that is given without a row of the list is used.
+template <class Record> void completeScale(Record &options, const QStringList &givenFields)
+{
+    if (givenFields.contains(QLatin1String("scaleText")) && !givenFields.contains(QLatin1String("scaleIndex")))
+        options.scaleIndex = -1;
+}
+
+constexpr double highestElevation = 1e9;
+
+// Shaded relief.
+
+QVector<RecordField<ShadedOptions>> fieldsOf(const ShadedOptions &)
+{
+    return {
         QUVO_FIELD(ShadedOptions, exaggeration, 0, 100, "MESS_OPT_EXAGERATION",
                    "facteur appliqué aux altitudes"),
         scaleRowField<ShadedOptions>(),
@@ -58,24 +111,56 @@ const QVector<RecordField<ShadedOptions>> &fieldsOf(const ShadedOptions &)
         edgesField<ShadedOptions>(),
         methodField<ShadedOptions>(),
     };
-    return fields;
 }
 
-const QVector<RecordField<SlopeOptions>> &fieldsOf(const SlopeOptions &)
+QString runProblem(const ShadedOptions &options)
 {
-    static const QVector<RecordField<SlopeOptions>> fields{
+    return scaleProblem(options.scaleIndex, options.scaleText);
+}
+
+QString fieldProblem(const ShadedOptions &options)
+{
+    return options.scaleText.isEmpty() ? QString() : runProblem(options);
+}
+
+void complete(ShadedOptions &options, const QStringList &givenFields, const QString &)
+{
+    completeScale(options, givenFields);
+}
+
+// Slope.
+
+QVector<RecordField<SlopeOptions>> fieldsOf(const SlopeOptions &)
+{
+    return {
         QUVO_FIELD(SlopeOptions, percent, 0, 0, "MESS_OPT_POURCENT", "pentes en pour cent au lieu de degrés"),
         scaleRowField<SlopeOptions>(),
         scaleTextField<SlopeOptions>(),
         edgesField<SlopeOptions>(),
         methodField<SlopeOptions>(),
     };
-    return fields;
 }
 
-const QVector<RecordField<AspectOptions>> &fieldsOf(const AspectOptions &)
+QString runProblem(const SlopeOptions &options)
 {
-    static const QVector<RecordField<AspectOptions>> fields{
+    return scaleProblem(options.scaleIndex, options.scaleText);
+}
+
+QString fieldProblem(const SlopeOptions &options)
+{
+    return options.scaleText.isEmpty() ? QString() : runProblem(options);
+}
+
+void complete(SlopeOptions &options, const QStringList &givenFields, const QString &)
+{
+    completeScale(options, givenFields);
+}
+
+// Aspect.
+
+QVector<RecordField<AspectOptions>> fieldsOf(const AspectOptions &)
+{
+    return {
         QUVO_FIELD(AspectOptions, trigonometric, 0, 0, "MESS_OPT_TRIGO",
                    "angles depuis l'est, en sens inverse des aiguilles d'une montre, au lieu d'azimuts"),
         QUVO_FIELD(AspectOptions, zeroForFlat, 0, 0, "MESS_OPT_PLAT_ZERO",
@@ -83,20 +168,20 @@ const QVector<RecordField<AspectOptions>> &fieldsOf(const AspectOptions &)
         edgesField<AspectOptions>(),
         methodField<AspectOptions>(),
     };
-    return fields;
 }
 
-const QVector<RecordField<TerrainIndexOptions>> &fieldsOf(const TerrainIndexOptions &)
+// Terrain indices.
+
+QVector<RecordField<TerrainIndexOptions>> fieldsOf(const TerrainIndexOptions &)
 {
-    static const QVector<RecordField<TerrainIndexOptions>> fields{edgesField<TerrainIndexOptions>()};
-    return fields; // the word of the process says which index
+    return {edgesField<TerrainIndexOptions>()}; // without the index, which the word of the process names
 }
 
-constexpr double highestElevation = 1e9;
+// Colour relief.
 
-const QVector<RecordField<ColorReliefOptions>> &fieldsOf(const ColorReliefOptions &)
+QVector<RecordField<ColorReliefOptions>> fieldsOf(const ColorReliefOptions &)
 {
-    static const QVector<RecordField<ColorReliefOptions>> fields{
+    return {
         QUVO_FIELD(ColorReliefOptions, table, 0, 0, "MESS_OPT_TABLE",
                    "fichier de la table couleur, ou nom d'une table de la bibliothèque"),
         QUVO_FIELD(ColorReliefOptions, spread, 0, 0, "MESS_OPT_ETALER",
@@ -107,12 +192,58 @@ const QVector<RecordField<ColorReliefOptions>> &fieldsOf(const ColorReliefOption
                    "altitude où finit la table étalée ; par défaut la plus haute du MNT"),
         QUVO_FIELD(ColorReliefOptions, alpha, 0, 0, "MESS_OPT_ALPHA", "canal alpha dans le produit"),
     };
-    return fields;
 }
 
-const QVector<RecordField<IntervisibilityOptions>> &fieldsOf(const IntervisibilityOptions &)
+QString fieldProblem(const ColorReliefOptions &options)
 {
-    static const QVector<RecordField<IntervisibilityOptions>> fields{
+    if (options.minimum && options.maximum && *options.minimum > *options.maximum)
+        return labelText({"MESS_TC_BORNES", "minimum ne doit pas dépasser maximum."});
+    return {};
+}
+
+void complete(ColorReliefOptions &options, const QStringList &givenFields, const QString &folder)
+{
+    const bool tableGiven = givenFields.contains(QLatin1String("table"));
+    const bool colorsGiven = givenFields.contains(QLatin1String("colors"));
+    if (colorsGiven && !tableGiven)
+        options.table.clear(); // colours without a name are not the default table
+    if (!tableGiven)
+        return;
+    if (!colorsGiven)
+        options.colors.clear();
+    // A name without a file in the folder is that of a table of the library.
+    const QString file = QDir(folder).filePath(options.table);
+    if (!options.table.isEmpty() && QFileInfo::exists(file))
+        options.table = file;
+}
+
+bool dependsOnExtremes(const ColorReliefOptions &options)
+{
+    return options.spread && !(options.minimum && options.maximum);
+}
+
+std::optional<QString> setRows(ColorReliefOptions &options, const QString &name, const QVariant &value)
+{
+    if (name != QLatin1String("colors"))
+        return std::nullopt;
+    const ColorRowsReading reading = readColorRows(value);
+    if (reading.problem.isEmpty())
+        options.colors = reading.entries;
+    return reading.problem;
+}
+
+QVariantMap rowValues(const ColorReliefOptions &options)
+{
+    if (options.colors.isEmpty())
+        return {};
+    return {{QStringLiteral("colors"), colorRows(options.colors)}};
+}
+
+// Intervisibility.
+
+QVector<RecordField<IntervisibilityOptions>> fieldsOf(const IntervisibilityOptions &)
+{
+    return {
         QUVO_FIELD(IntervisibilityOptions, points, 0, 0, "MESS_OPT_OBS_SOURCE",
                    "fichier vecteur dont les points, et les lignes échantillonnées, sont des observateurs"),
         QUVO_FIELD(IntervisibilityOptions, height, -highestElevation, highestElevation, "MESS_OPT_OBS_HAUTEUR",
@@ -134,14 +265,58 @@ const QVector<RecordField<IntervisibilityOptions>> &fieldsOf(const Intervisibili
         QUVO_FIELD(IntervisibilityOptions, noDataColor, 0, 0, "MESS_OPT_COUL_NDEF",
                    "couleur des zones non définies"),
     };
-    return fields;
 }
 
-const QVector<RecordField<ContourOptions>> &fieldsOf(const ContourOptions &)
+QString fieldProblem(const IntervisibilityOptions &options)
+{
+    if (!readAltitudeMode(options.mode))
+        return labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
+    if (options.combination != QLatin1String("OR") && options.combination != QLatin1String("AND"))
+        return labelText({"MESS_OBS_COMBIN", "combination doit être OR ou AND."});
+    for (const QString &color : {options.visibleColor, options.hiddenColor, options.noDataColor}) {
+        if (!QColor(color).isValid())
+            return labelText({"MESS_OBS_COULEUR", "« %1 » n'est pas une couleur ; écrivez-la #RRVVBB."})
+                .arg(color);
+    }
+    return {};
+}
+
+QString runProblem(const IntervisibilityOptions &options)
+{
+    if (options.observers.isEmpty() && options.points.isEmpty())
+        return labelText(
+            {"MESS_OBS_AUCUN", "Indiquez des observateurs : points (un fichier vecteur) ou observers."});
+    return fieldProblem(options);
+}
+
+void complete(IntervisibilityOptions &options, const QStringList &givenFields, const QString &folder)
+{
+    if (givenFields.contains(QLatin1String("points")) && !options.points.isEmpty())
+        options.points = dataSetName(options.points, folder);
+}
+
+std::optional<QString> setRows(IntervisibilityOptions &options, const QString &name, const QVariant &value)
+{
+    if (name != QLatin1String("observers"))
+        return std::nullopt;
+    const PointRowsReading reading = readPointRows(value);
+    if (reading.problem.isEmpty())
+        options.observers = reading.points;
+    return reading.problem;
+}
+
+QVariantMap rowValues(const IntervisibilityOptions &options)
+{
+    return {{QStringLiteral("observers"), pointRows(options.observers)}};
+}
+
+// Contour lines.
+
+QVector<RecordField<ContourOptions>> fieldsOf(const ContourOptions &)
 {
     constexpr double highest = highestElevation;
     constexpr double anyNumber = std::numeric_limits<double>::max();
-    static const QVector<RecordField<ContourOptions>> fields{
+    return {
         QUVO_FIELD(ContourOptions, interval, 0, highest, "MESS_OPT_INTERVALLE",
                    "intervalle entre les courbes, dans l'unité du MNT"),
         QUVO_FIELD(ContourOptions, attribute, 0, 0, "MESS_OPT_ATTRIBUT",
@@ -156,8 +331,28 @@ const QVector<RecordField<ContourOptions>> &fieldsOf(const ContourOptions &)
         QUVO_FIELD(ContourOptions, offset, -highest, highest, "MESS_OPT_OFFSET",
                    "altitude à partir de laquelle comptent les intervalles"),
     };
-    return fields;
 }
+
+QString fieldProblem(const ContourOptions &options)
+{
+    return levelsProblem(options.fixedLevels);
+}
+
+QString runProblem(const ContourOptions &options)
+{
+    if (!isComplete(options))
+        return labelText({"MESS_OPT_CN_RIEN", "Indiquez interval ou fixedLevels."});
+    if (options.interval && *options.interval <= 0.0)
+        return labelText({"MESS_CN_INTERV_NUL", "Un intervalle de 0 ne donne aucune courbe."});
+    return fieldProblem(options);
+}
+
+bool dependsOnExtremes(const ContourOptions &)
+{
+    return true;
+}
+
+// The words and the fragments.
 
 struct Word
 {
@@ -165,8 +360,8 @@ struct Word
     QString operator()(const SlopeOptions &) const { return QStringLiteral("slope"); }
     QString operator()(const AspectOptions &) const { return QStringLiteral("aspect"); }
     QString operator()(const TerrainIndexOptions &record) const { return terrainIndexWord(record.type); }
-    QString operator()(const IntervisibilityOptions &) const { return QStringLiteral("intervisibility"); }
     QString operator()(const ColorReliefOptions &) const { return QStringLiteral("color-relief"); }
+    QString operator()(const IntervisibilityOptions &) const { return QStringLiteral("intervisibility"); }
     QString operator()(const ContourOptions &) const { return QStringLiteral("contour"); }
 };
 
@@ -176,82 +371,13 @@ struct Fragment
     QString operator()(const SlopeOptions &record) const { return slopeFragment(record); }
     QString operator()(const AspectOptions &record) const { return aspectFragment(record); }
     QString operator()(const TerrainIndexOptions &record) const { return terrainIndexFragment(record); }
+    QString operator()(const ColorReliefOptions &record) const { return colorReliefFragment(record); }
     QString operator()(const IntervisibilityOptions &record) const
     {
         return intervisibilityFragment(record, {});
     }
-    QString operator()(const ColorReliefOptions &record) const { return colorReliefFragment(record); }
     QString operator()(const ContourOptions &record) const { return contourFragment(record); }
 };
-
-template <class Record>
-concept HasScale = requires(Record record)
-{
-    record.scaleIndex;
-    record.scaleText;
-};
-
-QString scaleProblem(int scaleIndex, const QString &scaleText)
-{
-    if (scaleIndex >= 0 || readNumber(scaleText).value_or(0.0) > 0.0)
-        return {};
-    return labelText({"MESS_OPT_RAPPORT_INV", "scaleText doit être un nombre positif, pas « %1 »."})
-        .arg(scaleText);
-}
-
-QString intervisibilityValues(const IntervisibilityOptions &options)
-{
-    if (!readAltitudeMode(options.mode))
-        return labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
-    if (options.combination != QLatin1String("OR") && options.combination != QLatin1String("AND"))
-        return labelText({"MESS_OBS_COMBIN", "combination doit être OR ou AND."});
-    for (const QString &color : {options.visibleColor, options.hiddenColor, options.noDataColor}) {
-        if (!QColor(color).isValid())
-            return labelText({"MESS_OBS_COULEUR", "« %1 » n'est pas une couleur ; écrivez-la #RRVVBB."})
-                .arg(color);
-    }
-    return {};
-}
-
-QString intervisibilityProblem(const IntervisibilityOptions &options)
-{
-    if (options.observers.isEmpty() && options.points.isEmpty())
-        return labelText(
-            {"MESS_OBS_AUCUN", "Indiquez des observateurs : points (un fichier vecteur) ou observers."});
-    return intervisibilityValues(options);
-}
-
-QString setColors(ColorReliefOptions &options, const QVariant &value)
-{
-    const ColorRowsReading reading = readColorRows(value);
-    if (reading.problem.isEmpty())
-        options.colors = reading.entries;
-    return reading.problem;
-}
-
-/// The rows of a recipe's "observers".
-QString setObservers(IntervisibilityOptions &options, const QVariant &value)
-{
-    if (value.userType() != QMetaType::QVariantList)
-        return labelText({"MESS_OBS_TABLEAU", "observers doit être un tableau d'observateurs."});
-    options.observers.clear();
-    for (const QVariant &row : value.toList()) {
-        const PointRowReading reading = readPointRow(row.toMap());
-        if (!reading.problem.isEmpty())
-            return reading.problem;
-        options.observers += reading.point;
-    }
-    return {};
-}
-
-QString contourProblem(const ContourOptions &options)
-{
-    if (!isComplete(options))
-        return labelText({"MESS_OPT_CN_RIEN", "Indiquez interval ou fixedLevels."});
-    if (options.interval && *options.interval <= 0.0)
-        return labelText({"MESS_CN_INTERV_NUL", "Un intervalle de 0 ne donne aucune courbe."});
-    return levelsProblem(options.fixedLevels);
-}
 
 } // namespace
 
@@ -260,91 +386,32 @@ QString processWord(const ProcessOptions &options)
     return std::visit(Word(), options);
 }
 
-QString optionsProblem(const ProcessOptions &options)
-{
-    return std::visit(
-        []<class Record>(const Record &record) {
-            if constexpr (HasScale<Record>)
-                return scaleProblem(record.scaleIndex, record.scaleText);
-            else if constexpr (std::is_same_v<Record, IntervisibilityOptions>)
-                return intervisibilityProblem(record);
-            else if constexpr (std::is_same_v<Record, ContourOptions>)
-                return contourProblem(record);
-            else
-                return QString();
-        },
-        options);
-}
-
-QString valuesProblem(const ProcessOptions &options)
-{
-    if (const auto *observers = std::get_if<IntervisibilityOptions>(&options))
-        return intervisibilityValues(*observers);
-    if (const auto *contours = std::get_if<ContourOptions>(&options))
-        return levelsProblem(contours->fixedLevels);
-    const QString ratioProblem = std::visit(
-        []<class Record>(const Record &record) {
-            if constexpr (HasScale<Record>)
-                return record.scaleText.isEmpty() ? QString()
-                                                  : scaleProblem(record.scaleIndex, record.scaleText);
-            else
-                return QString();
-        },
-        options);
-    if (!ratioProblem.isEmpty())
-        return ratioProblem;
-    const auto *colors = std::get_if<ColorReliefOptions>(&options);
-    if (colors && colors->minimum && colors->maximum && *colors->minimum > *colors->maximum)
-        return labelText({"MESS_TC_BORNES", "minimum ne doit pas dépasser maximum."});
-    return {};
-}
-
-void settle(ProcessOptions &options, const QStringList &givenFields)
-{
-    auto *colors = std::get_if<ColorReliefOptions>(&options);
-    if (colors && givenFields.contains(QLatin1String("table"))
-        && !givenFields.contains(QLatin1String("colors")))
-        colors->colors.clear();
-    std::visit(
-        [&]<class Record>(Record &record) {
-            if constexpr (HasScale<Record>) {
-                if (givenFields.contains(QLatin1String("scaleText"))
-                    && !givenFields.contains(QLatin1String("scaleIndex")))
-                    record.scaleIndex = -1;
-            }
-        },
-        options);
-}
-
-void resolveFiles(ProcessOptions &options, const QString &folder)
-{
-    if (auto *observers = std::get_if<IntervisibilityOptions>(&options)) {
-        if (!observers->points.isEmpty())
-            observers->points = dataSetName(observers->points, folder);
-    }
-    auto *colors = std::get_if<ColorReliefOptions>(&options);
-    if (!colors || colors->table.isEmpty())
-        return;
-    const QString file = QDir(folder).filePath(colors->table);
-    if (QFileInfo::exists(file)) // the name of a table of the library otherwise
-        colors->table = file;
-}
-
 QString argumentFragment(const ProcessOptions &options)
 {
     return std::visit(Fragment(), options);
 }
 
+QString optionsProblem(const ProcessOptions &options)
+{
+    return std::visit([](const auto &record) { return runProblem(record); }, options);
+}
+
+QString valuesProblem(const ProcessOptions &options)
+{
+    return std::visit([](const auto &record) { return fieldProblem(record); }, options);
+}
+
+void completeOptions(ProcessOptions &options, const QStringList &givenFields, const QString &folder)
+{
+    std::visit([&](auto &record) { complete(record, givenFields, folder); }, options);
+}
+
 QString setOption(ProcessOptions &options, const QString &name, const QVariant &value)
 {
-    auto *observers = std::get_if<IntervisibilityOptions>(&options);
-    if (observers && name == QLatin1String("observers"))
-        return setObservers(*observers, value);
-    auto *colors = std::get_if<ColorReliefOptions>(&options);
-    if (colors && name == QLatin1String("colors"))
-        return setColors(*colors, value);
     return std::visit(
         [&](auto &record) {
+            if (const auto problem = setRows(record, name, value))
+                return *problem;
             QStringList names;
             for (const auto &field : fieldsOf(record)) {
                 if (name == QLatin1String(field.name))
@@ -359,40 +426,28 @@ QString setOption(ProcessOptions &options, const QString &name, const QVariant &
 
 QVariantMap optionValues(const ProcessOptions &options)
 {
-    QVariantMap values = std::visit(
+    return std::visit(
         [](const auto &record) {
-            QVariantMap fields;
+            QVariantMap values = rowValues(record);
             for (const auto &field : fieldsOf(record))
-                fields.insert(QString::fromLatin1(field.name), fieldValue(record, field));
-            return fields;
+                values.insert(QString::fromLatin1(field.name), fieldValue(record, field));
+            return values;
         },
         options);
-    if (const auto *observers = std::get_if<IntervisibilityOptions>(&options)) {
-        QVariantList rows;
-        for (const ObserverPoint &point : observers->observers)
-            rows += pointRow(point);
-        values.insert(QStringLiteral("observers"), rows);
-    }
-    const auto *colors = std::get_if<ColorReliefOptions>(&options);
-    if (colors && !colors->colors.isEmpty())
-        values.insert(QStringLiteral("colors"), colorRows(colors->colors));
-    return values;
+}
+
+QVector<FieldDescription> describeOptions(const ProcessOptions &options)
+{
+    return std::visit([](const auto &record) { return describeFields(record, fieldsOf(record)); }, options);
 }
 
 bool needsExtremes(const ProcessOptions &options)
 {
-    const auto *colors = std::get_if<ColorReliefOptions>(&options);
-    return std::holds_alternative<ContourOptions>(options)
-        || (colors && colors->spread && !(colors->minimum && colors->maximum));
+    return std::visit([](const auto &record) { return dependsOnExtremes(record); }, options);
 }
 
 std::optional<double> compassOf(const ProcessOptions &options)
 {
     const auto *shaded = std::get_if<ShadedOptions>(&options);
     return shaded ? std::optional(shaded->compass) : std::nullopt;
-}
-
-QVector<FieldDescription> describeOptions(const ProcessOptions &options)
-{
-    return std::visit([](const auto &record) { return describeFields(record, fieldsOf(record)); }, options);
 }

@@ -9,22 +9,22 @@
 #include <optional>
 #include <variant>
 
-// An option record can be read and written by the names of its fields: that is how recipes and the command line
-// of the batch program reach it.
+// Reads and writes an option record by the names of its fields, for recipes and for the command line of the
+// batch program.
 
-/// A field of the record: its name in the code is its name everywhere.
+/// A field of a record. Recipes and the command line use its name in the code.
 template <class Record> struct RecordField
 {
     const char *name;
     std::variant<double Record::*, std::optional<double> Record::*, int Record::*, bool Record::*,
                  QString Record::*>
         member;
-    double lowest;  ///< smallest number allowed; not used for switches and texts
-    double highest; ///< largest number allowed
-    Label meaning;  ///< what it is, with its unit
+    double lowest;  ///< smallest allowed number; not used for switches and texts
+    double highest; ///< largest allowed number; not used for switches and texts
+    Label meaning;  ///< description for listings, with the unit
 };
 
-/// Row of a field table, so that the field's name cannot differ from its member.
+/// A row of a field table. The macro writes the name and the member from one word, so that they cannot differ.
 #define QUVO_FIELD(Record, field, lowest, highest, key, text)                                                  \
     RecordField<Record>                                                                                        \
     {                                                                                                          \
@@ -34,7 +34,7 @@ template <class Record> struct RecordField
         }                                                                                                      \
     }
 
-/// A field as a listing shows it.
+/// A field in a listing.
 struct FieldDescription
 {
     QString name;
@@ -52,13 +52,15 @@ std::optional<bool> readSwitch(const QVariant &value);
 /// Whether the value is JSON's null, which stands for an optional number that is not given.
 bool isNone(const QVariant &value);
 
-/// Why a value does not fit a number field from `lowest` to `highest`.
+// Why a value does not fit the field `name`, in a sentence: a number from `lowest` to `highest`, a switch, a
+// text.
+
 QString numberProblem(const QString &name, const QVariant &value, double lowest, double highest, bool whole);
 QString switchProblem(const QString &name, const QVariant &value);
 QString textProblem(const QString &name);
 
-/// Sets a field of the record from a JSON value or a text. Returns why it could not, in a sentence; empty when
-/// it did.
+/// Sets a field of the record from a JSON value or a text. Returns the problem in a sentence, and leaves the
+/// record as it is; empty when the field is set.
 template <class Record>
 QString setField(Record &record, const RecordField<Record> &field, const QVariant &value)
 {
@@ -95,7 +97,7 @@ QString setField(Record &record, const RecordField<Record> &field, const QVarian
     return {};
 }
 
-/// The field's value in the record, as setField() reads it and as JSON holds it.
+/// The field's value as a JSON value that setField() accepts.
 template <class Record> QVariant fieldValue(const Record &record, const RecordField<Record> &field)
 {
     return std::visit(
@@ -109,7 +111,7 @@ template <class Record> QVariant fieldValue(const Record &record, const RecordFi
         field.member);
 }
 
-/// The field's value in the record as text, as setField() reads it.
+/// The field's value as a text that setField() accepts; empty for a number that is not given.
 template <class Record> QString fieldText(const Record &record, const RecordField<Record> &field)
 {
     return std::visit(
@@ -123,7 +125,7 @@ template <class Record> QString fieldText(const Record &record, const RecordFiel
         field.member);
 }
 
-/// Describes the fields with the record's values as defaults.
+/// Describes the fields for a listing, with the record's values as their defaults.
 template <class Record>
 QVector<FieldDescription> describeFields(const Record &defaults, const QVector<RecordField<Record>> &fields)
 {

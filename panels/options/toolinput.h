@@ -2,11 +2,11 @@
 
 #include <QString>
 
-/// What the options of a process contribute to the tool's command line.
+/// What the options of a process contribute to the command line of the tool.
 struct ToolInput
 {
-    QString fragment;       ///< argument fragment; it carries its own blanks and is inserted as it stands
-    QString colorTableFile; ///< colour table that the tool reads; empty: the process needs none
-    /// The tool reads a file of the work folder, which is removed when this program ends.
+    QString fragment;       ///< argument fragment; it carries its own blanks and is inserted unchanged
+    QString colorTableFile; ///< path of the colour table that the tool reads; empty: the process has no table
+    /// Whether the tool reads a file of the work folder, which is removed when this program ends.
     bool readsTemporaryFile = false;
 };

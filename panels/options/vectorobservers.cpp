@@ -21,8 +21,8 @@ struct Release
 };
 using Transformation = std::unique_ptr<OGRCoordinateTransformation, Release>;
 
-/// Transforms the layer's coordinates to the DEM's. Both references must be known; null: PROJ knows no way from
-/// one to the other.
+/// The transformation from the layer's coordinates to the DEM's, both of which must be known; null when PROJ
+/// has no transformation between them.
 Transformation transformationTo(const QString &crs, const OGRSpatialReference *layer)
 {
     OGRSpatialReference source(*layer);
@@ -46,7 +46,10 @@ QHash<QString, double> numericValues(const OGRFeature &feature)
     return values;
 }
 
-bool takeLine(const OGRSimpleCurve &line, VectorObservers &found)
+// The functions add…() add a part of a feature to `found`. They return false when a piece of the part has no
+// finite coordinates or is of a kind that makes no observers; its other pieces are added.
+
+bool addLine(const OGRSimpleCurve &line, VectorObservers &found)
 {
     QVector<QPointF> vertices;
     for (const OGRPoint &point : line) {
@@ -59,7 +62,7 @@ bool takeLine(const OGRSimpleCurve &line, VectorObservers &found)
     return !vertices.isEmpty();
 }
 
-bool takeSite(const OGRPoint &point, const QHash<QString, double> &values, VectorObservers &found)
+bool addSite(const OGRPoint &point, const QHash<QString, double> &values, VectorObservers &found)
 {
     if (point.IsEmpty() || !std::isfinite(point.getX()) || !std::isfinite(point.getY()))
         return false;
@@ -71,38 +74,38 @@ bool takeSite(const OGRPoint &point, const QHash<QString, double> &values, Vecto
     return true;
 }
 
-bool takeGeometry(const OGRGeometry &geometry, const QHash<QString, double> &values, VectorObservers &found)
+bool addGeometry(const OGRGeometry &geometry, const QHash<QString, double> &values, VectorObservers &found)
 {
     switch (wkbFlatten(geometry.getGeometryType())) {
     case wkbPoint:
-        return takeSite(*geometry.toPoint(), values, found);
+        return addSite(*geometry.toPoint(), values, found);
     case wkbLineString:
     case wkbLinearRing:
-        return takeLine(*geometry.toSimpleCurve(), found);
+        return addLine(*geometry.toSimpleCurve(), found);
     case wkbPolygon:
     case wkbTriangle: {
-        bool taken = !geometry.IsEmpty();
+        bool added = !geometry.IsEmpty();
         for (const OGRLinearRing *ring : *geometry.toPolygon())
-            taken = takeLine(*ring, found) && taken;
-        return taken;
+            added = addLine(*ring, found) && added;
+        return added;
     }
     case wkbMultiPoint:
     case wkbMultiLineString:
     case wkbMultiPolygon:
     case wkbGeometryCollection: {
-        bool taken = !geometry.IsEmpty();
+        bool added = !geometry.IsEmpty();
         for (const OGRGeometry *part : *geometry.toGeometryCollection())
-            taken = takeGeometry(*part, values, found) && taken;
-        return taken;
+            added = addGeometry(*part, values, found) && added;
+        return added;
     }
     default:
         return false;
     }
 }
 
-void takeLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
+void addLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
 {
-    const bool sameCoordinates = crs.isEmpty() || !layer.GetSpatialRef(); // as far as anybody knows
+    const bool sameCoordinates = crs.isEmpty() || !layer.GetSpatialRef(); // as far as the files say
     const Transformation transformation =
         sameCoordinates ? nullptr : transformationTo(crs, layer.GetSpatialRef());
     const bool possible = sameCoordinates || transformation;
@@ -112,7 +115,7 @@ void takeLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
         const bool placed = own && (!transformation || own->transform(transformation.get()) == OGRERR_NONE);
         const QHash<QString, double> values = numericValues(*feature);
         const auto sitesBefore = found.sites.size();
-        if (!placed || !takeGeometry(*own, values, found)) {
+        if (!placed || !addGeometry(*own, values, found)) {
             ++found.skippedFeatures;
             continue;
         }
@@ -130,7 +133,7 @@ double distance(const QPointF &one, const QPointF &other)
     return std::hypot(other.x() - one.x(), other.y() - one.y());
 }
 
-/// Of a line's samples; the last of a closed line is its first, and does not count.
+/// Number of samples on a line. A sample at the end of a closed line does not count: it is the first one.
 double sampleCount(const QVector<QPointF> &line, double step)
 {
     double length = 0.0;
@@ -158,7 +161,7 @@ VectorObservers readVectorObservers(const QString &path, const QString &crs)
         found.files += decodePath(*file);
     CSLDestroy(files);
     for (OGRLayer *layer : source->GetLayers())
-        takeLayer(*layer, crs, found);
+        addLayer(*layer, crs, found);
     found.numericAttributes.sort();
     return found;
 }
@@ -178,7 +181,7 @@ QVector<QPointF> sampledLine(const QVector<QPointF> &line, double step)
         return points;
     const double count = std::min(sampleCount(line, step), mostObservers);
     int segment = 1;
-    double before = 0.0; // length up to the segment
+    double before = 0.0; // length of the line up to the segment
     for (int at = 0; at < count; ++at) {
         const double along = at * step;
         while (segment + 1 < line.size() && before + distance(line[segment - 1], line[segment]) < along) {

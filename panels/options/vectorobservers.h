@@ -14,45 +14,46 @@
 /// A point of a vector source.
 struct VectorSite
 {
-    QPointF position;
-    std::optional<double> z;
-    QHash<QString, double> values; ///< of its numeric attributes
+    QPointF position;              ///< in the DEM's coordinates
+    std::optional<double> z;       ///< z coordinate of the geometry; nothing for a point without z
+    QHash<QString, double> values; ///< values of the numeric attributes, by attribute name
 };
 
-/// The geometries of a vector source, every layer of it, in the coordinates of a DEM.
+/// The geometries of all layers of a vector source, in the coordinates of a DEM.
 struct VectorObservers
 {
     QList<VectorSite> sites;
-    QList<QVector<QPointF>> lines; ///< lines and rings, multi-parts taken apart
-    bool hasZ = false;             ///< of a site at least
-    QStringList numericAttributes; ///< of the sites
-    int skippedFeatures = 0; ///< features without a geometry, or with one that has no place in the DEM's CRS
-    QStringList files;       ///< the local files of the source
-    QString problem;         ///< why the source could not be opened, in GDAL's words
+    QList<QVector<QPointF>> lines; ///< lines and rings; a multi-part geometry adds each of its parts
+    bool hasZ = false;             ///< at least one site has a z coordinate
+    QStringList numericAttributes; ///< sorted names of the sites' numeric attributes
+    int skippedFeatures = 0;       ///< number of features without a geometry that the DEM's CRS can express
+    QStringList files;             ///< paths of the local files of the source
+    QString problem; ///< GDAL's message about a source that cannot be opened; empty for a good source
 };
 
-/// More observers than this are not imported: their runs would take days.
+/// The most observers that are imported: a run with more would take days.
 constexpr double mostObservers = 100000;
 
-/// Reads a vector source. crs: the DEM's, as WKT; empty: coordinates are taken as they are.
+/// Reads a vector source and transforms it to `crs`, the DEM's CRS as WKT. Where the DEM or a layer has no CRS,
+/// the coordinates are not changed.
 VectorObservers readVectorObservers(const QString &path, const QString &crs);
 
-/// Number of points that the source gives where its lines are sampled every `step`, in the DEM's unit. A
-/// number, not a count: a small step makes billions.
+/// Number of observers when the lines are sampled every `step`, in the DEM's unit. The result is a double
+/// because a small step makes more observers than an int holds.
 double sampledCount(const VectorObservers &source, double step);
 
-/// Where the heights of a source's sites come from; the default point's where neither is chosen.
+/// Where the heights of a source's sites come from. Without a choice they are those of the default point.
 struct HeightChoice
 {
-    bool fromZ = false; ///< the z coordinate, which is an absolute altitude
-    QString attribute;  ///< a numeric attribute; empty: none
+    bool fromZ = false; ///< use the z coordinates, which are absolute altitudes
+    QString attribute;  ///< name of a numeric attribute; empty: no attribute
 };
 
-/// The observers of a source: its sites, and its lines sampled every `step`. What the source does not say is
-/// the default point's.
+/// The observers of a source: its sites, and points on its lines every `step`. `defaults` supplies the height,
+/// mode and distance that the source does not have.
 QList<ObserverPoint> observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
                                    const HeightChoice &heights = {});
 
-/// The points of a line every `step` along its length, from its first vertex on; a closed line's last is its
-/// first and is left out.
+/// Points on a line every `step` along its length, beginning at its first vertex and at most `mostObservers`. A
+/// closed line does not repeat its first point at the end.
 QVector<QPointF> sampledLine(const QVector<QPointF> &line, double step);

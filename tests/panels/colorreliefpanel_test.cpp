@@ -76,7 +76,7 @@ void ColorReliefPanelTest::library()
     QVERIFY(panel.widget.isComplete());
     QCOMPARE(panel.widget.colorFile(false), QStringLiteral(QUVO_TREE "/libraries/colormap/dtm.txt"));
     QCOMPARE(panel.combo->count(), 13);
-    QVERIFY(panel.ownFiles().isEmpty()); // each of them goes to the tool as it is
+    QVERIFY(panel.ownFiles().isEmpty()); // the tool reads the library's files themselves
     for (int row = 0; row < panel.combo->count(); ++row)
         QVERIFY2(noDataEntry(panel.combo->table(row).entries), qPrintable(panel.combo->itemText(row)));
 
@@ -115,7 +115,7 @@ void ColorReliefPanelTest::addedTables()
              QByteArray("nv\t4  4  4  255\n0%\t3  3  3  255\n50%\t1  1  1  255\n"));
     QCOMPARE(Prompt::takeShown().size(), 2);
 
-    write("plain.txt", "0 1 2 3\n20 7 7 7\n"); // edited elsewhere, and added again
+    write("plain.txt", "0 1 2 3\n20 7 7 7\n"); // edited by another program, and added again
     panel.add(plain);
     QCOMPARE(panel.combo->count(), 3);
     QCOMPARE(panel.combo->currentTable().entries.last().value, 20.0);
@@ -143,14 +143,14 @@ void ColorReliefPanelTest::spreadFileFollowsDemAndTable()
     panel.add(write("b.txt", "0 8 8 8\n10 9 9 9\n"));
     QCOMPARE(bytesOf(panel.widget.colorFile(false)), QByteArray("-5\t8  8  8  255\n5\t9  9  9  255\n"));
     QVERIFY(panel.widget.colorFile(false)
-            != panel.widget.colorFile(false)); // a run may still read the one before
+            != panel.widget.colorFile(false)); // a run may still read the former file
 
     const auto note = panel.widget.findChild<QLabel *>("m_pSpreadNote");
     QVERIFY(note->isHidden());
     panel.widget.setDem({"/dem.tif", 1, {true, true, 1.0, 1.2}});
     QVERIFY(!note->isHidden());
 
-    panel.widget.setDem({"/other.tif", 1, {}, true}); // while the values are looked for the choice stays
+    panel.widget.setDem({"/other.tif", 1, {}, true}); // the choice stays while the values are being searched
     QVERIFY(panel.spread->isChecked());
     panel.widget.setDem({"/other.tif", 1, {}, false});
     QVERIFY(panel.predefined->isChecked() && !panel.spread->isEnabled());
@@ -158,7 +158,7 @@ void ColorReliefPanelTest::spreadFileFollowsDemAndTable()
     panel.widget.setDem({"/other.tif", 1, metres, false});
     QVERIFY(panel.spread->isChecked()); // the user's choice comes back
 
-    write("b.txt", "0 8 8 8\n10 1 1 1\n"); // edited meanwhile
+    write("b.txt", "0 8 8 8\n10 1 1 1\n"); // edited by another program
     QVERIFY(bytesOf(panel.widget.colorFile(false)).contains("300\t1  1  1"));
 }
 

@@ -38,6 +38,7 @@ private slots:
     void fragments();
     void samples();
     void pointsAndFile();
+    void previewOnCopy();
     void groundless();
     void tableByKeys();
     void defaultsAndColours();
@@ -168,7 +169,7 @@ void IntervisibilityPanelTest::pointsAndFile()
     Panel panel(m_dem);
     Prompt::answerBeforehand({});
     QVERIFY(!panel.widget.isComplete());
-    // The centre holds no data: the point is told of, and switched off.
+    // The centre has no data: a warning follows, and the point is switched off.
     panel.click("m_pPBAddPoint");
     QVERIFY(Prompt::takeShown().value(0).startsWith("Attention: La position de l'observateur"));
     QVERIFY(!panel.widget.isComplete() && !panel.widget.currentObserver()->enabled);
@@ -184,7 +185,7 @@ void IntervisibilityPanelTest::pointsAndFile()
     QCOMPARE(fileContent(file),
              (QVector<QVector<double>>{
                  {500005, 5099995, 11.7, 100000}, {500015, 5099995, 2.5, 0}, {500025, 5099995, 33, 400}}));
-    QVERIFY(pointFileOf(panel.widget.getCommandArguments()) != file); // a folder of its own each time
+    QVERIFY(pointFileOf(panel.widget.getCommandArguments()) != file); // each call writes into a new folder
     QVERIFY(QFile::exists(file) && file.startsWith(panel.workFolder.path()));
 
     panel.click("m_pPBRemoveAll"); // "no" is the answer
@@ -195,6 +196,21 @@ void IntervisibilityPanelTest::pointsAndFile()
     QVERIFY(!panel.combines());
 }
 
+void IntervisibilityPanelTest::previewOnCopy()
+{
+    const QString copy = path("copie.tif");
+    QVERIFY(writeRaster(copy, 3, 3, {15, 20, -9999, 40, -9999, 60, 70, 80, 90}));
+    Panel panel(m_dem);
+    Prompt::answerBeforehand({});
+    panel.paste("500005 5099995\n500025 5099995\n500015 5099985 5 Absolute\n");
+    const auto input = panel.widget.previewInput(copy);
+    QVERIFY(input && input->readsTemporaryFile);
+    QCOMPARE(fileContent(pointFileOf(input->fragment)),
+             (QVector<QVector<double>>{{500005, 5099995, 16.7, 100000},
+                                       {500025, 5099995, 31.7, 100000}, // no data in the copy: the DEM's ground
+                                       {500015, 5099985, 5, 100000}}));
+}
+
 void IntervisibilityPanelTest::groundless()
 {
     Panel panel(m_dem);
@@ -202,13 +218,13 @@ void IntervisibilityPanelTest::groundless()
     panel.paste("500005 5099995\n");
     QSignalSpy moved(&panel.widget, &intervisibilityOptionsWidget::currentObserverPointChanged);
     panel.field("m_pLEPointX")->clear();
-    QTest::keyClicks(panel.field("m_pLEPointX"), "1,5"); // far outside
+    QTest::keyClicks(panel.field("m_pLEPointX"), "1,5"); // far outside of the DEM
     QTest::keyClick(panel.field("m_pLEPointX"), Qt::Key_Return);
     QCoreApplication::processEvents();
     QCOMPARE(panel.widget.currentObserver()->x, 1.5);
     QCOMPARE(Prompt::takeShown().size(), 1);
     QVERIFY(moved.count() > 0 && !panel.widget.currentObserver()->enabled);
-    // At an absolute altitude it may stand anywhere.
+    // An observer at an absolute altitude needs no ground.
     panel.model->setData(panel.model->index(0, ObserverPointsModel::ModeColumn), "Absolute");
     panel.model->setData(panel.model->index(0, ObserverPointsModel::EnabledColumn), true);
     QCoreApplication::processEvents();
@@ -290,7 +306,7 @@ void IntervisibilityPanelTest::importedSource()
             return layer->CreateFeature(&feature) == OGRERR_NONE;
         };
         QVERIFY(add(points, "POINT Z(500005 5099995 77)", 5.0));
-        QVERIFY(add(points, "POINT Z(900005 5099995 88)", 6.0)); // outside
+        QVERIFY(add(points, "POINT Z(900005 5099995 88)", 6.0)); // outside of the DEM
         QVERIFY(add(lines, "MULTILINESTRING((500005 5099975,500027 5099975))", 0.0));
         QVERIFY(add(lines, "POINT EMPTY", 0.0));
     }
@@ -322,7 +338,7 @@ void IntervisibilityPanelTest::importedSource()
     QVERIFY(points.at(0).height == 5.0 && points.at(0).mode == AltitudeMode::Relative);
     QVERIFY(points.at(1).height == 120.0 && points.at(1).mode == AltitudeMode::Absolute);
     QCOMPARE(points.at(4).position(), QPointF(500025, 5099975));
-    // A cell size that has no short text is no obstacle, and too many observers are refused.
+    // A cell size that has no exact decimal text is accepted; too many observers are refused.
     VectorObservers other;
     other.lines = {{{0, 0}, {100000, 0}}};
     intervisibilityProcessInfoDialog fine(other, 9, 9, 25.0 / 3.0);

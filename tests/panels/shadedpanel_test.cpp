@@ -102,26 +102,24 @@ void ShadedPanelTest::typedScale()
     QCOMPARE(panel.widget.getCommandArguments(), QStringLiteral("-z 1 -az -45 -alt 45 "));
     QTRY_COMPARE(changed.count(), 2);
     panel.type(QStringLiteral("X"));
-    QCOMPARE(panel.scale->currentText(), QStringLiteral("X")); // completed by nothing
+    QCOMPARE(panel.scale->currentText(), QStringLiteral("X")); // not completed to an entry
 
     QVERIFY(panel.button("m_pPBResetScale")->isEnabled());
     panel.button("m_pPBResetScale")->click();
     QCOMPARE(panel.widget.getCommandArguments(), defaultFragment);
     QVERIFY(!panel.button("m_pPBResetScale")->isEnabled());
-    QTRY_COMPARE(changed.count(), 3); // though the index never changed
+    QTRY_COMPARE(changed.count(), 3); // although the index never changed
 }
 
 void ShadedPanelTest::resetButtons()
 {
     Panel panel;
-    for (const char *name : {"m_pPBResetAzimuth", "m_pPBResetAltitude", "m_pPBResetZFactor", "m_pPBResetScale"})
-        QVERIFY2(!panel.button(name)->isEnabled(), name);
     panel.compass->setValue(10);
     panel.wheel->setValue(7);
     panel.scale->setCurrentIndex(3);
     panel.altitude->setValue(50);
     panel.altitude->setValue(45);
-    QVERIFY(panel.button("m_pPBResetAltitude")->isEnabled()); // back by hand leaves it enabled
+    QVERIFY(panel.button("m_pPBResetAltitude")->isEnabled()); // the user moved the slider back by hand
     for (const char *name :
          {"m_pPBResetAzimuth", "m_pPBResetAltitude", "m_pPBResetZFactor", "m_pPBResetScale"}) {
         panel.button(name)->click();
@@ -134,16 +132,20 @@ void ShadedPanelTest::resetButtons()
 void ShadedPanelTest::recordRoundTrip()
 {
     Panel panel;
-    ShadedOptions options;
-    options.exaggeration = 2.5;
-    options.scaleIndex = -1;
-    options.scaleText = QStringLiteral("0.5");
-    options.compass = 90;
-    options.altitude = 10;
-    options.computeEdges = options.zevenbergenThorne = true;
-    panel.widget.setOptions(options);
-    QCOMPARE(panel.widget.getCommandArguments(), shadedFragment(options));
-    panel.widget.setOptions({});
+    const ShadedOptions options{.exaggeration = 2.5,
+                                .scaleIndex = -1,
+                                .scaleText = "0.5",
+                                .compass = 90,
+                                .altitude = 10,
+                                .computeEdges = true,
+                                .zevenbergenThorne = true};
+    const QSignalSpy changed(&panel.widget, &shadedOptionsWidget::completeChanged);
+    panel.widget.setProcessOptions(options);
+    QVERIFY(panel.widget.options() == options);
+    QCOMPARE(panel.label("m_pAzimuthValueLabel"), QStringLiteral("90°"));
+    QVERIFY(panel.button("m_pPBResetScale")->isEnabled());
+    QTRY_COMPARE(changed.count(), 1);
+    panel.widget.setProcessOptions(ShadedOptions{});
     QCOMPARE(panel.widget.getCommandArguments(), defaultFragment);
 }
 

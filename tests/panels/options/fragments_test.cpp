@@ -1,6 +1,8 @@
 #include "panels/options/fragments.h"
 #include "panels/options/processoptions.h"
+#include "tests/support/files.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 
 Q_DECLARE_METATYPE(ShadedOptions)
@@ -18,6 +20,7 @@ private slots:
     void fieldsAreSetByName_data();
     void fieldsAreSetByName();
     void typedRatio();
+    void givenTable();
 };
 
 void FragmentsTest::shaded_data()
@@ -58,7 +61,7 @@ void FragmentsTest::shaded_data()
     row(
         "typed ratio", [](auto &o) { o.scaleIndex = -1, o.scaleText = "12"; }, "-z 1 -s 12  -az -45 -alt 45 ");
     row(
-        "typed place mark", [](auto &o) { o.scaleIndex = -1, o.scaleText = "%1"; },
+        "typed placeholder", [](auto &o) { o.scaleIndex = -1, o.scaleText = "%1"; },
         "-z 1 -s %1  -az -45 -alt 45 ");
     row(
         "emptied ratio", [](auto &o) { o.scaleIndex = -1; }, "-z 1 -az -45 -alt 45 ", false);
@@ -85,17 +88,18 @@ void FragmentsTest::others_data()
         QTest::newRow(name) << options << QString::fromLatin1(word) << QString::fromLatin1(fragment);
     };
     row("slope", SlopeOptions{}, "slope", "-compute_edges -s 1 ");
-    row("slope, everything", SlopeOptions{true, 2, "", true, true}, "slope",
+    row("slope, everything", SlopeOptions{.percent = true, .scaleIndex = 2, .zevenbergenThorne = true}, "slope",
         "-p -compute_edges -alg ZevenbergenThorne -s 111120 ");
-    row("slope, typed", SlopeOptions{false, -1, "%1", false, false}, "slope", "-s %1 ");
-    row("slope, emptied", SlopeOptions{false, -1, "", false, false}, "slope", "");
+    row("slope, typed", SlopeOptions{.scaleIndex = -1, .scaleText = "%1", .computeEdges = false}, "slope",
+        "-s %1 ");
+    row("slope, emptied", SlopeOptions{.scaleIndex = -1, .computeEdges = false}, "slope", "");
     row("aspect", AspectOptions{}, "aspect", " -zero_for_flat -compute_edges");
-    row("aspect, everything", AspectOptions{true, true, true, true}, "aspect",
+    row("aspect, everything", AspectOptions{.trigonometric = true, .zevenbergenThorne = true}, "aspect",
         "-trigonometric -zero_for_flat -compute_edges -alg ZevenbergenThorne");
-    row("aspect, nothing", AspectOptions{false, false, false, false}, "aspect", "");
+    row("aspect, nothing", AspectOptions{.zeroForFlat = false, .computeEdges = false}, "aspect", "");
     row("TRI", TerrainIndexOptions{}, "TRI", "-compute_edges");
-    row("TPI", TerrainIndexOptions{1, false}, "TPI", "");
-    row("roughness", TerrainIndexOptions{2, false}, "roughness", "");
+    row("TPI", TerrainIndexOptions{.type = 1, .computeEdges = false}, "TPI", "");
+    row("roughness", TerrainIndexOptions{.type = 2, .computeEdges = false}, "roughness", "");
 }
 
 void FragmentsTest::others()
@@ -148,13 +152,28 @@ void FragmentsTest::typedRatio()
 {
     ProcessOptions options = ShadedOptions{};
     QCOMPARE(setOption(options, "scaleText", QVariant("2.5")), QString());
-    settle(options, {"scaleText"});
+    completeOptions(options, {"scaleText"}, {});
     QCOMPARE(argumentFragment(options), QStringLiteral("-z 1 -s 2.5  -az -45 -alt 45 "));
     QCOMPARE(optionsProblem(options), QString());
     for (const char *text : {"", "abc", "-1", "0", "1 -alg X", "inf"}) {
         QCOMPARE(setOption(options, "scaleText", QVariant(text)), QString());
         QVERIFY2(!optionsProblem(options).isEmpty(), text);
     }
+}
+
+void FragmentsTest::givenTable()
+{
+    const QTemporaryDir folder;
+    const QString local = writeFile(folder.filePath("dtm.txt"), "0 1 2 3\n");
+    const auto tableAfter = [&](const QStringList &given) {
+        ProcessOptions options = ColorReliefOptions{};
+        completeOptions(options, given, folder.path());
+        return std::get<ColorReliefOptions>(options).table;
+    };
+    QCOMPARE(tableAfter({"alpha"}),
+             QStringLiteral("dtm.txt")); // the default is the library's, not the folder's
+    QCOMPARE(tableAfter({"table"}), local);
+    QCOMPARE(tableAfter({"colors"}), QString()); // the colours have no name
 }
 
 QTEST_APPLESS_MAIN(FragmentsTest)
