@@ -82,6 +82,15 @@ QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFiles
     return {};
 }
 
+/// The command line that builds overviews of the product; empty where none are wanted or possible.
+QString overviewCommand(const ProcessingRequest &request, const ToolPaths &tools, const RasterInfo &input)
+{
+    if (!request.outputOptions.overviews || productKind(request) != ProductKind::Raster
+        || !takesOverviews(outputFormat(request)) || overviewFactors(input.width, input.height).isEmpty())
+        return {};
+    return processCommand(tools.batch, QStringLiteral("--build-overviews ") + quotedArgument(request.output));
+}
+
 RunPlan refused(RunPlan plan, ProblemKind kind, const QString &problem)
 {
     plan.problemKind = kind;
@@ -137,10 +146,7 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
 
     plan.touchedInputFiles = filesWithStatistics(request.toolInput.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
-    if (request.outputOptions.overviews && process.product == ProductKind::Raster
-        && takesOverviews(outputFormat(request)) && !overviewFactors(input.width, input.height).isEmpty())
-        plan.overviewCommand =
-            processCommand(tools.batch, QStringLiteral("--build-overviews ") + quotedArgument(output.path));
+    plan.overviewCommand = overviewCommand(plan.request, tools, input);
     plan.expected = {process.product, output.path, input.width, input.height,
                      outputLayer(request.outputOptions)};
     plan.warnings = freeSpaceWarnings(output.path, expectedProductSize(process, input.width, input.height));

@@ -1,6 +1,9 @@
 #include "app/window/OutputField.h"
 
 #include "app/process/productname.h"
+#include "app/run/outputname.h"
+#include "app/window/launchquestions.h"
+#include "dataset/QuvoFilerDialog.h"
 
 #include <QLineEdit>
 
@@ -32,10 +35,22 @@ void OutputField::changeExtension(const QStringList &before, const QStringList &
     m_name->setText(adaptExtension(name(), extensions, before));
 }
 
-void OutputField::choose(const QString &name)
+void OutputField::select(const QStringList &extensions, const QStringList &inputFiles)
 {
+    QWidget *window = m_name->window();
+    const QString title = labelText({"MESS_CHOISIR_SORTIE", "Choisir un fichier de sortie"});
+    const QString filter = QStringLiteral("%1 (*.%2)").arg(title, extensions.value(0));
+    const QString path =
+        QuvoFilerDialog::getSelection(window, QuvoFilerDialog::SaveFile, title, name(), filter);
+    if (path.isEmpty())
+        return;
+    const QString problem = checkOutputName(path, extensions, inputFiles).problem;
+    if (!problem.isEmpty()) {
+        warnAboutOutput(path, problem, window);
+        return;
+    }
     m_writtenByUser = true;
-    m_name->setText(name);
+    m_name->setText(path);
 }
 
 void OutputField::restore(const QString &name, const QString &input, const QString &suffix)

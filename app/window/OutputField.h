@@ -30,8 +30,9 @@ public:
     /// for that input, and as written by the user otherwise.
     void restore(const QString &name, const QString &input, const QString &suffix);
 
-    /// Shows a name that the user selected in a file dialog.
-    void choose(const QString &name);
+    /// Shows the name that the user selects in a file dialog, as a file with the first of the extensions. A
+    /// name that no run can write, such as one of the input's files, is not shown; a warning says why.
+    void select(const QStringList &extensions, const QStringList &inputFiles);
 
 private:
     QLineEdit *m_name;

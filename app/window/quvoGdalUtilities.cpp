@@ -4,7 +4,6 @@
 #include "app/process/productname.h"
 #include "app/recipe/openedrecipe.h"
 #include "app/run/copiedcommand.h"
-#include "app/run/outputname.h"
 #include "app/window/AboutDialog.h"
 #include "app/window/FileDrop.h"
 #include "app/window/InputDem.h"
@@ -16,23 +15,12 @@
 #include "app/window/launchquestions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
-#include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QIcon>
 #include <QTimer>
-
-namespace
-{
-
-const QString imageFolder = QStringLiteral(":/QuvoGdalUtilities/images/");
-
-} // namespace
 
 quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt::WindowFlags flags)
     : QDialog(parent, flags)
@@ -162,8 +150,7 @@ void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
 {
     if (const auto process = m_tabs->currentProcess()) {
         const ProcessRow &row = processRow(*process);
-        m_output->propose(path, QString::fromLatin1(row.suffix),
-                          formatExtensions(outputFormat(currentRequest())));
+        m_output->propose(path, QString::fromLatin1(row.suffix), currentExtensions());
     }
     slot_activeLaunchButton();
 }
@@ -180,18 +167,12 @@ void quvoGdalUtilities::slot_selectInputDem()
 
 void quvoGdalUtilities::slot_selectOutputFile()
 {
-    const QString pattern = QStringLiteral("*.") + formatExtensions(outputFormat(currentRequest())).value(0);
-    const QString title = tr("Choisir un fichier de sortie", "MESS_CHOISIR_SORTIE");
-    const QString path = QuvoFilerDialog::getSelection(this, QuvoFilerDialog::SaveFile, title, m_output->name(),
-                                                       QStringLiteral("%1 (%2)").arg(title, pattern));
-    if (path.isEmpty())
-        return;
-    const OutputName output =
-        checkOutputName(path, formatExtensions(outputFormat(currentRequest())), m_input->files());
-    if (output.problem.isEmpty())
-        m_output->choose(path);
-    else
-        warnAboutOutput(path, output.problem, this);
+    m_output->select(currentExtensions(), m_input->files());
+}
+
+QStringList quvoGdalUtilities::currentExtensions() const
+{
+    return formatExtensions(outputFormat(currentRequest()));
 }
 
 ProcessingRequest quvoGdalUtilities::currentRequest() const
@@ -250,9 +231,9 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
     outputFileAdvancedOptionsDialog dialog(*process, outputOptionsOf(*process), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    const QStringList extensionsBefore = formatExtensions(outputFormat(currentRequest()));
+    const QStringList extensionsBefore = currentExtensions();
     outputOptionsOf(*process) = dialog.options();
-    m_output->changeExtension(extensionsBefore, formatExtensions(outputFormat(currentRequest())));
+    m_output->changeExtension(extensionsBefore, currentExtensions());
     slot_activeLaunchButton();
 }
 
@@ -304,9 +285,9 @@ bool quvoGdalUtilities::launch()
     const Recipe settings = recipeOf(plan.request, m_tabs->currentPanel()->processOptions());
     m_settings->beginRun(settings);
     m_launchedCommand = copiedCommand(plan, settings, m_tools);
-    m_run.start(plan, std::move(lock), true,
-                imageFolder + QStringLiteral("icones/")
-                    + QString::fromLatin1(processRow(*plan.request.process).icon));
+    const QString icon = QStringLiteral(":/QuvoGdalUtilities/images/icones/")
+        + QString::fromLatin1(processRow(*plan.request.process).icon);
+    m_run.start(plan, std::move(lock), true, icon);
     return true;
 }
 

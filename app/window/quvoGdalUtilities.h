@@ -102,6 +102,7 @@ private:
     void applyTexts();
 
     ProcessingRequest currentRequest() const;
+    QStringList currentExtensions() const;
     OutputOptions &outputOptionsOf(Process process);
     std::optional<RunPlan> currentPlan();
     bool launch();

@@ -14,7 +14,7 @@
 
 #include <csignal>
 
-/// The batch program as a user runs it, with GDAL's real tools.
+/// Runs the batch program as a user does, with GDAL's tools.
 class BatchTest : public QObject
 {
     Q_OBJECT
@@ -168,7 +168,7 @@ void BatchTest::recipeOnStandardInput()
     QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
     QVERIFY(!bytesOf(path("hand.tif")).isEmpty());
     QCOMPARE(bytesOf(path("product.tif")), bytesOf(path("hand.tif")));
-    // Another table on the command line takes the place of the one by value.
+    // A table that is named on the command line replaces the colours of the recipe.
     writeFile(path("a.json"), R"({"format": 1, "process": "color-relief", "options":
         {"colors": [{"value": 1, "color": [1, 1, 1]}]}})");
     const Ended other = batch({path("a.json"), "--input", path("dem.tif"), "--output", path("c.tif"), "--set",
@@ -197,7 +197,7 @@ void BatchTest::severalDems()
     QCOMPARE(lines.at(2) + '\n', path("dem.tif") + ": " + wholeProgress);
     QVERIFY2(first.error.contains(path("a.tif")), qPrintable(first.error));
 
-    // What exists is kept, and what the first time made is no DEM of the second.
+    // Existing files are kept, and a product of the first call is not a DEM of the second.
     const QByteArray product = bytesOf(path("dem_slope.tif"));
     writeFile(path("dem_slope.tif"), "precious");
     const Ended second = all({path("dem_slope.tif")});
@@ -209,7 +209,7 @@ void BatchTest::severalDems()
     QVERIFY(QFile::remove(path("a.tif")) && QFile::copy(path("dem.tif"), path("a.tif")));
     QCOMPARE(all({"--overwrite"}).code, 0);
 
-    // Two DEMs that name one product: the second does not take the place of the first.
+    // Of two DEMs with the same product, the second must not replace the product of the first.
     QVERIFY(QFile::copy(path("dem.tif"), path("dem.asc")));
     const Ended twins = batch({path("recette.json"), "--overwrite", path("dem.tif"), path("dem.asc")});
     QCOMPARE(twins.code, 1);
@@ -243,7 +243,7 @@ void BatchTest::namesOfAllKinds()
         QVERIFY2(ended.code == 0, qPrintable(ended.error));
         QVERIFY(QFile::exists(path(name)));
     }
-    // Without an encoding of its own in the locale, paths are UTF-8 all the same.
+    // In a locale without an encoding of its own, paths are UTF-8, too.
     QProcessEnvironment plain = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"LANG", "LC_CTYPE", "LC_MESSAGES"})
         plain.remove(name);
@@ -254,7 +254,7 @@ void BatchTest::namesOfAllKinds()
 
 void BatchTest::badArguments_data()
 {
-    QTest::addColumn<QStringList>("change"); // option, its value: in place of the good one, or added
+    QTest::addColumn<QStringList>("change"); // option and value: added, or in place of the valid one
     QTest::addColumn<QString>("named");
 
     QTest::newRow("process") << QStringList{"--process", "relief"} << "relief";
@@ -278,7 +278,7 @@ void BatchTest::badArguments()
 {
     QFETCH(QStringList, change);
     QFETCH(QString, named);
-    const Ended ended = batch(hillshade("product.tif", change)); // of an option given twice the last one counts
+    const Ended ended = batch(hillshade("product.tif", change)); // the last of two equal options counts
     QCOMPARE(ended.code, 2);
     QVERIFY2(ended.error.contains(named), qPrintable(ended.error));
     QCOMPARE(files(), QStringList{"dem.tif"});
@@ -291,7 +291,7 @@ void BatchTest::everyWarningIsShown()
         "output": "zones.tif", "options": {"observers": [{"x": 500100, "y": 5099900}, {"x": 0, "y": 0}]}})");
     const Ended ended = batch({path("recette.json"), "--world-file", "--print-command"});
     QCOMPARE(ended.code, 0);
-    // An observer without ground, a temporary file in the command, and a world file that is not written.
+    // Warnings: an observer without ground, a temporary file in the command, a world file that is not written.
     QCOMPARE(ended.error.trimmed().split('\n').size(), 3);
 }
 
@@ -315,7 +315,7 @@ void BatchTest::inputIsNeverOverwritten()
 
 void BatchTest::toolFailureLeavesNothing()
 {
-    // Cells are missing from the end of the input: it opens, and the tool meets the gap.
+    // Cells are missing from the end of the input: it can be opened, but the tool cannot read it to its end.
     QFile dem(path("dem.tif"));
     QVERIFY(dem.resize(dem.size() / 2));
     const Ended ended = batch(hillshade("product.tif"));
@@ -326,7 +326,7 @@ void BatchTest::toolFailureLeavesNothing()
 
 void BatchTest::neighboursAreKept()
 {
-    // A run that fails deletes its own product alone, not the user's files of the same name.
+    // A run that fails deletes only its own product, not the user's files of the same base name.
     QFile dem(path("dem.tif"));
     QVERIFY(dem.resize(dem.size() / 2));
     for (const char *name : {"product.tfw", "product.tif.aux.xml", "product.txt"})
@@ -336,7 +336,7 @@ void BatchTest::neighboursAreKept()
     QCOMPARE(files(), before);
     QCOMPARE(batch(hillshade("product.tif", {"--tiled", "--world-file"})).code, 2); // product.tfw exists
 
-    // Nor does a product's side file take the place of the input's.
+    // A side file of the product must not replace one of the input.
     QVERIFY(writeHill(path("terrain.tiff"), 16));
     writeFile(path("terrain.tfw"), "10\n0\n0\n-10\n500000\n5100000\n");
     const QStringList input{"--process", "hillshade", "--input", path("terrain.tiff"), "--overwrite"};
@@ -344,7 +344,7 @@ void BatchTest::neighboursAreKept()
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.tif")}).code, 0);
     QVERIFY(bytesOf(path("terrain.tfw")).startsWith("10"));
 
-    // A DEM that bears the name of a product's side file is no side file.
+    // The DEM is kept even where its name is that of a side file of the product.
     QVERIFY(QFile::copy(path("terrain.tiff"), path("terrain.tif.ovr")));
     QCOMPARE(batch({"--process", "hillshade", "--input", path("terrain.tif.ovr"), "--output",
                     path("terrain.tif"), "--overwrite"})
@@ -352,12 +352,13 @@ void BatchTest::neighboursAreKept()
              2);
     QVERIFY(QFile::exists(path("terrain.tif.ovr")));
 
-    // Side files of the user's other data count as outputs that exist.
+    // A file with the name of a side file counts as an existing output.
     QVERIFY(writeHill(path("dem.tif"), 16));
     writeFile(path("out.prj"), "precious");
     QCOMPARE(batch(hillshade("out.asc", {"--of", "AAIGrid"})).code, 2);
     QCOMPARE(bytesOf(path("out.prj")), QByteArray("precious"));
-    // What the data set that is replaced refers to stays; what GDAL keeps under its name goes.
+    // The files that a replaced data set refers to are kept. The files that GDAL keeps under its name are
+    // removed.
     writeFile(path("old.tif"),
               "<VRTDataset rasterXSize='16' rasterYSize='16'><VRTRasterBand dataType='Float32' band='1'>"
               "<SimpleSource><SourceFilename relativeToVRT='1'>dem.tif</SourceFilename></SimpleSource>"
@@ -442,13 +443,13 @@ void BatchTest::stopsLeaveNothing()
         process.start(program(),
                       hillshade("product.tif", round % 5 == 4 ? QStringList{"--of", "COG"} : QStringList{}));
         QVERIFY(process.waitForStarted());
-        // A run that ends before its stop has a whole product.
+        // A run that ends before the signal leaves a whole product.
         if (!process.waitForFinished(random.bounded(wholeRun / 10, wholeRun))) {
             ::kill(static_cast<pid_t>(process.processId()), round % 2 ? SIGTERM : SIGINT);
             QVERIFY(process.waitForFinished(10000));
         }
         const bool done = process.exitCode() == 0 && process.exitStatus() == QProcess::NormalExit;
-        // A signal may also come between the end of the run and that of the program.
+        // The signal may also arrive between the end of the run and that of the program.
         if (done || bytesOf(path("product.tif")) == wholeProduct)
             QVERIFY(QFile::remove(path("product.tif")));
         QVERIFY2(files() == QStringList{"dem.tif"}, qPrintable(files().join(' ')));

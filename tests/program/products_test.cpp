@@ -14,7 +14,8 @@
 #include <gdal_priv.h>
 #include <gdal_utils.h>
 
-/// Every process of the batch program on DEMs of several kinds, compared with the tool called by hand.
+/// Runs every process of the batch program on DEMs of several kinds, and compares the products with those of
+/// the tools called by hand.
 class ProductsTest : public QObject
 {
     Q_OBJECT
@@ -44,7 +45,7 @@ private:
 namespace
 {
 
-/// The same cells under other options of gdal_translate.
+/// Copies a raster with options of gdal_translate.
 bool copyRaster(const QString &from, const QString &to, const QList<QByteArray> &options)
 {
     QVector<char *> arguments;
@@ -72,7 +73,7 @@ int ProductsTest::run(const QString &program, const QStringList &arguments)
 void ProductsTest::initTestCase()
 {
     setUpGdal();
-    // A temporary directory of its own, since it looks whether anything is left there.
+    // A temporary directory for this test alone, which checks that nothing is left there.
     QVERIFY(QDir(m_folder.path()).mkdir("tmp") && qputenv("TMPDIR", path("tmp").toLocal8Bit()));
     QVERIFY(writeHill(path("metres.tif"), 64));
     QVERIFY(copyRaster(path("metres.tif"), path("degrés.tif"),
@@ -85,7 +86,7 @@ void ProductsTest::equalsTheToolsOwn_data()
     QTest::addColumn<QString>("dem");
     QTest::addColumn<QStringList>("ours");
     QTest::addColumn<QString>("tool");
-    QTest::addColumn<QStringList>("byHand"); // "IN", "OUT" stand for the files
+    QTest::addColumn<QStringList>("byHand"); // "IN" and "OUT" stand for the paths
 
     const auto row = [](const QString &dem, const QStringList &ours, const QString &tool,
                         const QStringList &byHand) {
@@ -128,7 +129,7 @@ void ProductsTest::equalsTheToolsOwn()
     QVERIFY(bytesOf(path("ours" + extension)).size() > 1000);
     QCOMPARE(bytesOf(path("ours" + extension)), bytesOf(path("hand" + extension)));
     QCOMPARE(bytesOf(path("ours.dbf")), bytesOf(path("hand.dbf")));
-    QFile::remove(path(dem) + ".aux.xml"); // a call by hand leaves one
+    QFile::remove(path(dem) + ".aux.xml"); // the tool leaves it when it is called by hand
 }
 
 void ProductsTest::colorTables()
@@ -139,7 +140,7 @@ void ProductsTest::colorTables()
                                  path("relief.tif"), "--overwrite", "--set", "table=" + path(table)}
                      + more);
     };
-    // Names, as other programs know them: not the tool's green, and none that it refuses.
+    // Colour names have the values of CSS. The tool alone has another green and does not know the other name.
     write("noms.txt", "-100 green\n200 palegreen\n");
     write("nombres.txt", "-100 0 128 0\n200 152 251 152\n");
     QCOMPARE(relief("noms.txt"), 0);
@@ -147,13 +148,13 @@ void ProductsTest::colorTables()
     QCOMPARE(relief("nombres.txt"), 0);
     QCOMPARE(bytesOf(path("relief.tif")), named);
 
-    // Spread over the exact elevations, those of the tool's own percentages but for the rounding.
+    // Neither a spread table nor a table of percentages leaves the tool's statistics beside the DEM.
     write("pour cent.txt", "0% 0 0 0\n100% 255 255 255\n");
     const QByteArray aux = "<PAMDataset>mine</PAMDataset>\n";
     write("metres.tif.aux.xml", aux);
     QCOMPARE(relief("pour cent.txt", {"--set", "spread=true"}), 0);
     QCOMPARE(relief("pour cent.txt"), 0);
-    QCOMPARE(bytesOf(path("metres.tif.aux.xml")), aux); // the tool wrote its statistics there
+    QCOMPARE(bytesOf(path("metres.tif.aux.xml")), aux); // the tool wrote its statistics into it
     QFile::remove(path("metres.tif.aux.xml"));
     write("virtuel.vrt",
           "<VRTDataset rasterXSize=\"64\" rasterYSize=\"64\"><VRTRasterBand dataType=\"Float32\" "
@@ -175,7 +176,8 @@ void ProductsTest::colorTables()
 
 void ProductsTest::observers()
 {
-    // Rows of a recipe, a relative and an absolute one; by hand with the ground looked up: row 32, column 32.
+    // A recipe with a relative and an absolute observer. By hand, the relative one stands on the ground of row
+    // 32, column 32.
     const QString recipe =
         writeFile(path("vues.json"),
                   R"({"format": 1, "process": "intervisibility", "input": "metres.tif", "output": "vues.tif",
@@ -225,11 +227,11 @@ void ProductsTest::vectorOutputIsReplacedWhole()
 {
     const QStringList contours{"--process", "contour", "--set", "interval=10", "--input", path("metres.tif")};
     const QString output = path("lignes.shp");
-    QFile::copy(path("metres.tif"), output); // no shapefile, whatever its name says
+    QFile::copy(path("metres.tif"), output); // not a shapefile, despite its name
     writeFile(path("lignes.txt"), {});
     QCOMPARE(batch(contours + QStringList{"--output", output}), 2);
     QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
-    writeFile(path("lignes.sbn"), {}); // an index of the old lines
+    writeFile(path("lignes.sbn"), {}); // an index of the lines that are replaced
     QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
     QCOMPARE(files("lignes.*"),
              (QStringList{"lignes.dbf", "lignes.prj", "lignes.shp", "lignes.shx", "lignes.txt"}));
@@ -239,10 +241,11 @@ void ProductsTest::vectorOutputIsReplacedWhole()
     QCOMPARE(batch(contours + QStringList{"--of", "MapInfo File", "--output", path("autre.mid")}), 2);
     QCOMPARE(batch(contours + QStringList{"--of", "MapInfo File", "--output", path("autre.tab")}), 2);
     QCOMPARE(bytesOf(precious), QByteArray("mine"));
-    QCOMPARE(batch(contours + QStringList{"--of", "CSV", "--output", path("sans.csv")}), 2); // holds no lines
+    QCOMPARE(batch(contours + QStringList{"--of", "CSV", "--output", path("sans.csv")}),
+             2); // the format cannot hold lines
     QVERIFY(!QFile::exists(path("sans.csv")));
 
-    // Of a file with several layers nothing is left but the new one.
+    // The second run replaces the whole file, not only its layer.
     const QStringList package{"--of", "GPKG", "--output", path("lignes.gpkg"), "--overwrite"};
     for (int round = 0; round < 2; ++round)
         QCOMPARE(batch(contours + package), 0);
@@ -250,7 +253,7 @@ void ProductsTest::vectorOutputIsReplacedWhole()
         GDALDataset::Open(encodePath(path("lignes.gpkg")).constData(), GDAL_OF_VECTOR));
     QVERIFY(dataset && dataset->GetLayerCount() == 1 && dataset->GetLayerByName("contour"));
 
-    // A virtual data set under the name refers to a file that must stay.
+    // Where a virtual data set is replaced, the file that it refers to is kept.
     QVERIFY(QFile::copy(path("lignes.gpkg"), path("source.gpkg")));
     writeFile(path("lignes.gpkg"),
               "<OGRVRTDataSource><OGRVRTLayer name=\"contour\"><SrcDataSource relativeToVRT=\"1\">source.gpkg"

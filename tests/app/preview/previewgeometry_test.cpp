@@ -46,7 +46,7 @@ void PreviewGeometryTest::zooming()
     const QSize dem(1000, 500);
     const QRectF whole(0, 0, 1000, 500);
     const QRectF closer = zoomed(whole, {250, 250}, 2.0, dem, dem);
-    QCOMPARE(closer, QRectF(125, 125, 500, 250)); // the place under the pointer stays
+    QCOMPARE(closer, QRectF(125, 125, 500, 250)); // the cell under the pointer stays in place
     QCOMPARE(zoomed(closer, {250, 250}, 0.01, dem, dem), whole);
     QCOMPARE(zoomed(whole, {0, 0}, 1e9, dem, dem).height(), 8.0);
     QCOMPARE(zoomed({0, 0, 3, 2}, {1, 1}, 2.0, {3, 2}, {300, 200}).size(),
@@ -59,7 +59,7 @@ void PreviewGeometryTest::zooming()
 void PreviewGeometryTest::lightDirections()
 {
     QCOMPARE(lightDirection(315.0, false, false), 315.0);
-    QCOMPARE(lightDirection(315.0, true, false), 225.0); // its rows are seen upside down
+    QCOMPARE(lightDirection(315.0, true, false), 225.0); // the DEM is shown upside down
     QCOMPARE(lightDirection(0.0, false, false), 270.0);
     QCOMPARE(lightDirection(315.0, false, true), 45.0);
 }

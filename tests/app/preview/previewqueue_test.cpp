@@ -14,7 +14,7 @@ private slots:
     void dueStep();
 };
 
-/// Each row: events, and the step that is due after them: R a reduction, C a product, - none; with ! when the
+/// Each row: events, and the step that is due after them (R: reduce, C: compute, -: none), with ! when the
 /// running step is stale.
 void PreviewQueueTest::dueStep_data()
 {

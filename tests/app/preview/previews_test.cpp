@@ -179,7 +179,7 @@ void PreviewsTest::vectorProducts()
         }
         return count;
     };
-    QTRY_VERIFY(coloured(dialog.output()->picture()) > 500); // lines over the greys
+    QTRY_VERIFY(coloured(dialog.output()->picture()) > 500); // coloured lines over grey elevations
     const QImage tenMetres = dialog.output()->picture();
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("0.000"); // not valid for the tool
     QVERIFY(!dialog.hasOutput());
@@ -321,7 +321,8 @@ void PreviewsTest::failureIsReportedOnce()
     QTest::qWait(600);
     QVERIFY(Prompt::takeShown().isEmpty());
     dialog.window.close();
-    QVERIFY(QSettings("KARVEX", "Riglios").value("LastGeometry/showPreview").toBool()); // the user's own choice
+    QVERIFY(
+        QSettings("KARVEX", "Riglios").value("LastGeometry/showPreview").toBool()); // the user's choice is kept
 }
 
 void PreviewsTest::manyChangesLeaveNothing()

@@ -108,7 +108,7 @@ void CommandLineTest::declared()
     ProcessingRequest asked = request(Process::ShadedRelief, "hillshade");
     asked.output = QStringLiteral("/o.d/a.b.tif");
     asked.outputOptions.worldFile = true;
-    QCOMPARE(paths(asked), QStringList{"/o.d/a.b.tif|GTiff"}); // no world file is asked for, so none is ours
+    QCOMPARE(paths(asked), QStringList{"/o.d/a.b.tif|GTiff"}); // without tiles the tool writes no world file
     asked.outputOptions.tiled = true;
     QCOMPARE(paths(asked), (QStringList{"/o.d/a.b.tif|GTiff", "/o.d/a.b.tfw|"}));
     asked.outputOptions.tiled = false;

@@ -49,7 +49,7 @@ void RecentRunsTest::damagedLists()
     const QTemporaryDir folder;
     const QString file = writeFile(folder.filePath("runs.json"), text);
     QTEST(readRecentRuns(file).size(), "readable");
-    const RecentRun runrecentRun(AspectOptions{});
+    const RecentRun run = recentRun(AspectOptions{});
     QVERIFY(addRecentRun(file, run));
     const QList<RecentRun> runs = readRecentRuns(file);
     QVERIFY(runs.first().recipe == run.recipe);
@@ -69,7 +69,7 @@ void RecentRunsTest::limits()
     ContourOptions endless;
     endless.fixedLevels.fill('1', 17 << 20);
     QVERIFY(addRecentRun(file, recentRun(endless)));
-    const QList<RecentRun> runs = readRecentRuns(file); // without the run that is too large
+    const QList<RecentRun> runs = readRecentRuns(file); // the run that is too large was not added
     QCOMPARE(runs.size(), mostRecentRuns);
     QCOMPARE(runs.first().recipe.process, QStringLiteral("slope"));
 }

@@ -114,7 +114,7 @@ void RecipeTest::everyProcessComesBack()
 void RecipeTest::problems_data()
 {
     QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("named"); // what the sentence must name
+    QTest::addColumn<QString>("named"); // the problem must contain this
 
     QTest::newRow("not JSON") << QByteArray("{\n\"format\": 1,\n oops}") << "3";
     QTest::newRow("empty") << QByteArray() << "1";

@@ -73,7 +73,7 @@ void EnvironmentTest::precedence()
     settings.setValue("Interface/Language", "");
     settings.remove("dir");
     settings.sync();
-    QCOMPARE(read(keys).language, systemLanguage()); // an empty value is none
+    QCOMPARE(read(keys).language, systemLanguage()); // an empty value counts as missing
     QCOMPARE(read(keys).installDir, m_folder->path());
 }
 
@@ -92,7 +92,7 @@ void EnvironmentTest::variables()
 
 void EnvironmentTest::childrenInherit()
 {
-    // Instead of GDAL's tool, a script that prints the environment that it inherits.
+    // A script in place of GDAL's tool prints the environment that it inherits.
     QVERIFY(QFile::copy(QUVO_TREE "/QuvoDemBatch", m_folder->filePath("QuvoDemBatch")));
     QVERIFY(QDir(m_folder->path()).mkdir("data"));
     writeScript(m_folder->filePath("gdal_dem.exe"), "env >&2\nexit 1\n");

@@ -177,7 +177,7 @@ void SettingsMenuTest::settingsComeBack()
         dialog.window.setRecipe(settings);
         QVERIFY2(dialog.window.recipe() == settings, writeRecipe(dialog.window.recipe()).constData());
         QVERIFY(dialog.launchButton()->isEnabled());
-        QuvoFilerDialog::answerBeforehand({path("réglages 1.5")}); // no extension of settings
+        QuvoFilerDialog::answerBeforehand({path("réglages 1.5")}); // the extension of settings files is added
         dialog.trigger("m_pActionSave");
     }
     QVERIFY(!bytesOf(file).contains("quvodemtoolbox-")); // no temporary file of the window
@@ -388,7 +388,7 @@ void SettingsMenuTest::languages()
                  QLocale::English); // the locale in which a panel formats numbers
     QCOMPARE(chosenLanguage("FRENCH"), QStringLiteral("ENGLISH"));
 
-    // Nothing of the window is left in the other language.
+    // The window has the same texts as one that was opened in this language.
     Dialog fresh(m_tools);
     fresh.window.setInputDem(path("dem.tif"));
     QTRY_COMPARE(textsOf(dialog.window), textsOf(fresh.window));
