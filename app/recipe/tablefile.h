@@ -16,8 +16,8 @@ struct ToolTable
 };
 
 /// Path of the table of that name: the name itself where such a file exists, else the table in the folder
-/// "libraries/colormap" beside the program, with or without its ".txt". The default table of the options is always
-/// that of the library, and so is an empty name. Returns the name itself where no table has it.
+/// "libraries/colormap" beside the program, with or without its ".txt". The default table of the options is
+/// always that of the library, and so is an empty name. Returns the name itself where no table has it.
 QString colorTableFile(const QString &name);
 
 /// Why the table of the options cannot be used, in a sentence; empty for a good table.
