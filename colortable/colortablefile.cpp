@@ -123,9 +123,7 @@ ColorTableReading readColorTable(const QString &path)
     } else {
         const QByteArray text = file.read(largestTable + 1);
         if (text.size() > largestTable || text.contains('\0'))
-            reading.problem =
-                labelText({"MESS_TC_PAS_TEXTE", "« %1 » n'est pas un fichier texte de table couleur."})
-                    .arg(path);
+            reading.problem = labelText({"MESS_TC_PAS_TEXTE", "« %1 » n'est pas une table couleur."}).arg(path);
         else
             reading = parseColorTable(text);
     }

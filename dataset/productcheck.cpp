@@ -80,7 +80,7 @@ ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standa
         if (layer->GetGeomType() == wkbNone)
             check.problem =
                 labelText({"MESS_PROD_SANS_GEOM",
-                           "Le format du résultat n'a pas gardé les géométries ; choisissez-en un autre."});
+                           "Le format du résultat ne conserve pas les géométries ; choisissez-en un autre."});
     } else {
         check.problem = labelText({"MESS_PROD_SANS_COUCHE", "Le résultat ne contient pas la couche « %1 »."})
                             .arg(expected.layer);

@@ -461,7 +461,7 @@ void colorReliefOptionsWidget::updateSpreadNote()
         notes += tr("Étalée de %1 à %2, selon les réglages ouverts.", "MESS_TC_ETALEE")
                      .arg(elevationText(locale(), range.minimum), elevationText(locale(), range.maximum));
     if (merged > 0)
-        notes += tr("Les altitudes sont arrondies à l’entier : sur ce MNT, des couleurs tombent ensemble (%1).",
+        notes += tr("Les altitudes sont arrondies à l’entier : sur ce MNT, certaines couleurs coïncident (%1).",
                     "MESS_TC_ENSEMBLE")
                      .arg(merged);
     m_form->m_pSpreadNote->setVisible(!notes.isEmpty());

@@ -223,7 +223,7 @@ void intervisibilityOptionsWidget::updateControls()
         field->setEnabled(hasCurrent);
     m_form->m_pGroundNote->setVisible(groundless > 0 && m_ground.isOpen());
     m_form->m_pGroundNote->setText(
-        tr("Observateurs sans sol sous eux dans ce MNT : %1.", "MESS_OBS_SANS_SOL").arg(groundless));
+        tr("Observateurs hors du sol de ce MNT : %1.", "MESS_OBS_SANS_SOL").arg(groundless));
 }
 
 void intervisibilityOptionsWidget::showPosition()

@@ -118,8 +118,8 @@ QString readValues(BatchArguments &arguments, const QCommandLineParser &parser)
     for (const char *option : {"input", "output"}) {
         if (!arguments.dems.isEmpty() && parser.isSet(QLatin1String(option)))
             return labelText({"MESS_LOT_PLUSIEURS",
-                              "--%1 ne va pas avec plusieurs MNT : chacun a son propre "
-                              "produit à côté de lui."})
+                              "--%1 ne s'emploie pas avec plusieurs MNT : chacun a son propre produit à côté "
+                              "de lui."})
                 .arg(QLatin1String(option));
     }
     arguments.process = parser.value(QStringLiteral("process"));

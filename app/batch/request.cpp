@@ -85,7 +85,7 @@ QStringList outputWarnings(const ProcessingRequest &request)
     const OutputOptions &output = request.outputOptions;
     if (output.overviews && formatTraits(outputFormat(request)).overviews == OverviewPlace::InProduct)
         warnings +=
-            labelText({"MESS_VUES_FORMAT", "Ce format ne reçoit pas de vues d'ensemble à côté du produit."});
+            labelText({"MESS_VUES_FORMAT", "Ce format n'accepte pas de vues d'ensemble à côté du produit."});
     if (output.worldFile && !output.tiled)
         warnings += labelText({"MESS_CALAGE_SANS_TUILE",
                                "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
@@ -114,9 +114,9 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     batch.problem = prepared.problem;
     batch.warnings = prepared.warnings + outputWarnings(batch.request);
     if (arguments.action == BatchAction::PrintCommand && prepared.toolInput.readsTemporaryFile)
-        batch.warnings +=
-            labelText({"MESS_LOT_FICHIER_TEMP",
-                       "Cette commande lit un fichier temporaire de ce programme, qui disparaît avec lui."});
+        batch.warnings += labelText(
+            {"MESS_LOT_FICHIER_TEMP",
+             "Cette commande lit un fichier temporaire de ce programme, supprimé quand il se termine."});
     if (!arguments.recipeFile.isEmpty() && arguments.recipeFile != QLatin1String(pipedRecipeName))
         batch.otherInputs += QFileInfo(arguments.recipeFile).absoluteFilePath();
     batch.otherInputs += prepared.sourceFiles;

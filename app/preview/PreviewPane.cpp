@@ -310,10 +310,9 @@ void PreviewPane::showNote()
                               .arg(text(cell * reduction).trimmed(), text(cell).trimmed())
                         : tr("Aperçu à la résolution du MNT (cellules de %1).", "MESS_APERCU_EXACT")
                               .arg(text(cell).trimmed()));
-    m_note->setToolTip(
-        tr("La molette agrandit une partie du MNT, qui est alors calculée plus finement ; tirer la "
-           "déplace.",
-           "MESS_APERCU_EXPL"));
+    m_note->setToolTip(tr("La molette agrandit une partie du MNT, alors calculée plus finement ; faites-la "
+                          "glisser pour la déplacer.",
+                          "MESS_APERCU_EXPL"));
 }
 
 QSize PreviewPane::minimumSizeHint() const

@@ -54,13 +54,12 @@ ToolObservers prepareObservers(const IntervisibilityOptions &options, const QStr
     }
     if (observers.isEmpty()) {
         prepared.problem =
-            labelText({"MESS_OBS_NUL_PART", "Aucun observateur n'a de sol sous lui dans ce MNT."});
+            labelText({"MESS_OBS_NUL_PART", "Aucun observateur ne se trouve sur le sol de ce MNT."});
         return prepared;
     }
     if (leftOutCount > 0)
         prepared.warnings +=
-            labelText(
-                {"MESS_OBS_LAISSES", "Observateurs laissés de côté, sans sol sous eux ou sans position : %1."})
+            labelText({"MESS_OBS_LAISSES", "Observateurs ignorés, faute de sol ou de position : %1."})
                 .arg(leftOutCount);
     const QString folder = workFolder.newFolder();
     const QString file = folder.isEmpty() ? QString() : writePointFile(folder, observers);

@@ -24,7 +24,7 @@ void adaptFormat(OpenedRecipe &opened, Process process)
         }
     }
     opened.problem =
-        labelText({"MESS_REC_SANS_FORMAT", "Ce traitement n'écrit pas le format « %1 » sur cette machine."})
+        labelText({"MESS_REC_SANS_FORMAT", "Ce traitement n'écrit pas le format « %1 » sur cet ordinateur."})
             .arg(wanted);
 }
 
@@ -80,8 +80,7 @@ void adaptObservers(OpenedRecipe &opened, IntervisibilityOptions &options, const
     if (source.skippedFeatures > 0)
         opened.warnings +=
             labelText({"MESS_OBS_NON_PRIS",
-                       "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de "
-                       "coordonnées du MNT."})
+                       "%1 objets ont été ignorés : sans géométrie, ou hors du système de coordonnées du MNT."})
                 .arg(source.skippedFeatures);
     const IntervisibilityOptions defaults;
     options.observers += source.points;

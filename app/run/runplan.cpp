@@ -20,13 +20,13 @@ QString formatProblem(const ProcessingRequest &request)
     if (productKind(request) == ProductKind::Vector)
         return isVectorOutputFormat(format)
             ? QString()
-            : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cette machine."})
+            : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cet ordinateur."})
                   .arg(format);
     if (!isRasterOutputFormat(format))
-        return labelText({"MESS_FORMAT_INCONNU", "GDAL n'écrit aucun format raster « %1 » sur cette machine."})
+        return labelText({"MESS_FORMAT_INCONNU", "GDAL n'écrit aucun format raster « %1 » sur cet ordinateur."})
             .arg(format);
     if (request.outputOptions.tiled && !hasCreationOption(format, QStringLiteral("TILED")))
-        return labelText({"MESS_FORMAT_SANS_TUILE", "Le format « %1 » n'a pas d'option de tuiles."})
+        return labelText({"MESS_FORMAT_SANS_TUILE", "Le format « %1 » ne peut pas être en tuiles."})
             .arg(format);
     if (request.outputOptions.tiled && request.outputOptions.worldFile
         && !hasCreationOption(format, QStringLiteral("TFW")))

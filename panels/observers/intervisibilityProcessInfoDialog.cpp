@@ -95,7 +95,7 @@ void intervisibilityProcessInfoDialog::estimate()
     ok->setEnabled(count <= mostObservers);
     m_form->m_pLimitNote->setVisible(!ok->isEnabled());
     m_form->m_pLimitNote->setText(
-        tr("C'est plus que %1 observateurs ; choisissez un pas plus grand.", "MESS_OBS_LIMITE")
+        tr("Cela fait plus de %1 observateurs ; choisissez un pas plus grand.", "MESS_OBS_LIMITE")
             .arg(mostObservers, 0, 'f', 0));
     m_form->m_pLabelEstimateTime->setText(computingTimeText(estimatedSeconds(m_width, m_height, count)));
     QGuiApplication::restoreOverrideCursor();

@@ -70,8 +70,7 @@ QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground
         Prompt::warning(
             parent,
             labelText({"MESS_OBS_NON_PRIS",
-                       "%1 objets n'ont pas pu être repris : sans géométrie, ou hors du système de coordonnées "
-                       "du MNT."})
+                       "%1 objets ont été ignorés : sans géométrie, ou hors du système de coordonnées du MNT."})
                 .arg(source.skippedFeatures));
     return points;
 }

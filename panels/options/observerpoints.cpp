@@ -88,9 +88,10 @@ PointRowReading readPointRow(const QVariantMap &row)
         if (value)
             *number = *value;
         else if (required || row.contains(name))
-            reading.problem = labelText({"MESS_OBS_NOMBRE",
-                                         "Chaque observateur demande les nombres x et y ; %1 n'en est pas un."})
-                                  .arg(name);
+            reading.problem =
+                labelText({"MESS_OBS_NOMBRE",
+                           "Chaque observateur demande les nombres x et y ; %1 n'est pas un nombre."})
+                    .arg(name);
     }
     if (row.contains(QStringLiteral("mode"))) {
         const auto mode = readAltitudeMode(row.value(QStringLiteral("mode")).toString());

@@ -49,5 +49,5 @@ QString switchProblem(const QString &name, const QVariant &value)
 
 QString textProblem(const QString &name)
 {
-    return labelText({"MESS_OPT_PAS_TEXTE", "%1 doit être un texte entre guillemets."}).arg(name);
+    return labelText({"MESS_OPT_PAS_TEXTE", "%1 doit être un texte."}).arg(name);
 }
