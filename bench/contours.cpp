@@ -36,7 +36,7 @@ DataSet fineDem(const char *dem)
         return nullptr;
     const int width = raster->GetRasterXSize() * 5;
     const int height = raster->GetRasterYSize() * 5;
-    std::vector<float> cells(static_cast<std::size_t>(width) * height);
+    std::vector<float> cells(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     GDALRasterIOExtraArg smooth;
     INIT_RASTERIO_EXTRA_ARG(smooth);
     smooth.eResampleAlg = GRIORA_Cubic;

@@ -1,5 +1,7 @@
 #include "dataset/formats.h"
 
+#include "messages/label.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -23,11 +25,13 @@ constexpr FormatTraits rows[] = {
     // Under its other extensions the driver would make an archive, or a table without shapes.
     {.driver = "ESRI Shapefile",
      .extensions = "shp",
-     .sideExtensions = "shx dbf prj cpg qix sbn sbx idm ind qpj"},
+     .sideExtensions = "shx dbf prj cpg qix sbn sbx idm ind qpj",
+     .longestAttribute = 10,
+     .reservedAttributes = "id"},
     {.driver = "FITS", .vector = refused}, // holds no geometries
     {.driver = "GIF", .bands = FormatBands::One},
     {.driver = "GML", .sideExtensions = "xsd gfs"},
-    {.driver = "GPKG", .overviews = OverviewPlace::InProduct},
+    {.driver = "GPKG", .overviews = OverviewPlace::InProduct, .reservedAttributes = "id fid geom"},
     {.driver = "GPSBabel", .vector = refused}, // needs another program
     {.driver = "GPX", .vector = refused},      // has fixed layers
     {.driver = "GS7BG", .bands = FormatBands::One},
@@ -52,6 +56,7 @@ constexpr FormatTraits rows[] = {
     {.driver = "PDF", .raster = byNameOnly, .overviews = OverviewPlace::InProduct},
     {.driver = "PGDUMP", .vector = refused}, // is a script
     {.driver = "S57", .vector = refused},    // has fixed layers
+    {.driver = "SQLite", .reservedAttributes = "id ogc_fid geometry"},
     {.driver = "SRTMHGT", .raster = byNameOnly},
     {.driver = "VDV", .vector = refused}, // has fixed layers
     {.driver = "VRT", .raster = refused}, // refers to the input instead of holding the product
@@ -79,6 +84,24 @@ const FormatTraits &formatTraits(const QString &driver)
 QStringList extensionsOfOurs(const QString &driver)
 {
     return words(formatTraits(driver).extensions);
+}
+
+QString attributeProblem(const QString &driver, const QString &name)
+{
+    const FormatTraits &traits = formatTraits(driver);
+    const auto bytes = name.toUtf8().size();
+    if (traits.longestAttribute > 0 && bytes > traits.longestAttribute)
+        return labelText({"MESS_ATTR_LONG",
+                          "Le format « %1 » admet %2 octets pour le nom d'un attribut ; « %3 » en a %4. "
+                          "Choisissez un "
+                          "nom plus court ou un autre format."})
+            .arg(driver, QString::number(traits.longestAttribute), name, QString::number(bytes));
+    if (words(traits.reservedAttributes).contains(name, Qt::CaseInsensitive))
+        return labelText(
+                   {"MESS_ATTR_RESERVE",
+                    "Un fichier au format « %1 » a déjà un champ « %2 » : choisissez un autre nom d'attribut."})
+            .arg(driver, name);
+    return {};
 }
 
 QStringList sideExtensions(const QString &driver, ProductKind product)

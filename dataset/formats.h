@@ -52,6 +52,13 @@ struct FormatTraits
     /// usual ones of a raster format.
     const char *sideExtensions = "";
 
+    /// Longest name of an attribute in bytes of UTF-8; 0: any name. Runs with a longer one fail or lose lines.
+    int longestAttribute = 0;
+
+    /// Names of attributes in lower case, separated by blanks, that the format or the contour tool's own "ID"
+    /// takes; the case of letters does not count.
+    const char *reservedAttributes = "";
+
     /// What follows the product's name in the name of a file that the driver writes and removes; empty: none.
     const char *temporarySuffix = "";
 };
@@ -61,6 +68,10 @@ const FormatTraits &formatTraits(const QString &driver);
 
 /// The table's extensions for our products, without their dot; empty where the driver's own hold.
 QStringList extensionsOfOurs(const QString &driver);
+
+/// Why an attribute cannot have that name in the driver's format, in a sentence; empty for a good name and for
+/// none.
+QString attributeProblem(const QString &driver, const QString &name);
 
 /// Extensions of the side files that the driver may write under the product's base name.
 QStringList sideExtensions(const QString &driver, ProductKind product);

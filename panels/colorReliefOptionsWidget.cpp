@@ -86,7 +86,9 @@ std::optional<ToolInput> colorReliefOptionsWidget::launchInput()
     const QString file = colorFile(false);
     if (file.isEmpty())
         return std::nullopt;
-    return ToolInput{getCommandArguments(), file, file.startsWith(m_workFolder.path() + QLatin1Char('/'))};
+    return ToolInput{.fragment = getCommandArguments(),
+                     .colorTableFile = file,
+                     .readsTemporaryFile = file.startsWith(m_workFolder.path() + QLatin1Char('/'))};
 }
 
 std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &copy)

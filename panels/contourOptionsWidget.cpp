@@ -1,5 +1,6 @@
 #include "panels/contourOptionsWidget.h"
 
+#include "dataset/formats.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "panels/controls/numberfield.h"
 #include "panels/options/contourlevels.h"
@@ -29,15 +30,16 @@ QString numberNote(const QString &text)
         : labelText({"MESS_CN_PAS_NOMBRE", "« %1 » n'est pas un nombre ; l'outil recevrait 0."}).arg(text);
 }
 
-/// Warns of a name that a shapefile would cut to ten bytes; empty for a shorter one.
-QString attributeNote(const QString &name)
+/// Reports why the levels cannot be used, with a link that sorts them where that is enough. Rich text.
+QString levelsNote(const QString &text)
 {
-    constexpr int longest = 10;
-    const QByteArray bytes = name.toUtf8();
-    if (bytes.size() <= longest)
-        return {};
-    return labelText({"MESS_CN_ATTR_LONG", "Un shapefile ne garde que 10 caractères de ce nom : « %1 »."})
-        .arg(QString::fromUtf8(bytes.left(longest)));
+    const QString problem = levelsProblem(text).toHtmlEscaped();
+    const auto levels = readLevels(text);
+    if (problem.isEmpty() || !levels || levelsAscend(*levels))
+        return problem;
+    return problem
+        + QStringLiteral(" <a href=\"sort\">%1</a>")
+              .arg(labelText({"MESS_CN_VAL_TRIER", "Trier les valeurs"}).toHtmlEscaped());
 }
 
 } // namespace
@@ -98,6 +100,8 @@ void contourOptionsWidget::connectControls()
             &contourOptionsWidget::slot_onOptionsChanged);
     connect(m_pNoDataCombo, &QEditableComboBox::textReset, this, &contourOptionsWidget::slot_onOptionsChanged);
 
+    connect(m_form->m_pLevelsNote, &QLabel::linkActivated, this,
+            [this] { m_form->m_pLEFixedLevels->setText(sortedLevels(m_form->m_pLEFixedLevels->text())); });
     connect(m_form->m_pForecastLabel, &QLabel::linkActivated, this, [this](const QString &interval) {
         m_form->m_pLEElevationInterval->setText(interval);
         m_form->m_pLEElevationInterval->setFocus();
@@ -107,6 +111,19 @@ void contourOptionsWidget::connectControls()
 QString contourOptionsWidget::getCommandArguments()
 {
     return contourFragment(options());
+}
+
+std::optional<ToolInput> contourOptionsWidget::launchInput()
+{
+    return ToolInput{.fragment = getCommandArguments(), .attribute = options().attribute};
+}
+
+void contourOptionsWidget::setOutputFormat(const QString &driver)
+{
+    if (driver == m_outputFormat)
+        return;
+    m_outputFormat = driver;
+    updateNotes();
 }
 
 bool contourOptionsWidget::isComplete() const
@@ -169,11 +186,13 @@ void contourOptionsWidget::updateNotes()
 {
     const ContourOptions shown = options();
     m_form->m_pForecastLabel->setText(forecast(shown)); // never hidden: it stands beside its field
-    setNote(m_form->m_pAttributeNote, attributeNote(shown.attribute));
-    setNote(m_form->m_pLevelsNote, levelsProblem(shown.fixedLevels));
-    setNote(m_form->m_pOffsetNote, numberNote(m_form->m_pLEOffset->text()));
-    const QString ignored = shown.everyValueValid ? QString() : m_pNoDataCombo->currentText();
-    setNote(m_form->m_pNoDataNote, numberNote(ignored));
+    setNote(m_form->m_pAttributeNote, attributeProblem(m_outputFormat, shown.attribute));
+    setNote(m_form->m_pLevelsNote, levelsNote(shown.fixedLevels));
+    const QString offsetNote = numberNote(m_form->m_pLEOffset->text());
+    setNote(m_form->m_pOffsetNote,
+            offsetNote.isEmpty() ? roundedNumberWarnings({.offset = shown.offset}).value(0) : offsetNote);
+    const QString ignoredNote = shown.everyValueValid ? QString() : numberNote(m_pNoDataCombo->currentText());
+    setNote(m_form->m_pNoDataNote, ignoredNote.isEmpty() ? ignoredValueProblem(shown) : ignoredNote);
 }
 
 QString contourOptionsWidget::forecast(const ContourOptions &options) const
@@ -185,6 +204,9 @@ QString contourOptionsWidget::forecast(const ContourOptions &options) const
         return tr("Un intervalle de 0 ne donne aucune courbe.", "MESS_CN_INTERV_NUL");
     if (options.interval && !options.fixedLevels.isEmpty())
         return tr("L'outil ignore l'intervalle : les valeurs spécifiques le remplacent.", "MESS_CN_IGNORE");
+    const QStringList rounded = roundedNumberWarnings({.interval = options.interval});
+    if (!rounded.isEmpty())
+        return rounded.first();
     if (!m_dem.extremes.known || !options.fixedLevels.isEmpty())
         return {};
 

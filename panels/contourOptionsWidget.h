@@ -25,7 +25,9 @@ public:
     ProcessOptions processOptions() const override { return options(); }
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
+    std::optional<ToolInput> launchInput() override;
     bool isComplete() const override;
+    void setOutputFormat(const QString &driver) override;
     void setDem(const DemInfo &dem) override;
     QStringList launchWarnings() const override;
 
@@ -52,4 +54,5 @@ private:
     std::unique_ptr<Ui::contourOptionsWidget> m_form;
     QEditableComboBox *m_pNoDataCombo = nullptr;
     DemInfo m_dem;
+    QString m_outputFormat = QStringLiteral("ESRI Shapefile"); ///< GDAL's short driver name
 };

@@ -112,12 +112,13 @@ QString intervisibilityOptionsWidget::getCommandArguments()
 
 std::optional<ToolInput> intervisibilityOptionsWidget::launchInput()
 {
-    return ToolInput{getCommandArguments(), {}, true};
+    return ToolInput{.fragment = getCommandArguments(), .readsTemporaryFile = true};
 }
 
 std::optional<ToolInput> intervisibilityOptionsWidget::previewInput(const QString &copy)
 {
-    return ToolInput{argumentsWith(m_model.observers(DemGround(copy, m_dem.band))), {}, true};
+    return ToolInput{.fragment = argumentsWith(m_model.observers(DemGround(copy, m_dem.band))),
+                     .readsTemporaryFile = true};
 }
 
 QString intervisibilityOptionsWidget::argumentsWith(const QList<ToolObserver> &observers)

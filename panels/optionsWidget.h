@@ -38,7 +38,7 @@ public:
 
     /// What a launch passes to the tool. Writes the files that the tool reads. Returns nothing where a file
     /// cannot be written, after a message box with the reason.
-    virtual std::optional<ToolInput> launchInput() { return ToolInput{getCommandArguments(), {}, false}; }
+    virtual std::optional<ToolInput> launchInput() { return ToolInput{.fragment = getCommandArguments()}; }
 
     /// What a preview passes to the tool. `copy` is the path of the reduced copy of the DEM that the tool
     /// reads. Otherwise like launchInput().
@@ -53,6 +53,9 @@ public:
 
     /// The DEM or band changed, or its extreme values became known.
     virtual void setDem(const DemInfo &) { }
+
+    /// The format of the product changed: GDAL's short driver name.
+    virtual void setOutputFormat(const QString &) { }
 
     /// Sentences that the user confirms before a launch begins.
     virtual QStringList launchWarnings() const { return {}; }

@@ -206,6 +206,7 @@ void shadedOptionsWidget::slot_resetZFactorValue()
 
 void shadedOptionsWidget::slot_onOptionsChanged()
 {
+    updateScaleNote();
     m_changeTimer.start(changeDelay, this); // a pending timer begins again
 }
 
@@ -218,11 +219,18 @@ void shadedOptionsWidget::timerEvent(QTimerEvent *event)
     optionsWidget::timerEvent(event);
 }
 
+void shadedOptionsWidget::updateScaleNote()
+{
+    const auto shown = options();
+    showScaleNote(*m_pScaleCombo, scaleProblem(shown.scaleIndex, shown.scaleText));
+}
+
 void shadedOptionsWidget::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
         applyTexts();
+        updateScaleNote();
     }
     optionsWidget::changeEvent(event);
 }

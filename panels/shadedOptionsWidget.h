@@ -57,6 +57,7 @@ private:
     void connectControls();
     void showOptions(const ShadedOptions &options);
     void applyTexts();
+    void updateScaleNote();
 
     std::unique_ptr<Ui::shadedOptionsWidget> m_form;
     QwtCompass *m_pCompass = nullptr; ///< owned

@@ -91,7 +91,14 @@ void slopeOptionsWidget::slot_resetScaleValue()
 
 void slopeOptionsWidget::slot_onOptionsChanged()
 {
+    updateScaleNote();
     emit completeChanged();
+}
+
+void slopeOptionsWidget::updateScaleNote()
+{
+    const auto shown = options();
+    showScaleNote(*m_pScaleCombo, scaleProblem(shown.scaleIndex, shown.scaleText));
 }
 
 void slopeOptionsWidget::changeEvent(QEvent *event)
@@ -99,6 +106,7 @@ void slopeOptionsWidget::changeEvent(QEvent *event)
     if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
         applyTexts();
+        updateScaleNote();
     }
     optionsWidget::changeEvent(event);
 }

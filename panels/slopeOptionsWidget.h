@@ -43,6 +43,7 @@ private:
     void connectControls();
     void showOptions(const SlopeOptions &options);
     void applyTexts();
+    void updateScaleNote();
 
     std::unique_ptr<Ui::slopeOptionsWidget> m_form;
     QEditableComboBox *m_pScaleCombo = nullptr;

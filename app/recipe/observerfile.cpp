@@ -46,7 +46,7 @@ ToolObservers prepareObservers(const IntervisibilityOptions &options, const QStr
 
     QList<ToolObserver> observers;
     for (const ObserverPoint &point : points) {
-        const auto altitude = absoluteAltitude(point, ground.elevation(point.position()));
+        const auto altitude = absoluteAltitude(point, ground.surfaceElevation(point.position()));
         if (point.enabled && altitude)
             observers += {point.x, point.y, *altitude, point.maxDistance};
         else

@@ -41,8 +41,10 @@ public:
 
     void operator()(const ContourOptions &options) const
     {
+        m_input.toolInput.attribute = options.attribute;
+        m_input.warnings = roundedNumberWarnings(options);
         if (options.interval)
-            m_input.warnings = manyLevelsWarnings(options, estimatedExtremes(m_dem, m_band));
+            m_input.warnings += manyLevelsWarnings(options, estimatedExtremes(m_dem, m_band));
     }
 
 private:

@@ -49,8 +49,6 @@ bool keepsToItsName(GDALDataset &dataset, const QFileInfo &product)
 QString removeReplaced(const QuvoOutputFile &product)
 {
     const QFileInfo file(product.path);
-    if (!file.isFile())
-        return {};
     VectorDataSet dataset = openedByItsDriver(product);
     if (dataset && keepsToItsName(*dataset, file)) {
         GDALDriver *driver = dataset->GetDriver();

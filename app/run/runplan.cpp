@@ -3,6 +3,7 @@
 #include "app/run/outputname.h"
 #include "app/run/statisticsfiles.h"
 #include "dataset/formatfilters.h"
+#include "dataset/formats.h"
 #include "dataset/overviews.h"
 #include "dataset/rasterinfo.h"
 #include "runner/outputfiles.h"
@@ -19,7 +20,7 @@ QString formatProblem(const ProcessingRequest &request)
     const QString format = outputFormat(request);
     if (productKind(request) == ProductKind::Vector)
         return isVectorOutputFormat(format)
-            ? QString()
+            ? attributeProblem(format, request.toolInput.attribute)
             : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cet ordinateur."})
                   .arg(format);
     if (!isRasterOutputFormat(format))
@@ -107,6 +108,10 @@ QString existingOutput(const RunPlan &plan)
             return output.path;
     }
     const QuvoOutputFile &product = plan.outputs.first();
+    for (const QString &file : wholeNameFiles(product.path)) {
+        if (QFileInfo::exists(file))
+            return file;
+    }
     return product.ownsBaseName ? namesakes(product).value(0) : QString();
 }
 

@@ -144,6 +144,7 @@ void quvoGdalUtilities::slot_onCurrentTabChanged(int)
 {
     slot_onInputDemChanged(m_input->path());
     applyTexts();
+    updateOutputFormat();
 }
 
 void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
@@ -209,6 +210,7 @@ void quvoGdalUtilities::setRecipe(const Recipe &recipe)
     m_form->m_pCBBand->setCurrentIndex(recipe.band - 1);
     m_tabs->show(process);
     outputOptionsOf(process) = recipe.outputOptions;
+    updateOutputFormat();
     m_tabs->panel(process).setProcessOptions(recipe.options);
     if (recipe.output.isEmpty())
         slot_onInputDemChanged(m_input->path());
@@ -233,6 +235,7 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
         return;
     const QStringList extensionsBefore = currentExtensions();
     outputOptionsOf(*process) = dialog.options();
+    updateOutputFormat();
     m_output->changeExtension(extensionsBefore, currentExtensions());
     slot_activeLaunchButton();
 }
@@ -243,10 +246,21 @@ bool quvoGdalUtilities::mayLaunch()
     return !m_run.isRunning() && m_form->m_pPBLaunchProcess->isEnabled();
 }
 
+void quvoGdalUtilities::updateOutputFormat()
+{
+    if (optionsWidget *panel = m_tabs->currentPanel())
+        panel->setOutputFormat(outputFormat(currentRequest()));
+}
+
 std::optional<RunPlan> quvoGdalUtilities::currentPlan()
 {
     if (!mayLaunch())
         return std::nullopt;
+    const QString problem = optionsProblem(m_tabs->currentPanel()->processOptions());
+    if (!problem.isEmpty()) {
+        Prompt::warning(this, problem);
+        return std::nullopt;
+    }
     const auto toolInput = m_tabs->currentPanel()->launchInput();
     if (!toolInput)
         return std::nullopt;

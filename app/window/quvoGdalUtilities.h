@@ -104,6 +104,7 @@ private:
     ProcessingRequest currentRequest() const;
     QStringList currentExtensions() const;
     OutputOptions &outputOptionsOf(Process process);
+    void updateOutputFormat();
     std::optional<RunPlan> currentPlan();
     bool launch();
     std::optional<ProcessingRequest> previewRequest(const QString &copy);

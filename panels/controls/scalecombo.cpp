@@ -3,7 +3,16 @@
 #include "messages/label.h"
 
 #include <QFrame>
+#include <QLabel>
+#include <QRegularExpression>
 #include <QVBoxLayout>
+
+namespace
+{
+
+constexpr char noteName[] = "m_pScaleNote";
+
+} // namespace
 
 QStringList scaleLabels()
 {
@@ -23,7 +32,28 @@ QEditableComboBox *makeScaleCombo(QFrame *frame)
     auto layout = new QVBoxLayout(frame);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(combo);
+    auto note = new QLabel(frame);
+    note->setObjectName(QLatin1String(noteName));
+    note->setWordWrap(true);
+    note->setVisible(false);
+    layout->addWidget(note);
+    QObject::connect(combo->lineEdit(), &QLineEdit::textEdited, combo, [combo](const QString &text) {
+        // The rows of the list hold commas, too, so this is no validator of the field.
+        static const QRegularExpression numberWithComma(QStringLiteral("^\\s*[-+]?\\d*,[\\d.]*\\s*$"));
+        if (!numberWithComma.match(text).hasMatch())
+            return;
+        const int cursor = combo->lineEdit()->cursorPosition();
+        combo->lineEdit()->setText(QString(text).replace(QLatin1Char(','), QLatin1Char('.')));
+        combo->lineEdit()->setCursorPosition(cursor);
+    });
     return combo;
+}
+
+void showScaleNote(QEditableComboBox &combo, const QString &note)
+{
+    auto label = combo.parentWidget()->findChild<QLabel *>(QLatin1String(noteName));
+    label->setText(note);
+    label->setVisible(!note.isEmpty() && !combo.currentText().isEmpty()); // an empty field shows that itself
 }
 
 void showScale(QEditableComboBox &combo, int scaleIndex, const QString &scaleText)

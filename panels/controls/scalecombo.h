@@ -11,8 +11,11 @@ class QFrame;
 QStringList scaleLabels();
 
 /// Adds a combo box of the scale list to a panel's empty frame, which owns it. A ratio of one's own may be
-/// typed.
+/// typed; a comma in it becomes the point that the tools read.
 QEditableComboBox *makeScaleCombo(QFrame *frame);
+
+/// Shows a sentence below the combo box, or hides it when the sentence is empty.
+void showScaleNote(QEditableComboBox &combo, const QString &note);
 
 /// Shows a row of the list, or for row -1 the typed ratio. Typing changes no row: no signal follows then.
 void showScale(QEditableComboBox &combo, int scaleIndex, const QString &scaleText);

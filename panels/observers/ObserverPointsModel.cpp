@@ -113,7 +113,7 @@ QList<ObserverPoint> ObserverPointsModel::points() const
 void ObserverPointsModel::replace(int row, const ObserverPoint &point)
 {
     if (m_rows.at(row).point.position() != point.position())
-        m_rows[row].ground = m_ground.elevation(point.position());
+        m_rows[row].ground = m_ground.surfaceElevation(point.position());
     m_rows[row].point = point;
 }
 
@@ -138,7 +138,7 @@ void ObserverPointsModel::addPoints(const QList<ObserverPoint> &points)
     const int first = rowCount();
     beginInsertRows({}, first, first + static_cast<int>(points.size()) - 1);
     for (const ObserverPoint &point : points)
-        m_rows += {point, m_ground.elevation(point.position())};
+        m_rows += {point, m_ground.surfaceElevation(point.position())};
     endInsertRows();
 }
 
@@ -160,7 +160,7 @@ void ObserverPointsModel::setGround(const DemGround &ground)
 {
     m_ground = ground;
     for (Row &row : m_rows)
-        row.ground = m_ground.elevation(row.point.position());
+        row.ground = m_ground.surfaceElevation(row.point.position());
 }
 
 int ObserverPointsModel::groundlessCount() const
@@ -191,7 +191,7 @@ QList<ToolObserver> ObserverPointsModel::observers(const DemGround &copy) const
 {
     QList<ToolObserver> observers;
     for (const Row &row : m_rows) {
-        const auto ground = copy.elevation(row.point.position());
+        const auto ground = copy.surfaceElevation(row.point.position());
         const auto altitude = absoluteAltitude(row.point, ground ? ground : row.ground);
         if (row.point.enabled && altitude)
             observers += {row.point.x, row.point.y, *altitude, row.point.maxDistance};

@@ -5,7 +5,9 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 
 double levelCount(const Extremes &extremes, double interval, double offset)
 {
@@ -45,6 +47,26 @@ std::optional<QVector<double>> readLevels(const QString &text)
     return levels;
 }
 
+bool levelsAscend(const QVector<double> &levels)
+{
+    return std::adjacent_find(levels.begin(), levels.end(), std::greater_equal<>()) == levels.end();
+}
+
+QString sortedLevels(const QString &text)
+{
+    if (!readLevels(text))
+        return text;
+    QStringList words = text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    std::stable_sort(words.begin(), words.end(), [](const QString &one, const QString &other) {
+        return one.toDouble() < other.toDouble();
+    });
+    const auto end = std::unique(words.begin(), words.end(), [](const QString &one, const QString &other) {
+        return one.toDouble() == other.toDouble();
+    });
+    words.erase(end, words.end());
+    return words.join(QLatin1Char(' '));
+}
+
 QString levelsProblem(const QString &text)
 {
     constexpr int most = 1000; // the tool's own limit
@@ -55,7 +77,32 @@ QString levelsProblem(const QString &text)
     if (levels->size() > most)
         return labelText({"MESS_CN_VAL_TROP", "L'outil ne prend pas plus de %1 valeurs spécifiques."})
             .arg(most);
+    if (!levelsAscend(*levels))
+        return labelText({"MESS_CN_VAL_ORDRE", "Les valeurs spécifiques doivent augmenter, chacune une fois."});
     return {};
+}
+
+QStringList roundedNumberWarnings(const ContourOptions &options)
+{
+    QStringList warnings;
+    for (const auto &number : {options.interval, options.offset}) {
+        if (number && toolNumber(*number).toDouble() != *number)
+            warnings += labelText({"MESS_CN_ARRONDI", "L'outil reçoit %1 au lieu de %2."})
+                            .arg(toolNumber(*number), QString::number(*number, 'g', 17));
+    }
+    return warnings;
+}
+
+QString ignoredValueProblem(const ContourOptions &options)
+{
+    if (options.everyValueValid || !options.noDataValue
+        || toolNumber(*options.noDataValue).toDouble() == *options.noDataValue)
+        return {};
+    return labelText(
+               {"MESS_CN_IGNORE_ARR",
+                "La valeur à ignorer %1 ne peut pas être transmise : l'outil recevrait %2, qui n'est celle "
+                "d'aucune cellule."})
+        .arg(QString::number(*options.noDataValue, 'g', 17), toolNumber(*options.noDataValue));
 }
 
 QStringList manyLevelsWarnings(const ContourOptions &options, const Extremes &extremes)

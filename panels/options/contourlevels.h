@@ -24,9 +24,24 @@ std::optional<double> roundInterval(const Extremes &extremes);
 /// finite number.
 std::optional<QVector<double>> readLevels(const QString &text);
 
-/// Why the tool would refuse the levels of a text, in a sentence: they are not numbers, or too many. Empty for
-/// good levels.
+/// Whether each level is higher than the one before it. The tool loses lines of levels that are not.
+bool levelsAscend(const QVector<double> &levels);
+
+/// The words of a text of levels in ascending order, each level once; the text as it is when one of them is not
+/// a number.
+QString sortedLevels(const QString &text);
+
+/// Why the levels of a text cannot be used, in a sentence: they are not numbers, too many, or do not ascend.
+/// Empty for good levels.
 QString levelsProblem(const QString &text);
+
+/// Reports the numbers that the tool receives with fewer digits than the options hold, as it receives them: one
+/// sentence a number, or an empty list.
+QStringList roundedNumberWarnings(const ContourOptions &options);
+
+/// Why the value to ignore cannot be passed to the tool, in a sentence: with fewer digits it would match no
+/// cell. Empty where it can, and where no value is to be ignored.
+QString ignoredValueProblem(const ContourOptions &options);
 
 /// Warns of an interval that makes more than 2,000 levels of the DEM: one sentence, or an empty list.
 QStringList manyLevelsWarnings(const ContourOptions &options, const Extremes &extremes);

@@ -74,10 +74,15 @@ QString terrainIndexWord(int type)
     return type == 1 ? QStringLiteral("TPI") : QStringLiteral("roughness");
 }
 
+QString toolNumber(double number)
+{
+    return QString::number(number, 'g', 6);
+}
+
 QString contourFragment(const ContourOptions &options)
 {
     const auto number = [](const char *name, const std::optional<double> &value) {
-        return value ? QLatin1String(name) + QStringLiteral(" \"%1\" ").arg(*value, 0, 'g', 6) : QString();
+        return value ? QLatin1String(name) + QStringLiteral(" \"%1\" ").arg(toolNumber(*value)) : QString();
     };
     QString fragment;
     if (!options.attribute.isEmpty())

@@ -92,6 +92,9 @@ struct ContourOptions
 /// Numbers have six significant digits; the fixed levels are inserted unchanged.
 QString contourFragment(const ContourOptions &options);
 
+/// A number of the contour process as the tool receives it: with six significant digits.
+QString toolNumber(double number);
+
 /// Options of the colour relief process. Only alpha is an argument; the other options decide the content of the
 /// table file that the tool reads.
 struct ColorReliefOptions

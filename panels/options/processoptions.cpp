@@ -78,14 +78,6 @@ template <class Record> RecordField<Record> scaleTextField()
                       "rapport de l'unité verticale à l'unité horizontale, un nombre positif");
 }
 
-QString scaleProblem(int scaleIndex, const QString &scaleText)
-{
-    if (scaleIndex >= 0 || readNumber(scaleText).value_or(0.0) > 0.0)
-        return {};
-    return labelText({"MESS_OPT_RAPPORT_INV", "scaleText doit être un nombre positif, pas « %1 »."})
-        .arg(scaleText);
-}
-
 /// A typed ratio that is given without a row of the list is used.
 template <class Record> void completeScale(Record &options, const QStringList &givenFields)
 {
@@ -344,7 +336,8 @@ QString runProblem(const ContourOptions &options)
         return labelText({"MESS_OPT_CN_RIEN", "Indiquez interval ou fixedLevels."});
     if (options.interval && *options.interval <= 0.0)
         return labelText({"MESS_CN_INTERV_NUL", "Un intervalle de 0 ne donne aucune courbe."});
-    return fieldProblem(options);
+    const QString problem = fieldProblem(options);
+    return problem.isEmpty() ? ignoredValueProblem(options) : problem;
 }
 
 bool dependsOnExtremes(const ContourOptions &)
@@ -380,6 +373,14 @@ struct Fragment
 };
 
 } // namespace
+
+QString scaleProblem(int scaleIndex, const QString &scaleText)
+{
+    if (scaleIndex >= 0 || readNumber(scaleText).value_or(0.0) > 0.0)
+        return {};
+    return labelText({"MESS_OPT_RAPPORT_INV", "Le rapport des unités doit être un nombre positif, pas « %1 »."})
+        .arg(scaleText);
+}
 
 QString processWord(const ProcessOptions &options)
 {

@@ -20,6 +20,10 @@ QString argumentFragment(const ProcessOptions &options);
 /// Why the process cannot run with the options, in a sentence; empty for good options.
 QString optionsProblem(const ProcessOptions &options);
 
+/// Why a ratio of units cannot be used, in a sentence; empty for a row of the scale list and for a typed
+/// positive number.
+QString scaleProblem(int scaleIndex, const QString &scaleText);
+
 /// Why a field holds a wrong value, in a sentence; empty for good values. Unlike optionsProblem() it accepts
 /// options that are not complete yet.
 QString valuesProblem(const ProcessOptions &options);

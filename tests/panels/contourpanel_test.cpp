@@ -18,6 +18,7 @@ private slots:
     void typedByKeys();
     void noDataChoice();
     void notes();
+    void levelsAscend();
     void offeredInterval();
 };
 
@@ -121,6 +122,26 @@ void ContourPanelTest::noDataChoice()
     QCOMPARE(panel.arguments(), QStringLiteral("-a \"Z\" -snodata \"-9999\" "));
 }
 
+void ContourPanelTest::levelsAscend()
+{
+    Panel panel;
+    for (const char *text : {"10", "10 20 40", "-3 0 1e3", "10 10.5"}) {
+        panel.field("m_pLEFixedLevels")->setText(text);
+        QVERIFY2(panel.note("m_pLevelsNote").isEmpty() && levelsProblem(text).isEmpty(), text);
+    }
+    for (const auto &[typed, sorted] : {std::pair("40 20 10", "10 20 40"), std::pair("10 10 5", "5 10"),
+                                        std::pair("1 1.0 0.5", "0.5 1"), std::pair("-1 -2", "-2 -1")}) {
+        panel.field("m_pLEFixedLevels")->setText(typed);
+        QVERIFY2(panel.note("m_pLevelsNote").contains("href"), typed);
+        QVERIFY(!optionsProblem(panel.widget.processOptions()).isEmpty());
+        QVERIFY(panel.arguments().contains(QString("-fl %1 ").arg(typed))); // as it was typed
+        emit panel.widget.findChild<QLabel *>("m_pLevelsNote")->linkActivated("sort");
+        QCOMPARE(panel.field("m_pLEFixedLevels")->text(), QString(sorted));
+    }
+    panel.field("m_pLEFixedLevels")->setText("2 1 x");
+    QVERIFY(!panel.note("m_pLevelsNote").contains("href"));
+}
+
 void ContourPanelTest::notes()
 {
     Panel panel;
@@ -135,7 +156,16 @@ void ContourPanelTest::notes()
     QVERIFY(!panel.note("m_pLevelsNote").isEmpty());
     QVERIFY(panel.widget.launchWarnings().isEmpty());
     panel.field("m_pLEElevationAttribute")->setText("élévation_m");
-    QVERIFY(panel.note("m_pAttributeNote").contains("« élévatio »"));
+    QVERIFY(panel.note("m_pAttributeNote").contains("13")); // bytes, where a shapefile allows 10
+    panel.widget.setOutputFormat("GPKG");
+    QVERIFY(panel.note("m_pAttributeNote").isEmpty());
+    panel.field("m_pLEElevationAttribute")->setText("id");
+    QVERIFY(panel.note("m_pAttributeNote").contains("« id »"));
+    panel.field("m_pLEOffset")->setText("1234567.000");
+    QVERIFY(panel.note("m_pOffsetNote").contains("1.23457e+06"));
+    panel.noData->setEditText("-2147483648");
+    emit panel.noData->lineEdit()->textEdited("-2147483648");
+    QVERIFY(panel.note("m_pNoDataNote").contains("-2.14748e+09"));
     panel.noData->setEditText("-");
     emit panel.noData->lineEdit()->textEdited("-");
     QVERIFY(panel.note("m_pNoDataNote").contains("« - »"));

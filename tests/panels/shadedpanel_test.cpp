@@ -109,6 +109,18 @@ void ShadedPanelTest::typedScale()
     QCOMPARE(panel.widget.getCommandArguments(), defaultFragment);
     QVERIFY(!panel.button("m_pPBResetScale")->isEnabled());
     QTRY_COMPARE(changed.count(), 3); // although the index never changed
+
+    const auto note = panel.widget.findChild<QLabel *>("m_pScaleNote");
+    panel.type("2,5");
+    QCOMPARE(panel.scale->currentText(), QStringLiteral("2.5")); // the tool reads a point
+    QVERIFY(note->isHidden());
+    for (const char *ratio : {"0", "-1", "1 -of PNG", "x"}) {
+        panel.type(ratio);
+        QVERIFY2(!note->isHidden() && note->text().contains(ratio), ratio);
+        QVERIFY(!optionsProblem(panel.widget.processOptions()).isEmpty());
+    }
+    panel.scale->choose(2);
+    QVERIFY(note->isHidden());
 }
 
 void ShadedPanelTest::resetButtons()

@@ -32,6 +32,7 @@ private slots:
     void namesOfAllKinds();
     void badArguments_data();
     void badArguments();
+    void badContours();
     void everyWarningIsShown();
     void existingOutputIsKept();
     void inputIsNeverOverwritten();
@@ -285,6 +286,25 @@ void BatchTest::badArguments()
     QCOMPARE(ended.out, QString());
 }
 
+/// Options that the contour tool would accept and make a wrong product of.
+void BatchTest::badContours()
+{
+    const QStringList contour{"--process", "contour", "--input", path("dem.tif"), "--output", path("lines")};
+    for (const QStringList &options :
+         QList<QStringList>{{"--set", "fixedLevels=40 20 10"},
+                            {"--set", "interval=10", "--set", "noDataValue=-2147483648"},
+                            {"--set", "interval=10", "--set", "attribute=ID"},
+                            {"--set", "interval=10", "--set", "attribute=élévation"},
+                            {"--set", "interval=10", "--set", "attribute=fid", "--of", "GPKG"}}) {
+        const Ended ended = batch(contour + options);
+        QVERIFY2(ended.code == 2 && !ended.error.isEmpty(), qPrintable(options.join(' ')));
+        QCOMPARE(files(), QStringList{"dem.tif"});
+    }
+    const Ended rounded = batch(contour + QStringList{"--set", "interval=1.2345678", "--print-command"});
+    QCOMPARE(rounded.code, 0);
+    QVERIFY2(rounded.error.contains("1.23457"), qPrintable(rounded.error));
+}
+
 void BatchTest::everyWarningIsShown()
 {
     writeFile(path("recette.json"), R"({"format": 1, "process": "intervisibility", "input": "dem.tif",
@@ -331,6 +351,10 @@ void BatchTest::neighboursAreKept()
     QVERIFY(dem.resize(dem.size() / 2));
     for (const char *name : {"product.tfw", "product.tif.aux.xml", "product.txt"})
         writeFile(path(name), "precious");
+    // What is left of an earlier product would be read with the new one, so it counts as an existing output.
+    QCOMPARE(batch(hillshade("product.tif")).code, 2);
+    QCOMPARE(bytesOf(path("product.tif.aux.xml")), QByteArray("precious"));
+    QVERIFY(QFile::remove(path("product.tif.aux.xml")));
     const QStringList before = files();
     QCOMPARE(batch(hillshade("product.tif")).code, 1);
     QCOMPARE(files(), before);

@@ -35,6 +35,7 @@ private slots:
     void productEqualsTheBatchProgramsOwn_data();
     void productEqualsTheBatchProgramsOwn();
     void overwriteAsks();
+    void wrongOptionsAreRefused();
     void outputIsNeverTheInput();
     void stopLeavesNothing();
     void outputOptions();
@@ -239,6 +240,21 @@ void MainDialogTest::overwriteAsks()
     QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QVERIFY(bytesOf(path("old.tif")).startsWith("II*"));
+}
+
+/// A ratio that the tool would accept and make a wrong product of.
+void MainDialogTest::wrongOptionsAreRefused()
+{
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    dialog.output()->setText(path("a.tif"));
+    for (const char *ratio : {"0", "1 -of PNG"}) {
+        dialog.find<QWidget>("shadedTab")->findChild<QEditableComboBox *>()->showTyped(ratio);
+        QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
+        const QStringList shown = Prompt::takeShown();
+        QVERIFY2(shown.size() == 1 && shown.first().contains(ratio), ratio);
+        QVERIFY(!QFile::exists(path("a.tif")));
+    }
 }
 
 void MainDialogTest::outputIsNeverTheInput()

@@ -133,7 +133,7 @@ void SettingsMenuTest::addRows()
     ContourOptions contours{.interval = 10.12345,
                             .attribute = "",
                             .threeD = true,
-                            .noDataValue = -3.4028234663852886e38,
+                            .noDataValue = -32768.0,
                             .offset = 0.5};
     row("contour", contours, "e.shp");
     contours = {.attribute = "Zé", .fixedLevels = "450 500.5", .everyValueValid = true};
