@@ -19,7 +19,12 @@ struct VectorPicture::Drawing
               vectordraw::Surface::onPixels(image.bits(), image.width(), image.height(), image.bytesPerLine()))
         , painter(surface, {96.0, view.groundPerPixel()})
     {
-        styles.lines = QStringLiteral("PEN(c:#8A5A32C0,w:%1px)").arg(lineWidth, 0, 'f', 2).toStdString();
+        // No pen is narrower than a pixel: a line that should be is paler instead.
+        const int alpha = qRound(0xC0 * qBound(0.0, lineWidth, 1.0));
+        styles.lines = QStringLiteral("PEN(c:#8A5A32%1,w:%2px)")
+                           .arg(alpha, 2, 16, QLatin1Char('0'))
+                           .arg(qMax(1.0, lineWidth), 0, 'f', 2)
+                           .toStdString();
     }
 
     vectordraw::View view;
@@ -60,7 +65,7 @@ void VectorPicture::begin(QImage &picture, const std::array<double, 6> &toGround
 
 bool VectorPicture::advance(int milliseconds)
 {
-    constexpr int portion = 256; // features
+    constexpr long long portion = 10000; // vertices, a fraction of a millisecond
     const GdalMessages messages;
     QElapsedTimer timer;
     timer.start();

@@ -9,7 +9,7 @@
 
 class GDALDataset;
 
-/// The layers of a vector file, drawn into a picture in portions of some features.
+/// The layers of a vector file, drawn into a picture in portions of some vertices.
 class VectorPicture
 {
 public:

@@ -79,13 +79,13 @@ QImage linesOver(const QString &reliefFile, OGRLayer &layer)
     Surface surface =
         Surface::onPixels(picture.bits(), picture.width(), picture.height(), picture.bytesPerLine());
     Painter painter(surface, {96.0, view.groundPerPixel()});
-    for (const auto &[filter, width] :
-         {std::pair{"CAST(Z AS INTEGER) % 500 <> 0", "0.5"}, {"CAST(Z AS INTEGER) % 500 = 0", "1.1"}}) {
+    for (const auto &[filter, pen] : {std::pair{"CAST(Z AS INTEGER) % 500 <> 0", "PEN(c:#8A5A3280,w:1px)"},
+                                      {"CAST(Z AS INTEGER) % 500 = 0", "PEN(c:#8A5A32,w:1.1px)"}}) {
         DefaultStyles styles;
-        styles.lines = std::string("PEN(c:#8A5A32,w:") + width + "px)";
+        styles.lines = pen;
         layer.SetAttributeFilter(filter);
         FeatureLayer drawing(layer, view, painter, styles);
-        while (drawing.drawNext(1000)) { }
+        while (drawing.drawNext(100000)) { }
     }
     surface.flush();
     return picture.copy();

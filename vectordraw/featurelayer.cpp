@@ -5,6 +5,7 @@
 #include <ogr_featurestyle.h>
 #include <ogrsf_frmts.h>
 
+#include <algorithm>
 #include <span>
 
 namespace vectordraw
@@ -13,37 +14,37 @@ namespace vectordraw
 namespace
 {
 
-constexpr std::size_t mostStyles = 1024; // that are kept; a file may have one a feature
+// What costs as much as so many vertices.
+constexpr long long workOfFeature = 20;
+constexpr long long workOfSymbol = 100;
+constexpr long long workOfLabel = 2000;
+constexpr long long workOfLetter = 1000; // that stands alone
 
-std::span<const Point> verticesOf(const PixelGeometry &geometry, const PixelGeometry::Part &part)
-{
-    return std::span(geometry.points).subspan(part.begin, part.end - part.begin);
-}
+constexpr std::size_t mostStyles = 1024; // that are kept; a file may have one a feature
 
 std::vector<Point> lineOf(const PixelGeometry &geometry, const PixelGeometry::Part &part)
 {
-    const auto vertices = verticesOf(geometry, part);
+    const auto vertices = geometry.verticesOf(part);
     return {vertices.begin(), vertices.end()};
+}
+
+/// Where the symbol or the label goes of the area whose first ring is the part of that index.
+Point insideOf(const PixelGeometry &geometry, std::size_t firstRing)
+{
+    return pointInside(geometry.areaAt(firstRing));
 }
 
 /// Hands each area of the geometry to the painter, and calls draw() for it.
 template <class Draw> void forEachArea(const PixelGeometry &geometry, Painter &painter, Draw draw)
 {
-    bool open = false;
-    for (const PixelGeometry::Part &part : geometry.parts) {
-        if (part.kind != PixelGeometry::NextRing && open) {
-            draw();
-            open = false;
-        }
-        if (part.kind == PixelGeometry::FirstRing) {
-            painter.beginArea();
-            open = true;
-        }
-        if (open)
-            painter.addRing(verticesOf(geometry, part));
-    }
-    if (open)
+    for (std::size_t at = 0; at < geometry.parts.size(); ++at) {
+        if (geometry.parts[at].kind != PixelGeometry::FirstRing)
+            continue;
+        painter.beginArea();
+        for (const auto &ring : geometry.areaAt(at))
+            painter.addRing(ring);
         draw();
+    }
 }
 
 Rect boundsOf(std::span<const Point> points)
@@ -58,11 +59,14 @@ Rect boundsOf(std::span<const Point> points)
     return bounds;
 }
 
-/// Middle of a ring's bounds: where an area's symbol or label goes.
-Point middleOf(std::span<const Point> ring)
+FieldLookup fieldsOf(OGRFeature &feature)
 {
-    const Rect bounds = boundsOf(ring);
-    return {(bounds.left + bounds.right) / 2.0, (bounds.top + bounds.bottom) / 2.0};
+    return [&feature](std::string_view name, std::string &value) {
+        const int field = feature.GetFieldIndex(std::string(name).c_str());
+        if (field >= 0)
+            value = feature.GetFieldAsString(field);
+        return field >= 0;
+    };
 }
 
 /// What was drawn is on the surface when the caller goes on.
@@ -96,23 +100,43 @@ FeatureLayer::FeatureLayer(OGRLayer &layer, const View &view, Painter &painter, 
     , m_styles(styles)
 { }
 
-bool FeatureLayer::drawNext(int count)
+bool FeatureLayer::drawNext(long long vertices)
 {
     const LinesFinished finished{m_painter};
-    for (int done = 0; done < count; ++done) {
+    m_work = 0;
+    do {
         if (!m_reader.next())
             return false;
+        m_work += workOfFeature;
         if (!m_reader.geometry(m_geometry)) {
             ++m_skipped;
             continue;
         }
+        m_work += static_cast<long long>(m_geometry.points.size());
         if (!mayBeSeen(m_geometry.points, m_painter.surface()))
             continue;
-        for (const Tool &tool : styleOf(*m_reader.feature()))
-            draw(tool, *m_reader.feature());
+        drawFeature();
         ++m_drawn;
-    }
+    } while (m_work < vertices);
     return true;
+}
+
+void FeatureLayer::drawFeature()
+{
+    OGRFeature &feature = *m_reader.feature();
+    const Style &style = styleOf(feature);
+    const bool hasSymbol = std::any_of(style.begin(), style.end(),
+                                       [](const Tool &tool) { return std::holds_alternative<Symbol>(tool); });
+    for (const Tool &tool : style) {
+        if (const auto *pen = std::get_if<Pen>(&tool))
+            drawPen(*pen, !hasSymbol);
+        else if (const auto *brush = std::get_if<Brush>(&tool))
+            drawBrush(*brush);
+        else if (const auto *symbol = std::get_if<Symbol>(&tool))
+            drawSymbol(*symbol);
+        else
+            drawText(std::get<LabelText>(tool), feature);
+    }
 }
 
 const Style &FeatureLayer::styleOf(OGRFeature &feature)
@@ -120,7 +144,7 @@ const Style &FeatureLayer::styleOf(OGRFeature &feature)
     const char *own = feature.GetStyleString();
     if (own && *own) {
         const Style &style = readStyle(own, feature, 0);
-        if (!style.empty())
+        if (!drawsNothing(style))
             return style;
     }
     return defaultStyle();
@@ -143,9 +167,11 @@ const Style &FeatureLayer::readStyle(const std::string &text, OGRFeature &featur
         }
     }
     constexpr std::size_t longestKept = 1024; // bytes
-    if (text.size() > longestKept) {
-        m_longStyle = std::move(reading.style);
-        return m_longStyle;
+    if (reading.usesFields)
+        reading = parseStyle(text, fieldsOf(feature));
+    if (text.size() > longestKept || reading.usesFields) {
+        m_ownStyle = std::move(reading.style);
+        return m_ownStyle;
     }
     return m_read.emplace(text, std::move(reading.style)).first->second;
 }
@@ -162,23 +188,25 @@ const Style &FeatureLayer::defaultStyle() const
     }
 }
 
-void FeatureLayer::draw(const Tool &tool, OGRFeature &feature)
+/// A style of nothing but brushes shows no point and no line.
+bool FeatureLayer::drawsNothing(const Style &style) const
 {
-    if (const auto *pen = std::get_if<Pen>(&tool))
-        drawPen(*pen);
-    else if (const auto *brush = std::get_if<Brush>(&tool))
-        drawBrush(*brush);
-    else if (const auto *symbol = std::get_if<Symbol>(&tool))
-        drawSymbol(*symbol);
-    else
-        drawText(std::get<LabelText>(tool), feature);
+    const bool brushesOnly = std::all_of(style.begin(), style.end(),
+                                         [](const Tool &tool) { return std::holds_alternative<Brush>(tool); });
+    const bool area =
+        std::any_of(m_geometry.parts.begin(), m_geometry.parts.end(),
+                    [](const PixelGeometry::Part &part) { return part.kind == PixelGeometry::FirstRing; });
+    return style.empty() || (brushesOnly && !area);
 }
 
-void FeatureLayer::drawPen(const Pen &pen)
+/// dots: the pen marks points, too, as there is no symbol for them.
+void FeatureLayer::drawPen(const Pen &pen, bool dots)
 {
     for (const PixelGeometry::Part &part : m_geometry.parts) {
         if (part.kind == PixelGeometry::Line)
-            m_painter.drawLine(verticesOf(m_geometry, part), pen);
+            m_painter.drawLine(m_geometry.verticesOf(part), pen);
+        else if (part.kind == PixelGeometry::Position && dots)
+            m_painter.drawDot(m_geometry.points[part.begin], pen);
     }
     forEachArea(m_geometry, m_painter, [&] { m_painter.outlineArea(pen); });
 }
@@ -190,72 +218,37 @@ void FeatureLayer::drawBrush(const Brush &brush)
 
 void FeatureLayer::drawSymbol(const Symbol &symbol)
 {
-    for (const PixelGeometry::Part &part : m_geometry.parts) {
+    for (std::size_t at = 0; at < m_geometry.parts.size(); ++at) {
+        const PixelGeometry::Part &part = m_geometry.parts[at];
+        if (part.kind == PixelGeometry::NextRing)
+            continue;
+        m_work += workOfSymbol;
         if (part.kind == PixelGeometry::Line)
-            m_painter.drawSymbolsAlong(lineOf(m_geometry, part), symbol);
+            m_work += workOfSymbol * m_painter.drawSymbolsAlong(lineOf(m_geometry, part), symbol);
         else if (part.kind == PixelGeometry::Position)
             m_painter.drawSymbol(m_geometry.points[part.begin], symbol);
-        else if (part.kind == PixelGeometry::FirstRing)
-            m_painter.drawSymbol(middleOf(verticesOf(m_geometry, part)), symbol);
+        else
+            m_painter.drawSymbol(insideOf(m_geometry, at), symbol);
     }
 }
 
 void FeatureLayer::drawText(const LabelText &label, OGRFeature &feature)
 {
-    const std::string text = expandText(label.text, [&](std::string_view name, std::string &value) {
-        const int field = feature.GetFieldIndex(std::string(name).c_str());
-        if (field >= 0)
-            value = feature.GetFieldAsString(field);
-        return field >= 0;
-    });
+    const std::string text = expandText(label.text, fieldsOf(feature));
     m_painter.finishLines();
-    for (const PixelGeometry::Part &part : m_geometry.parts) {
-        if (!mayBeSeen(verticesOf(m_geometry, part), m_painter.surface()))
+    for (std::size_t at = 0; at < m_geometry.parts.size(); ++at) {
+        const PixelGeometry::Part &part = m_geometry.parts[at];
+        if (part.kind == PixelGeometry::NextRing
+            || !mayBeSeen(m_geometry.verticesOf(part), m_painter.surface()))
             continue;
-        if (part.kind == PixelGeometry::FirstRing)
-            drawLabel(m_painter.surface(), m_painter.resolution(), label, text,
-                      {middleOf(verticesOf(m_geometry, part))});
-        else if (part.kind != PixelGeometry::NextRing)
-            drawLabel(m_painter.surface(), m_painter.resolution(), label, text, lineOf(m_geometry, part));
+        const std::vector<Point> line = part.kind == PixelGeometry::FirstRing
+            ? std::vector{insideOf(m_geometry, at)}
+            : lineOf(m_geometry, part);
+        m_work += label.placement == Placement::Stretched && line.size() > 1
+            ? workOfLetter * static_cast<long long>(text.size())
+            : workOfLabel;
+        drawLabel(m_painter.surface(), m_painter.resolution(), label, text, line);
     }
-}
-
-FeatureMask::FeatureMask(OGRLayer &layer, const View &view)
-    : m_surface(Surface::mask(view.width, view.height))
-    , m_painter(m_surface, {})
-    , m_reader(layer, view)
-{
-    m_painter.addCoverage();
-}
-
-bool FeatureMask::addNext(int count)
-{
-    if (!m_surface.error().empty())
-        return false;
-    Brush opaque;
-    opaque.foreground = {0, 0, 0, 255};
-    for (int done = 0; done < count; ++done) {
-        if (!m_reader.next())
-            return false;
-        if (m_reader.geometry(m_geometry))
-            forEachArea(m_geometry, m_painter, [&] { m_painter.fillArea(opaque); });
-    }
-    return true;
-}
-
-std::uint8_t FeatureMask::coverage(int column, int row) const
-{
-    if (!m_surface.pixels() || column < 0 || row < 0 || column >= m_surface.width()
-        || row >= m_surface.height())
-        return 0;
-    return m_surface.pixels()[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_surface.bytesPerRow())
-                              + static_cast<std::size_t>(column)];
-}
-
-const std::uint8_t *FeatureMask::pixels()
-{
-    m_surface.flush();
-    return m_surface.pixels();
 }
 
 } // namespace vectordraw

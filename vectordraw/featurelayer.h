@@ -32,8 +32,9 @@ public:
     /// Why nothing can be drawn, in GDAL's words; empty when it can.
     const std::string &error() const { return m_reader.error(); }
 
-    /// Draws the next features, so many at most; false when there are no more.
-    bool drawNext(int count);
+    /// Draws the next features, at least one, until they had so many vertices together; false when there are no
+    /// more. Features, symbols and labels count for as many vertices as could be drawn in their time.
+    bool drawNext(long long vertices);
 
     /// Features that reach into the picture, or near it.
     long long drawn() const { return m_drawn; }
@@ -45,11 +46,12 @@ public:
     long long total() const { return m_reader.total(); }
 
 private:
+    void drawFeature();
     const Style &styleOf(OGRFeature &feature);
     const Style &readStyle(const std::string &text, OGRFeature &feature, int depth);
+    bool drawsNothing(const Style &style) const;
     const Style &defaultStyle() const;
-    void draw(const Tool &tool, OGRFeature &feature);
-    void drawPen(const Pen &pen);
+    void drawPen(const Pen &pen, bool dots);
     void drawBrush(const Brush &brush);
     void drawSymbol(const Symbol &symbol);
     void drawText(const LabelText &label, OGRFeature &feature);
@@ -62,38 +64,11 @@ private:
     Style m_areaStyle;
     OGRStyleTable *m_styles;
     std::unordered_map<std::string, Style> m_read; ///< styles by their text
-    Style m_longStyle;                             ///< the last one whose text is too long to be kept
+    Style m_ownStyle; ///< the last one that is not kept: of a long text, or with a feature's values in it
     PixelGeometry m_geometry;
+    long long m_work = 0; ///< done by drawNext(), in vertices
     long long m_drawn = 0;
     long long m_skipped = 0;
-};
-
-/// Paints the areas of a layer's features into an 8-bit mask in a raster's grid: 255 inside, 0 outside, the
-/// covered part of a cell on their borders. Lines and points cover nothing.
-class FeatureMask
-{
-public:
-    /// The layer outlives the mask. view: the raster's grid.
-    FeatureMask(OGRLayer &layer, const View &view);
-
-    /// Why nothing can be painted, in GDAL's or cairo's words; empty when it can.
-    std::string error() const { return m_reader.error().empty() ? m_surface.error() : m_reader.error(); }
-
-    /// Adds the areas of the next features, so many at most; false when there are no more.
-    bool addNext(int count);
-
-    /// Of the cell in that column and row, from the upper left corner; 0 outside of the raster.
-    std::uint8_t coverage(int column, int row) const;
-
-    /// Rows from the top; bytesPerRow() apart.
-    const std::uint8_t *pixels();
-    int bytesPerRow() const { return m_surface.bytesPerRow(); }
-
-private:
-    Surface m_surface;
-    Painter m_painter;
-    FeatureReader m_reader;
-    PixelGeometry m_geometry;
 };
 
 } // namespace vectordraw

@@ -23,6 +23,14 @@ double View::groundPerPixel() const
     return (across + down) / 2.0;
 }
 
+std::vector<std::span<const Point>> PixelGeometry::areaAt(std::size_t firstRing) const
+{
+    std::vector<std::span<const Point>> rings{verticesOf(parts[firstRing])};
+    for (std::size_t at = firstRing + 1; at < parts.size() && parts[at].kind == NextRing; ++at)
+        rings.push_back(verticesOf(parts[at]));
+    return rings;
+}
+
 void FeatureReader::Release::operator()(OGRFeature *feature) const
 {
     OGRFeature::DestroyFeature(feature);

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,14 @@ struct PixelGeometry
 
     std::vector<Point> points;
     std::vector<Part> parts;
+
+    std::span<const Point> verticesOf(const Part &part) const
+    {
+        return std::span(points).subspan(part.begin, part.end - part.begin);
+    }
+
+    /// The rings of the area whose first ring is the part of that index.
+    std::vector<std::span<const Point>> areaAt(std::size_t firstRing) const;
 };
 
 /// Reads a layer's features that may be seen in a view, one after another, and turns their geometries into

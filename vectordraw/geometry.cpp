@@ -1,5 +1,7 @@
 #include "vectordraw/geometry.h"
 
+#include <limits>
+
 namespace vectordraw
 {
 
@@ -111,25 +113,67 @@ double lengthOf(const std::vector<Point> &line)
     return length;
 }
 
-Place placeAt(const std::vector<Point> &line, double along)
+Place LineWalk::placeAt(double along)
 {
     Place place;
-    if (!line.empty())
-        place.point = line.front();
-    for (std::size_t at = 1; at < line.size(); ++at) {
-        const Point &from = line[at - 1];
-        const Point &to = line[at];
+    if (!m_line.empty())
+        place.point = m_line[m_segment];
+    place.angle = m_angle;
+    while (m_segment + 1 < m_line.size()) {
+        const Point &from = m_line[m_segment];
+        const Point &to = m_line[m_segment + 1];
         const double length = distance(from, to);
-        if (length == 0.0)
-            continue;
-        place.angle = std::atan2(to.y - from.y, to.x - from.x);
-        const double part = std::clamp(along / length, 0.0, 1.0);
-        place.point = {from.x + part * (to.x - from.x), from.y + part * (to.y - from.y)};
-        if (along <= length)
-            break;
-        along -= length;
+        if (length > 0.0) {
+            place.angle = m_angle = std::atan2(to.y - from.y, to.x - from.x);
+            const double part = std::clamp((along - m_passed) / length, 0.0, 1.0);
+            place.point = {from.x + part * (to.x - from.x), from.y + part * (to.y - from.y)};
+            if (along <= m_passed + length)
+                break;
+        }
+        m_passed += length;
+        ++m_segment;
     }
     return place;
+}
+
+Place placeAt(const std::vector<Point> &line, double along)
+{
+    return LineWalk(line).placeAt(along);
+}
+
+Point pointInside(std::span<const std::span<const Point>> rings)
+{
+    Point inside;
+    double top = std::numeric_limits<double>::infinity();
+    double bottom = -top;
+    for (const auto &ring : rings) {
+        if (bottom < top && !ring.empty())
+            inside = ring.front();
+        for (const Point &point : ring) {
+            top = std::min(top, point.y);
+            bottom = std::max(bottom, point.y);
+        }
+    }
+    const double row = (top + bottom) / 2.0;
+    std::vector<double> crossings;
+    for (const auto &ring : rings) {
+        for (std::size_t at = 0; at < ring.size(); ++at) {
+            const Point &from = ring[at == 0 ? ring.size() - 1 : at - 1];
+            const Point &to = ring[at];
+            if ((from.y <= row) != (to.y <= row))
+                crossings.push_back(atY(from, to, row).x);
+        }
+    }
+    std::sort(crossings.begin(), crossings.end());
+    double widest = 0.0;
+    for (std::size_t at = 0; at + 1 < crossings.size(); at += 2) {
+        const double width = crossings[at + 1] - crossings[at];
+        if (width > widest) {
+            widest = width;
+            inside = {(crossings[at] + crossings[at + 1]) / 2.0, row};
+        }
+    }
+    return inside;
 }
 
 } // namespace vectordraw

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -134,7 +135,31 @@ struct Place
 
 double lengthOf(const std::vector<Point> &line);
 
+/// Finds places along a line, each as far as the one before or farther, so that the whole line is gone along
+/// once however many places are asked for. The line outlives the walk.
+class LineWalk
+{
+public:
+    explicit LineWalk(const std::vector<Point> &line)
+        : m_line(line)
+    { }
+
+    /// The place at that length along the line; at its ends for a length beyond them.
+    Place placeAt(double along);
+
+private:
+    const std::vector<Point> &m_line;
+    std::size_t m_segment = 0; ///< index of its first vertex
+    double m_passed = 0.0;     ///< length of the segments before it
+    double m_angle = 0.0;      ///< of the last segment that had a direction
+};
+
 /// The place at that length along the line; at its ends for a length beyond them.
 Place placeAt(const std::vector<Point> &line, double along);
+
+/// A point inside an area of one or more rings, closed or not, their interiors counted even and odd: the middle
+/// of the widest part of the area at half its height, where an area's label stands. For an area without a width
+/// or a height, its first vertex.
+Point pointInside(std::span<const std::span<const Point>> rings);
 
 } // namespace vectordraw

@@ -4,6 +4,9 @@
 
 #include <memory>
 #include <numbers>
+#include <optional>
+#include <span>
+#include <string_view>
 
 namespace vectordraw
 {
@@ -16,9 +19,12 @@ struct Release
     void operator()(PangoLayout *layout) const { g_object_unref(layout); }
     void operator()(PangoFontDescription *font) const { pango_font_description_free(font); }
     void operator()(PangoAttrList *list) const { pango_attr_list_unref(list); }
+    void operator()(PangoFont *font) const { g_object_unref(font); }
     void operator()(char *text) const { g_free(text); }
+    void operator()(PangoFontFamily **families) const { g_free(families); }
 };
 using Layout = std::unique_ptr<PangoLayout, Release>;
+using FontDescription = std::unique_ptr<PangoFontDescription, Release>;
 
 constexpr double degrees = std::numbers::pi / 180.0;
 constexpr std::size_t longestText = 4096; // bytes of one label
@@ -30,14 +36,20 @@ double fontSize(const LabelText &label, const Resolution &resolution)
     return std::clamp(pixels(label.size, resolution), smallest, largest);
 }
 
-Layout makeLayout(cairo_t *cairo, const LabelText &label, double size, const std::string &text)
+FontDescription makeFont(const LabelText &label, double size)
 {
-    Layout layout(pango_cairo_create_layout(cairo));
-    const std::unique_ptr<PangoFontDescription, Release> font(pango_font_description_new());
+    FontDescription font(pango_font_description_new());
     pango_font_description_set_family(font.get(), label.font.c_str());
     pango_font_description_set_absolute_size(font.get(), size * PANGO_SCALE);
     pango_font_description_set_weight(font.get(), label.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
     pango_font_description_set_style(font.get(), label.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+    return font;
+}
+
+Layout makeLayout(cairo_t *cairo, const LabelText &label, double size, const std::string &text)
+{
+    Layout layout(pango_cairo_create_layout(cairo));
+    const FontDescription font = makeFont(label, size);
     pango_layout_set_font_description(layout.get(), font.get());
     const std::unique_ptr<PangoAttrList, Release> attributes(pango_attr_list_new());
     if (label.underline)
@@ -70,11 +82,11 @@ Extent extentOf(PangoLayout *layout)
 Point cornerOf(int anchor, const Extent &extent)
 {
     const int column = (anchor - 1) % 3;
-    const int row = (anchor - 1) / 3; // bottom, middle, top, base line
-    const double y = row == 0 ? -extent.height
+    const int row = (anchor - 1) / 3; // base line, middle, top, bottom
+    const double y = row == 0 ? -extent.baseline
         : row == 1            ? -extent.height / 2.0
         : row == 2            ? 0.0
-                              : -extent.baseline;
+                              : -extent.height;
     return {-extent.width * column / 2.0, y};
 }
 
@@ -210,23 +222,74 @@ double upright(double angle)
     return angle < -quarter ? angle + std::numbers::pi : angle;
 }
 
+/// The first of the families, separated by commas, that is installed; empty when none is. A family that the
+/// system only replaces by another is not: its symbols would become letters.
+std::string firstInstalled(PangoContext *context, std::string_view fonts)
+{
+    PangoFontFamily **list = nullptr;
+    int count = 0;
+    pango_context_list_families(context, &list, &count);
+    const std::unique_ptr<PangoFontFamily *, Release> owner(list);
+    while (!fonts.empty()) {
+        const auto comma = std::min(fonts.find(','), fonts.size());
+        const std::unique_ptr<char, Release> wanted(g_strndup(fonts.data(), comma));
+        g_strstrip(wanted.get());
+        for (PangoFontFamily *family : std::span(list, static_cast<std::size_t>(count))) {
+            if (g_ascii_strcasecmp(pango_font_family_get_name(family), wanted.get()) == 0)
+                return wanted.get();
+        }
+        fonts.remove_prefix(std::min(comma + 1, fonts.size()));
+    }
+    return {};
+}
+
+/// The character as UTF-8; none when the font does not have it. Fonts of symbols have theirs from U+F000 on,
+/// and are asked for them by the last byte alone.
+std::optional<std::string> characterOf(PangoLayout *layout, const LabelText &label, double size,
+                                       std::uint32_t codePoint)
+{
+    constexpr std::uint32_t symbols = 0xF000;
+    constexpr std::uint32_t bytes = 0x100;
+    const FontDescription description = makeFont(label, size);
+    const std::unique_ptr<PangoFont, Release> font(
+        pango_context_load_font(pango_layout_get_context(layout), description.get()));
+    for (const std::uint32_t code : {codePoint, codePoint < bytes ? symbols + codePoint : codePoint}) {
+        if (font && code != 0 && g_unichar_validate(code) && pango_font_has_char(font.get(), code)) {
+            char text[6] = {};
+            return std::string(text, static_cast<std::size_t>(g_unichar_to_utf8(code, text)));
+        }
+    }
+    return std::nullopt;
+}
+
 void drawStretched(const TextDrawing &drawing, const std::string &text, const std::vector<Point> &line)
 {
-    constexpr int baseCentre = 11;
+    constexpr int baseCentre = 2;
     const std::vector<std::string> letters = lettersOf(text);
     const double gap = lengthOf(line) / static_cast<double>(std::max<std::size_t>(letters.size(), 1));
+    LineWalk walk(line);
     for (std::size_t at = 0; at < letters.size(); ++at) {
-        const Place place = placeAt(line, gap * (static_cast<double>(at) + 0.5));
+        const Place place = walk.placeAt(gap * (static_cast<double>(at) + 0.5));
         drawing.draw(letters[at], place.point, place.angle, baseCentre);
     }
 }
 
 void drawWords(const TextDrawing &drawing, const LabelText &label, const std::string &text,
-               const std::vector<Point> &line)
+               std::vector<Point> line)
 {
-    constexpr int baseLeft = 10;
-    const std::vector<std::string> words = wordsOf(text);
-    for (std::size_t at = 0; at < words.size() && at + 1 < line.size(); ++at) {
+    constexpr int baseLeft = 1;
+    line.erase(std::unique(line.begin(), line.end()),
+               line.end()); // a segment without a length has room for no word
+    std::vector<std::string> words = wordsOf(text);
+    if (line.size() < 2) {
+        drawing.draw(text, line.front(), 0.0, label.anchor);
+        return;
+    }
+    const std::size_t segments = line.size() - 1;
+    for (std::size_t at = segments; at < words.size(); ++at)
+        words[segments - 1] += ' ' + words[at];
+    words.resize(std::min(words.size(), segments));
+    for (std::size_t at = 0; at < words.size(); ++at) {
         const Point &from = line[at];
         const Point &to = line[at + 1];
         const double angle = std::atan2(to.y - from.y, to.x - from.x);
@@ -281,21 +344,24 @@ void drawLabel(Surface &surface, const Resolution &resolution, const LabelText &
     }
 }
 
-void glyphPath(Surface &surface, const std::string &font, std::uint32_t codePoint, double height)
+bool glyphPath(Surface &surface, const std::string &fonts, std::uint32_t codePoint, double height)
 {
     constexpr int centre = 5;
-    char character[6] = {};
-    if (!g_unichar_validate(codePoint) || codePoint == 0)
-        return;
-    g_unichar_to_utf8(codePoint, character);
-    LabelText label;
-    if (!font.empty())
-        label.font = font;
     cairo_t *cairo = surface.context();
-    const Layout layout = makeLayout(cairo, label, std::clamp(height, 1.0, 2000.0), character);
+    const Layout empty(pango_cairo_create_layout(cairo));
+    LabelText label;
+    label.font = firstInstalled(pango_layout_get_context(empty.get()), fonts);
+    if (label.font.empty())
+        return false;
+    const double size = std::clamp(height, 1.0, 2000.0);
+    const auto character = characterOf(empty.get(), label, size, codePoint);
+    if (!character)
+        return false;
+    const Layout layout = makeLayout(cairo, label, size, *character);
     const Point corner = cornerOf(centre, extentOf(layout.get()));
     cairo_move_to(cairo, corner.x, corner.y);
     pango_cairo_layout_path(cairo, layout.get());
+    return true;
 }
 
 } // namespace vectordraw

@@ -16,7 +16,8 @@ void drawLabel(Surface &surface, const Resolution &resolution, const LabelText &
                const std::vector<Point> &line);
 
 /// Adds the outline of a font's character to the surface's path, centred on the origin, of that height in
-/// pixels.
-void glyphPath(Surface &surface, const std::string &font, std::uint32_t codePoint, double height);
+/// pixels. fonts: families, separated by commas; the first that is installed is taken. False, and no path,
+/// where none is installed or it has no such character.
+bool glyphPath(Surface &surface, const std::string &fonts, std::uint32_t codePoint, double height);
 
 } // namespace vectordraw

@@ -4,7 +4,7 @@
 
 #include <cairo.h>
 
-#include <memory>
+#include <limits>
 #include <numbers>
 #include <numeric>
 
@@ -16,12 +16,6 @@ namespace
 
 constexpr double nearestVertices = 1.0; // in pixels; what is nearer cannot be told apart
 constexpr double degrees = std::numbers::pi / 180.0;
-
-struct Release
-{
-    void operator()(cairo_pattern_t *pattern) const { cairo_pattern_destroy(pattern); }
-};
-using Pattern = std::unique_ptr<cairo_pattern_t, Release>;
 
 void useColor(cairo_t *cairo, const Color &color)
 {
@@ -130,31 +124,73 @@ struct CollectingSink
     void skipped(double) { }
 };
 
-/// One line of a hatch's tile, and beside it where it meets the tile's corners.
-void hatchLine(cairo_t *tile, double width, double height, bool down)
+/// Parallel lines at equal distances: all points where x * across + y * down is `phase` more than a whole
+/// number.
+struct Lines
 {
-    for (const double shift : {-width, 0.0, width}) {
-        cairo_move_to(tile, shift, down ? 0.0 : height);
-        cairo_line_to(tile, shift + width, down ? height : 0.0);
-    }
+    double across; ///< lines a pixel to the right
+    double down;   ///< lines a pixel downwards
+    double phase;
+};
+
+/// The lines of a hatch whose periods have that width and height, turned by the brush's angle.
+std::vector<Lines> linesOf(const Brush &brush, double width, double height)
+{
+    std::vector<Lines> lines;
+    if (brush.hatch == Hatch::Horizontal || brush.hatch == Hatch::Cross)
+        lines.push_back({0.0, 1.0 / height, 0.5});
+    if (brush.hatch == Hatch::Vertical || brush.hatch == Hatch::Cross)
+        lines.push_back({1.0 / width, 0.0, 0.5});
+    if (brush.hatch == Hatch::ForwardDiagonal || brush.hatch == Hatch::DiagonalCross)
+        lines.push_back({1.0 / width, -1.0 / height, 0.0});
+    if (brush.hatch == Hatch::BackwardDiagonal || brush.hatch == Hatch::DiagonalCross)
+        lines.push_back({1.0 / width, 1.0 / height, 0.0});
+    const double sine = std::sin(brush.angle * degrees);
+    const double cosine = std::cos(brush.angle * degrees);
+    for (Lines &family : lines)
+        family = {family.across * cosine + family.down * sine, family.down * cosine - family.across * sine,
+                  family.phase};
+    return lines;
 }
 
-void paintHatch(cairo_t *tile, Hatch hatch, double width, double height)
+/// The whole number of pixels on which all of the lines come nearest to whole periods.
+int tileSide(const std::vector<Lines> &lines, double Lines::*direction)
 {
-    const bool both = hatch == Hatch::Cross || hatch == Hatch::DiagonalCross;
-    if (hatch == Hatch::Horizontal || hatch == Hatch::Cross) {
-        cairo_move_to(tile, 0.0, height / 2.0);
-        cairo_line_to(tile, width, height / 2.0);
+    constexpr int shortest = 64;
+    constexpr int longest = 256;
+    constexpr double goodEnough = 0.01; // of a period
+    int best = shortest;
+    double least = 1.0;
+    for (int side = shortest; side <= longest && least > goodEnough; ++side) {
+        double worst = 0.0;
+        for (const Lines &family : lines) {
+            const double periods = side * (family.*direction);
+            worst = std::max(worst, std::abs(periods - std::round(periods)));
+        }
+        if (worst < least) {
+            least = worst;
+            best = side;
+        }
     }
-    if (hatch == Hatch::Vertical || hatch == Hatch::Cross) {
-        cairo_move_to(tile, width / 2.0, 0.0);
-        cairo_line_to(tile, width / 2.0, height);
+    return best;
+}
+
+/// Adds the lines to the path, as far as they meet the rectangle from the origin to that corner.
+void linesPath(cairo_t *cairo, const Lines &lines, double right, double bottom)
+{
+    const double squared = lines.across * lines.across + lines.down * lines.down;
+    const double half = (std::abs(lines.across * right) + std::abs(lines.down * bottom)) / 2.0;
+    const double middle = (lines.across * right + lines.down * bottom) / 2.0;
+    const double reach = (right + bottom) / std::sqrt(squared); // along a line, in its direction's units
+    const double first = std::floor(middle - half) - 1.0;
+    const int count = static_cast<int>(std::ceil(2.0 * half)) + 4;
+    for (int line = 0; line < count; ++line) {
+        // From the rectangle's middle to the line, and along it both ways.
+        const double away = (first + line + lines.phase - middle) / squared;
+        const Point at{right / 2.0 + away * lines.across, bottom / 2.0 + away * lines.down};
+        cairo_move_to(cairo, at.x - reach * lines.down, at.y + reach * lines.across);
+        cairo_line_to(cairo, at.x + reach * lines.down, at.y - reach * lines.across);
     }
-    if (hatch == Hatch::ForwardDiagonal || (both && hatch == Hatch::DiagonalCross))
-        hatchLine(tile, width, height, true);
-    if (hatch == Hatch::BackwardDiagonal || (both && hatch == Hatch::DiagonalCross))
-        hatchLine(tile, width, height, false);
-    cairo_stroke(tile);
 }
 
 } // namespace
@@ -168,6 +204,11 @@ Painter::Painter(Surface &surface, const Resolution &resolution)
     cairo_set_antialias(m_surface.context(), CAIRO_ANTIALIAS_FAST);
     cairo_set_fill_rule(m_surface.context(), CAIRO_FILL_RULE_EVEN_ODD);
     cairo_set_tolerance(m_surface.context(), 0.25);
+}
+
+void Painter::Release::operator()(_cairo_pattern *pattern) const
+{
+    cairo_pattern_destroy(pattern);
 }
 
 Painter::~Painter()
@@ -191,7 +232,6 @@ void Painter::usePen(const Pen &pen, double width)
     cairo_t *cairo = m_surface.context();
     useColor(cairo, pen.color);
     cairo_set_line_width(cairo, width);
-    cairo_set_line_cap(cairo, caps[static_cast<int>(pen.cap)]);
     cairo_set_line_join(cairo, joins[static_cast<int>(pen.join)]);
 
     m_dashes.clear();
@@ -201,6 +241,13 @@ void Painter::usePen(const Pen &pen, double width)
     // Dashes too small to be seen would take for ever: such a line is solid.
     if (std::accumulate(m_dashes.begin(), m_dashes.end(), 0.0) < 1.0)
         m_dashes.clear();
+    // Round and square caps lengthen every dash by the pen's width. Where that would close a gap, dashes end as
+    // the pattern has them.
+    const std::size_t stride = m_dashes.size() % 2 == 0 ? 2 : 1; // of an odd pattern each number is a gap once
+    double narrowestGap = std::numeric_limits<double>::infinity();
+    for (std::size_t at = stride - 1; at < m_dashes.size(); at += stride)
+        narrowestGap = std::min(narrowestGap, m_dashes[at]);
+    cairo_set_line_cap(cairo, caps[static_cast<int>(narrowestGap > 2.0 * width ? pen.cap : Cap::Butt)]);
     cairo_set_dash(cairo, m_dashes.data(), static_cast<int>(m_dashes.size()), 0.0);
 }
 
@@ -208,7 +255,7 @@ void Painter::drawLine(std::span<const Point> line, const Pen &pen)
 {
     if (line.empty() || !pen.visible || pen.color.alpha == 0)
         return;
-    constexpr double thinnest = 0.05; // a width of 0 is a line as thin as can be
+    constexpr double thinnest = 1.0; // hairlines: a thinner line would fade away
     const double width = std::max(pixels(pen.width, m_resolution), thinnest);
     const double shift = pixels(pen.offset, m_resolution);
     if (m_pendingVertices == 0 || pen != m_pendingPen) {
@@ -249,6 +296,20 @@ void Painter::finishLines()
     m_pendingVertices = 0;
 }
 
+void Painter::drawDot(const Point &point, const Pen &pen)
+{
+    constexpr double smallest = 3.0; // pixels
+    constexpr double largest = 1e5;
+    const double radius = std::clamp(pixels(pen.width, m_resolution), smallest, largest) / 2.0;
+    if (!pen.visible || pen.color.alpha == 0 || !m_visible.grown(radius).holds(point))
+        return;
+    finishLines();
+    cairo_t *cairo = m_surface.context();
+    cairo_arc(cairo, point.x, point.y, radius, 0.0, 2.0 * std::numbers::pi);
+    useColor(cairo, pen.color);
+    cairo_fill(cairo);
+}
+
 void Painter::beginArea()
 {
     m_ringCount = 0;
@@ -272,7 +333,7 @@ void Painter::addRing(std::span<const Point> ring)
 
 void Painter::fillArea(const Brush &brush)
 {
-    if (brush.hatch == Hatch::None && brush.background.alpha == 0)
+    if (brush.hatch == Hatch::None)
         return;
     finishLines();
     cairo_t *cairo = m_surface.context();
@@ -288,11 +349,8 @@ void Painter::fillArea(const Brush &brush)
         useColor(cairo, brush.background);
         cairo_fill_preserve(cairo);
     }
-    if (brush.hatch != Hatch::None) {
-        useBrush(brush);
-        cairo_fill(cairo);
-    }
-    cairo_new_path(cairo);
+    useBrush(brush);
+    cairo_fill(cairo);
 }
 
 void Painter::useBrush(const Brush &brush)
@@ -302,31 +360,53 @@ void Painter::useBrush(const Brush &brush)
         useColor(cairo, brush.foreground);
         return;
     }
+    const auto known = std::find_if(m_hatches.begin(), m_hatches.end(),
+                                    [&](const auto &hatch) { return hatch.first == brush; });
+    cairo_set_source(cairo, known != m_hatches.end() ? known->second.get() : makeHatch(brush));
+}
+
+_cairo_pattern *Painter::makeHatch(const Brush &brush)
+{
     constexpr double closest = 2.0; // lines nearer than that are a grey area
     constexpr double farthest = 4096.0;
     const double size = pixels(brush.size, m_resolution);
     const double width = std::clamp(size + pixels(brush.spacingX, m_resolution), closest, farthest);
     const double height = std::clamp(size + pixels(brush.spacingY, m_resolution), closest, farthest);
-    // Tiles of whole pixels meet without a seam; the pattern's matrix gives them the size that was asked for.
-    const cairo_rectangle_t tileSize{0.0, 0.0, std::ceil(width), std::ceil(height)};
-    cairo_surface_t *tile = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &tileSize);
-    cairo_t *drawing = cairo_create(tile);
-    useColor(drawing, brush.foreground);
-    cairo_set_line_width(drawing, std::max(1.0, size / 10.0));
-    paintHatch(drawing, brush.hatch, tileSize.width, tileSize.height);
-    cairo_destroy(drawing);
+    std::vector<Lines> lines = linesOf(brush, width, height);
+    // Cairo repeats a tile of whole pixels as fast as it fills with a colour, but a turned or scaled tile many
+    // times slower. So the tile is not turned: the lines in it are, by an angle and at distances that are so
+    // little off that they meet the lines of the next tile. Lines far apart are few, and drawn one by one.
+    constexpr double farthestInTile = 64.0;
+    const bool repeated = std::max(width, height) <= farthestInTile;
+    double right = m_surface.width();
+    double bottom = m_surface.height();
+    if (repeated) {
+        right = tileSide(lines, &Lines::across);
+        bottom = tileSide(lines, &Lines::down);
+        for (Lines &family : lines)
+            family = {std::round(right * family.across) / right, std::round(bottom * family.down) / bottom,
+                      family.phase};
+    }
+    const cairo_rectangle_t extent{0.0, 0.0, right, bottom};
+    cairo_surface_t *tile = repeated && m_surface.pixels()
+        ? cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(right), static_cast<int>(bottom))
+        : cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extent);
+    cairo_t *cairo = cairo_create(tile);
+    useColor(cairo, brush.foreground);
+    cairo_set_line_width(cairo, std::max(1.0, size / 10.0));
+    for (const Lines &family : lines)
+        linesPath(cairo, family, right, bottom);
+    cairo_stroke(cairo);
+    cairo_destroy(cairo);
 
-    const Pattern pattern(cairo_pattern_create_for_surface(tile));
+    constexpr std::size_t mostHatches = 32;
+    if (m_hatches.size() >= mostHatches)
+        m_hatches.clear();
+    m_hatches.emplace_back(brush, cairo_pattern_create_for_surface(tile));
     cairo_surface_destroy(tile);
-    cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
-    cairo_matrix_t turn;
-    cairo_matrix_t scale;
-    cairo_matrix_t both;
-    cairo_matrix_init_rotate(&turn, brush.angle * degrees);
-    cairo_matrix_init_scale(&scale, tileSize.width / width, tileSize.height / height);
-    cairo_matrix_multiply(&both, &turn, &scale);
-    cairo_pattern_set_matrix(pattern.get(), &both);
-    cairo_set_source(cairo, pattern.get());
+    cairo_pattern_t *pattern = m_hatches.back().second.get();
+    cairo_pattern_set_extend(pattern, repeated ? CAIRO_EXTEND_REPEAT : CAIRO_EXTEND_NONE);
+    return pattern;
 }
 
 void Painter::outlineArea(const Pen &pen)
@@ -385,9 +465,6 @@ void Painter::shapePath(const Symbol &symbol, double radius)
     case Shape::Bar:
         stroke(0.0, radius);
         break;
-    case Shape::Glyph:
-        glyphPath(m_surface, symbol.font, symbol.glyph, 2.0 * radius);
-        break;
     }
 }
 
@@ -409,8 +486,10 @@ void Painter::drawSymbol(const Point &point, const Symbol &symbol, double turned
     cairo_set_line_cap(cairo, CAIRO_LINE_CAP_BUTT);
     cairo_set_line_join(cairo, CAIRO_LINE_JOIN_MITER);
     cairo_new_path(cairo);
-    shapePath(symbol, radius);
-    const bool filled = symbol.filled || symbol.shape == Shape::Glyph;
+    const bool glyph = symbol.glyph != 0 && glyphPath(m_surface, symbol.font, symbol.glyph, 2.0 * radius);
+    if (!glyph)
+        shapePath(symbol, radius);
+    const bool filled = glyph || symbol.filled;
     const double line = std::max(1.0, radius / 5.0);
     if (symbol.outline.alpha > 0) { // under the symbol's own colour, around it
         useColor(cairo, symbol.outline);
@@ -426,19 +505,24 @@ void Painter::drawSymbol(const Point &point, const Symbol &symbol, double turned
     cairo_restore(cairo);
 }
 
-void Painter::drawSymbolsAlong(const std::vector<Point> &line, const Symbol &symbol)
+long long Painter::drawSymbolsAlong(const std::vector<Point> &line, const Symbol &symbol)
 {
     const double shift = pixels(symbol.perpendicular, m_resolution);
     const double step = pixels(symbol.step, m_resolution);
+    const double initial = std::max(0.0, pixels(symbol.initialOffset, m_resolution));
+    const auto beside = [shift](const Point &point, double angle) {
+        return Point{point.x - shift * std::sin(angle), point.y + shift * std::cos(angle)};
+    };
     if (line.size() < 2 || step < 1.0) {
-        if (!line.empty())
-            drawSymbol(line.front(), symbol);
-        return;
+        const Place place = placeAt(line, initial);
+        drawSymbol(beside(place.point, place.angle), symbol);
+        return 1;
     }
+    long long drawn = 0;
     const double reach = pixels(symbol.size, m_resolution) + std::abs(shift)
         + std::abs(pixels(symbol.offsetX, m_resolution)) + std::abs(pixels(symbol.offsetY, m_resolution));
     const Rect rect = m_visible.grown(reach);
-    double next = std::max(0.0, pixels(symbol.initialOffset, m_resolution)); // from the segment's start
+    double next = initial; // from the segment's start
     for (std::size_t at = 1; at < line.size(); ++at) {
         const Point &from = line[at - 1];
         const Point &to = line[at];
@@ -452,19 +536,15 @@ void Painter::drawSymbolsAlong(const std::vector<Point> &line, const Symbol &sym
             const auto count = static_cast<int>(std::max(0.0, std::floor((end - next) / step) - first + 1.0));
             for (int index = 0; index < count; ++index) {
                 const double share = (next + (first + index) * step) / length;
-                drawSymbol({from.x + share * (to.x - from.x) - shift * std::sin(angle),
-                            from.y + share * (to.y - from.y) + shift * std::cos(angle)},
+                drawSymbol(beside({from.x + share * (to.x - from.x), from.y + share * (to.y - from.y)}, angle),
                            symbol, angle);
             }
+            drawn += count;
         }
         const double passed = next > length ? 0.0 : std::floor((length - next) / step) + 1.0;
         next += passed * step - length;
     }
-}
-
-void Painter::addCoverage()
-{
-    cairo_set_operator(m_surface.context(), CAIRO_OPERATOR_ADD);
+    return drawn;
 }
 
 } // namespace vectordraw

@@ -4,7 +4,10 @@
 #include "vectordraw/stylestring.h"
 #include "vectordraw/surface.h"
 
+#include <memory>
 #include <span>
+
+struct _cairo_pattern; // NOLINT(bugprone-reserved-identifier): the library names it so
 
 namespace vectordraw
 {
@@ -26,13 +29,13 @@ public:
 
     void fillBackground(const Color &color);
 
-    /// From here on the cover of areas adds up, as it has to in a mask: two areas that share a cell's halves
-    /// cover it.
-    void addCoverage();
-
-    /// The line is on the surface after finishLines(), at the latest: lines of one pen are drawn together.
+    /// A pen narrower than a pixel draws a line of a pixel's width. The line is on the surface after
+    /// finishLines(), at the latest: lines of one pen are drawn together.
     void drawLine(std::span<const Point> line, const Pen &pen);
     void finishLines();
+
+    /// A dot of the pen's width, at least three pixels, so that a single point can be seen.
+    void drawDot(const Point &point, const Pen &pen);
 
     /// An area of one or more rings: addRing() for each, in any direction, holes included; then its interior
     /// and its outlines, as often as the style asks. The rings are forgotten at beginArea().
@@ -44,12 +47,20 @@ public:
     /// turned: of the symbol besides its own angle, in radians, clockwise.
     void drawSymbol(const Point &point, const Symbol &symbol, double turned = 0.0);
 
-    /// Symbols at their distances along the line; one at its first vertex where the symbol has no distance.
-    void drawSymbolsAlong(const std::vector<Point> &line, const Symbol &symbol);
+    /// Symbols at their distances along the line, turned with it; one, which is not turned, at the symbol's
+    /// initial offset where it has no distance. Returns how many were drawn or lay close outside of the
+    /// picture.
+    long long drawSymbolsAlong(const std::vector<Point> &line, const Symbol &symbol);
 
 private:
+    struct Release
+    {
+        void operator()(_cairo_pattern *pattern) const;
+    };
+
     void usePen(const Pen &pen, double width);
     void useBrush(const Brush &brush);
+    _cairo_pattern *makeHatch(const Brush &brush);
     void stroke(std::span<const Point> line, const Rect &rect);
     void shapePath(const Symbol &symbol, double radius);
 
@@ -60,6 +71,7 @@ private:
     std::size_t m_ringCount = 0;
     std::vector<Point> m_clipped;
     std::vector<Point> m_scratch;
+    std::vector<std::pair<Brush, std::unique_ptr<_cairo_pattern, Release>>> m_hatches; ///< the last ones made
     std::vector<double> m_dashes; ///< of the pen in use, in pixels
     Pen m_pendingPen;             ///< the pen in use
     int m_pendingVertices = 0;    ///< of lines that are in the surface's path and not yet stroked

@@ -20,8 +20,8 @@ constexpr double largestLength = 1e9;
 
 struct Parameter
 {
-    std::string_view key;
-    std::string value; ///< without its quotes
+    std::string key;   ///< in lower case
+    std::string value; ///< without its quotes, with the attributes' values in it
 };
 
 struct ToolText
@@ -65,27 +65,37 @@ std::optional<double> number(std::string_view text)
     return takeNumber(text);
 }
 
-std::optional<Length> takeLength(std::string_view &text)
+/// The unit at the start of the text, which loses it; none, and the text as it was, where there is none.
+std::optional<Unit> takeUnit(std::string_view &text)
 {
     static constexpr std::pair<std::string_view, Unit> units[] = {
         {"px", Unit::Pixel},      {"pt", Unit::Point}, {"mm", Unit::Millimetre},
         {"cm", Unit::Centimetre}, {"in", Unit::Inch},  {"g", Unit::Ground}};
-    const auto value = takeNumber(text);
-    if (!value)
-        return std::nullopt;
-    const std::string_view behind = trimmed(text); // "4 px" has a unit, too; in "4 5px" the 4 has none
+    const std::string_view behind =
+        trimmed(text); // "4 px" has a unit, too; in "4 5px" the 4 has none of its own
     for (const auto &[name, unit] : units) {
         if (equalsIgnoringCase(behind.substr(0, name.size()), name)) {
             text = behind.substr(name.size());
-            return Length{*value, unit};
+            return unit;
         }
     }
-    return Length{*value, Unit::Millimetre};
+    return std::nullopt;
 }
 
 std::optional<Length> length(std::string_view text)
 {
-    return takeLength(text);
+    const auto value = takeNumber(text);
+    return value ? std::optional(Length{*value, takeUnit(text).value_or(Unit::Millimetre)}) : std::nullopt;
+}
+
+/// A size, or without a unit a factor of the usual one.
+std::optional<Length> sizeOrFactor(std::string_view text, const Length &usual)
+{
+    const auto value = takeNumber(text);
+    if (!value)
+        return std::nullopt;
+    const auto unit = takeUnit(text);
+    return unit ? Length{*value, *unit} : Length{*value * usual.value, usual.unit};
 }
 
 std::optional<Color> color(std::string_view text)
@@ -109,22 +119,29 @@ std::optional<bool> flag(std::string_view text)
     return value ? std::optional<bool>(*value != 0.0) : std::nullopt;
 }
 
-/// The number behind the prefix of the first identifier of a list that has it ("ogr-pen-2").
-std::optional<unsigned> identifier(std::string_view list, std::string_view prefix)
+/// The number behind the prefix of an identifier ("ogr-pen-2"); none for one of another kind, or a number that
+/// is not below the limit.
+std::optional<unsigned> identifier(std::string_view name, std::string_view prefix, unsigned limit)
+{
+    if (!equalsIgnoringCase(name.substr(0, prefix.size()), prefix))
+        return std::nullopt;
+    name.remove_prefix(prefix.size());
+    unsigned value = 0;
+    const auto [last, fault] = std::from_chars(name.data(), name.data() + name.size(), value);
+    const bool whole = fault == std::errc() && last == name.data() + name.size();
+    return whole && value < limit ? std::optional(value) : std::nullopt;
+}
+
+/// Hands the identifiers of a list to take(), up to the first that it takes; false when it takes none.
+template <class Take> bool takeFirst(std::string_view list, Take take)
 {
     while (!list.empty()) {
         const auto comma = list.find(',');
-        const std::string_view name = trimmed(list.substr(0, comma));
+        if (take(trimmed(list.substr(0, comma))))
+            return true;
         list.remove_prefix(comma == std::string_view::npos ? list.size() : comma + 1);
-        if (!equalsIgnoringCase(name.substr(0, prefix.size()), prefix))
-            continue;
-        unsigned value = 0;
-        const char *end = name.data() + name.size();
-        const auto [last, fault] = std::from_chars(name.data() + prefix.size(), end, value);
-        if (fault == std::errc() && last == end)
-            return value;
     }
-    return std::nullopt;
+    return false;
 }
 
 /// Sets the member where the value was understood.
@@ -137,18 +154,24 @@ template <class Value, class Member> bool take(const std::optional<Value> &value
 
 bool takePattern(Pen &pen, std::string_view text)
 {
-    std::vector<Length> pattern;
-    while (!trimmed(text).empty() && pattern.size() < mostDashes) {
-        const auto dash = takeLength(text);
-        if (!dash || dash->value < 0.0)
+    std::vector<std::pair<double, std::optional<Unit>>> dashes;
+    while (!trimmed(text).empty() && dashes.size() < mostDashes) {
+        const auto dash = takeNumber(text);
+        if (!dash || *dash < 0.0)
             return false;
-        pattern.push_back(*dash);
+        dashes.emplace_back(*dash, takeUnit(text));
     }
-    const bool draws =
-        std::any_of(pattern.begin(), pattern.end(), [](const Length &dash) { return dash.value > 0.0; });
-    if (!draws)
+    if (std::none_of(dashes.begin(), dashes.end(), [](const auto &dash) { return dash.first > 0.0; }))
         return false;
-    pen.pattern = pattern;
+    Unit unit = Unit::Millimetre;
+    for (const auto &dash : dashes)
+        unit = dash.second.value_or(unit);
+    pen.pattern.resize(dashes.size());
+    for (std::size_t at = dashes.size();
+         at-- > 0;) { // from the end: the unit of several numbers is at the last
+        unit = dashes[at].second.value_or(unit);
+        pen.pattern[at] = {dashes[at].first, unit};
+    }
     pen.patternOfWidths = false;
     return true;
 }
@@ -157,15 +180,29 @@ bool takePenId(Pen &pen, std::string_view list)
 {
     static const std::vector<double> patterns[] = {
         {}, {}, {6, 3}, {3, 3}, {12, 4}, {1, 2}, {6, 3, 1, 3}, {6, 3, 1, 3, 1, 3}, {1, 1}};
-    const auto id = identifier(list, "ogr-pen-");
-    if (!id || *id >= std::size(patterns))
+    return takeFirst(list, [&](std::string_view name) {
+        const auto id = identifier(name, "ogr-pen-", std::size(patterns));
+        if (!id)
+            return false;
+        pen.visible = *id != 1;
+        if (pen.pattern.empty()) { // one that is spelled out goes before the identifier's
+            for (const double dash : patterns[*id])
+                pen.pattern.push_back({dash, Unit::Pixel});
+            pen.patternOfWidths = true;
+        }
+        return true;
+    });
+}
+
+/// Sets the member to the value whose letter was given.
+template <class Member> bool takeLetter(std::string_view letters, std::string_view value, Member &member)
+{
+    const auto at = value.size() == 1
+        ? letters.find(static_cast<char>(std::tolower(static_cast<unsigned char>(value.front()))))
+        : std::string_view::npos;
+    if (at == std::string_view::npos)
         return false;
-    pen.visible = *id != 1;
-    if (pen.pattern.empty()) { // one that is spelled out goes before the identifier's
-        for (const double dash : patterns[*id])
-            pen.pattern.push_back({dash, Unit::Pixel});
-        pen.patternOfWidths = true;
-    }
+    member = static_cast<Member>(at);
     return true;
 }
 
@@ -181,14 +218,10 @@ bool takeParameter(Pen &pen, const Parameter &given)
         return takePenId(pen, given.value);
     if (given.key == "dp")
         return take(length(given.value), pen.offset);
-    if (given.key == "cap") {
-        pen.cap = given.value == "r" ? Cap::Round : given.value == "p" ? Cap::Square : Cap::Butt;
-        return given.value == "b" || pen.cap != Cap::Butt;
-    }
-    if (given.key == "j") {
-        pen.join = given.value == "r" ? Join::Round : given.value == "b" ? Join::Bevel : Join::Miter;
-        return given.value == "m" || pen.join != Join::Miter;
-    }
+    if (given.key == "cap")
+        return takeLetter("brp", given.value, pen.cap);
+    if (given.key == "j")
+        return takeLetter("mrb", given.value, pen.join);
     return false;
 }
 
@@ -201,14 +234,16 @@ bool takeParameter(Brush &brush, const Parameter &given)
     if (given.key == "a")
         return take(number(given.value), brush.angle);
     if (given.key == "s")
-        return take(length(given.value), brush.size);
+        return take(sizeOrFactor(given.value, Brush().size), brush.size);
     if (given.key == "dx")
         return take(length(given.value), brush.spacingX);
     if (given.key == "dy")
         return take(length(given.value), brush.spacingY);
     if (given.key == "id") {
-        const auto id = identifier(given.value, "ogr-brush-");
-        return id && *id <= static_cast<unsigned>(Hatch::DiagonalCross) && take(id, brush.hatch);
+        constexpr unsigned hatches = static_cast<unsigned>(Hatch::DiagonalCross) + 1;
+        return takeFirst(given.value, [&](std::string_view name) {
+            return take(identifier(name, "ogr-brush-", hatches), brush.hatch);
+        });
     }
     return false;
 }
@@ -221,16 +256,18 @@ bool takeSymbolId(Symbol &symbol, std::string_view list)
                                                         {Shape::Triangle, false}, {Shape::Triangle, true},
                                                         {Shape::Star, false},     {Shape::Star, true},
                                                         {Shape::Bar, false}};
-    if (const auto glyph = identifier(list, "font-sym-")) {
-        symbol.shape = Shape::Glyph;
-        symbol.glyph = *glyph;
-        return true;
-    }
-    const auto id = identifier(list, "ogr-sym-");
-    if (!id || *id >= std::size(shapes))
-        return false;
-    std::tie(symbol.shape, symbol.filled) = shapes[*id];
-    return true;
+    constexpr unsigned codePoints = 0x110000;
+    symbol.glyph = 0;
+    const bool shape = takeFirst(list, [&](std::string_view name) {
+        // A character needs its font: what comes behind it in the list is kept for where that is missing.
+        if (symbol.glyph == 0)
+            symbol.glyph = identifier(name, "font-sym-", codePoints).value_or(0);
+        const auto id = identifier(name, "ogr-sym-", std::size(shapes));
+        if (id)
+            std::tie(symbol.shape, symbol.filled) = shapes[*id];
+        return id.has_value();
+    });
+    return shape || symbol.glyph != 0;
 }
 
 bool takeParameter(Symbol &symbol, const Parameter &given)
@@ -242,7 +279,7 @@ bool takeParameter(Symbol &symbol, const Parameter &given)
     if (given.key == "o")
         return take(color(given.value), symbol.outline);
     if (given.key == "s")
-        return take(length(given.value), symbol.size);
+        return take(sizeOrFactor(given.value, Symbol().size), symbol.size);
     if (given.key == "a")
         return take(number(given.value), symbol.angle);
     if (given.key == "f") {
@@ -251,24 +288,14 @@ bool takeParameter(Symbol &symbol, const Parameter &given)
     }
     static constexpr std::pair<std::string_view, Length Symbol::*> lengths[] = {{"dx", &Symbol::offsetX},
                                                                                 {"dy", &Symbol::offsetY},
-                                                                                {"dp", &Symbol::step},
+                                                                                {"ds", &Symbol::step},
                                                                                 {"di", &Symbol::initialOffset},
-                                                                                {"ds", &Symbol::perpendicular}};
+                                                                                {"dp", &Symbol::perpendicular}};
     for (const auto &[key, member] : lengths) {
         if (given.key == key)
             return take(length(given.value), symbol.*member);
     }
     return false;
-}
-
-bool takePlacement(LabelText &label, std::string_view value)
-{
-    static constexpr std::string_view letters = "plsmwha";
-    const auto at = value.size() == 1 ? letters.find(value.front()) : std::string_view::npos;
-    if (at == std::string_view::npos)
-        return false;
-    label.placement = static_cast<Placement>(at);
-    return true;
 }
 
 bool takeParameter(LabelText &label, const Parameter &given)
@@ -309,7 +336,7 @@ bool takeParameter(LabelText &label, const Parameter &given)
         return stretch && *stretch > 0.0 && take(stretch, label.stretch);
     }
     if (given.key == "m")
-        return takePlacement(label, given.value);
+        return takeLetter("plsmwha", given.value, label.placement);
     if (given.key == "p") {
         const auto anchor = number(given.value);
         return anchor && *anchor >= 1.0 && *anchor <= 12.0 && take(anchor, label.anchor);
@@ -339,8 +366,16 @@ std::string takeValue(std::string_view &text)
     return value;
 }
 
+std::string lowered(std::string_view text)
+{
+    std::string lower(text);
+    for (char &letter : lower)
+        letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    return lower;
+}
+
 /// Takes "NAME(key:value,…)" and the semicolon behind it.
-ToolText takeTool(std::string_view &text, int &ignored)
+ToolText takeTool(std::string_view &text, const FieldLookup &fields, StyleReading &reading)
 {
     ToolText tool;
     const auto bracket = text.find_first_of("(;");
@@ -351,17 +386,23 @@ ToolText takeTool(std::string_view &text, int &ignored)
         while (!text.empty() && text.front() != ')') {
             const auto colon = text.find_first_of(":,)");
             Parameter parameter;
-            parameter.key = trimmed(text.substr(0, colon));
+            parameter.key = lowered(trimmed(text.substr(0, colon)));
             text.remove_prefix(std::min(colon, text.size()));
             if (!text.empty() && text.front() == ':') {
                 text.remove_prefix(1);
                 parameter.value = takeValue(text);
+                const bool labelText = parameter.key == "t" && equalsIgnoringCase(tool.name, "LABEL");
+                if (!labelText && parameter.value.find('{') != std::string::npos) {
+                    reading.usesFields = true;
+                    if (fields)
+                        parameter.value = expandText(parameter.value, fields);
+                }
                 if (parameter.key == "l")
                     tool.level = number(parameter.value).value_or(1.0);
                 else
                     tool.parameters.push_back(std::move(parameter));
             } else if (!parameter.key.empty()) {
-                ++ignored;
+                ++reading.ignored;
             }
             const auto next = text.find_first_of(",)");
             text.remove_prefix(std::min(next, text.size()));
@@ -405,7 +446,7 @@ double pixels(const Length &length, const Resolution &resolution)
     return length.value;
 }
 
-StyleReading parseStyle(std::string_view text)
+StyleReading parseStyle(std::string_view text, const FieldLookup &fields)
 {
     StyleReading reading;
     text = trimmed(text);
@@ -415,7 +456,7 @@ StyleReading parseStyle(std::string_view text)
     }
     std::vector<std::pair<double, Tool>> tools;
     while (!text.empty() && tools.size() < mostTools) {
-        const ToolText tool = takeTool(text, reading.ignored);
+        const ToolText tool = takeTool(text, fields, reading);
         if (equalsIgnoringCase(tool.name, "PEN"))
             tools.emplace_back(tool.level, readTool<Pen>(tool, reading.ignored));
         else if (equalsIgnoringCase(tool.name, "BRUSH"))
@@ -434,8 +475,7 @@ StyleReading parseStyle(std::string_view text)
     return reading;
 }
 
-std::string expandText(std::string_view text,
-                       const std::function<bool(std::string_view name, std::string &value)> &lookup)
+std::string expandText(std::string_view text, const FieldLookup &fields)
 {
     constexpr std::size_t longest = 4096; // bytes of one label; more cannot be read in a picture
     std::string expanded;
@@ -446,7 +486,7 @@ std::string expandText(std::string_view text,
             break;
         expanded += text.substr(0, open);
         std::string value;
-        if (lookup(text.substr(open + 1, close - open - 1), value))
+        if (fields(text.substr(open + 1, close - open - 1), value))
             expanded += value;
         else
             expanded += text.substr(open, close - open + 1);

@@ -36,7 +36,8 @@ enum class Unit
     Ground ///< the unit of the picture's coordinates
 };
 
-/// A length. Without a unit it is in millimetres, as GDAL's own style tools have it.
+/// A length. Without a unit it is in millimetres, as GDAL's own style tools have it, but for the size of a
+/// symbol or of a brush's pattern: there it is a factor of the size that the record has from the start.
 struct Length
 {
     double value = 0.0;
@@ -73,7 +74,9 @@ struct Pen
 {
     Color color;
     Length width{1.0, Unit::Pixel};
-    std::vector<Length> pattern;  ///< drawn, left out, drawn … along the line; empty: solid
+    /// Drawn, left out, drawn … along the line; empty: solid. A number without a unit has the unit of the next
+    /// number that has one ("24 6 4 6px"), or else of the one before it.
+    std::vector<Length> pattern;
     bool patternOfWidths = false; ///< the pattern counts in widths of the pen, at least pixels
     Cap cap = Cap::Butt;
     Join join = Join::Miter;
@@ -86,7 +89,7 @@ struct Pen
 enum class Hatch
 {
     Solid,
-    None,
+    None, ///< nothing is filled, whatever the colours
     Horizontal,
     Vertical,
     ForwardDiagonal,  ///< from the upper left to the lower right
@@ -105,6 +108,8 @@ struct Brush
     double angle = 0.0;            ///< of the pattern, in degrees, counter-clockwise
     Length spacingX;               ///< added to the distance of the lines
     Length spacingY;
+
+    bool operator==(const Brush &) const = default;
 };
 
 enum class Shape
@@ -115,34 +120,34 @@ enum class Shape
     Square,
     Triangle,
     Star,
-    Bar, ///< a vertical line
-    Glyph
+    Bar ///< a vertical line
 };
 
-/// Points, also along lines.
+/// Points, also along lines and in areas.
 struct Symbol
 {
     Shape shape = Shape::Cross;
     bool filled = false;
-    std::uint32_t glyph = 0; ///< code point of a Glyph
-    std::string font;        ///< family of a Glyph
+    std::uint32_t glyph = 0; ///< character to draw instead of the shape where the font has it; 0: none
+    std::string font;        ///< families of the character, separated by commas
     Color color;
     Color outline = noColor;
     Length size{8.0, Unit::Pixel}; ///< the height
     double angle = 0.0;            ///< in degrees, counter-clockwise
     Length offsetX;                ///< to the right
     Length offsetY;                ///< upwards
-    Length step;                   ///< distance of symbols along a line; 0: one at its first vertex
-    Length initialOffset;          ///< along the line, of the first of them
-    Length perpendicular;          ///< to the right of the line's direction
+    Length step;                   ///< "ds", distance of symbols along a line; 0: one symbol, not turned
+    Length initialOffset;          ///< "di", along the line to the first symbol
+    Length perpendicular;          ///< "dp", to the right of the line's direction
 };
 
 enum class Placement
 {
-    Point,           ///< at the point, or the line's first vertex
-    LastVertex,      ///< at the line's last vertex
-    Stretched,       ///< its letters evenly along the whole line
-    Middle,          ///< at the middle of the line's length, in its direction
+    Point,      ///< at the point, or the line's first vertex
+    LastVertex, ///< at the line's last vertex
+    Stretched,  ///< its letters evenly along the whole line
+    Middle,     ///< at the middle of the line's length, in its direction
+    // The last segment of a line that has fewer segments than the text has words takes all that are left.
     WordPerSegment,  ///< a word a segment, in its direction
     HorizontalWords, ///< a word a segment, at its centre, not turned
     StretchedWords   ///< a word a segment, as long as the segment
@@ -163,8 +168,7 @@ struct LabelText
     Color box = noColor;
     Color outline = noColor;
     Color shadow = noColor;
-    int anchor =
-        1; ///< 1 to 3 bottom, 4 to 6 middle, 7 to 9 top, 10 to 12 base line: left, centre, right of each
+    int anchor = 1; ///< 1 to 3 base line, 4 to 6 middle, 7 to 9 top, 10 to 12 bottom: left, centre, right
     Placement placement = Placement::Point;
     Length offsetX;       ///< to the right
     Length offsetY;       ///< upwards
@@ -176,20 +180,25 @@ using Tool = std::variant<Pen, Brush, Symbol, LabelText>;
 /// The tools of a style in the order in which they are drawn: by level, and as they stand within one.
 using Style = std::vector<Tool>;
 
+/// Finds the value of a feature's attribute; false where there is no attribute of that name.
+using FieldLookup = std::function<bool(std::string_view name, std::string &value)>;
+
 /// A style string that was read.
 struct StyleReading
 {
     Style style;
-    std::string reference; ///< name of a style of the style table ("@name"); the style is empty then
-    int ignored = 0;       ///< tools and parameters that were not understood
+    std::string reference;   ///< name of a style of the style table ("@name"); the style is empty then
+    int ignored = 0;         ///< tools and parameters that were not understood
+    bool usesFields = false; ///< a parameter other than a label's text holds "{FIELD}": the style depends on it
 };
 
-/// Reads a style string of any content and length; at most 64 tools of it are taken.
-StyleReading parseStyle(std::string_view text);
+/// Reads a style string of any content and length; at most 64 tools of it are taken. fields: replaces "{FIELD}"
+/// in every parameter but a label's text; without it such a parameter stands as it is. An attribute's value
+/// never ends its parameter, whatever commas or brackets it holds.
+StyleReading parseStyle(std::string_view text, const FieldLookup &fields = {});
 
 /// The text of a label with the attributes' values in it, 4096 bytes at most; what names no attribute stands as
-/// it is. lookup: false where there is no attribute of that name.
-std::string expandText(std::string_view text,
-                       const std::function<bool(std::string_view name, std::string &value)> &lookup);
+/// it is.
+std::string expandText(std::string_view text, const FieldLookup &fields);
 
 } // namespace vectordraw

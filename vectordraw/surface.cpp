@@ -29,9 +29,9 @@ Surface Surface::image(int width, int height)
     return {cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height), width, height};
 }
 
-Surface Surface::mask(int width, int height)
+Surface Surface::bits(int width, int height)
 {
-    return {cairo_image_surface_create(CAIRO_FORMAT_A8, width, height), width, height};
+    return {cairo_image_surface_create(CAIRO_FORMAT_A1, width, height), width, height};
 }
 
 Surface Surface::onPixels(std::uint8_t *pixels, int width, int height, int bytesPerRow)

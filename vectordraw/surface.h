@@ -17,8 +17,8 @@ class Surface
 public:
     /// Transparent at first; premultiplied ARGB of 32 bits in the machine's byte order.
     static Surface image(int width, int height);
-    /// 8 bits of alpha, 0 at first.
-    static Surface mask(int width, int height);
+    /// A bit a pixel, 0 at first: eight pixels of a row are a byte.
+    static Surface bits(int width, int height);
     /// Draws into somebody's memory of that layout (as image()), which outlives the surface.
     static Surface onPixels(std::uint8_t *pixels, int width, int height, int bytesPerRow);
     /// Files; a pixel is 1/dotsPerInch inch.
@@ -29,7 +29,7 @@ public:
     int height() const { return m_height; }
     _cairo *context() const { return m_context.get(); }
 
-    /// Rows of an image or a mask, from the top; null for a file. What was drawn is there after flush().
+    /// Rows of an image or of bits, from the top; null for a file. What was drawn is there after flush().
     const std::uint8_t *pixels() const;
     int bytesPerRow() const;
     void flush();

@@ -13,8 +13,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const std::string_view text(reinterpret_cast<const char *>(data), size);
+    const auto anyValue = [text](std::string_view name, std::string &value) {
+        value = text.substr(name.size() % (text.size() + 1));
+        return true;
+    };
     const vectordraw::StyleReading reading = vectordraw::parseStyle(text);
+    const vectordraw::StyleReading filled = vectordraw::parseStyle(text, anyValue);
     if (reading.style.size() > 64 || reading.ignored < 0)
+        std::abort();
+    // The attributes' values change parameters, and never which tools there are.
+    if (filled.style.size() != reading.style.size() || filled.usesFields != reading.usesFields)
         std::abort();
     const std::string expanded =
         vectordraw::expandText(text, [](std::string_view, std::string &) { return false; });

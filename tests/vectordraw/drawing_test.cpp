@@ -1,4 +1,5 @@
 #include "vectordraw/featurelayer.h"
+#include "vectordraw/featuremask.h"
 #include "vectordraw/labelpainter.h"
 
 #include <QDir>
@@ -21,18 +22,28 @@ class DrawingTest : public QObject
 
 private slots:
     void initTestCase() { GDALAllRegister(); }
+    void driverStyles_data();
+    void driverStyles();
     void penWidths();
     void clippedAndDenseLines();
     void dashesGoOn();
     void hatches_data();
     void hatches();
+    void turnedHatches();
     void symbolsAndLabels();
+    void symbolsAlongLines();
+    void labelAnchors();
+    void wordsOnSegments();
+    void placesOnLinesAndInAreas();
     void geometries();
     void transformedAndFiltered();
     void styleSources();
+    void fieldsInStyles();
+    void portions();
     void areasAtTheEdge();
     void hostileFeatures();
     void maskAgainstPointInPolygon();
+    void maskOfSeveralAreas();
     void pageOfEverything();
 };
 
@@ -125,10 +136,99 @@ bool near(int value, int expected)
 
 } // namespace
 
+// The strings are as GDAL's drivers write them for files of their formats.
+void DrawingTest::driverStyles_data()
+{
+    QTest::addColumn<QByteArray>("wkt");
+    QTest::addColumn<QByteArray>("style");
+    QTest::addColumn<QStringList>("pixels"); // x and y from the lower left, and the colour there
+
+    const QByteArray point = "POINT(50.5 50.5)";
+    const QByteArray line = "LINESTRING(0 50.5,100 50.5)";
+    const QByteArray wide = "LINESTRING(0 50,100 50)";
+    const QByteArray area = "POLYGON((20 20,80 20,80 80,20 80,20 20))";
+    const QByteArray angle = "POLYGON((10 10,90 10,90 30,30 30,30 90,10 90,10 10))";
+    const QString none = "#c0e0ff"; // the picture's ground
+    const auto row = [](const char *name, const QByteArray &wkt, const char *style, const QStringList &pixels) {
+        QTest::newRow(name) << wkt << QByteArray(style) << pixels;
+    };
+    row("MapInfo: a region without a fill", area,
+        "BRUSH(fc:#000000,bc:#ffffff,id:\"mapinfo-brush-1,ogr-brush-1\");"
+        "PEN(w:2px,c:#00ff00,id:\"mapinfo-pen-2,ogr-pen-0\",cap:r,j:r)",
+        {"50 50 " + none, "30 70 " + none, "20 50 #00ff00", "50 80 #00ff00"});
+    row("MapInfo: a hatch and no outline", area,
+        "BRUSH(fc:#0000ff,bc:#ffff00,id:\"mapinfo-brush-3,ogr-brush-2\");"
+        "PEN(w:1px,c:#00ff00,id:\"mapinfo-pen-1,ogr-pen-1\",cap:r,j:r)",
+        {"50 52 #ffff00", "50 55 #80807f", "20 52 #ffff00"});
+    row("MapInfo: a hatch without a ground", area, "BRUSH(fc:#0000ff,id:\"mapinfo-brush-4,ogr-brush-3\")",
+        {"55 50 " + none, "52 50 #6070ff"});
+    row("MapInfo: long dashes", line,
+        "PEN(w:1px,c:#ff0000,id:\"mapinfo-pen-8,ogr-pen-4\",p:\"24 4px\",cap:r,j:r)",
+        {"12 50 #ff0000", "25 50 " + none, "26 50 " + none, "40 50 #ff0000", "54 50 " + none});
+    row("MapInfo: dashes and dots", line,
+        "PEN(w:1px,c:#ff0000,id:\"mapinfo-pen-14,ogr-pen-6\",p:\"24 6 4 6px\",cap:r,j:r)",
+        {"12 50 #ff0000", "27 50 " + none, "32 50 #ff0000", "37 50 " + none, "50 50 #ff0000"});
+    row("MapInfo: dashes narrower than the pen", wide,
+        "PEN(w:4px,c:#ff0000,id:\"mapinfo-pen-4,ogr-pen-3\",p:\"2 1px\",cap:r,j:r)",
+        {"31 50 #ff0000", "32 50 " + none, "33 50 #ff0000", "33 51 #ff0000", "35 48 " + none});
+    row("MapInfo: a circle", point, "SYMBOL(a:0,c:#ff00ff,s:12pt,id:\"mapinfo-sym-34,ogr-sym-3\")",
+        {"50 50 #ff00ff", "56 50 #ff00ff", "57 57 " + none, "60 50 " + none});
+    row("MapInfo: a character of a font that is missing", point,
+        "SYMBOL(a:0,c:#112233,s:36pt,id:\"font-sym-65,ogr-sym-9\",f:\"No Such Symbols\")", // a star
+        {"50 50 #112233", "50 68 #112233", "33 55 #112233", "67 55 #112233", "33 45 " + none});
+    row("a character of a font that is there", point,
+        "SYMBOL(c:#112233,s:36pt,id:\"font-sym-73,ogr-sym-9\",f:\"No Such Symbols, Sans\")", // I
+        {"50 50 #112233", "33 55 " + none, "67 55 " + none});
+    row("DXF: a point", point, "PEN(c:#000000)", {"50 50 #000000", "54 50 " + none, "50 54 " + none});
+    row("DXF: a line", line, "PEN(c:#ff0000)", {"50 50 #ff0000", "50 52 " + none});
+    row("DXF: a narrow line", line, "PEN(c:#ff0000,w:0.002g)", {"50 50 #ff0000", "50 52 " + none});
+    row("DXF: dashes in ground units", line, "PEN(c:#0000ff,p:\"4g 5g\")",
+        {"1 50 #0000ff", "6 50 " + none, "10 50 #0000ff", "15 50 " + none});
+    row("DXF: an area", area, "BRUSH(fc:#ff0000)", {"50 50 #ff0000", "21 21 #ff0000", "18 50 " + none});
+    row("DGN: a line", line, "PEN(id:\"ogr-pen-0\",c:#ffffff)", {"50 50 #ffffff"});
+    row("DGN: a text", "POINT(20 40)", "LABEL(t:\"III\",c:#ffffff,s:60.000g,f:WORKING)",
+        {"20 38 " + none, "20 30 " + none, "28 50 #ffffff"});
+    row("KML: a line without a width", line, "PEN(c:#FF0000FF,w:0.000000px)",
+        {"50 50 #ff0000", "50 52 " + none});
+    row("KML: a translucent line", wide, "PEN(c:#0000FF80,w:4.000000px)", {"50 50 #6070ff"});
+    row("KML: an area and its outline", area, "PEN(c:#00FF00FF,w:6.000000px);BRUSH(fc:#0000FFFF)",
+        {"18 50 #00ff00", "22 50 #0000ff", "50 50 #0000ff"});
+    row("KML: a scaled symbol", point, "SYMBOL(id:\"ogr-sym-3\",a:30.000000,c:#FF00FFFF,s:3.527785)",
+        {"62 50 #ff00ff", "66 50 " + none});
+    row("a symbol goes before a point's pen", point, "PEN(c:#ff0000,w:9px);SYMBOL(id:ogr-sym-4,s:24px)",
+        {"50 50 " + none});
+    row("a pen that is not drawn", point, "PEN(c:#ff0000,w:9px,id:\"ogr-pen-1\")", {"50 50 " + none});
+    row("a brush shows no line", line, "BRUSH(fc:#ff0000)", {"50 50 #37434f"}); // by default
+    row("a symbol in an area", angle, "SYMBOL(id:\"ogr-sym-5\",c:#ff0000,s:12px)",
+        {"20 50 #ff0000", "50 50 " + none});
+    row("a label in an area", angle, "LABEL(t:\"I\",c:#ff0000,s:18px,p:5,bo:1)",
+        {"19 50 #ff0000", "50 50 " + none});
+}
+
+void DrawingTest::driverStyles()
+{
+    QFETCH(QByteArray, wkt);
+    QFETCH(QByteArray, style);
+    QFETCH(QStringList, pixels);
+    Picture picture;
+    picture.painter.fillBackground({0xC0, 0xE0, 0xFF, 255});
+    const Counts counts = drawn(picture, *memoryLayer({{wkt, style}}));
+    QCOMPARE(counts.drawn, 1);
+    const QImage image = picture.image();
+    for (const QString &pixel : pixels) {
+        const QStringList parts = pixel.split(' ');
+        const QColor found(image.pixel(parts[0].toInt(), 99 - parts[1].toInt()));
+        const QColor expected(parts[2]);
+        QVERIFY2(near(found.red(), expected.red()) && near(found.green(), expected.green())
+                     && near(found.blue(), expected.blue()),
+                 qPrintable(pixel + ": " + found.name()));
+    }
+}
+
 void DrawingTest::penWidths()
 {
     for (const double dotsPerInch : {96.0, 300.0}) {
-        for (const char *width : {"3px", "9pt", "2mm", "0.3cm", "0.1in", "4g"}) {
+        for (const char *width : {"3px", "9pt", "2mm", "0.3cm", "0.1in", "4g", "0", "0px", "0.1px", "0pt"}) {
             Surface surface = Surface::image(100, 100);
             Painter painter(surface, {dotsPerInch, 0.5});
             const Pen pen = std::get<Pen>(parseStyle(std::string("PEN(w:") + width + ")").style.at(0));
@@ -138,7 +238,8 @@ void DrawingTest::penWidths()
             double ink = 0.0;
             for (int row = 0; row < 100; ++row)
                 ink += surface.pixels()[row * surface.bytesPerRow() + 4 * 50 + 3] / 255.0;
-            QVERIFY2(std::abs(ink - pixels(pen.width, {dotsPerInch, 0.5})) < 0.2, width);
+            const double expected = std::max(1.0, pixels(pen.width, {dotsPerInch, 0.5})); // or a hairline
+            QVERIFY2(std::abs(ink - expected) < 0.2, width);
         }
     }
 }
@@ -223,40 +324,180 @@ void DrawingTest::symbolsAndLabels()
     Picture picture;
     const DataSet points =
         memoryLayer({{"POINT(20 20)", "SYMBOL(id:\"ogr-sym-5\",c:#000000,s:10px)"},
-                     {"MULTIPOINT(50 20,80 20)", "SYMBOL(id:\"ogr-sym-2\",c:#000000,s:12px)"},
-                     {"LINESTRING(10 50,90 50)", "SYMBOL(id:\"ogr-sym-3\",s:4px,dp:20px,di:10px)"}});
+                     {"MULTIPOINT(50 20,80 20)", "SYMBOL(id:\"ogr-sym-2\",c:#000000,s:12px)"}});
     drawn(picture, *points);
     QVERIFY(picture.ink(20, 20) > 200 && picture.ink(24, 24) > 200 && picture.ink(27, 20) == 0);
     QVERIFY(picture.ink(50, 20) == 0 && picture.ink(56, 20) > 60 && picture.ink(86, 20) > 60);
-    QVERIFY(picture.ink(20, 50) > 200 && picture.ink(40, 50) > 200 && picture.ink(30, 50) == 0);
-
-    // Anchors: where the ink lies beside the point. Right-to-left and broken texts leave some, too.
-    for (int anchor = 1; anchor <= 12; ++anchor) {
-        Picture text;
-        const DataSet label =
-            memoryLayer({{"POINT(50 50)", "LABEL(t:\"{name}\",s:10px,p:" + QByteArray::number(anchor) + ")"}});
-        drawn(text, *label);
-        const QImage image = text.image();
-        long long x = 0, y = 0, count = 0;
-        for (int at = 0; at < 10000; ++at) {
-            if (qGray(image.pixel(at % 100, at / 100)) < 128) {
-                x += at % 100;
-                y += at / 100;
-                ++count;
-            }
-        }
-        QVERIFY2(count > 10, qPrintable(QString::number(anchor)));
-        const int column = (anchor - 1) % 3;
-        const int row = (anchor - 1) / 3;
-        QVERIFY((column == 0) == (x / count > 53) && (column == 2) == (x / count < 47));
-        QVERIFY((row == 2) == (y / count > 53) && (row == 0 || row == 3) == (y / count < 47));
-    }
+    // Right-to-left and broken texts leave ink, too.
     for (const char *text : {"שלום עולם", "\xff\xfe broken", "العربية"}) {
         Picture strange;
         LabelText label;
         drawLabel(strange.surface, {}, label, text, {{20.0, 50.0}});
         QVERIFY(strange.total() > 1000);
     }
+}
+
+void DrawingTest::turnedHatches()
+{
+    for (const auto &[angle, lines] :
+         {std::pair{0, 20}, {90, 0}, {60, 10}, {-30, 17}}) { // cos(angle) * 200 / 10
+        Picture picture(200);
+        const DataSet area =
+            memoryLayer({{"POLYGON((0 0,200 0,200 200,0 200,0 0))",
+                          "BRUSH(fc:#000000,s:10px,id:ogr-brush-3,a:" + QByteArray::number(angle) + ")"}});
+        drawn(picture, *area);
+        const QImage image = picture.image();
+        for (const int row : {30, 100, 170}) {
+            int found = 0;
+            bool dark = false;
+            for (int x = 0; x < 200; ++x) {
+                const int ink = 255 - qGray(image.pixel(x, row));
+                found += !dark && ink > 60 && angle != 90;
+                dark = ink > 60 || (dark && ink > 30);
+            }
+            QVERIFY2(std::abs(found - lines) <= 1, qPrintable(QStringLiteral("%1: %2").arg(angle).arg(found)));
+        }
+        if (angle == 60) { // counter-clockwise: the lines rise to the left, by a pixel on 1.73
+            const int first = qGray(image.pixel(100, 100));
+            QVERIFY(std::abs(qGray(image.pixel(100 - 52, 100 - 30)) - first) < 60);
+            int darkest = 255;
+            int palest = 0;
+            for (int at = 0; at < 20; ++at) {
+                const int along = qGray(image.pixel(100 + at * 26 / 15, 100 + at));
+                const int across = qGray(image.pixel(100 + at, 100 - at * 26 / 15));
+                QVERIFY(std::abs(along - first) < 130);
+                darkest = std::min(darkest, across);
+                palest = std::max(palest, across);
+            }
+            QVERIFY(palest - darkest > 130);
+        }
+        // As much ink at any angle: 20 lines of 200 pixels.
+        QVERIFY2(std::abs(picture.total() / 255 - 4000) < 200,
+                 qPrintable(QString::number(picture.total() / 255)));
+    }
+    Picture sparse(200); // two lines, 100 pixels apart
+    drawn(
+        sparse,
+        *memoryLayer({{"POLYGON((0 0,200 0,200 200,0 200,0 0))", "BRUSH(fc:#000000,s:100px,id:ogr-brush-3)"}}));
+    for (int x = 0; x < 200; x += 10)
+        QCOMPARE(sparse.ink(x, 77) > 200, x == 50 || x == 150);
+}
+
+void DrawingTest::symbolsAlongLines()
+{
+    Picture picture;
+    drawn(picture,
+          *memoryLayer({{"LINESTRING(10 80,40 80,90 80)", "SYMBOL(id:ogr-sym-3,s:4px,ds:20px,di:10px)"},
+                        {"LINESTRING(10 50,90 50)", "SYMBOL(id:ogr-sym-3,s:4px,ds:20px,dp:10px)"},
+                        {"LINESTRING(10 20,90 20)", "SYMBOL(id:ogr-sym-3,s:4px,di:30px,dp:-5px)"}}));
+    for (int x = 5; x < 100; x += 5) {
+        QCOMPARE(picture.ink(x, 80) > 200, x == 20 || x == 40 || x == 60 || x == 80);
+        QCOMPARE(picture.ink(x, 40) > 200, x == 10 || x == 30 || x == 50 || x == 70 || x == 90);
+        QCOMPARE(picture.ink(x, 25) > 200, x == 40);
+    }
+}
+
+/// Where the ink of a picture begins and ends, in rows and columns from the lower left.
+static QRect inkOf(Picture &picture)
+{
+    const QImage image = picture.image();
+    QRect bounds;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qGray(image.pixel(x, y)) < 128)
+                bounds |= QRect(x, image.height() - 1 - y, 1, 1);
+        }
+    }
+    return bounds;
+}
+
+void DrawingTest::labelAnchors()
+{
+    for (int anchor = 1; anchor <= 12; ++anchor) {
+        const auto inked = [&](const char *text) {
+            Picture picture;
+            drawn(picture,
+                  *memoryLayer(
+                      {{"POINT(50 50)",
+                        QByteArray("LABEL(s:20px,t:") + text + ",p:" + QByteArray::number(anchor) + ")"}}));
+            return inkOf(picture);
+        };
+        const QRect capital = inked("EE"); // stands on the base line
+        const QRect hanging = inked("pp"); // reaches below it
+        const int column = (anchor - 1) % 3;
+        QVERIFY2(capital.width() > 15 && capital.height() > 10, qPrintable(QString::number(anchor)));
+        QVERIFY(column != 0 || (capital.left() >= 50 && capital.left() < 55));
+        QVERIFY(column != 1 || std::abs(capital.center().x() - 50) < 3);
+        QVERIFY(column != 2 || (capital.right() <= 50 && capital.right() > 45));
+        const QByteArray name = QByteArray::number(anchor);
+        switch ((anchor - 1) / 3) {
+        case 0: // base line; QRect's top is the lowest row
+            QVERIFY2(std::abs(capital.top() - 50) <= 1 && hanging.top() < 48, name.constData());
+            break;
+        case 1:
+            QVERIFY2(capital.top() < 48 && capital.bottom() > 52, name.constData());
+            break;
+        case 2:
+            QVERIFY2(capital.bottom() < 50 && capital.bottom() > 40, name.constData());
+            break;
+        default:
+            QVERIFY2(hanging.top() >= 49 && capital.top() > 52, name.constData());
+        }
+    }
+}
+
+void DrawingTest::wordsOnSegments()
+{
+    for (const char mode : QByteArray("wha")) {
+        for (const char *line :
+             {"LINESTRING(10 50,100 50,190 50)", "LINESTRING(10 50,10 50,100 50,100 50,190 50)",
+              "LINESTRING(190 50,100 50,10 50)"}) {
+            Picture picture(200);
+            drawn(picture,
+                  *memoryLayer({{line, QByteArray("LABEL(t:\"II II II II\",s:16px,m:") + mode + ")"}}));
+            const QImage image = picture.image();
+            int letters = 0;
+            for (int x = 1; x < 200; ++x)
+                letters += qGray(image.pixel(x, 143)) < 160 && qGray(image.pixel(x - 1, 143)) >= 160;
+            QVERIFY2(letters == 8, qPrintable(QStringLiteral("%1 %2: %3").arg(mode).arg(line).arg(letters)));
+        }
+    }
+}
+
+void DrawingTest::placesOnLinesAndInAreas()
+{
+    const std::vector<Point> line{{0.0, 0.0}, {0.0, 0.0}, {10.0, 0.0}, {10.0, 20.0}, {10.0, 20.0}};
+    LineWalk walk(line);
+    for (const auto &[along, place] : {std::pair{-5.0, Place{{0.0, 0.0}, 0.0}},
+                                       {0.0, Place{{0.0, 0.0}, 0.0}},
+                                       {4.0, Place{{4.0, 0.0}, 0.0}},
+                                       {4.0, Place{{4.0, 0.0}, 0.0}},
+                                       {15.0, Place{{10.0, 5.0}, M_PI / 2.0}},
+                                       {30.0, Place{{10.0, 20.0}, M_PI / 2.0}},
+                                       {99.0, Place{{10.0, 20.0}, M_PI / 2.0}},
+                                       {100.0, Place{{10.0, 20.0}, M_PI / 2.0}}}) {
+        const Place found = walk.placeAt(along);
+        QVERIFY2(distance(found.point, place.point) < 1e-9 && std::abs(found.angle - place.angle) < 1e-9,
+                 qPrintable(QString::number(along)));
+        QVERIFY(distance(placeAt(line, along).point, place.point) < 1e-9);
+    }
+    QRandomGenerator random(5);
+    for (int round = 0; round < 200; ++round) {
+        std::vector<std::vector<Point>> rings(2);
+        std::vector<QPolygonF> polygons(2);
+        for (int ring = 0; ring < 2; ++ring) {
+            for (int at = 0; at < 12; ++at) {
+                const double reach = (0.3 + 0.7 * random.generateDouble()) * (ring == 0 ? 60.0 : 15.0);
+                rings[ring].push_back({reach * std::cos(at * M_PI / 6.0), reach * std::sin(at * M_PI / 6.0)});
+                polygons[ring] += QPointF(rings[ring].back().x, rings[ring].back().y);
+            }
+        }
+        const Point inside = pointInside(std::vector<std::span<const Point>>(rings.begin(), rings.end()));
+        QVERIFY(polygons[0].containsPoint({inside.x, inside.y}, Qt::OddEvenFill)
+                && !polygons[1].containsPoint({inside.x, inside.y}, Qt::OddEvenFill));
+    }
+    const std::vector<Point> flat{{3.0, 4.0}, {9.0, 4.0}, {3.0, 4.0}};
+    QCOMPARE(pointInside(std::vector<std::span<const Point>>{flat}), (Point{3.0, 4.0}));
 }
 
 void DrawingTest::geometries()
@@ -318,6 +559,48 @@ void DrawingTest::styleSources()
     QVERIFY(picture.ink(80, 50) > 50 && picture.ink(92, 50) == 0); // the default's dot
 }
 
+void DrawingTest::fieldsInStyles()
+{
+    const QByteArray style = "SYMBOL(id:ogr-sym-5,s:20px,c:{name},a:{absent})";
+    const DataSet points =
+        memoryLayer({{"POINT(20 50)", style}, {"POINT(80 50)", style}, {"POINT(50 80)", style}});
+    const char *values[] = {"#FF0000", "#0000FF", "),PEN("};
+    for (auto &feature : points->GetLayer(0)) {
+        feature->SetField("name", values[feature->GetFID()]);
+        QCOMPARE(points->GetLayer(0)->SetFeature(feature.get()), OGRERR_NONE);
+    }
+    Picture picture;
+    QCOMPARE(drawn(picture, *points).drawn, 3);
+    QCOMPARE(QColor(picture.image().pixel(20, 50)), QColor(Qt::red));
+    QCOMPARE(QColor(picture.image().pixel(80, 50)), QColor(Qt::blue));
+    QCOMPARE(QColor(picture.image().pixel(50, 20)), QColor(Qt::black));
+}
+
+void DrawingTest::portions()
+{
+    // A portion ends by what was drawn, however many features that are.
+    QByteArray line = "LINESTRING(0 0";
+    for (int at = 1; at < 1000; ++at)
+        line += "," + QByteArray::number(at % 100) + " " + QByteArray::number(at % 70);
+    const Feature heavy{line + ")", "PEN(w:1px)"};
+    const Feature label{"LINESTRING(0 50,100 50)", "LABEL(m:s,t:\"a stretched text of many letters\")"};
+    QList<Feature> features{heavy, heavy, heavy, heavy, label, label};
+    for (int at = 0; at < 1000; ++at)
+        features << Feature{"POINT(50 50)", "PEN()"};
+    Picture picture;
+    const DataSet dataset = memoryLayer(features);
+    FeatureLayer layer(*dataset->GetLayer(0), picture.view, picture.painter);
+    for (const auto &[vertices, count] :
+         {std::pair{1LL, 1}, {2000LL, 3}, {1LL, 4}, {10000LL, 5}, {10000LL, 6}}) {
+        QVERIFY(layer.drawNext(vertices));
+        QCOMPARE(layer.count(), count);
+    }
+    QVERIFY(layer.drawNext(1000));
+    QVERIFY(layer.count() > 20 && layer.count() < 200);
+    FeatureMask mask(*dataset->GetLayer(0), picture.view);
+    QVERIFY(mask.addNext(2000) && mask.addNext(1000) && !mask.addNext(1000000));
+}
+
 void DrawingTest::areasAtTheEdge()
 {
     // A hole that begins outside of the picture tears no wedge, and a thin area keeps its cover.
@@ -364,8 +647,8 @@ void DrawingTest::hostileFeatures()
     const QByteArray text = QByteArray(100000, 'x');
     Picture picture;
     const Counts counts = drawn(picture,
-                                *memoryLayer({{longLine, "SYMBOL(id:ogr-sym-3,s:2px,dp:1px)"},
-                                              {"LINESTRING(-1e300 50,1e300 50)", "SYMBOL(id:ogr-sym-3,dp:5px)"},
+                                *memoryLayer({{longLine, "SYMBOL(id:ogr-sym-3,s:2px,ds:1px)"},
+                                              {"LINESTRING(-1e300 50,1e300 50)", "SYMBOL(id:ogr-sym-3,ds:5px)"},
                                               {"LINESTRING(10 50,500010 50)", "LABEL(t:\"a\",m:a)"},
                                               {"POINT(50 50)", "LABEL(t:\"{name}\",w:1e9,s:1e9px)"},
                                               {"LINESTRING(0 0,9 9)", "LABEL(t:\"" + text + "\",m:s)"},
@@ -374,9 +657,6 @@ void DrawingTest::hostileFeatures()
     QCOMPARE(picture.surface.error(), std::string());
     QVERIFY(picture.ink(20, 20) > 200); // what comes after them is drawn
     QVERIFY(picture.ink(50, 50) > 0);
-    const DataSet nothing = memoryLayer({});
-    FeatureMask huge(*nothing->GetLayer(0), {40000, 10, {0.0, 1.0, 0.0, 10.0, 0.0, -1.0}, {}});
-    QVERIFY(!huge.error().empty() && !huge.addNext(1) && huge.coverage(5, 5) == 0);
 }
 
 void DrawingTest::maskAgainstPointInPolygon()
@@ -428,6 +708,54 @@ void DrawingTest::maskAgainstPointInPolygon()
     }
 }
 
+void DrawingTest::maskOfSeveralAreas()
+{
+    const auto box = [](double left, double bottom, double right, double top) {
+        return QStringLiteral("POLYGON((%1 %2,%3 %2,%3 %4,%1 %4,%1 %2))")
+            .arg(left)
+            .arg(bottom)
+            .arg(right)
+            .arg(top)
+            .toLatin1();
+    };
+    const View view{40, 4, {0.0, 1.0, 0.0, 4.0, 0.0, -1.0}, {}};
+    const DataSet areas = memoryLayer({{box(0, 0, 1.5, 1), ""},
+                                       {box(0, 0, 1.5, 1), ""}, // the same again
+                                       {box(4, 0, 4.5, 1), ""},
+                                       {box(4.5, 0, 5, 1), ""}, // the other half
+                                       {box(8, 0, 8.75, 1), ""},
+                                       {box(8.25, 0, 9, 1), ""}, // overlaps in the middle
+                                       {box(12, 0, 12.5, 1), ""},
+                                       {box(12, 0, 13, 0.5), ""}, // crosses it
+                                       {"POLYGON((20 0,30 0,30 4,20 4,20 0),(22 1,28 1,28 3,22 3,22 1))", ""},
+                                       {box(23, 1, 25, 3), ""}}); // in the hole
+    FeatureMask mask(*areas->GetLayer(0), view);
+    while (mask.addNext(1)) { }
+    for (const auto &[column, cover] :
+         {std::pair{0, 255}, {1, 127}, {2, 0}, {4, 255}, {8, 255}, {12, 191}, {13, 0}})
+        QVERIFY2(std::abs(mask.coverage(column, 3) - cover) <= 1, qPrintable(QString::number(column)));
+    for (const auto &[column, cover] : {std::pair{21, 255}, {22, 0}, {23, 255}, {24, 255}, {25, 0}, {28, 255}})
+        QCOMPARE(int(mask.coverage(column, 1)), cover);
+
+    // Beyond the size of any picture, either way.
+    for (const bool wide : {true, false}) {
+        const int side = 70000;
+        const DataSet far = memoryLayer({{wide ? box(1, 1, side - 0.5, 3) : box(1, 0.5, 3, side - 1), ""}});
+        const View large{wide ? side : 4, wide ? 4 : side, {0.0, 1.0, 0.0, wide ? 4.0 : side, 0.0, -1.0}, {}};
+        FeatureMask huge(*far->GetLayer(0), large);
+        while (huge.addNext(1)) { }
+        QCOMPARE(huge.error(), std::string());
+        for (int at = 1; at < side - 1; ++at) {
+            if (huge.coverage(wide ? at : 2, wide ? 2 : at) != 255
+                || huge.coverage(wide ? at : 0, wide ? 0 : at) != 0)
+                QFAIL(qPrintable(QString::number(at)));
+        }
+        QVERIFY(std::abs(huge.coverage(wide ? side - 1 : 2, wide ? 2 : side - 1) - 127) <= 1);
+    }
+    FeatureMask empty(*areas->GetLayer(0), {0, 10, {0.0, 1.0, 0.0, 10.0, 0.0, -1.0}, {}});
+    QVERIFY(!empty.error().empty() && !empty.addNext(1) && empty.coverage(0, 5) == 0 && !empty.pixels());
+}
+
 void DrawingTest::pageOfEverything()
 {
     QList<Feature> features;
@@ -477,7 +805,7 @@ void DrawingTest::pageOfEverything()
                 .arg(y + 25)
                 .arg(x + 250)
                 .toLatin1(),
-            QByteArray("PEN(c:#B0B8C0,w:1px);LABEL(t:\"Crête du {name}\",s:13px,c:#203040,o:#FFFFFF,p:10,m:")
+            QByteArray("PEN(c:#B0B8C0,w:1px);LABEL(t:\"Crête du {name}\",s:13px,c:#203040,o:#FFFFFF,p:1,m:")
                 + modes[at] + ")"};
     }
     features << Feature{"POINT(310 50)", "LABEL(t:\"שלום עולם\",s:20px,c:#204080,b:#F0E8D0,p:10)"};

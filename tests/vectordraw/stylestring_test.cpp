@@ -17,6 +17,7 @@ private slots:
     void units_data();
     void units();
     void expandedText();
+    void fieldsInParameters();
     void anyBytes();
 };
 
@@ -59,10 +60,12 @@ struct Description
             QStringLiteral("symbol %1%2 %3 %4 %5 a%6")
                 .arg(QString::number(int(symbol.shape)), symbol.filled ? "f" : "", described(symbol.color),
                      described(symbol.outline), described(symbol.size), QString::number(symbol.angle));
-        if (symbol.shape == Shape::Glyph)
+        if (symbol.glyph != 0)
             text += QStringLiteral(" U%1 %2").arg(symbol.glyph).arg(QString::fromStdString(symbol.font));
         if (symbol.step.value != 0.0)
-            text += " every " + described(symbol.step);
+            text += QStringLiteral(" every %1 from %2 beside %3")
+                        .arg(described(symbol.step), described(symbol.initialOffset),
+                             described(symbol.perpendicular));
         return text;
     }
     QString operator()(const LabelText &label) const
@@ -95,15 +98,24 @@ void StyleStringTest::strings_data()
     row("PEN(w:3)", {"pen 000000ff 3mm"});
     row("PEN(w:1px,id:\"mapinfo-pen-2.7,ogr-pen-2\")", {pen + " 6w 3w"});
     row("PEN(p:\"4px 5pt\",id:ogr-pen-7)", {pen + " 4px 5pt"});
+    row("PEN(p:\"24 6 4 6px\")", {pen + " 24px 6px 4px 6px"});
+    row("PEN(p:\"1 2px 3 4pt 5\")", {pen + " 1px 2px 3pt 4pt 5pt"});
+    row("PEN(p:\"1 2\")", {pen + " 1mm 2mm"});
+    row("PEN(id:\"ogr-pen-99,ogr-pen-3\")", {pen + " 3w 3w"});
     row("PEN(id:\"ogr-pen-1\")", {pen + " invisible"});
+    row("Pen(C:#FF0000,W:5px,CAP:P,Id:OGR-PEN-0)", {"pen ff0000ff 5px cap2 join0"});
     row("PEN(cap:p,j:r,dp:-2g)", {pen + " cap2 join1 dp-2g"});
     row("PEN", {pen});
     row("PEN()", {pen});
     row("BRUSH(fc:#010203,bc:#04050607,id:\"ogr-brush-6\",a:45,s:1cm)",
         {"brush 010203ff 04050607 hatch6 1cm a45"});
     row("SYMBOL(id:\"ogr-sym-9\",c:#00FF00,o:#0000FF,s:12pt,a:-30)", {"symbol 5f 00ff00ff 0000ffff 12pt a-30"});
-    row("SYMBOL(id:\"font-sym-65,ogr-sym-9\",f:\"Some Font\",dp:10px)",
-        {"symbol 7 000000ff 00000000 8px a0 U65 Some Font every 10px"});
+    row("SYMBOL(id:\"font-sym-65,ogr-sym-9\",f:\"Some Font\",ds:10px,dp:2px,di:3px)",
+        {"symbol 5f 000000ff 00000000 8px a0 U65 Some Font every 10px from 3px beside 2px"});
+    row("SYMBOL(id:\"ogr-sym-3,font-sym-65\",s:2)", {"symbol 2f 000000ff 00000000 16px a0"});
+    row("BRUSH(s:1.5,id:\"mapinfo-brush-3,ogr-brush-9,ogr-brush-2\")",
+        {"brush 808080ff 00000000 hatch2 12px a0"});
+    row("SYMBOL(c:{colour})", {"symbol 0 000000ff 00000000 8px a0"}, 1);
     row("LABEL(f:\"Arial, Helvetica\",s:12pt,t:\"He said \\\"{NAME}, (x)\\\"; \",p:11,m:s,bo:1,it:1,un:1)",
         {"label <He said \"{NAME}, (x)\"; > Arial, Helvetica 12pt p11 m2biu"});
     row("LABEL(t:{NAME},s:5)", {"label <{NAME}> Sans 5mm p1 m0"});
@@ -168,11 +180,34 @@ void StyleStringTest::expandedText()
     QCOMPARE(parseStyle(" @road ; PEN()").reference, std::string("road"));
 }
 
+void StyleStringTest::fieldsInParameters()
+{
+    const auto values = [](std::string_view name, std::string &value) {
+        value = name == "colour" ? "#00FF00" : name == "size" ? "3" : "),PEN(w:9px,\"{size}";
+        return name != "absent";
+    };
+    const auto described = [&](const char *text) {
+        const StyleReading reading = parseStyle(text, values);
+        QStringList found{reading.usesFields ? "fields" : "fixed"};
+        for (const Tool &tool : reading.style)
+            found += std::visit(Description(), tool);
+        return found;
+    };
+    QCOMPARE(described("PEN(c:{colour},w:{size}px,p:\"{size} 1px\")"),
+             QStringList({"fields", "pen 00ff00ff 3px 3px 1px"}));
+    QCOMPARE(described("PEN(l:{size});BRUSH(a:{absent},l:2)"),
+             QStringList({"fields", "brush 808080ff 00000000 hatch0 8px a0", "pen 000000ff 1px"}));
+    // A value is no part of the grammar; a label's text waits for its feature.
+    QCOMPARE(described("SYMBOL(f:{wild},id:font-sym-65)"),
+             QStringList({"fields", "symbol 0 000000ff 00000000 8px a0 U65 ),PEN(w:9px,\"{size}"}));
+    QCOMPARE(described("LABEL(t:\"{wild}\")"), QStringList({"fixed", "label <{wild}> Sans 12pt p1 m0"}));
+}
+
 void StyleStringTest::anyBytes()
 {
     const QByteArray seeds[] = {
         "PEN(c:#FF0000,w:5px,p:\"4px 5px\",id:\"ogr-pen-2\");BRUSH(fc:#010203,id:ogr-brush-3)",
-        "LABEL(f:\"Arial\",t:\"\\\"{A},(;\",p:11,m:s);SYMBOL(id:\"font-sym-65\",dp:1g,l:9)"};
+        "LABEL(f:\"Arial\",t:\"\\\"{A},(;\",p:11,m:s);SYMBOL(id:\"font-sym-65\",dp:1g,c:{F},l:9)"};
     QRandomGenerator random(7);
     for (int round = 0; round < 20000; ++round) {
         QByteArray text = seeds[round % 2];

@@ -180,7 +180,11 @@ void PreviewsTest::vectorProducts()
         return count;
     };
     QTRY_VERIFY(coloured(dialog.output()->picture()) > 500); // coloured lines over grey elevations
-    const QImage tenMetres = dialog.output()->picture();
+    QImage tenMetres;
+    while (tenMetres != dialog.output()->picture()) { // each slice of the drawing adds lines
+        tenMetres = dialog.output()->picture();
+        QTest::qWait(100);
+    }
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("0.000"); // not valid for the tool
     QVERIFY(!dialog.hasOutput());
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("50.000");
