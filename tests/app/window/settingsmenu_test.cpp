@@ -130,11 +130,8 @@ void SettingsMenuTest::addRows()
             .trigonometric = true, .zeroForFlat = false, .computeEdges = false, .zevenbergenThorne = true},
         "c.tif");
     row("TRI", TerrainIndexOptions{}, "d.tif");
-    ContourOptions contours{.interval = 10.12345,
-                            .attribute = "",
-                            .threeD = true,
-                            .noDataValue = -32768.0,
-                            .offset = 0.5};
+    ContourOptions contours{
+        .interval = 10.12345, .attribute = "", .threeD = true, .noDataValue = -32768.0, .offset = 0.5};
     row("contour", contours, "e.shp");
     contours = {.attribute = "Zé", .fixedLevels = "450 500.5", .everyValueValid = true};
     row("contour, levels", contours, "e.shp");
