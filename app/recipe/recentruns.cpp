@@ -74,7 +74,8 @@ QByteArray fileText(const QJsonArray &entries)
 QList<RecentRun> readRecentRuns(const QString &file, int most)
 {
     QList<RecentRun> runs;
-    for (const QJsonValue &value : entriesOf(file)) {
+    const QJsonArray entries = entriesOf(file);
+    for (const QJsonValue &value : entries) {
         if (runs.size() == most)
             break;
         if (const auto run = readRun(value.toObject()))
