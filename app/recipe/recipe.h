@@ -28,13 +28,11 @@ struct RecipeReading
 /// Reads a recipe, a JSON object (UTF-8):
 ///
 ///     {"format": 1, "process": "hillshade", "input": "dem.tif", "output": "relief.tif",
-///      "band": 1, "outputFormat": "GTiff", "layerName": "contour", "tiled": false, "worldFile": false,
-///      "overviews": false,
-///      "options": {"altitude": 60}}
+///      "band": 1, "tiled": true, "options": {"altitude": 60}}
 ///
-/// "format" and "process" are required. The names of the output options are those of outputOptionFields(), the
-/// members of "options" are the fields of the process's option record. An unknown member is a problem, so that
-/// typing mistakes are noticed. Relative paths are relative to `folder`.
+/// "format" and "process" are required. The names of the output options, such as "tiled", are those of
+/// outputOptionFields(), the members of "options" are the fields of the process's option record. An unknown
+/// member is a problem, so that typing mistakes are noticed. Relative paths are relative to `folder`.
 RecipeReading readRecipe(const QByteArray &json, const QString &folder);
 
 /// Reads a recipe file of at most 64 MiB. The problem begins with the file's name.
