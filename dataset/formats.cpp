@@ -24,9 +24,9 @@ constexpr FormatTraits rows[] = {
     {.driver = "DXF", .vector = refused}, // has fixed layers
     // Under its other extensions the driver would make an archive, or a table without shapes.
     {.driver = "ESRI Shapefile",
+     .longestAttribute = 10,
      .extensions = "shp",
      .sideExtensions = "shx dbf prj cpg qix sbn sbx idm ind qpj",
-     .longestAttribute = 10,
      .reservedAttributes = "id"},
     {.driver = "FITS", .vector = refused}, // holds no geometries
     {.driver = "GIF", .bands = FormatBands::One},

@@ -41,6 +41,9 @@ struct FormatTraits
     FormatBands bands = FormatBands::Any;
     OverviewPlace overviews = OverviewPlace::Beside;
 
+    /// Longest name of an attribute in bytes of UTF-8; 0: any name. Runs with a longer one fail or lose lines.
+    int longestAttribute = 0;
+
     /// Side files bear the product's whole name ("a.tif.aux.xml") and never its base name ("a.hdr").
     bool keepsToWholeName = false;
 
@@ -51,9 +54,6 @@ struct FormatTraits
     /// Extensions of side files of the base name, separated by blanks; empty: none of a vector format, the
     /// usual ones of a raster format.
     const char *sideExtensions = "";
-
-    /// Longest name of an attribute in bytes of UTF-8; 0: any name. Runs with a longer one fail or lose lines.
-    int longestAttribute = 0;
 
     /// Names of attributes in lower case, separated by blanks, that the format or the contour tool's own "ID"
     /// takes; the case of letters does not count.
