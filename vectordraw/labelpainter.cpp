@@ -90,12 +90,6 @@ Point cornerOf(int anchor, const Extent &extent)
     return {-extent.width * column / 2.0, y};
 }
 
-void useColor(cairo_t *cairo, const Color &color)
-{
-    cairo_set_source_rgba(cairo, color.red / 255.0, color.green / 255.0, color.blue / 255.0,
-                          color.alpha / 255.0);
-}
-
 /// Draws the layout at a place of the picture; `wanted` stretches it to that width, in pixels.
 class TextDrawing
 {

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "vectordraw/geometry.h"
+#include "vectordraw/hatch.h"
 #include "vectordraw/stylestring.h"
 #include "vectordraw/surface.h"
 
-#include <memory>
 #include <span>
-
-struct _cairo_pattern; // NOLINT(bugprone-reserved-identifier): the library names it so
 
 namespace vectordraw
 {
@@ -53,25 +51,19 @@ public:
     long long drawSymbolsAlong(const std::vector<Point> &line, const Symbol &symbol);
 
 private:
-    struct Release
-    {
-        void operator()(_cairo_pattern *pattern) const;
-    };
-
     void usePen(const Pen &pen, double width);
     void useBrush(const Brush &brush);
-    _cairo_pattern *makeHatch(const Brush &brush);
     void stroke(std::span<const Point> line, const Rect &rect);
     void shapePath(const Symbol &symbol, double radius);
 
     Surface &m_surface;
     Resolution m_resolution;
+    HatchPatterns m_hatches;
     Rect m_visible;
     std::vector<std::vector<Point>> m_rings; ///< of the area; room that is used again
     std::size_t m_ringCount = 0;
     std::vector<Point> m_clipped;
     std::vector<Point> m_scratch;
-    std::vector<std::pair<Brush, std::unique_ptr<_cairo_pattern, Release>>> m_hatches; ///< the last ones made
     std::vector<double> m_dashes; ///< of the pen in use, in pixels
     Pen m_pendingPen;             ///< the pen in use
     int m_pendingVertices = 0;    ///< of lines that are in the surface's path and not yet stroked

@@ -95,4 +95,10 @@ std::string Surface::finish()
     return before.empty() && status != CAIRO_STATUS_SUCCESS ? cairo_status_to_string(status) : before;
 }
 
+void useColor(_cairo *context, const Color &color)
+{
+    cairo_set_source_rgba(context, color.red / 255.0, color.green / 255.0, color.blue / 255.0,
+                          color.alpha / 255.0);
+}
+
 } // namespace vectordraw

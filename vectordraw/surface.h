@@ -1,5 +1,7 @@
 #pragma once
 
+#include "vectordraw/stylestring.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -59,5 +61,8 @@ private:
     int m_width;
     int m_height;
 };
+
+/// Makes the colour, with its alpha, what the drawing context fills and strokes with.
+void useColor(_cairo *context, const Color &color);
 
 } // namespace vectordraw

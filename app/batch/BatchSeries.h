@@ -5,8 +5,8 @@
 
 #include <QVector>
 
-/// Runs one recipe over several DEMs, one after another, with a line on standard output for each. After a run
-/// that fails, the series goes on.
+/// Runs one recipe over several DEMs, one after another, with a line on standard output for each DEM. A failed
+/// run does not stop the series.
 class BatchSeries : public QObject
 {
     Q_OBJECT

@@ -8,7 +8,8 @@ class QSocketNotifier;
 
 /// Turns the signals that ask a process to end (Ctrl-C, SIGTERM, a closed terminal) into a Qt signal of the
 /// event loop. Does nothing on a platform without such signals. A process has at most one object of this class.
-/// While it exists SIGPIPE is ignored: a run goes on when nobody reads its progress any more.
+/// The object also ignores SIGPIPE, so that a run continues after the reader of its progress has closed the
+/// pipe.
 class StopSignals : public QObject
 {
     Q_OBJECT

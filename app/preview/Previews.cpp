@@ -24,8 +24,8 @@ QString sourceName(const PreviewDem &dem, const QRect &part)
              QString::number(part.width()), QString::number(part.height()));
 }
 
-/// Path of a file of that name in a folder of its own. `file` keeps the path from one call to the next. The
-/// folder is made again where somebody removed it. Empty when no folder can be made.
+/// Path of a file called `name` in a folder of its own. `file` keeps the path from one call to the next. A
+/// folder that was removed meanwhile is made again. Empty when no folder can be made.
 QString fileInOwnFolder(WorkFolder &workFolder, QString &file, const QString &name)
 {
     if (file.isEmpty()) {

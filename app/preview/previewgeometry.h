@@ -15,8 +15,8 @@
 /// The longest side of a reduced copy, in cells.
 constexpr int longestReducedSide = 800;
 
-/// Size of the reduced copy of so many columns and rows: no side is longer than longestReducedSide, and none is
-/// enlarged.
+/// Size of the reduced copy of a DEM, both in columns and rows: the copy keeps the DEM's shape, its sides have
+/// at most longestReducedSide cells, and a smaller DEM keeps its size.
 QSize reducedSize(const QSize &cells);
 
 /// The part of a DEM that a preview is computed on: the view `seen`, or the whole DEM where it is empty; a
@@ -45,7 +45,7 @@ QString reductionArguments(const Reduction &reduction);
 /// shape of the area, as far as the DEM reaches.
 QRectF zoomed(const QRectF &view, const QPointF &at, double factor, const QSize &dem, const QSizeF &area);
 
-/// The view moved by so many columns and rows, within the DEM.
+/// The view moved by `by`, in columns and rows, and kept within the DEM.
 QRectF moved(const QRectF &view, const QPointF &by, const QSize &dem);
 
 /// The rectangle of a widget's area, in pixels, in which the view is shown with square cells: at the upper

@@ -28,8 +28,8 @@ ProductKind productKind(const ProcessingRequest &request);
 /// GDAL's short name of the driver that writes the product.
 QString outputFormat(const ProcessingRequest &request);
 
-/// The arguments of the process's tool as one text. Paths are quoted for the runner, and double blanks are part
-/// of the grammar: kept so on purpose. Empty where no process is chosen.
+/// The arguments of the process's tool as one text, empty where no process is chosen. Paths are quoted for the
+/// runner. Some arguments have two blanks between them; this is kept so on purpose.
 QString processArguments(const ProcessingRequest &request);
 
 /// The command line for the runner: the quoted path of a tool and its arguments.

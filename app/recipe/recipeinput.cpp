@@ -7,8 +7,8 @@
 namespace
 {
 
-/// Adds what a run needs besides the argument fragment of its options. There is one overload for each process
-/// that needs more.
+/// Adds the tool's input besides the argument fragment: colour table, observers, warnings. Each process with
+/// such an input has an overload.
 class Preparation
 {
 public:

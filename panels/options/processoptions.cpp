@@ -78,8 +78,26 @@ template <class Record> RecordField<Record> scaleTextField()
                       "rapport de l'unité verticale à l'unité horizontale, un nombre positif");
 }
 
-/// A typed ratio that is given without a row of the list is used.
-template <class Record> void completeScale(Record &options, const QStringList &givenFields)
+/// A record with a ratio of units: a row of the scale list or a typed text.
+template <class Record>
+concept HasScale = requires(Record record)
+{
+    record.scaleIndex;
+    record.scaleText;
+};
+
+template <HasScale Record> QString runProblem(const Record &options)
+{
+    return scaleProblem(options.scaleIndex, options.scaleText);
+}
+
+template <HasScale Record> QString fieldProblem(const Record &options)
+{
+    return options.scaleText.isEmpty() ? QString() : runProblem(options);
+}
+
+/// A typed ratio is used where it is given and no row of the list is.
+template <HasScale Record> void complete(Record &options, const QStringList &givenFields, const QString &)
 {
     if (givenFields.contains(QLatin1String("scaleText")) && !givenFields.contains(QLatin1String("scaleIndex")))
         options.scaleIndex = -1;
@@ -105,21 +123,6 @@ QVector<RecordField<ShadedOptions>> fieldsOf(const ShadedOptions &)
     };
 }
 
-QString runProblem(const ShadedOptions &options)
-{
-    return scaleProblem(options.scaleIndex, options.scaleText);
-}
-
-QString fieldProblem(const ShadedOptions &options)
-{
-    return options.scaleText.isEmpty() ? QString() : runProblem(options);
-}
-
-void complete(ShadedOptions &options, const QStringList &givenFields, const QString &)
-{
-    completeScale(options, givenFields);
-}
-
 // Slope.
 
 QVector<RecordField<SlopeOptions>> fieldsOf(const SlopeOptions &)
@@ -131,21 +134,6 @@ QVector<RecordField<SlopeOptions>> fieldsOf(const SlopeOptions &)
         edgesField<SlopeOptions>(),
         methodField<SlopeOptions>(),
     };
-}
-
-QString runProblem(const SlopeOptions &options)
-{
-    return scaleProblem(options.scaleIndex, options.scaleText);
-}
-
-QString fieldProblem(const SlopeOptions &options)
-{
-    return options.scaleText.isEmpty() ? QString() : runProblem(options);
-}
-
-void complete(SlopeOptions &options, const QStringList &givenFields, const QString &)
-{
-    completeScale(options, givenFields);
 }
 
 // Aspect.
