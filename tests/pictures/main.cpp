@@ -111,6 +111,18 @@ void addMainDialog(Album &album)
         waitForPreview();
         album.add(dialog, tabs->widget(index)->objectName());
     }
+    // The notes below the fields of options that cannot be used.
+    dialog.setRecipe({.process = QStringLiteral("slope"),
+                      .options = SlopeOptions{.scaleIndex = -1, .scaleText = QStringLiteral("1 -of PNG")}});
+    waitForPreview();
+    album.add(dialog, QStringLiteral("slope_notes"));
+    dialog.setRecipe({.process = QStringLiteral("contour"),
+                      .options = ContourOptions{.attribute = QStringLiteral("élévation_m"),
+                                                .fixedLevels = QStringLiteral("40 20 10"),
+                                                .noDataValue = -2147483648.0,
+                                                .offset = 1234567.0}});
+    waitForPreview();
+    album.add(dialog, QStringLiteral("contour_notes"));
     QMenu &menu = *dialog.findChild<QToolButton *>(QStringLiteral("m_pTBSettings"))->menu();
     menu.resize(menu.sizeHint());
     album.add(menu, QStringLiteral("settings_menu"));

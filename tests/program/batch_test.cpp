@@ -322,6 +322,13 @@ void BatchTest::existingOutputIsKept()
     QCOMPARE(bytesOf(path("product.tif")), QByteArray("precious"));
     QCOMPARE(batch(hillshade("product.tif", {"--overwrite"})).code, 0);
     QVERIFY(bytesOf(path("product.tif")).startsWith("II*"));
+
+    // Side files alone, which would be read with the new product.
+    QVERIFY(QFile::remove(path("product.tif")));
+    writeFile(path("product.tif.ovr"), "stale");
+    QCOMPARE(batch(hillshade("product.tif")).code, 2);
+    QCOMPARE(batch(hillshade("product.tif", {"--overwrite"})).code, 0);
+    QVERIFY(!QFile::exists(path("product.tif.ovr")));
 }
 
 void BatchTest::inputIsNeverOverwritten()
