@@ -1,4 +1,5 @@
 #include "app/process/tools.h"
+#include "app/startup/StopSignals.h"
 #include "app/startup/console.h"
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
@@ -79,6 +80,33 @@ void applyStartupOptions(const StartupOptions &options, quvoGdalUtilities &dialo
         dialog.setInputDem(options.startingDtm);
 }
 
+/// Stops the run when Qt ends the process with exit(), as it does when the display server ends. The dialog's
+/// destructor does not run then, and would need the server.
+struct RunGuard
+{
+    RunGuard() = default;
+    Q_DISABLE_COPY_MOVE(RunGuard)
+    ~RunGuard()
+    {
+        if (dialog)
+            dialog->abandonRun();
+    }
+
+    quvoGdalUtilities *dialog = nullptr;
+};
+
+/// Ends the program as the window's Close button does, but without a question, when a signal asks for it or the
+/// desktop session ends. Another window, such as a box with a question, must not keep the program alive then.
+void endOnRequest(const StopSignals &stopSignals, QApplication &application, quvoGdalUtilities &dialog)
+{
+    const auto end = [&dialog] {
+        dialog.closeAtOnce();
+        QApplication::exit();
+    };
+    QObject::connect(&stopSignals, &StopSignals::stopRequested, &dialog, end);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &dialog, end);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -105,11 +133,16 @@ int main(int argc, char *argv[])
     prepareGdal(environment);
 
     auto dialog = std::make_unique<quvoGdalUtilities>(tools, nullptr, mainWindowFlags);
+    static RunGuard guard;
+    guard.dialog = dialog.get();
     dialog->show();
     applyStartupOptions(readStartupOptions(QApplication::arguments()), *dialog);
 
+    const StopSignals stopSignals;
+    endOnRequest(stopSignals, application, *dialog);
     QObject::connect(&application, &QApplication::lastWindowClosed, &application, &QApplication::quit);
     const int exitCode = QApplication::exec();
+    guard.dialog = nullptr;
     dialog.reset();
     return exitCode;
 }

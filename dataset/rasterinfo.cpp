@@ -58,6 +58,20 @@ void addFiles(GDALDataset &dataset, QStringList &names)
     }
 }
 
+/// Why GDAL opened no raster, in a sentence and, where it helps, GDAL's own words.
+QString unreadableProblem(const QString &path, const QString &gdalText)
+{
+    const QFileInfo file(path);
+    if (isVirtualPath(path) || !file.isAbsolute()) // a name inside a file, or with a driver's prefix
+        return gdalText;
+    if (!file.exists())
+        return labelText({"MESS_RASTER_ABSENT", "Ce fichier n'existe pas."});
+    if (!file.isReadable())
+        return labelText({"MESS_RASTER_DROITS", "Vous n'avez pas le droit de lire ce fichier."});
+    return labelText({"MESS_RASTER_INCONNU", "Ce fichier n'est pas un raster que GDAL peut lire."})
+        + QLatin1Char('\n') + gdalText;
+}
+
 } // namespace
 
 RasterInfo readRasterInfo(const QString &path)
@@ -67,7 +81,7 @@ RasterInfo readRasterInfo(const QString &path)
     const std::unique_ptr<GDALDataset> dataset(
         GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
     if (!dataset) {
-        info.problem = messages.lastError();
+        info.problem = unreadableProblem(path, messages.lastError());
         return info;
     }
     info.width = dataset->GetRasterXSize();

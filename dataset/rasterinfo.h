@@ -11,10 +11,10 @@ struct RasterInfo
     int bandCount = 0; ///< bands are numbered from 1
     QStringList files; ///< local files of the data set, including those that a virtual raster refers to and the
                        ///< archive that holds a virtual path
-    QString problem;   ///< GDAL's reason why it could not be opened; empty otherwise
+    QString problem; ///< why it could not be opened, in a sentence, with GDAL's words after it; empty otherwise
 };
 
 /// Opens the raster read-only and closes it again; nothing is written beside it. A data set without bands (a
-/// container of subdatasets) is reported as a problem. path: a local file, or a name in one of GDAL's virtual
-/// file systems.
+/// container of subdatasets) is reported as a problem. path: the absolute path of a local file, or a name in
+/// one of GDAL's virtual file systems.
 RasterInfo readRasterInfo(const QString &path);

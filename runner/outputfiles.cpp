@@ -59,7 +59,7 @@ void deleteOutputFile(const QuvoOutputFile &file)
 QStringList namesakes(const QuvoOutputFile &output)
 {
     // A database's journals stand under its whole name and a hyphen.
-    static const QStringList journals{"-journal", "-wal", "-shm"};
+    const QStringList journals{"-journal", "-wal", "-shm"};
     const QFileInfo file(output.path);
     const QString base = file.completeBaseName();
     QStringList found;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/batch/StopSignals.h"
 #include "app/batch/request.h"
 #include "app/batch/terminalprogress.h"
 #include "app/run/ProductRun.h"
+#include "app/startup/StopSignals.h"
 #include "runner/QuvoScriptRunner.h"
 
 #include <QObject>

@@ -51,8 +51,7 @@ InputDem::InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog)
     m_typingTimer.setSingleShot(true);
     m_typingTimer.setInterval(typingPause);
 
-    connect(m_paths, qOverload<int>(&QComboBox::activated), this,
-            [this](int row) { open(m_paths->itemText(row), KeepOrder); });
+    connect(m_paths, qOverload<int>(&QComboBox::activated), this, &InputDem::openListed);
     connect(m_paths->lineEdit(), &QLineEdit::textEdited, this, &InputDem::onTyped);
     m_paths->installEventFilter(this);
     m_paths->lineEdit()->installEventFilter(this);
@@ -94,10 +93,12 @@ bool InputDem::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::Wheel && watched == m_paths)
         return true;
     if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            open(m_paths->currentText(), MoveToFront);
-            return true;
+        const auto key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+            const bool launches = key->modifiers().testFlag(Qt::ControlModifier); // handled by the dialog
+            if (!launches || path().isEmpty())
+                openTyped();
+            return !launches;
         }
     }
     return QObject::eventFilter(watched, event);
@@ -105,7 +106,52 @@ bool InputDem::eventFilter(QObject *watched, QEvent *event)
 
 bool InputDem::choose(const QString &path)
 {
-    return open(path, MoveToFront);
+    if (open(path, MoveToFront))
+        return true;
+    if (!path.isEmpty()) {
+        showOpenedPath();
+        warn(path);
+    }
+    return false;
+}
+
+/// Opens the typed path. Where that fails the text stays, so that the user can mend it, and there is no DEM.
+void InputDem::openTyped()
+{
+    const QString typed = m_paths->currentText();
+    if (typed.isEmpty() || open(typed, MoveToFront))
+        return;
+    emit changed(path());
+    warn(typed);
+}
+
+void InputDem::openListed(int row)
+{
+    const QString listed = m_paths->itemText(row);
+    if (open(listed, KeepOrder))
+        return;
+    showOpenedPath();
+    warn(listed);
+}
+
+/// Shows the path of the open DEM again.
+void InputDem::showOpenedPath()
+{
+    {
+        const QSignalBlocker blocker(m_paths);
+        m_paths->setCurrentIndex(m_paths->findText(m_path));
+        m_paths->setEditText(m_path);
+    }
+    emit changed(path());
+}
+
+/// Says why the file was not opened.
+void InputDem::warn(const QString &file)
+{
+    Prompt::warning(
+        m_dialog,
+        QStringLiteral("%1\n\n%2\n\n%3")
+            .arg(labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}), file, m_problem));
 }
 
 void InputDem::select()
@@ -134,16 +180,7 @@ bool InputDem::open(const QString &typed, Listing listing)
         accept(name, info, listing);
         return true;
     }
-    {
-        const QSignalBlocker blocker(m_paths);
-        m_paths->setCurrentIndex(m_paths->findText(m_path));
-        m_paths->setEditText(m_path);
-    }
-    emit changed(path());
-    Prompt::warning(
-        m_dialog,
-        QStringLiteral("%1\n\n%2")
-            .arg(labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}), typed));
+    m_problem = info.problem;
     return false;
 }
 

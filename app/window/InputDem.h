@@ -65,6 +65,10 @@ private:
     };
 
     bool open(const QString &typed, Listing listing);
+    void openTyped();
+    void openListed(int row);
+    void showOpenedPath();
+    void warn(const QString &file);
     void updateDem();
     void onTyped();
     void tryTyped();
@@ -75,7 +79,8 @@ private:
     QComboBox *m_bands;
     QWidget *m_dialog;
     QTimer m_typingTimer;
-    QString m_path; ///< path of the DEM that was opened last, as the combo box shows it
+    QString m_path;    ///< path of the DEM that was opened last, as the combo box shows it
+    QString m_problem; ///< why open() failed last, in a sentence
     QStringList m_files;
     DemInfo m_dem;
     ExtremesScan m_scan;

@@ -20,7 +20,20 @@
 #include "panels/intervisibilityOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 
+#include <QKeyEvent>
 #include <QTimer>
+
+namespace
+{
+
+/// Takes the focus from a widget in which text is typed. `focused` may be null.
+void leaveField(QWidget *focused)
+{
+    if (focused && focused->testAttribute(Qt::WA_InputMethodEnabled))
+        focused->clearFocus();
+}
+
+} // namespace
 
 quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt::WindowFlags flags)
     : QDialog(parent, flags)
@@ -410,12 +423,40 @@ void quvoGdalUtilities::done(int result)
         && !Prompt::question(
             this, tr("Un traitement est en cours. Voulez-vous l'arrêter et quitter ?", "MESS_QUITTER_TRAIT")))
         return;
-    if (m_run.isRunning()) { // the run may have ended while the question was shown
-        disconnect(&m_run, nullptr, this, nullptr);
-        m_run.stop();
-    }
+    stopRunSilently();
     m_shape->save();
     QDialog::done(result);
+}
+
+void quvoGdalUtilities::closeAtOnce()
+{
+    stopRunSilently();
+    close();
+}
+
+void quvoGdalUtilities::abandonRun()
+{
+    if (m_run.isRunning())
+        m_scriptRunner.stop();
+}
+
+void quvoGdalUtilities::stopRunSilently()
+{
+    if (!m_run.isRunning())
+        return;
+    disconnect(&m_run, nullptr, this, nullptr);
+    m_run.stop();
+}
+
+void quvoGdalUtilities::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && event->modifiers().testFlag(Qt::ControlModifier))
+        slot_launchProcess();
+    else if (event->key() == Qt::Key_Escape)
+        leaveField(focusWidget());
+    else if (!isReturn)
+        QDialog::keyPressEvent(event);
 }
 
 void quvoGdalUtilities::changeEvent(QEvent *event)

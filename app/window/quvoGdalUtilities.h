@@ -56,6 +56,13 @@ public:
     /// not begin.
     QString commandToCopy();
 
+    /// Stops a run and closes the window without a question, because the session or the process ends.
+    void closeAtOnce();
+
+    /// Kills the tool of a run and deletes its half product, when the process is about to end. No widget is
+    /// touched.
+    void abandonRun();
+
     /// Wide enough for every tab and, while they are shown, for the previews.
     QSize sizeHint() const override;
 
@@ -94,6 +101,9 @@ public slots:
     void slot_launchProcess();
 
 protected:
+    /// Ctrl+Return launches. Return alone takes the value of a field, and Escape leaves the field; a QDialog
+    /// would launch and close.
+    void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
@@ -107,6 +117,7 @@ private:
     void updateOutputFormat();
     std::optional<RunPlan> currentPlan();
     bool launch();
+    void stopRunSilently();
     std::optional<ProcessingRequest> previewRequest(const QString &copy);
     void showResult(ProcessResult result);
 

@@ -1,4 +1,4 @@
-#include "app/batch/StopSignals.h"
+#include "app/startup/StopSignals.h"
 
 #include <QSocketNotifier>
 

@@ -1,0 +1,75 @@
+#include "tests/support/files.h"
+#include "tests/support/maindialog.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTabWidget>
+
+/// What the keyboard does in the main dialog.
+class KeysTest : public MainDialogFixture
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { setUpProgram(); }
+    void init() { setUpTest(64); }
+    void fieldsNeitherCloseNorLaunch();
+    void wrongDemKeepsItsText();
+};
+
+void KeysTest::fieldsNeitherCloseNorLaunch()
+{
+    ShownDialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>("contourTab"));
+    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("50");
+    QTRY_VERIFY(dialog.launchButton()->isEnabled());
+    QVERIFY(QTest::qWaitForWindowActive(&dialog.window));
+    int fields = 0;
+    for (QWidget *field : dialog.find<QWidget>("contourTab")->findChildren<QWidget *>()) {
+        if (!field->isVisible() || !field->isEnabled() || !field->testAttribute(Qt::WA_InputMethodEnabled)
+            || field->focusProxy())
+            continue;
+        ++fields;
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Return);
+        QTest::keyClick(field, Qt::Key_Enter);
+        QVERIFY2(field->hasFocus(), qPrintable(field->objectName()));
+        QTest::keyClick(field, Qt::Key_Escape);
+        QVERIFY(!field->hasFocus());
+    }
+    QVERIFY(fields > 1);
+    QTest::keyClick(&dialog.window, Qt::Key_Escape);
+    QTest::qWait(20);
+    QVERIFY(dialog.window.isVisible() && !dialog.result());
+
+    dialog.find<QComboBox>("m_pCBInputListFile")->setFocus(); // handles Return itself
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return, Qt::ControlModifier);
+    QTRY_VERIFY(dialog.result());
+    QVERIFY(QFile::exists(dialog.find<QLineEdit>("m_pLEOutputFile")->text()));
+}
+
+void KeysTest::wrongDemKeepsItsText()
+{
+    writeFile(path("notes.txt"), "no raster");
+    ShownDialog dialog(m_tools);
+    const auto input = dialog.find<QComboBox>("m_pCBInputListFile");
+    for (const auto &[name, reason] : {std::pair("absent.tif", "Ce fichier n'existe pas."),
+                                       std::pair("notes.txt", "n'est pas un raster que GDAL peut lire.")}) {
+        dialog.window.setInputDem(path("dem.tif"));
+        input->setEditText(path(name));
+        QTest::keyClick(input->lineEdit(), Qt::Key_Return);
+        const QString shown = Prompt::takeShown().join("|");
+        QVERIFY2(shown.contains(reason) && shown.contains(path(name)), qPrintable(shown));
+        QCOMPARE(input->currentText(), path(name));
+        QVERIFY(!dialog.launchButton()->isEnabled());
+    }
+    // A path from elsewhere leaves the DEM as it is.
+    dialog.window.setInputDem(path("dem.tif"));
+    dialog.window.setInputDem(path("absent.tif"));
+    QCOMPARE(input->currentText(), path("dem.tif"));
+    QVERIFY(dialog.launchButton()->isEnabled());
+}
+
+QTEST_MAIN(KeysTest)
+#include "keys_test.moc"
