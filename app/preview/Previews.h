@@ -62,7 +62,6 @@ public:
     void release();
 
     /// Whether a failure has switched the previews off.
-    bool hasFailed() const { return m_queue.hasFailed(); }
 
     PreviewStep running() const { return m_queue.running(); }
 

@@ -56,7 +56,6 @@ public:
     bool isStale() const { return m_stale; }
 
     /// Whether a failure switched the previews off.
-    bool hasFailed() const { return m_failed; }
 
 private:
     void outdate(PreviewStep from);

@@ -3,6 +3,20 @@
 #include <QDir>
 #include <QFileInfo>
 
+namespace
+{
+
+QString batchFileName()
+{
+#ifdef Q_OS_WIN
+    return QStringLiteral("QuvoDemBatch.exe");
+#else
+    return QStringLiteral("QuvoDemBatch");
+#endif
+}
+
+} // namespace
+
 QString toolFileName(Tool tool)
 {
     switch (tool) {
@@ -40,7 +54,7 @@ ToolPaths findTools(const QString &programFolder)
         return file.exists() ? file.absoluteFilePath() : QString();
     };
     return {existing(Tool::Dem), existing(Tool::Contour), existing(Tool::Intervisibility),
-            existing(Tool::Translate), QDir(programFolder).absoluteFilePath(QStringLiteral("QuvoDemBatch"))};
+            existing(Tool::Translate), QDir(programFolder).absoluteFilePath(batchFileName())};
 }
 
 QString toolProblem(const ToolPaths &tools, Tool tool)

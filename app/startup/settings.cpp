@@ -12,9 +12,10 @@ const QString organisation = QStringLiteral("KARVEX");
 const QString application = QStringLiteral("Riglios");
 const QString geometryGroup = QStringLiteral("LastGeometry");
 const QString recentGroup = QStringLiteral("RecentUsedListFile");
-// Not the key that the environment file refers to: a language in that file overrides it, but must not override
-// the user's choice.
-const QString languageKey = QStringLiteral("Interface/ChosenLanguage");
+// The language that the user chose precedes the environment file. The other key is the one that the file refers
+// to: a language in the file precedes it.
+const QString chosenLanguageKey = QStringLiteral("Interface/ChosenLanguage");
+const QString sharedLanguageKey = QStringLiteral("Interface/Language");
 
 QString recentKey(int index)
 {
@@ -74,14 +75,16 @@ QString recentRunsFile()
 
 QString chosenLanguage(const QString &otherwise)
 {
-    const QString chosen = QSettings(organisation, application).value(languageKey).toString();
+    const QString chosen = QSettings(organisation, application).value(chosenLanguageKey).toString();
     const bool known = chosen == QLatin1String("FRENCH") || chosen == QLatin1String("ENGLISH");
     return known ? chosen : otherwise;
 }
 
 void writeChosenLanguage(const QString &language)
 {
-    QSettings(organisation, application).setValue(languageKey, language);
+    QSettings settings(organisation, application);
+    settings.setValue(chosenLanguageKey, language);
+    settings.setValue(sharedLanguageKey, language);
 }
 
 QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens)

@@ -31,7 +31,8 @@ QString recentRunsFile();
 /// The language that the user chose in the window, "FRENCH" or "ENGLISH"; `otherwise` where none was chosen.
 QString chosenLanguage(const QString &otherwise);
 
-/// Stores the user's choice, "FRENCH" or "ENGLISH".
+/// Stores the user's choice, "FRENCH" or "ENGLISH", for chosenLanguage() and under the key that the environment
+/// file refers to.
 void writeChosenLanguage(const QString &language);
 
 /// The window's geometry, moved and shrunk so that a user can reach its title bar. `screens` are the available

@@ -2,7 +2,10 @@
 
 #include <QtGlobal>
 
+#include <cairo.h>
 #include <gdal.h>
+#include <glib.h>
+#include <pango/pango.h>
 
 QString programVersion()
 {
@@ -18,6 +21,13 @@ QVector<LibraryVersion> libraryVersions()
          QStringLiteral("MIT"), QStringLiteral("https://gdal.org")},
         {QStringLiteral("Qwt"), QStringLiteral(QUVO_LIBRARY_QWT), QStringLiteral("Qwt (LGPL 2.1)"),
          QStringLiteral("https://qwt.sourceforge.io")},
+        {QStringLiteral("cairo"), QString::fromLatin1(cairo_version_string()),
+         QStringLiteral("LGPL 2.1 / MPL 1.1"), QStringLiteral("https://www.cairographics.org")},
+        {QStringLiteral("Pango"), QString::fromLatin1(pango_version_string()), QStringLiteral("LGPL 2"),
+         QStringLiteral("https://pango.gnome.org")},
+        {QStringLiteral("GLib"),
+         QStringLiteral("%1.%2.%3").arg(glib_major_version).arg(glib_minor_version).arg(glib_micro_version),
+         QStringLiteral("LGPL 2.1"), QStringLiteral("https://docs.gtk.org/glib/")},
         // The headers of iniparser do not name their version; the functions in use are those of version 4.
         {QStringLiteral("iniparser"), QStringLiteral("4"), QStringLiteral("MIT"),
          QStringLiteral("https://github.com/ndevilla/iniparser")},

@@ -17,6 +17,7 @@
 #include "app/window/processResultDialog.h"
 #include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
+#include "panels/controls/WheelGuard.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 
@@ -62,6 +63,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     for (QWidget *field : QList<QWidget *>{m_form->m_pCBInputListFile, m_form->m_pCBInputListFile->lineEdit(),
                                            m_form->m_pLEOutputFile})
         field->setAcceptDrops(false);
+    new WheelGuard(this);
     m_shape->restore();
     applyTexts();
     connectControls();

@@ -2,12 +2,14 @@
 
 #include <QColorDialog>
 #include <QPushButton>
+#include <QVariant>
 
 ZoneColor::ZoneColor(QPushButton *button, QPushButton *reset, const QString &standard)
     : m_button(button)
     , m_reset(reset)
     , m_standard(standard)
 {
+    m_button->setProperty("swatch", true); // the application's style sheet gives it a frame
     show(standard);
 }
 

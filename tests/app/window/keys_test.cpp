@@ -1,9 +1,11 @@
+#include "panels/controls/QEditableComboBox.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
 
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTabWidget>
+#include <QWheelEvent>
 
 /// What the keyboard does in the main dialog.
 class KeysTest : public MainDialogFixture
@@ -15,6 +17,7 @@ private slots:
     void init() { setUpTest(64); }
     void fieldsNeitherCloseNorLaunch();
     void wrongDemKeepsItsText();
+    void wheelScrollsOverControlsWithoutFocus();
 };
 
 void KeysTest::fieldsNeitherCloseNorLaunch()
@@ -69,6 +72,39 @@ void KeysTest::wrongDemKeepsItsText()
     dialog.window.setInputDem(path("absent.tif"));
     QCOMPARE(input->currentText(), path("dem.tif"));
     QVERIFY(dialog.launchButton()->isEnabled());
+}
+
+void KeysTest::wheelScrollsOverControlsWithoutFocus()
+{
+    ShownDialog dialog(m_tools);
+    QVERIFY(QTest::qWaitForWindowActive(&dialog.window));
+    const auto turn = [](QWidget *widget) {
+        const QPointF middle = QRectF(widget->rect()).center();
+        QWheelEvent event(middle, widget->mapToGlobal(middle.toPoint()), {}, QPoint(0, -120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(widget, &event);
+    };
+    const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
+    const auto scales = dialog.find<QWidget>("shadedTab")->findChild<QEditableComboBox *>();
+    int controls = 0;
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        dialog.find<QPushButton>("m_pPBClose")->setFocus();
+        const Recipe before = dialog.window.recipe();
+        for (QWidget *control : tabs->currentWidget()->findChildren<QWidget *>()) {
+            if (!control->isEnabled() || !control->isVisible() || control->focusPolicy() == Qt::NoFocus)
+                continue;
+            turn(control);
+            ++controls;
+        }
+        QCOMPARE(writeRecipe(dialog.window.recipe()), writeRecipe(before));
+    }
+    QVERIFY(controls > 20);
+
+    tabs->setCurrentIndex(0);
+    scales->setFocus();
+    turn(scales);
+    QCOMPARE(scales->currentIndex(), 1);
 }
 
 QTEST_MAIN(KeysTest)

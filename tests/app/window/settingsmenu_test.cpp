@@ -384,6 +384,7 @@ void SettingsMenuTest::languages()
     QTRY_COMPARE(dialog.find<QWidget>("contourTab")->findChild<QLineEdit *>()->locale().language(),
                  QLocale::English); // the locale in which a panel formats numbers
     QCOMPARE(chosenLanguage("FRENCH"), QStringLiteral("ENGLISH"));
+    QCOMPARE(QSettings("KARVEX", "Riglios").value("Interface/Language").toString(), QStringLiteral("ENGLISH"));
 
     // The window has the same texts as one that was opened in this language.
     Dialog fresh(m_tools);
