@@ -315,9 +315,19 @@ void PreviewPane::showNote()
                           "MESS_APERCU_EXPL"));
 }
 
+QSize PreviewPane::sizeHint() const
+{
+    return sizeAround(m_input.picture->sizeHint());
+}
+
 QSize PreviewPane::minimumSizeHint() const
 {
-    const QSize picture = m_input.picture->minimumSizeHint();
+    return sizeAround(m_input.picture->minimumSizeHint());
+}
+
+/// The size of the pane with two pictures of a size above one another.
+QSize PreviewPane::sizeAround(const QSize &picture) const
+{
     const QMargins margins = layout()->contentsMargins();
     return {picture.width() + margins.left() + margins.right(),
             2 * picture.height() + 6 * fontMetrics().height()};

@@ -59,7 +59,8 @@ public:
     /// Draws the light of a shaded relief. `compass`: its compass reading in degrees; empty: no light is drawn.
     void setCompass(const std::optional<double> &compass);
 
-    /// The minimum with one picture above the other.
+    /// Both with one picture above the other.
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
     PreviewLabel *inputLabel() const { return m_input.picture; }
@@ -93,6 +94,7 @@ private:
     void setView(const QRectF &view);
     void reportPart();
     void drawLines();
+    QSize sizeAround(const QSize &picture) const;
     void fitPictures();
     void showProgress(Side &side, int percent);
     void showReadout(const QPointF &cell);

@@ -87,28 +87,26 @@ void writeChosenLanguage(const QString &language)
     settings.setValue(sharedLanguageKey, language);
 }
 
-QRect visibleGeometry(const QRect &wanted, const QVector<QRect> &screens)
+QRect visibleGeometry(const QRect &wanted, const QSize &frame, const QVector<QRect> &screens)
 {
-    constexpr QSize handle(100, 20); // pixels of the window's upper edge by which it can be dragged
-    const QRect edge(wanted.left(), wanted.top(), wanted.width(), handle.height());
-    const auto shows = [&](const QRect &screen) {
-        const QRect shown = screen.intersected(edge);
-        return shown.width() >= qMin(handle.width(), edge.width()) && shown.height() >= handle.height();
-    };
     if (screens.isEmpty())
         return wanted;
-    const auto showing = std::find_if(screens.begin(), screens.end(), shows);
-    if (showing != screens.end())
-        return {wanted.topLeft(), wanted.size().boundedTo(showing->size())};
-    const auto area = [&](const QRect &screen) {
-        const QRect shown = screen.intersected(wanted);
+    const QRect outer(wanted.topLeft(), wanted.size() + frame);
+    const auto shownArea = [&](const QRect &screen) {
+        const QRect shown = screen.intersected(outer);
         return shown.isEmpty() ? 0 : shown.width() * shown.height();
     };
+    int area = 0;
+    for (const QRect &screen : screens)
+        area += shownArea(screen);
+    if (area >= outer.width() * outer.height())
+        return wanted;
     const QRect screen =
-        *std::max_element(screens.begin(), screens.end(),
-                          [&](const QRect &one, const QRect &other) { return area(one) < area(other); });
-    QRect geometry(wanted.topLeft(), wanted.size().boundedTo(screen.size()));
-    geometry.moveLeft(qBound(screen.left(), geometry.left(), screen.right() + 1 - geometry.width()));
-    geometry.moveTop(qBound(screen.top(), geometry.top(), screen.bottom() + 1 - geometry.height()));
-    return geometry;
+        *std::max_element(screens.begin(), screens.end(), [&](const QRect &one, const QRect &other) {
+            return shownArea(one) < shownArea(other);
+        });
+    QRect inside(outer.topLeft(), outer.size().boundedTo(screen.size()));
+    inside.moveLeft(qBound(screen.left(), inside.left(), screen.right() + 1 - inside.width()));
+    inside.moveTop(qBound(screen.top(), inside.top(), screen.bottom() + 1 - inside.height()));
+    return {inside.topLeft(), inside.size() - frame};
 }

@@ -16,6 +16,9 @@
 namespace
 {
 
+/// What a window's frame adds on common desktops; it is not known before the window is shown.
+constexpr QSize windowFrame(12, 40);
+
 QVector<QRect> availableScreens()
 {
     QVector<QRect> areas;
@@ -47,8 +50,8 @@ void WindowShape::restore()
                                   [&](const QRect &screen) { return screen.width() >= needed; });
     m_previews.setVisible(m_geometry.showPreview && fits);
     m_button.setChecked(m_geometry.showPreview && fits);
-    const QSize size = m_geometry.isDefault ? m_geometry.size.expandedTo(m_window.sizeHint()) : m_geometry.size;
-    const QRect visible = visibleGeometry({m_geometry.position, size}, screens);
+    const QSize size = m_geometry.isDefault ? firstSize() : m_geometry.size;
+    const QRect visible = visibleGeometry({m_geometry.position, size}, windowFrame, screens);
     m_window.resize(visible.size());
     m_window.move(visible.topLeft());
     fitSplitter();
@@ -74,13 +77,27 @@ void WindowShape::fitSplitter()
     m_splitter.setSizes({tabs, std::max(0, m_window.width() - tabs)});
 }
 
-int WindowShape::widthHint() const
+/// The stored size's default is that of the dialog without previews, which come beside it.
+QSize WindowShape::firstSize() const
+{
+    return {std::max(m_geometry.size.width(), tabsWidth()) + previewsWidth(),
+            std::max(m_geometry.size.height(), m_window.minimumSizeHint().height())};
+}
+
+int WindowShape::tabsWidth() const
 {
     const QMargins margins = m_window.layout()->contentsMargins();
-    int width = m_tabs.tabBar()->sizeHint().width() + margins.left() + margins.right();
-    if (!m_previews.isHidden())
-        width += m_splitter.handleWidth() + m_previews.sizeHint().width();
-    return width;
+    return m_tabs.tabBar()->sizeHint().width() + margins.left() + margins.right();
+}
+
+int WindowShape::previewsWidth() const
+{
+    return m_previews.isHidden() ? 0 : m_splitter.handleWidth() + m_previews.sizeHint().width();
+}
+
+int WindowShape::widthHint() const
+{
+    return tabsWidth() + previewsWidth();
 }
 
 bool WindowShape::togglePreviews()

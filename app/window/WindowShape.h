@@ -39,6 +39,9 @@ public:
     void removePreviews();
 
 private:
+    QSize firstSize() const;
+    int tabsWidth() const;
+    int previewsWidth() const;
     void showPreviews(bool show);
     void fitSplitter();
 

@@ -63,7 +63,8 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     for (QWidget *field : QList<QWidget *>{m_form->m_pCBInputListFile, m_form->m_pCBInputListFile->lineEdit(),
                                            m_form->m_pLEOutputFile})
         field->setAcceptDrops(false);
-    new WheelGuard(this);
+    new WheelGuard(m_form->m_pTabWidget);
+    new WheelGuard(m_form->m_pCBBand);
     m_shape->restore();
     applyTexts();
     connectControls();

@@ -1,20 +1,15 @@
 #include "panels/controls/WheelGuard.h"
 
-#include <QAbstractSlider>
-#include <QAbstractSpinBox>
-#include <QComboBox>
+#include <QAbstractScrollArea>
 #include <QEvent>
-#include <QScrollBar>
 
 namespace
 {
 
-bool changesWithTheWheel(const QWidget *widget)
+/// Whether the widget is a control, which can take the focus, rather than an area that scrolls.
+bool isControl(const QWidget *widget)
 {
-    // The compass, the sun's slider and the thumb wheel share no public class with Qt's own.
-    return qobject_cast<const QComboBox *>(widget) || qobject_cast<const QAbstractSpinBox *>(widget)
-        || (qobject_cast<const QAbstractSlider *>(widget) && !qobject_cast<const QScrollBar *>(widget))
-        || widget->inherits("QwtAbstractSlider") || widget->inherits("QwtWheel");
+    return widget->focusPolicy() != Qt::NoFocus && !qobject_cast<const QAbstractScrollArea *>(widget);
 }
 
 } // namespace
@@ -22,8 +17,8 @@ bool changesWithTheWheel(const QWidget *widget)
 WheelGuard::WheelGuard(QWidget *area)
     : QObject(area)
 {
-    for (QWidget *widget : area->findChildren<QWidget *>()) {
-        if (!changesWithTheWheel(widget))
+    for (QWidget *widget : area->findChildren<QWidget *>() << area) {
+        if (!isControl(widget))
             continue;
         if (widget->focusPolicy() == Qt::WheelFocus) // the wheel would give the focus first
             widget->setFocusPolicy(Qt::StrongFocus);

@@ -4,14 +4,14 @@
 
 class QWidget;
 
-/// Keeps the wheel from changing combo boxes, sliders, dials and spin boxes that do not have the focus: the
-/// area around them scrolls instead. A click or the Tab key gives them the focus.
+/// Keeps the wheel from changing controls (combo boxes, sliders, dials, spin boxes) that do not have the focus:
+/// the area around them scrolls instead. A click or the Tab key gives them the focus.
 class WheelGuard : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Guards all such widgets inside `area` that exist now. The area owns the guard.
+    /// Guards `area`, which owns the guard, and all controls inside it that exist now.
     explicit WheelGuard(QWidget *area);
 
 protected:

@@ -45,15 +45,18 @@ void SettingsTest::geometryOnScreens_data()
     QTest::newRow("inside") << QRect(10, 10, 300, 200) << QRect(10, 10, 300, 200);
     QTest::newRow("on the second screen") << QRect(1100, 50, 300, 200) << QRect(1100, 50, 300, 200);
     QTest::newRow("on both screens") << QRect(900, 50, 300, 200) << QRect(900, 50, 300, 200);
-    QTest::newRow("on a screen that is gone") << QRect(5000, 50, 300, 200) << QRect(700, 50, 300, 200);
+    QTest::newRow("on a screen that is gone") << QRect(5000, 50, 300, 200) << QRect(690, 50, 300, 200);
     QTest::newRow("above") << QRect(10, -500, 300, 200) << QRect(10, 0, 300, 200);
-    QTest::newRow("gone and too large") << QRect(10, -3000, 3000, 2000) << QRect(0, 0, 1000, 800);
+    QTest::newRow("gone and too large") << QRect(10, -3000, 3000, 2000) << QRect(0, 0, 990, 770);
+    QTest::newRow("its frame fits just") << QRect(690, 570, 300, 200) << QRect(690, 570, 300, 200);
+    QTest::newRow("its frame is below the screen") << QRect(10, 571, 300, 200) << QRect(10, 570, 300, 200);
+    QTest::newRow("too high for the second screen") << QRect(1100, 10, 300, 590) << QRect(1100, 0, 300, 570);
 }
 
 void SettingsTest::geometryOnScreens()
 {
     QFETCH(QRect, wanted);
-    QTEST(visibleGeometry(wanted, {QRect(0, 0, 1000, 800), QRect(1000, 0, 800, 600)}), "shown");
+    QTEST(visibleGeometry(wanted, QSize(10, 30), {QRect(0, 0, 1000, 800), QRect(1000, 0, 800, 600)}), "shown");
 }
 
 QTEST_GUILESS_MAIN(SettingsTest)
