@@ -388,12 +388,7 @@ void intervisibilityOptionsWidget::applyTexts()
         QStringLiteral("<a href=\"all\">%1</a>")
             .arg(tr("Appliquer à tous les points", "MESS_APPLI_TS_PTS").toHtmlEscaped()));
     m_table->retranslate();
-    const QString unit = m_ground.elevationUnit();
-    m_form->m_pDefaultsNote->setText(
-        (unit.isEmpty() ? tr("Relative : hauteur au-dessus du sol ; Absolute : altitude ; dans l'unité du MNT.",
-                             "MESS_OBS_HAUTEURS")
-                        : tr("Relative : hauteur au-dessus du sol ; Absolute : altitude ; en %1.",
-                             "MESS_OBS_HAUTEURS_UNITE")
-                              .arg(unit))
-        + QLatin1Char(' ') + tr("Distance en mètres ; 0 : sans limite.", "MESS_OBS_DIST_UNITE"));
+    m_form->m_pLEAltitude->setToolTip(m_model.heightMeaning());
+    m_form->m_pLEMaxDistance->setToolTip(m_model.distanceMeaning());
+    m_form->m_pDefaultsNote->setText(m_model.heightMeaning() + QLatin1Char(' ') + m_model.distanceMeaning());
 }

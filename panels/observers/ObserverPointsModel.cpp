@@ -5,25 +5,6 @@
 
 #include <algorithm>
 
-namespace
-{
-
-QString columnMeaning(int column)
-{
-    switch (column) {
-    case ObserverPointsModel::HeightColumn:
-    case ObserverPointsModel::ModeColumn:
-        return labelText({"MESS_OBS_HAUTEURS",
-                          "Relative : hauteur au-dessus du sol ; Absolute : altitude ; dans l'unité du MNT."});
-    case ObserverPointsModel::DistanceColumn:
-        return labelText({"MESS_OBS_DIST_UNITE", "Distance en mètres ; 0 : sans limite."});
-    default:
-        return {};
-    }
-}
-
-} // namespace
-
 ObserverPointsModel::ObserverPointsModel(QObject *parent)
     : QAbstractTableModel(parent)
     , m_on(QStringLiteral(":/QuvoGdalUtilities/images/Ok-6380-16.png"))
@@ -46,10 +27,26 @@ int ObserverPointsModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : ColumnCount;
 }
 
+QString ObserverPointsModel::heightMeaning() const
+{
+    const QString unit = m_ground.elevationUnit();
+    return unit.isEmpty()
+        ? tr("Altitude dans l'unité du MNT : au-dessus du sol (Relative) ou du zéro du MNT (Absolute).",
+             "MESS_OBS_HAUTEUR_MNT")
+        : tr("Altitude en %1 : au-dessus du sol (Relative) ou du zéro du MNT (Absolute).",
+             "MESS_OBS_HAUTEUR_EN")
+              .arg(unit);
+}
+
+QString ObserverPointsModel::distanceMeaning() const
+{
+    return tr("Distance en m ; 0 : sans limite.", "MESS_OBS_DIST_EN");
+}
+
 QVariant ObserverPointsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (role == Qt::ToolTipRole && orientation == Qt::Horizontal)
-        return columnMeaning(section);
+    if (role == Qt::ToolTipRole && orientation == Qt::Horizontal && section != EnabledColumn)
+        return section == DistanceColumn ? distanceMeaning() : heightMeaning();
     if (role != Qt::DisplayRole)
         return {};
     if (orientation == Qt::Vertical)

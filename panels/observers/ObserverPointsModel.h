@@ -67,6 +67,11 @@ public:
     /// out.
     QList<ToolObserver> observers(const DemGround &copy = {}) const;
 
+    // Sentences with the unit of a number and what it counts from, in the current language.
+
+    QString heightMeaning() const;
+    QString distanceMeaning() const;
+
     /// Refreshes the headers after a change of the language.
     void retranslate();
 

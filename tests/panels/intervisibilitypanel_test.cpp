@@ -258,8 +258,24 @@ void IntervisibilityPanelTest::tableByKeys()
     QTest::keyClicks(editor, "2,25");
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_COMPARE(panel.widget.options().observers.at(0).height, 2.25);
+    const QList<ObserverPoint> before = panel.widget.options().observers;
     QTest::keyClick(panel.table, Qt::Key_Delete);
     QCOMPARE(panel.model->rowCount(), 1);
+
+    // The current observer and the position follow the history; opened settings are one step of it.
+    panel.widget.placeObserver(0, {500015, 5099975});
+    panel.widget.setProcessOptions(IntervisibilityOptions{});
+    QVERIFY(panel.widget.options().observers.isEmpty() && !panel.widget.currentObserver());
+    QSignalSpy moved(&panel.widget, &intervisibilityOptionsWidget::currentObserverPointChanged);
+    QSignalSpy changed(&panel.widget, &intervisibilityOptionsWidget::completeChanged);
+    panel.click("m_pTBUndo");
+    QVERIFY(moved.count() > 0 && changed.count() > 0 && panel.widget.isComplete());
+    QCOMPARE(panel.field("m_pLEPointX")->text(), QStringLiteral("500015"));
+    moved.clear();
+    panel.click("m_pTBUndo");
+    QVERIFY(moved.count() > 0 && panel.field("m_pLEPointX")->text() != "500015");
+    panel.click("m_pTBUndo");
+    QVERIFY(panel.widget.options().observers == before);
 }
 
 void IntervisibilityPanelTest::defaultsAndColours()
