@@ -31,10 +31,9 @@ QString ObserverPointsModel::heightMeaning() const
 {
     const QString unit = m_ground.elevationUnit();
     return unit.isEmpty()
-        ? tr("Altitude dans l'unité du MNT : au-dessus du sol (Relative) ou du zéro du MNT (Absolute).",
+        ? tr("Altitude dans l'unité du MNT, au-dessus du sol (Relative) ou du zéro (Absolute).",
              "MESS_OBS_HAUTEUR_MNT")
-        : tr("Altitude en %1 : au-dessus du sol (Relative) ou du zéro du MNT (Absolute).",
-             "MESS_OBS_HAUTEUR_EN")
+        : tr("Altitude en %1, au-dessus du sol (Relative) ou du zéro (Absolute).", "MESS_OBS_HAUTEUR_EN")
               .arg(unit);
 }
 
