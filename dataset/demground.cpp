@@ -57,6 +57,16 @@ QString DemGround::unit() const
     return std::abs(metres - 0.3048) < 1e-6 ? QStringLiteral("ft") : QString();
 }
 
+QString DemGround::elevationUnit() const
+{
+    const QString unit =
+        m_dataset ? QString::fromUtf8(m_dataset->GetRasterBand(m_band)->GetUnitType()).toLower() : QString();
+    if (unit == QLatin1String("m") || unit == QLatin1String("metre") || unit == QLatin1String("meter"))
+        return QStringLiteral("m");
+    const bool isFeet = unit == QLatin1String("ft") || unit.contains(QLatin1String("foot"));
+    return isFeet ? QStringLiteral("ft") : QString();
+}
+
 QSizeF DemGround::metresPerUnit(const QPointF &point) const
 {
     const OGRSpatialReference *crs = m_dataset ? m_dataset->GetSpatialRef() : nullptr;

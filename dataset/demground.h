@@ -38,6 +38,9 @@ public:
     /// The unit of the coordinates, for display: "m", "°", "ft"; empty when it is another or unknown.
     QString unit() const;
 
+    /// The unit of the elevations, for display: "m", "ft"; empty when it is another or unknown.
+    QString elevationUnit() const;
+
     /// Ground length in metres of one unit of x and of one unit of y around a point; 1 without a CRS.
     QSizeF metresPerUnit(const QPointF &point) const;
 

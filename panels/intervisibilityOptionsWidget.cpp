@@ -1,17 +1,11 @@
 #include "panels/intervisibilityOptionsWidget.h"
 
 #include "dataset/workfolder.h"
-#include "messages/Prompt.h"
 #include "panels/controls/numberfield.h"
-#include "panels/observers/PointDelegate.h"
 #include "panels/observers/observerimport.h"
 #include "ui_intervisibilityOptionsWidget.h"
 
-#include <QClipboard>
 #include <QEvent>
-#include <QGuiApplication>
-#include <QHeaderView>
-#include <QKeyEvent>
 
 namespace
 {
@@ -27,15 +21,16 @@ intervisibilityOptionsWidget::intervisibilityOptionsWidget(WorkFolder &workFolde
     , m_workFolder(workFolder)
 {
     m_form->setupUi(this);
-    QTableView *table = m_form->m_pTViewObsPos;
-    table->setModel(&m_model);
-    table->setItemDelegate(new PointDelegate(table));
-    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    table->installEventFilter(this);
-    for (QLineEdit *field : {m_form->m_pLEAltitude, m_form->m_pLEMaxDistance, m_form->m_pLESmokeHeight,
-                             m_form->m_pLEPointX, m_form->m_pLEPointY})
-        makeNumberField(field);
+    m_table.emplace(m_form->m_pTViewObsPos, m_model);
+    m_table->setHistoryButtons(m_form->m_pTBUndo, m_form->m_pTBRedo);
+    m_position.emplace(m_form->m_pLEPointX, m_form->m_pLEPointY);
+    for (QWidget *widget :
+         QList<QWidget *>{m_form->m_pLEPointX, m_form->m_pLEPointY, m_form->m_pPBAddPoint,
+                          m_form->m_pPBAddFromVector, m_form->m_pPBRemovePoint, m_form->m_pPBRemoveAll})
+        m_table->addHistoryKeys(widget);
+    makeNumberField(m_form->m_pLEAltitude, -highestAltitude, highestAltitude);
+    makeNumberField(m_form->m_pLEMaxDistance, 0.0, longestDistance);
+    makeNumberField(m_form->m_pLESmokeHeight);
     m_visibleColor.emplace(m_form->m_pPBColorZO, m_form->m_pPBResetColorZO, defaults.visibleColor);
     m_hiddenColor.emplace(m_form->m_pPBColorZNO, m_form->m_pPBResetColorZNO, defaults.hiddenColor);
     m_noDataColor.emplace(m_form->m_pPBColorNoData, m_form->m_pPBResetColorNoData, defaults.noDataColor);
@@ -58,12 +53,9 @@ void intervisibilityOptionsWidget::connectTable()
     using Model = ObserverPointsModel;
     const QTableView *table = m_form->m_pTViewObsPos;
     connect(table, &QTableView::clicked, this, &Panel::slot_onCurrentObserverPointChanged);
-    connect(table, &QTableView::clicked, this, &Panel::toggle);
     connect(table->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &Panel::slot_onCurrentObserverPointChanged);
     connect(&m_model, &Model::dataChanged, this, &Panel::slot_onCurrentObserverPointChanged);
-    connect(&m_model, &Model::dataChanged, this, &Panel::switchOffGroundless,
-            Qt::QueuedConnection); // after the cell's editor has closed: a message box may follow
     connect(&m_model, &Model::modelReset, this, &Panel::slot_onCurrentObserverPointChanged);
     for (const auto signal : {&Model::rowsInserted, &Model::rowsRemoved})
         connect(&m_model, signal, this, &Panel::slot_onOptionsChanged);
@@ -78,8 +70,12 @@ void intervisibilityOptionsWidget::connectControls()
     connect(m_form->m_pPBAddFromVector, &QPushButton::clicked, this, &Panel::slot_addPointListFromOgrDS);
     connect(m_form->m_pPBRemovePoint, &QPushButton::clicked, this, &Panel::slot_removePoint);
     connect(m_form->m_pPBRemoveAll, &QPushButton::clicked, this, &Panel::slot_removeAllPoint);
-    for (QLineEdit *field : {m_form->m_pLEPointX, m_form->m_pLEPointY})
-        connect(field, &QLineEdit::editingFinished, this, &Panel::applyTypedPosition);
+    connect(&*m_position, &PositionFields::moved, this,
+            [this](const QPointF &position) { placeObserver(currentRow(), position); });
+    connect(&*m_table, &ObserverTable::pasteRequested, this, [this] {
+        if (m_ground.isOpen())
+            m_table->paste(defaultPoint());
+    });
     connect(m_form->m_pLEAltitude, &QLineEdit::textChanged, this,
             &Panel::slot_onDefaultObserverHeightValueChanged);
     connect(m_form->m_pCmBAltitudeType, qOverload<int>(&QComboBox::currentIndexChanged), this,
@@ -159,8 +155,7 @@ void intervisibilityOptionsWidget::setProcessOptions(const ProcessOptions &proce
 
 void intervisibilityOptionsWidget::showOptions(const IntervisibilityOptions &options)
 {
-    m_model.clear();
-    m_model.addPoints(options.observers); // an enabled point without ground stays enabled: a note reports it
+    m_model.openSettings(options.observers); // an enabled point without ground stays enabled: a note reports it
     if (m_model.rowCount() > 0)
         chooseObserver(0);
     (options.combination == QLatin1String("AND") ? m_form->m_pRBAndMode : m_form->m_pRBOrMode)
@@ -179,12 +174,12 @@ std::optional<ObserverPoint> intervisibilityOptionsWidget::currentObserver() con
 
 int intervisibilityOptionsWidget::currentRow() const
 {
-    return m_form->m_pTViewObsPos->currentIndex().row();
+    return m_table->currentRow();
 }
 
 void intervisibilityOptionsWidget::chooseObserver(int row)
 {
-    m_form->m_pTViewObsPos->setCurrentIndex(m_model.index(row, ObserverPointsModel::HeightColumn));
+    m_table->choose(row);
 }
 
 void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &position)
@@ -193,7 +188,7 @@ void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &positio
     point.x = position.x();
     point.y = position.y();
     if (row < 0) {
-        addPoints({point});
+        m_table->addPoints({point});
         return;
     }
     chooseObserver(row);
@@ -208,126 +203,61 @@ void intervisibilityOptionsWidget::setDem(const DemInfo &dem)
         return;
     m_ground = dem.path.isEmpty() ? DemGround() : DemGround(dem.path, dem.band);
     m_model.setGround(m_ground);
+    applyTexts();
     slot_onOptionsChanged();
 }
 
 void intervisibilityOptionsWidget::updateControls()
 {
-    const bool hasCurrent = currentObserver().has_value();
     const int groundless = m_model.groundlessCount();
     m_form->m_pGBVisibiliyMultiPoints->setEnabled(m_model.enabledCount() >= 2);
     m_form->m_pPBAddPoint->setEnabled(m_ground.isOpen());
     m_form->m_pPBAddFromVector->setEnabled(m_ground.isOpen());
-    m_form->m_pPBRemovePoint->setEnabled(hasCurrent);
+    m_form->m_pPBRemovePoint->setEnabled(currentRow() >= 0);
     m_form->m_pPBRemoveAll->setEnabled(m_model.rowCount() > 0);
-    for (QLineEdit *field : {m_form->m_pLEPointX, m_form->m_pLEPointY})
-        field->setEnabled(hasCurrent);
     m_form->m_pGroundNote->setVisible(groundless > 0 && m_ground.isOpen());
     m_form->m_pGroundNote->setText(
         tr("Observateurs hors du sol de ce MNT : %1.", "MESS_OBS_SANS_SOL").arg(groundless));
 }
 
-void intervisibilityOptionsWidget::showPosition()
-{
-    constexpr int digits = 12;
-    const auto point = currentObserver();
-    m_form->m_pLEPointX->setText(point ? QString::number(point->x, 'g', digits) : QString());
-    m_form->m_pLEPointY->setText(point ? QString::number(point->y, 'g', digits) : QString());
-}
-
-void intervisibilityOptionsWidget::applyTypedPosition()
-{
-    const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
-    const auto x = fieldNumber(m_form->m_pLEPointX->text());
-    const auto y = fieldNumber(m_form->m_pLEPointY->text());
-    if (!current.isValid() || !x || !y)
-        return;
-    ObserverPoint point = m_model.point(current.row());
-    // The field shows a rounded coordinate, which replaces the exact one only where the user typed it.
-    if (m_form->m_pLEPointX->isModified())
-        point.x = *x;
-    if (m_form->m_pLEPointY->isModified())
-        point.y = *y;
-    if (point != m_model.point(current.row()))
-        m_model.setPoint(current.row(), point);
-}
-
-void intervisibilityOptionsWidget::toggle(const QModelIndex &index)
-{
-    if (index.isValid() && index.column() == ObserverPointsModel::EnabledColumn)
-        m_model.setData(index, !m_model.point(index.row()).enabled);
-}
-
-void intervisibilityOptionsWidget::switchOffGroundless()
-{
-    if (!m_ground.isOpen() || m_model.switchOffGroundless() == 0)
-        return;
-    Prompt::warning(
-        this,
-        tr("La position de l'observateur est dans une zone non informée du MNT; l'altitude absolue de "
-           "l'observateur ne peut donc pas être calculée.Veuillez spécifier une altitude absolue.",
-           "MESS_ATN_POS_NODATA"));
-}
-
 ObserverPoint intervisibilityOptionsWidget::defaultPoint() const
 {
+    const auto number = [](const QLineEdit *field, double otherwise) {
+        return field->hasAcceptableInput() ? field->text().toDouble() : otherwise;
+    };
     ObserverPoint point;
     const QPointF centre = m_ground.centre();
     point.x = centre.x();
     point.y = centre.y();
-    point.height = fieldNumber(m_form->m_pLEAltitude->text()).value_or(point.height);
+    point.height = number(m_form->m_pLEAltitude, point.height);
     point.mode = readAltitudeMode(m_form->m_pCmBAltitudeType->currentText()).value_or(point.mode);
-    point.maxDistance = fieldNumber(m_form->m_pLEMaxDistance->text()).value_or(point.maxDistance);
+    point.maxDistance = number(m_form->m_pLEMaxDistance, point.maxDistance);
     return point;
-}
-
-void intervisibilityOptionsWidget::addPoints(const QList<ObserverPoint> &points)
-{
-    if (points.isEmpty())
-        return;
-    m_model.addPoints(points);
-    chooseObserver(m_model.rowCount() - 1);
-    switchOffGroundless();
 }
 
 void intervisibilityOptionsWidget::slot_addNewPoint()
 {
-    addPoints({defaultPoint()});
+    m_table->addPoints({defaultPoint()});
 }
 
 void intervisibilityOptionsWidget::slot_removePoint()
 {
-    const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
-    if (current.isValid())
-        m_model.removePoint(current.row());
+    m_table->removeSelected();
 }
 
 void intervisibilityOptionsWidget::slot_removeAllPoint()
 {
-    if (m_model.rowCount() > 0
-        && Prompt::question(this, tr("Voulez-vous vraiment supprimer tous les points ?", "MESS_ATN_SUPPR_PTS")))
-        m_model.clear();
-}
-
-void intervisibilityOptionsWidget::pastePoints()
-{
-    const PointLinesReading reading = readPointLines(QGuiApplication::clipboard()->text(), defaultPoint());
-    addPoints(reading.points);
-    if (reading.invalidLines > 0)
-        Prompt::warning(
-            this,
-            tr("%1 lignes ne sont pas des points : x y [hauteur [mode [distance]]].", "MESS_OBS_COLLER")
-                .arg(reading.invalidLines));
+    m_table->removeAll();
 }
 
 void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()
 {
-    addPoints(importObservers(m_dem.path, m_ground, defaultPoint(), this));
+    m_table->addPoints(importObservers(m_dem.path, m_ground, defaultPoint(), this));
 }
 
 void intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged()
 {
-    showPosition();
+    m_position->show(currentObserver());
     updateControls();
     emit currentObserverPointChanged();
 }
@@ -335,18 +265,20 @@ void intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged()
 void intervisibilityOptionsWidget::slot_onApplyToAllPoint()
 {
     const ObserverPoint values = defaultPoint();
-    QList<ObserverPoint> points = m_model.points();
-    for (ObserverPoint &point : points) {
+    NumberedPoints points;
+    for (int row = 0; row < m_model.rowCount(); ++row) {
+        ObserverPoint point = m_model.point(row);
         point.height = values.height;
         point.mode = values.mode;
         point.maxDistance = values.maxDistance;
+        points += {row, point};
     }
-    m_model.setPoints(points);
+    m_model.changePoints(points);
 }
 
 void intervisibilityOptionsWidget::slot_onOptionsChanged()
 {
-    showPosition();
+    m_position->show(currentObserver());
     updateControls();
     emit completeChanged();
 }
@@ -440,33 +372,11 @@ void intervisibilityOptionsWidget::slot_resetColorZoneNoData()
     resetColor(*m_noDataColor);
 }
 
-bool intervisibilityOptionsWidget::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == m_form->m_pTViewObsPos && event->type() == QEvent::KeyPress) {
-        const auto key = static_cast<QKeyEvent *>(event);
-        const QModelIndex current = m_form->m_pTViewObsPos->currentIndex();
-        if (key->key() == Qt::Key_Space && current.isValid()) {
-            toggle(current.siblingAtColumn(ObserverPointsModel::EnabledColumn));
-            return true;
-        }
-        if (key->matches(QKeySequence::Paste) && m_ground.isOpen()) {
-            pastePoints();
-            return true;
-        }
-        if (key->matches(QKeySequence::Delete)) {
-            slot_removePoint();
-            return true;
-        }
-    }
-    return optionsWidget::eventFilter(watched, event);
-}
-
 void intervisibilityOptionsWidget::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
         applyTexts();
-        m_model.retranslate();
         updateControls();
     }
     optionsWidget::changeEvent(event);
@@ -477,7 +387,8 @@ void intervisibilityOptionsWidget::applyTexts()
     m_form->m_pLApplyToAllPointsLink->setText(
         QStringLiteral("<a href=\"all\">%1</a>")
             .arg(tr("Appliquer à tous les points", "MESS_APPLI_TS_PTS").toHtmlEscaped()));
-    m_form->m_pTViewObsPos->setToolTip(
-        tr("Coller ajoute des lignes « x y [hauteur [mode [distance]]] » ; la barre d'espace active un point.",
-           "MESS_OBS_TABLE_EXPL"));
+    m_table->retranslate();
+    m_form->m_pLEAltitude->setToolTip(m_model.heightMeaning());
+    m_form->m_pLEMaxDistance->setToolTip(m_model.distanceMeaning());
+    m_form->m_pDefaultsNote->setText(m_model.heightMeaning() + QLatin1Char(' ') + m_model.distanceMeaning());
 }

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "panels/controls/ZoneColor.h"
-#include "panels/observers/ObserverPointsModel.h"
+#include "panels/observers/ObserverTable.h"
+#include "panels/observers/PositionFields.h"
 #include "panels/optionsWidget.h"
 
 #include <memory>
@@ -83,9 +84,6 @@ public slots:
 
 protected:
     void changeEvent(QEvent *event) override;
-    /// Handles the table's keys: the space bar switches an observer on and off, "paste" adds the lines of the
-    /// clipboard, "delete" removes the current observer.
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void connectTable();
@@ -94,15 +92,8 @@ private:
     void showOptions(const IntervisibilityOptions &options);
     void applyTexts();
     void updateControls();
-    void showPosition();
-    void applyTypedPosition();
-    void toggle(const QModelIndex &index);
-    void pastePoints();
-    /// Switches off the enabled observers without ground, and warns of them in a message box.
-    void switchOffGroundless();
     /// A point with the default height, mode and distance, in the centre of the DEM.
     ObserverPoint defaultPoint() const;
-    void addPoints(const QList<ObserverPoint> &points);
     /// Writes the observers' file and returns the argument fragment that names it.
     QString argumentsWith(const QList<ToolObserver> &observers);
     void changeColor(ZoneColor &color);
@@ -113,7 +104,9 @@ private:
     ObserverPointsModel m_model;
     DemInfo m_dem;
     DemGround m_ground;
-    std::optional<ZoneColor> m_visibleColor; ///< the three colours exist once the form is set up
+    std::optional<ObserverTable> m_table; ///< this and the next members exist once the form is set up
+    std::optional<PositionFields> m_position;
+    std::optional<ZoneColor> m_visibleColor;
     std::optional<ZoneColor> m_hiddenColor;
     std::optional<ZoneColor> m_noDataColor;
 };

@@ -27,7 +27,7 @@ SourceObservers sourceObservers(const IntervisibilityOptions &options, const Dem
     point.height = options.height;
     point.mode = readAltitudeMode(options.mode).value_or(point.mode);
     point.maxDistance = options.distance;
-    observers.points = observersFrom(source, step, point);
+    observers.points = observersFrom(source, step, point).points;
     return observers;
 }
 

@@ -4,22 +4,40 @@
 #include <QLineEdit>
 #include <QLocale>
 
-#include <limits>
-
-QValidator *makeNumberValidator(int decimals, QObject *parent)
+namespace
 {
-    constexpr double most = std::numeric_limits<double>::max();
-    auto validator = new PointForComma<QDoubleValidator>(-most, most, decimals, parent);
+
+/// Replaces a number outside of the range by the bound.
+class RangeValidator : public PointForComma<QDoubleValidator>
+{
+public:
+    using PointForComma::PointForComma;
+
+    void fixup(QString &input) const override
+    {
+        bool isNumber = false;
+        const double number = input.toDouble(&isNumber);
+        if (isNumber && (number < bottom() || number > top()))
+            input = numberText(qBound(bottom(), number, top()));
+    }
+};
+
+} // namespace
+
+QValidator *makeNumberValidator(int decimals, QObject *parent, double lowest, double highest)
+{
+    auto validator = new RangeValidator(lowest, highest, decimals, parent);
     QLocale numbers = QLocale::c();
     numbers.setNumberOptions(QLocale::RejectGroupSeparator | QLocale::OmitGroupSeparator);
     validator->setLocale(numbers);
     return validator;
 }
 
-void makeNumberField(QLineEdit *field)
+void makeNumberField(QLineEdit *field, double lowest, double highest)
 {
-    constexpr int decimals = 12;
-    field->setValidator(makeNumberValidator(decimals, field));
+    // The shortest text of the smallest double has 324 decimals: no number that is shown may be refused.
+    constexpr int decimals = 324;
+    field->setValidator(makeNumberValidator(decimals, field, lowest, highest));
 }
 
 std::optional<double> fieldNumber(const QString &text)

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QValidator>
 
+#include <limits>
 #include <optional>
 
 class QLineEdit;
@@ -21,12 +22,16 @@ public:
     }
 };
 
-/// A validator for any number with up to `decimals` decimals, in the C locale whatever the user's is. The
-/// parent owns it.
-QValidator *makeNumberValidator(int decimals, QObject *parent);
+constexpr double anyNumber = std::numeric_limits<double>::max();
 
-/// Sets such a validator in the field, with enough decimals for coordinates.
-void makeNumberField(QLineEdit *field);
+/// A validator for numbers from `lowest` to `highest` with up to `decimals` decimals, in the C locale whatever
+/// the user's is. Where the user leaves a number outside of the range, the field shows the bound instead. The
+/// parent owns it.
+QValidator *makeNumberValidator(int decimals, QObject *parent, double lowest = -anyNumber,
+                                double highest = anyNumber);
+
+/// Sets such a validator in the field, with as many decimals as a double can have.
+void makeNumberField(QLineEdit *field, double lowest = -anyNumber, double highest = anyNumber);
 
 /// The number in a field's text: nothing for an empty text, 0 for a text that is not a number.
 std::optional<double> fieldNumber(const QString &text);

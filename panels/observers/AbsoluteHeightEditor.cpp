@@ -1,6 +1,7 @@
 #include "panels/observers/AbsoluteHeightEditor.h"
 
 #include "panels/controls/numberfield.h"
+#include "panels/options/observerpoints.h"
 #include "ui_AbsoluteHeightEditor.h"
 
 #include <QPushButton>
@@ -10,7 +11,7 @@ AbsoluteHeightEditor::AbsoluteHeightEditor(QWidget *parent)
     , m_form(std::make_unique<Ui::AbsoluteHeightEditor>())
 {
     m_form->setupUi(this);
-    makeNumberField(m_form->m_pLEAbsHeight);
+    makeNumberField(m_form->m_pLEAbsHeight, -highestAltitude, highestAltitude);
     const auto enableOk = [this] {
         m_form->m_pButtonBox->button(QDialogButtonBox::Ok)
             ->setEnabled(m_form->m_pLEAbsHeight->hasAcceptableInput());

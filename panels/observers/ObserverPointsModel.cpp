@@ -1,10 +1,9 @@
 #include "panels/observers/ObserverPointsModel.h"
 
 #include "messages/label.h"
+#include "panels/controls/numberfield.h"
 
 #include <algorithm>
-
-#include <cmath>
 
 ObserverPointsModel::ObserverPointsModel(QObject *parent)
     : QAbstractTableModel(parent)
@@ -14,6 +13,8 @@ ObserverPointsModel::ObserverPointsModel(QObject *parent)
     // Without a picture of their own for selected rows, Qt would tint the icons there.
     m_on.addFile(QStringLiteral(":/QuvoGdalUtilities/images/Ok-6380-16.png"), {}, QIcon::Selected);
     m_off.addFile(QStringLiteral(":/QuvoGdalUtilities/images/No-9337-16.png"), {}, QIcon::Selected);
+    constexpr int mostSteps = 100; // a step may hold all points twice
+    m_history.setUndoLimit(mostSteps);
 }
 
 int ObserverPointsModel::rowCount(const QModelIndex &parent) const
@@ -26,8 +27,25 @@ int ObserverPointsModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : ColumnCount;
 }
 
+QString ObserverPointsModel::heightMeaning() const
+{
+    const QString unit = m_ground.elevationUnit();
+    return unit.isEmpty()
+        ? tr("Altitude dans l'unité du MNT, au-dessus du sol (Relative) ou du zéro (Absolute).",
+             "MESS_OBS_HAUTEUR_MNT")
+        : tr("Altitude en %1, au-dessus du sol (Relative) ou du zéro (Absolute).", "MESS_OBS_HAUTEUR_EN")
+              .arg(unit);
+}
+
+QString ObserverPointsModel::distanceMeaning() const
+{
+    return tr("Distance en m ; 0 : sans limite.", "MESS_OBS_DIST_EN");
+}
+
 QVariant ObserverPointsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    if (role == Qt::ToolTipRole && orientation == Qt::Horizontal && section != EnabledColumn)
+        return section == DistanceColumn ? distanceMeaning() : heightMeaning();
     if (role != Qt::DisplayRole)
         return {};
     if (orientation == Qt::Vertical)
@@ -52,16 +70,15 @@ Qt::ItemFlags ObserverPointsModel::flags(const QModelIndex &index) const
 
 QString ObserverPointsModel::text(const ObserverPoint &point, int column) const
 {
-    constexpr int decimals = 3;
     switch (column) {
     case EnabledColumn:
         return point.enabled ? labelText({"MESS_OBS_ACTIF", "Oui"}) : labelText({"MESS_OBS_INACTIF", "Non"});
     case HeightColumn:
-        return QString::number(point.height, 'f', decimals);
+        return numberText(point.height);
     case ModeColumn:
         return altitudeModeText(point.mode);
     default:
-        return QString::number(point.maxDistance, 'f', decimals);
+        return numberText(point.maxDistance);
     }
 }
 
@@ -94,9 +111,9 @@ bool ObserverPointsModel::setData(const QModelIndex &index, const QVariant &valu
         point.mode = mode.value_or(point.mode);
     } else {
         const double number = value.toString().toDouble(&good);
-        good = good && std::isfinite(number);
         (index.column() == HeightColumn ? point.height : point.maxDistance) = number;
     }
+    good = good && pointProblem(point).isEmpty();
     if (good)
         setPoint(index.row(), point);
     return good;
@@ -105,55 +122,174 @@ bool ObserverPointsModel::setData(const QModelIndex &index, const QVariant &valu
 QList<ObserverPoint> ObserverPointsModel::points() const
 {
     QList<ObserverPoint> points;
+    points.reserve(m_rows.size());
     for (const Row &row : m_rows)
         points += row.point;
     return points;
 }
 
-void ObserverPointsModel::replace(int row, const ObserverPoint &point)
+ObserverPointsModel::Row ObserverPointsModel::rowOf(const ObserverPoint &point) const
 {
-    if (m_rows.at(row).point.position() != point.position())
-        m_rows[row].ground = m_ground.surfaceElevation(point.position());
-    m_rows[row].point = point;
+    return {point, m_ground.surfaceElevation(point.position())};
 }
 
-void ObserverPointsModel::setPoint(int row, const ObserverPoint &point)
+bool ObserverPointsModel::switchOffGroundless(QVector<Row> &rows) const
 {
-    replace(row, point);
-    emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    bool any = false;
+    for (Row &row : rows) {
+        if (m_ground.isOpen() && row.isGroundless()) {
+            row.point.enabled = false;
+            any = true;
+        }
+    }
+    return any;
 }
 
-void ObserverPointsModel::setPoints(const QList<ObserverPoint> &points)
+void ObserverPointsModel::takeStep(const StepName &name, const NumberedPoints &changed,
+                                   const QList<ObserverPoint> &added)
 {
-    for (int row = 0; row < rowCount(); ++row)
-        replace(row, points.at(row));
-    if (rowCount() > 0)
-        emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
+    QVector<Row> rows = m_rows;
+    for (const NumberedPoint &each : changed) {
+        const bool moved = m_rows.at(each.row).point.position() != each.point.position();
+        rows[each.row] = moved ? rowOf(each.point) : Row{each.point, m_rows.at(each.row).ground};
+    }
+    for (const ObserverPoint &point : added)
+        rows += rowOf(point);
+    const bool switchedOff = switchOffGroundless(rows);
+    TableEdit edit;
+    for (int row = 0; row < rows.size(); ++row) {
+        if (row >= m_rows.size()) {
+            edit.inserted += {row, rows.at(row).point};
+        } else if (rows.at(row).point != m_rows.at(row).point) {
+            edit.before += {row, m_rows.at(row).point};
+            edit.after += {row, rows.at(row).point};
+        }
+    }
+    const auto count = edit.inserted.isEmpty() ? edit.after.size() : edit.inserted.size();
+    if (count > 0)
+        m_history.push(new ObserverStep(*this, name, static_cast<int>(count), edit));
+    if (switchedOff)
+        emit pointsSwitchedOff();
+}
+
+void ObserverPointsModel::changePoints(const NumberedPoints &points)
+{
+    takeStep(changeStep, points, {});
 }
 
 void ObserverPointsModel::addPoints(const QList<ObserverPoint> &points)
 {
+    if (!points.isEmpty())
+        takeStep(addingStep, {}, points);
+}
+
+void ObserverPointsModel::removePoints(const QVector<int> &rows)
+{
+    TableEdit edit;
+    for (const int row : rows)
+        edit.removed += {row, m_rows.at(row).point};
+    if (!rows.isEmpty())
+        m_history.push(new ObserverStep(*this, removalStep, static_cast<int>(rows.size()), edit));
+}
+
+void ObserverPointsModel::openSettings(const QList<ObserverPoint> &points)
+{
+    TableEdit edit;
+    for (int row = 0; row < rowCount(); ++row)
+        edit.removed += {row, m_rows.at(row).point};
+    for (int row = 0; row < points.size(); ++row)
+        edit.inserted += {row, points.at(row)};
+    if (points != this->points())
+        m_history.push(new ObserverStep(*this, settingsStep, static_cast<int>(points.size()), edit));
+}
+
+QString ObserverPointsModel::stepName(int step) const
+{
+    const auto *command = static_cast<const ObserverStep *>(m_history.command(step));
+    return command ? command->name() : QString();
+}
+
+QString ObserverPointsModel::undoName() const
+{
+    return stepName(m_history.index() - 1);
+}
+
+QString ObserverPointsModel::redoName() const
+{
+    return stepName(m_history.index());
+}
+
+void ObserverPointsModel::change(const NumberedPoints &points)
+{
     if (points.isEmpty())
         return;
-    const int first = rowCount();
-    beginInsertRows({}, first, first + static_cast<int>(points.size()) - 1);
-    for (const ObserverPoint &point : points)
-        m_rows += {point, m_ground.surfaceElevation(point.position())};
-    endInsertRows();
+    for (const auto &[row, point] : points) {
+        const bool moved = m_rows.at(row).point.position() != point.position();
+        m_rows[row] = moved ? rowOf(point) : Row{point, m_rows.at(row).ground};
+    }
+    emit dataChanged(index(points.first().row, 0), index(points.last().row, ColumnCount - 1));
 }
 
-void ObserverPointsModel::removePoint(int row)
+namespace
 {
-    beginRemoveRows({}, row, row);
-    m_rows.removeAt(row);
-    endRemoveRows();
+
+bool areAdjacent(const NumberedPoints &points)
+{
+    return points.last().row - points.first().row + 1 == points.size();
 }
 
-void ObserverPointsModel::clear()
+} // namespace
+
+// Rows that lie apart are taken out and put in by a reset: a signal for each would cost the view the square of
+// their number.
+
+void ObserverPointsModel::takeOut(const NumberedPoints &points)
 {
+    if (points.isEmpty())
+        return;
+    const int first = points.first().row;
+    if (areAdjacent(points)) {
+        beginRemoveRows({}, first, points.last().row);
+        m_rows.erase(m_rows.begin() + first, m_rows.begin() + points.last().row + 1);
+        endRemoveRows();
+        return;
+    }
     beginResetModel();
-    m_rows.clear();
+    QVector<Row> left;
+    left.reserve(m_rows.size() - points.size());
+    for (int row = 0, at = 0; row < m_rows.size(); ++row) {
+        if (at < points.size() && points.at(at).row == row)
+            ++at;
+        else
+            left += m_rows.at(row);
+    }
+    m_rows = left;
     endResetModel();
+}
+
+void ObserverPointsModel::putIn(const NumberedPoints &points)
+{
+    if (points.isEmpty())
+        return;
+    const bool adjacent = areAdjacent(points);
+    if (adjacent)
+        beginInsertRows({}, points.first().row, points.last().row);
+    else
+        beginResetModel();
+    QVector<Row> all;
+    all.reserve(m_rows.size() + points.size());
+    int old = 0;
+    for (const auto &[row, point] : points) {
+        while (all.size() < row)
+            all += m_rows.at(old++);
+        all += rowOf(point);
+    }
+    all += m_rows.mid(old);
+    m_rows = all;
+    if (adjacent)
+        endInsertRows();
+    else
+        endResetModel();
 }
 
 void ObserverPointsModel::setGround(const DemGround &ground)
@@ -167,18 +303,6 @@ int ObserverPointsModel::groundlessCount() const
 {
     return static_cast<int>(
         std::count_if(m_rows.begin(), m_rows.end(), [](const Row &row) { return row.isGroundless(); }));
-}
-
-int ObserverPointsModel::switchOffGroundless()
-{
-    const int count = groundlessCount();
-    for (Row &row : m_rows) {
-        if (row.isGroundless())
-            row.point.enabled = false;
-    }
-    if (count > 0)
-        emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
-    return count;
 }
 
 int ObserverPointsModel::enabledCount() const

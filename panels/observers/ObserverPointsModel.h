@@ -1,12 +1,16 @@
 #pragma once
 
-#include "panels/options/observerpoints.h"
+#include "panels/observers/observercommands.h"
 
 #include <QAbstractTableModel>
 #include <QIcon>
+#include <QUndoStack>
 
 /// The observers as a table, one row each: enabled, height or altitude, altitude mode, maximum distance. The
 /// model reads the ground under an observer from the DEM once, when the observer or the DEM changes.
+///
+/// Every change of points is a step of the history. A step that adds or changes points also switches off the
+/// enabled points without ground, and pointsSwitchedOff() follows. Undoing and redoing switch off none.
 class ObserverPointsModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -27,27 +31,34 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
-    /// In the edit role, heights, distances and modes are texts and the enabled flag is a boolean.
+    /// In the edit role, heights, distances and modes are texts and the enabled flag is a boolean. The text of
+    /// a number reads back as the same number.
     QVariant data(const QModelIndex &index, int role) const override;
+    /// Returns false, and changes nothing, where the point would have a pointProblem().
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
     const ObserverPoint &point(int row) const { return m_rows.at(row).point; }
     QList<ObserverPoint> points() const;
-    void setPoint(int row, const ObserverPoint &point);
-    /// Replaces the points of all rows; there must be as many points as rows.
-    void setPoints(const QList<ObserverPoint> &points);
+    void setPoint(int row, const ObserverPoint &point) { changePoints({{row, point}}); }
+    /// Points that are as before are not part of the step; without any other there is no step.
+    void changePoints(const NumberedPoints &points);
     void addPoints(const QList<ObserverPoint> &points);
-    void removePoint(int row);
-    void clear();
+    /// `rows`: in ascending order, each once.
+    void removePoints(const QVector<int> &rows);
+    /// Replaces all rows. Enabled points without ground stay enabled.
+    void openSettings(const QList<ObserverPoint> &points);
 
-    /// Sets the DEM under the points. No signal follows.
+    QUndoStack &history() { return m_history; }
+
+    /// What the next call of the history's undo() or redo() does, as ObserverStep::name(); empty for nothing.
+    QString undoName() const;
+    QString redoName() const;
+
+    /// Sets the DEM under the points. No signal follows, and it is no step of the history.
     void setGround(const DemGround &ground);
 
     /// Number of enabled points without ground: their heights are relative, and the DEM has no data under them.
     int groundlessCount() const;
-
-    /// Switches off the enabled points without ground. Returns their number.
-    int switchOffGroundless();
 
     int enabledCount() const;
 
@@ -56,10 +67,23 @@ public:
     /// out.
     QList<ToolObserver> observers(const DemGround &copy = {}) const;
 
+    // Sentences with the unit of a number and what it counts from, in the current language.
+
+    QString heightMeaning() const;
+    QString distanceMeaning() const;
+
     /// Refreshes the headers after a change of the language.
     void retranslate();
 
+signals:
+    /// The history was used. `rows` are those of the step in ascending order; some of them may no longer exist.
+    void restored(const QVector<int> &rows);
+    /// Enabled points without ground were switched off.
+    void pointsSwitchedOff();
+
 private:
+    friend class ObserverStep;
+
     struct Row
     {
         ObserverPoint point;
@@ -68,11 +92,21 @@ private:
         bool isGroundless() const { return point.enabled && !absoluteAltitude(point, ground); }
     };
 
-    void replace(int row, const ObserverPoint &point);
+    Row rowOf(const ObserverPoint &point) const;
+    void takeStep(const StepName &name, const NumberedPoints &changed, const QList<ObserverPoint> &added);
+    bool switchOffGroundless(QVector<Row> &rows) const;
+    QString stepName(int step) const;
+
+    // What steps are made of: they change the rows, and no history.
+    void change(const NumberedPoints &points);
+    void takeOut(const NumberedPoints &points);
+    void putIn(const NumberedPoints &points);
+
     QString text(const ObserverPoint &point, int column) const;
 
-    QList<Row> m_rows;
+    QVector<Row> m_rows;
     DemGround m_ground;
+    QUndoStack m_history;
     QIcon m_on;
     QIcon m_off;
 };

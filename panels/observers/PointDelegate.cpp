@@ -15,8 +15,9 @@ QWidget *PointDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
         return combo;
     }
     QWidget *editor = QStyledItemDelegate::createEditor(parent, option, index);
+    const bool isHeight = index.column() == ObserverPointsModel::HeightColumn;
     if (auto field = qobject_cast<QLineEdit *>(editor))
-        makeNumberField(field);
+        makeNumberField(field, isHeight ? -highestAltitude : 0.0, isHeight ? highestAltitude : longestDistance);
     return editor;
 }
 

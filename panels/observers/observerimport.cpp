@@ -64,13 +64,19 @@ QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground
                                              parent);
     if (choices.exec() != QDialog::Accepted)
         return {};
-    QList<ObserverPoint> points = observersFrom(source, choices.step(), values, choices.heightChoice());
-    adaptOutsidePoints(points, ground, parent);
+    SampledObservers observers = observersFrom(source, choices.step(), values, choices.heightChoice());
+    adaptOutsidePoints(observers.points, ground, parent);
+    QStringList findings;
     if (source.skippedFeatures > 0)
-        Prompt::warning(
-            parent,
+        findings +=
             labelText({"MESS_OBS_NON_PRIS",
                        "%1 objets ont été ignorés : sans géométrie, ou hors du système de coordonnées du MNT."})
-                .arg(source.skippedFeatures));
-    return points;
+                .arg(source.skippedFeatures);
+    if (observers.withoutHeight > 0)
+        findings += labelText({"MESS_OBS_SANS_HAUTEUR",
+                               "Points sans hauteur utilisable, qui ont reçu la hauteur par défaut : %1."})
+                        .arg(observers.withoutHeight);
+    if (!findings.isEmpty())
+        Prompt::warning(parent, findings.join(QStringLiteral("\n\n")));
+    return observers.points;
 }

@@ -29,6 +29,32 @@ std::optional<AltitudeMode> readAltitudeMode(const QString &text)
     return std::nullopt;
 }
 
+bool isCoordinate(double number)
+{
+    return std::abs(number) <= highestCoordinate; // false for NaN
+}
+
+bool isAltitude(double number)
+{
+    return std::abs(number) <= highestAltitude;
+}
+
+QString pointProblem(const ObserverPoint &point)
+{
+    const auto problem = [](const char *name, double number, double lowest, double highest) {
+        return numberProblem(QString::fromLatin1(name), number, lowest, highest, false);
+    };
+    if (!isCoordinate(point.x))
+        return problem("x", point.x, -highestCoordinate, highestCoordinate);
+    if (!isCoordinate(point.y))
+        return problem("y", point.y, -highestCoordinate, highestCoordinate);
+    if (!isAltitude(point.height))
+        return problem("height", point.height, -highestAltitude, highestAltitude);
+    if (!(point.maxDistance >= 0.0 && point.maxDistance <= longestDistance))
+        return problem("distance", point.maxDistance, 0.0, longestDistance);
+    return {};
+}
+
 std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::optional<double> &ground)
 {
     if (point.mode == AltitudeMode::Absolute)
@@ -49,19 +75,19 @@ PointLinesReading readPointLines(const QString &text, const ObserverPoint &defau
         double *const numbers[] = {&point.x, &point.y, &point.height, nullptr, &point.maxDistance};
         for (int at = 0; good && at < fields.size(); ++at) {
             if (numbers[at]) {
-                const auto number = readNumber(fields.at(at));
-                good = number.has_value();
-                *numbers[at] = number.value_or(0.0);
+                *numbers[at] = fields.at(at).toDouble(&good); // "nan" and "inf" are numbers, but unusable
             } else {
                 const auto mode = readAltitudeMode(fields.at(at));
                 good = mode.has_value();
                 point.mode = mode.value_or(point.mode);
             }
         }
-        if (good)
-            reading.points += point;
-        else
+        if (!good)
             ++reading.invalidLines;
+        else if (!pointProblem(point).isEmpty())
+            ++reading.unusablePoints;
+        else
+            reading.points += point;
     }
     return reading;
 }
@@ -106,6 +132,8 @@ PointRowReading readPointRow(const QVariantMap &row)
         if (!on)
             reading.problem = switchProblem(enabled, row.value(enabled));
     }
+    if (reading.problem.isEmpty())
+        reading.problem = pointProblem(point);
     return reading;
 }
 
@@ -152,6 +180,9 @@ QString writePointFile(const QString &folder, const QList<ToolObserver> &observe
         driver ? driver->Create(encodePath(path).constData(), 0, 0, 0, GDT_Unknown, nullptr) : nullptr);
     OGRLayer *layer = file ? file->CreateLayer("point", nullptr, wkbPoint25D, nullptr) : nullptr;
     OGRFieldDefn distance("Max_Dist", OFTReal);
+    constexpr int decimals = 15;
+    distance.SetWidth(10 + 1 + decimals); // room for the digits of longestDistance; GDAL's own width has not
+    distance.SetPrecision(decimals);
     if (!layer || layer->CreateField(&distance) != OGRERR_NONE)
         return {};
     for (const ToolObserver &observer : observers) {

@@ -35,6 +35,20 @@ struct ObserverPoint
     bool operator==(const ObserverPoint &other) const = default;
 };
 
+constexpr double highestCoordinate = 1e15; ///< a greater number is no coordinate in any unit
+constexpr double highestAltitude = 1e7;    ///< a greater number is no altitude on Earth in any unit
+constexpr double longestDistance = 1e9;    ///< in metres; many times around the Earth
+
+/// Whether a number from a file or a field can be a coordinate: finite, and not absurdly great.
+bool isCoordinate(double number);
+
+/// Whether a number can be a height or an altitude, in the same sense.
+bool isAltitude(double number);
+
+/// Why no observer can have the numbers of the point, in a sentence that names the number; empty for a good
+/// point. Tables, recipes, pasted lines and vector sources all accept what this function accepts.
+QString pointProblem(const ObserverPoint &point);
+
 /// The observer's altitude above the DEM's zero. `ground` is the elevation of the DEM under the observer,
 /// nothing where the DEM has no data: a relative height has no altitude there.
 std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::optional<double> &ground);
@@ -43,7 +57,8 @@ std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::op
 struct PointLinesReading
 {
     QList<ObserverPoint> points;
-    int invalidLines = 0; ///< number of lines that are not valid points; they are skipped
+    int invalidLines = 0;   ///< number of lines of another form; they are skipped
+    int unusablePoints = 0; ///< number of lines with a pointProblem(); they are skipped
 };
 
 /// Reads lines "x y [height [mode [distance]]]", separated by tabs, blanks or semicolons, with numbers in the C

@@ -226,11 +226,11 @@ QVector<RecordField<IntervisibilityOptions>> fieldsOf(const IntervisibilityOptio
     return {
         QUVO_FIELD(IntervisibilityOptions, points, 0, 0, "MESS_OPT_OBS_SOURCE",
                    "fichier vecteur dont les points, et les lignes échantillonnées, sont des observateurs"),
-        QUVO_FIELD(IntervisibilityOptions, height, -highestElevation, highestElevation, "MESS_OPT_OBS_HAUTEUR",
+        QUVO_FIELD(IntervisibilityOptions, height, -highestAltitude, highestAltitude, "MESS_OPT_OBS_HAUTEUR",
                    "hauteur ou altitude de ces observateurs"),
         QUVO_FIELD(IntervisibilityOptions, mode, 0, 0, "MESS_OPT_OBS_MODE",
                    "Relative : au-dessus du sol ; Absolute : altitude"),
-        QUVO_FIELD(IntervisibilityOptions, distance, 0, highestElevation, "MESS_OPT_OBS_DIST",
+        QUVO_FIELD(IntervisibilityOptions, distance, 0, longestDistance, "MESS_OPT_OBS_DIST",
                    "distance maximale de leur vue, en mètres ; 0 : sans limite"),
         QUVO_FIELD(IntervisibilityOptions, step, 0, highestElevation, "MESS_OPT_OBS_PAS",
                    "pas d'échantillonnage des lignes, dans l'unité du MNT ; 0 : une cellule"),

@@ -7,6 +7,7 @@
 #include <ogrsf_frmts.h>
 
 #include <cmath>
+#include <limits>
 #include <memory>
 
 namespace
@@ -46,14 +47,14 @@ QHash<QString, double> numericValues(const OGRFeature &feature)
     return values;
 }
 
-// The functions add…() add a part of a feature to `found`. They return false when a piece of the part has no
-// finite coordinates or is of a kind that makes no observers; its other pieces are added.
+// The functions add…() add a part of a feature to `found`. They return false when a piece of the part has
+// numbers that are no coordinates, or is of a kind that makes no observers; its other pieces are added.
 
 bool addLine(const OGRSimpleCurve &line, VectorObservers &found)
 {
     QVector<QPointF> vertices;
     for (const OGRPoint &point : line) {
-        if (!std::isfinite(point.getX()) || !std::isfinite(point.getY()))
+        if (!isCoordinate(point.getX()) || !isCoordinate(point.getY()))
             return false;
         vertices += QPointF(point.getX(), point.getY());
     }
@@ -64,7 +65,7 @@ bool addLine(const OGRSimpleCurve &line, VectorObservers &found)
 
 bool addSite(const OGRPoint &point, const QHash<QString, double> &values, VectorObservers &found)
 {
-    if (point.IsEmpty() || !std::isfinite(point.getX()) || !std::isfinite(point.getY()))
+    if (point.IsEmpty() || !isCoordinate(point.getX()) || !isCoordinate(point.getY()))
         return false;
     VectorSite site{{point.getX(), point.getY()}, std::nullopt, values};
     if (point.Is3D() && std::isfinite(point.getZ()))
@@ -196,27 +197,34 @@ QVector<QPointF> sampledLine(const QVector<QPointF> &line, double step)
     return points;
 }
 
-QList<ObserverPoint> observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
-                                   const HeightChoice &heights)
+SampledObservers observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
+                               const HeightChoice &heights)
 {
-    QList<ObserverPoint> points;
+    SampledObservers observers;
     const auto add = [&](const QPointF &position) -> ObserverPoint & {
-        points += defaults;
-        points.last().x = position.x();
-        points.last().y = position.y();
-        return points.last();
+        observers.points += defaults;
+        observers.points.last().x = position.x();
+        observers.points.last().y = position.y();
+        return observers.points.last();
     };
+    const double none = std::numeric_limits<double>::quiet_NaN();
     for (const VectorSite &site : source.sites) {
         ObserverPoint &point = add(site.position);
-        if (heights.fromZ && site.z) {
-            point.height = *site.z;
-            point.mode = AltitudeMode::Absolute;
+        if (!heights.fromZ && heights.attribute.isEmpty())
+            continue;
+        const double height =
+            heights.fromZ ? site.z.value_or(none) : site.values.value(heights.attribute, none);
+        if (!isAltitude(height)) {
+            ++observers.withoutHeight;
+            continue;
         }
-        point.height = site.values.value(heights.attribute, point.height);
+        point.height = height;
+        if (heights.fromZ)
+            point.mode = AltitudeMode::Absolute;
     }
     for (const QVector<QPointF> &line : source.lines) {
         for (const QPointF &sample : sampledLine(line, step))
             add(sample);
     }
-    return points;
+    return observers;
 }

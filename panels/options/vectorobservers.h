@@ -26,7 +26,8 @@ struct VectorObservers
     QList<QVector<QPointF>> lines; ///< lines and rings; a multi-part geometry adds each of its parts
     bool hasZ = false;             ///< at least one site has a z coordinate
     QStringList numericAttributes; ///< sorted names of the sites' numeric attributes
-    int skippedFeatures = 0;       ///< number of features without a geometry that the DEM's CRS can express
+    int skippedFeatures = 0;       ///< number of features without a geometry that the DEM's CRS can express,
+                                   ///< or with coordinates that are none
     QStringList files;             ///< paths of the local files of the source
     QString problem; ///< GDAL's message about a source that cannot be opened; empty for a good source
 };
@@ -49,10 +50,17 @@ struct HeightChoice
     QString attribute;  ///< name of a numeric attribute; empty: no attribute
 };
 
+/// Observers that were made of a vector source.
+struct SampledObservers
+{
+    QList<ObserverPoint> points;
+    int withoutHeight = 0; ///< number of sites whose chosen height is missing or no altitude
+};
+
 /// The observers of a source: its sites, and points on its lines every `step`. `defaults` supplies the height,
 /// mode and distance that the source does not have.
-QList<ObserverPoint> observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
-                                   const HeightChoice &heights = {});
+SampledObservers observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
+                               const HeightChoice &heights = {});
 
 /// Points on a line every `step` along its length, beginning at its first vertex and at most `mostObservers`. A
 /// closed line does not repeat its first point at the end.

@@ -1,6 +1,7 @@
 #include "dataset/demground.h"
 
 #include "dataset/gdalmessages.h"
+#include "tests/support/files.h"
 #include "tests/support/rasters.h"
 
 #include <QTemporaryDir>
@@ -15,6 +16,7 @@ private slots:
     void surface_data();
     void surface();
     void oneCell();
+    void elevationUnits();
 
 private:
     QTemporaryDir m_folder;
@@ -60,6 +62,20 @@ void DemGroundTest::oneCell()
     const DemGround dem(m_folder.filePath("dem.tif"), 1);
     QVERIFY(!dem.surfaceElevation(dem.toGround({2.4, 2.4}))); // the cell under the point is void
     QVERIFY(!DemGround().surfaceElevation({0.0, 0.0}));
+}
+
+void DemGroundTest::elevationUnits()
+{
+    for (const auto &[written, shown] :
+         {std::pair("metre", "m"), {"US survey foot", "ft"}, {"cm", ""}, {"", ""}}) {
+        const QString path = writeFile(
+            m_folder.filePath("unit.vrt"),
+            QByteArray("<VRTDataset rasterXSize='1' rasterYSize='1'><VRTRasterBand dataType='Float32' band='1'>"
+                       "<UnitType>")
+                + written + "</UnitType></VRTRasterBand></VRTDataset>");
+        QCOMPARE(DemGround(path, 1).elevationUnit(), QString::fromLatin1(shown));
+    }
+    QVERIFY(DemGround().elevationUnit().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(DemGroundTest)

@@ -23,6 +23,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
@@ -171,12 +172,14 @@ void IntervisibilityPanelTest::pointsAndFile()
     QVERIFY(!panel.widget.isComplete());
     // The centre has no data: a warning follows, and the point is switched off.
     panel.click("m_pPBAddPoint");
+    QCoreApplication::processEvents();
     QVERIFY(Prompt::takeShown().value(0).startsWith("Attention: La position de l'observateur"));
     QVERIFY(!panel.widget.isComplete() && !panel.widget.currentObserver()->enabled);
 
-    panel.paste(
-        "500005 5099995\n500015;5099995;2.5;Absolute;0\n500025\t5099995 3 relative 400\nnonsense\n1 2 x\n");
-    QVERIFY(Prompt::takeShown().value(0).contains("2 lignes"));
+    panel.paste("500005 5099995\n500015;5099995;2.5;Absolute;0\n500025\t5099995 3 relative 1e9\nnonsense\n1 2 "
+                "x\n1 2 nan\n");
+    const QString problems = Prompt::takeShown().value(0);
+    QVERIFY2(problems.contains("2 lignes") && problems.contains("utilisables : 1."), qPrintable(problems));
     QCOMPARE(panel.model->rowCount(), 4);
     QVERIFY(panel.widget.isComplete() && panel.combines());
     const QString fragment = panel.widget.getCommandArguments();
@@ -184,7 +187,7 @@ void IntervisibilityPanelTest::pointsAndFile()
     const QString file = pointFileOf(fragment);
     QCOMPARE(fileContent(file),
              (QVector<QVector<double>>{
-                 {500005, 5099995, 11.7, 100000}, {500015, 5099995, 2.5, 0}, {500025, 5099995, 33, 400}}));
+                 {500005, 5099995, 11.7, 100000}, {500015, 5099995, 2.5, 0}, {500025, 5099995, 33, 1e9}}));
     QVERIFY(pointFileOf(panel.widget.getCommandArguments()) != file); // each call writes into a new folder
     QVERIFY(QFile::exists(file) && file.startsWith(panel.workFolder.path()));
 
@@ -255,8 +258,24 @@ void IntervisibilityPanelTest::tableByKeys()
     QTest::keyClicks(editor, "2,25");
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_COMPARE(panel.widget.options().observers.at(0).height, 2.25);
+    const QList<ObserverPoint> before = panel.widget.options().observers;
     QTest::keyClick(panel.table, Qt::Key_Delete);
     QCOMPARE(panel.model->rowCount(), 1);
+
+    // The current observer and the position follow the history; opened settings are one step of it.
+    panel.widget.placeObserver(0, {500015, 5099975});
+    panel.widget.setProcessOptions(IntervisibilityOptions{});
+    QVERIFY(panel.widget.options().observers.isEmpty() && !panel.widget.currentObserver());
+    QSignalSpy moved(&panel.widget, &intervisibilityOptionsWidget::currentObserverPointChanged);
+    QSignalSpy changed(&panel.widget, &intervisibilityOptionsWidget::completeChanged);
+    panel.click("m_pTBUndo");
+    QVERIFY(moved.count() > 0 && changed.count() > 0 && panel.widget.isComplete());
+    QCOMPARE(panel.field("m_pLEPointX")->text(), QStringLiteral("500015"));
+    moved.clear();
+    panel.click("m_pTBUndo");
+    QVERIFY(moved.count() > 0 && panel.field("m_pLEPointX")->text() != "500015");
+    panel.click("m_pTBUndo");
+    QVERIFY(panel.widget.options().observers == before);
 }
 
 void IntervisibilityPanelTest::defaultsAndColours()
@@ -269,6 +288,13 @@ void IntervisibilityPanelTest::defaultsAndColours()
     panel.widget.slot_onApplyToAllPoint();
     for (const ObserverPoint &point : panel.widget.options().observers)
         QVERIFY(point.height == 50.0 && point.mode == AltitudeMode::Absolute && point.maxDistance == 700.0);
+    panel.widget.findChild<QToolButton *>("m_pTBUndo")->click(); // undoes all of them at once
+    for (const ObserverPoint &point : panel.widget.options().observers)
+        QVERIFY(point.height == 1.7 && point.mode == AltitudeMode::Relative);
+    const auto distance = panel.field("m_pLEMaxDistance");
+    distance->setText("1e300");
+    QTest::keyClick(distance, Qt::Key_Return);
+    QCOMPARE(distance->text(), QStringLiteral("1000000000.000"));
     for (const char *reset : {"m_pPBResetAltitude", "m_pPBResetAltitudeType", "m_pPBResetMaxDistance"}) {
         panel.click(reset);
         QVERIFY2(!panel.widget.findChild<QPushButton *>(reset)->isEnabled(), reset);
@@ -307,6 +333,8 @@ void IntervisibilityPanelTest::importedSource()
         };
         QVERIFY(add(points, "POINT Z(500005 5099995 77)", 5.0));
         QVERIFY(add(points, "POINT Z(900005 5099995 88)", 6.0)); // outside of the DEM
+        QVERIFY(add(points, "POINT(500025 5099995)", 0.0));      // without any height
+        QVERIFY(add(points, "POINT Z(1e16 5099995 88)", 6.0));   // nowhere
         QVERIFY(add(lines, "MULTILINESTRING((500005 5099975,500027 5099975))", 0.0));
         QVERIFY(add(lines, "POINT EMPTY", 0.0));
     }
@@ -315,7 +343,7 @@ void IntervisibilityPanelTest::importedSource()
     const auto import = [&](const char *heights, double outside) {
         QuvoFilerDialog::answerBeforehand({path("vues.gpkg")});
         answerNext<intervisibilityProcessInfoDialog>([&](intervisibilityProcessInfoDialog &dialog) {
-            QCOMPARE(dialog.findChild<QLabel *>("m_pLabelPointCount")->text(), QStringLiteral("5"));
+            QCOMPARE(dialog.findChild<QLabel *>("m_pLabelPointCount")->text(), QStringLiteral("6"));
             const auto ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
             const auto step = dialog.findChild<QLineEdit *>("m_pLEPas");
             step->setText("9.9"); // below a cell
@@ -332,12 +360,14 @@ void IntervisibilityPanelTest::importedSource()
         panel.click("m_pPBAddFromVector");
     };
     import("mast", 120.0);
-    QVERIFY(Prompt::takeShown().value(0).contains("1 objets"));
+    const QString findings = Prompt::takeShown().value(0);
+    QVERIFY2(findings.contains("2 objets") && findings.contains("par défaut : 1."), qPrintable(findings));
     const QList<ObserverPoint> points = panel.widget.options().observers;
-    QCOMPARE(points.size(), 5);
+    QCOMPARE(points.size(), 6);
     QVERIFY(points.at(0).height == 5.0 && points.at(0).mode == AltitudeMode::Relative);
     QVERIFY(points.at(1).height == 120.0 && points.at(1).mode == AltitudeMode::Absolute);
-    QCOMPARE(points.at(4).position(), QPointF(500025, 5099975));
+    QCOMPARE(points.at(2).height, ObserverPoint().height);
+    QCOMPARE(points.at(5).position(), QPointF(500025, 5099975));
     // A cell size that has no exact decimal text is accepted; too many observers are refused.
     VectorObservers other;
     other.lines = {{{0, 0}, {100000, 0}}};
@@ -348,8 +378,8 @@ void IntervisibilityPanelTest::importedSource()
     intervisibilityProcessInfoDialog tooMany(other, 9, 9, 1.0);
     QVERIFY(!tooMany.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->isEnabled());
     import("Coordonnée Z (altitude absolue)", 0.0);
-    QCOMPARE(panel.model->rowCount(), 9);
-    QCOMPARE(panel.widget.options().observers.at(5).height, 77.0);
+    QCOMPARE(panel.model->rowCount(), 11);
+    QCOMPARE(panel.widget.options().observers.at(6).height, 77.0);
 
     Prompt::takeShown();
     QuvoFilerDialog::answerBeforehand({path("absent.gpx")});

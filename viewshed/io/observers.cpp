@@ -23,7 +23,7 @@ constexpr double coordinateLimit = 1e15;
 
 bool isWithin(double number, double limit)
 {
-    return std::abs(number) < limit; // false for NaN
+    return std::abs(number) <= limit; // false for NaN
 }
 
 /// `field` is the number of the field with the reach, or -1. Throws Problem if the feature is not usable.

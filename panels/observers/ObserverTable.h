@@ -1,0 +1,71 @@
+#pragma once
+
+#include "panels/observers/ObserverPointsModel.h"
+
+#include <QObject>
+
+class QAction;
+class QKeyEvent;
+class QTableView;
+class QToolButton;
+
+/// The work on the table of observers: its selection and keys, the removal of points, and undo and redo.
+///
+/// While the table has the focus, the space bar switches the selected points on and off, "delete" removes them,
+/// "paste" emits pasteRequested(), and the keys of undo and redo use the history.
+class ObserverTable : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The view and the model outlive this object.
+    ObserverTable(QTableView *view, ObserverPointsModel &model);
+
+    /// Lets the buttons undo and redo.
+    void setHistoryButtons(QToolButton *undo, QToolButton *redo);
+
+    /// Lets the keys of undo and redo use the history while the widget has the focus, too.
+    void addHistoryKeys(QWidget *widget);
+
+    /// Counted from 0; -1 where no row is current.
+    int currentRow() const;
+
+    /// Makes the row the current one and the only selected one.
+    void choose(int row);
+
+    /// Adds the points and makes the last of them current.
+    void addPoints(const QList<ObserverPoint> &points);
+
+    /// Adds the points in the lines of the clipboard. A message box counts the lines that are none. `defaults`
+    /// supplies what a line leaves out.
+    void paste(const ObserverPoint &defaults);
+
+    /// Removes the selected points, or the current one where none is selected.
+    void removeSelected();
+
+    /// Removes all points after a question.
+    void removeAll();
+
+    /// Shows the texts in the current language.
+    void retranslate();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+signals:
+    void pasteRequested();
+
+private:
+    bool handleKey(const QKeyEvent &key);
+    void fitRowHeight();
+    void toggleClicked(const QModelIndex &index);
+    void enable(const QVector<int> &rows, bool on);
+    void choosePresentRow(const QVector<int> &rows);
+    void warnOfGroundless();
+    void showHistory();
+    QVector<int> selectedRows() const;
+
+    QTableView *m_view;
+    ObserverPointsModel &m_model;
+    QAction *m_undo;
+    QAction *m_redo;
+};

@@ -1,0 +1,59 @@
+#include "panels/observers/observercommands.h"
+
+#include "panels/observers/ObserverPointsModel.h"
+
+#include <QLocale>
+
+const StepName addingStep{{"MESS_ETAPE_AJOUT_1", "ajout d'un point"},
+                          {"MESS_ETAPE_AJOUT", "ajout de %1 points"}};
+const StepName removalStep{{"MESS_ETAPE_SUPPR_1", "suppression d'un point"},
+                           {"MESS_ETAPE_SUPPR", "suppression de %1 points"}};
+const StepName changeStep{{"MESS_ETAPE_MODIF_1", "modification d'un point"},
+                          {"MESS_ETAPE_MODIF", "modification de %1 points"}};
+const StepName settingsStep{{"MESS_ETAPE_REGLAGES", "remplacement des points par ceux des réglages"},
+                            {"MESS_ETAPE_REGLAGES", "remplacement des points par ceux des réglages"}};
+
+namespace
+{
+
+/// The rows that the step put in, else those that it changed, else those that it took out.
+QVector<int> rowsOf(const NumberedPoints &putIn, const NumberedPoints &changed, const NumberedPoints &takenOut)
+{
+    QVector<int> rows;
+    for (const NumberedPoint &each : !putIn.isEmpty() ? putIn : !changed.isEmpty() ? changed : takenOut)
+        rows += each.row;
+    return rows;
+}
+
+} // namespace
+
+ObserverStep::ObserverStep(ObserverPointsModel &model, const StepName &name, int count, const TableEdit &edit)
+    : m_model(model)
+    , m_name(name)
+    , m_count(count)
+    , m_edit(edit)
+{ }
+
+void ObserverStep::undo()
+{
+    m_model.takeOut(m_edit.inserted);
+    m_model.putIn(m_edit.removed);
+    m_model.change(m_edit.before);
+    emit m_model.restored(rowsOf(m_edit.removed, m_edit.before, m_edit.inserted));
+}
+
+void ObserverStep::redo()
+{
+    m_model.change(m_edit.after);
+    m_model.takeOut(m_edit.removed);
+    m_model.putIn(m_edit.inserted);
+    if (m_wasDone)
+        emit m_model.restored(rowsOf(m_edit.inserted, m_edit.after, m_edit.removed));
+    m_wasDone = true;
+}
+
+QString ObserverStep::name() const
+{
+    return m_count == 1 ? labelText(m_name.one)
+                        : labelText(m_name.several).replace(QLatin1String("%1"), QLocale().toString(m_count));
+}

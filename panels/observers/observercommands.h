@@ -1,0 +1,63 @@
+#pragma once
+
+#include "messages/label.h"
+#include "panels/options/observerpoints.h"
+
+#include <QUndoCommand>
+#include <QVector>
+
+class ObserverPointsModel;
+
+/// Names a step in the history of the table, in lower case. In the text for several points, %1 stands for their
+/// number.
+struct StepName
+{
+    Label one;
+    Label several;
+};
+
+extern const StepName addingStep;
+extern const StepName removalStep;
+extern const StepName changeStep;
+extern const StepName settingsStep; ///< opened settings replace all points
+
+/// A point and the row, counted from 0, where it stands in the table.
+struct NumberedPoint
+{
+    int row = 0;
+    ObserverPoint point;
+};
+
+/// Points in the order of their rows, each row once.
+using NumberedPoints = QVector<NumberedPoint>;
+
+/// What a step does: first some rows get other points, then rows are removed, then rows are inserted.
+struct TableEdit
+{
+    NumberedPoints before; ///< the changed rows with their points before the step
+    NumberedPoints after;  ///< the same rows with their points after the step
+    NumberedPoints removed;
+    NumberedPoints inserted; ///< with the rows where they stand after the step
+};
+
+/// A step in the history of the table. It holds points and no elevations: the DEM may be another one when the
+/// step is undone. The model outlives the step.
+class ObserverStep : public QUndoCommand
+{
+public:
+    /// `count` is the number of points for the name.
+    ObserverStep(ObserverPointsModel &model, const StepName &name, int count, const TableEdit &edit);
+
+    void undo() override;
+    void redo() override;
+
+    /// What the step does, in the current language, for example "suppression de 3 points".
+    QString name() const;
+
+private:
+    ObserverPointsModel &m_model;
+    StepName m_name;
+    int m_count;
+    TableEdit m_edit;
+    bool m_wasDone = false; ///< redo() does the step for the first time, too
+};
