@@ -35,8 +35,8 @@ QString chosenLanguage(const QString &otherwise);
 /// file refers to.
 void writeChosenLanguage(const QString &language);
 
-/// The geometry of a window, moved and shrunk so that all of it stands on one screen, unless the screens together
-/// already show all of it. `wanted` and the result: the position of the frame's corner and the size inside the
-/// frame. `frame`: width and height that the frame adds. `screens`: the available areas of the screens; without
-/// any, `wanted` is returned as it is.
+/// The geometry of a window, moved and shrunk so that all of it stands on one screen, unless the screens
+/// together already show all of it. `wanted` and the result: the position of the frame's corner and the size
+/// inside the frame. `frame`: width and height that the frame adds. `screens`: the available areas of the
+/// screens; without any, `wanted` is returned as it is.
 QRect visibleGeometry(const QRect &wanted, const QSize &frame, const QVector<QRect> &screens);

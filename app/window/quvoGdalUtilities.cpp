@@ -10,6 +10,7 @@
 #include "app/window/OutputField.h"
 #include "app/window/ProcessTabs.h"
 #include "app/window/SettingsMenu.h"
+#include "app/window/WheelGuard.h"
 #include "app/window/WindowShape.h"
 #include "app/window/dialogrules.h"
 #include "app/window/launchquestions.h"
@@ -17,7 +18,6 @@
 #include "app/window/processResultDialog.h"
 #include "dataset/formatfilters.h"
 #include "messages/Prompt.h"
-#include "panels/controls/WheelGuard.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 

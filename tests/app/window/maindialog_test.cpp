@@ -409,7 +409,7 @@ void MainDialogTest::closingDuringARun()
 
 void MainDialogTest::geometryAndRecentFilesComeBack()
 {
-    for (const QSize size : {QSize(760, 780), QSize(770, 785)}) {
+    for (const QSize size : {QSize(780, 540), QSize(785, 550)}) {
         {
             Dialog dialog(m_tools);
             dialog.window.setInputDem(path("dem.tif"));

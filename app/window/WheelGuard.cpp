@@ -1,4 +1,4 @@
-#include "panels/controls/WheelGuard.h"
+#include "app/window/WheelGuard.h"
 
 #include <QAbstractScrollArea>
 #include <QEvent>
@@ -17,7 +17,8 @@ bool isControl(const QWidget *widget)
 WheelGuard::WheelGuard(QWidget *area)
     : QObject(area)
 {
-    for (QWidget *widget : area->findChildren<QWidget *>() << area) {
+    const QList<QWidget *> widgets = area->findChildren<QWidget *>() + QList<QWidget *>{area};
+    for (QWidget *widget : widgets) {
         if (!isControl(widget))
             continue;
         if (widget->focusPolicy() == Qt::WheelFocus) // the wheel would give the focus first
