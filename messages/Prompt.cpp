@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QToolTip>
 #include <QVariant>
 
 #include <optional>
@@ -62,6 +63,15 @@ bool Prompt::question(QWidget *parent, const QString &text)
     box.setEscapeButton(no);
     box.exec();
     return box.clickedButton() == yes;
+}
+
+void Prompt::notice(QWidget *button, const QString &text)
+{
+    constexpr int duration = 4000; // ms
+    if (qApp->property(answersProperty).isValid())
+        qApp->setProperty(shownProperty, qApp->property(shownProperty).toStringList() << text);
+    else
+        QToolTip::showText(button->mapToGlobal(QPoint(0, 0)), text, nullptr, {}, duration);
 }
 
 void Prompt::answerBeforehand(const QVector<bool> &answers)

@@ -18,9 +18,13 @@ public:
     /// Returns whether the user answered yes; "no" is the default button.
     static bool question(QWidget *parent, const QString &text);
 
+    /// Shows a line beside a button that was used, to confirm what it did. The line goes by itself.
+    static void notice(QWidget *button, const QString &text);
+
     /// From here on no box is shown: each gets the next of the answers, and "no" when none is left.
     static void answerBeforehand(const QVector<bool> &answers);
 
-    /// Returns "title: text" of each box that was not shown, and clears the record.
+    /// Returns "title: text" of each box, and the text of each notice, that was not shown, and clears the
+    /// record.
     static QStringList takeShown();
 };

@@ -278,13 +278,14 @@ int colorReliefOptionsWidget::addTable(const QString &file, const ColorTableRead
 
 void colorReliefOptionsWidget::slot_addAColorFile()
 {
-    const QString current = m_form->m_pCBColorTable->currentTable().file;
+    // The program's own library is in the list already.
+    const QString start = m_tableFolder.isEmpty() ? QFileInfo(m_dem.path).absolutePath() : m_tableFolder;
     const QString file = QuvoFilerDialog::getSelection(
-        this, QuvoFilerDialog::OpenFile, tr("Choisir un fichier table couleurs", "MESS_CHOIX_TC"),
-        QFileInfo(current).absolutePath(),
+        this, QuvoFilerDialog::OpenFile, tr("Choisir un fichier table couleurs", "MESS_CHOIX_TC"), start,
         QStringLiteral("%1 (*.txt)").arg(tr("Fichier table couleur", "MESS_FICH_TC")));
     if (file.isEmpty())
         return;
+    m_tableFolder = QFileInfo(file).absolutePath();
     const ColorTableReading reading = readColorTable(file);
     if (!reading.problem.isEmpty() || elevationEntries(reading.entries).isEmpty()) {
         const QString reason = reading.problem.isEmpty() ? file : reading.problem;

@@ -106,6 +106,7 @@ private:
 
     std::unique_ptr<Ui::colorReliefOptionsWidget> m_form;
     WorkFolder &m_workFolder;
+    QString m_tableFolder; ///< folder of the table that was last selected in a file dialog
     DemInfo m_dem;
     ExtremesScan m_scan;
     QuvoProgressDialog m_progress;

@@ -13,10 +13,20 @@
 namespace
 {
 
+/// Shows the text in the label. The Tab key reaches the label where the text holds a link.
+void showText(QLabel *label, const QString &text)
+{
+    label->setText(text);
+    label->setTextInteractionFlags(text.contains(QLatin1String("<a "))
+                                       ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
+                                       : Qt::NoTextInteraction);
+    label->setFocusPolicy(text.contains(QLatin1String("<a ")) ? Qt::StrongFocus : Qt::NoFocus);
+}
+
 /// Shows the text in the label; an empty text hides the label, which takes no room then.
 void setNote(QLabel *note, const QString &text)
 {
-    note->setText(text);
+    showText(note, text);
     note->setVisible(!text.isEmpty());
 }
 
@@ -185,7 +195,7 @@ void contourOptionsWidget::slot_onOptionsChanged()
 void contourOptionsWidget::updateNotes()
 {
     const ContourOptions shown = options();
-    m_form->m_pForecastLabel->setText(forecast(shown)); // never hidden: it stands beside its field
+    showText(m_form->m_pForecastLabel, forecast(shown)); // never hidden: it stands beside its field
     setNote(m_form->m_pAttributeNote, attributeProblem(m_outputFormat, shown.attribute));
     setNote(m_form->m_pLevelsNote, levelsNote(shown.fixedLevels));
     const QString offsetNote = numberNote(m_form->m_pLEOffset->text());
@@ -211,12 +221,15 @@ QString contourOptionsWidget::forecast(const ContourOptions &options) const
         return {};
 
     const auto elevation = [this](double value) { return locale().toString(value, 'f', 1); };
-    const QString range = tr("Altitudes de %1 à %2.", "MESS_CN_ALTITUDES")
+    const QString range = (m_dem.extremes.exact ? tr("Altitudes de %1 à %2.", "MESS_CN_ALTITUDES")
+                                                : tr("Altitudes d'environ %1 à %2.", "MESS_CN_ALT_ENVIRON"))
                               .arg(elevation(m_dem.extremes.minimum), elevation(m_dem.extremes.maximum));
     if (options.interval) {
         const double levels = levelCount(m_dem.extremes, *options.interval, options.offset.value_or(0.0));
         return range + QLatin1Char(' ')
-            + tr("Niveaux : %1.", "MESS_CN_NIVEAUX").arg(locale().toString(levels, 'f', 0));
+            + (m_dem.extremes.exact ? tr("Niveaux : %1.", "MESS_CN_NIVEAUX")
+                                    : tr("Niveaux : environ %1.", "MESS_CN_NIV_ENVIRON"))
+                  .arg(locale().toString(levels, 'f', 0));
     }
     const auto proposed = roundInterval(m_dem.extremes);
     if (!proposed)

@@ -15,6 +15,18 @@ constexpr double zoomStep = 1.5;
 
 } // namespace
 
+void showProduct(const QString &file, QWidget *parent, const ShellServices &services)
+{
+    auto dialog = new PreviewDialog(file, parent, services);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    if (dialog->canShow()) {
+        dialog->open();
+    } else {
+        dialog->slot_openWith();
+        dialog->deleteLater();
+    }
+}
+
 PreviewDialog::PreviewDialog(const QString &file, QWidget *parent, const ShellServices &services)
     : QDialog(parent)
     , m_form(std::make_unique<Ui::PreviewDialog>())

@@ -16,6 +16,9 @@ namespace Ui
 class PreviewDialog;
 }
 
+/// Opens a product in a PreviewDialog, or in another program where this one cannot show its format.
+void showProduct(const QString &file, QWidget *parent, const ShellServices &services = desktopServices());
+
 /// Shows a product in a window of its own: a raster in its colours or in grey, a vector file as lines. The
 /// visible part is read at the resolution of the screen, so that zooming shows more detail.
 class PreviewDialog : public QDialog

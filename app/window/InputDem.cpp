@@ -58,7 +58,7 @@ InputDem::InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog)
     connect(&m_typingTimer, &QTimer::timeout, this, &InputDem::tryTyped);
     connect(this, &InputDem::changed, this, &InputDem::updateDem);
     connect(m_bands, qOverload<int>(&QComboBox::currentIndexChanged), this, &InputDem::updateDem);
-    connect(&m_scan, &ExtremesScan::finished, this, &InputDem::setExtremes);
+    connect(&m_scan, &ExtremesScan::finished, this, &InputDem::onScanned);
 }
 
 QString InputDem::path() const
@@ -78,6 +78,15 @@ void InputDem::updateDem()
     emit demChanged(m_dem);
     if (m_dem.searching)
         m_scan.start(m_dem.path, m_dem.band, ExtremesReader::Estimate);
+}
+
+/// After an estimate, reads every cell where that takes about a second.
+void InputDem::onScanned(const Extremes &extremes)
+{
+    constexpr double quicklyRead = 25e6; // cells
+    setExtremes(extremes);
+    if (!extremes.exact && !extremes.unreadable && m_cellCount <= quicklyRead)
+        m_scan.start(m_dem.path, m_dem.band, ExtremesReader::Exact);
 }
 
 void InputDem::setExtremes(const Extremes &extremes)
@@ -208,6 +217,7 @@ void InputDem::accept(const QString &accepted, const RasterInfo &info, Listing l
     const bool same = accepted == m_path;
     m_path = accepted;
     m_files = info.files;
+    m_cellCount = static_cast<double>(info.width) * info.height;
     writeRecentFiles(withRecent(readRecentFiles(), m_path));
     showPath(listing);
     if (!same || m_bands->count() != info.bandCount) {

@@ -49,7 +49,8 @@ signals:
     void changed(const QString &path);
 
     /// The DEM or band changed, or its extreme values became known. After each change of DEM or band the
-    /// extreme values are estimated in the background, and the signal follows again.
+    /// extreme values are estimated in the background, and the signal follows again; it follows once more where
+    /// all cells are read quickly.
     void demChanged(const DemInfo &dem);
 
 protected:
@@ -70,6 +71,7 @@ private:
     void showOpenedPath();
     void warn(const QString &file);
     void updateDem();
+    void onScanned(const Extremes &extremes);
     void onTyped();
     void tryTyped();
     void accept(const QString &accepted, const RasterInfo &info, Listing listing);
@@ -82,6 +84,7 @@ private:
     QString m_path;    ///< path of the DEM that was opened last, as the combo box shows it
     QString m_problem; ///< why open() failed last, in a sentence
     QStringList m_files;
+    double m_cellCount = 0.0; ///< cells of a band
     DemInfo m_dem;
     ExtremesScan m_scan;
     QString m_lastChosenFolder; ///< folder of the DEM that was last selected in a file dialog

@@ -35,13 +35,13 @@ void OutputField::changeExtension(const QStringList &before, const QStringList &
     m_name->setText(adaptExtension(name(), extensions, before));
 }
 
-void OutputField::select(const QStringList &extensions, const QStringList &inputFiles)
+void OutputField::select(const QString &input, const QStringList &extensions, const QStringList &inputFiles)
 {
     QWidget *window = m_name->window();
     const QString title = labelText({"MESS_CHOISIR_SORTIE", "Choisir un fichier de sortie"});
     const QString filter = QStringLiteral("%1 (*.%2)").arg(title, extensions.value(0));
-    const QString path =
-        QuvoFilerDialog::getSelection(window, QuvoFilerDialog::SaveFile, title, name(), filter);
+    const QString path = QuvoFilerDialog::getSelection(window, QuvoFilerDialog::SaveFile, title,
+                                                       besideInput(name(), input), filter);
     if (path.isEmpty())
         return;
     const QString problem = checkOutputName(path, extensions, inputFiles).problem;

@@ -31,8 +31,9 @@ public:
     void restore(const QString &name, const QString &input, const QString &suffix);
 
     /// Shows the name that the user selects in a file dialog, as a file with the first of the extensions. A
-    /// name that no run can write, such as one of the input's files, is not shown; a warning says why.
-    void select(const QStringList &extensions, const QStringList &inputFiles);
+    /// name that no run can write, such as one of the input's files, is not shown; a warning says why. A
+    /// relative name stands for a file in the input's folder, as in a launch.
+    void select(const QString &input, const QStringList &extensions, const QStringList &inputFiles);
 
 private:
     QLineEdit *m_name;

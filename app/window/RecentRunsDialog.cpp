@@ -1,10 +1,12 @@
 #include "app/window/RecentRunsDialog.h"
 
+#include "app/preview/PreviewDialog.h"
 #include "messages/Prompt.h"
 
 #include <QDir>
 #include <QEvent>
 #include <QFile>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
@@ -48,6 +50,7 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
     , m_runs(readRecentRuns(file))
     , m_pTable(new QTableWidget(this))
     , m_pPBChoose(new QPushButton(this))
+    , m_pPBShowResult(new QPushButton(this))
     , m_pPBClear(new QPushButton(this))
     , m_pPBClose(new QPushButton(this))
 {
@@ -63,11 +66,14 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
     m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     for (const int names : {4, 5})
         m_pTable->horizontalHeader()->setSectionResizeMode(names, QHeaderView::Stretch);
+    m_pPBShowResult->setObjectName(QStringLiteral("m_pPBShowResult"));
+    m_pPBShowResult->setAutoDefault(false);
     m_pPBClear->setAutoDefault(false);
     m_pPBClose->setAutoDefault(false);
     auto buttons = new QHBoxLayout;
     buttons->addWidget(m_pPBClear);
     buttons->addStretch();
+    buttons->addWidget(m_pPBShowResult);
     buttons->addWidget(m_pPBChoose);
     buttons->addWidget(m_pPBClose);
     auto layout = new QVBoxLayout(this);
@@ -79,6 +85,9 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
 
     connect(m_pTable, &QTableWidget::cellDoubleClicked, this, &RecentRunsDialog::choose);
     connect(m_pPBChoose, &QPushButton::clicked, this, [this] { choose(m_pTable->currentRow()); });
+    connect(m_pPBShowResult, &QPushButton::clicked, this, &RecentRunsDialog::showResult);
+    connect(m_pTable, &QTableWidget::itemSelectionChanged, this, &RecentRunsDialog::updateButtons);
+    updateButtons();
     connect(m_pPBClear, &QPushButton::clicked, this, &RecentRunsDialog::clear);
     connect(m_pPBClose, &QPushButton::clicked, this, &QDialog::reject);
 }
@@ -107,8 +116,23 @@ void RecentRunsDialog::applyTexts()
     m_pPBChoose->setText(tr("Reprendre ces réglages", "MESS_HIST_REPRENDRE"));
     m_pPBClear->setText(tr("Effacer la liste", "MESS_HIST_EFFACER"));
     m_pPBClose->setText(tr("Fermer", "MESS_FERMER"));
-    m_pPBChoose->setEnabled(!m_runs.isEmpty());
+    m_pPBShowResult->setText(tr("Afficher le résultat", "MESS_AFFICHER_RES"));
+    updateButtons();
+}
+
+void RecentRunsDialog::updateButtons()
+{
+    const int row = m_pTable->currentRow();
+    const bool isRun = row >= 0 && row < m_runs.size();
+    m_pPBShowResult->setEnabled(isRun && m_runs.at(row).end == RunEnd::Done
+                                && QFileInfo::exists(m_runs.at(row).recipe.output));
+    m_pPBChoose->setEnabled(isRun);
     m_pPBClear->setEnabled(!m_runs.isEmpty());
+}
+
+void RecentRunsDialog::showResult()
+{
+    showProduct(m_runs.at(m_pTable->currentRow()).recipe.output, this);
 }
 
 void RecentRunsDialog::choose(int row)

@@ -26,12 +26,15 @@ protected:
 private:
     void applyTexts();
     void choose(int row);
+    void updateButtons();
+    void showResult();
     void clear();
 
     QString m_file;
     QList<RecentRun> m_runs;
     QTableWidget *m_pTable;
     QPushButton *m_pPBChoose;
+    QPushButton *m_pPBShowResult;
     QPushButton *m_pPBClear;
     QPushButton *m_pPBClose;
 };

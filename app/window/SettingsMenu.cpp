@@ -5,6 +5,7 @@
 #include "app/startup/settings.h"
 #include "app/window/HelpDialog.h"
 #include "app/window/RecentRunsDialog.h"
+#include "app/window/dialogrules.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
@@ -16,7 +17,6 @@
 #include <QMenu>
 #include <QSaveFile>
 #include <QToolButton>
-#include <QToolTip>
 
 #include <utility>
 
@@ -171,12 +171,16 @@ void SettingsMenu::slot_save()
                              dico_label("MESS_FICHIER_EXISTANT", name.toLocal8Bit().constData())))
         return;
     QSaveFile file(name);
-    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
-        m_lastFile = name;
-    else
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
         Prompt::critical(m_window.widget,
                          dico_label("MESS_ERR_ECR_FICH", name.toLocal8Bit().constData())
                              + QStringLiteral("\n\n") + file.errorString());
+        return;
+    }
+    m_lastFile = name;
+    Prompt::notice(&m_button,
+                   tr("Les réglages sont enregistrés dans « %1 ».", "MESS_REGL_ENREGISTRES")
+                       .arg(QFileInfo(name).fileName()));
 }
 
 void SettingsMenu::slot_copyCommand()
@@ -185,8 +189,7 @@ void SettingsMenu::slot_copyCommand()
     if (command.isEmpty())
         return;
     QApplication::clipboard()->setText(command);
-    QToolTip::showText(m_button.mapToGlobal(QPoint(0, 0)),
-                       tr("La commande est dans le presse-papiers.", "MESS_REGL_COPIEE"));
+    Prompt::notice(&m_button, commandCopiedText());
 }
 
 void SettingsMenu::listRecentRuns()

@@ -8,6 +8,9 @@
 /// Whether the launch button is enabled. `output` is the text of the output field.
 bool canLaunch(bool hasInput, const QString &output, bool panelIsComplete);
 
+/// The notice after a command was copied.
+QString commandCopiedText();
+
 /// The list of recent paths with `path` at its head. The list holds absolute paths, newest first, each once,
 /// and at most ten.
 QStringList withRecent(const QStringList &recent, const QString &path);

@@ -1,6 +1,7 @@
 #include "app/window/processResultDialog.h"
 
 #include "app/preview/PreviewDialog.h"
+#include "app/window/dialogrules.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
 #include "ui_processResultDialog.h"
@@ -46,14 +47,7 @@ processResultDialog::~processResultDialog() = default;
 
 void processResultDialog::slot_showResult()
 {
-    auto dialog = new PreviewDialog(m_result.file, this, m_services);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    if (dialog->canShow()) {
-        dialog->open();
-    } else { // another program may be able to show the format
-        dialog->slot_openWith();
-        dialog->deleteLater();
-    }
+    showProduct(m_result.file, this, m_services);
 }
 
 void processResultDialog::slot_openFolder()
@@ -74,4 +68,5 @@ void processResultDialog::slot_showDetails(bool shown)
 void processResultDialog::slot_copyCommand()
 {
     QGuiApplication::clipboard()->setText(m_result.shellCommand);
+    Prompt::notice(m_form->m_pPBCopyCommand, commandCopiedText());
 }

@@ -13,6 +13,7 @@
 #include "app/window/WheelGuard.h"
 #include "app/window/WindowShape.h"
 #include "app/window/dialogrules.h"
+#include "app/window/focusorder.h"
 #include "app/window/launchquestions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
@@ -65,6 +66,11 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
         field->setAcceptDrops(false);
     new WheelGuard(m_form->m_pTabWidget);
     new WheelGuard(m_form->m_pCBBand);
+    orderFocus(*this,
+               {m_form->m_pCBInputListFile, m_form->m_pPBSelectInputDEM, m_form->m_pCBBand,
+                m_form->m_pTabWidget, m_form->m_pGrpBPreviews, m_form->m_pLEOutputFile,
+                m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions, m_form->m_pPBShowPreview,
+                m_form->m_pAboutLabel, m_form->m_pTBSettings, m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
     m_shape->restore();
     applyTexts();
     connectControls();
@@ -184,7 +190,7 @@ void quvoGdalUtilities::slot_selectInputDem()
 
 void quvoGdalUtilities::slot_selectOutputFile()
 {
-    m_output->select(currentExtensions(), m_input->files());
+    m_output->select(m_input->path(), currentExtensions(), m_input->files());
 }
 
 QStringList quvoGdalUtilities::currentExtensions() const

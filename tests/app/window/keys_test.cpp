@@ -3,6 +3,7 @@
 #include "tests/support/maindialog.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QWheelEvent>
@@ -17,6 +18,7 @@ private slots:
     void init() { setUpTest(64); }
     void fieldsNeitherCloseNorLaunch();
     void wrongDemKeepsItsText();
+    void tabVisitsEachControlInOrder();
     void wheelScrollsOverControlsWithoutFocus();
 };
 
@@ -72,6 +74,39 @@ void KeysTest::wrongDemKeepsItsText()
     dialog.window.setInputDem(path("absent.tif"));
     QCOMPARE(input->currentText(), path("dem.tif"));
     QVERIFY(dialog.launchButton()->isEnabled());
+}
+
+void KeysTest::tabVisitsEachControlInOrder()
+{
+    ShownDialog dialog(m_tools);
+    QVERIFY(QTest::qWaitForWindowActive(&dialog.window));
+    dialog.window.setInputDem(path("dem.tif"));
+    QTRY_VERIFY(dialog.launchButton()->isEnabled());
+    for (const char *tab : {"contourTab", "intervisibilityTab", "colorReliefTab"}) {
+        dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>(tab));
+        dialog.find<QWidget>("m_pCBInputListFile")->setFocus();
+        QWidgetList visited;
+        while (!visited.contains(dialog.window.focusWidget()) && visited.size() < 200) {
+            visited += dialog.window.focusWidget();
+            QTest::keyClick(visited.last(), Qt::Key_Tab);
+            if (dialog.window.focusWidget() == visited.last() && qobject_cast<QLabel *>(visited.last()))
+                QTest::keyClick(visited.last(), Qt::Key_Tab); // the first one went to the link in the label
+        }
+        QCOMPARE(dialog.window.focusWidget(), visited.first()); // no control keeps the focus
+        int last = 0;
+        for (const char *name :
+             {"m_pPBSelectInputDEM", tab, "m_pLEOutputFile", "m_pAboutLabel", "m_pPBClose"}) {
+            const auto widget = dialog.find<QWidget>(name);
+            int at = 0;
+            while (at < visited.size() && visited.at(at) != widget && !widget->isAncestorOf(visited.at(at)))
+                ++at;
+            QVERIFY2(at > last && at < visited.size(), name);
+            last = at;
+        }
+    }
+    // The link of the forecast can be followed without a mouse.
+    dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>("contourTab"));
+    QTRY_COMPARE(dialog.find<QLabel>("m_pForecastLabel")->focusPolicy(), Qt::StrongFocus);
 }
 
 void KeysTest::wheelScrollsOverControlsWithoutFocus()

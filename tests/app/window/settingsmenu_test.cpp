@@ -1,3 +1,4 @@
+#include "app/preview/PreviewDialog.h"
 #include "app/window/HelpDialog.h"
 #include "app/window/RecentRunsDialog.h"
 #include "tests/support/files.h"
@@ -187,7 +188,7 @@ void SettingsMenuTest::settingsComeBack()
     QVERIFY2(other.window.recipe() == settings, writeRecipe(other.window.recipe()).constData());
     other.drop(file);
     QVERIFY(other.window.recipe() == settings);
-    QCOMPARE(Prompt::takeShown(), QStringList());
+    QCOMPARE(Prompt::takeShown(), QStringList{"Les réglages sont enregistrés dans « réglages 1.5.json »."});
 }
 
 void SettingsMenuTest::vectorSourceBecomesRows()
@@ -353,6 +354,11 @@ void SettingsMenuTest::recentRuns()
 
     menu->actions().last()->trigger();
     const auto list = dialog.window.findChild<RecentRunsDialog *>();
+    const auto showResult = list->findChild<QPushButton *>("m_pPBShowResult");
+    QVERIFY(!showResult->isEnabled()); // the newest run was stopped
+    list->findChild<QTableWidget *>()->selectRow(2);
+    showResult->click();
+    QVERIFY(list->findChild<PreviewDialog *>());
     emit list->findChild<QTableWidget *>()->cellDoubleClicked(1, 0);
     QVERIFY(dialog.window.recipe() == recipe(colors, "f.tif"));
 
