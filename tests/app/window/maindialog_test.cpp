@@ -1,4 +1,3 @@
-#include "app/preview/PreviewLabel.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/controls/QEditableComboBox.h"
@@ -8,7 +7,6 @@
 #include "tests/support/programs.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -29,6 +27,7 @@ private slots:
 
     void tabsKeepTheirIndexes();
     void inputAndProposal();
+    void startDirectory();
     void typedInput();
     void badInputChangesNothing();
     void launchButton();
@@ -44,7 +43,6 @@ private slots:
     void closingDuringARun();
     void geometryAndRecentFilesComeBack();
     void dropOpens();
-    void resultDialog();
 
 private:
     void useTool(const QByteArray &script);
@@ -60,6 +58,12 @@ struct Dialog : ShownDialog
     QLineEdit *output() { return find<QLineEdit>("m_pLEOutputFile"); }
     QComboBox *input() { return find<QComboBox>("m_pCBInputListFile"); }
     QString resultText() { return result() ? result()->findChild<QLabel *>("m_pLText")->text() : QString(); }
+    /// The start of the next dialog for choosing a DEM.
+    QString nextFolder()
+    {
+        find<QPushButton>("m_pPBSelectInputDEM")->click();
+        return QuvoFilerDialog::takeShown().value(0).section('|', 1, 1);
+    }
 };
 
 QPushButton *stopButton()
@@ -95,8 +99,11 @@ void MainDialogTest::tabsKeepTheirIndexes()
                             "intervisibilityTab", "colorReliefTab", "contourTab"};
     for (int index = 0; index < tabs->count(); ++index) {
         QCOMPARE(tabs->widget(index)->objectName(), order.at(index));
-        const bool hasPanel = tabs->widget(index)->findChild<QScrollArea *>() != nullptr;
-        QCOMPARE(tabs->isTabVisible(index), hasPanel); // a tab without a panel is hidden
+        const auto area = tabs->widget(index)->findChild<QScrollArea *>();
+        QVERIFY2(area && area->widget(), qPrintable(order.at(index)));
+        QCOMPARE(QString(area->widget()->metaObject()->className()),
+                 QString(order.at(index)).replace("Tab", "OptionsWidget"));
+        QVERIFY(tabs->isTabVisible(index));
     }
 }
 
@@ -124,6 +131,15 @@ void MainDialogTest::inputAndProposal()
     dialog.window.setInputDem(path("three.tif"));
     QCOMPARE(dialog.output()->text(), QStringLiteral("mine.tif"));
     QCOMPARE(dialog.input()->itemText(1), path("dem.tif"));
+}
+
+void MainDialogTest::startDirectory()
+{
+    Dialog dialog(m_tools);
+    dialog.window.setKeepStartingDir(true);
+    QCOMPARE(dialog.nextFolder(), QDir::currentPath());
+    dialog.window.setInputDem(path("dem.tif")); // ends the option, which is for the first dialog
+    QCOMPARE(dialog.nextFolder(), path("dem.tif"));
 }
 
 void MainDialogTest::typedInput()
@@ -287,6 +303,7 @@ void MainDialogTest::stopLeavesNothing()
     QTest::mouseClick(stopButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(), QStringLiteral("Le traitement a été annulé."));
+    QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Fin du traitement"));
     QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
     QVERIFY(!stopButton());
 }
@@ -370,6 +387,7 @@ void MainDialogTest::failureIsShown()
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(),
              QStringLiteral("Une erreur est survenue lors de la création de l'image de sortie."));
+    QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Fin du traitement"));
     const QString details = dialog.result()->findChild<QPlainTextEdit *>()->toPlainText();
     QVERIFY(details.contains("ERROR 9: <b>no</b>") && details.contains("5") && details.contains("hillshade"));
     QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
@@ -410,13 +428,16 @@ void MainDialogTest::closingDuringARun()
 void MainDialogTest::geometryAndRecentFilesComeBack()
 {
     for (const QSize size : {QSize(780, 540), QSize(785, 550)}) {
+        const QPoint place(size.width() - 777, 4);
         {
             Dialog dialog(m_tools);
             dialog.window.setInputDem(path("dem.tif"));
             dialog.window.resize(size);
+            dialog.window.move(place);
             dialog.window.close();
         }
         Dialog dialog(m_tools);
+        QCOMPARE(dialog.window.pos(), place);
         QCOMPARE(dialog.window.width(), size.width()); // the screen of the offscreen platform bounds the height
         QCOMPARE(dialog.input()->count(), 1);
         QCOMPARE(dialog.input()->itemText(0), path("dem.tif"));
@@ -430,27 +451,6 @@ void MainDialogTest::dropOpens()
     QVERIFY(!dialog.input()->lineEdit()->acceptDrops() && !dialog.output()->acceptDrops());
     QVERIFY(dialog.drop(path("dem.tif")));
     QCOMPARE(dialog.input()->currentText(), path("dem.tif"));
-}
-
-void MainDialogTest::resultDialog()
-{
-    QStringList requests;
-    ShellServices services;
-    services.open = [&](const QUrl &url) { return requests += "open " + url.toLocalFile(), false; };
-    services.showInFileManager = [&](const QUrl &url) { return requests += "show " + url.toLocalFile(), true; };
-    ProcessResult result;
-    result.file = path("dem.tif");
-    result.shellCommand = QStringLiteral("'tool' a");
-    processResultDialog dialog(result, nullptr, services);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the desktop did not take"));
-    dialog.findChild<QPushButton *>("m_pPBShowResult")->click();
-    QTRY_VERIFY(!dialog.findChild<PreviewLabel *>("m_pLPreview")->picture().isNull());
-    dialog.findChild<QPushButton *>("m_pPBOpenWith")->click();
-    dialog.findChild<QPushButton *>("m_pPBOpenFolder")->click();
-    dialog.findChild<QPushButton *>("m_pPBCopyCommand")->click();
-    QCOMPARE(requests, (QStringList{"open " + path("dem.tif"), "show " + path("dem.tif")}));
-    QVERIFY(Prompt::takeShown().constFirst().contains(path("dem.tif"))); // no program could open it
-    QCOMPARE(QApplication::clipboard()->text(), result.shellCommand);
 }
 
 QTEST_MAIN(MainDialogTest)
