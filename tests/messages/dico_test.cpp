@@ -75,41 +75,38 @@ void DicoTest::safeFormats()
 void DicoTest::setUpFaults_data()
 {
     QTest::addColumn<QStringList>("files"); // empty files in MESSAGES
-    QTest::addColumn<QStringList>("environment");
+    QTest::addColumn<QString>("variable");
     QTest::addColumn<QString>("printed");
 
-    QTest::newRow("no home") << QStringList{} << QStringList{"no home"}
-                             << "ERROR : LUMAGRAF_HOME undefined !!!\n0";
-    QTest::newRow("no default") << QStringList{} << QStringList{}
-                                << "ERROR : no language file for : DEFAULT\n0";
-    QTest::newRow("half a default") << QStringList{"geodico.lc"} << QStringList{}
-                                    << "ERROR : no language file for : DEFAULT\n0";
-    QTest::newRow("no language") << QStringList{} << QStringList{"GEOLANGUE=ENGLISH"}
-                                 << "ERROR : no language file for : ENGLISH and DEFAULT\n0";
-    QTest::newRow("fall back to half a pair")
-        << QStringList{"geodico.lc.idx"} << QStringList{"GEOLANGUE=ENGLISH"} << "end\n7";
-    QTest::newRow("half a language, half a default")
-        << QStringList{"geodico.an", "geodico.lc"} << QStringList{"GEOLANGUE=EN"}
-        << "ERROR : could not stat %1/MESSAGES/geodico.lc.idx\nend\n7";
-    QTest::newRow("added one missing") << QStringList{"geodico.lc", "geodico.lc.idx"}
-                                       << QStringList{"MON_DICO=/no/such"} << "ERROR : /no/such not found\n0";
-    QTest::newRow("empty element") << QStringList{"geodico.lc", "geodico.lc.idx"}
-                                   << QStringList{"MON_DICO=%1/MESSAGES/geodico.lc;;"}
-                                   << "ERROR :  not found\n0";
-    QTest::newRow("separator at the end") << QStringList{"geodico.lc", "geodico.lc.idx"}
-                                          << QStringList{"MON_DICO=%1/MESSAGES/geodico.lc;"} << "end\n7";
+    const auto row = [](const char *name, const QStringList &files, const char *variable, const char *printed) {
+        QTest::newRow(name) << files << QString(variable) << QString(printed);
+    };
+    row("no home", {}, "no home", "ERROR : LUMAGRAF_HOME undefined !!!\n0");
+    row("no default", {}, "", "ERROR : no language file for : DEFAULT\n0");
+    row("half a default", {"geodico.lc"}, "", "ERROR : no language file for : DEFAULT\n0");
+    row("no language", {}, "GEOLANGUE=ENGLISH", "ERROR : no language file for : ENGLISH and DEFAULT\n0");
+    row("fall back to half a pair", {"geodico.lc.idx"}, "GEOLANGUE=ENGLISH", "end\n7");
+    row("half a language, half a default", {"geodico.an", "geodico.lc"}, "GEOLANGUE=EN",
+        "ERROR : could not stat %1/MESSAGES/geodico.lc.idx\nend\n7");
+    row("added one missing", {"geodico.lc", "geodico.lc.idx"}, "MON_DICO=/no/such",
+        "ERROR : /no/such not found\n0");
+    row("empty element", {"geodico.lc", "geodico.lc.idx"}, "MON_DICO=%1/MESSAGES/geodico.lc;;",
+        "ERROR :  not found\n0");
+    row("separator at the end", {"geodico.lc", "geodico.lc.idx"}, "MON_DICO=%1/MESSAGES/geodico.lc;", "end\n7");
 }
 
 void DicoTest::setUpFaults()
 {
     QFETCH(QStringList, files);
-    QFETCH(QStringList, environment);
+    QFETCH(QString, variable);
     QFETCH(QString, printed);
     for (const QString &name : files)
         writeFile(path("MESSAGES/" + name), {});
-    QStringList variables = environment.replaceInStrings("%1", m_folder->path());
-    if (!variables.removeAll("no home"))
+    QStringList variables;
+    if (variable != QLatin1String("no home"))
         variables += home();
+    if (variable.contains('='))
+        variables += variable.replace("%1", m_folder->path());
     QCOMPARE(runDicoChild(variables, {"message", "UNKNOWN"}), printed.replace("%1", m_folder->path()));
 }
 

@@ -58,6 +58,22 @@ struct Dialog : ShownDialog
     QLineEdit *output() { return find<QLineEdit>("m_pLEOutputFile"); }
     QComboBox *input() { return find<QComboBox>("m_pCBInputListFile"); }
     QString resultText() { return result() ? result()->findChild<QLabel *>("m_pLText")->text() : QString(); }
+    /// Chooses a format and clicks the boxes in the dialog of the output options. Clicks on disabled boxes are
+    /// ignored.
+    void changeOutput(const QString &format, const QStringList &boxes)
+    {
+        QTimer::singleShot(50, [format, boxes] {
+            const auto options =
+                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
+            QVERIFY(options);
+            const auto list = options->findChild<QComboBox *>();
+            list->setCurrentIndex(list->findData(format));
+            for (const QString &box : boxes)
+                options->findChild<QAbstractButton *>(box)->click();
+            options->accept();
+        });
+        find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
+    }
     /// The start of the next dialog for choosing a DEM.
     QString nextFolder()
     {
@@ -313,22 +329,9 @@ void MainDialogTest::outputOptions()
     QVERIFY(writeHill(path("dem.tif"), 600));
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
-    const auto change = [&](const QString &format, const QStringList &boxes) {
-        QTimer::singleShot(50, [&, format, boxes] {
-            const auto options =
-                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
-            QVERIFY(options);
-            const auto list = options->findChild<QComboBox *>();
-            list->setCurrentIndex(list->findData(format));
-            for (const QString &box : boxes)
-                options->findChild<QAbstractButton *>(box)->click(); // a disabled box ignores the click
-            options->accept();
-        });
-        dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
-    };
-    change("PNG", {"m_pChBTiled"});
+    dialog.changeOutput("PNG", {"m_pChBTiled"});
     QCOMPARE(dialog.output()->text(), path("dem_hillshade.png"));
-    change("GTiff", {"m_pChBWorldFile", "m_pChBTiled", "m_pChBWorldFile", "m_pChBOverviews"});
+    dialog.changeOutput("GTiff", {"m_pChBWorldFile", "m_pChBTiled", "m_pChBWorldFile", "m_pChBOverviews"});
     QCOMPARE(dialog.output()->text(), path("dem_hillshade.tif"));
     QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
@@ -340,10 +343,10 @@ void MainDialogTest::outputOptions()
     const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
     tabs->setCurrentWidget(dialog.find<QWidget>("contourTab"));
     QVERIFY(dialog.output()->text().endsWith(".shp")); // raster and vector products have separate options
-    change("GPKG", {});
+    dialog.changeOutput("GPKG", {});
     QVERIFY(dialog.output()->text().endsWith(".gpkg"));
     tabs->setCurrentWidget(dialog.find<QWidget>("intervisibilityTab"));
-    change("PNG", {}); // the tool writes no other format
+    dialog.changeOutput("PNG", {}); // the tool writes no other format
     QVERIFY(dialog.output()->text().endsWith(".tif"));
 }
 
@@ -359,13 +362,7 @@ void MainDialogTest::overviewsAreOptional()
         dialog.window.setInputDem(path("dem.tif"));
         dialog.output()->setText(path("vues.tif"));
         Prompt::answerBeforehand({true});
-        QTimer::singleShot(50, [] {
-            const auto options =
-                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
-            options->findChild<QAbstractButton *>("m_pChBOverviews")->click();
-            options->accept();
-        });
-        dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
+        dialog.changeOutput("GTiff", {"m_pChBOverviews"});
         QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
         QTRY_VERIFY(QFile::exists(path("vues.tif.ovr")) || dialog.result());
         if (QByteArray(script).contains("sleep")) {

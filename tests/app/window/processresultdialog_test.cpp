@@ -1,38 +1,21 @@
-#include "app/window/processResultDialog.h"
-
 #include "app/preview/PreviewLabel.h"
-#include "dataset/gdalmessages.h"
-#include "messages/Prompt.h"
-#include "runner/QuvoScriptRunner.h"
-#include "tests/support/rasters.h"
+#include "tests/support/maindialog.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QIcon>
 #include <QLabel>
-#include <QPushButton>
 #include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
 
-class ProcessResultDialogTest : public QObject
+class ProcessResultDialogTest : public MainDialogFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { setUpProgram(); }
+    void init() { setUpTest(64); }
     void ends();
     void buttons();
-
-private:
-    QTemporaryDir m_folder;
 };
-
-void ProcessResultDialogTest::initTestCase()
-{
-    Q_INIT_RESOURCE(quvo);
-    setUpGdal();
-}
 
 void ProcessResultDialogTest::ends()
 {
@@ -62,9 +45,7 @@ void ProcessResultDialogTest::ends()
 
 void ProcessResultDialogTest::buttons()
 {
-    const QString product = m_folder.filePath("l'été.tif");
-    QVERIFY(writeHill(product, 64));
-    Prompt::answerBeforehand({});
+    const QString product = path("dem.tif");
     QStringList requests;
     ShellServices services;
     services.open = [&](const QUrl &url) { return requests += "open " + url.toLocalFile(), false; };
