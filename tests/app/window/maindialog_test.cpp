@@ -1,10 +1,7 @@
 #include "app/window/outputFileAdvancedOptionsDialog.h"
-#include "panels/colorReliefOptionsWidget.h"
 #include "panels/controls/QEditableComboBox.h"
-#include "panels/intervisibilityOptionsWidget.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
-#include "tests/support/programs.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -31,8 +28,6 @@ private slots:
     void typedInput();
     void badInputChangesNothing();
     void launchButton();
-    void productEqualsTheBatchProgramsOwn_data();
-    void productEqualsTheBatchProgramsOwn();
     void overwriteAsks();
     void wrongOptionsAreRefused();
     void outputIsNeverTheInput();
@@ -109,18 +104,24 @@ void MainDialogTest::useTool(const QByteArray &script)
 void MainDialogTest::tabsKeepTheirIndexes()
 {
     Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
     const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
-    QCOMPARE(tabs->count(), 7);
-    const QStringList order{"shadedTab",          "slopeTab",       "aspectTab", "tri_tpi_roughnessTab",
-                            "intervisibilityTab", "colorReliefTab", "contourTab"};
-    for (int index = 0; index < tabs->count(); ++index) {
-        QCOMPARE(tabs->widget(index)->objectName(), order.at(index));
-        const auto area = tabs->widget(index)->findChild<QScrollArea *>();
-        QVERIFY2(area && area->widget(), qPrintable(order.at(index)));
-        QCOMPARE(QString(area->widget()->metaObject()->className()),
-                 QString(order.at(index)).replace("Tab", "OptionsWidget"));
-        QVERIFY(tabs->isTabVisible(index));
+    int index = 0;
+    for (const auto &[process, product] : {std::pair{"shaded", "hillshade.tif"},
+                                           {"slope", "slope.tif"},
+                                           {"aspect", "aspect.tif"},
+                                           {"tri_tpi_roughness", "roughness.tif"},
+                                           {"intervisibility", "intervisibility.tif"},
+                                           {"colorRelief", "color.tif"},
+                                           {"contour", "contour_lines.shp"}}) {
+        tabs->setCurrentIndex(index++);
+        QCOMPARE(tabs->currentWidget()->objectName(), process + QStringLiteral("Tab"));
+        const auto area = tabs->currentWidget()->findChild<QScrollArea *>();
+        QVERIFY2(area && area->widget(), process);
+        QCOMPARE(QString(area->widget()->metaObject()->className()), process + QStringLiteral("OptionsWidget"));
+        QCOMPARE(dialog.output()->text(), path("dem_") + product);
     }
+    QCOMPARE(tabs->count(), index);
 }
 
 void MainDialogTest::inputAndProposal()
@@ -204,57 +205,6 @@ void MainDialogTest::launchButton()
     scale->lineEdit()->selectAll();
     QTest::keyClick(scale->lineEdit(), Qt::Key_Delete);
     QTRY_VERIFY(!dialog.launchButton()->isEnabled());
-}
-
-void MainDialogTest::productEqualsTheBatchProgramsOwn_data()
-{
-    QTest::addColumn<QString>("tab");
-    QTest::addColumn<QString>("product");
-    QTest::addColumn<QStringList>("byBatch");
-    const auto row = [](const char *tab, const char *product, const QStringList &byBatch) {
-        QTest::newRow(product) << QString(tab) << QString(product) << byBatch;
-    };
-    row("shadedTab", "dem_hillshade.tif", {"hillshade"});
-    row("slopeTab", "dem_slope.tif", {"slope"});
-    row("aspectTab", "dem_aspect.tif", {"aspect"});
-    row("tri_tpi_roughnessTab", "dem_roughness.tif", {"TRI"});
-    row("colorReliefTab", "dem_color.tif", {"color-relief", "--set", "table=viridis", "--set", "spread=true"});
-    row("intervisibilityTab", "dem_intervisibility.tif", {"intervisibility", "--set", "points=VUE"});
-    row("contourTab", "dem_contour_lines.shp", {"contour", "--set", "interval=10"});
-}
-
-void MainDialogTest::productEqualsTheBatchProgramsOwn()
-{
-    QFETCH(QString, tab);
-    QFETCH(QString, product);
-    QFETCH(QStringList, byBatch);
-    // The centre of the DEM, where the window puts its first observer.
-    byBatch.replaceInStrings("VUE", writeFile(path("vue.csv"), "id,WKT\n1,POINT(500320 5099680)\n"));
-    Dialog dialog(m_tools);
-    dialog.window.setInputDem(path("dem.tif"));
-    dialog.window.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
-    dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>(qPrintable(tab)));
-    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("10.000");
-    const auto colors = dialog.window.findChild<colorReliefOptionsWidget *>();
-    colors->slot_onNewColorFileCreated(QStringLiteral(QUVO_TREE "/libraries/colormap/viridis.txt"));
-    dialog.find<QAbstractButton>("m_pRBRelatifAltitude")->click();
-    QTRY_VERIFY(dialog.launchButton()->isEnabled());
-    QTRY_VERIFY(colors->options().minimum);
-    if (tab == QLatin1String("colorReliefTab"))
-        byBatch += {"--set", "minimum=" + QString::number(*colors->options().minimum, 'g', 17), "--set",
-                    "maximum=" + QString::number(*colors->options().maximum, 'g', 17)};
-    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
-    QTRY_VERIFY(dialog.result());
-    QCOMPARE(dialog.resultText(),
-             QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
-    QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Opération terminée"));
-    const QString other = path("batch.") + QFileInfo(product).suffix();
-    const Ended batch =
-        runProgram(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
-                   QStringList{"--input", path("dem.tif"), "--output", other, "--process"} + byBatch);
-    QVERIFY2(batch.code == 0, qPrintable(batch.error));
-    QVERIFY(!bytesOf(other).isEmpty());
-    QCOMPARE(bytesOf(path(product)), bytesOf(other));
 }
 
 void MainDialogTest::overwriteAsks()
