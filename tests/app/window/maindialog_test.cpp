@@ -375,7 +375,7 @@ void MainDialogTest::closingDuringARun()
 void MainDialogTest::geometryAndRecentFilesComeBack()
 {
     for (const QSize size : {QSize(780, 540), QSize(785, 550)}) {
-        const QPoint place(size.width() - 777, 4);
+        const QPoint place(3, size.height() / 50);
         {
             Dialog dialog(m_tools);
             dialog.window.setInputDem(path("dem.tif"));
