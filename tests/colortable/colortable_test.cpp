@@ -173,21 +173,18 @@ void ColorTableTest::spread_data()
     const QByteArray a = "\t1  1  1  255\n";
     const QByteArray b = "\t2  2  2  255\n";
     const QByteArray c = "\t3  3  3  255\n";
-    QTest::newRow("plain") << QByteArray("0 1 1 1\n10 2 2 2\n20 3 3 3") << 100.0 << 300.0
-                           << QByteArray("100" + a + "200" + b + "300" + c) << 0;
-    QTest::newRow("no-data apart") << QByteArray("0 1 1 1\n10 2 2 2\nnv 7 8 9 10") << -50.4 << 50.6
-                                   << QByteArray("nv\t7  8  9  10\n-50" + a + "51" + b) << 0;
-    QTest::newRow("below zero") << QByteArray("-100 1 1 1\n0 2 2 2\n100 3 3 3") << -0.4 << 1000.0
-                                << QByteArray("0" + a + "500" + b + "1000" + c) << 0;
-    QTest::newRow("percent") << QByteArray("0% 1 1 1\n25% 2 2 2\n100% 3 3 3") << 0.0 << 10.0
-                             << QByteArray("0" + a + "3" + b + "10" + c) << 0;
-    QTest::newRow("equal ends") << QByteArray("5 1 1 1\n5 2 2 2") << 7.0 << 9.0 << QByteArray("7" + a + "7" + b)
-                                << 0;
-    QTest::newRow("small range") << QByteArray("0 1 1 1\n10 2 2 2\n20 3 3 3") << 1.0 << 1.4
-                                 << QByteArray("1" + a + "1" + b + "1" + c) << 2;
-    QTest::newRow("sharp edge") << QByteArray("0 1 1 1\n10 2 2 2\n10 3 3 3") << 0.0 << 100.0
-                                << QByteArray("0" + a + "100" + b + "100" + c) << 0;
-    QTest::newRow("empty") << QByteArray() << 0.0 << 1.0 << QByteArray() << 0;
+    const auto row = [](const char *name, const char *table, double minimum, double maximum,
+                        const QByteArray &text, int merged = 0) {
+        QTest::newRow(name) << QByteArray(table) << minimum << maximum << text << merged;
+    };
+    row("plain", "0 1 1 1\n10 2 2 2\n20 3 3 3", 100.0, 300.0, "100" + a + "200" + b + "300" + c);
+    row("no-data apart", "0 1 1 1\n10 2 2 2\nnv 7 8 9 10", -50.4, 50.6, "nv\t7  8  9  10\n-50" + a + "51" + b);
+    row("below zero", "-100 1 1 1\n0 2 2 2\n100 3 3 3", -0.4, 1000.0, "0" + a + "500" + b + "1000" + c);
+    row("percent", "0% 1 1 1\n25% 2 2 2\n100% 3 3 3", 0.0, 10.0, "0" + a + "3" + b + "10" + c);
+    row("equal ends", "5 1 1 1\n5 2 2 2", 7.0, 9.0, "7" + a + "7" + b);
+    row("small range", "0 1 1 1\n10 2 2 2\n20 3 3 3", 1.0, 1.4, "1" + a + "1" + b + "1" + c, 2);
+    row("sharp edge", "0 1 1 1\n10 2 2 2\n10 3 3 3", 0.0, 100.0, "0" + a + "100" + b + "100" + c);
+    row("empty", "", 0.0, 1.0, "");
 }
 
 void ColorTableTest::spread()

@@ -11,7 +11,6 @@ class DicoTest : public QObject
 
 private slots:
     void init();
-    void languages_data();
     void languages();
     void safeFormats();
     void setUpFaults_data();
@@ -44,36 +43,25 @@ void DicoTest::init()
     QVERIFY(QDir(m_folder->path()).mkdir("MESSAGES"));
 }
 
-void DicoTest::languages_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("suffix");
-    QTest::addColumn<int>("number");
-
-    QTest::newRow("long") << "FRENCH"
-                          << ".fr" << 0;
-    QTest::newRow("small letters") << "fr"
-                                   << ".lc" << 10;
-    QTest::newRow("empty") << ""
-                           << ".lc" << 10;
-    QTest::newRow("no long Portuguese") << "PORTUGUESE"
-                                        << ".lc" << 10;
-    QTest::newRow("Portuguese") << "PORTUGAIS"
-                                << ".po" << 3;
-    QTest::newRow("no short Turkish") << "TR"
-                                      << ".lc" << 10;
-    QTest::newRow("Turkish") << "TURKISH"
-                             << ".tr" << 11;
-    QTest::newRow("Chinese of China") << "CH_CN"
-                                      << ".ch_cn" << 12;
-}
-
 void DicoTest::languages()
 {
-    QFETCH(QString, name);
-    const DicoLanguage language = dicoLanguage(name.toStdString());
-    QTEST(QString::fromLatin1(language.suffix), "suffix");
-    QTEST(language.number, "number");
+    const struct
+    {
+        const char *names;
+        const char *suffix;
+        int number;
+    } rows[] = {
+        {"FRANCAIS,FRENCH,FR", ".fr", 0}, {"ANGLAIS,ENGLISH,EN", ".an", 1}, {"ESPAGNOL,SPANISH,ES", ".es", 2},
+        {"PORTUGAIS,PO", ".po", 3},       {"ALLEMAND,DE", ".al", 4},        {"ITALIEN,IT", ".it", 5},
+        {"INDONESIEN,IN", ".in", 6},      {"CHINESE,CH", ".ch", 7},         {"RUSSIAN,RU", ".ru", 8},
+        {"JAPANESE,JP", ".jp", 9},        {"TURKISH", ".tr", 11},           {"CHINESE_CN,CH_CN", ".ch_cn", 12},
+        {"fr,PORTUGUESE,TR,,", ".lc", 10}};
+    for (const auto &[names, suffix, number] : rows) {
+        for (const QString &name : QString(names).split(',')) {
+            const DicoLanguage language = dicoLanguage(name.toStdString());
+            QVERIFY2(language.suffix == QLatin1String(suffix) && language.number == number, qPrintable(name));
+        }
+    }
 }
 
 void DicoTest::safeFormats()
@@ -87,41 +75,38 @@ void DicoTest::safeFormats()
 void DicoTest::setUpFaults_data()
 {
     QTest::addColumn<QStringList>("files"); // empty files in MESSAGES
-    QTest::addColumn<QStringList>("environment");
+    QTest::addColumn<QString>("variable");
     QTest::addColumn<QString>("printed");
 
-    QTest::newRow("no home") << QStringList{} << QStringList{"no home"}
-                             << "ERROR : LUMAGRAF_HOME undefined !!!\n0";
-    QTest::newRow("no default") << QStringList{} << QStringList{}
-                                << "ERROR : no language file for : DEFAULT\n0";
-    QTest::newRow("half a default") << QStringList{"geodico.lc"} << QStringList{}
-                                    << "ERROR : no language file for : DEFAULT\n0";
-    QTest::newRow("no language") << QStringList{} << QStringList{"GEOLANGUE=ENGLISH"}
-                                 << "ERROR : no language file for : ENGLISH and DEFAULT\n0";
-    QTest::newRow("fall back to half a pair")
-        << QStringList{"geodico.lc.idx"} << QStringList{"GEOLANGUE=ENGLISH"} << "end\n7";
-    QTest::newRow("half a language, half a default")
-        << QStringList{"geodico.an", "geodico.lc"} << QStringList{"GEOLANGUE=EN"}
-        << "ERROR : could not stat %1/MESSAGES/geodico.lc.idx\nend\n7";
-    QTest::newRow("added one missing") << QStringList{"geodico.lc", "geodico.lc.idx"}
-                                       << QStringList{"MON_DICO=/no/such"} << "ERROR : /no/such not found\n0";
-    QTest::newRow("empty element") << QStringList{"geodico.lc", "geodico.lc.idx"}
-                                   << QStringList{"MON_DICO=%1/MESSAGES/geodico.lc;;"}
-                                   << "ERROR :  not found\n0";
-    QTest::newRow("separator at the end") << QStringList{"geodico.lc", "geodico.lc.idx"}
-                                          << QStringList{"MON_DICO=%1/MESSAGES/geodico.lc;"} << "end\n7";
+    const auto row = [](const char *name, const QStringList &files, const char *variable, const char *printed) {
+        QTest::newRow(name) << files << QString(variable) << QString(printed);
+    };
+    row("no home", {}, "no home", "ERROR : LUMAGRAF_HOME undefined !!!\n0");
+    row("no default", {}, "", "ERROR : no language file for : DEFAULT\n0");
+    row("half a default", {"geodico.lc"}, "", "ERROR : no language file for : DEFAULT\n0");
+    row("no language", {}, "GEOLANGUE=ENGLISH", "ERROR : no language file for : ENGLISH and DEFAULT\n0");
+    row("fall back to half a pair", {"geodico.lc.idx"}, "GEOLANGUE=ENGLISH", "end\n7");
+    row("half a language, half a default", {"geodico.an", "geodico.lc"}, "GEOLANGUE=EN",
+        "ERROR : could not stat %1/MESSAGES/geodico.lc.idx\nend\n7");
+    row("added one missing", {"geodico.lc", "geodico.lc.idx"}, "MON_DICO=/no/such",
+        "ERROR : /no/such not found\n0");
+    row("empty element", {"geodico.lc", "geodico.lc.idx"}, "MON_DICO=%1/MESSAGES/geodico.lc;;",
+        "ERROR :  not found\n0");
+    row("separator at the end", {"geodico.lc", "geodico.lc.idx"}, "MON_DICO=%1/MESSAGES/geodico.lc;", "end\n7");
 }
 
 void DicoTest::setUpFaults()
 {
     QFETCH(QStringList, files);
-    QFETCH(QStringList, environment);
+    QFETCH(QString, variable);
     QFETCH(QString, printed);
     for (const QString &name : files)
         writeFile(path("MESSAGES/" + name), {});
-    QStringList variables = environment.replaceInStrings("%1", m_folder->path());
-    if (!variables.removeAll("no home"))
+    QStringList variables;
+    if (variable != QLatin1String("no home"))
         variables += home();
+    if (variable.contains('='))
+        variables += variable.replace("%1", m_folder->path());
     QCOMPARE(runDicoChild(variables, {"message", "UNKNOWN"}), printed.replace("%1", m_folder->path()));
 }
 
@@ -141,6 +126,12 @@ void DicoTest::kindsAndPrefixes()
     for (const char *text : {"ERREUR 1", "erreurs"})
         QCOMPARE(child({"is_error", text}), QStringLiteral("1\nend\n7"));
     QCOMPARE(child({"is_error", "ERRE"}), QStringLiteral("0\nend\n7"));
+
+    // Of several prefixes of a kind the last one counts: here the first four bytes of the texts.
+    const auto record = dicoRecordBytes({"ERREUR", 0, 4, 0, 0});
+    const QString index = path("MESSAGES/geodico.lc.idx");
+    writeFile(index, bytesOf(index) + QByteArray(record.data(), static_cast<int>(record.size())));
+    QCOMPARE(child({"message", "FICHIER", "a.img"}), QStringLiteral("ERRE 12 : fichier a.img\nend\n7"));
 }
 
 void DicoTest::laterDictionariesGoFirst()

@@ -17,13 +17,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
-#include <QToolButton>
 
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
@@ -42,7 +40,6 @@ private slots:
     void previewOnCopy();
     void groundless();
     void tableByKeys();
-    void defaultsAndColours();
     void importedSource();
 
 private:
@@ -170,6 +167,8 @@ void IntervisibilityPanelTest::pointsAndFile()
     Panel panel(m_dem);
     Prompt::answerBeforehand({});
     QVERIFY(!panel.widget.isComplete());
+    QCOMPARE(panel.widget.findChild<QPushButton *>("m_pPBColorZO")->styleSheet(),
+             QStringLiteral("background-color: rgb(0, 158, 115);"));
     // The centre has no data: a warning follows, and the point is switched off.
     panel.click("m_pPBAddPoint");
     QCoreApplication::processEvents();
@@ -278,38 +277,6 @@ void IntervisibilityPanelTest::tableByKeys()
     QVERIFY(panel.widget.options().observers == before);
 }
 
-void IntervisibilityPanelTest::defaultsAndColours()
-{
-    Panel panel(m_dem);
-    panel.paste("500005 5099995\n500025 5099995\n");
-    panel.field("m_pLEAltitude")->setText("50.000");
-    panel.widget.findChild<QComboBox *>("m_pCmBAltitudeType")->setCurrentText("Absolute");
-    panel.field("m_pLEMaxDistance")->setText("700.000");
-    panel.widget.slot_onApplyToAllPoint();
-    for (const ObserverPoint &point : panel.widget.options().observers)
-        QVERIFY(point.height == 50.0 && point.mode == AltitudeMode::Absolute && point.maxDistance == 700.0);
-    panel.widget.findChild<QToolButton *>("m_pTBUndo")->click(); // undoes all of them at once
-    for (const ObserverPoint &point : panel.widget.options().observers)
-        QVERIFY(point.height == 1.7 && point.mode == AltitudeMode::Relative);
-    const auto distance = panel.field("m_pLEMaxDistance");
-    distance->setText("1e300");
-    QTest::keyClick(distance, Qt::Key_Return);
-    QCOMPARE(distance->text(), QStringLiteral("1000000000.000"));
-    for (const char *reset : {"m_pPBResetAltitude", "m_pPBResetAltitudeType", "m_pPBResetMaxDistance"}) {
-        panel.click(reset);
-        QVERIFY2(!panel.widget.findChild<QPushButton *>(reset)->isEnabled(), reset);
-    }
-    QCOMPARE(panel.field("m_pLEMaxDistance")->text(), QStringLiteral("100000.000"));
-
-    panel.widget.findChild<QRadioButton *>("m_pRBAndMode")->click();
-    panel.field("m_pLESmokeHeight")->clear();
-    QVERIFY(panel.widget.getCommandArguments().contains(" -DstOp AND -CNOZ 213 94 0 "));
-    panel.click("m_pPBResetSmokeHeight");
-    QVERIFY(panel.widget.getCommandArguments().contains(" -SH 0 "));
-    QCOMPARE(panel.widget.findChild<QPushButton *>("m_pPBColorZO")->styleSheet(),
-             QStringLiteral("background-color: rgb(0, 158, 115);"));
-}
-
 void IntervisibilityPanelTest::importedSource()
 {
     {
@@ -371,7 +338,8 @@ void IntervisibilityPanelTest::importedSource()
     // A cell size that has no exact decimal text is accepted; too many observers are refused.
     VectorObservers other;
     other.lines = {{{0, 0}, {100000, 0}}};
-    intervisibilityProcessInfoDialog fine(other, 9, 9, 25.0 / 3.0);
+    intervisibilityProcessInfoDialog fine(other, 1000, 1000, 25.0 / 3.0);
+    QCOMPARE(fine.findChild<QLabel *>("m_pLabelEstimateTime")->text(), QStringLiteral(">1 heure"));
     const auto fineOk = fine.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
     QVERIFY(fineOk->isEnabled());
     other.lines = {{{0, 0}, {1e300, 0}}};

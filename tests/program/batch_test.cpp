@@ -85,31 +85,15 @@ void BatchTest::productEqualsTheToolsOwn_data()
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QStringList>("byHand");
 
-    QTest::newRow("defaults") << QStringList{} << QStringList{"-z",   "1",  "-s", "1", "-az", "-45",
-                                                              "-alt", "45", "-b", "1", "-of", "GTiff"};
-    QTest::newRow("options") << QStringList{"--set",   "altitude=60",       "--set", "compass=90",
-                                            "--set",   "exaggeration=2.5",  "--set", "scaleText=0.5",
-                                            "--set",   "computeEdges=true", "--set", "zevenbergenThorne=true",
-                                            "--tiled", "--world-file"}
-                             << QStringList{"-z",
-                                            "2.5",
-                                            "-s",
-                                            "0.5",
-                                            "-az",
-                                            "180",
-                                            "-alt",
-                                            "60",
-                                            "-compute_edges",
-                                            "-alg",
-                                            "ZevenbergenThorne",
-                                            "-b",
-                                            "1",
-                                            "-of",
-                                            "GTiff",
-                                            "-co",
-                                            "TILED=YES",
-                                            "-co",
-                                            "TFW=YES"};
+    const auto row = [](const char *name, const QString &options, const QString &byHand) {
+        QTest::newRow(name) << options.split(' ', Qt::SkipEmptyParts) << byHand.split(' ');
+    };
+    row("defaults", "", "-z 1 -s 1 -az -45 -alt 45 -b 1 -of GTiff");
+    row("options",
+        "--set altitude=60 --set compass=90 --set exaggeration=2.5 --set scaleText=0.5 --set computeEdges=true "
+        "--set zevenbergenThorne=true --tiled --world-file",
+        "-z 2.5 -s 0.5 -az 180 -alt 60 -compute_edges -alg ZevenbergenThorne -b 1 -of GTiff -co TILED=YES "
+        "-co TFW=YES");
 }
 
 void BatchTest::productEqualsTheToolsOwn()

@@ -9,7 +9,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <gdal_utils.h>
 #include <ogrsf_frmts.h>
 
 #include <cmath>
@@ -74,21 +73,6 @@ Point moved(Point point, double x, double z)
 DataSet opened(const QString &path, unsigned flags = GDAL_OF_RASTER)
 {
     return DataSet(GDALDataset::Open(encodePath(path).constData(), flags));
-}
-
-bool translate(const QString &from, const QString &to, const QList<QByteArray> &options)
-{
-    QVector<char *> arguments;
-    for (const QByteArray &option : options)
-        arguments += const_cast<char *>(option.constData());
-    arguments += nullptr;
-    GDALTranslateOptions *parsed = GDALTranslateOptionsNew(arguments.data(), nullptr);
-    GDALDatasetH source = GDALOpen(encodePath(from).constData(), GA_ReadOnly);
-    GDALDatasetH copy = GDALTranslate(encodePath(to).constData(), source, parsed, nullptr);
-    GDALTranslateOptionsFree(parsed);
-    GDALClose(copy);
-    GDALClose(source);
-    return copy != nullptr;
 }
 
 } // namespace
@@ -228,7 +212,7 @@ void IntervisibilityTest::distances()
     QFETCH(int, halfWidth);
     QFETCH(int, halfHeight);
     QVERIFY(writeRaster(path("plat.tif"), 41, 41, QVector<float>(41 * 41, 0.0F)));
-    QVERIFY(translate(path("plat.tif"), path("posé.tif"), placing));
+    QVERIFY(copyRaster(path("plat.tif"), path("posé.tif"), placing));
     QVERIFY(writePoints("un.shp", {{.x = x, .y = y, .z = 1e6, .reach = reach}}));
     QCOMPARE(run(QStringList{"-SrcFile", path("posé.tif"), "-DstFile", path("disque.tif"), "-point_file",
                              path("un.shp"), "-cc", "0"}

@@ -12,7 +12,6 @@
 #include <QTest>
 
 #include <gdal_priv.h>
-#include <gdal_utils.h>
 
 /// Runs every process of the batch program on DEMs of several kinds, and compares the products with those of
 /// the tools called by hand.
@@ -41,27 +40,6 @@ private:
     QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/dossier à blancs \"中\" XXXXXX")};
     QString m_error;
 };
-
-namespace
-{
-
-/// Copies a raster with options of gdal_translate.
-bool copyRaster(const QString &from, const QString &to, const QList<QByteArray> &options)
-{
-    QVector<char *> arguments;
-    for (const QByteArray &option : options)
-        arguments += const_cast<char *>(option.constData());
-    arguments += nullptr;
-    GDALTranslateOptions *parsed = GDALTranslateOptionsNew(arguments.data(), nullptr);
-    GDALDatasetH source = GDALOpen(encodePath(from).constData(), GA_ReadOnly);
-    GDALDatasetH copy = GDALTranslate(encodePath(to).constData(), source, parsed, nullptr);
-    GDALTranslateOptionsFree(parsed);
-    GDALClose(copy);
-    GDALClose(source);
-    return copy != nullptr;
-}
-
-} // namespace
 
 int ProductsTest::run(const QString &program, const QStringList &arguments)
 {
@@ -198,18 +176,10 @@ void ProductsTest::observers()
         QStringLiteral("WKT,Max_Dist\nPOINT Z(500325 5099675 %1),100000\nPOINT Z(500005 5099995 150),300\n")
             .arg(QString::number(ground + 2.0, 'g', 17))
             .toUtf8());
-    QCOMPARE(run("gdal_intervisibility.exe", {"-SrcFile",    path("metres.tif"),
-                                              "-DstFile",    path("hand.tif"),
-                                              "-iBand",      "1",
-                                              "-point_file", csv,
-                                              "-DstOp",      "AND",
-                                              "-SH",         "0",
-                                              "-CNOZ",       "213",
-                                              "94",          "0",
-                                              "-COZ",        "0",
-                                              "158",         "115",
-                                              "-CNoData",    "0",
-                                              "0",           "0"}),
+    const QString rest = "-iBand 1 -DstOp AND -SH 0 -CNOZ 213 94 0 -COZ 0 158 115 -CNoData 0 0 0";
+    QCOMPARE(run("gdal_intervisibility.exe",
+                 QStringList{"-SrcFile", path("metres.tif"), "-DstFile", path("hand.tif"), "-point_file", csv}
+                     + rest.split(' ')),
              0);
     QCOMPARE(bytesOf(path("vues.tif")), bytesOf(path("hand.tif")));
     QCOMPARE(batch({recipe, "--output", path("x.tif"), "--set", "combination=XOR"}), 2);

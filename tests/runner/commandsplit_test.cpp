@@ -21,27 +21,16 @@ void CommandSplitTest::shell_data()
     QTest::addColumn<QString>("program");
     QTest::addColumn<QString>("arguments");
 
-    QTest::newRow("explorer") << "\"explorer\" /select,%1"
-                              << "explorer"
-                              << "/select,%1";
-    QTest::newRow("nothing behind the quote") << "\"explorer\""
-                                              << "explorer"
-                                              << "";
-    QTest::newRow("no quote at all") << "xdg-open a b"
-                                     << "xdg-open a b"
-                                     << "";
-    QTest::newRow("quoted argument") << "open \"a b\" c"
-                                     << "open"
-                                     << "\"a b\" c";
-    QTest::newRow("no closing quote") << "\"open a"
-                                      << "\"open a"
-                                      << "";
-    QTest::newRow("no blank") << "open\"a\""
-                              << "open\"a\""
-                              << "";
-    QTest::newRow("empty") << ""
-                           << ""
-                           << "";
+    const auto row = [](const char *name, const char *command, const char *program, const char *arguments) {
+        QTest::newRow(name) << QString(command) << QString(program) << QString(arguments);
+    };
+    row("explorer", "\"explorer\" /select,%1", "explorer", "/select,%1");
+    row("nothing behind the quote", "\"explorer\"", "explorer", "");
+    row("no quote at all", "xdg-open a b", "xdg-open a b", "");
+    row("quoted argument", "open \"a b\" c", "open", "\"a b\" c");
+    row("no closing quote", "\"open a", "\"open a", "");
+    row("no blank", "open\"a\"", "open\"a\"", "");
+    row("empty", "", "", "");
 }
 
 void CommandSplitTest::shell()

@@ -1,9 +1,6 @@
 #include "runner/QuvoScriptRunner.h"
 
-#include "dataset/gdalmessages.h"
 #include "tests/support/faketool.h"
-#include "tests/support/files.h"
-#include "tests/support/rasters.h"
 
 #include <QApplication>
 #include <QFile>
@@ -35,12 +32,12 @@ class ScriptRunnerTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { setUpGdal(); }
     void init();
 
     void stepsRunInOrderUnderTheirTitles();
     void overall_data();
     void overall();
+    void windowKinds();
     void emptyCollectionIsDone();
     void failureDeletesEveryOutput();
     void crashAndMissingToolEndOnce();
@@ -50,8 +47,6 @@ private slots:
     void runOverARunningList();
     void runOverAListWhoseChildEndedWell();
     void nextListFromAHandler();
-    void deletionStopsAtAnEmptyStep();
-    void driversDeleteTheirSideFiles();
     void destructionWhileRunningDeletes();
 
 private:
@@ -122,6 +117,25 @@ void ScriptRunnerTest::overall()
     QFETCH(int, steps);
     QFETCH(int, percent);
     QTEST(overallProgress(current, steps, percent), "overall");
+}
+
+void ScriptRunnerTest::windowKinds()
+{
+    const QTemporaryDir folder;
+    const QString icon = folder.filePath("icon.png");
+    QVERIFY(QImage(8, 8, QImage::Format_RGB32).save(icon));
+    QuvoScriptRunner runner(nullptr);
+    for (const auto kind : {NoProgressWindow, ProgressWindowWithoutStop, ProgressWindowWithStop}) {
+        for (const QString &picture : {icon, QString()}) {
+            runner.run({{fakeTool({"wait", "60000"}), ""}}, {}, kind, picture);
+            QuvoProgressDialog *window = progressWindow();
+            QCOMPARE(window->isVisible(), kind != NoProgressWindow);
+            QCOMPARE(window->findChild<QWidget *>("m_pPBStop")->isVisible(), kind == ProgressWindowWithStop);
+            QCOMPARE(window->findChild<QLabel *>("m_pPixmaplLabel")->isVisible(),
+                     kind != NoProgressWindow && !picture.isEmpty());
+            runner.processUserCancel();
+        }
+    }
 }
 
 void ScriptRunnerTest::emptyCollectionIsDone()
@@ -234,36 +248,6 @@ void ScriptRunnerTest::nextListFromAHandler()
     runner.run({{writing("a", {"crash"}), ""}}, {{plain("a")}}, NoProgressWindow);
     QTRY_COMPARE(journal.entries, (QStringList{"error ", "done"}));
     QVERIFY(!exists("a") && exists("b"));
-}
-
-void ScriptRunnerTest::deletionStopsAtAnEmptyStep()
-{
-    QuvoScriptRunner runner(nullptr);
-    const Journal journal(runner);
-    runner.run({{writing("a"), ""}, {fakeTool({}), ""}, {writing("c"), ""}, {fakeTool({"exit", "1"}), ""}},
-               {{plain("a")}, {}, {plain("c")}}, NoProgressWindow);
-    QTRY_COMPARE(journal.entries, QStringList{"error "});
-    QVERIFY(!exists("a"));
-    QVERIFY(exists("c"));
-}
-
-void ScriptRunnerTest::driversDeleteTheirSideFiles()
-{
-    QVERIFY(writeRaster(path("dém.tif"), 2, 2, {1, 2, 3, 4}));
-    writeFile(path("dém.tif.aux.xml"), "<PAMDataset/>");
-    writeFile(path("half.tif"), {}); // what a killed tool leaves; no driver recognises it
-    writeFile(path("odd"), {});
-
-    QuvoScriptRunner runner(nullptr);
-    const Journal journal(runner);
-    runner.run({{fakeTool({"exit", "1"}), ""}},
-               {{{.path = path("dém.tif"), .driver = "GTiff", .kind = QuvoOutputFileKind::Raster},
-                 {.path = path("half.tif"), .driver = "GTiff", .kind = QuvoOutputFileKind::Raster},
-                 {.path = path("odd"), .driver = "No such driver", .kind = QuvoOutputFileKind::Vector},
-                 {.path = path("never made"), .driver = "GTiff", .kind = QuvoOutputFileKind::Raster}}},
-               NoProgressWindow);
-    QTRY_COMPARE(journal.entries.size(), 1);
-    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList());
 }
 
 void ScriptRunnerTest::destructionWhileRunningDeletes()

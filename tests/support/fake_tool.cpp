@@ -24,7 +24,7 @@ namespace
 std::string unescaped(std::string text)
 {
     for (auto at = text.find("\\n"); at != std::string::npos; at = text.find("\\n"))
-        text.replace(at, 2, "\n");
+        text.replace(at, 2, 1, '\n');
     return text;
 }
 

@@ -3,6 +3,7 @@
 #include "dataset/pathencoding.h"
 
 #include <gdal_priv.h>
+#include <gdal_utils.h>
 #include <ogr_spatialref.h>
 
 #include <cmath>
@@ -42,4 +43,19 @@ bool writeHill(const QString &path, int side)
             values += static_cast<float>(row + 40.0 * std::sin(column * 0.05) * std::cos(row * 0.03));
     }
     return writeRaster(path, side, side, values);
+}
+
+bool copyRaster(const QString &from, const QString &to, const QList<QByteArray> &options)
+{
+    QVector<char *> arguments;
+    for (const QByteArray &option : options)
+        arguments += const_cast<char *>(option.constData());
+    arguments += nullptr;
+    GDALTranslateOptions *parsed = GDALTranslateOptionsNew(arguments.data(), nullptr);
+    GDALDatasetH source = GDALOpen(encodePath(from).constData(), GA_ReadOnly);
+    GDALDatasetH copy = GDALTranslate(encodePath(to).constData(), source, parsed, nullptr);
+    GDALTranslateOptionsFree(parsed);
+    GDALClose(copy);
+    GDALClose(source);
+    return copy != nullptr;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QVector>
 
@@ -10,3 +12,6 @@ bool writeRaster(const QString &path, int width, int height, const QVector<float
 
 /// Writes such a raster of `side` × `side` cells for runs that need more than a few cells: a slope with waves.
 bool writeHill(const QString &path, int side);
+
+/// Copies a raster with options of gdal_translate. Returns whether the copy was written.
+bool copyRaster(const QString &from, const QString &to, const QList<QByteArray> &options);

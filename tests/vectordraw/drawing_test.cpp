@@ -78,6 +78,20 @@ DataSet memoryLayer(const QList<Feature> &features, int epsg = 0)
     return dataset;
 }
 
+/// The text with the numbers in place of %1, %2 and so on.
+QByteArray filled(QByteArray text, std::initializer_list<double> numbers)
+{
+    int place = 0;
+    for (const double number : numbers)
+        text.replace("%" + QByteArray::number(++place), QByteArray::number(number));
+    return text;
+}
+
+QByteArray box(double left, double bottom, double right, double top)
+{
+    return filled("POLYGON((%1 %2,%3 %2,%3 %4,%1 %4,%1 %2))", {left, bottom, right, top});
+}
+
 /// A white picture of so many pixels, the features on it; map unit = pixel, counted from the lower left.
 struct Picture
 {
@@ -146,7 +160,7 @@ void DrawingTest::driverStyles_data()
     const QByteArray point = "POINT(50.5 50.5)";
     const QByteArray line = "LINESTRING(0 50.5,100 50.5)";
     const QByteArray wide = "LINESTRING(0 50,100 50)";
-    const QByteArray area = "POLYGON((20 20,80 20,80 80,20 80,20 20))";
+    const QByteArray area = box(20, 20, 80, 80);
     const QByteArray angle = "POLYGON((10 10,90 10,90 30,30 30,30 90,10 90,10 10))";
     const QString none = "#c0e0ff"; // the picture's ground
     const auto row = [](const char *name, const QByteArray &wkt, const char *style, const QStringList &pixels) {
@@ -309,7 +323,7 @@ void DrawingTest::hatches()
     QFETCH(QPoint, off);
     Picture picture;
     const DataSet areas =
-        memoryLayer({{"POLYGON((0 0,100 0,100 100,0 100,0 0))",
+        memoryLayer({{box(0, 0, 100, 100),
                       "BRUSH(fc:#000000,bc:#FF0000,s:10px,id:\"ogr-brush-" + QByteArray::number(id) + "\")"}});
     drawn(picture, *areas);
     const QImage image = picture.image();
@@ -343,7 +357,7 @@ void DrawingTest::turnedHatches()
          {std::pair{0, 20}, {90, 0}, {60, 10}, {-30, 17}}) { // cos(angle) * 200 / 10
         Picture picture(200);
         const DataSet area =
-            memoryLayer({{"POLYGON((0 0,200 0,200 200,0 200,0 0))",
+            memoryLayer({{box(0, 0, 200, 200),
                           "BRUSH(fc:#000000,s:10px,id:ogr-brush-3,a:" + QByteArray::number(angle) + ")"}});
         drawn(picture, *area);
         const QImage image = picture.image();
@@ -376,9 +390,7 @@ void DrawingTest::turnedHatches()
                  qPrintable(QString::number(picture.total() / 255)));
     }
     Picture sparse(200); // two lines, 100 pixels apart
-    drawn(
-        sparse,
-        *memoryLayer({{"POLYGON((0 0,200 0,200 200,0 200,0 0))", "BRUSH(fc:#000000,s:100px,id:ogr-brush-3)"}}));
+    drawn(sparse, *memoryLayer({{box(0, 0, 200, 200), "BRUSH(fc:#000000,s:100px,id:ogr-brush-3)"}}));
     for (int x = 0; x < 200; x += 10)
         QCOMPARE(sparse.ink(x, 77) > 200, x == 50 || x == 150);
 }
@@ -612,9 +624,8 @@ void DrawingTest::areasAtTheEdge()
         QVERIFY(picture.ink(inside.x(), inside.y()) > 250);
     QVERIFY(picture.ink(80, 50) == 0);
     const View view{10, 4, {0.0, 1.0, 0.0, 4.0, 0.0, -1.0}, {}};
-    const DataSet thin = memoryLayer({{"POLYGON((1 1.1,9 1.1,9 1.9,1 1.9,1 1.1))", ""},
-                                      {"POLYGON((2 3,2.5 3,2.5 4,2 4,2 3))", ""},
-                                      {"POLYGON((2.5 3,4 3,4 4,2.5 4,2.5 3))", ""}});
+    const DataSet thin =
+        memoryLayer({{box(1, 1.1, 9, 1.9), ""}, {box(2, 3, 2.5, 4), ""}, {box(2.5, 3, 4, 4), ""}});
     FeatureMask mask(*thin->GetLayer(0), view);
     while (mask.addNext(1)) { }
     QVERIFY(mask.pixels());
@@ -623,14 +634,12 @@ void DrawingTest::areasAtTheEdge()
     QVERIFY(mask.coverage(2, 0) > 245); // two halves of one cell
     // The corner where an outline closes is as full as the others.
     Picture square;
-    drawn(square, *memoryLayer({{"POLYGON((20 20,80 20,80 80,20 80,20 20))", "PEN(w:12px,c:#000000)"}}));
+    drawn(square, *memoryLayer({{box(20, 20, 80, 80), "PEN(w:12px,c:#000000)"}}));
     for (const QPoint corner : {QPoint(16, 16), QPoint(83, 16), QPoint(83, 83), QPoint(16, 83)})
         QVERIFY(square.ink(corner.x(), corner.y()) > 200);
     // Hatches of any size keep their distance: 80 lines of 2.5 px in 200 px.
     Picture hatched(200);
-    drawn(
-        hatched,
-        *memoryLayer({{"POLYGON((0 0,200 0,200 200,0 200,0 0))", "BRUSH(fc:#000000,s:2.5px,id:ogr-brush-3)"}}));
+    drawn(hatched, *memoryLayer({{box(0, 0, 200, 200), "BRUSH(fc:#000000,s:2.5px,id:ogr-brush-3)"}}));
     int lines = 0;
     for (int x = 1; x < 200; ++x)
         lines += hatched.ink(x, 100) > hatched.ink(x - 1, 100)
@@ -710,14 +719,6 @@ void DrawingTest::maskAgainstPointInPolygon()
 
 void DrawingTest::maskOfSeveralAreas()
 {
-    const auto box = [](double left, double bottom, double right, double top) {
-        return QStringLiteral("POLYGON((%1 %2,%3 %2,%3 %4,%1 %4,%1 %2))")
-            .arg(left)
-            .arg(bottom)
-            .arg(right)
-            .arg(top)
-            .toLatin1();
-    };
     const View view{40, 4, {0.0, 1.0, 0.0, 4.0, 0.0, -1.0}, {}};
     const DataSet areas = memoryLayer({{box(0, 0, 1.5, 1), ""},
                                        {box(0, 0, 1.5, 1), ""}, // the same again
@@ -759,34 +760,21 @@ void DrawingTest::maskOfSeveralAreas()
 void DrawingTest::pageOfEverything()
 {
     QList<Feature> features;
-    for (int id = 0; id <= 8; ++id) {
-        const QByteArray y = QByteArray::number(570 - id * 18);
-        features << Feature{"LINESTRING(20 " + y + ",180 " + y + ")",
+    for (int id = 0; id <= 8; ++id)
+        features << Feature{filled("LINESTRING(20 %1,180 %1)", {570.0 - id * 18}),
                             "PEN(c:#204080,w:3px,id:\"ogr-pen-" + QByteArray::number(id) + "\")"};
-    }
     const char *joins[] = {"cap:b,j:m", "cap:r,j:r", "cap:p,j:b", "dp:6px"};
     for (int at = 0; at < 4; ++at)
-        features << Feature{QByteArray("LINESTRING(%1 390,%2 350,%3 390)")
-                                .replace("%1", QByteArray::number(20 + at * 45))
-                                .replace("%2", QByteArray::number(35 + at * 45))
-                                .replace("%3", QByteArray::number(50 + at * 45)),
-                            QByteArray("PEN(c:#80808080,w:8px,") + joins[at] + ");PEN(c:#000000,w:1px)"};
-    for (int id = 0; id <= 7; ++id) {
-        const int x = 220 + id % 4 * 90;
-        const int y = 500 - id / 4 * 90;
         features << Feature{
-            QStringLiteral("POLYGON((%1 %2,%3 %2,%3 %4,%1 %4,%1 %2),(%5 %6,%7 %6,%7 %8,%5 %8,%5 %6))")
-                .arg(x)
-                .arg(y)
-                .arg(x + 70)
-                .arg(y + 70)
-                .arg(x + 25)
-                .arg(y + 25)
-                .arg(x + 40)
-                .arg(y + 40)
-                .toLatin1(),
-            "BRUSH(fc:#5C7F5C,bc:#F0E8D0,s:8px,id:\"ogr-brush-" + QByteArray::number(id)
-                + "\");PEN(c:#304030,w:1px)"};
+            filled("LINESTRING(%1 390,%2 350,%3 390)", {20.0 + at * 45, 35.0 + at * 45, 50.0 + at * 45}),
+            QByteArray("PEN(c:#80808080,w:8px,") + joins[at] + ");PEN(c:#000000,w:1px)"};
+    for (int id = 0; id <= 7; ++id) {
+        const double x = 220.0 + id % 4 * 90;
+        const double y = 500.0 - id / 4 * 90;
+        features << Feature{filled("POLYGON((%1 %2,%3 %2,%3 %4,%1 %4,%1 %2),(%5 %6,%7 %6,%7 %8,%5 %8,%5 %6))",
+                                   {x, y, x + 70, y + 70, x + 25, y + 25, x + 40, y + 40}),
+                            "BRUSH(fc:#5C7F5C,bc:#F0E8D0,s:8px,id:\"ogr-brush-" + QByteArray::number(id)
+                                + "\");PEN(c:#304030,w:1px)"};
     }
     for (int id = 0; id <= 10; ++id)
         features << Feature{"POINT(" + QByteArray::number(30 + id * 50) + " 300)",
@@ -795,16 +783,10 @@ void DrawingTest::pageOfEverything()
     features << Feature{"POINT(580 300)", "SYMBOL(id:\"font-sym-9650\",f:\"DejaVu Sans\",c:#204080,s:24px)"};
     const char *modes = "plsmwha";
     for (int at = 0; at < 7; ++at) {
-        const int y = 215 - at / 2 * 55;
-        const int x = 20 + at % 2 * 290;
+        const double y = 215.0 - at / 2 * 55;
+        const double x = 20.0 + at % 2 * 290;
         features << Feature{
-            QStringLiteral("LINESTRING(%1 %2,%3 %4,%5 %2)")
-                .arg(x)
-                .arg(y)
-                .arg(x + 110)
-                .arg(y + 25)
-                .arg(x + 250)
-                .toLatin1(),
+            filled("LINESTRING(%1 %2,%3 %4,%5 %2)", {x, y, x + 110, y + 25, x + 250}),
             QByteArray("PEN(c:#B0B8C0,w:1px);LABEL(t:\"Crête du {name}\",s:13px,c:#203040,o:#FFFFFF,p:1,m:")
                 + modes[at] + ")"};
     }

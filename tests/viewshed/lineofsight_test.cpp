@@ -170,20 +170,19 @@ void LineOfSightTest::arguments_data()
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("outcome"); // part of the problem; empty if the line is valid
     const QString files = QStringLiteral("-SrcFile a -DstFile b -point_file c");
-    QTest::newRow("least") << files << QString();
-    QTest::newRow("all, in another order") << "-cc 0 -co A=1 -CNoData 1 2 3 -SH -2.5e0 -point_file c -COZ 0 "
-                                              "255 0 -co B= -CNOZ 9 9 9 -DstOp AND -iBand "
-                                              "2 -DstFile b -SrcFile a"
-                                           << QString();
-    QTest::newRow("help needs nothing") << "--help" << QString();
-    QTest::newRow("no points") << "-SrcFile a -DstFile b"
-                               << "-point_file";
-    QTest::newRow("no source") << "-DstFile b -point_file c"
-                               << "-SrcFile";
-    QTest::newRow("unknown") << files + " -x"
-                             << "\"-x\"";
-    QTest::newRow("no value") << files + " -SH"
-                              << "-SH";
+    const auto row = [](const char *name, const QString &line, const char *outcome) {
+        QTest::newRow(name) << line << QString(outcome);
+    };
+    row("least", files, "");
+    row("all, in another order",
+        "-cc 0 -co A=1 -CNoData 1 2 3 -SH -2.5e0 -point_file c -COZ 0 255 0 -co B= -CNOZ 9 9 9 -DstOp AND "
+        "-iBand 2 -DstFile b -SrcFile a",
+        "");
+    row("help needs nothing", "--help", "");
+    row("no points", "-SrcFile a -DstFile b", "-point_file");
+    row("no source", "-DstFile b -point_file c", "-SrcFile");
+    row("unknown", files + " -x", "\"-x\"");
+    row("no value", files + " -SH", "-SH");
     for (const char *wrong : {"-SH 1,5", "-SH nan", "-SH 1e999", "-iBand 0", "-iBand 1.5", "-DstOp XOR",
                               "-COZ 1 2", "-COZ 1 2 256", "-CNOZ -1 2 3", "-co TILED", "-co =A"})
         QTest::newRow(wrong) << files + ' ' + wrong << QString(wrong).section(' ', 0, 0);

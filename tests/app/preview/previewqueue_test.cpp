@@ -21,46 +21,29 @@ void PreviewQueueTest::dueStep_data()
     QTest::addColumn<QString>("events");
     QTest::addColumn<QString>("due");
 
-    QTest::newRow("hidden") << "dem complete"
-                            << "-";
-    QTest::newRow("shown") << "dem complete show"
-                           << "R";
-    QTest::newRow("one at a time") << "dem complete show begin"
-                                   << "-";
-    QTest::newRow("reduced") << "dem complete show begin good"
-                             << "C";
-    QTest::newRow("incomplete") << "dem show begin good"
-                                << "-";
-    QTest::newRow("all shown") << "dem complete show begin good begin good"
-                               << "-";
-    QTest::newRow("burst") << "dem complete show begin good change change change"
-                           << "C";
-    QTest::newRow("change during a run") << "dem complete show begin good begin change"
-                                         << "-!";
-    QTest::newRow("change after it") << "dem complete show begin good begin change ended"
-                                     << "C";
-    QTest::newRow("change during a reduction") << "dem complete show begin change"
-                                               << "-";
-    QTest::newRow("another part") << "dem complete show begin good begin part"
-                                  << "-!";
-    QTest::newRow("part reduced anew") << "dem complete show begin good begin part ended"
-                                       << "R";
-    QTest::newRow("whole at hand") << "dem complete show begin good part dem have"
-                                   << "C";
-    QTest::newRow("launch") << "dem complete show begin good begin hold"
-                            << "-!";
-    QTest::newRow("during a launch") << "dem complete show begin good begin hold ended change"
-                                     << "-";
-    QTest::newRow("after a launch") << "dem complete show begin good begin hold ended release"
-                                    << "C";
-    QTest::newRow("hidden during a run") << "dem complete show begin hide"
-                                         << "-!";
-    QTest::newRow("failure") << "dem complete show begin bad change part"
-                             << "-";
-    QTest::newRow("stale failure") << "dem complete show begin good begin change bad"
-                                   << "C";
-    QTest::newRow("incomplete meanwhile") << "dem complete show begin good begin incomplete"
-                                          << "-!";
+    const auto row = [](const char *name, const char *events, const char *due) {
+        QTest::newRow(name) << QString(events) << QString(due);
+    };
+    row("hidden", "dem complete", "-");
+    row("shown", "dem complete show", "R");
+    row("one at a time", "dem complete show begin", "-");
+    row("reduced", "dem complete show begin good", "C");
+    row("incomplete", "dem show begin good", "-");
+    row("all shown", "dem complete show begin good begin good", "-");
+    row("burst", "dem complete show begin good change change change", "C");
+    row("change during a run", "dem complete show begin good begin change", "-!");
+    row("change after it", "dem complete show begin good begin change ended", "C");
+    row("change during a reduction", "dem complete show begin change", "-");
+    row("another part", "dem complete show begin good begin part", "-!");
+    row("part reduced anew", "dem complete show begin good begin part ended", "R");
+    row("whole at hand", "dem complete show begin good part dem have", "C");
+    row("launch", "dem complete show begin good begin hold", "-!");
+    row("during a launch", "dem complete show begin good begin hold ended change", "-");
+    row("after a launch", "dem complete show begin good begin hold ended release", "C");
+    row("hidden during a run", "dem complete show begin hide", "-!");
+    row("failure", "dem complete show begin bad change part", "-");
+    row("stale failure", "dem complete show begin good begin change bad", "C");
+    row("incomplete meanwhile", "dem complete show begin good begin incomplete", "-!");
 }
 
 void PreviewQueueTest::dueStep()

@@ -116,30 +116,27 @@ void RecipeTest::problems_data()
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("named"); // the problem must contain this
 
-    QTest::newRow("not JSON") << QByteArray("{\n\"format\": 1,\n oops}") << "3";
-    QTest::newRow("empty") << QByteArray() << "1";
-    QTest::newRow("not an object") << QByteArray("[1]") << "JSON";
-    QTest::newRow("no format") << QByteArray(R"({"process": "hillshade"})") << "format";
-    QTest::newRow("later format") << QByteArray(R"({"format": 2, "process": "hillshade"})") << "format";
-    QTest::newRow("no process") << QByteArray(R"({"format": 1})") << "process";
-    QTest::newRow("odd process") << QByteArray(R"({"format": 1, "process": "relief"})") << "relief";
-    QTest::newRow("slip of the pen") << QByteArray(R"({"format": 1, "process": "hillshade", "inptu": "a"})")
-                                     << "inptu";
-    QTest::newRow("input is a number")
-        << QByteArray(R"({"format": 1, "process": "hillshade", "input": 3})") << "input";
-    QTest::newRow("band 0") << QByteArray(R"({"format": 1, "process": "hillshade", "band": 0})") << "band";
-    QTest::newRow("band 1.5") << QByteArray(R"({"format": 1, "process": "hillshade", "band": 1.5})") << "band";
-    QTest::newRow("tiled is a text") << QByteArray(R"({"format": 1, "process": "hillshade", "tiled": "yes"})")
-                                     << "tiled";
-    QTest::newRow("options is a list")
-        << QByteArray(R"({"format": 1, "process": "hillshade", "options": []})") << "options";
-    QTest::newRow("odd option") << QByteArray(
-        R"({"format": 1, "process": "hillshade", "options": {"azimuth": 3}})")
-                                << "azimuth";
+    const auto row = [](const char *name, const char *json, const char *named) {
+        QTest::newRow(name) << QByteArray(json) << QString(named);
+    };
+    row("not JSON", "{\n\"format\": 1,\n oops}", "3");
+    row("empty", "", "1");
+    row("not an object", "[1]", "JSON");
+    row("no format", R"({"process": "hillshade"})", "format");
+    row("later format", R"({"format": 2, "process": "hillshade"})", "format");
+    row("no process", R"({"format": 1})", "process");
+    row("odd process", R"({"format": 1, "process": "relief"})", "relief");
+    row("slip of the pen", R"({"format": 1, "process": "hillshade", "inptu": "a"})", "inptu");
+    row("input is a number", R"({"format": 1, "process": "hillshade", "input": 3})", "input");
+    row("band 0", R"({"format": 1, "process": "hillshade", "band": 0})", "band");
+    row("band 1.5", R"({"format": 1, "process": "hillshade", "band": 1.5})", "band");
+    row("tiled is a text", R"({"format": 1, "process": "hillshade", "tiled": "yes"})", "tiled");
     const auto options = [](const char *process, const char *json, const char *named) {
         QTest::newRow(json) << QByteArray(R"({"format": 1, "process": ")") + process + R"(", "options": )"
                 + json + "}" << named;
     };
+    options("hillshade", "[]", "options");
+    options("hillshade", R"({"azimuth": 3})", "azimuth");
     options("hillshade", R"({"altitude": null})", "altitude");
     options("color-relief", R"({"colors": []})", "colors");
     options("color-relief", R"({"colors": "red"})", "colors");

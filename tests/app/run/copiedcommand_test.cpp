@@ -16,18 +16,16 @@ void CopiedCommandTest::shellWords_data()
 {
     QTest::addColumn<QString>("word");
     QTest::addColumn<QString>("windows");
-    QTest::newRow("plain") << "C:\\dem-1.tif"
-                           << "C:\\dem-1.tif";
-    QTest::newRow("empty") << ""
-                           << "^\"^\"";
-    QTest::newRow("blank and percent") << "a b%PATH%"
-                                       << "^\"a b^%PATH^%^\"";
-    QTest::newRow("quotes") << "it's \"so\""
-                            << "^\"it's \\^\"so\\^\"^\"";
-    QTest::newRow("backslashes") << "a \\\" b\\"
-                                 << "^\"a \\\\\\^\" b\\\\^\"";
-    QTest::newRow("everything") << "é中 $HOME `x` !! ~ * ? # ; & | < > ( ) [ ] { } \\n"
-                                << "^\"é中 $HOME `x` ^!^! ~ * ? # ; ^& ^| ^< ^> ^( ^) [ ] { } \\n^\"";
+    const auto row = [](const char *name, const char *word, const char *windows) {
+        QTest::newRow(name) << QString(word) << QString(windows);
+    };
+    row("plain", "C:\\dem-1.tif", "C:\\dem-1.tif");
+    row("empty", "", "^\"^\"");
+    row("blank and percent", "a b%PATH%", "^\"a b^%PATH^%^\"");
+    row("quotes", "it's \"so\"", "^\"it's \\^\"so\\^\"^\"");
+    row("backslashes", "a \\\" b\\", "^\"a \\\\\\^\" b\\\\^\"");
+    row("everything", "é中 $HOME `x` !! ~ * ? # ; & | < > ( ) [ ] { } \\n",
+        "^\"é中 $HOME `x` ^!^! ~ * ? # ; ^& ^| ^< ^> ^( ^) [ ] { } \\n^\"");
 }
 
 void CopiedCommandTest::shellWords()

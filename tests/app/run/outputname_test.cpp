@@ -37,32 +37,22 @@ void OutputNameTest::names_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("usable"); // empty: refused
 
-    QTest::newRow("good") << "a.tif"
-                          << "a.tif";
-    QTest::newRow("other extension, other case") << "a.TIFF"
-                                                 << "a.TIFF";
-    QTest::newRow("none: added") << "a"
-                                 << "a.tif";
-    QTest::newRow("dot at the end") << "a."
-                                    << "a.tif";
-    QTest::newRow("hidden file") << ".a"
-                                 << ".a.tif";
-    QTest::newRow("quotes, blanks, marks") << "l'\"été\" %1 <b>.tif"
-                                           << "l'\"été\" %1 <b>.tif";
-    QTest::newRow("empty") << ""
-                           << "";
-    QTest::newRow("foreign extension") << "a.png"
-                                       << "";
-    QTest::newRow("missing folder") << "no/a.tif"
-                                    << "";
-    QTest::newRow("a folder") << "sub"
-                              << "";
-    QTest::newRow("a folder that ends like a file") << "sub.tif"
-                                                    << "";
-    QTest::newRow("a folder's name with the extension added") << "subby"
-                                                              << "";
-    QTest::newRow("line feed") << "a\nb.tif"
-                               << "";
+    const auto row = [](const char *name, const char *typed, const char *usable) {
+        QTest::newRow(name) << QString(typed) << QString(usable);
+    };
+    row("good", "a.tif", "a.tif");
+    row("other extension, other case", "a.TIFF", "a.TIFF");
+    row("none: added", "a", "a.tif");
+    row("dot at the end", "a.", "a.tif");
+    row("hidden file", ".a", ".a.tif");
+    row("quotes, blanks, marks", "l'\"été\" %1 <b>.tif", "l'\"été\" %1 <b>.tif");
+    row("empty", "", "");
+    row("foreign extension", "a.png", "");
+    row("missing folder", "no/a.tif", "");
+    row("a folder", "sub", "");
+    row("a folder that ends like a file", "sub.tif", "");
+    row("a folder's name with the extension added", "subby", "");
+    row("line feed", "a\nb.tif", "");
 }
 
 void OutputNameTest::names()

@@ -97,10 +97,17 @@ void EnvironmentTest::childrenInherit()
     QVERIFY(QDir(m_folder->path()).mkdir("data"));
     writeScript(m_folder->filePath("gdal_dem.exe"), "env >&2\nexit 1\n");
     write("QuvoDemToolBox_env.ini", "[QuvoDirectSettings]\nLANGUAGE = FRENCH\n");
-    const Ended ended = runProgram(m_folder->filePath("QuvoDemBatch"),
-                                   {"--process", "hillshade", "--input", QUVO_TREE "/samples/sample_dem.tif",
-                                    "--output", m_folder->filePath("a.tif")});
-    const QStringList lines = ended.error.split('\n');
+    const auto inherited = [&](const QString &locale) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *variable : {"LC_ALL", "LC_MESSAGES", "LANGUAGE", "GEOLANGUE"})
+            environment.remove(variable);
+        environment.insert("LANG", locale);
+        const QStringList arguments{"--process", "hillshade",
+                                    "--input",   QUVO_TREE "/samples/sample_dem.tif",
+                                    "--output",  m_folder->filePath("a.tif")};
+        return runProgram(m_folder->filePath("QuvoDemBatch"), arguments, environment).error.split('\n');
+    };
+    const QStringList lines = inherited("en_GB.UTF-8");
     const QString folder = m_folder->path();
     for (const QString &line :
          {"QUVO_BIN_HOME=" + folder, "LUMAGRAF_HOME=" + folder, QStringLiteral("GEOLANGUE=FRENCH"),
@@ -108,6 +115,9 @@ void EnvironmentTest::childrenInherit()
         QVERIFY2(lines.contains(line), qPrintable(line));
     QVERIFY(lines.filter(QRegularExpression("^PATH=" + folder + ":")).size() == 1);
     QVERIFY(lines.filter("GDAL_DRIVER_PATH").isEmpty());
+    QVERIFY(QFile::remove(m_folder->filePath("QuvoDemToolBox_env.ini")));
+    QVERIFY(inherited("fr_CA.UTF-8").contains("GEOLANGUE=FRENCH")); // the system's language
+    QVERIFY(inherited("de_DE.UTF-8").contains("GEOLANGUE=ENGLISH"));
 }
 
 QTEST_GUILESS_MAIN(EnvironmentTest)

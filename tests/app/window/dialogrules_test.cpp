@@ -9,7 +9,6 @@ class DialogRulesTest : public QObject
 private slots:
     void startDirectories();
     void recentList();
-    void launchButton();
 };
 
 void DialogRulesTest::startDirectories()
@@ -37,12 +36,6 @@ void DialogRulesTest::recentList()
         recent = withRecent(recent, QString::number(index));
     recent = withRecent(recent, "5");
     QCOMPARE(recent, (QStringList{"5", "11", "10", "9", "8", "7", "6", "4", "3", "2"}));
-}
-
-void DialogRulesTest::launchButton()
-{
-    QVERIFY(canLaunch(true, "a.tif", true));
-    QVERIFY(!canLaunch(false, "a.tif", true) && !canLaunch(true, "", true) && !canLaunch(true, "a.tif", false));
 }
 
 QTEST_APPLESS_MAIN(DialogRulesTest)

@@ -1,14 +1,9 @@
-#include "app/preview/PreviewLabel.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
-#include "panels/colorReliefOptionsWidget.h"
 #include "panels/controls/QEditableComboBox.h"
-#include "panels/intervisibilityOptionsWidget.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
-#include "tests/support/programs.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -29,11 +24,10 @@ private slots:
 
     void tabsKeepTheirIndexes();
     void inputAndProposal();
+    void startDirectory();
     void typedInput();
     void badInputChangesNothing();
     void launchButton();
-    void productEqualsTheBatchProgramsOwn_data();
-    void productEqualsTheBatchProgramsOwn();
     void overwriteAsks();
     void wrongOptionsAreRefused();
     void outputIsNeverTheInput();
@@ -44,7 +38,6 @@ private slots:
     void closingDuringARun();
     void geometryAndRecentFilesComeBack();
     void dropOpens();
-    void resultDialog();
 
 private:
     void useTool(const QByteArray &script);
@@ -60,6 +53,28 @@ struct Dialog : ShownDialog
     QLineEdit *output() { return find<QLineEdit>("m_pLEOutputFile"); }
     QComboBox *input() { return find<QComboBox>("m_pCBInputListFile"); }
     QString resultText() { return result() ? result()->findChild<QLabel *>("m_pLText")->text() : QString(); }
+    /// Chooses a format and clicks the boxes in the dialog of the output options. Clicks on disabled boxes are
+    /// ignored.
+    void changeOutput(const QString &format, const QStringList &boxes)
+    {
+        QTimer::singleShot(50, [format, boxes] {
+            const auto options =
+                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
+            QVERIFY(options);
+            const auto list = options->findChild<QComboBox *>();
+            list->setCurrentIndex(list->findData(format));
+            for (const QString &box : boxes)
+                options->findChild<QAbstractButton *>(box)->click();
+            options->accept();
+        });
+        find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
+    }
+    /// The start of the next dialog for choosing a DEM.
+    QString nextFolder()
+    {
+        find<QPushButton>("m_pPBSelectInputDEM")->click();
+        return QuvoFilerDialog::takeShown().value(0).section('|', 1, 1);
+    }
 };
 
 QPushButton *stopButton()
@@ -89,15 +104,24 @@ void MainDialogTest::useTool(const QByteArray &script)
 void MainDialogTest::tabsKeepTheirIndexes()
 {
     Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
     const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
-    QCOMPARE(tabs->count(), 7);
-    const QStringList order{"shadedTab",          "slopeTab",       "aspectTab", "tri_tpi_roughnessTab",
-                            "intervisibilityTab", "colorReliefTab", "contourTab"};
-    for (int index = 0; index < tabs->count(); ++index) {
-        QCOMPARE(tabs->widget(index)->objectName(), order.at(index));
-        const bool hasPanel = tabs->widget(index)->findChild<QScrollArea *>() != nullptr;
-        QCOMPARE(tabs->isTabVisible(index), hasPanel); // a tab without a panel is hidden
+    int index = 0;
+    for (const auto &[process, product] : {std::pair{"shaded", "hillshade.tif"},
+                                           {"slope", "slope.tif"},
+                                           {"aspect", "aspect.tif"},
+                                           {"tri_tpi_roughness", "roughness.tif"},
+                                           {"intervisibility", "intervisibility.tif"},
+                                           {"colorRelief", "color.tif"},
+                                           {"contour", "contour_lines.shp"}}) {
+        tabs->setCurrentIndex(index++);
+        QCOMPARE(tabs->currentWidget()->objectName(), process + QStringLiteral("Tab"));
+        const auto area = tabs->currentWidget()->findChild<QScrollArea *>();
+        QVERIFY2(area && area->widget(), process);
+        QCOMPARE(QString(area->widget()->metaObject()->className()), process + QStringLiteral("OptionsWidget"));
+        QCOMPARE(dialog.output()->text(), path("dem_") + product);
     }
+    QCOMPARE(tabs->count(), index);
 }
 
 void MainDialogTest::inputAndProposal()
@@ -124,6 +148,15 @@ void MainDialogTest::inputAndProposal()
     dialog.window.setInputDem(path("three.tif"));
     QCOMPARE(dialog.output()->text(), QStringLiteral("mine.tif"));
     QCOMPARE(dialog.input()->itemText(1), path("dem.tif"));
+}
+
+void MainDialogTest::startDirectory()
+{
+    Dialog dialog(m_tools);
+    dialog.window.setKeepStartingDir(true);
+    QCOMPARE(dialog.nextFolder(), QDir::currentPath());
+    dialog.window.setInputDem(path("dem.tif")); // ends the option, which is for the first dialog
+    QCOMPARE(dialog.nextFolder(), path("dem.tif"));
 }
 
 void MainDialogTest::typedInput()
@@ -172,57 +205,6 @@ void MainDialogTest::launchButton()
     scale->lineEdit()->selectAll();
     QTest::keyClick(scale->lineEdit(), Qt::Key_Delete);
     QTRY_VERIFY(!dialog.launchButton()->isEnabled());
-}
-
-void MainDialogTest::productEqualsTheBatchProgramsOwn_data()
-{
-    QTest::addColumn<QString>("tab");
-    QTest::addColumn<QString>("product");
-    QTest::addColumn<QStringList>("byBatch");
-    const auto row = [](const char *tab, const char *product, const QStringList &byBatch) {
-        QTest::newRow(product) << QString(tab) << QString(product) << byBatch;
-    };
-    row("shadedTab", "dem_hillshade.tif", {"hillshade"});
-    row("slopeTab", "dem_slope.tif", {"slope"});
-    row("aspectTab", "dem_aspect.tif", {"aspect"});
-    row("tri_tpi_roughnessTab", "dem_roughness.tif", {"TRI"});
-    row("colorReliefTab", "dem_color.tif", {"color-relief", "--set", "table=viridis", "--set", "spread=true"});
-    row("intervisibilityTab", "dem_intervisibility.tif", {"intervisibility", "--set", "points=VUE"});
-    row("contourTab", "dem_contour_lines.shp", {"contour", "--set", "interval=10"});
-}
-
-void MainDialogTest::productEqualsTheBatchProgramsOwn()
-{
-    QFETCH(QString, tab);
-    QFETCH(QString, product);
-    QFETCH(QStringList, byBatch);
-    // The centre of the DEM, where the window puts its first observer.
-    byBatch.replaceInStrings("VUE", writeFile(path("vue.csv"), "id,WKT\n1,POINT(500320 5099680)\n"));
-    Dialog dialog(m_tools);
-    dialog.window.setInputDem(path("dem.tif"));
-    dialog.window.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
-    dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>(qPrintable(tab)));
-    dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("10.000");
-    const auto colors = dialog.window.findChild<colorReliefOptionsWidget *>();
-    colors->slot_onNewColorFileCreated(QStringLiteral(QUVO_TREE "/libraries/colormap/viridis.txt"));
-    dialog.find<QAbstractButton>("m_pRBRelatifAltitude")->click();
-    QTRY_VERIFY(dialog.launchButton()->isEnabled());
-    QTRY_VERIFY(colors->options().minimum);
-    if (tab == QLatin1String("colorReliefTab"))
-        byBatch += {"--set", "minimum=" + QString::number(*colors->options().minimum, 'g', 17), "--set",
-                    "maximum=" + QString::number(*colors->options().maximum, 'g', 17)};
-    QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
-    QTRY_VERIFY(dialog.result());
-    QCOMPARE(dialog.resultText(),
-             QStringLiteral("Le traitement s'est déroulé avec succès et le résultat est disponible."));
-    QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Opération terminée"));
-    const QString other = path("batch.") + QFileInfo(product).suffix();
-    const Ended batch =
-        runProgram(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
-                   QStringList{"--input", path("dem.tif"), "--output", other, "--process"} + byBatch);
-    QVERIFY2(batch.code == 0, qPrintable(batch.error));
-    QVERIFY(!bytesOf(other).isEmpty());
-    QCOMPARE(bytesOf(path(product)), bytesOf(other));
 }
 
 void MainDialogTest::overwriteAsks()
@@ -287,6 +269,7 @@ void MainDialogTest::stopLeavesNothing()
     QTest::mouseClick(stopButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(), QStringLiteral("Le traitement a été annulé."));
+    QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Fin du traitement"));
     QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
     QVERIFY(!stopButton());
 }
@@ -296,22 +279,9 @@ void MainDialogTest::outputOptions()
     QVERIFY(writeHill(path("dem.tif"), 600));
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
-    const auto change = [&](const QString &format, const QStringList &boxes) {
-        QTimer::singleShot(50, [&, format, boxes] {
-            const auto options =
-                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
-            QVERIFY(options);
-            const auto list = options->findChild<QComboBox *>();
-            list->setCurrentIndex(list->findData(format));
-            for (const QString &box : boxes)
-                options->findChild<QAbstractButton *>(box)->click(); // a disabled box ignores the click
-            options->accept();
-        });
-        dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
-    };
-    change("PNG", {"m_pChBTiled"});
+    dialog.changeOutput("PNG", {"m_pChBTiled"});
     QCOMPARE(dialog.output()->text(), path("dem_hillshade.png"));
-    change("GTiff", {"m_pChBWorldFile", "m_pChBTiled", "m_pChBWorldFile", "m_pChBOverviews"});
+    dialog.changeOutput("GTiff", {"m_pChBWorldFile", "m_pChBTiled", "m_pChBWorldFile", "m_pChBOverviews"});
     QCOMPARE(dialog.output()->text(), path("dem_hillshade.tif"));
     QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
@@ -323,10 +293,10 @@ void MainDialogTest::outputOptions()
     const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
     tabs->setCurrentWidget(dialog.find<QWidget>("contourTab"));
     QVERIFY(dialog.output()->text().endsWith(".shp")); // raster and vector products have separate options
-    change("GPKG", {});
+    dialog.changeOutput("GPKG", {});
     QVERIFY(dialog.output()->text().endsWith(".gpkg"));
     tabs->setCurrentWidget(dialog.find<QWidget>("intervisibilityTab"));
-    change("PNG", {}); // the tool writes no other format
+    dialog.changeOutput("PNG", {}); // the tool writes no other format
     QVERIFY(dialog.output()->text().endsWith(".tif"));
 }
 
@@ -342,13 +312,7 @@ void MainDialogTest::overviewsAreOptional()
         dialog.window.setInputDem(path("dem.tif"));
         dialog.output()->setText(path("vues.tif"));
         Prompt::answerBeforehand({true});
-        QTimer::singleShot(50, [] {
-            const auto options =
-                qobject_cast<outputFileAdvancedOptionsDialog *>(QApplication::activeModalWidget());
-            options->findChild<QAbstractButton *>("m_pChBOverviews")->click();
-            options->accept();
-        });
-        dialog.find<QPushButton>("m_pPBOutputFileAdvancedOptions")->click();
+        dialog.changeOutput("GTiff", {"m_pChBOverviews"});
         QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
         QTRY_VERIFY(QFile::exists(path("vues.tif.ovr")) || dialog.result());
         if (QByteArray(script).contains("sleep")) {
@@ -370,6 +334,7 @@ void MainDialogTest::failureIsShown()
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(),
              QStringLiteral("Une erreur est survenue lors de la création de l'image de sortie."));
+    QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Fin du traitement"));
     const QString details = dialog.result()->findChild<QPlainTextEdit *>()->toPlainText();
     QVERIFY(details.contains("ERROR 9: <b>no</b>") && details.contains("5") && details.contains("hillshade"));
     QVERIFY(!QFile::exists(path("dem_hillshade.tif")));
@@ -410,13 +375,16 @@ void MainDialogTest::closingDuringARun()
 void MainDialogTest::geometryAndRecentFilesComeBack()
 {
     for (const QSize size : {QSize(780, 540), QSize(785, 550)}) {
+        const QPoint place(3, size.height() / 50);
         {
             Dialog dialog(m_tools);
             dialog.window.setInputDem(path("dem.tif"));
             dialog.window.resize(size);
+            dialog.window.move(place);
             dialog.window.close();
         }
         Dialog dialog(m_tools);
+        QCOMPARE(dialog.window.pos(), place);
         QCOMPARE(dialog.window.width(), size.width()); // the screen of the offscreen platform bounds the height
         QCOMPARE(dialog.input()->count(), 1);
         QCOMPARE(dialog.input()->itemText(0), path("dem.tif"));
@@ -430,27 +398,6 @@ void MainDialogTest::dropOpens()
     QVERIFY(!dialog.input()->lineEdit()->acceptDrops() && !dialog.output()->acceptDrops());
     QVERIFY(dialog.drop(path("dem.tif")));
     QCOMPARE(dialog.input()->currentText(), path("dem.tif"));
-}
-
-void MainDialogTest::resultDialog()
-{
-    QStringList requests;
-    ShellServices services;
-    services.open = [&](const QUrl &url) { return requests += "open " + url.toLocalFile(), false; };
-    services.showInFileManager = [&](const QUrl &url) { return requests += "show " + url.toLocalFile(), true; };
-    ProcessResult result;
-    result.file = path("dem.tif");
-    result.shellCommand = QStringLiteral("'tool' a");
-    processResultDialog dialog(result, nullptr, services);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the desktop did not take"));
-    dialog.findChild<QPushButton *>("m_pPBShowResult")->click();
-    QTRY_VERIFY(!dialog.findChild<PreviewLabel *>("m_pLPreview")->picture().isNull());
-    dialog.findChild<QPushButton *>("m_pPBOpenWith")->click();
-    dialog.findChild<QPushButton *>("m_pPBOpenFolder")->click();
-    dialog.findChild<QPushButton *>("m_pPBCopyCommand")->click();
-    QCOMPARE(requests, (QStringList{"open " + path("dem.tif"), "show " + path("dem.tif")}));
-    QVERIFY(Prompt::takeShown().constFirst().contains(path("dem.tif"))); // no program could open it
-    QCOMPARE(QApplication::clipboard()->text(), result.shellCommand);
 }
 
 QTEST_MAIN(MainDialogTest)

@@ -29,44 +29,26 @@ void FragmentsTest::shaded_data()
     QTest::addColumn<QString>("fragment");
     QTest::addColumn<bool>("complete");
 
-    const auto row = [](const char *name, auto change, const char *fragment, bool complete = true) {
-        ShadedOptions options;
-        change(options);
+    const auto row = [](const char *name, const ShadedOptions &options, const char *fragment,
+                        bool complete = true) {
         QTest::newRow(name) << options << QString::fromLatin1(fragment) << complete;
     };
-    row(
-        "defaults", [](auto &) {}, "-z 1 -s 1 -az -45 -alt 45 ");
-    row(
-        "north", [](auto &o) { o.compass = 0; }, "-z 1 -s 1 -az 270 -alt 45 ");
-    row(
-        "east", [](auto &o) { o.compass = 90; }, "-z 1 -s 1 -az 180 -alt 45 ");
-    row(
-        "west", [](auto &o) { o.compass = 270; }, "-z 1 -s 1 -az 0 -alt 45 ");
-    row(
-        "compass between", [](auto &o) { o.compass = 12.3456789; }, "-z 1 -s 1 -az 257.654 -alt 45 ");
-    row(
-        "least wheel", [](auto &o) { o.exaggeration = 0.1; }, "-z 0.1 -s 1 -az -45 -alt 45 ");
-    row(
-        "rounded wheel", [](auto &o) { o.exaggeration = 0.1 + 0.2; }, "-z 0.3 -s 1 -az -45 -alt 45 ");
-    row(
-        "full wheel", [](auto &o) { o.exaggeration = 100; }, "-z 100 -s 1 -az -45 -alt 45 ");
-    row(
-        "feet on metres", [](auto &o) { o.scaleIndex = 1; }, "-z 1 -s 0.31 -az -45 -alt 45 ");
-    row(
-        "metres on degrees", [](auto &o) { o.scaleIndex = 2; }, "-z 1 -s 111120 -az -45 -alt 45 ");
-    row(
-        "feet on degrees", [](auto &o) { o.scaleIndex = 3; }, "-z 1 -s 370400 -az -45 -alt 45 ");
-    row(
-        "list row hides a typed text", [](auto &o) { o.scaleText = "7"; }, "-z 1 -s 1 -az -45 -alt 45 ");
-    row(
-        "typed ratio", [](auto &o) { o.scaleIndex = -1, o.scaleText = "12"; }, "-z 1 -s 12  -az -45 -alt 45 ");
-    row(
-        "typed placeholder", [](auto &o) { o.scaleIndex = -1, o.scaleText = "%1"; },
-        "-z 1 -s %1  -az -45 -alt 45 ");
-    row(
-        "emptied ratio", [](auto &o) { o.scaleIndex = -1; }, "-z 1 -az -45 -alt 45 ", false);
-    row(
-        "both switches", [](auto &o) { o.computeEdges = o.zevenbergenThorne = true, o.altitude = 60; },
+    row("defaults", {}, "-z 1 -s 1 -az -45 -alt 45 ");
+    row("north", {.compass = 0}, "-z 1 -s 1 -az 270 -alt 45 ");
+    row("east", {.compass = 90}, "-z 1 -s 1 -az 180 -alt 45 ");
+    row("west", {.compass = 270}, "-z 1 -s 1 -az 0 -alt 45 ");
+    row("compass between", {.compass = 12.3456789}, "-z 1 -s 1 -az 257.654 -alt 45 ");
+    row("least wheel", {.exaggeration = 0.1}, "-z 0.1 -s 1 -az -45 -alt 45 ");
+    row("rounded wheel", {.exaggeration = 0.1 + 0.2}, "-z 0.3 -s 1 -az -45 -alt 45 ");
+    row("full wheel", {.exaggeration = 100}, "-z 100 -s 1 -az -45 -alt 45 ");
+    row("feet on metres", {.scaleIndex = 1}, "-z 1 -s 0.31 -az -45 -alt 45 ");
+    row("metres on degrees", {.scaleIndex = 2}, "-z 1 -s 111120 -az -45 -alt 45 ");
+    row("feet on degrees", {.scaleIndex = 3}, "-z 1 -s 370400 -az -45 -alt 45 ");
+    row("list row hides a typed text", {.scaleText = "7"}, "-z 1 -s 1 -az -45 -alt 45 ");
+    row("typed ratio", {.scaleIndex = -1, .scaleText = "12"}, "-z 1 -s 12  -az -45 -alt 45 ");
+    row("typed placeholder", {.scaleIndex = -1, .scaleText = "%1"}, "-z 1 -s %1  -az -45 -alt 45 ");
+    row("emptied ratio", {.scaleIndex = -1}, "-z 1 -az -45 -alt 45 ", false);
+    row("both switches", {.altitude = 60, .computeEdges = true, .zevenbergenThorne = true},
         "-z 1 -s 1 -az -45 -alt 60  -compute_edges -alg ZevenbergenThorne");
 }
 
