@@ -63,6 +63,14 @@ void VectorPicture::begin(QImage &picture, const std::array<double, 6> &toGround
     m_drawing = m_dataset ? std::make_unique<Drawing>(picture, toGround, lineWidth) : nullptr;
 }
 
+int VectorPicture::percent() const
+{
+    if (!m_drawing)
+        return 100;
+    const long long total = m_drawing->features ? m_drawing->features->total() : 0;
+    return total > 0 ? static_cast<int>(100 * m_drawing->features->count() / total) : 0;
+}
+
 bool VectorPicture::advance(int milliseconds)
 {
     constexpr long long portion = 10000; // vertices, a fraction of a millisecond
@@ -75,7 +83,8 @@ bool VectorPicture::advance(int milliseconds)
         m_drawing->features.reset();
         if (m_drawing->nextLayer < m_dataset->GetLayerCount()) {
             m_drawing->features.emplace(*m_dataset->GetLayer(m_drawing->nextLayer++), m_drawing->view,
-                                        m_drawing->painter, m_drawing->styles, m_dataset->GetStyleTable());
+                                        m_drawing->painter, m_drawing->styles, m_dataset->GetStyleTable(),
+                                        vectordraw::FeatureReader::Spread);
         } else {
             m_drawing->surface.flush();
             m_drawing.reset();

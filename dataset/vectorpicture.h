@@ -9,7 +9,8 @@
 
 class GDALDataset;
 
-/// The layers of a vector file, drawn into a picture in portions of some vertices.
+/// The layers of a vector file, drawn into a picture in portions of some vertices. The first portions are
+/// spread over each layer where its format allows that.
 class VectorPicture
 {
 public:
@@ -33,6 +34,10 @@ public:
     /// Draws at least one portion, and further ones until the milliseconds have passed. Returns whether
     /// anything is left to draw.
     bool advance(int milliseconds);
+
+    /// Part of the current layer's features that has been drawn, 0 to 100; 0 where the layer does not know how
+    /// many it has, and 100 while nothing is left to draw.
+    int percent() const;
 
 private:
     struct Drawing;

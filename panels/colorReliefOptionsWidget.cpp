@@ -36,6 +36,21 @@ QString elevationText(const QLocale &locale, double elevation)
     return locale.toString(elevation, 'f', whole ? 0 : 2);
 }
 
+/// Why a file cannot be used as a colour table: the reason, or the file where none is known. Empty where it
+/// can.
+QString tableProblem(const QString &file, const ColorTableReading &reading)
+{
+    if (reading.problem.isEmpty() && !elevationEntries(reading.entries).isEmpty())
+        return {};
+    return reading.problem.isEmpty() ? file : reading.problem;
+}
+
+QString invalidTableText(const QString &problem)
+{
+    return labelText({"MESS_TC_INVALID", "La table couleur spécifiée est invalide."}) + QStringLiteral("\n\n")
+        + problem;
+}
+
 } // namespace
 
 colorReliefOptionsWidget::colorReliefOptionsWidget(WorkFolder &workFolder, QWidget *parent,
@@ -83,6 +98,16 @@ QString colorReliefOptionsWidget::getCommandArguments()
 
 std::optional<ToolInput> colorReliefOptionsWidget::launchInput()
 {
+    const QString problem = refreshCurrentTable();
+    if (!problem.isEmpty()) {
+        Prompt::warning(this, invalidTableText(problem));
+        return std::nullopt;
+    }
+    return toolInput();
+}
+
+std::optional<ToolInput> colorReliefOptionsWidget::toolInput()
+{
     const QString file = colorFile(false);
     if (file.isEmpty())
         return std::nullopt;
@@ -93,7 +118,7 @@ std::optional<ToolInput> colorReliefOptionsWidget::launchInput()
 
 std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &copy)
 {
-    const auto input = launchInput();
+    const auto input = toolInput();
     if (input && m_dem.extremes.known)
         noteExtremes(copy, m_dem.band, m_dem.extremes.minimum, m_dem.extremes.maximum);
     return input;
@@ -287,11 +312,9 @@ void colorReliefOptionsWidget::slot_addAColorFile()
         return;
     m_tableFolder = QFileInfo(file).absolutePath();
     const ColorTableReading reading = readColorTable(file);
-    if (!reading.problem.isEmpty() || elevationEntries(reading.entries).isEmpty()) {
-        const QString reason = reading.problem.isEmpty() ? file : reading.problem;
-        Prompt::warning(this,
-                        tr("La table couleur spécifiée est invalide.", "MESS_TC_INVALID")
-                            + QStringLiteral("\n\n") + reason);
+    const QString problem = tableProblem(file, reading);
+    if (!problem.isEmpty()) {
+        Prompt::warning(this, invalidTableText(problem));
         return;
     }
     if (reading.invalidValues
@@ -399,17 +422,24 @@ void colorReliefOptionsWidget::endExactStatistics(const Extremes &extremes)
 
 QString colorReliefOptionsWidget::colorFile(bool forceAbsolute)
 {
-    refreshCurrentTable();
+    if (!refreshCurrentTable().isEmpty())
+        return {};
     const ColorRampComboBox::Table table = m_form->m_pCBColorTable->currentTable();
     return forceAbsolute || !m_spread ? table.toolFile : spreadFile(table.entries);
 }
 
-/// Reads the current table's file again: another program may have edited it.
-void colorReliefOptionsWidget::refreshCurrentTable()
+/// Reads the current table's file again: another program may have edited it. Returns why it is not valid any
+/// more; empty otherwise.
+QString colorReliefOptionsWidget::refreshCurrentTable()
 {
     const QString file = m_form->m_pCBColorTable->currentTable().file;
-    if (QFileInfo(file).isFile())
-        addTable(file, readColorTable(file));
+    if (!QFileInfo(file).isFile())
+        return {};
+    const ColorTableReading reading = readColorTable(file);
+    const QString problem = tableProblem(file, reading);
+    if (problem.isEmpty())
+        addTable(file, reading);
+    return problem;
 }
 
 QString colorReliefOptionsWidget::spreadFile(const QList<QuvoColorDef> &entries)

@@ -99,7 +99,8 @@ private:
     Extremes spreadRange(Extremes extremes) const;
     void clearGivenRange();
     void useTable(const QString &file, const ColorTableReading &reading);
-    void refreshCurrentTable();
+    QString refreshCurrentTable();
+    std::optional<ToolInput> toolInput();
     QString spreadFile(const QList<QuvoColorDef> &entries);
     /// Returns false after a message box with the reason.
     bool writeOwnFile(const QString &path, const QByteArray &text);

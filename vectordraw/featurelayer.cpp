@@ -90,8 +90,8 @@ bool mayBeSeen(std::span<const Point> points, const Surface &surface)
 } // namespace
 
 FeatureLayer::FeatureLayer(OGRLayer &layer, const View &view, Painter &painter, const DefaultStyles &defaults,
-                           OGRStyleTable *styles)
-    : m_reader(layer, view)
+                           OGRStyleTable *styles, FeatureReader::Order order)
+    : m_reader(layer, view, order)
     , m_layer(layer)
     , m_painter(painter)
     , m_pointStyle(parseStyle(defaults.points).style)

@@ -27,7 +27,7 @@ public:
     /// Layer and painter outlive the drawing. styles: the data source's styles by name, for features that refer
     /// to one; null where it has none.
     FeatureLayer(OGRLayer &layer, const View &view, Painter &painter, const DefaultStyles &defaults = {},
-                 OGRStyleTable *styles = nullptr);
+                 OGRStyleTable *styles = nullptr, FeatureReader::Order order = FeatureReader::AsStored);
 
     /// Why nothing can be drawn, in GDAL's words; empty when it can.
     const std::string &error() const { return m_reader.error(); }

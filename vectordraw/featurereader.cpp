@@ -12,6 +12,7 @@ namespace vectordraw
 namespace
 {
 
+constexpr long long passes = 16; // of the spread order
 constexpr double farthest = 1e9; // pixels: what lies beyond is drawn at the picture's edge all the same
 
 } // namespace
@@ -46,7 +47,7 @@ void FeatureReader::Release::operator()(OGRSpatialReference *reference) const
     reference->Release();
 }
 
-FeatureReader::FeatureReader(OGRLayer &layer, const View &view)
+FeatureReader::FeatureReader(OGRLayer &layer, const View &view, Order order)
     : m_layer(layer)
 {
     std::array<double, 6> toGround = view.geoTransform;
@@ -59,6 +60,7 @@ FeatureReader::FeatureReader(OGRLayer &layer, const View &view)
     setUpFilter(view);
     m_layer.ResetReading();
     m_total = m_layer.GetFeatureCount(FALSE);
+    m_spread = order == Spread && m_total > passes && m_layer.TestCapability(OLCFastSetNextByIndex);
 }
 
 FeatureReader::~FeatureReader()
@@ -120,8 +122,22 @@ bool FeatureReader::next()
 {
     if (!m_error.empty())
         return false;
-    m_feature.reset(m_layer.GetNextFeature());
+    if (m_spread) {
+        while (!nextOfPass() && m_pass < passes) { }
+    } else {
+        m_feature.reset(m_layer.GetNextFeature());
+    }
     m_count += m_feature != nullptr;
+    return m_feature != nullptr;
+}
+
+/// Goes to the next feature of the pass. Where there is none, begins the next pass and returns false.
+bool FeatureReader::nextOfPass()
+{
+    m_feature.reset();
+    if (m_index < m_total && m_layer.SetNextByIndex(m_index) == OGRERR_NONE)
+        m_feature.reset(m_layer.GetNextFeature());
+    m_index = m_feature ? m_index + passes : ++m_pass;
     return m_feature != nullptr;
 }
 

@@ -68,9 +68,18 @@ struct PixelGeometry
 class FeatureReader
 {
 public:
+    /// The order in which features are read.
+    enum Order
+    {
+        AsStored,
+        /// In several passes over the layer, so that a part of the features is spread over the whole, where the
+        /// layer goes to a feature by its index at once. For features that may cover each other in any order.
+        Spread
+    };
+
     /// The layer is read from its start. It gets a spatial filter where it has an index for one, unless it has
     /// a filter of its own; it goes with the reader. The layer outlives the reader.
-    FeatureReader(OGRLayer &layer, const View &view);
+    FeatureReader(OGRLayer &layer, const View &view, Order order = AsStored);
     ~FeatureReader();
     FeatureReader(const FeatureReader &) = delete;
     FeatureReader &operator=(const FeatureReader &) = delete;
@@ -104,6 +113,7 @@ private:
 
     void setUpTransformation(const std::string &crs);
     void setUpFilter(const View &view);
+    bool nextOfPass();
     bool take(const OGRGeometry &geometry, PixelGeometry &result, int depth);
     template <class Curve>
     bool takeVertices(const Curve &curve, PixelGeometry::Kind kind, PixelGeometry &result);
@@ -118,6 +128,9 @@ private:
     std::vector<double> m_y;
     std::string m_error;
     bool m_hasOwnFilter = false;
+    bool m_spread = false;
+    long long m_pass = 0;  ///< of the spread order, from 0
+    long long m_index = 0; ///< of the next feature of that pass
     long long m_count = 0;
     long long m_total = -1;
 };

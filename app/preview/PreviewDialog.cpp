@@ -141,9 +141,12 @@ void PreviewDialog::beginVector()
 void PreviewDialog::drawSlice()
 {
     constexpr int slice = 40; // ms
-    if (!m_vector.advance(slice))
-        m_drawing.stop();
+    const bool hasMore = m_vector.advance(slice);
     m_form->m_pLPreview->setPicture(m_drawn.copy(), m_drawnView);
+    m_form->m_pLReadout->setText(hasMore ? tr("Dessin : %1 %", "MESS_VUE_DESSIN").arg(m_vector.percent())
+                                         : QString());
+    if (!hasMore)
+        m_drawing.stop();
 }
 
 QPointF PreviewDialog::toGround(const QPointF &cell) const

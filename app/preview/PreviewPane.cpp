@@ -97,7 +97,7 @@ bool PreviewPane::setDem(const DemInfo &dem)
     if (!another)
         return false;
     m_copySize = QSize();
-    m_drawing.stop();
+    stopDrawing();
     for (const Side &side : {m_input, m_output})
         side.picture->setPicture({}, {});
     m_view = QRectF(0.0, 0.0, m_ground.width(), m_ground.height());
@@ -159,7 +159,7 @@ void PreviewPane::showInput(const QString &copy, const QRect &part)
 
 bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vector)
 {
-    m_drawing.stop();
+    stopDrawing();
     if (!vector) {
         const RasterPicture picture(product);
         m_output.picture->setPicture(picture.read(QRect(QPoint(0, 0), picture.size()), picture.size()), part);
@@ -182,14 +182,25 @@ bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vec
 void PreviewPane::drawLines()
 {
     constexpr int slice = 30; // ms
-    if (!m_lines.advance(slice))
-        m_drawing.stop();
+    const bool hasMore = m_lines.advance(slice);
     m_output.picture->setPicture(m_drawn.copy(), m_linesPart);
+    if (hasMore)
+        showProgress(m_output, m_lines.percent());
+    else
+        stopDrawing();
+}
+
+void PreviewPane::stopDrawing()
+{
+    if (!m_drawing.isActive())
+        return;
+    m_drawing.stop();
+    showProgress(m_output, -1);
 }
 
 void PreviewPane::clearOutput(const QString &text)
 {
-    m_drawing.stop();
+    stopDrawing();
     m_output.picture->setPicture({}, {});
     m_output.picture->setText(text);
 }

@@ -94,6 +94,7 @@ private:
     void setView(const QRectF &view);
     void reportPart();
     void drawLines();
+    void stopDrawing();
     QSize sizeAround(const QSize &picture) const;
     void fitPictures();
     void showProgress(Side &side, int percent);

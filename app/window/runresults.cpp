@@ -2,6 +2,8 @@
 
 #include "messages/label.h"
 
+#include <QRegularExpression>
+
 namespace
 {
 
@@ -43,9 +45,22 @@ ProcessResult failedResult(const ProductRun &run)
     ProcessResult result =
         resultOf(run, ended, QStringLiteral("cancel2.png"),
                  {"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
-    if (!run.outcome().problem.isEmpty())
-        result.text += QStringLiteral("\n\n") + run.outcome().problem;
+    const QString problem = run.outcome().problem;
+    const QString reason = problem.isEmpty() ? toolReason(run.outcome().toolText) : problem;
+    if (!reason.isEmpty())
+        result.text += QStringLiteral("\n\n") + reason;
     return result;
+}
+
+QString toolReason(const QString &toolText)
+{
+    constexpr int longest = 300; // characters that a window shows well
+    static const QRegularExpression errorLine(QStringLiteral("^ERROR \\d+: *(.+)$"),
+                                              QRegularExpression::MultilineOption);
+    const QRegularExpressionMatch error = errorLine.match(toolText);
+    const QString line =
+        (error.hasMatch() ? error.captured(1) : toolText.trimmed().section(QLatin1Char('\n'), 0, 0)).trimmed();
+    return line.size() > longest ? line.left(longest) + QStringLiteral("…") : line;
 }
 
 QString resultDetails(const ProcessResult &result)

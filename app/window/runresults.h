@@ -28,5 +28,9 @@ ProcessResult finishedResult(const ProductRun &run);
 ProcessResult abortedResult(const ProductRun &run);
 ProcessResult failedResult(const ProductRun &run);
 
+/// The line of a failed tool's standard error that says why: its first error without "ERROR 1:", else its first
+/// line; empty where it wrote nothing.
+QString toolReason(const QString &toolText);
+
 /// Text of the window's details: command, exit code and the tool's text.
 QString resultDetails(const ProcessResult &result);

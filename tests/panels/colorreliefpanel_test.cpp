@@ -118,6 +118,13 @@ void ColorReliefPanelTest::addedTables()
     panel.add(plain);
     QCOMPARE(panel.combo->count(), 3);
     QCOMPARE(panel.combo->currentTable().entries.last().value, 20.0);
+    write("plain.txt", "rubbish\n");
+    Prompt::answerBeforehand({});
+    QVERIFY(!panel.widget.previewInput("/copy.tif")); // says nothing
+    QVERIFY(!panel.widget.launchInput());
+    QVERIFY(Prompt::takeShown().join("|").contains(plain));
+    write("plain.txt", "0 1 2 3\n20 7 7 7\n");
+    QCOMPARE(panel.widget.launchInput()->colorTableFile, plain);
     panel.widget.slot_onCurrentColorFileDataChanged(panel.combo->currentTable().entries);
     QCOMPARE(panel.combo->currentText(), QStringLiteral("custom"));
     QVERIFY(panel.widget.colorFile(true).startsWith(panel.workFolder.path()));

@@ -40,6 +40,7 @@ private slots:
     void styleSources();
     void fieldsInStyles();
     void portions();
+    void spreadOrder();
     void areasAtTheEdge();
     void hostileFeatures();
     void maskAgainstPointInPolygon();
@@ -611,6 +612,25 @@ void DrawingTest::portions()
     QVERIFY(layer.count() > 20 && layer.count() < 200);
     FeatureMask mask(*dataset->GetLayer(0), picture.view);
     QVERIFY(mask.addNext(2000) && mask.addNext(1000) && !mask.addNext(1000000));
+}
+
+void DrawingTest::spreadOrder()
+{
+    QList<Feature> features;
+    for (int at = 0; at < 100; ++at)
+        features << Feature{"POINT(50 50)", ""};
+    const DataSet dataset = memoryLayer(features);
+    const Picture picture;
+    FeatureReader reader(*dataset->GetLayer(0), picture.view, FeatureReader::Spread);
+    QVector<int> read;
+    while (reader.next())
+        read += static_cast<int>(reader.feature()->GetFID());
+    QVERIFY(std::is_sorted(read.begin(), read.begin() + 5) && read.at(4) - read.at(0) > 50);
+    std::sort(read.begin(), read.end());
+    for (int at = 0; at < 100; ++at) // each feature once
+        QCOMPARE(read.value(at), at);
+    QCOMPARE(read.size(), 100);
+    QCOMPARE(reader.count(), 100LL);
 }
 
 void DrawingTest::areasAtTheEdge()

@@ -333,7 +333,7 @@ void MainDialogTest::failureIsShown()
     QTest::mouseClick(dialog.launchButton(), Qt::LeftButton);
     QTRY_VERIFY(dialog.result());
     QCOMPARE(dialog.resultText(),
-             QStringLiteral("Une erreur est survenue lors de la création de l'image de sortie."));
+             QStringLiteral("Une erreur est survenue lors de la création de l'image de sortie.\n\n<b>no</b>"));
     QCOMPARE(dialog.result()->windowTitle(), QStringLiteral("Fin du traitement"));
     const QString details = dialog.result()->findChild<QPlainTextEdit *>()->toPlainText();
     QVERIFY(details.contains("ERROR 9: <b>no</b>") && details.contains("5") && details.contains("hillshade"));

@@ -14,6 +14,7 @@ private slots:
     void initTestCase() { setUpProgram(); }
     void init() { setUpTest(64); }
     void ends();
+    void reasonOfTheTool();
     void buttons();
 };
 
@@ -41,6 +42,15 @@ void ProcessResultDialogTest::ends()
         QVERIFY(!expected.isNull());
         QCOMPARE(dialog.findChild<QLabel *>("m_pLPicture")->pixmap(Qt::ReturnByValue).toImage(), expected);
     }
+}
+
+void ProcessResultDialogTest::reasonOfTheTool()
+{
+    for (const auto &[text, reason] :
+         {std::pair("", ""), std::pair("\n Usage: tool\nmore\n", "Usage: tool"),
+          std::pair("Warning 1: odd\nERROR 6: Cannot 'é'\nERROR 1: later\n", "Cannot 'é'")})
+        QCOMPARE(toolReason(text), QString(reason));
+    QCOMPARE(toolReason(QString(1000, 'x')), QString(300, 'x') + "…");
 }
 
 void ProcessResultDialogTest::buttons()
