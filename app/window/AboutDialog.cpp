@@ -56,6 +56,9 @@ AboutDialog::AboutDialog(QWidget *parent, const ShellServices &services)
     m_form->m_pLName->setFont(font);
     m_form->m_pLName->setText(QStringLiteral("QuvoDemToolBox ") + programVersion());
     m_form->m_pLText->setText(aboutText());
+    // Qt counts the lines of the text at a width that the label does not get.
+    m_form->m_pLText->ensurePolished();
+    m_form->m_pLText->setMinimumHeight(m_form->m_pLText->heightForWidth(m_form->m_pLText->minimumWidth()));
     connect(m_form->m_pLText, &QLabel::linkActivated, this,
             [services](const QString &target) { openWithShell(target, services); });
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &QDialog::accept);
