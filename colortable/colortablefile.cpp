@@ -65,7 +65,8 @@ bool isPlain(const QByteArray &text)
     static const QRegularExpression line(QStringLiteral(
         "^(|[#/].*|(nv|[-+]?[0-9]{1,9}(\\.[0-9]{1,17})?%?)([ \\t,:]+[0-9]{1,3}){3,4}[ \\t]*)\r?$"));
     static const QRegularExpression noDataAsNumber(QStringLiteral("^-9999(\\.0*)?[ \\t,:]"));
-    if (text.contains("COLOR_MODEL"))
+    const bool loneReturns = text.count('\r') != text.count("\r\n"); // no line ends to the tool
+    if (text.contains("COLOR_MODEL") || loneReturns)
         return false;
     for (const QByteArray &bytes : text.split('\n')) {
         const QString content = QString::fromLatin1(bytes);

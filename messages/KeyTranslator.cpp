@@ -16,7 +16,8 @@ QString KeyTranslator::translate(const char *, const char *, const char *disambi
 
 QString KeyTranslator::text(const QByteArray &key) const
 {
-    return m_texts.value(key.left(static_cast<int>(dicoKeyLength)));
+    const QString found = m_texts.value(key.left(static_cast<int>(dicoKeyLength)));
+    return found.trimmed().isEmpty() ? QString() : found; // without a text, Qt uses the default
 }
 
 bool KeyTranslator::isRightToLeft() const

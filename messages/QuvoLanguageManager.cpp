@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLibraryInfo>
 #include <QLocale>
 
@@ -22,8 +23,10 @@ KeyTranslator::Texts readTexts(const QString &dataPath)
     KeyTranslator::Texts texts;
     QFile data(dataPath);
     QFile index(dataPath + QStringLiteral(".idx"));
-    if (!data.open(QIODevice::ReadOnly) || !index.open(QIODevice::ReadOnly))
-        return texts;
+    for (QFile *file : {&data, &index}) {
+        if (!QFileInfo(*file).isFile() || !file->open(QIODevice::ReadOnly)) // reading a pipe might never end
+            return texts;
+    }
     const QByteArray allTexts = data.readAll();
     const QByteArray records = index.readAll();
     for (const DicoRecord &record :
@@ -32,7 +35,9 @@ KeyTranslator::Texts readTexts(const QString &dataPath)
         const bool fits = record.offset >= 0 && record.length >= 0 && record.offset <= allTexts.size()
             && record.length <= allTexts.size() - record.offset;
         if (fits && !texts.contains(key))
-            texts.insert(key, QString::fromUtf8(allTexts.mid(record.offset, record.length)));
+            texts.insert(key,
+                         QString::fromUtf8(allTexts.mid(record.offset, record.length))
+                             .section(QChar::Null, 0, 0)); // a C text ends at a NUL
     }
     return texts;
 }

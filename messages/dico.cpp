@@ -70,6 +70,11 @@ void append(const std::string &dataPath, const std::string &indexPath)
     dico.files.push_back(file);
 }
 
+bool isRegular(const struct stat &status)
+{
+    return (status.st_mode & S_IFMT) == S_IFREG; // reading a pipe might never end
+}
+
 void load(DicoFile &file)
 {
     file.loaded = 1; // also after a failure, so that it is printed once
@@ -82,7 +87,7 @@ void load(DicoFile &file)
     }
     constexpr auto largestIndex = 64L * 1024 * 1024;
     std::string bytes(static_cast<std::size_t>(std::min<long long>(status.st_size, largestIndex)), '\0');
-    if (std::FILE *index = std::fopen(file.indexPath, "rb")) {
+    if (std::FILE *index = isRegular(status) ? std::fopen(file.indexPath, "rb") : nullptr) {
         const std::size_t read = std::fread(bytes.data(), 1, bytes.size(), index);
         std::fclose(index);
         if (static_cast<long long>(read) < status.st_size)
@@ -102,7 +107,7 @@ std::string readText(const DicoFile &file, const DicoRecord &record)
     std::string text;
     struct stat status
     { };
-    if (stat(file.dataPath, &status) != 0 || record.offset < 0 || record.length <= 0
+    if (stat(file.dataPath, &status) != 0 || !isRegular(status) || record.offset < 0 || record.length <= 0
         || record.offset >= status.st_size)
         return text;
     std::FILE *data = std::fopen(file.dataPath, "rb");

@@ -3,6 +3,7 @@
 #include "messages/logging.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <iniparser.h>
 
@@ -25,7 +26,8 @@ int logFault(const char *format, ...)
 IniFile::IniFile(const QString &path)
 {
     iniparser_set_error_callback(logFault);
-    m_dictionary = iniparser_load(QFile::encodeName(path).constData());
+    if (QFileInfo(path).isFile()) // reading a pipe or a device might never end
+        m_dictionary = iniparser_load(QFile::encodeName(path).constData());
     if (!m_dictionary || iniparser_getnsec(m_dictionary) < 1)
         qCWarning(lcMessages, "%s gives no setting", qUtf8Printable(path));
 }

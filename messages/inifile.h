@@ -23,5 +23,5 @@ public:
     QByteArray get(const char *section, const char *key, const char *defaultValue) const;
 
 private:
-    _dictionary_ *m_dictionary;
+    _dictionary_ *m_dictionary = nullptr;
 };

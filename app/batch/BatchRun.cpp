@@ -2,7 +2,7 @@
 
 #include "app/startup/console.h"
 
-BatchRun::BatchRun(bool oneOfSeveral)
+BatchRun::BatchRun(const StopSignals &stopSignals, bool oneOfSeveral)
     : m_scriptRunner(nullptr)
     , m_run(m_scriptRunner)
     , m_oneOfSeveral(oneOfSeveral)
@@ -12,11 +12,15 @@ BatchRun::BatchRun(bool oneOfSeveral)
     connect(&m_run, &ProductRun::finished, this, &BatchRun::onFinished);
     connect(&m_run, &ProductRun::aborted, this, &BatchRun::onAborted);
     connect(&m_run, &ProductRun::failed, this, &BatchRun::onFailed);
-    connect(&m_stopSignals, &StopSignals::stopRequested, &m_run, &ProductRun::stop);
+    connect(&stopSignals, &StopSignals::stopRequested, &m_run, &ProductRun::stop);
 }
 
 void BatchRun::start(const RunPlan &plan, bool overwrite)
 {
+    if (StopSignals::stopWasRequested()) { // while the tool's input was prepared
+        onAborted();
+        return;
+    }
     auto lock = std::make_unique<OutputLock>(plan.request.output);
     if (!lock->problem().isEmpty()) {
         end(BatchExit::Failed, lock->problem());

@@ -16,7 +16,8 @@ class BatchRun : public QObject
 
 public:
     /// `oneOfSeveral`: when the run fails, the caller completes the line of progress.
-    explicit BatchRun(bool oneOfSeveral = false);
+    /// `stopSignals` outlives this object.
+    explicit BatchRun(const StopSignals &stopSignals, bool oneOfSeveral = false);
 
     /// Starts a plan that has no problem. `overwrite`: the run may replace existing files. finished() follows,
     /// possibly from inside this call.
@@ -34,7 +35,6 @@ private:
 
     QuvoScriptRunner m_scriptRunner;
     ProductRun m_run;
-    StopSignals m_stopSignals;
     TerminalProgress m_progress;
     bool m_oneOfSeveral;
 };

@@ -6,8 +6,9 @@
 #include <QCoreApplication>
 #include <QTimer>
 
-BatchSeries::BatchSeries(const QVector<BatchArguments> &runs)
+BatchSeries::BatchSeries(const StopSignals &stopSignals, const QVector<BatchArguments> &runs)
     : m_runs(runs)
+    , m_run(stopSignals, true)
 {
     connect(&m_run, &BatchRun::finished, this, &BatchSeries::onRunFinished);
 }

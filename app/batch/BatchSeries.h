@@ -13,7 +13,7 @@ class BatchSeries : public QObject
 
 public:
     /// `runs`: the result of splitBatch().
-    explicit BatchSeries(const QVector<BatchArguments> &runs);
+    explicit BatchSeries(const StopSignals &stopSignals, const QVector<BatchArguments> &runs);
 
     /// Starts the first run; finished() follows, possibly from inside this call.
     void start() { next(); }
@@ -31,6 +31,6 @@ private:
     QString m_output;       ///< path of the current run's product
     QStringList m_products; ///< paths of the products made so far, which no later run may replace
     WorkFolder m_workFolder;
-    BatchRun m_run{true};
+    BatchRun m_run;
     BatchExit m_exit = BatchExit::Done;
 };

@@ -3,6 +3,7 @@
 #include "app/batch/request.h"
 #include "app/batch/terminalprogress.h"
 #include "app/run/runplan.h"
+#include "app/startup/StopSignals.h"
 #include "app/startup/console.h"
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
@@ -64,7 +65,13 @@ int refuse(const QString &problem, BatchExit exit)
     return static_cast<int>(exit);
 }
 
-int run(const BatchRequest &batch, bool overwrite)
+/// Prints what the user asked for; fails where it cannot be written, as on a full disk.
+int print(const QString &text)
+{
+    return static_cast<int>(printOutput(text) ? BatchExit::Done : BatchExit::Failed);
+}
+
+int run(const StopSignals &stopSignals, const BatchRequest &batch, bool overwrite)
 {
     const RunPlan plan =
         planRun(batch.request, findTools(QCoreApplication::applicationDirPath()), batch.otherInputs);
@@ -74,7 +81,7 @@ int run(const BatchRequest &batch, bool overwrite)
     for (const QString &warning : plan.warnings)
         printError(warning);
 
-    BatchRun batchRun;
+    BatchRun batchRun(stopSignals);
     QObject::connect(&batchRun, &BatchRun::finished, qApp,
                      [](BatchExit exit) { QCoreApplication::exit(static_cast<int>(exit)); });
     // From inside the event loop, which exit() needs: a run may end inside start().
@@ -82,7 +89,7 @@ int run(const BatchRequest &batch, bool overwrite)
     return QCoreApplication::exec();
 }
 
-int runOrPrintOne(const BatchArguments &arguments)
+int runOrPrintOne(const StopSignals &stopSignals, const BatchArguments &arguments)
 {
     WorkFolder workFolder;
     const BatchRequest batch = assembleBatch(arguments, workFolder);
@@ -91,15 +98,14 @@ int runOrPrintOne(const BatchArguments &arguments)
     for (const QString &warning : batch.warnings)
         printError(warning);
     if (arguments.action == BatchAction::Run)
-        return run(batch, arguments.overwrite);
-    printOutput(printedCommand(batch.request, findTools(QCoreApplication::applicationDirPath()))
-                + QLatin1Char('\n'));
-    return static_cast<int>(BatchExit::Done);
+        return run(stopSignals, batch, arguments.overwrite);
+    return print(printedCommand(batch.request, findTools(QCoreApplication::applicationDirPath()))
+                 + QLatin1Char('\n'));
 }
 
-int runSeries(const QVector<BatchArguments> &runs)
+int runSeries(const StopSignals &stopSignals, const QVector<BatchArguments> &runs)
 {
-    BatchSeries series(runs);
+    BatchSeries series(stopSignals, runs);
     QObject::connect(&series, &BatchSeries::finished, qApp,
                      [](BatchExit exit) { QCoreApplication::exit(static_cast<int>(exit)); });
     QTimer::singleShot(0, &series, &BatchSeries::start);
@@ -108,14 +114,15 @@ int runSeries(const QVector<BatchArguments> &runs)
 
 int runOrPrint(const BatchArguments &arguments)
 {
+    const StopSignals stopSignals;
     const BatchRuns batch = splitBatch(arguments);
     if (!batch.problem.isEmpty())
         return refuse(batch.problem, BatchExit::BadArguments);
     if (!arguments.dems.isEmpty() && arguments.action == BatchAction::Run)
-        return runSeries(batch.runs);
+        return runSeries(stopSignals, batch.runs);
     int code = 0;
     for (const BatchArguments &run : batch.runs)
-        code = qMax(code, runOrPrintOne(run));
+        code = qMax(code, runOrPrintOne(stopSignals, run));
     return code;
 }
 
@@ -128,12 +135,6 @@ int buildOverviewsOf(const QString &raster)
                                            [&](int percent) { printOutput(progress.advance(percent)); });
     printOutput(problem.isEmpty() ? progress.finish() : progress.abandon());
     return problem.isEmpty() ? static_cast<int>(BatchExit::Done) : refuse(problem, BatchExit::Failed);
-}
-
-int print(const QString &text)
-{
-    printOutput(text);
-    return static_cast<int>(BatchExit::Done);
 }
 
 } // namespace

@@ -4,10 +4,10 @@
 
 #include <cstdio>
 
-void printOutput(const QString &text)
+bool printOutput(const QString &text)
 {
     std::fputs(text.toLocal8Bit().constData(), stdout);
-    std::fflush(stdout);
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
 void printError(const QString &text)

@@ -3,8 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
-/// Prints the text on standard output in the encoding of the locale and flushes it.
-void printOutput(const QString &text);
+/// Prints the text on standard output in the encoding of the locale and flushes it. Returns whether all output
+/// so far could be written.
+bool printOutput(const QString &text);
 
 /// Reads standard input to its end, at most `most` bytes; empty when it cannot be read.
 QByteArray readInput(qint64 most);

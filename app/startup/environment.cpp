@@ -84,8 +84,7 @@ void useUtf8Paths()
 
 void useOffscreenPlatform()
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
 QString environmentFile(const QString &executable)

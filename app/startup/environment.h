@@ -11,8 +11,8 @@
 /// application object is made.
 void useUtf8Paths();
 
-/// Makes Qt draw without a display, unless the environment names a platform. Called before the application
-/// object is made.
+/// Makes Qt draw without a display, also where the environment names a platform, which may need one. Called
+/// before the application object is made.
 void useOffscreenPlatform();
 
 /// Settings of one installation.

@@ -102,6 +102,16 @@ struct PointRowReading
     QString problem; ///< empty for a good point
 };
 
+QVariantMap pointRow(const ObserverPoint &point)
+{
+    return {{QStringLiteral("enabled"), point.enabled},
+            {QStringLiteral("x"), point.x},
+            {QStringLiteral("y"), point.y},
+            {QStringLiteral("height"), point.height},
+            {QStringLiteral("mode"), altitudeModeText(point.mode)},
+            {QStringLiteral("distance"), point.maxDistance}};
+}
+
 PointRowReading readPointRow(const QVariantMap &row)
 {
     PointRowReading reading;
@@ -132,19 +142,14 @@ PointRowReading readPointRow(const QVariantMap &row)
         if (!on)
             reading.problem = switchProblem(enabled, row.value(enabled));
     }
+    const QVariantMap known = pointRow(point);
+    for (auto member = row.cbegin(); member != row.cend(); ++member) {
+        if (!known.contains(member.key()))
+            reading.problem = labelText({"MESS_REC_INCONNU", "Membre inconnu : « %1 »."}).arg(member.key());
+    }
     if (reading.problem.isEmpty())
         reading.problem = pointProblem(point);
     return reading;
-}
-
-QVariantMap pointRow(const ObserverPoint &point)
-{
-    return {{QStringLiteral("enabled"), point.enabled},
-            {QStringLiteral("x"), point.x},
-            {QStringLiteral("y"), point.y},
-            {QStringLiteral("height"), point.height},
-            {QStringLiteral("mode"), altitudeModeText(point.mode)},
-            {QStringLiteral("distance"), point.maxDistance}};
 }
 
 } // namespace

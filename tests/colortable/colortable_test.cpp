@@ -155,6 +155,8 @@ void ColorTableTest::toolLayout()
              QByteArray("nv\t5  5  5  0\n-12000\t1  1  1  255\n33.333333333333336%\t255  0  0  255\n"
                         "100.0625\t0  128  0  255\n"));
     QVERIFY(parseColorTable(text).plain);
+    const ColorTableReading returns = parseColorTable("# heights\r0 1 1 1\r10 2 2 2\r");
+    QVERIFY(returns.entries.size() == 2 && !returns.plain); // one line, a comment, to the tool
     const QTemporaryDir folder;
     const QString file = freeTableName(folder.path(), "t");
     QCOMPARE(writeTableFile(file, text), QString());

@@ -119,7 +119,9 @@ void LanguageTest::missingDictionaries()
     writeDictionary(hebrew.filePath("geodico.lc"), "MESS_FERMER = סגור");
     languages->defaultSetup(hebrew.path(), "HEBREW", {});
     QVERIFY(languages->currentLanguageNeedsReversedLayout());
+    writeDictionary(hebrew.filePath("geodico.lc"), "MESS_FERMER =  \nMESS_OUI = Oh");
     languages->defaultSetup(hebrew.path(), "FRENCH", {});
+    QCOMPARE(labelText({"MESS_FERMER", "Fermer"}), QStringLiteral("Fermer")); // an empty text is none
     QVERIFY(!languages->currentLanguageNeedsReversedLayout());
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no dictionary in /no/such"));
     languages->defaultSetup("/no/such", "ENGLISH", {});

@@ -436,6 +436,9 @@ void BatchTest::textWithoutDisplay()
         QVERIFY(!ended.out.isEmpty());
         QCOMPARE(ended.error, QString());
     }
+    QCOMPARE(runProgram(program(), hillshade("product.tif"), noPlatform).code, 0); // it draws nothing
+    if (QFile::exists("/dev/full"))
+        QCOMPARE(runProgram("/bin/sh", {"-c", "\"$0\" --list > /dev/full", program()}).code, 1);
     const QString listing = batch({"--list"}).out;
     for (const char *name :
          {"hillshade", "exaggeration", "scaleIndex", "scaleText", "compass", "270", "altitude"})
