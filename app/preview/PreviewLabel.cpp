@@ -236,6 +236,7 @@ void PreviewLabel::mousePressEvent(QMouseEvent *event)
     m_pressed = event->localPos();
     m_viewAtPress = m_view;
     m_draggedMark = markAt(event->localPos());
+    m_marksAtPress = m_marks;
     m_dragging = false;
 }
 
@@ -296,6 +297,17 @@ void PreviewLabel::mouseReleaseEvent(QMouseEvent *event)
                      area.size().toSize());
 }
 
+/// Ends a drag as if it had never begun.
+void PreviewLabel::cancelDrag()
+{
+    m_pressed.reset();
+    m_marks = m_marksAtPress;
+    setCursor(Qt::CrossCursor);
+    update();
+    if (std::exchange(m_draggedMark, -1) < 0)
+        emit viewChanged(m_viewAtPress);
+}
+
 void PreviewLabel::keyPressEvent(QKeyEvent *event)
 {
     const QPointF middle = shownArea().center();
@@ -322,6 +334,12 @@ void PreviewLabel::keyPressEvent(QKeyEvent *event)
         return;
     case Qt::Key_Down:
         emit viewChanged(moved(m_view, {0.0, step.height()}, m_dem));
+        return;
+    case Qt::Key_Escape:
+        if (m_pressed)
+            cancelDrag();
+        else
+            QWidget::keyPressEvent(event);
         return;
     default:
         QWidget::keyPressEvent(event);

@@ -93,6 +93,7 @@ private:
     void paintLight(QPainter &painter) const;
     void zoom(const QPointF &place, double factor);
     void dragMark(const QPointF &place);
+    void cancelDrag();
 
     QImage m_picture;
     QRectF m_part; ///< cells that the picture covers
@@ -106,6 +107,7 @@ private:
 
     std::optional<QPointF> m_pressed; ///< place where the left button was pressed; empty: it is not pressed
     QRectF m_viewAtPress;
+    QVector<PreviewMark> m_marksAtPress;
     int m_draggedMark = -1;  ///< index of the mark under the pressed button; -1: there is none
     bool m_dragging = false; ///< the mouse was moved far enough for a drag
 };

@@ -226,12 +226,19 @@ void PreviewsTest::observersAreSetInThePicture()
     QCOMPARE(panel->options().observers.size(), 1); // the click moves the current observer
     const QPoint from = placeOf(*dialog.input(), cellOfFirst());
     const QPoint to = placeOf(*dialog.input(), {800, 800});
-    QTest::mousePress(dialog.input(), Qt::LeftButton, {}, from);
-    for (const QPoint &place : {(from + to) / 2, to}) {
-        QMouseEvent move(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(dialog.input(), &move);
+    for (const bool escape : {true, false}) {
+        const QPointF start = cellOfFirst();
+        QTest::mousePress(dialog.input(), Qt::LeftButton, {}, from);
+        for (const QPoint &place : {(from + to) / 2, to}) {
+            QMouseEvent move(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton, {});
+            QApplication::sendEvent(dialog.input(), &move);
+        }
+        if (escape)
+            QTest::keyClick(dialog.input(), Qt::Key_Escape); // leaves the drag, not the window
+        QTest::mouseRelease(dialog.input(), Qt::LeftButton, {}, to);
+        QCOMPARE(cellOfFirst() == start, escape);
+        QVERIFY(dialog.window.isVisible());
     }
-    QTest::mouseRelease(dialog.input(), Qt::LeftButton, {}, to);
     QVERIFY(QLineF(cellOfFirst(), {800, 800}).length() < 1000.0 / dialog.input()->width() * 2);
     QTRY_VERIFY_WITH_TIMEOUT(dialog.output()->picture() != before, 10000);
 }

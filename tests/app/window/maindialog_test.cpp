@@ -1,3 +1,4 @@
+#include "app/startup/startupoptions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "tests/support/files.h"
@@ -37,6 +38,7 @@ private slots:
     void failureIsShown();
     void closingDuringARun();
     void geometryAndRecentFilesComeBack();
+    void colourButtonsShowTheTrueColour();
     void dropOpens();
 
 private:
@@ -390,6 +392,18 @@ void MainDialogTest::geometryAndRecentFilesComeBack()
         QCOMPARE(dialog.input()->itemText(0), path("dem.tif"));
         QCOMPARE(dialog.input()->currentText(), QString());
     }
+}
+
+void MainDialogTest::colourButtonsShowTheTrueColour()
+{
+    qApp->setStyleSheet(composeStyleSheet({}));
+    Dialog dialog(m_tools);
+    dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>("intervisibilityTab"));
+    const QImage button = dialog.find<QPushButton>("m_pPBColorZNO")->grab().toImage();
+    for (const double height : {0.25, 0.75}) // a gloss would lighten one of them
+        QCOMPARE(button.pixelColor(button.width() / 4, static_cast<int>(height * button.height())),
+                 QColor(213, 94, 0));
+    qApp->setStyleSheet({});
 }
 
 void MainDialogTest::dropOpens()

@@ -308,6 +308,9 @@ void ObserverTableTest::unusableNumbers()
         .x = values["x"], .y = values["y"], .height = values["height"], .maxDistance = values["distance"]};
     QCOMPARE(pointProblem(point).isEmpty(), good);
     QCOMPARE(readPointRows(pointRows({point})).problem.isEmpty(), good);
+    QVariantMap row = pointRows({{}}).first().toMap();
+    row.insert("colour", 3);
+    QVERIFY(readPointRows(QVariantList{row}).problem.contains("colour"));
     const QString line = QStringLiteral("%1 %2 %3 Relative %4")
                              .arg(point.x, 0, 'g', 17)
                              .arg(point.y, 0, 'g', 17)
