@@ -2,10 +2,10 @@
 
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
+#include "dataset/references.h"
 #include "messages/label.h"
 
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <gdal_priv.h>
 
@@ -13,22 +13,6 @@
 
 namespace
 {
-
-/// The local file that holds a virtual path ("a.zip" for "/vsizip/a.zip/b.tif"); any other path unchanged.
-QString localFile(QString path)
-{
-    static const QRegularExpression prefix(QStringLiteral("^/vsi[a-z0-9_]+/"));
-    bool isVirtual = false;
-    while (isVirtualPath(path) && prefix.match(path).hasMatch()) {
-        isVirtual = true;
-        path.remove(prefix);
-        path = path.mid(path.indexOf(QLatin1Char(',')) + 1); // "/vsisubfile/0_1000,dem.tif"
-        path.remove(QLatin1Char('{')).remove(QLatin1Char('}'));
-    }
-    while (isVirtual && !path.isEmpty() && !QFileInfo(path).isFile())
-        path.truncate(qMax(0, static_cast<int>(path.lastIndexOf(QLatin1Char('/')))));
-    return path;
-}
 
 bool isVirtualRaster(const QString &file)
 {
@@ -56,6 +40,17 @@ void addFiles(GDALDataset &dataset, QStringList &names)
         if (inner)
             addFiles(*inner, names);
     }
+}
+
+/// The names of the rasters that hold the positions of the cells.
+QStringList geolocationNames(GDALDataset &dataset)
+{
+    QStringList names;
+    for (const char *key : {"X_DATASET", "Y_DATASET"}) {
+        if (const char *name = dataset.GetMetadataItem(key, "GEOLOCATION"))
+            names += decodePath(name);
+    }
+    return names;
 }
 
 /// Why GDAL opened no raster, in a sentence and, where it helps, GDAL's own words.
@@ -88,9 +83,13 @@ RasterInfo readRasterInfo(const QString &path)
     info.height = dataset->GetRasterYSize();
     info.bandCount = dataset->GetRasterCount();
     addFiles(*dataset, info.files);
-    const QString source = localFile(path);
-    if (isVirtualPath(path) && !source.isEmpty() && !info.files.contains(source))
-        info.files += source;
+    const QStringList names = QStringList{path} + geolocationNames(*dataset) + info.files;
+    for (const QString &name : names) {
+        for (const QString &file : referencedFiles(name)) {
+            if (!info.files.contains(file))
+                info.files += file;
+        }
+    }
     if (info.bandCount == 0)
         info.problem = labelText({"MESS_RASTER_SANS_BANDE", "Ce fichier ne contient aucune bande raster."});
     return info;

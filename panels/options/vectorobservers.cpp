@@ -2,6 +2,7 @@
 
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
+#include "dataset/references.h"
 
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
@@ -161,6 +162,9 @@ VectorObservers readVectorObservers(const QString &path, const QString &crs)
     for (char **file = files; file && *file; ++file)
         found.files += decodePath(*file);
     CSLDestroy(files);
+    const QStringList names = QStringList{path} + found.files;
+    for (const QString &name : names)
+        found.files += referencedFiles(name);
     for (OGRLayer *layer : source->GetLayers())
         addLayer(*layer, crs, found);
     found.numericAttributes.sort();

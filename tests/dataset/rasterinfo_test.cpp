@@ -1,6 +1,7 @@
 #include "dataset/rasterinfo.h"
 
 #include "dataset/gdalmessages.h"
+#include "dataset/references.h"
 #include "tests/support/files.h"
 #include "tests/support/rasters.h"
 
@@ -15,6 +16,7 @@ class RasterInfoTest : public QObject
 private slots:
     void initTestCase() { setUpGdal(); }
     void filesAndSize();
+    void referencedFilesBelongToTheInput();
 
 private:
     QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/essai é中 XXXXXX")};
@@ -46,6 +48,47 @@ void RasterInfoTest::filesAndSize()
     QVERIFY(!readRasterInfo(m_folder.filePath("missing.tif")).problem.isEmpty());
     QVERIFY(!readRasterInfo(m_folder.path()).problem.isEmpty());
     QCOMPARE(QDir(m_folder.path()).entryList({"two bands*"}, QDir::Files), QStringList{"two bands.tif"});
+}
+
+void RasterInfoTest::referencedFilesBelongToTheInput()
+{
+    const QString source = m_folder.filePath("source.tif");
+    QVERIFY(writeRaster(source, 3, 2, {1, 2, 3, 4, 5, 6}));
+    const QString sparse = m_folder.filePath("sparse.xml");
+    writeFile(sparse,
+              "<VSISparseFile><SubfileRegion><Filename relative='1'>source.tif</Filename><DestinationOffset>0"
+              "</DestinationOffset><SourceOffset>0</SourceOffset><RegionLength>"
+                  + QByteArray::number(QFileInfo(source).size())
+                  + "</RegionLength></SubfileRegion></VSISparseFile>");
+    const QByteArray band = "<VRTRasterBand dataType='Float32' band='1'><SimpleSource><SourceFilename>"
+        + source.toUtf8() + "</SourceFilename></SimpleSource></VRTRasterBand>";
+    const QByteArray geolocation = "<Metadata domain='GEOLOCATION'><MDI key='X_DATASET'>" + source.toUtf8()
+        + "</MDI><MDI key='Y_DATASET'>" + source.toUtf8() + "</MDI></Metadata>";
+    const QByteArray inlineVrt = "<VRTDataset rasterXSize='3' rasterYSize='2'>" + band + "</VRTDataset>";
+    QVERIFY(writeRaster(m_folder.filePath("plain.tif"), 3, 2, {1, 2, 3, 4, 5, 6}));
+    writeFile(m_folder.filePath("places.vrt"),
+              "<VRTDataset rasterXSize='3' rasterYSize='2'>" + geolocation
+                  + "<VRTRasterBand dataType='Float32' band='1'><SimpleSource><SourceFilename "
+                    "relativeToVRT='1'>plain.tif"
+                    "</SourceFilename></SimpleSource></VRTRasterBand></VRTDataset>");
+    writeFile(m_folder.filePath("masked.vrt"),
+              "<VRTDataset rasterXSize='3' rasterYSize='2'><VRTRasterBand dataType='Float32' band='1'>"
+              "<SimpleSource><SourceFilename relativeToVRT='1'>plain.tif</SourceFilename></SimpleSource>"
+              "<MaskBand><VRTRasterBand dataType='Byte'><SimpleSource><SourceFilename>vrt://"
+                  + source.toUtf8()
+                  + "?bands=1</SourceFilename></SimpleSource></VRTRasterBand></MaskBand>"
+                    "</VRTRasterBand></VRTDataset>");
+    for (const QString &name :
+         {"GTIFF_DIR:1:" + source, "vrt://" + source + "?bands=1", QString::fromUtf8(inlineVrt),
+          "/vsisparse/" + sparse, m_folder.filePath("places.vrt"), m_folder.filePath("masked.vrt"),
+          "DERIVED_SUBDATASET:LOGAMPLITUDE:" + source, "/vsisubfile/0_100000," + source}) {
+        const RasterInfo info = readRasterInfo(name);
+        QVERIFY2(info.problem.isEmpty(), qPrintable(name + info.problem));
+        QVERIFY2(info.files.contains(source), qPrintable(name + " | " + info.files.join(" ")));
+    }
+    for (const QString &name : {"NETCDF:\"" + source + "\":z", "GPKG:" + source + ":t"})
+        QCOMPARE(referencedFiles(name), QStringList{source});
+    QCOMPARE(referencedFiles("42"), QStringList());
 }
 
 QTEST_GUILESS_MAIN(RasterInfoTest)
