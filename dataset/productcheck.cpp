@@ -4,6 +4,9 @@
 #include "dataset/pathencoding.h"
 #include "messages/label.h"
 
+#include <QDir>
+#include <QFileInfo>
+#include <QStorageInfo>
 #include <QStringList>
 
 #include <gdal_priv.h>
@@ -46,6 +49,36 @@ OGRLayer *productLayer(GDALDataset &dataset, const QString &name)
     return layer || dataset.GetLayerCount() != 1 ? layer : dataset.GetLayer(0);
 }
 
+/// The problem of a layer that was opened and counted. `size`: bytes of its main file.
+QString layerProblem(OGRLayer &layer, long long count, qint64 size, const GdalMessages &messages)
+{
+    constexpr qint64 quicklyRead = 64LL * 1024 * 1024;
+    constexpr Label truncated{"MESS_PROD_TRONQUE", "Le résultat est incomplet : sa fin ne peut pas être lue."};
+    if (layer.GetGeomType() == wkbNone)
+        return labelText({"MESS_PROD_SANS_GEOM",
+                          "Le format du résultat ne conserve pas les géométries ; choisissez-en un autre."});
+    long long read = 0;
+    layer.ResetReading();
+    while (size <= quicklyRead && messages.lastError().isEmpty()
+           && std::unique_ptr<OGRFeature>(layer.GetNextFeature()))
+        ++read;
+    if (!messages.lastError().isEmpty())
+        return withReason(truncated, messages.lastError());
+    return size <= quicklyRead && read != count ? labelText(truncated) : QString();
+}
+
+/// Some drivers report no error on a full disk.
+QString diskProblem(const QString &path)
+{
+    constexpr qint64 least = 16 * 1024; // bytes: what is left of a disk that a product has just filled
+    const QStorageInfo disk(QFileInfo(path).absolutePath());
+    if (!disk.isValid() || !disk.isReady() || disk.bytesAvailable() >= least)
+        return {};
+    return labelText(
+               {"MESS_PROD_DISQUE", "Le disque de « %1 » est plein ; le résultat est sans doute incomplet."})
+        .arg(QDir::toNativeSeparators(path));
+}
+
 } // namespace
 
 QString firstErrorLine(const QString &standardError)
@@ -66,6 +99,10 @@ ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standa
         return check;
     }
 
+    check.problem = diskProblem(expected.path);
+    if (!check.problem.isEmpty())
+        return check;
+
     const GdalMessages messages;
     const unsigned flags = expected.kind == ProductKind::Raster ? GDAL_OF_RASTER : GDAL_OF_VECTOR;
     const std::unique_ptr<GDALDataset> dataset(
@@ -77,10 +114,7 @@ ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standa
         check.problem = rasterProblem(*dataset, expected, messages);
     } else if (OGRLayer *layer = productLayer(*dataset, expected.layer)) {
         check.featureCount = layer->GetFeatureCount();
-        if (layer->GetGeomType() == wkbNone)
-            check.problem =
-                labelText({"MESS_PROD_SANS_GEOM",
-                           "Le format du résultat ne conserve pas les géométries ; choisissez-en un autre."});
+        check.problem = layerProblem(*layer, check.featureCount, QFileInfo(expected.path).size(), messages);
     } else {
         check.problem = labelText({"MESS_PROD_SANS_COUCHE", "Le résultat ne contient pas la couche « %1 »."})
                             .arg(expected.layer);

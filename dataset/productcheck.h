@@ -33,7 +33,7 @@ struct ProductCheck
 QString firstErrorLine(const QString &standardError);
 
 /// Checks the product of a run that ended with exit code 0. These must hold: no line of the tool's error text
-/// begins with "ERROR"; the data set opens; a raster has the size of the input, and its last cell can be read
-/// in every band; a vector has the expected layer, or one single layer of any name, and that layer stores
-/// geometries.
+/// begins with "ERROR"; the disk is not full; the data set opens; a raster has the size of the input, and its
+/// last cell can be read in every band; a vector has the expected layer, or one single layer of any name, that
+/// layer stores geometries and, in a file of up to 64 MiB, all of its features can be read.
 ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standardError);

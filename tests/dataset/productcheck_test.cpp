@@ -2,6 +2,7 @@
 
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
+#include "tests/support/files.h"
 #include "tests/support/rasters.h"
 
 #include <QFile>
@@ -77,6 +78,19 @@ void ProductCheckTest::vectors()
     driver->Delete(encodePath(path).constData());
     write({"lines", "more"});
     QVERIFY(checkProduct(expected, {}).problem.contains("other"));
+
+    // A text that ends in the middle of a feature.
+    expected.path = m_folder.filePath("lines.gml");
+    const QByteArray gml = "<?xml version='1.0'?><ogr:FeatureCollection xmlns:gml='http://www.opengis.net/gml' "
+                           "xmlns:ogr='http://ogr.maptools.org/'>"
+        + QByteArray(
+              "<gml:featureMember><ogr:l fid='l.0'><ogr:geometryProperty><gml:LineString><gml:coordinates>0,0 "
+              "1,1</gml:coordinates></gml:LineString></ogr:geometryProperty></ogr:l></gml:featureMember>")
+              .repeated(3);
+    writeFile(expected.path, gml + "</ogr:FeatureCollection>");
+    QCOMPARE(checkProduct(expected, {}).problem, QString());
+    writeFile(expected.path, gml + "<gml:featureMember><ogr:l fid='l.0'><ogr:geometryProp");
+    QVERIFY(!checkProduct(expected, {}).problem.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(ProductCheckTest)
