@@ -38,7 +38,7 @@ void paint(const Options &options)
     report(0.0);
     const Analysis analysis =
         analysed(raster, observers, options, threads, [&](double done) { report(computing * done); });
-    writePicture(analysis, raster, options, threads);
+    writePicture(analysis, raster, options);
     report(1.0);
 }
 

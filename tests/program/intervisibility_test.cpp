@@ -33,6 +33,8 @@ private slots:
     void distances_data();
     void distances();
     void verticalFeet();
+    void voidsBeyondTheReach();
+    void rawBands();
     void refused_data();
     void refused();
     void tooManyCells();
@@ -249,6 +251,59 @@ void IntervisibilityTest::verticalFeet()
         QCOMPARE(cells("vu.tif").endsWith('#'), sees);
     }
     QVERIFY(QFile::remove(path("plat.tif")) && QFile::remove(path("vu.tif")));
+}
+
+/// The observers' windows are as wide as the raster and end above its bottom, where there are voids as well.
+void IntervisibilityTest::voidsBeyondTheReach()
+{
+    constexpr int height = 300;
+    QVector<float> values(5 * height, 0.0F);
+    for (const int row : {1, 20, 150, 299})
+        values[5 * row + 3] = -9999;
+    QVERIFY(writeRaster(path("haut.tif"), 5, height, values));
+    const Point low{.x = west.x, .y = west.y, .z = west.z, .reach = 155};
+    for (const QVector<Point> &points : {QVector<Point>{low}, {low, low}}) {
+        QVERIFY(writePoints("proche.shp", points));
+        QCOMPARE(run(QStringList{"-SrcFile", path("haut.tif"), "-DstFile", path("vu.tif"), "-point_file",
+                                 path("proche.shp")}
+                     + colors),
+                 0);
+        const QStringList rows = cells("vu.tif").split('|');
+        for (int row = 0; row < height; ++row)
+            QCOMPARE(rows.at(row).at(3) == ' ', values.at(5 * row + 3) < 0);
+    }
+    QVERIFY(QFile::remove(path("haut.tif")) && QFile::remove(path("vu.tif")));
+}
+
+/// Two GDAL handles of a virtual raster of raw bands share one open file if one thread opened them.
+void IntervisibilityTest::rawBands()
+{
+    constexpr int side = 1000;
+    QVERIFY(writeHill(path("colline.tif"), side));
+    QVERIFY(copyRaster(path("colline.tif"), path("colline.bin"), {"-of", "ENVI"}));
+    QFile file(path("brut.vrt"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
+                       "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' "
+                       "band='1' subClass='VRTRawRasterBand'><SourceFilename relativeToVRT='1'>colline.bin"
+                       "</SourceFilename></VRTRasterBand></VRTDataset>")
+            .arg(side)
+            .toUtf8());
+    file.close();
+    QVERIFY(writePoints("un.shp", {{.x = 505005, .y = 5094985, .z = 600, .reach = 0}}));
+    const auto picture = [this](const char *source) {
+        if (run({"-SrcFile", path(source), "-DstFile", path("vu.tif"), "-point_file", path("un.shp")}) != 0)
+            return QByteArray();
+        QFile written(path("vu.tif"));
+        return written.open(QIODevice::ReadOnly) ? written.readAll() : QByteArray();
+    };
+    const QByteArray expected = picture("colline.tif");
+    QVERIFY(expected.size() > side * side);
+    for (int round = 0; round < 10; ++round)
+        QVERIFY(picture("brut.vrt") == expected);
+    for (const char *name : {"colline.tif", "colline.bin", "colline.hdr", "brut.vrt", "vu.tif"})
+        QFile::remove(path(name));
 }
 
 void IntervisibilityTest::refused_data()

@@ -110,7 +110,6 @@ public:
         }
     }
 
-    int width() const { return m_width; }
     /// Colours a row from the bits of its seen cells and of its voids. `voids` may be null: the row has none.
     void paint(int row, const std::uint64_t *seen, const std::uint64_t *voids)
     {
@@ -207,36 +206,19 @@ private:
     std::vector<GByte> m_block;
 };
 
-/// Colours `count` rows from the picture's row `top` on; reads the raster's rows if the voids are not known.
-void paintRows(Rows &rows, const Analysis &analysis, const Raster &raster, int top, int count, int threads)
-{
-    std::optional<BitGrid> found;
-    if (!analysis.knowsVoids) {
-        const Terrain terrain =
-            raster.read({.left = 0, .top = top, .width = rows.width(), .height = count}, threads);
-        found.emplace(rows.width(), count);
-        for (int row = 0; row < count; ++row)
-            terrain.findVoids(row, found->row(row));
-    }
-    for (int row = 0; row < count; ++row) {
-        const std::uint64_t *voids = found ? found->row(row) : nullptr;
-        rows.paint(row, analysis.seen.row(top + row), analysis.voids ? analysis.voids->row(top + row) : voids);
-    }
-}
-
-void writeCells(GDALDataset &picture, const Analysis &analysis, const Raster &raster, const Options &options,
-                int threads)
+void writeCells(GDALDataset &picture, const Analysis &analysis, const Options &options)
 {
     BlockWriter writer(picture);
-    // More rows at a time where the raster is read again, so that the reading threads have work.
-    const int rowsAtATime = analysis.knowsVoids ? 32 : 256;
+    constexpr int rowsAtATime = 32;
     const int step = std::max(writer.height(), rowsAtATime / writer.height() * writer.height());
     const int height = analysis.seen.height();
     Rows rows(options, analysis.seen.width(), std::min(step, height));
     for (int top = 0; top < height; top += step) {
         checkStop();
         const int count = std::min(step, height - top);
-        paintRows(rows, analysis, raster, top, count, threads);
+        for (int row = 0; row < count; ++row)
+            rows.paint(row, analysis.seen.row(top + row),
+                       analysis.voids ? analysis.voids->row(top + row) : nullptr);
         writer.write(rows, top, count);
     }
 }
@@ -249,7 +231,7 @@ bool isSameFile(const std::string &one, const std::string &other)
 
 } // namespace
 
-void writePicture(const Analysis &analysis, const Raster &raster, const Options &options, int threads)
+void writePicture(const Analysis &analysis, const Raster &raster, const Options &options)
 {
     CPLStringList creation;
     for (const std::string &option : options.creationOptions)
@@ -268,7 +250,7 @@ void writePicture(const Analysis &analysis, const Raster &raster, const Options 
         throw Problem(problemOf("The picture cannot be created"));
     files.created();
     copyGeoreference(raster.dataset(), *picture);
-    writeCells(*picture, analysis, raster, options, threads);
+    writeCells(*picture, analysis, options);
     CPLErrorReset();
     picture.reset();
     if (CPLGetLastErrorType() >= CE_Failure)

@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <fstream>
+#include <map>
 #include <mutex>
+#include <thread>
 
 namespace viewshed
 {
@@ -117,6 +119,55 @@ private:
     bool m_masked = false;
 };
 
+/// Gives each thread a handle of the file, because two threads must not use a GDAL dataset at a time. A thread
+/// opens its handle itself: GDAL lets all datasets that one thread opens share the open files behind them.
+class Handles
+{
+public:
+    /// `first` is the handle of the calling thread, and of threads that cannot open one of their own. It must
+    /// outlive this object.
+    Handles(const std::string &path, GDALDataset &first)
+        : m_path(path)
+        , m_first(first)
+    { }
+
+    /// Calls work(dataset) while no other thread uses the dataset.
+    template <class Work> void use(Work work)
+    {
+        if (GDALDataset *own = ownHandle()) {
+            work(*own);
+            return;
+        }
+        const std::lock_guard lock(m_firstGuard);
+        work(m_first);
+    }
+
+private:
+    /// Null if the thread is to use the first handle.
+    GDALDataset *ownHandle()
+    {
+        const std::thread::id thread = std::this_thread::get_id();
+        if (thread == m_caller)
+            return nullptr;
+        {
+            const std::lock_guard lock(m_guard);
+            const auto known = m_handles.find(thread);
+            if (known != m_handles.end())
+                return known->second.get();
+        }
+        std::unique_ptr<GDALDataset> opened(GDALDataset::Open(m_path.c_str(), GDAL_OF_RASTER));
+        const std::lock_guard lock(m_guard);
+        return m_handles.emplace(thread, std::move(opened)).first->second.get();
+    }
+
+    const std::string &m_path;
+    GDALDataset &m_first;
+    std::thread::id m_caller = std::this_thread::get_id();
+    std::mutex m_firstGuard;
+    std::mutex m_guard; ///< of m_handles
+    std::map<std::thread::id, std::unique_ptr<GDALDataset>> m_handles;
+};
+
 } // namespace
 
 Raster::Raster(const std::string &path, int band)
@@ -166,56 +217,62 @@ double Raster::metresOfHeight() const
     return 1.0;
 }
 
-Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRead) const
+/// Calls readRows(band, rows) for windows that together make up `window`; each begins with a row of the file's
+/// blocks, so that no block is read twice.
+template <class ReadRows> void Raster::readParts(const Window &window, int threads, ReadRows readRows) const
 {
-    Terrain terrain(window.width, window.height, m_storage);
     int blockWidth = 0;
     int blockHeight = 0;
     m_band->GetBlockSize(&blockWidth, &blockHeight);
-    // Each part begins with a row of the file's blocks, so that no block is read twice.
     constexpr int parts = 16;
     const int blocks = (window.top % blockHeight + window.height + blockHeight - 1) / blockHeight;
     const int step = std::max(blocks / parts, 1) * blockHeight;
     const int first = window.top - window.top % blockHeight;
-    std::vector<std::unique_ptr<GDALDataset>> idle = handles(std::min(threads, blocks / 2));
-    std::mutex guard;
+    Handles handles(m_path, *m_dataset);
     const auto readPart = [&](int part) {
-        std::unique_ptr<GDALDataset> handle;
-        {
-            const std::lock_guard lock(guard);
-            handle = std::move(idle.back());
-            idle.pop_back();
-        }
-        GDALRasterBand &band = *(handle ? *handle : *m_dataset).GetRasterBand(m_bandNumber);
         const int top = std::max(first + part * step, window.top);
         const int bottom = std::min(first + (part + 1) * step, window.top + window.height);
-        const Window rows{.left = window.left, .top = top, .width = window.width, .height = bottom - top};
-        const std::ptrdiff_t skipped = static_cast<std::ptrdiff_t>(top - window.top) * window.width;
-        const auto reportRows = [&](int end) {
-            if (onRowsRead)
-                onRowsRead(terrain, top - window.top, end - window.top);
-        };
-        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(reportRows); });
-        const std::lock_guard lock(guard);
-        idle.push_back(std::move(handle));
+        handles.use([&](GDALDataset &dataset) {
+            readRows(*dataset.GetRasterBand(m_bandNumber),
+                     Window{.left = window.left, .top = top, .width = window.width, .height = bottom - top});
+        });
     };
     const int count = (window.top + window.height - first + step - 1) / step;
-    runJobs(count, static_cast<int>(idle.size()), readPart, {});
+    runJobs(count, std::clamp(blocks / 2, 1, threads), readPart, {});
+}
+
+Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRead) const
+{
+    Terrain terrain(window.width, window.height, m_storage);
+    readParts(window, threads, [&](GDALRasterBand &band, const Window &rows) {
+        const std::ptrdiff_t skipped = static_cast<std::ptrdiff_t>(rows.top - window.top) * window.width;
+        const auto reportRows = [&](int end) {
+            if (onRowsRead)
+                onRowsRead(terrain, rows.top - window.top, end - window.top);
+        };
+        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(reportRows); });
+    });
     return terrain;
 }
 
-/// Up to `count` handles of the file, and at least one: a GDAL dataset must not be used by two threads at a
-/// time. The first handle is null and stands for m_dataset. If the file cannot be opened again, there are
-/// fewer.
-std::vector<std::unique_ptr<GDALDataset>> Raster::handles(int count) const
+void Raster::addVoids(int firstRow, int threads, BitGrid &voids) const
 {
-    std::vector<std::unique_ptr<GDALDataset>> handles(1);
-    for (int handle = 1; handle < count; ++handle) {
-        std::unique_ptr<GDALDataset> opened(GDALDataset::Open(m_path.c_str(), GDAL_OF_RASTER));
-        if (opened)
-            handles.push_back(std::move(opened));
-    }
-    return handles;
+    const Window window{.left = 0, .top = firstRow, .width = width(), .height = height() - firstRow};
+    readParts(window, threads, [&](GDALRasterBand &band, const Window &rows) {
+        int blockWidth = 0;
+        int step = 0;
+        band.GetBlockSize(&blockWidth, &step);
+        const int bottom = rows.top + rows.height;
+        for (int top = rows.top; top < bottom;) {
+            const int end = std::min(top - top % step + step, bottom);
+            const Window some{.left = 0, .top = top, .width = rows.width, .height = end - top};
+            Terrain terrain(some.width, some.height, m_storage);
+            terrain.withCells([&](auto *cells) { BlockReader(band, some, cells).read([](int) {}); });
+            for (int row = top; row < end; ++row)
+                terrain.findVoids(row - top, voids.row(row));
+            top = end;
+        }
+    });
 }
 
 double availableMemory()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "viewshed/bitgrid.h"
 #include "viewshed/combine.h"
 #include "viewshed/terrain.h"
 
@@ -44,9 +45,13 @@ public:
     /// blocks with all rows that it has read of its range; the ranges of different threads do not overlap.
     /// Throws Problem if GDAL cannot read, and std::bad_alloc.
     Terrain read(const Window &window, int threads, const RowsRead &onRowsRead = {}) const;
+    /// Sets in `voids`, a grid of the raster's size, the bits of the cells without data from `firstRow` on.
+    /// Each thread reads a few rows at a time, from the first to the last of its range, because a file
+    /// compressed as one strip can only be decoded from its beginning. Throws what read() throws.
+    void addVoids(int firstRow, int threads, BitGrid &voids) const;
 
 private:
-    std::vector<std::unique_ptr<GDALDataset>> handles(int count) const;
+    template <class ReadRows> void readParts(const Window &window, int threads, ReadRows readRows) const;
 
     std::string m_path;
     int m_bandNumber;
