@@ -11,6 +11,8 @@
 
 #include <ogrsf_frmts.h>
 
+#include <sys/resource.h>
+
 #include <cmath>
 #include <csignal>
 
@@ -35,6 +37,7 @@ private slots:
     void verticalFeet();
     void voidsBeyondTheReach();
     void rawBands();
+    void oneStrip();
     void refused_data();
     void refused();
     void tooManyCells();
@@ -303,6 +306,37 @@ void IntervisibilityTest::rawBands()
     for (int round = 0; round < 10; ++round)
         QVERIFY(picture("brut.vrt") == expected);
     for (const char *name : {"colline.tif", "colline.bin", "colline.hdr", "brut.vrt", "vu.tif"})
+        QFile::remove(path(name));
+}
+
+/// A compressed file of one strip takes little more processor time than the same cells in tiles: it is decoded
+/// once, although the observer's window and the rest of the raster are read one after the other.
+void IntervisibilityTest::oneStrip()
+{
+    constexpr int side = 2500;
+    QVERIFY(writeHill(path("colline.tif"), side));
+    const QList<QByteArray> compressed{"-co", "COMPRESS=DEFLATE", "-co"};
+    QVERIFY(copyRaster(path("colline.tif"), path("carreaux.tif"), compressed + QList<QByteArray>{"TILED=YES"}));
+    QVERIFY(copyRaster(path("colline.tif"), path("bande.tif"),
+                       compressed + QList<QByteArray>{"BLOCKYSIZE=" + QByteArray::number(side)}));
+    QVERIFY(writePoints("un.shp", {{.x = 510005, .y = 5089985, .z = 2000, .reach = 500}}));
+    const auto seconds = [this](const char *source) {
+        const auto used = [] {
+            rusage usage{};
+            getrusage(RUSAGE_CHILDREN, &usage);
+            return static_cast<double>(usage.ru_utime.tv_sec)
+                + static_cast<double>(usage.ru_utime.tv_usec) / 1e6;
+        };
+        const double before = used();
+        const int code =
+            run({"-SrcFile", path(source), "-DstFile", path("vu.tif"), "-point_file", path("un.shp")});
+        return code == 0 ? used() - before : -1.0;
+    };
+    const double tiles = seconds("carreaux.tif");
+    const double strip = seconds("bande.tif");
+    QVERIFY(tiles > 0.0 && strip > 0.0);
+    QVERIFY2(strip < 2.5 * tiles, qPrintable(QStringLiteral("%1 s, %2 s").arg(strip).arg(tiles)));
+    for (const char *name : {"colline.tif", "carreaux.tif", "bande.tif", "vu.tif"})
         QFile::remove(path(name));
 }
 

@@ -29,15 +29,14 @@ bool fitsFloat(GDALDataType type)
 template <class Number> class BlockReader
 {
 public:
-    BlockReader(GDALRasterBand &band, const Window &window, Number *cells)
+    /// `last` belongs to the band's dataset handle.
+    BlockReader(GDALRasterBand &band, LastBlock &last, const Window &window, Number *cells)
         : m_band(band)
+        , m_last(last)
         , m_window(window)
         , m_cells(cells)
     {
         band.GetBlockSize(&m_blockWidth, &m_blockHeight);
-        const auto bytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(band.GetRasterDataType()));
-        m_block.resize(static_cast<std::size_t>(m_blockWidth) * static_cast<std::size_t>(m_blockHeight)
-                       * bytes);
         int known = FALSE;
         const double value = band.GetNoDataValue(&known);
         if (known != FALSE)
@@ -61,8 +60,7 @@ public:
 private:
     void readBlock(int x, int y)
     {
-        if (m_band.ReadBlock(x, y, m_block.data()) != CE_None)
-            throw Problem("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+        decode(x, y);
         const int firstColumn = std::max(x * m_blockWidth, m_window.left);
         const int endColumn = std::min(x * m_blockWidth + m_blockWidth, m_window.left + m_window.width);
         const int firstRow = std::max(y * m_blockHeight, m_window.top);
@@ -78,12 +76,27 @@ private:
             Number *to = m_cells
                 + static_cast<std::size_t>(row - m_window.top) * static_cast<std::size_t>(m_window.width)
                 + (firstColumn - m_window.left);
-            GDALCopyWords(m_block.data() + inBlock * static_cast<std::size_t>(bytes), type, bytes, to, target,
-                          static_cast<int>(sizeof(Number)), columns);
+            GDALCopyWords(m_last.cells.data() + inBlock * static_cast<std::size_t>(bytes), type, bytes, to,
+                          target, static_cast<int>(sizeof(Number)), columns);
             dropNoData(to, columns);
             if (m_masked)
                 dropMasked(to, firstColumn, row, columns);
         }
+    }
+
+    /// Fills m_last, unless it is that block already.
+    void decode(int x, int y)
+    {
+        if (m_last.x == x && m_last.y == y)
+            return;
+        const auto bytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(m_band.GetRasterDataType()));
+        m_last.cells.resize(static_cast<std::size_t>(m_blockWidth) * static_cast<std::size_t>(m_blockHeight)
+                            * bytes);
+        m_last.x = -1;
+        if (m_band.ReadBlock(x, y, m_last.cells.data()) != CE_None)
+            throw Problem("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+        m_last.x = x;
+        m_last.y = y;
     }
 
     void dropNoData(Number *cells, int count) const
@@ -109,11 +122,11 @@ private:
     }
 
     GDALRasterBand &m_band;
+    LastBlock &m_last;
     Window m_window;
     Number *m_cells;
     int m_blockWidth = 0;
     int m_blockHeight = 0;
-    std::vector<GByte> m_block;
     std::vector<GByte> m_mask;
     Number m_noData = std::numeric_limits<Number>::quiet_NaN(); ///< NaN if there is none: it equals no number
     bool m_masked = false;
@@ -124,27 +137,34 @@ private:
 class Handles
 {
 public:
-    /// `first` is the handle of the calling thread, and of threads that cannot open one of their own. It must
-    /// outlive this object.
-    Handles(const std::string &path, GDALDataset &first)
+    /// `first` is the handle of the calling thread, and of threads that cannot open one of their own; `last` is
+    /// the block that was read last with it. Both must outlive this object.
+    Handles(const std::string &path, GDALDataset &first, LastBlock &last)
         : m_path(path)
         , m_first(first)
+        , m_last(last)
     { }
 
-    /// Calls work(dataset) while no other thread uses the dataset.
+    /// Calls work(dataset, lastBlock) while no other thread uses the dataset.
     template <class Work> void use(Work work)
     {
-        if (GDALDataset *own = ownHandle()) {
-            work(*own);
+        if (Handle *own = ownHandle(); own != nullptr && own->dataset) {
+            work(*own->dataset, own->last);
             return;
         }
         const std::lock_guard lock(m_firstGuard);
-        work(m_first);
+        work(m_first, m_last);
     }
 
 private:
-    /// Null if the thread is to use the first handle.
-    GDALDataset *ownHandle()
+    struct Handle
+    {
+        std::unique_ptr<GDALDataset> dataset; ///< null if the file cannot be opened again
+        LastBlock last;
+    };
+
+    /// Null for the calling thread.
+    Handle *ownHandle()
     {
         const std::thread::id thread = std::this_thread::get_id();
         if (thread == m_caller)
@@ -153,19 +173,22 @@ private:
             const std::lock_guard lock(m_guard);
             const auto known = m_handles.find(thread);
             if (known != m_handles.end())
-                return known->second.get();
+                return &known->second;
         }
-        std::unique_ptr<GDALDataset> opened(GDALDataset::Open(m_path.c_str(), GDAL_OF_RASTER));
+        Handle opened{.dataset =
+                          std::unique_ptr<GDALDataset>(GDALDataset::Open(m_path.c_str(), GDAL_OF_RASTER)),
+                      .last = {}};
         const std::lock_guard lock(m_guard);
-        return m_handles.emplace(thread, std::move(opened)).first->second.get();
+        return &m_handles.emplace(thread, std::move(opened)).first->second;
     }
 
     const std::string &m_path;
     GDALDataset &m_first;
+    LastBlock &m_last;
     std::thread::id m_caller = std::this_thread::get_id();
     std::mutex m_firstGuard;
     std::mutex m_guard; ///< of m_handles
-    std::map<std::thread::id, std::unique_ptr<GDALDataset>> m_handles;
+    std::map<std::thread::id, Handle> m_handles;
 };
 
 } // namespace
@@ -217,8 +240,8 @@ double Raster::metresOfHeight() const
     return 1.0;
 }
 
-/// Calls readRows(band, rows) for windows that together make up `window`; each begins with a row of the file's
-/// blocks, so that no block is read twice.
+/// Calls readRows(band, lastBlock, rows) for windows that together make up `window`; each begins with a row of
+/// the file's blocks, so that no block is read twice.
 template <class ReadRows> void Raster::readParts(const Window &window, int threads, ReadRows readRows) const
 {
     int blockWidth = 0;
@@ -228,29 +251,30 @@ template <class ReadRows> void Raster::readParts(const Window &window, int threa
     const int blocks = (window.top % blockHeight + window.height + blockHeight - 1) / blockHeight;
     const int step = std::max(blocks / parts, 1) * blockHeight;
     const int first = window.top - window.top % blockHeight;
-    Handles handles(m_path, *m_dataset);
+    Handles handles(m_path, *m_dataset, m_last);
     const auto readPart = [&](int part) {
         const int top = std::max(first + part * step, window.top);
         const int bottom = std::min(first + (part + 1) * step, window.top + window.height);
-        handles.use([&](GDALDataset &dataset) {
-            readRows(*dataset.GetRasterBand(m_bandNumber),
+        handles.use([&](GDALDataset &dataset, LastBlock &last) {
+            readRows(*dataset.GetRasterBand(m_bandNumber), last,
                      Window{.left = window.left, .top = top, .width = window.width, .height = bottom - top});
         });
     };
     const int count = (window.top + window.height - first + step - 1) / step;
-    runJobs(count, std::clamp(blocks / 2, 1, threads), readPart, {});
+    runJobs(count, std::max(std::min(blocks / 2, threads), 1), readPart, {});
 }
 
 Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRead) const
 {
     Terrain terrain(window.width, window.height, m_storage);
-    readParts(window, threads, [&](GDALRasterBand &band, const Window &rows) {
+    readParts(window, threads, [&](GDALRasterBand &band, LastBlock &last, const Window &rows) {
         const std::ptrdiff_t skipped = static_cast<std::ptrdiff_t>(rows.top - window.top) * window.width;
         const auto reportRows = [&](int end) {
             if (onRowsRead)
                 onRowsRead(terrain, rows.top - window.top, end - window.top);
         };
-        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(reportRows); });
+        terrain.withCells(
+            [&](auto *cells) { BlockReader(band, last, rows, cells + skipped).read(reportRows); });
     });
     return terrain;
 }
@@ -258,16 +282,19 @@ Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRe
 void Raster::addVoids(int firstRow, int threads, BitGrid &voids) const
 {
     const Window window{.left = 0, .top = firstRow, .width = width(), .height = height() - firstRow};
-    readParts(window, threads, [&](GDALRasterBand &band, const Window &rows) {
+    readParts(window, threads, [&](GDALRasterBand &band, LastBlock &last, const Window &rows) {
         int blockWidth = 0;
         int step = 0;
         band.GetBlockSize(&blockWidth, &step);
+        constexpr int rowsAtATime = 256;
+        if (blockWidth >= rows.width) // the last block then serves the next rows, too
+            step = std::min(step, rowsAtATime);
         const int bottom = rows.top + rows.height;
         for (int top = rows.top; top < bottom;) {
             const int end = std::min(top - top % step + step, bottom);
             const Window some{.left = 0, .top = top, .width = rows.width, .height = end - top};
             Terrain terrain(some.width, some.height, m_storage);
-            terrain.withCells([&](auto *cells) { BlockReader(band, some, cells).read([](int) {}); });
+            terrain.withCells([&](auto *cells) { BlockReader(band, last, some, cells).read([](int) {}); });
             for (int row = top; row < end; ++row)
                 terrain.findVoids(row - top, voids.row(row));
             top = end;

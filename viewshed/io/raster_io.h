@@ -15,6 +15,15 @@ class GDALRasterBand;
 namespace viewshed
 {
 
+/// The block of a file that was read last with one dataset handle. A file may be a single compressed strip,
+/// which takes seconds to decode and serves every window.
+struct LastBlock
+{
+    int x = -1;                       ///< number of the block in its row of blocks; -1 if there is none
+    int y = -1;                       ///< number of its row of blocks
+    std::vector<unsigned char> cells; ///< in the band's data type
+};
+
 /// A raster file, opened for reading, and its band with the elevations.
 class Raster
 {
@@ -43,11 +52,11 @@ public:
     /// without data if it is the no-data value, if the band's mask excludes it, or if it is not finite. Each
     /// thread reads a range of rows with a dataset handle of its own, and calls `onRowsRead` after each row of
     /// blocks with all rows that it has read of its range; the ranges of different threads do not overlap.
-    /// Throws Problem if GDAL cannot read, and std::bad_alloc.
+    /// The calling thread keeps the block that it read last for the next call. Throws Problem if GDAL cannot
+    /// read, and std::bad_alloc.
     Terrain read(const Window &window, int threads, const RowsRead &onRowsRead = {}) const;
     /// Sets in `voids`, a grid of the raster's size, the bits of the cells without data from `firstRow` on.
-    /// Each thread reads a few rows at a time, from the first to the last of its range, because a file
-    /// compressed as one strip can only be decoded from its beginning. Throws what read() throws.
+    /// Throws what read() throws.
     void addVoids(int firstRow, int threads, BitGrid &voids) const;
 
 private:
@@ -58,6 +67,7 @@ private:
     std::unique_ptr<GDALDataset> m_dataset;
     GDALRasterBand *m_band = nullptr;
     Terrain::Storage m_storage = Terrain::Storage::Float;
+    mutable LastBlock m_last; ///< of m_dataset
 };
 
 /// The memory that this process can still allocate without swapping, in bytes; the greatest double on a system
