@@ -1,6 +1,7 @@
 // gdal_intervisibility.exe: paints which cells of a DEM observers see.
 
 #include "viewshed/io/analysis.h"
+#include "viewshed/io/inputfiles.h"
 #include "viewshed/io/observers.h"
 #include "viewshed/io/picture.h"
 #include "viewshed/io/raster_io.h"
@@ -28,9 +29,10 @@ void CPL_STDCALL printWarnings(CPLErr kind, CPLErrorNum number, const char *mess
 /// One run from the input files to the picture. Throws Problem or std::bad_alloc.
 void paint(const Options &options)
 {
+    const InputFiles inputs = inputFiles(options);
     const Raster raster(options.source, options.band);
-    checkDestination(options, raster);
     const std::vector<Observer> observers = readObservers(options.pointFile);
+    checkDestination(options, inputs);
     const int threads = static_cast<int>(std::thread::hardware_concurrency());
     // The last tenth of the progress is for writing. GDAL ends the line when 1 is reported, so that comes last.
     constexpr double computing = 0.9;

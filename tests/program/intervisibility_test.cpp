@@ -38,6 +38,9 @@ private slots:
     void voidsBeyondTheReach();
     void rawBands();
     void oneStrip();
+    void inputsStay_data();
+    void inputsStay();
+    void oldOutput();
     void refused_data();
     void refused();
     void tooManyCells();
@@ -46,6 +49,7 @@ private slots:
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
     bool writePoints(const QString &name, const QVector<Point> &points, OGRwkbGeometryType type = wkbPoint25D);
+    bool write(const char *name, const QString &text);
     int run(const QStringList &arguments);
     QStringList files() const { return QDir(m_folder.path()).entryList(QDir::Files, QDir::Name); }
     QString cells(const QString &name) const;
@@ -106,6 +110,12 @@ bool IntervisibilityTest::writePoints(const QString &name, const QVector<Point> 
         written = written && layer->CreateFeature(feature.get()) == OGRERR_NONE;
     }
     return written;
+}
+
+bool IntervisibilityTest::write(const char *name, const QString &text)
+{
+    QFile file(path(name));
+    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0;
 }
 
 int IntervisibilityTest::run(const QStringList &arguments)
@@ -284,16 +294,12 @@ void IntervisibilityTest::rawBands()
     constexpr int side = 1000;
     QVERIFY(writeHill(path("colline.tif"), side));
     QVERIFY(copyRaster(path("colline.tif"), path("colline.bin"), {"-of", "ENVI"}));
-    QFile file(path("brut.vrt"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(
-        QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
-                       "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' "
-                       "band='1' subClass='VRTRawRasterBand'><SourceFilename relativeToVRT='1'>colline.bin"
-                       "</SourceFilename></VRTRasterBand></VRTDataset>")
-            .arg(side)
-            .toUtf8());
-    file.close();
+    write("brut.vrt",
+          QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
+                         "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' "
+                         "band='1' subClass='VRTRawRasterBand'><SourceFilename relativeToVRT='1'>colline.bin"
+                         "</SourceFilename></VRTRasterBand></VRTDataset>")
+              .arg(side));
     QVERIFY(writePoints("un.shp", {{.x = 505005, .y = 5094985, .z = 600, .reach = 0}}));
     const auto picture = [this](const char *source) {
         if (run({"-SrcFile", path(source), "-DstFile", path("vu.tif"), "-point_file", path("un.shp")}) != 0)
@@ -338,6 +344,89 @@ void IntervisibilityTest::oneStrip()
     QVERIFY2(strip < 2.5 * tiles, qPrintable(QStringLiteral("%1 s, %2 s").arg(strip).arg(tiles)));
     for (const char *name : {"colline.tif", "carreaux.tif", "bande.tif", "vu.tif"})
         QFile::remove(path(name));
+}
+
+/// Makes inputs in the ways in which GDAL reads one, each with the name of one of its files as output.
+void IntervisibilityTest::inputsStay_data()
+{
+    const QString archive = "/vsizip/" + path("mnt.zip") + "/mur.tif";
+    QVERIFY(CPLCopyFile(encodePath(archive).constData(), encodePath(path("mur.tif")).constData()) == 0);
+    QVERIFY(copyRaster(path("mur.tif"), path("place.tif"), {"-co", "PROFILE=BASELINE", "-co", "TFW=YES"})
+            && QFile::remove(path("place.tif.aux.xml")));
+    QVERIFY(QFile::link(path("mur.tif"), path("lien.tif")) && write("ancien.tif", "II*"));
+    QVERIFY(writePoints("proj.shp", {west}) && write("proj.prj", "LOCAL_CS[\"sol\"]"));
+    write("union.vrt",
+          "<OGRVRTDataSource><OGRVRTUnionLayer name='u'><OGRVRTLayer name='proj'><SrcDataSource "
+          "relativeToVRT='1'>proj.shp</SrcDataSource></OGRVRTLayer></OGRVRTUnionLayer></OGRVRTDataSource>");
+    const auto writeVirtual = [this](const char *name, const QString &source) {
+        const QString size = "RasterXSize='5' RasterYSize='3'";
+        write(name,
+              "<VRTDataset rasterXSize='5' rasterYSize='3'><VRTRasterBand dataType='Float32' band='1'>"
+              "<SimpleSource><SourceFilename>"
+                  + source.toHtmlEscaped() + "</SourceFilename><SourceProperties " + size
+                  + " DataType='Float32' BlockXSize='5' "
+                    "BlockYSize='3'/></SimpleSource></VRTRasterBand></VRTDataset>");
+    };
+    writeVirtual("zip.vrt", archive);
+    writeVirtual("simple.vrt", path("mur.tif"));
+    writeVirtual("double.vrt", path("simple.vrt"));
+    writeVirtual("image.vrt", "GTIFF_DIR:1:" + path("mur.tif"));
+    writeVirtual("place.vrt", path("place.tif"));
+    writeVirtual("base.vrt", "PG:dbname=relief");
+
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("points");
+    QTest::addColumn<QString>("output");
+    const auto row = [](const char *name, const QString &source, const char *points, const char *output) {
+        QTest::newRow(name) << source << points << output;
+    };
+    row("zip", archive, "deux.shp", "mnt.zip");
+    row("part of a file", "/vsisubfile/0_100000," + path("mur.tif"), "deux.shp", "mur.tif");
+    row("link", path("mur.tif"), "deux.shp", "lien.tif");
+    row("projection", path("mur.tif"), "proj.shp", "proj.prj");
+    row("world file", path("place.tif"), "deux.shp", "place.tfw");
+    row("world file of the picture", path("place.tif"), "deux.shp", "place.tiff");
+    row("virtual in virtual", path("double.vrt"), "deux.shp", "mur.tif");
+    row("virtual over a zip", path("zip.vrt"), "deux.shp", "mnt.zip");
+    row("virtual over a name within", path("image.vrt"), "deux.shp", "mur.tif");
+    row("virtual over a placed raster", path("place.vrt"), "deux.shp", "place.tfw");
+    row("virtual points", path("mur.tif"), "union.vrt", "proj.prj");
+    row("a database", path("base.vrt"), "deux.shp", "ancien.tif");
+}
+
+void IntervisibilityTest::inputsStay()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, points);
+    QFETCH(QString, output);
+    const auto contents = [this] {
+        QMap<QString, QByteArray> found;
+        for (const QString &name : files()) {
+            QFile file(path(name));
+            found[name] = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        }
+        return found;
+    };
+    const QMap<QString, QByteArray> before = contents();
+    QCOMPARE(run({"-SrcFile", source, "-point_file", path(points), "-DstFile", path(output), "-co", "TFW=YES"}),
+             1);
+    QVERIFY2(m_error.contains("would replace"), qPrintable(m_error));
+    QCOMPARE(contents(), before);
+}
+
+/// An older file at the destination is replaced, but not the files that GDAL regards as parts of it.
+void IntervisibilityTest::oldOutput()
+{
+    const QString given = path("vieux.shp");
+    QVERIFY(writePoints("vieux.shp", {west}));
+    const QStringList arguments{"-SrcFile",       path("mur.tif"), "-point_file",
+                                path("deux.shp"), "-DstFile",      given};
+    QCOMPARE(run(arguments + QStringList{"-co", "TILED=YES", "-co", "BLOCKXSIZE=17"}), 1);
+    QVERIFY(opened(given, GDAL_OF_VECTOR) != nullptr);
+    QCOMPARE(run(arguments), 0);
+    QVERIFY(opened(given) != nullptr && QFile::exists(path("vieux.dbf")));
+    for (const char *name : {"vieux.shp", "vieux.shx", "vieux.dbf"})
+        QVERIFY(QFile::remove(path(name)));
 }
 
 void IntervisibilityTest::refused_data()
@@ -395,15 +484,11 @@ void IntervisibilityTest::tooManyCells()
     const int side = static_cast<int>(std::sqrt(available)); // of cells with 4 bytes each
     if (side >= viewshed::largestSide)
         QSKIP("No raster is as large as this memory.");
-    QFile file(path("vaste.vrt"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(
-        QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
-                       "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' band='1'/>"
-                       "</VRTDataset>")
-            .arg(side)
-            .toUtf8());
-    file.close();
+    write("vaste.vrt",
+          QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
+                         "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' band='1'/>"
+                         "</VRTDataset>")
+              .arg(side));
     QCOMPARE(run({"-SrcFile", path("vaste.vrt"), "-point_file", path("deux.shp"), "-DstFile", path("non.tif")}),
              1);
     const QRegularExpressionMatch match =
@@ -411,7 +496,7 @@ void IntervisibilityTest::tooManyCells()
     QVERIFY2(match.hasMatch(), qPrintable(m_error));
     const double cells = 2.0 * match.captured(1).toDouble() / 10.0;
     QVERIFY(4.0 * cells * cells < available && 4.0 * cells * cells > available / 4.0);
-    QVERIFY(file.remove());
+    QVERIFY(QFile::remove(path("vaste.vrt")));
 }
 
 void IntervisibilityTest::stopLeavesNothing()

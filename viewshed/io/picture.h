@@ -11,12 +11,7 @@ namespace viewshed
 /// creation of the file on, the signals SIGTERM and SIGINT end the work with a Problem.
 ///
 /// Throws Problem if the file cannot be created or written. Each file that this call created is then deleted.
-/// An older file at the destination stays as it was until the driver has accepted the creation options and
-/// replaced it.
+/// An older file at the destination stays as it was unless the driver accepts the creation options.
 void writePicture(const Analysis &analysis, const Raster &raster, const Options &options);
-
-/// Throws Problem if options.destination is one of the input files: the raster's files, or the point file with
-/// its companions.
-void checkDestination(const Options &options, const Raster &raster);
 
 } // namespace viewshed

@@ -223,12 +223,6 @@ int Raster::height() const
     return m_dataset->GetRasterYSize();
 }
 
-std::vector<std::string> Raster::files() const
-{
-    const CPLStringList list(m_dataset->GetFileList());
-    return {list.List(), list.List() + list.Count()};
-}
-
 double Raster::metresOfHeight() const
 {
     const std::string unit = CPLString(m_band->GetUnitType()).tolower();

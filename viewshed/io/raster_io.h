@@ -37,8 +37,6 @@ public:
     int height() const;
     /// Belongs to the raster; only one thread may use it at a time.
     GDALDataset &dataset() const { return *m_dataset; }
-    /// The files that GDAL reads the raster from, as GDAL names them.
-    std::vector<std::string> files() const;
 
     /// Float if a float keeps every number of the band without loss, else Double.
     Terrain::Storage storage() const { return m_storage; }
