@@ -9,8 +9,12 @@
 
 #include <gdal_priv.h>
 
+#include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <exception>
+#include <map>
+#include <mutex>
 #include <thread>
 
 namespace
@@ -18,12 +22,56 @@ namespace
 
 using namespace viewshed;
 
-/// Prints GDAL's warnings, but not its errors: each error makes a call fail, and main() prints the Problem of
-/// that call with GDAL's message in it.
-void CPL_STDCALL printWarnings(CPLErr kind, CPLErrorNum number, const char *message)
+/// The text as one line: control characters become spaces.
+std::string lineOf(std::string text)
 {
-    if (kind < CE_Failure)
-        CPLDefaultErrorHandler(kind, number, message);
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    return text;
+}
+
+/// Collects GDAL's warnings and prints each different one once, with its number: every handle that a thread
+/// opens repeats those of the file. GDAL's errors are not printed: each makes a call fail, and main() prints
+/// the Problem of that call with GDAL's message in it.
+class Warnings
+{
+public:
+    Warnings() { CPLSetErrorHandlerEx(collect, this); }
+    ~Warnings()
+    {
+        CPLSetErrorHandler(CPLQuietErrorHandler);
+        for (const auto &[text, count] : m_counts) {
+            const std::string times = count > 1 ? " (" + std::to_string(count) + " times)" : "";
+            std::fprintf(stderr, "gdal_intervisibility: Warning: %s%s\n", text.c_str(), times.c_str());
+        }
+    }
+    Warnings(const Warnings &) = delete;
+    Warnings &operator=(const Warnings &) = delete;
+
+private:
+    static void CPL_STDCALL collect(CPLErr kind, CPLErrorNum number, const char *message)
+    {
+        if (kind == CE_Warning) {
+            auto &self = *static_cast<Warnings *>(CPLGetErrorHandlerUserData());
+            const std::lock_guard lock(self.m_guard);
+            ++self.m_counts[lineOf(message)];
+        } else if (kind < CE_Warning) {
+            CPLDefaultErrorHandler(kind, number, message);
+        }
+    }
+
+    std::mutex m_guard; ///< of m_counts
+    std::map<std::string, int> m_counts;
+};
+
+/// Makes a write fail where a signal would end the program and leave half a picture: at the limit for the size
+/// of a file, and when nobody reads the progress any more.
+void ignoreWriteSignals()
+{
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
 }
 
 /// One run from the input files to the picture. Throws Problem or std::bad_alloc.
@@ -54,11 +102,13 @@ int run(const std::vector<std::string> &arguments)
     case Options::Request::Version:
         std::printf("gdal_intervisibility %s, %s\n", QUVO_VERSION, GDALVersionInfo("--version"));
         break;
-    case Options::Request::Run:
-        CPLSetErrorHandler(printWarnings);
+    case Options::Request::Run: {
+        const Warnings warnings;
+        ignoreWriteSignals();
         GDALAllRegister();
         paint(options);
         break;
+    }
     }
     return 0;
 }
@@ -72,7 +122,7 @@ int main(int argc, char *argv[])
     } catch (const std::bad_alloc &) {
         std::fputs("gdal_intervisibility: There is not enough memory.\n", stderr);
     } catch (const std::exception &problem) {
-        std::fprintf(stderr, "gdal_intervisibility: %s\n", problem.what());
+        std::fprintf(stderr, "gdal_intervisibility: %s\n", lineOf(problem.what()).c_str());
     }
     return 1;
 }

@@ -12,6 +12,7 @@
 #include <ogrsf_frmts.h>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <cmath>
 #include <csignal>
@@ -44,6 +45,8 @@ private slots:
     void refused_data();
     void refused();
     void tooManyCells();
+    void oneLine();
+    void fullDisk();
     void stopLeavesNothing();
 
 private:
@@ -443,6 +446,19 @@ void IntervisibilityTest::refused_data()
     writePoints("aire.shp", {west}, wkbPolygon);
     writePoints("plan.shp", {west}, wkbPoint);
     writePoints("vide.shp", {});
+    QVERIFY(mkfifo(encodePath(path("tube")).constData(), 0600) == 0);
+    // A sparse file of a single strip, which takes twice its size to read.
+    constexpr int width = 500000;
+    const int height = static_cast<int>(viewshed::availableMemory() / 2 / 8 / width);
+    const QByteArray block = "BLOCKYSIZE=" + QByteArray::number(height);
+    const char *creation[] = {"SPARSE_OK=TRUE", "COMPRESS=DEFLATE", block.constData(), nullptr};
+    QVERIFY(DataSet(GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
+                encodePath(path("blocs.tif")).constData(), width, height, 1, GDT_Float64, creation))
+            != nullptr);
+    write("tube.vrt",
+          "<VRTDataset rasterXSize='5' rasterYSize='3'><VRTRasterBand dataType='Float32' band='1'>"
+          "<SimpleSource><SourceFilename relativeToVRT='1'>tube</SourceFilename></SimpleSource>"
+          "</VRTRasterBand></VRTDataset>");
     const auto row = [](const char *name, const char *source, const char *points, const QStringList &more,
                         const char *problem) { QTest::newRow(name) << source << points << more << problem; };
     row("no raster", "absent.tif", "deux.shp", {}, "absent.tif");
@@ -459,7 +475,14 @@ void IntervisibilityTest::refused_data()
     row("a folder that is not there", "mur.tif", "deux.shp", {"-DstFile", "/nowhere/a.tif"}, "/nowhere/a.tif");
     row("onto the points", "mur.tif", "deux.shp", {"-DstFile", path("deux.dbf")}, "deux.dbf");
     row("onto the raster", "mur.tif", "deux.shp", {"-DstFile", path("mur.tif")}, "mur.tif");
-    row("a bad argument", "mur.tif", "deux.shp", {"-SH", "x"}, "-SH");
+    row("an endless height", "mur.tif", "deux.shp", {"-SH", "inf"}, "-SH takes a number from -1000000000 to");
+    row("a pipe as raster", "tube", "deux.shp", {}, "pipe or a device");
+    row("a pipe as points", "mur.tif", "tube", {}, "pipe or a device");
+    row("a pipe in a virtual raster", "tube.vrt", "deux.shp", {}, "pipe or a device");
+    row("endless blocks", "blocs.tif", "deux.shp", {}, "blocks are larger than the available memory");
+    row("onto a pipe", "mur.tif", "deux.shp", {"-DstFile", path("tube")}, "not a regular file");
+    row("onto a device", "mur.tif", "deux.shp", {"-DstFile", "/dev/null"}, "not a regular file");
+    row("onto a folder", "mur.tif", "deux.shp", {"-DstFile", m_folder.path()}, "not a regular file");
 }
 
 void IntervisibilityTest::refused()
@@ -497,6 +520,36 @@ void IntervisibilityTest::tooManyCells()
     const double cells = 2.0 * match.captured(1).toDouble() / 10.0;
     QVERIFY(4.0 * cells * cells < available && 4.0 * cells * cells > available / 4.0);
     QVERIFY(QFile::remove(path("vaste.vrt")));
+}
+
+void IntervisibilityTest::oneLine()
+{
+    QCOMPARE(run({"-SrcFile", path("mur.tif"), "-point_file", path("deux.shp"), "-DstFile", path("vu.tif"),
+                  "-co", "NO_SUCH=1", "-co", "NO_SUCH=2"}),
+             0);
+    QVERIFY2(m_error.count('\n') == 1 && m_error.contains("NO_SUCH") && m_error.endsWith("(2 times)\n"),
+             qPrintable(m_error));
+    QVERIFY(QFile::remove(path("vu.tif")));
+}
+
+/// The tool cannot write its picture to the end.
+void IntervisibilityTest::fullDisk()
+{
+    QVERIFY(writeHill(path("gros.tif"), 300));
+    const QStringList before = files();
+    for (const char *compression : {"NONE", "DEFLATE"}) {
+        QProcess process;
+        process.start("/bin/sh",
+                      {"-c", "ulimit -f 1; exec \"$0\" \"$@\"", QUVO_TREE "/gdal_intervisibility.exe",
+                       "-SrcFile", path("gros.tif"), "-DstFile", path("plein.tif"), "-point_file",
+                       path("deux.shp"), "-co", "TFW=YES", "-co", QStringLiteral("COMPRESS=") + compression});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 1);
+        QCOMPARE(process.readAllStandardError().count('\n'), 1);
+        QCOMPARE(files(), before);
+    }
+    QVERIFY(QFile::remove(path("gros.tif")));
 }
 
 void IntervisibilityTest::stopLeavesNothing()

@@ -40,8 +40,8 @@ std::vector<Part> partsFor(const Sight &sight, const Raster &raster, bool alone)
     return alone ? partsOf(sight, window) : std::vector<Part>{{window, window.top, window.top + window.height}};
 }
 
-/// Throws Problem if the elevations of the observer's largest part do not fit into the available memory.
-void checkMemory(const Observer &observer, const Sight &sight, const Raster &raster, bool alone)
+/// The memory in bytes that is left for elevations. Throws Problem if there is none.
+double memoryForHeights(const Raster &raster, int threads)
 {
     constexpr double share = 0.9; // the rest of the available memory is left to GDAL
     constexpr double bytesPerCell =
@@ -50,6 +50,18 @@ void checkMemory(const Observer &observer, const Sight &sight, const Raster &ras
         share * availableMemory() - bytesPerCell * raster.width() * static_cast<double>(raster.height());
     if (available <= 0.0)
         throw Problem("The raster has more cells than fit into the available memory.");
+    // A block is decoded by GDAL and held by the reader.
+    const double blocks = 2.0 * raster.blockBytes(threads);
+    if (available <= blocks)
+        throw Problem(
+            "The raster's blocks are larger than the available memory; copy the raster into a tiled file.");
+    return available - blocks;
+}
+
+/// Throws Problem if the elevations of the observer's largest part do not fit into the available memory.
+void checkMemory(const Observer &observer, const Sight &sight, const Raster &raster, bool alone,
+                 double available)
+{
     const auto bytesPerHeight = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
     double needed = 0.0;
     for (const Part &part : partsFor(sight, raster, alone))
@@ -193,10 +205,11 @@ Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, 
 {
     const Georeference georeference(raster.dataset());
     const bool alone = observers.size() == 1;
+    const double available = memoryForHeights(raster, threads);
     std::vector<Sight> sights;
     for (const Observer &observer : observers) {
         sights.push_back(sightOf(observer, georeference, raster, options));
-        checkMemory(observer, sights.back(), raster, alone);
+        checkMemory(observer, sights.back(), raster, alone, available);
     }
     Survey survey(raster, options, threads);
     for (std::size_t index = 0; index < sights.size(); ++index) {

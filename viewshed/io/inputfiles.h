@@ -19,9 +19,9 @@ struct InputFiles
     std::vector<std::string> unknown;
 };
 
-/// Finds the files of the raster and of the observers; of the companions of a file that an input refers to, only
-/// those that may be the destination. An input that GDAL cannot open is no failure here. Throws Problem if an input is a pipe, a socket or a device,
-/// because opening it could wait for ever.
+/// Finds the files of the raster and of the observers; of the companions of a file that an input refers to,
+/// only those that may be the destination. An input that GDAL cannot open is no failure here. Throws Problem if
+/// an input is a pipe, a socket or a device, because opening it could wait for ever.
 InputFiles inputFiles(const Options &options);
 
 /// Throws Problem if the destination exists and is not a regular file, if the picture or what it replaces is

@@ -210,6 +210,10 @@ void writeCells(GDALDataset &picture, const Analysis &analysis, const Options &o
     constexpr int rowsAtATime = 32;
     const int step = std::max(writer.height(), rowsAtATime / writer.height() * writer.height());
     const int height = analysis.seen.height();
+    const double bytes = (Rows::colors + 1.0) * analysis.seen.width() * std::min(step, height);
+    if (bytes > availableMemory())
+        throw Problem(
+            "The picture's blocks are larger than the available memory; choose a smaller BLOCKYSIZE.");
     Rows rows(options, analysis.seen.width(), std::min(step, height));
     for (int top = 0; top < height; top += step) {
         checkStop();

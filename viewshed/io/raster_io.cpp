@@ -10,6 +10,7 @@
 #include <fstream>
 #include <map>
 #include <mutex>
+#include <numeric>
 #include <thread>
 
 namespace viewshed
@@ -22,6 +23,12 @@ namespace
 bool fitsFloat(GDALDataType type)
 {
     return type == GDT_Byte || type == GDT_Int16 || type == GDT_UInt16 || type == GDT_Float32;
+}
+
+/// The number of threads that read so many rows of blocks.
+int readers(int blocks, int threads)
+{
+    return std::max(std::min(blocks / 2, threads), 1);
 }
 
 /// Reads the cells of a window from the file's blocks. `cells` points to width × height numbers of the window
@@ -234,6 +241,16 @@ double Raster::metresOfHeight() const
     return 1.0;
 }
 
+double Raster::blockBytes(int threads) const
+{
+    int blockWidth = 0;
+    int blockHeight = 0;
+    m_band->GetBlockSize(&blockWidth, &blockHeight);
+    const int handles = readers((height() + blockHeight - 1) / blockHeight, threads);
+    return static_cast<double>(GDALGetDataTypeSizeBytes(m_band->GetRasterDataType())) * blockWidth * blockHeight
+        * handles;
+}
+
 /// Calls readRows(band, lastBlock, rows) for windows that together make up `window`; each begins with a row of
 /// the file's blocks, so that no block is read twice.
 template <class ReadRows> void Raster::readParts(const Window &window, int threads, ReadRows readRows) const
@@ -255,7 +272,7 @@ template <class ReadRows> void Raster::readParts(const Window &window, int threa
         });
     };
     const int count = (window.top + window.height - first + step - 1) / step;
-    runJobs(count, std::max(std::min(blocks / 2, threads), 1), readPart, {});
+    runJobs(count, readers(blocks, threads), readPart, {});
 }
 
 Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRead) const
@@ -275,23 +292,27 @@ Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRe
 
 void Raster::addVoids(int firstRow, int threads, BitGrid &voids) const
 {
+    int blockWidth = 0;
+    int blockHeight = 0;
+    m_band->GetBlockSize(&blockWidth, &blockHeight);
+    // As few cells at a time as whole blocks and whole words of bits allow. A block as wide as the raster can
+    // be read in parts, because the reader keeps it for the next part.
+    constexpr int rowsOfWideBlock = 256;
+    const int columns = std::min(std::lcm(blockWidth, BitGrid::bitsPerWord), width());
+    const int step = blockWidth >= width() ? std::min(blockHeight, rowsOfWideBlock) : blockHeight;
+    const auto addRows = [&](GDALRasterBand &band, LastBlock &last, const Window &some) {
+        Terrain terrain(some.width, some.height, m_storage);
+        terrain.withCells([&](auto *cells) { BlockReader(band, last, some, cells).read([](int) {}); });
+        for (int row = 0; row < some.height; ++row)
+            terrain.findVoids(row, voids.row(some.top + row) + some.left / BitGrid::bitsPerWord);
+    };
     const Window window{.left = 0, .top = firstRow, .width = width(), .height = height() - firstRow};
     readParts(window, threads, [&](GDALRasterBand &band, LastBlock &last, const Window &rows) {
-        int blockWidth = 0;
-        int step = 0;
-        band.GetBlockSize(&blockWidth, &step);
-        constexpr int rowsAtATime = 256;
-        if (blockWidth >= rows.width) // the last block then serves the next rows, too
-            step = std::min(step, rowsAtATime);
         const int bottom = rows.top + rows.height;
-        for (int top = rows.top; top < bottom;) {
+        for (int top = rows.top; top < bottom; top += step - top % step) {
             const int end = std::min(top - top % step + step, bottom);
-            const Window some{.left = 0, .top = top, .width = rows.width, .height = end - top};
-            Terrain terrain(some.width, some.height, m_storage);
-            terrain.withCells([&](auto *cells) { BlockReader(band, last, some, cells).read([](int) {}); });
-            for (int row = top; row < end; ++row)
-                terrain.findVoids(row - top, voids.row(row));
-            top = end;
+            for (int left = 0; left < width(); left += columns)
+                addRows(band, last, {left, top, std::min(columns, width() - left), end - top});
         }
     });
 }

@@ -43,6 +43,9 @@ public:
     /// The length of the vertical unit in metres: that of a foot if the band's unit type names one, else 1.
     double metresOfHeight() const;
 
+    /// The memory for the blocks that read() and addVoids() decode at a time, in bytes.
+    double blockBytes(int threads) const;
+
     /// Receives the terrain that is being read, and a range of its rows that have been read: the first row and
     /// the row after the last.
     using RowsRead = std::function<void(const Terrain &, int, int)>;
