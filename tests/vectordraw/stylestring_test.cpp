@@ -204,10 +204,9 @@ void StyleStringTest::fieldsInParameters()
 
 void StyleStringTest::anyBytes()
 {
-    fuzzMutations(
-        {"PEN(c:#FF0000,w:5px,p:\"4px 5px\",id:\"ogr-pen-2\");BRUSH(fc:#010203,id:ogr-brush-3)",
-         "LABEL(f:\"Arial\",t:\"\\\"{A},(;\",p:11,m:s);SYMBOL(id:\"font-sym-65\",dp:1g,c:{F},l:9)"},
-        20000);
+    fuzzMutations({"PEN(c:#FF0000,w:5px,p:\"4px 5px\",id:\"ogr-pen-2\");BRUSH(fc:#010203,id:ogr-brush-3)",
+                   "LABEL(f:\"Arial\",t:\"\\\"{A},(;\",p:11,m:s);SYMBOL(id:\"font-sym-65\",dp:1g,c:{F},l:9)"},
+                  20000);
 }
 
 QTEST_APPLESS_MAIN(StyleStringTest)

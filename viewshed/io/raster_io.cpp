@@ -139,8 +139,9 @@ private:
     bool m_masked = false;
 };
 
-/// Gives each thread a handle of the file, because two threads must not use a GDAL dataset at a time. A thread
-/// opens its handle itself: GDAL lets all datasets that one thread opens share the open files behind them.
+/// Opens a handle of the file for each thread, because two threads must not use a GDAL dataset at a time. A
+/// thread opens its handle itself: GDAL lets all datasets that one thread opens share the open files behind
+/// them.
 class Handles
 {
 public:
