@@ -1,6 +1,7 @@
 // gdal_intervisibility.exe: paints which cells of a DEM observers see.
 
 #include "viewshed/io/analysis.h"
+#include "viewshed/io/inputfiles.h"
 #include "viewshed/io/observers.h"
 #include "viewshed/io/picture.h"
 #include "viewshed/io/raster_io.h"
@@ -8,8 +9,12 @@
 
 #include <gdal_priv.h>
 
+#include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <exception>
+#include <map>
+#include <mutex>
 #include <thread>
 
 namespace
@@ -17,20 +22,65 @@ namespace
 
 using namespace viewshed;
 
-/// Prints GDAL's warnings, but not its errors: each error makes a call fail, and main() prints the Problem of
-/// that call with GDAL's message in it.
-void CPL_STDCALL printWarnings(CPLErr kind, CPLErrorNum number, const char *message)
+/// The text as one line: control characters become spaces.
+std::string lineOf(std::string text)
 {
-    if (kind < CE_Failure)
-        CPLDefaultErrorHandler(kind, number, message);
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    return text;
+}
+
+/// Collects GDAL's warnings and prints each different one once, with its number: every handle that a thread
+/// opens repeats those of the file. GDAL's errors are not printed: each makes a call fail, and main() prints
+/// the Problem of that call with GDAL's message in it.
+class Warnings
+{
+public:
+    Warnings() { CPLSetErrorHandlerEx(collect, this); }
+    ~Warnings()
+    {
+        CPLSetErrorHandler(CPLQuietErrorHandler);
+        for (const auto &[text, count] : m_counts) {
+            const std::string times = count > 1 ? " (" + std::to_string(count) + " times)" : "";
+            std::fprintf(stderr, "gdal_intervisibility: Warning: %s%s\n", text.c_str(), times.c_str());
+        }
+    }
+    Warnings(const Warnings &) = delete;
+    Warnings &operator=(const Warnings &) = delete;
+
+private:
+    static void CPL_STDCALL collect(CPLErr kind, CPLErrorNum number, const char *message)
+    {
+        if (kind == CE_Warning) {
+            auto &self = *static_cast<Warnings *>(CPLGetErrorHandlerUserData());
+            const std::lock_guard lock(self.m_guard);
+            ++self.m_counts[lineOf(message)];
+        } else if (kind < CE_Warning) {
+            CPLDefaultErrorHandler(kind, number, message);
+        }
+    }
+
+    std::mutex m_guard; ///< of m_counts
+    std::map<std::string, int> m_counts;
+};
+
+/// Makes a write fail where a signal would end the program and leave half a picture: at the limit for the size
+/// of a file, and when nobody reads the progress any more.
+void ignoreWriteSignals()
+{
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
 }
 
 /// One run from the input files to the picture. Throws Problem or std::bad_alloc.
 void paint(const Options &options)
 {
+    const InputFiles inputs = inputFiles(options);
     const Raster raster(options.source, options.band);
-    checkDestination(options, raster);
     const std::vector<Observer> observers = readObservers(options.pointFile);
+    checkDestination(options, inputs);
     const int threads = static_cast<int>(std::thread::hardware_concurrency());
     // The last tenth of the progress is for writing. GDAL ends the line when 1 is reported, so that comes last.
     constexpr double computing = 0.9;
@@ -38,7 +88,7 @@ void paint(const Options &options)
     report(0.0);
     const Analysis analysis =
         analysed(raster, observers, options, threads, [&](double done) { report(computing * done); });
-    writePicture(analysis, raster, options, threads);
+    writePicture(analysis, raster, options);
     report(1.0);
 }
 
@@ -52,11 +102,13 @@ int run(const std::vector<std::string> &arguments)
     case Options::Request::Version:
         std::printf("gdal_intervisibility %s, %s\n", QUVO_VERSION, GDALVersionInfo("--version"));
         break;
-    case Options::Request::Run:
-        CPLSetErrorHandler(printWarnings);
+    case Options::Request::Run: {
+        const Warnings warnings;
+        ignoreWriteSignals();
         GDALAllRegister();
         paint(options);
         break;
+    }
     }
     return 0;
 }
@@ -70,7 +122,7 @@ int main(int argc, char *argv[])
     } catch (const std::bad_alloc &) {
         std::fputs("gdal_intervisibility: There is not enough memory.\n", stderr);
     } catch (const std::exception &problem) {
-        std::fprintf(stderr, "gdal_intervisibility: %s\n", problem.what());
+        std::fprintf(stderr, "gdal_intervisibility: %s\n", lineOf(problem.what()).c_str());
     }
     return 1;
 }

@@ -2,16 +2,40 @@
 
 #include "viewshed/problem.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <functional>
+#include <iomanip>
+#include <limits>
 #include <map>
+#include <sstream>
 
 namespace viewshed
 {
 
 namespace
 {
+
+constexpr int lastBand = std::numeric_limits<int>::max();
+
+/// The argument for a problem of one line: shortened, and with spaces for control characters.
+std::string quoted(const std::string &text)
+{
+    constexpr std::size_t longest = 100;
+    std::string shown = text.size() > longest ? text.substr(0, longest) + "..." : text;
+    std::replace_if(
+        shown.begin(), shown.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    return '"' + shown + '"';
+}
+
+/// The number in digits, without trailing zeros.
+template <class Number> std::string words(Number number)
+{
+    std::ostringstream text;
+    text << std::setprecision(std::numeric_limits<double>::digits10) << number;
+    return text.str();
+}
 
 /// Reads the arguments one after the other. Each function for a value throws Problem with the option's name.
 class Arguments
@@ -35,26 +59,26 @@ public:
         return m_arguments[m_next++];
     }
 
-    template <class Number> Number number()
+    template <class Number> Number number(Number least, Number greatest)
     {
         const std::string &text = value();
         Number number{};
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(double(number)))
-            throw Problem("The option " + m_name + " takes a number, not \"" + text + "\".");
+        if (error == std::errc::invalid_argument || end != text.data() + text.size()
+            || std::isnan(double(number)))
+            throw Problem("The option " + m_name + " takes a number, not " + quoted(text) + ".");
+        if (error != std::errc() || number < least || number > greatest)
+            throw Problem("The option " + m_name + " takes a number from " + words(least) + " to "
+                          + words(greatest) + ", not " + quoted(text) + ".");
         return number;
     }
 
     Color color()
     {
         Color color{};
-        for (std::uint8_t &part : color) {
-            constexpr int greatest = 255;
-            const int number = this->number<int>();
-            if (number < 0 || number > greatest)
-                throw Problem("The option " + m_name + " takes three numbers from 0 to 255.");
-            part = static_cast<std::uint8_t>(number);
-        }
+        constexpr int greatest = 255;
+        for (std::uint8_t &part : color)
+            part = static_cast<std::uint8_t>(number(0, greatest));
         return color;
     }
 
@@ -67,14 +91,14 @@ public:
             return Combination::Or;
         if (text == "AND")
             return Combination::And;
-        throw Problem("The option " + m_name + " takes OVERWRITE, OR or AND, not \"" + text + "\".");
+        throw Problem("The option " + m_name + " takes OVERWRITE, OR or AND, not " + quoted(text) + ".");
     }
 
     std::string pair()
     {
         const std::string &text = value();
         if (text.find('=') == std::string::npos || text.front() == '=')
-            throw Problem("The option " + m_name + " takes NAME=VALUE, not \"" + text + "\".");
+            throw Problem("The option " + m_name + " takes NAME=VALUE, not " + quoted(text) + ".");
         return text;
     }
 
@@ -92,8 +116,6 @@ void checkComplete(const Options &options)
         if (value->empty())
             throw Problem(std::string("The option ") + name + " is missing.");
     }
-    if (options.band < 1)
-        throw Problem("The option -iBand takes the number of a band, from 1.");
 }
 
 } // namespace
@@ -106,14 +128,14 @@ Options parsedOptions(const std::vector<std::string> &given)
         {"-SrcFile", [&] { options.source = arguments.value(); }},
         {"-DstFile", [&] { options.destination = arguments.value(); }},
         {"-point_file", [&] { options.pointFile = arguments.value(); }},
-        {"-iBand", [&] { options.band = arguments.number<int>(); }},
+        {"-iBand", [&] { options.band = arguments.number(1, lastBand); }},
         {"-DstOp", [&] { options.combination = arguments.combination(); }},
-        {"-SH", [&] { options.targetHeight = arguments.number<double>(); }},
+        {"-SH", [&] { options.targetHeight = arguments.number(-greatestHeight, greatestHeight); }},
         {"-CNOZ", [&] { options.hidden = arguments.color(); }},
         {"-COZ", [&] { options.seen = arguments.color(); }},
         {"-CNoData", [&] { options.noData = arguments.color(); }},
         {"-co", [&] { options.creationOptions.push_back(arguments.pair()); }},
-        {"-cc", [&] { options.curvature = arguments.number<double>(); }},
+        {"-cc", [&] { options.curvature = arguments.number(-greatestCurvature, greatestCurvature); }},
         {"--help", [&] { options.request = Options::Request::Help; }},
         {"--version", [&] { options.request = Options::Request::Version; }},
     };
@@ -121,7 +143,7 @@ Options parsedOptions(const std::vector<std::string> &given)
         const std::string &name = arguments.next();
         const auto option = known.find(name);
         if (option == known.end())
-            throw Problem("\"" + name + "\" is not an option of this program; see --help.");
+            throw Problem(quoted(name) + " is not an option of this program; see --help.");
         option->second();
         if (options.request != Options::Request::Run)
             return options;

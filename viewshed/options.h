@@ -12,6 +12,11 @@ namespace viewshed
 
 using Color = std::array<std::uint8_t, 3>; ///< red, green, blue
 
+/// The greatest height of a target above or below the ground. More is no height in any unit.
+inline constexpr double greatestHeight = 1e9;
+/// The greatest factor on the Earth's curvature, upwards or downwards; that of light in air is below 1.
+inline constexpr double greatestCurvature = 100.0;
+
 /// What the command line requests. Paths are the bytes of the arguments; GDAL opens them as they are.
 struct Options
 {
@@ -28,7 +33,7 @@ struct Options
     std::string pointFile;
     int band = 1; ///< number of the source's band with the elevations, from 1
     Combination combination = Combination::Overwrite;
-    double targetHeight = 0.0; ///< in the DEM's vertical unit
+    double targetHeight = 0.0; ///< in the DEM's vertical unit; below the ground if negative
     Color hidden{213, 94, 0};
     Color seen{0, 158, 115};
     Color noData{0, 0, 0};
@@ -38,7 +43,7 @@ struct Options
 
 /// Parses the arguments that follow the program's name. Their order does not matter; of a repeated option the
 /// last one counts, except that each -co adds one. After --help or --version nothing else is parsed or checked.
-/// Throws Problem if an option is unknown, lacks a valid value or is missing.
+/// Throws Problem if an option is unknown, lacks a valid value, has one out of its range or is missing.
 Options parsedOptions(const std::vector<std::string> &arguments);
 
 /// The text of --help, with its last line feed.

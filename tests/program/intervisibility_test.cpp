@@ -11,6 +11,9 @@
 
 #include <ogrsf_frmts.h>
 
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 #include <cmath>
 #include <csignal>
 
@@ -33,14 +36,23 @@ private slots:
     void distances_data();
     void distances();
     void verticalFeet();
+    void voidsBeyondTheReach();
+    void rawBands();
+    void oneStrip();
+    void inputsStay_data();
+    void inputsStay();
+    void oldOutput();
     void refused_data();
     void refused();
     void tooManyCells();
+    void oneLine();
+    void fullDisk();
     void stopLeavesNothing();
 
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
     bool writePoints(const QString &name, const QVector<Point> &points, OGRwkbGeometryType type = wkbPoint25D);
+    bool write(const char *name, const QString &text);
     int run(const QStringList &arguments);
     QStringList files() const { return QDir(m_folder.path()).entryList(QDir::Files, QDir::Name); }
     QString cells(const QString &name) const;
@@ -101,6 +113,12 @@ bool IntervisibilityTest::writePoints(const QString &name, const QVector<Point> 
         written = written && layer->CreateFeature(feature.get()) == OGRERR_NONE;
     }
     return written;
+}
+
+bool IntervisibilityTest::write(const char *name, const QString &text)
+{
+    QFile file(path(name));
+    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0;
 }
 
 int IntervisibilityTest::run(const QStringList &arguments)
@@ -251,6 +269,169 @@ void IntervisibilityTest::verticalFeet()
     QVERIFY(QFile::remove(path("plat.tif")) && QFile::remove(path("vu.tif")));
 }
 
+/// The observers' windows are as wide as the raster and end above its bottom, where there are voids as well.
+void IntervisibilityTest::voidsBeyondTheReach()
+{
+    constexpr int height = 300;
+    QVector<float> values(5 * height, 0.0F);
+    for (const int row : {1, 20, 150, 299})
+        values[5 * row + 3] = -9999;
+    QVERIFY(writeRaster(path("haut.tif"), 5, height, values));
+    const Point low{.x = west.x, .y = west.y, .z = west.z, .reach = 155};
+    for (const QVector<Point> &points : {QVector<Point>{low}, {low, low}}) {
+        QVERIFY(writePoints("proche.shp", points));
+        QCOMPARE(run(QStringList{"-SrcFile", path("haut.tif"), "-DstFile", path("vu.tif"), "-point_file",
+                                 path("proche.shp")}
+                     + colors),
+                 0);
+        const QStringList rows = cells("vu.tif").split('|');
+        for (int row = 0; row < height; ++row)
+            QCOMPARE(rows.at(row).at(3) == ' ', values.at(5 * row + 3) < 0);
+    }
+    QVERIFY(QFile::remove(path("haut.tif")) && QFile::remove(path("vu.tif")));
+}
+
+/// Two GDAL handles of a virtual raster of raw bands share one open file if one thread opened them.
+void IntervisibilityTest::rawBands()
+{
+    constexpr int side = 1000;
+    QVERIFY(writeHill(path("colline.tif"), side));
+    QVERIFY(copyRaster(path("colline.tif"), path("colline.bin"), {"-of", "ENVI"}));
+    write("brut.vrt",
+          QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
+                         "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' "
+                         "band='1' subClass='VRTRawRasterBand'><SourceFilename relativeToVRT='1'>colline.bin"
+                         "</SourceFilename></VRTRasterBand></VRTDataset>")
+              .arg(side));
+    QVERIFY(writePoints("un.shp", {{.x = 505005, .y = 5094985, .z = 600, .reach = 0}}));
+    const auto picture = [this](const char *source) {
+        if (run({"-SrcFile", path(source), "-DstFile", path("vu.tif"), "-point_file", path("un.shp")}) != 0)
+            return QByteArray();
+        QFile written(path("vu.tif"));
+        return written.open(QIODevice::ReadOnly) ? written.readAll() : QByteArray();
+    };
+    const QByteArray expected = picture("colline.tif");
+    QVERIFY(expected.size() > side * side);
+    for (int round = 0; round < 10; ++round)
+        QVERIFY(picture("brut.vrt") == expected);
+    for (const char *name : {"colline.tif", "colline.bin", "colline.hdr", "brut.vrt", "vu.tif"})
+        QFile::remove(path(name));
+}
+
+/// A compressed file of one strip takes little more processor time than the same cells in tiles: it is decoded
+/// once, although the observer's window and the rest of the raster are read one after the other.
+void IntervisibilityTest::oneStrip()
+{
+    constexpr int side = 2500;
+    QVERIFY(writeHill(path("colline.tif"), side));
+    const QList<QByteArray> compressed{"-co", "COMPRESS=DEFLATE", "-co"};
+    QVERIFY(copyRaster(path("colline.tif"), path("carreaux.tif"), compressed + QList<QByteArray>{"TILED=YES"}));
+    QVERIFY(copyRaster(path("colline.tif"), path("bande.tif"),
+                       compressed + QList<QByteArray>{"BLOCKYSIZE=" + QByteArray::number(side)}));
+    QVERIFY(writePoints("un.shp", {{.x = 510005, .y = 5089985, .z = 2000, .reach = 500}}));
+    const auto seconds = [this](const char *source) {
+        const auto used = [] {
+            rusage usage{};
+            getrusage(RUSAGE_CHILDREN, &usage);
+            return static_cast<double>(usage.ru_utime.tv_sec)
+                + static_cast<double>(usage.ru_utime.tv_usec) / 1e6;
+        };
+        const double before = used();
+        const int code =
+            run({"-SrcFile", path(source), "-DstFile", path("vu.tif"), "-point_file", path("un.shp")});
+        return code == 0 ? used() - before : -1.0;
+    };
+    const double tiles = seconds("carreaux.tif");
+    const double strip = seconds("bande.tif");
+    QVERIFY(tiles > 0.0 && strip > 0.0);
+    QVERIFY2(strip < 2.5 * tiles, qPrintable(QStringLiteral("%1 s, %2 s").arg(strip).arg(tiles)));
+    for (const char *name : {"colline.tif", "carreaux.tif", "bande.tif", "vu.tif"})
+        QFile::remove(path(name));
+}
+
+/// Makes inputs in the ways in which GDAL reads one, each with the name of one of its files as output.
+void IntervisibilityTest::inputsStay_data()
+{
+    const QString archive = "/vsizip/" + path("mnt.zip") + "/mur.tif";
+    QVERIFY(CPLCopyFile(encodePath(archive).constData(), encodePath(path("mur.tif")).constData()) == 0);
+    QVERIFY(copyRaster(path("mur.tif"), path("place.tif"), {"-co", "PROFILE=BASELINE", "-co", "TFW=YES"})
+            && QFile::remove(path("place.tif.aux.xml")));
+    QVERIFY(QFile::link(path("mur.tif"), path("lien.tif")) && write("ancien.tif", "II*"));
+    QVERIFY(writePoints("proj.shp", {west}) && write("proj.prj", "LOCAL_CS[\"sol\"]"));
+    write("union.vrt",
+          "<OGRVRTDataSource><OGRVRTUnionLayer name='u'><OGRVRTLayer name='proj'><SrcDataSource "
+          "relativeToVRT='1'>proj.shp</SrcDataSource></OGRVRTLayer></OGRVRTUnionLayer></OGRVRTDataSource>");
+    const auto writeVirtual = [this](const char *name, const QString &source) {
+        const QString size = "RasterXSize='5' RasterYSize='3'";
+        write(name,
+              "<VRTDataset rasterXSize='5' rasterYSize='3'><VRTRasterBand dataType='Float32' band='1'>"
+              "<SimpleSource><SourceFilename>"
+                  + source.toHtmlEscaped() + "</SourceFilename><SourceProperties " + size
+                  + " DataType='Float32' BlockXSize='5' "
+                    "BlockYSize='3'/></SimpleSource></VRTRasterBand></VRTDataset>");
+    };
+    writeVirtual("zip.vrt", archive);
+    writeVirtual("simple.vrt", path("mur.tif"));
+    writeVirtual("double.vrt", path("simple.vrt"));
+    writeVirtual("image.vrt", "GTIFF_DIR:1:" + path("mur.tif"));
+    writeVirtual("place.vrt", path("place.tif"));
+    writeVirtual("base.vrt", "PG:dbname=relief");
+
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("points");
+    QTest::addColumn<QString>("output");
+    const auto row = [](const char *name, const QString &source, const char *points, const char *output) {
+        QTest::newRow(name) << source << points << output;
+    };
+    row("zip", archive, "deux.shp", "mnt.zip");
+    row("part of a file", "/vsisubfile/0_100000," + path("mur.tif"), "deux.shp", "mur.tif");
+    row("link", path("mur.tif"), "deux.shp", "lien.tif");
+    row("projection", path("mur.tif"), "proj.shp", "proj.prj");
+    row("world file", path("place.tif"), "deux.shp", "place.tfw");
+    row("world file of the picture", path("place.tif"), "deux.shp", "place.tiff");
+    row("virtual in virtual", path("double.vrt"), "deux.shp", "mur.tif");
+    row("virtual over a zip", path("zip.vrt"), "deux.shp", "mnt.zip");
+    row("virtual over a name within", path("image.vrt"), "deux.shp", "mur.tif");
+    row("virtual over a placed raster", path("place.vrt"), "deux.shp", "place.tfw");
+    row("virtual points", path("mur.tif"), "union.vrt", "proj.prj");
+    row("a database", path("base.vrt"), "deux.shp", "ancien.tif");
+}
+
+void IntervisibilityTest::inputsStay()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, points);
+    QFETCH(QString, output);
+    const auto contents = [this] {
+        QMap<QString, QByteArray> found;
+        for (const QString &name : files()) {
+            QFile file(path(name));
+            found[name] = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        }
+        return found;
+    };
+    const QMap<QString, QByteArray> before = contents();
+    QCOMPARE(run({"-SrcFile", source, "-point_file", path(points), "-DstFile", path(output), "-co", "TFW=YES"}),
+             1);
+    QVERIFY2(m_error.contains("would replace"), qPrintable(m_error));
+    QCOMPARE(contents(), before);
+}
+
+/// An older file at the destination is replaced, but not the files that GDAL regards as parts of it.
+void IntervisibilityTest::oldOutput()
+{
+    const QString given = path("vieux.shp");
+    QVERIFY(writePoints("vieux.shp", {west}));
+    const QStringList arguments{"-SrcFile",       path("mur.tif"), "-point_file",
+                                path("deux.shp"), "-DstFile",      given};
+    QCOMPARE(run(arguments + QStringList{"-co", "TILED=YES", "-co", "BLOCKXSIZE=17"}), 1);
+    QVERIFY(opened(given, GDAL_OF_VECTOR) != nullptr);
+    QCOMPARE(run(arguments), 0);
+    QVERIFY(opened(given) != nullptr && QFile::exists(path("vieux.dbf")));
+    for (const char *name : {"vieux.shp", "vieux.shx", "vieux.dbf"})
+        QVERIFY(QFile::remove(path(name)));
+}
+
 void IntervisibilityTest::refused_data()
 {
     QTest::addColumn<QString>("source");
@@ -265,6 +446,20 @@ void IntervisibilityTest::refused_data()
     writePoints("aire.shp", {west}, wkbPolygon);
     writePoints("plan.shp", {west}, wkbPoint);
     writePoints("vide.shp", {});
+    QVERIFY(QFile::link("/dev/null", path("nul"))); // a tool that replaces it only deletes the link
+    QVERIFY(mkfifo(encodePath(path("tube")).constData(), 0600) == 0);
+    // A sparse file of a single strip, which takes twice its size to read.
+    constexpr int width = 500000;
+    const int height = static_cast<int>(viewshed::availableMemory() / 2 / 8 / width);
+    const QByteArray block = "BLOCKYSIZE=" + QByteArray::number(height);
+    const char *creation[] = {"SPARSE_OK=TRUE", "COMPRESS=DEFLATE", block.constData(), nullptr};
+    QVERIFY(DataSet(GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
+                encodePath(path("blocs.tif")).constData(), width, height, 1, GDT_Float64, creation))
+            != nullptr);
+    write("tube.vrt",
+          "<VRTDataset rasterXSize='5' rasterYSize='3'><VRTRasterBand dataType='Float32' band='1'>"
+          "<SimpleSource><SourceFilename relativeToVRT='1'>tube</SourceFilename></SimpleSource>"
+          "</VRTRasterBand></VRTDataset>");
     const auto row = [](const char *name, const char *source, const char *points, const QStringList &more,
                         const char *problem) { QTest::newRow(name) << source << points << more << problem; };
     row("no raster", "absent.tif", "deux.shp", {}, "absent.tif");
@@ -281,7 +476,14 @@ void IntervisibilityTest::refused_data()
     row("a folder that is not there", "mur.tif", "deux.shp", {"-DstFile", "/nowhere/a.tif"}, "/nowhere/a.tif");
     row("onto the points", "mur.tif", "deux.shp", {"-DstFile", path("deux.dbf")}, "deux.dbf");
     row("onto the raster", "mur.tif", "deux.shp", {"-DstFile", path("mur.tif")}, "mur.tif");
-    row("a bad argument", "mur.tif", "deux.shp", {"-SH", "x"}, "-SH");
+    row("an endless height", "mur.tif", "deux.shp", {"-SH", "inf"}, "-SH takes a number from -1000000000 to");
+    row("a pipe as raster", "tube", "deux.shp", {}, "pipe or a device");
+    row("a pipe as points", "mur.tif", "tube", {}, "pipe or a device");
+    row("a pipe in a virtual raster", "tube.vrt", "deux.shp", {}, "pipe or a device");
+    row("endless blocks", "blocs.tif", "deux.shp", {}, "blocks are larger than the available memory");
+    row("onto a pipe", "mur.tif", "deux.shp", {"-DstFile", path("tube")}, "not a regular file");
+    row("onto a device", "mur.tif", "deux.shp", {"-DstFile", path("nul")}, "not a regular file");
+    row("onto a folder", "mur.tif", "deux.shp", {"-DstFile", m_folder.path()}, "not a regular file");
 }
 
 void IntervisibilityTest::refused()
@@ -306,15 +508,11 @@ void IntervisibilityTest::tooManyCells()
     const int side = static_cast<int>(std::sqrt(available)); // of cells with 4 bytes each
     if (side >= viewshed::largestSide)
         QSKIP("No raster is as large as this memory.");
-    QFile file(path("vaste.vrt"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(
-        QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
-                       "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' band='1'/>"
-                       "</VRTDataset>")
-            .arg(side)
-            .toUtf8());
-    file.close();
+    write("vaste.vrt",
+          QStringLiteral("<VRTDataset rasterXSize='%1' rasterYSize='%1'><SRS>EPSG:32632</SRS><GeoTransform>"
+                         "500000,10,0,5100000,0,-10</GeoTransform><VRTRasterBand dataType='Float32' band='1'/>"
+                         "</VRTDataset>")
+              .arg(side));
     QCOMPARE(run({"-SrcFile", path("vaste.vrt"), "-point_file", path("deux.shp"), "-DstFile", path("non.tif")}),
              1);
     const QRegularExpressionMatch match =
@@ -322,7 +520,37 @@ void IntervisibilityTest::tooManyCells()
     QVERIFY2(match.hasMatch(), qPrintable(m_error));
     const double cells = 2.0 * match.captured(1).toDouble() / 10.0;
     QVERIFY(4.0 * cells * cells < available && 4.0 * cells * cells > available / 4.0);
-    QVERIFY(file.remove());
+    QVERIFY(QFile::remove(path("vaste.vrt")));
+}
+
+void IntervisibilityTest::oneLine()
+{
+    QCOMPARE(run({"-SrcFile", path("mur.tif"), "-point_file", path("deux.shp"), "-DstFile", path("vu.tif"),
+                  "-co", "NO_SUCH=1", "-co", "NO_SUCH=2"}),
+             0);
+    QVERIFY2(m_error.count('\n') == 1 && m_error.contains("NO_SUCH") && m_error.endsWith("(2 times)\n"),
+             qPrintable(m_error));
+    QVERIFY(QFile::remove(path("vu.tif")));
+}
+
+/// The tool cannot write its picture to the end.
+void IntervisibilityTest::fullDisk()
+{
+    QVERIFY(writeHill(path("gros.tif"), 300));
+    const QStringList before = files();
+    for (const char *compression : {"NONE", "DEFLATE"}) {
+        QProcess process;
+        process.start("/bin/sh",
+                      {"-c", "ulimit -f 1; exec \"$0\" \"$@\"", QUVO_TREE "/gdal_intervisibility.exe",
+                       "-SrcFile", path("gros.tif"), "-DstFile", path("plein.tif"), "-point_file",
+                       path("deux.shp"), "-co", "TFW=YES", "-co", QStringLiteral("COMPRESS=") + compression});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 1);
+        QCOMPARE(process.readAllStandardError().count('\n'), 1);
+        QCOMPARE(files(), before);
+    }
+    QVERIFY(QFile::remove(path("gros.tif")));
 }
 
 void IntervisibilityTest::stopLeavesNothing()

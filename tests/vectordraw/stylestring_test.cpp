@@ -1,11 +1,10 @@
 #include "vectordraw/stylestring.h"
 
-#include <QRandomGenerator>
+#include "tests/fuzz/mutations.h"
+
 #include <QTest>
 
 using namespace vectordraw;
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 class StyleStringTest : public QObject
 {
@@ -205,30 +204,9 @@ void StyleStringTest::fieldsInParameters()
 
 void StyleStringTest::anyBytes()
 {
-    const QByteArray seeds[] = {
-        "PEN(c:#FF0000,w:5px,p:\"4px 5px\",id:\"ogr-pen-2\");BRUSH(fc:#010203,id:ogr-brush-3)",
-        "LABEL(f:\"Arial\",t:\"\\\"{A},(;\",p:11,m:s);SYMBOL(id:\"font-sym-65\",dp:1g,c:{F},l:9)"};
-    QRandomGenerator random(7);
-    for (int round = 0; round < 20000; ++round) {
-        QByteArray text = seeds[round % 2];
-        for (int change = random.bounded(1, 6); change > 0; --change) {
-            const int at = random.bounded(text.size());
-            switch (random.bounded(3)) {
-            case 0:
-                text[at] = static_cast<char>(random.bounded(256));
-                break;
-            case 1:
-                text.remove(at, random.bounded(1, 10));
-                break;
-            default:
-                text.insert(at, text.mid(random.bounded(qMax(1, text.size())), 7));
-            }
-            if (text.isEmpty())
-                text = ";";
-        }
-        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(text.constData()),
-                               static_cast<std::size_t>(text.size()));
-    }
+    fuzzMutations({"PEN(c:#FF0000,w:5px,p:\"4px 5px\",id:\"ogr-pen-2\");BRUSH(fc:#010203,id:ogr-brush-3)",
+                   "LABEL(f:\"Arial\",t:\"\\\"{A},(;\",p:11,m:s);SYMBOL(id:\"font-sym-65\",dp:1g,c:{F},l:9)"},
+                  20000);
 }
 
 QTEST_APPLESS_MAIN(StyleStringTest)

@@ -40,8 +40,8 @@ std::vector<Part> partsFor(const Sight &sight, const Raster &raster, bool alone)
     return alone ? partsOf(sight, window) : std::vector<Part>{{window, window.top, window.top + window.height}};
 }
 
-/// Throws Problem if the elevations of the observer's largest part do not fit into the available memory.
-void checkMemory(const Observer &observer, const Sight &sight, const Raster &raster, bool alone)
+/// The memory in bytes that is left for elevations. Throws Problem if there is none.
+double memoryForHeights(const Raster &raster, int threads)
 {
     constexpr double share = 0.9; // the rest of the available memory is left to GDAL
     constexpr double bytesPerCell =
@@ -50,6 +50,18 @@ void checkMemory(const Observer &observer, const Sight &sight, const Raster &ras
         share * availableMemory() - bytesPerCell * raster.width() * static_cast<double>(raster.height());
     if (available <= 0.0)
         throw Problem("The raster has more cells than fit into the available memory.");
+    // A block is decoded by GDAL and held by the reader.
+    const double blocks = 2.0 * raster.blockBytes(threads);
+    if (available <= blocks)
+        throw Problem(
+            "The raster's blocks are larger than the available memory; copy the raster into a tiled file.");
+    return available - blocks;
+}
+
+/// Throws Problem if the elevations of the observer's largest part do not fit into the available memory.
+void checkMemory(const Observer &observer, const Sight &sight, const Raster &raster, bool alone,
+                 double available)
+{
     const auto bytesPerHeight = static_cast<double>(Terrain::bytesPerCell(raster.storage()));
     double needed = 0.0;
     for (const Part &part : partsFor(sight, raster, alone))
@@ -79,13 +91,16 @@ public:
     const Terrain &terrain() const { return *m_terrain; }
     const BlockMaxima &maxima() const { return *m_maxima; }
 
+    /// Frees the memory; there is no terrain until the next load().
+    void release() { m_terrain.reset(); }
+
     /// Makes sure that all of `window` is in memory, and returns whether it had to be read. Until the first
     /// call there is no terrain.
     bool load(const Window &window)
     {
         if (m_terrain && m_window.holds(window))
             return false;
-        m_terrain.reset(); // frees the memory first: two windows may not fit
+        release(); // two windows may not fit into the memory
         m_maxima.emplace(window.width, window.height);
         m_terrain.emplace(m_raster.read(window, m_threads, [this](const Terrain &terrain, int first, int end) {
             m_maxima->scanRows(terrain, first, end);
@@ -108,11 +123,12 @@ class Survey
 {
 public:
     Survey(const Raster &raster, const Options &options, int threads)
-        : m_options(options)
+        : m_raster(raster)
+        , m_options(options)
         , m_threads(threads)
         , m_whole{.left = 0, .top = 0, .width = raster.width(), .height = raster.height()}
         , m_loaded(raster, threads)
-        , m_analysis{.seen = BitGrid(raster.width(), raster.height()), .knowsVoids = false, .voids = {}}
+        , m_analysis{.seen = BitGrid(raster.width(), raster.height()), .voids = {}}
     { }
 
     /// Combines what one observer sees in one part with the results so far. `first`: it is the first observer.
@@ -136,7 +152,14 @@ public:
             combine(m_analysis.seen, seen, window, sightInWindow, m_options.combination);
     }
     /// To be called once, at the end.
-    Analysis result() { return std::move(m_analysis); }
+    Analysis result()
+    {
+        if (m_knownRows < m_whole.height) {
+            m_loaded.release();
+            m_raster.addVoids(m_knownRows, m_threads, voids());
+        }
+        return std::move(m_analysis);
+    }
 
 private:
     /// Collects the voids of the loaded window if it has the raster's full width and follows the rows whose
@@ -147,20 +170,26 @@ private:
         if (window.width < m_whole.width || window.top > m_knownRows)
             return;
         m_knownRows = std::max(m_knownRows, window.top + window.height);
-        m_analysis.knowsVoids = m_knownRows == m_whole.height;
         const auto doBlockRow = [&](int blockRow) {
             const int first = blockRow * BlockMaxima::side;
             const int end = std::min(first + BlockMaxima::side, window.height);
             for (int row = first; row < end && m_loaded.maxima().hasVoids(blockRow); ++row)
-                m_loaded.terrain().findVoids(row, m_analysis.voids->row(window.top + row));
+                m_loaded.terrain().findVoids(row, voids().row(window.top + row));
         };
         if (!m_loaded.maxima().hasVoids())
             return;
-        if (!m_analysis.voids)
-            m_analysis.voids.emplace(m_whole.width, m_whole.height);
+        voids(); // before the threads need it
         runJobs((window.height + BlockMaxima::side - 1) / BlockMaxima::side, m_threads, doBlockRow, {});
     }
 
+    BitGrid &voids()
+    {
+        if (!m_analysis.voids)
+            m_analysis.voids.emplace(m_whole.width, m_whole.height);
+        return *m_analysis.voids;
+    }
+
+    const Raster &m_raster;
     const Options &m_options;
     int m_threads;
     Window m_whole;
@@ -176,10 +205,11 @@ Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, 
 {
     const Georeference georeference(raster.dataset());
     const bool alone = observers.size() == 1;
+    const double available = memoryForHeights(raster, threads);
     std::vector<Sight> sights;
     for (const Observer &observer : observers) {
         sights.push_back(sightOf(observer, georeference, raster, options));
-        checkMemory(observer, sights.back(), raster, alone);
+        checkMemory(observer, sights.back(), raster, alone, available);
     }
     Survey survey(raster, options, threads);
     for (std::size_t index = 0; index < sights.size(); ++index) {

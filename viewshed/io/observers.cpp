@@ -67,8 +67,10 @@ int reachFieldOf(OGRLayer &layer, const std::string &path)
 
 std::vector<Observer> readObservers(const std::string &path)
 {
+    // The option keeps the GML driver from writing a file beside the user's; "@": other drivers ignore it.
+    const char *const open[] = {"@WRITE_GFS=NO", nullptr};
     const std::unique_ptr<GDALDataset> dataset(
-        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));
+        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR, nullptr, open));
     if (!dataset)
         throw Problem("The observers cannot be read: " + std::string(CPLGetLastErrorMsg()));
     OGRLayer *layer = dataset->GetLayerCount() > 0 ? dataset->GetLayer(0) : nullptr;

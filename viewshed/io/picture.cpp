@@ -1,5 +1,6 @@
 #include "viewshed/io/picture.h"
 
+#include "viewshed/io/inputfiles.h"
 #include "viewshed/problem.h"
 
 #include <cpl_string.h>
@@ -39,20 +40,20 @@ std::string problemOf(const std::string &what)
     return what + ": " + CPLGetLastErrorMsg();
 }
 
-/// Deletes on destruction the files that creating a GeoTIFF may leave, unless keep() was called. Only files
-/// that did not exist at construction are deleted, and the picture itself once created() was called.
+/// Deletes on destruction the files that creating the picture may leave, unless keep() was called. Only files
+/// that did not exist at construction are deleted.
 class CreatedFiles
 {
 public:
-    explicit CreatedFiles(const std::string &path)
+    explicit CreatedFiles(const Options &options)
     {
-        const fs::path world = fs::path(path).replace_extension(".tfw");
-        for (const fs::path &file : {fs::path(path), fs::path(path + ".aux.xml"), world}) {
+        std::vector<fs::path> files = sideFiles(options.destination, options.creationOptions);
+        files.emplace_back(options.destination);
+        for (const fs::path &file : files) {
             std::error_code ignored;
             if (!fs::exists(fs::symlink_status(file, ignored)))
                 m_files.push_back(file);
         }
-        m_picture = path;
     }
     ~CreatedFiles()
     {
@@ -63,14 +64,11 @@ public:
     CreatedFiles(const CreatedFiles &) = delete;
     CreatedFiles &operator=(const CreatedFiles &) = delete;
 
-    /// States that the driver has created the picture, so that an older one of its name is already gone.
-    void created() { m_files.push_back(m_picture); }
     /// States that the picture is complete: the destructor deletes nothing.
     void keep() { m_files.clear(); }
 
 private:
     std::vector<fs::path> m_files;
-    fs::path m_picture;
 };
 
 /// Copies the geotransform or the ground control points, and the coordinate system.
@@ -110,7 +108,6 @@ public:
         }
     }
 
-    int width() const { return m_width; }
     /// Colours a row from the bits of its seen cells and of its voids. `voids` may be null: the row has none.
     void paint(int row, const std::uint64_t *seen, const std::uint64_t *voids)
     {
@@ -207,49 +204,62 @@ private:
     std::vector<GByte> m_block;
 };
 
-/// Colours `count` rows from the picture's row `top` on; reads the raster's rows if the voids are not known.
-void paintRows(Rows &rows, const Analysis &analysis, const Raster &raster, int top, int count, int threads)
-{
-    std::optional<BitGrid> found;
-    if (!analysis.knowsVoids) {
-        const Terrain terrain =
-            raster.read({.left = 0, .top = top, .width = rows.width(), .height = count}, threads);
-        found.emplace(rows.width(), count);
-        for (int row = 0; row < count; ++row)
-            terrain.findVoids(row, found->row(row));
-    }
-    for (int row = 0; row < count; ++row) {
-        const std::uint64_t *voids = found ? found->row(row) : nullptr;
-        rows.paint(row, analysis.seen.row(top + row), analysis.voids ? analysis.voids->row(top + row) : voids);
-    }
-}
-
-void writeCells(GDALDataset &picture, const Analysis &analysis, const Raster &raster, const Options &options,
-                int threads)
+void writeCells(GDALDataset &picture, const Analysis &analysis, const Options &options)
 {
     BlockWriter writer(picture);
-    // More rows at a time where the raster is read again, so that the reading threads have work.
-    const int rowsAtATime = analysis.knowsVoids ? 32 : 256;
+    constexpr int rowsAtATime = 32;
     const int step = std::max(writer.height(), rowsAtATime / writer.height() * writer.height());
     const int height = analysis.seen.height();
+    const double bytes = (Rows::colors + 1.0) * analysis.seen.width() * std::min(step, height);
+    if (bytes > availableMemory())
+        throw Problem(
+            "The picture's blocks are larger than the available memory; choose a smaller BLOCKYSIZE.");
     Rows rows(options, analysis.seen.width(), std::min(step, height));
     for (int top = 0; top < height; top += step) {
         checkStop();
         const int count = std::min(step, height - top);
-        paintRows(rows, analysis, raster, top, count, threads);
+        for (int row = 0; row < count; ++row)
+            rows.paint(row, analysis.seen.row(top + row),
+                       analysis.voids ? analysis.voids->row(top + row) : nullptr);
         writer.write(rows, top, count);
     }
 }
 
-bool isSameFile(const std::string &one, const std::string &other)
+using DataSet = std::unique_ptr<GDALDataset>;
+
+/// Throws Problem if the driver refuses the creation options.
+void checkCreationOptions(GDALDriver &driver, const CPLStringList &creation)
 {
+    const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler); // the picture itself warns again
+    constexpr const char *trial = "/vsimem/trial.tif";
+    constexpr int side = 64;
+    DataSet picture(driver.Create(trial, side, side, Rows::colors, GDT_Byte, creation.List()));
+    if (!picture)
+        throw Problem(problemOf("The picture cannot be created"));
+    picture.reset();
+    driver.Delete(trial);
+}
+
+/// Deletes an old file at the destination; with a GeoTIFF its companions, too. GDAL, left to itself, deletes
+/// the whole data set around any file, for example all files of a shapefile.
+void removeOld(GDALDriver &driver, const Options &options)
+{
+    const fs::path &old = options.destination;
     std::error_code error;
-    return one == other || fs::equivalent(one, other, error);
+    if (!fs::is_regular_file(old, error))
+        return;
+    if (isGeoTiff(options.destination))
+        driver.Delete(options.destination.c_str());
+    else
+        fs::remove(old, error);
+    if (fs::exists(old))
+        throw Problem("The file " + old.string()
+                      + " cannot be replaced: " + (error ? error.message() : CPLGetLastErrorMsg()));
 }
 
 } // namespace
 
-void writePicture(const Analysis &analysis, const Raster &raster, const Options &options, int threads)
+void writePicture(const Analysis &analysis, const Raster &raster, const Options &options)
 {
     CPLStringList creation;
     for (const std::string &option : options.creationOptions)
@@ -258,37 +268,24 @@ void writePicture(const Analysis &analysis, const Raster &raster, const Options 
     if (driver == nullptr)
         throw Problem("GDAL has no driver for GeoTIFF.");
 
-    CreatedFiles files(options.destination);
+    CPLErrorReset();
+    checkCreationOptions(*driver, creation);
+    removeOld(*driver, options);
+    CreatedFiles files(options);
     std::signal(SIGTERM, requestStop);
     std::signal(SIGINT, requestStop);
-    CPLErrorReset();
-    std::unique_ptr<GDALDataset> picture(driver->Create(
-        options.destination.c_str(), raster.width(), raster.height(), Rows::colors, GDT_Byte, creation.List()));
+    DataSet picture(driver->Create(options.destination.c_str(), raster.width(), raster.height(), Rows::colors,
+                                   GDT_Byte, creation.List()));
     if (!picture)
         throw Problem(problemOf("The picture cannot be created"));
-    files.created();
     copyGeoreference(raster.dataset(), *picture);
-    writeCells(*picture, analysis, raster, options, threads);
+    writeCells(*picture, analysis, options);
     CPLErrorReset();
     picture.reset();
     if (CPLGetLastErrorType() >= CE_Failure)
         throw Problem(problemOf("The picture cannot be written"));
     checkStop();
     files.keep();
-}
-
-void checkDestination(const Options &options, const Raster &raster)
-{
-    std::vector<std::string> inputs = raster.files();
-    inputs.push_back(options.source);
-    inputs.push_back(options.pointFile);
-    const fs::path points(options.pointFile);
-    for (const char *extension : {".shp", ".shx", ".dbf"})
-        inputs.push_back(fs::path(points).replace_extension(extension).string());
-    for (const std::string &file : inputs) {
-        if (isSameFile(file, options.destination))
-            throw Problem("The picture would replace " + file + ", which is an input.");
-    }
 }
 
 } // namespace viewshed

@@ -7,16 +7,11 @@ namespace viewshed
 {
 
 /// Writes the analysis of the raster to options.destination: a GeoTIFF of three bands (red, green, blue) with
-/// the raster's size and georeference. Reads the raster again if the analysis does not know its voids. From the
+/// the raster's size and georeference. From the
 /// creation of the file on, the signals SIGTERM and SIGINT end the work with a Problem.
 ///
 /// Throws Problem if the file cannot be created or written. Each file that this call created is then deleted.
-/// An older file at the destination stays as it was until the driver has accepted the creation options and
-/// replaced it.
-void writePicture(const Analysis &analysis, const Raster &raster, const Options &options, int threads);
-
-/// Throws Problem if options.destination is one of the input files: the raster's files, or the point file with
-/// its companions.
-void checkDestination(const Options &options, const Raster &raster);
+/// An older file at the destination stays as it was unless the driver accepts the creation options.
+void writePicture(const Analysis &analysis, const Raster &raster, const Options &options);
 
 } // namespace viewshed

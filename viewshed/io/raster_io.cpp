@@ -8,7 +8,10 @@
 
 #include <algorithm>
 #include <fstream>
+#include <map>
 #include <mutex>
+#include <numeric>
+#include <thread>
 
 namespace viewshed
 {
@@ -22,20 +25,25 @@ bool fitsFloat(GDALDataType type)
     return type == GDT_Byte || type == GDT_Int16 || type == GDT_UInt16 || type == GDT_Float32;
 }
 
+/// The number of threads that read so many rows of blocks.
+int readers(int blocks, int threads)
+{
+    return std::max(std::min(blocks / 2, threads), 1);
+}
+
 /// Reads the cells of a window from the file's blocks. `cells` points to width × height numbers of the window
 /// and must outlive the reader.
 template <class Number> class BlockReader
 {
 public:
-    BlockReader(GDALRasterBand &band, const Window &window, Number *cells)
+    /// `last` belongs to the band's dataset handle.
+    BlockReader(GDALRasterBand &band, LastBlock &last, const Window &window, Number *cells)
         : m_band(band)
+        , m_last(last)
         , m_window(window)
         , m_cells(cells)
     {
         band.GetBlockSize(&m_blockWidth, &m_blockHeight);
-        const auto bytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(band.GetRasterDataType()));
-        m_block.resize(static_cast<std::size_t>(m_blockWidth) * static_cast<std::size_t>(m_blockHeight)
-                       * bytes);
         int known = FALSE;
         const double value = band.GetNoDataValue(&known);
         if (known != FALSE)
@@ -59,8 +67,7 @@ public:
 private:
     void readBlock(int x, int y)
     {
-        if (m_band.ReadBlock(x, y, m_block.data()) != CE_None)
-            throw Problem("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+        decode(x, y);
         const int firstColumn = std::max(x * m_blockWidth, m_window.left);
         const int endColumn = std::min(x * m_blockWidth + m_blockWidth, m_window.left + m_window.width);
         const int firstRow = std::max(y * m_blockHeight, m_window.top);
@@ -76,12 +83,27 @@ private:
             Number *to = m_cells
                 + static_cast<std::size_t>(row - m_window.top) * static_cast<std::size_t>(m_window.width)
                 + (firstColumn - m_window.left);
-            GDALCopyWords(m_block.data() + inBlock * static_cast<std::size_t>(bytes), type, bytes, to, target,
-                          static_cast<int>(sizeof(Number)), columns);
+            GDALCopyWords(m_last.cells.data() + inBlock * static_cast<std::size_t>(bytes), type, bytes, to,
+                          target, static_cast<int>(sizeof(Number)), columns);
             dropNoData(to, columns);
             if (m_masked)
                 dropMasked(to, firstColumn, row, columns);
         }
+    }
+
+    /// Fills m_last, unless it is that block already.
+    void decode(int x, int y)
+    {
+        if (m_last.x == x && m_last.y == y)
+            return;
+        const auto bytes = static_cast<std::size_t>(GDALGetDataTypeSizeBytes(m_band.GetRasterDataType()));
+        m_last.cells.resize(static_cast<std::size_t>(m_blockWidth) * static_cast<std::size_t>(m_blockHeight)
+                            * bytes);
+        m_last.x = -1;
+        if (m_band.ReadBlock(x, y, m_last.cells.data()) != CE_None)
+            throw Problem("The elevations cannot be read: " + std::string(CPLGetLastErrorMsg()));
+        m_last.x = x;
+        m_last.y = y;
     }
 
     void dropNoData(Number *cells, int count) const
@@ -107,14 +129,74 @@ private:
     }
 
     GDALRasterBand &m_band;
+    LastBlock &m_last;
     Window m_window;
     Number *m_cells;
     int m_blockWidth = 0;
     int m_blockHeight = 0;
-    std::vector<GByte> m_block;
     std::vector<GByte> m_mask;
     Number m_noData = std::numeric_limits<Number>::quiet_NaN(); ///< NaN if there is none: it equals no number
     bool m_masked = false;
+};
+
+/// Opens a handle of the file for each thread, because two threads must not use a GDAL dataset at a time. A
+/// thread opens its handle itself: GDAL lets all datasets that one thread opens share the open files behind
+/// them.
+class Handles
+{
+public:
+    /// `first` is the handle of the calling thread, and of threads that cannot open one of their own; `last` is
+    /// the block that was read last with it. Both must outlive this object.
+    Handles(const std::string &path, GDALDataset &first, LastBlock &last)
+        : m_path(path)
+        , m_first(first)
+        , m_last(last)
+    { }
+
+    /// Calls work(dataset, lastBlock) while no other thread uses the dataset.
+    template <class Work> void use(Work work)
+    {
+        if (Handle *own = ownHandle(); own != nullptr && own->dataset) {
+            work(*own->dataset, own->last);
+            return;
+        }
+        const std::lock_guard lock(m_firstGuard);
+        work(m_first, m_last);
+    }
+
+private:
+    struct Handle
+    {
+        std::unique_ptr<GDALDataset> dataset; ///< null if the file cannot be opened again
+        LastBlock last;
+    };
+
+    /// Null for the calling thread.
+    Handle *ownHandle()
+    {
+        const std::thread::id thread = std::this_thread::get_id();
+        if (thread == m_caller)
+            return nullptr;
+        {
+            const std::lock_guard lock(m_guard);
+            const auto known = m_handles.find(thread);
+            if (known != m_handles.end())
+                return &known->second;
+        }
+        Handle opened{.dataset =
+                          std::unique_ptr<GDALDataset>(GDALDataset::Open(m_path.c_str(), GDAL_OF_RASTER)),
+                      .last = {}};
+        const std::lock_guard lock(m_guard);
+        return &m_handles.emplace(thread, std::move(opened)).first->second;
+    }
+
+    const std::string &m_path;
+    GDALDataset &m_first;
+    LastBlock &m_last;
+    std::thread::id m_caller = std::this_thread::get_id();
+    std::mutex m_firstGuard;
+    std::mutex m_guard; ///< of m_handles
+    std::map<std::thread::id, Handle> m_handles;
 };
 
 } // namespace
@@ -149,12 +231,6 @@ int Raster::height() const
     return m_dataset->GetRasterYSize();
 }
 
-std::vector<std::string> Raster::files() const
-{
-    const CPLStringList list(m_dataset->GetFileList());
-    return {list.List(), list.List() + list.Count()};
-}
-
 double Raster::metresOfHeight() const
 {
     const std::string unit = CPLString(m_band->GetUnitType()).tolower();
@@ -166,56 +242,80 @@ double Raster::metresOfHeight() const
     return 1.0;
 }
 
-Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRead) const
+double Raster::blockBytes(int threads) const
 {
-    Terrain terrain(window.width, window.height, m_storage);
     int blockWidth = 0;
     int blockHeight = 0;
     m_band->GetBlockSize(&blockWidth, &blockHeight);
-    // Each part begins with a row of the file's blocks, so that no block is read twice.
+    const int handles = readers((height() + blockHeight - 1) / blockHeight, threads);
+    return static_cast<double>(GDALGetDataTypeSizeBytes(m_band->GetRasterDataType())) * blockWidth * blockHeight
+        * handles;
+}
+
+/// Calls readRows(band, lastBlock, rows) for windows that together make up `window`; each begins with a row of
+/// the file's blocks, so that no block is read twice.
+template <class ReadRows> void Raster::readParts(const Window &window, int threads, ReadRows readRows) const
+{
+    int blockWidth = 0;
+    int blockHeight = 0;
+    m_band->GetBlockSize(&blockWidth, &blockHeight);
     constexpr int parts = 16;
     const int blocks = (window.top % blockHeight + window.height + blockHeight - 1) / blockHeight;
     const int step = std::max(blocks / parts, 1) * blockHeight;
     const int first = window.top - window.top % blockHeight;
-    std::vector<std::unique_ptr<GDALDataset>> idle = handles(std::min(threads, blocks / 2));
-    std::mutex guard;
+    Handles handles(m_path, *m_dataset, m_last);
     const auto readPart = [&](int part) {
-        std::unique_ptr<GDALDataset> handle;
-        {
-            const std::lock_guard lock(guard);
-            handle = std::move(idle.back());
-            idle.pop_back();
-        }
-        GDALRasterBand &band = *(handle ? *handle : *m_dataset).GetRasterBand(m_bandNumber);
         const int top = std::max(first + part * step, window.top);
         const int bottom = std::min(first + (part + 1) * step, window.top + window.height);
-        const Window rows{.left = window.left, .top = top, .width = window.width, .height = bottom - top};
-        const std::ptrdiff_t skipped = static_cast<std::ptrdiff_t>(top - window.top) * window.width;
-        const auto reportRows = [&](int end) {
-            if (onRowsRead)
-                onRowsRead(terrain, top - window.top, end - window.top);
-        };
-        terrain.withCells([&](auto *cells) { BlockReader(band, rows, cells + skipped).read(reportRows); });
-        const std::lock_guard lock(guard);
-        idle.push_back(std::move(handle));
+        handles.use([&](GDALDataset &dataset, LastBlock &last) {
+            readRows(*dataset.GetRasterBand(m_bandNumber), last,
+                     Window{.left = window.left, .top = top, .width = window.width, .height = bottom - top});
+        });
     };
     const int count = (window.top + window.height - first + step - 1) / step;
-    runJobs(count, static_cast<int>(idle.size()), readPart, {});
+    runJobs(count, readers(blocks, threads), readPart, {});
+}
+
+Terrain Raster::read(const Window &window, int threads, const RowsRead &onRowsRead) const
+{
+    Terrain terrain(window.width, window.height, m_storage);
+    readParts(window, threads, [&](GDALRasterBand &band, LastBlock &last, const Window &rows) {
+        const std::ptrdiff_t skipped = static_cast<std::ptrdiff_t>(rows.top - window.top) * window.width;
+        const auto reportRows = [&](int end) {
+            if (onRowsRead)
+                onRowsRead(terrain, rows.top - window.top, end - window.top);
+        };
+        terrain.withCells(
+            [&](auto *cells) { BlockReader(band, last, rows, cells + skipped).read(reportRows); });
+    });
     return terrain;
 }
 
-/// Up to `count` handles of the file, and at least one: a GDAL dataset must not be used by two threads at a
-/// time. The first handle is null and stands for m_dataset. If the file cannot be opened again, there are
-/// fewer.
-std::vector<std::unique_ptr<GDALDataset>> Raster::handles(int count) const
+void Raster::addVoids(int firstRow, int threads, BitGrid &voids) const
 {
-    std::vector<std::unique_ptr<GDALDataset>> handles(1);
-    for (int handle = 1; handle < count; ++handle) {
-        std::unique_ptr<GDALDataset> opened(GDALDataset::Open(m_path.c_str(), GDAL_OF_RASTER));
-        if (opened)
-            handles.push_back(std::move(opened));
-    }
-    return handles;
+    int blockWidth = 0;
+    int blockHeight = 0;
+    m_band->GetBlockSize(&blockWidth, &blockHeight);
+    // As few cells at a time as whole blocks and whole words of bits allow. A block as wide as the raster can
+    // be read in parts, because the reader keeps it for the next part.
+    constexpr int rowsOfWideBlock = 256;
+    const int columns = std::min(std::lcm(blockWidth, BitGrid::bitsPerWord), width());
+    const int step = blockWidth >= width() ? std::min(blockHeight, rowsOfWideBlock) : blockHeight;
+    const auto addRows = [&](GDALRasterBand &band, LastBlock &last, const Window &some) {
+        Terrain terrain(some.width, some.height, m_storage);
+        terrain.withCells([&](auto *cells) { BlockReader(band, last, some, cells).read([](int) {}); });
+        for (int row = 0; row < some.height; ++row)
+            terrain.findVoids(row, voids.row(some.top + row) + some.left / BitGrid::bitsPerWord);
+    };
+    const Window window{.left = 0, .top = firstRow, .width = width(), .height = height() - firstRow};
+    readParts(window, threads, [&](GDALRasterBand &band, LastBlock &last, const Window &rows) {
+        const int bottom = rows.top + rows.height;
+        for (int top = rows.top; top < bottom; top += step - top % step) {
+            const int end = std::min(top - top % step + step, bottom);
+            for (int left = 0; left < width(); left += columns)
+                addRows(band, last, {left, top, std::min(columns, width() - left), end - top});
+        }
+    });
 }
 
 double availableMemory()
