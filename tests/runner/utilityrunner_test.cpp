@@ -169,7 +169,8 @@ void UtilityRunnerTest::scriptsEndWithTheirChildren()
 void UtilityRunnerTest::errorsStayOnStandardError()
 {
     const QTemporaryDir folder;
-    const QString script = writeScript(folder.filePath("tool"), "echo \"$CPL_LOG$CPL_LOG_ERRORS $CPL_OTHER\"\n");
+    const QString script =
+        writeScript(folder.filePath("tool"), "echo \"$CPL_LOG$CPL_LOG_ERRORS $CPL_OTHER\"\n");
     for (const char *variable : {"CPL_LOG", "CPL_LOG_ERRORS", "CPL_OTHER"})
         qputenv(variable, "set");
     Watched watched;
