@@ -90,8 +90,8 @@ QString folderOf(const QString &path)
     return QFileInfo(path).absolutePath() + QLatin1Char('/');
 }
 
-/// Moves the files `names` of a part folder, the last of which is the product, and removes the old files that
-/// have no successor.
+/// Removes the old files that have no successor, and moves the files `names` of a part folder, the last of
+/// which is the product.
 bool moveAll(const QString &part, const QString &place, const QStringList &names, const QStringList &replaced)
 {
     if (!QDir().mkpath(part + oldFiles) || !writeNames(part, names))
@@ -104,8 +104,9 @@ bool moveAll(const QString &part, const QString &place, const QStringList &names
     const auto isSuperseded = [&](const QString &name) {
         return names.contains(name) || removeFile(place + name);
     };
-    return std::all_of(names.begin(), names.end() - 1, move)
-        && std::all_of(replaced.begin(), replaced.end(), isSuperseded) && move(names.last());
+    // First the removal: where the case of letters does not count, a later one would remove a new file.
+    return std::all_of(replaced.begin(), replaced.end(), isSuperseded)
+        && std::all_of(names.begin(), names.end(), move);
 }
 
 } // namespace
@@ -149,13 +150,12 @@ QString PartFolder::place(const QStringList &replaced)
         return {};
     if (putBack(m_folder.path(), place))
         return labelText({"MESS_PLACE_IMPOSS",
-                          "Le résultat n'a pas pu être mis à sa place ; rien n'y a changé : « %1 »."})
+                          "Le résultat n'a pas pu être déplacé vers « %1 », où rien n'a changé."})
             .arg(m_output);
     m_folder.setAutoRemove(false);
-    return labelText(
-               {"MESS_PLACE_PERDUE",
-                "Le résultat n'a pas pu être mis à sa place, « %1 », et une partie de ce qui s'y trouvait "
-                "est restée dans le dossier « %2 »."})
+    return labelText({"MESS_PLACE_PERDUE",
+                      "Le résultat n'a pas pu être déplacé vers « %1 », et une partie de ce qui s'y trouvait "
+                      "est restée dans le dossier « %2 »."})
         .arg(m_output, m_folder.path() + oldFiles);
 }
 
