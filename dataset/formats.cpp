@@ -31,7 +31,10 @@ constexpr FormatTraits rows[] = {
     {.driver = "FITS", .vector = refused}, // holds no geometries
     {.driver = "GIF", .bands = FormatBands::One},
     {.driver = "GML", .sideExtensions = "xsd gfs"},
-    {.driver = "GPKG", .overviews = OverviewPlace::InProduct, .reservedAttributes = "id fid geom"},
+    {.driver = "GPKG",
+     .overviews = OverviewPlace::InProduct,
+     .isDatabase = true,
+     .reservedAttributes = "id fid geom"},
     {.driver = "GPSBabel", .vector = refused}, // needs another program
     {.driver = "GPX", .vector = refused},      // has fixed layers
     {.driver = "GS7BG", .bands = FormatBands::One},
@@ -56,7 +59,7 @@ constexpr FormatTraits rows[] = {
     {.driver = "PDF", .raster = byNameOnly, .overviews = OverviewPlace::InProduct},
     {.driver = "PGDUMP", .vector = refused}, // is a script
     {.driver = "S57", .vector = refused},    // has fixed layers
-    {.driver = "SQLite", .reservedAttributes = "id ogc_fid geometry"},
+    {.driver = "SQLite", .isDatabase = true, .reservedAttributes = "id ogc_fid geometry"},
     {.driver = "SRTMHGT", .raster = byNameOnly},
     {.driver = "VDV", .vector = refused}, // has fixed layers
     {.driver = "VRT", .raster = refused}, // refers to the input instead of holding the product

@@ -47,6 +47,9 @@ struct FormatTraits
     /// Side files bear the product's whole name ("a.tif.aux.xml") and never its base name ("a.hdr").
     bool keepsToWholeName = false;
 
+    /// A file holds any number of layers, which other programs may have written.
+    bool isDatabase = false;
+
     /// Extensions for our products, separated by blanks, the usual one first; empty: those that the driver
     /// names.
     const char *extensions = "";

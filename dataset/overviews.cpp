@@ -4,6 +4,8 @@
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
 
+#include <QFile>
+
 #include <gdal_priv.h>
 
 #include <algorithm>
@@ -32,13 +34,14 @@ QString buildOverviews(const QString &raster, const std::function<void(int)> &pr
 {
     const GdalMessages messages;
     // Opened for reading only, the raster stays as it is and the overviews go beside it.
-    const std::unique_ptr<GDALDataset> dataset(
+    std::unique_ptr<GDALDataset> dataset(
         GDALDataset::Open(encodePath(raster).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
     if (!dataset)
         return messages.lastError();
     QVector<int> factors = overviewFactors(dataset->GetRasterXSize(), dataset->GetRasterYSize());
     if (factors.isEmpty())
         return {};
+    const bool existed = QFile::exists(overviewFile(raster));
     const auto report = [](double complete, const char *, void *listener) -> int {
         (*static_cast<const std::function<void(int)> *>(listener))(static_cast<int>(complete * 100.0));
         return TRUE;
@@ -46,5 +49,10 @@ QString buildOverviews(const QString &raster, const std::function<void(int)> &pr
     const CPLErr result =
         dataset->BuildOverviews("NEAREST", static_cast<int>(factors.size()), factors.data(), 0, nullptr, report,
                                 const_cast<std::function<void(int)> *>(&progress));
-    return result == CE_None ? QString() : messages.lastError();
+    dataset.reset(); // writes the last cells, for which a full disk may have no room
+    if (result == CE_None && messages.lastError().isEmpty())
+        return {};
+    if (!existed)
+        QFile::remove(overviewFile(raster));
+    return messages.lastError();
 }

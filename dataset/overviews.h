@@ -17,5 +17,6 @@ QString overviewFile(const QString &raster);
 
 /// Builds the overviews of a raster in a file beside it, by nearest neighbour; the raster itself is not
 /// changed. `progress` is called with percentages from 0 to 100. Returns why they could not be built, in GDAL's
-/// words; empty when they are built or the raster needs none.
+/// words; empty when they are built or the raster needs none. A file of overviews that a failure left
+/// incomplete is removed, unless the file existed before.
 QString buildOverviews(const QString &raster, const std::function<void(int)> &progress);

@@ -23,6 +23,10 @@ public:
     /// Ends a running list as stop() does.
     ~QuvoScriptRunner() override;
 
+    /// Sets the folder in which the commands of the next lists are called; empty: this program's current
+    /// folder.
+    void setWorkingFolder(const QString &folder) { m_runner.setWorkingDirectory(folder); }
+
     /// What the last command wrote on its standard error, also after exit code 0.
     QString lastStandardError() const { return m_runner.lastStandardError(); }
 

@@ -3,10 +3,16 @@
 #include "messages/logging.h"
 #include "runner/commandsplit.h"
 
+#include <QCoreApplication>
+#include <QProcessEnvironment>
+
 #ifdef Q_OS_UNIX
 #include <csignal>
 #include <sys/types.h>
 #include <unistd.h>
+#endif
+#ifdef Q_OS_LINUX
+#include <sys/prctl.h>
 #endif
 
 namespace
@@ -16,24 +22,41 @@ constexpr int outputTailLength = 64 * 1024;
 constexpr qint64 chunkSize = 64LL * 1024;
 
 /// Called in the child process, before the tool takes its place: only what is safe after fork() may stand here.
-void leadOwnGroup()
+/// On Linux the tool is killed when the program dies. `program` is the program's process number.
+void leadOwnGroup([[maybe_unused]] qint64 program)
 {
 #ifdef Q_OS_UNIX
     ::setpgid(0, 0);
 #endif
+#ifdef Q_OS_LINUX
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != program) // it died before the call, which therefore never takes effect
+        ::_exit(1);
+#endif
+}
+
+/// The program's environment without the variables that send GDAL's messages to a file: the product check reads
+/// the tool's errors from its standard error.
+QProcessEnvironment toolEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("CPL_LOG"));
+    environment.remove(QStringLiteral("CPL_LOG_ERRORS"));
+    return environment;
 }
 
 } // namespace
 
 QuvoUtilityRunner::QuvoUtilityRunner(QObject *parent)
     : QProcess(parent)
+    , m_program(QCoreApplication::applicationPid())
 {
     connect(this, &QProcess::readyReadStandardOutput, this, &QuvoUtilityRunner::processStdout);
     connect(this, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             &QuvoUtilityRunner::processFinished);
     connect(this, &QProcess::errorOccurred, this, &QuvoUtilityRunner::processError);
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0) && defined(Q_OS_UNIX)
-    setChildProcessModifier(leadOwnGroup);
+    setChildProcessModifier([this] { leadOwnGroup(m_program); });
 #endif
 }
 
@@ -46,7 +69,7 @@ QuvoUtilityRunner::~QuvoUtilityRunner()
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 void QuvoUtilityRunner::setupChildProcess()
 {
-    leadOwnGroup();
+    leadOwnGroup(m_program);
 }
 #endif
 
@@ -73,6 +96,7 @@ void QuvoUtilityRunner::runCommand(const QString &command)
 
     qCDebug(lcRunner, "starting %s", qUtf8Printable(command));
     const ProcessCommand split = splitProcessCommand(command);
+    setProcessEnvironment(toolEnvironment());
     start(split.program, split.arguments, QIODevice::ReadWrite | QIODevice::Unbuffered);
 }
 

@@ -7,7 +7,8 @@
 
 /// Runs one external tool at a time as a child process, reads the progress from its standard output and reports
 /// how it ended. The object is the child process itself. On Unix the tool leads a process group of its own, so
-/// that the children of a tool that is a script end with it.
+/// that the children of a tool that is a script end with it; on Linux the tool also ends when this program is
+/// killed. The tool does not receive the variables CPL_LOG and CPL_LOG_ERRORS.
 class QuvoUtilityRunner : public QProcess
 {
     Q_OBJECT
@@ -59,6 +60,7 @@ protected:
 private:
     QString readStandardErrorText();
 
+    qint64 m_program; ///< process number of this program
     QString m_qsOutput;
     double m_dProgress = 0.0;
     QString m_qsCommand;

@@ -3,7 +3,6 @@
 #include "app/run/replacedoutput.h"
 #include "dataset/overviews.h"
 #include "runner/QuvoScriptRunner.h"
-#include "runner/outputfiles.h"
 
 ProductRun::ProductRun(QuvoScriptRunner &runner)
     : m_runner(runner)
@@ -11,6 +10,11 @@ ProductRun::ProductRun(QuvoScriptRunner &runner)
     connect(&runner, &QuvoScriptRunner::done, this, &ProductRun::onDone);
     connect(&runner, &QuvoScriptRunner::aborted, this, &ProductRun::onAborted);
     connect(&runner, &QuvoScriptRunner::error, this, &ProductRun::onError);
+}
+
+ProductRun::~ProductRun()
+{
+    abandon();
 }
 
 void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bool showProgress,
@@ -23,15 +27,18 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     m_icon = icon;
     m_buildingOverviews = false;
     m_statisticsFiles = StatisticsFiles(plan.touchedInputFiles);
-    m_outcome.problem = removeReplaced(plan.outputs.first());
-    if (!m_outcome.problem.isEmpty()) {
-        end();
-        emit failed(QString());
+    m_part = std::make_unique<PartFolder>(plan.request.output);
+    if (!m_part->isValid()) {
+        fail(labelText({"MESS_PART_IMPOSS",
+                        "Aucun dossier pour un résultat inachevé n'a pu être créé à côté de « %1 »."})
+                 .arg(plan.request.output));
         return;
     }
-    m_plan.outputs.first().before = namesakes(m_plan.outputs.first());
+    m_partPlan = planAt(plan, m_part->product());
+    m_partPlan.outputs.first().before = QStringList(); // nothing was in the part folder
     const QString title = labelText(processRow(*plan.request.process).stepTitle);
-    m_runner.run({{plan.command, title}}, {m_plan.outputs},
+    m_runner.setWorkingFolder(m_partPlan.workingFolder);
+    m_runner.run({{m_partPlan.command, title}}, {m_partPlan.outputs},
                  showProgress ? ProgressWindowWithStop : NoProgressWindow, icon);
 }
 
@@ -41,29 +48,62 @@ void ProductRun::stop()
         m_runner.processUserCancel();
 }
 
+void ProductRun::abandon()
+{
+    if (!isRunning())
+        return;
+    m_runner.stop();
+    if (m_buildingOverviews)
+        place();
+    end();
+}
+
 void ProductRun::end()
 {
+    m_runner.setWorkingFolder(QString());
+    m_part.reset();
     m_statisticsFiles.restore();
     m_lock.reset();
 }
 
+void ProductRun::fail(const QString &problem)
+{
+    m_outcome.problem = problem;
+    end();
+    emit failed(m_outcome.toolText);
+}
+
+/// Builds the overviews before the product is moved, so that both appear together.
 void ProductRun::buildOverviews()
 {
     m_buildingOverviews = true;
-    const QuvoOutputFile overviews{overviewFile(m_plan.request.output), QString(),
-                                   QuvoOutputFileKind::PlainFile};
+    const QuvoOutputFile overviews{overviewFile(m_part->product()), QString(), QuvoOutputFileKind::PlainFile};
     const QString title = labelText({"MESS_CALC_VUES", "Calcul des vues d'ensemble du résultat."});
-    m_runner.run({{m_plan.overviewCommand, title}}, {{overviews}},
+    m_runner.run({{m_partPlan.overviewCommand, title}}, {{overviews}},
                  m_showProgress ? ProgressWindowWithStop : NoProgressWindow, m_icon);
 }
 
-/// Ends the run with the product, which stays even where its overviews could not be built.
-void ProductRun::endWithoutOverviews(const QString &warning)
+QString ProductRun::place()
 {
-    if (!warning.isEmpty())
-        m_outcome.warnings += warning;
+    return m_part->place(replacedFiles(m_plan.outputs));
+}
+
+void ProductRun::placeAndEnd()
+{
+    const QString problem = place();
+    if (!problem.isEmpty()) {
+        fail(problem);
+        return;
+    }
     end();
     emit finished();
+}
+
+/// Ends the run with the product, which is whole even where its overviews could not be built.
+void ProductRun::placeWithoutOverviews(const QString &warning)
+{
+    m_outcome.warnings += m_part->withFinalPaths(warning);
+    placeAndEnd();
 }
 
 void ProductRun::onDone()
@@ -71,25 +111,20 @@ void ProductRun::onDone()
     if (!isRunning())
         return;
     if (m_buildingOverviews) {
-        endWithoutOverviews(QString());
+        placeAndEnd();
         return;
     }
-    m_outcome.toolText = m_runner.lastStandardError();
+    const QString toolText = m_runner.lastStandardError();
+    m_outcome.toolText = m_part->withFinalPaths(toolText);
     m_outcome.exitCode = 0;
-    const ProductCheck check = checkProduct(m_plan.expected, m_outcome.toolText);
-    m_outcome.problem = check.problem;
+    const ProductCheck check = checkProduct(m_partPlan.expected, toolText);
     m_outcome.featureCount = check.featureCount;
     if (!check.problem.isEmpty())
-        deleteOutputFiles({m_plan.outputs});
-    if (check.problem.isEmpty() && !m_plan.overviewCommand.isEmpty()) {
+        fail(m_part->withFinalPaths(check.problem));
+    else if (!m_plan.overviewCommand.isEmpty())
         buildOverviews();
-        return;
-    }
-    end();
-    if (check.problem.isEmpty())
-        emit finished();
     else
-        emit failed(m_outcome.toolText);
+        placeAndEnd();
 }
 
 void ProductRun::onAborted()
@@ -97,9 +132,9 @@ void ProductRun::onAborted()
     if (!isRunning())
         return;
     if (m_buildingOverviews) {
-        endWithoutOverviews(labelText({"MESS_VUES_STOP",
-                                       "Le calcul des vues d'ensemble a été arrêté ; le résultat est "
-                                       "complet sans elles."}));
+        placeWithoutOverviews(labelText({"MESS_VUES_STOP",
+                                         "Le calcul des vues d'ensemble a été arrêté ; le résultat est "
+                                         "complet sans elles."}));
         return;
     }
     end();
@@ -111,15 +146,14 @@ void ProductRun::onError(const QString &toolText)
     if (!isRunning())
         return;
     if (m_buildingOverviews) {
-        endWithoutOverviews(labelText({"MESS_VUES_ERR",
-                                       "Les vues d'ensemble n'ont pas pu être calculées ; le résultat "
-                                       "est complet sans elles."})
-                            + QLatin1Char('\n') + toolText.trimmed());
+        placeWithoutOverviews(labelText({"MESS_VUES_ERR",
+                                         "Les vues d'ensemble n'ont pas pu être calculées ; le résultat "
+                                         "est complet sans elles."})
+                              + QLatin1Char('\n') + toolText.trimmed());
         return;
     }
-    m_outcome.toolText = toolText;
+    m_outcome.toolText = m_part->withFinalPaths(toolText);
     if (m_runner.lastExitCode() != 0) // 0: the tool could not be started
         m_outcome.exitCode = m_runner.lastExitCode();
-    end();
-    emit failed(toolText);
+    fail(QString());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/run/PartFolder.h"
 #include "app/run/outputlock.h"
 #include "app/run/runplan.h"
 #include "app/run/statisticsfiles.h"
@@ -14,16 +15,17 @@ class QuvoScriptRunner;
 /// How a run ended.
 struct RunOutcome
 {
-    QString problem;  ///< what is wrong with the product, or why the old one stays, in a sentence; or empty
+    QString problem;  ///< why there is no new product, beyond what the tool wrote, in a sentence; or empty
     QString toolText; ///< what the tool wrote on its standard error
     std::optional<int> exitCode; ///< of the tool; empty when it was stopped or never started
     long long featureCount = 0;  ///< number of features of a vector product
     QStringList warnings;        ///< sentences about overviews that could not be built beside a whole product
 };
 
-/// Makes a product: runs the tool, checks the product and builds its overviews. The window and the batch
-/// program share it. While no run is on, the script runner's signals belong to another user of the runner and
-/// are ignored.
+/// Makes a product in a part folder: runs the tool, checks the product, builds its overviews and moves it to
+/// its place. The old product stays until then, also when the run is stopped or fails. The window and the batch
+/// program share this class. While no run is on, the script runner's signals belong to another user of the
+/// runner and are ignored.
 class ProductRun : public QObject
 {
     Q_OBJECT
@@ -31,6 +33,9 @@ class ProductRun : public QObject
 public:
     /// `runner` outlives this object.
     explicit ProductRun(QuvoScriptRunner &runner);
+
+    /// Ends a run as abandon() does.
+    ~ProductRun() override;
 
     /// Starts a plan that has no problem. The lock is held until the run has ended. `icon` is the path of the
     /// picture in the progress window. finished(), aborted() or failed() follows, possibly from inside this
@@ -41,32 +46,42 @@ public:
     /// no run is on.
     void stop();
 
+    /// Stops the run without a signal. A product that lacks only its overviews is moved to its place. Does
+    /// nothing while no run is on.
+    void abandon();
+
     bool isRunning() const { return m_lock != nullptr; }
+    /// The plan as it was given to start(): its paths are those of the finished product.
     const RunPlan &plan() const { return m_plan; }
     const RunOutcome &outcome() const { return m_outcome; }
 
 signals:
-    /// The product passed its check.
+    /// The product passed its check and is in its place.
     void finished();
-    /// The run was stopped and the product deleted.
+    /// The run was stopped and what it had written deleted.
     void aborted();
-    /// There is no new product: the old one could not be removed, the tool failed, or its product did not pass
-    /// the check and was deleted.
+    /// There is no new product: the tool failed, or its product did not pass the check or could not be moved to
+    /// its place.
     void failed(const QString &toolText);
 
 private:
     void end();
+    void fail(const QString &problem);
     void buildOverviews();
-    void endWithoutOverviews(const QString &warning);
+    QString place();
+    void placeAndEnd();
+    void placeWithoutOverviews(const QString &warning);
     void onDone();
     void onAborted();
     void onError(const QString &toolText);
 
     QuvoScriptRunner &m_runner;
     RunPlan m_plan;
+    RunPlan m_partPlan; ///< the same run with its product in the part folder
     RunOutcome m_outcome;
     StatisticsFiles m_statisticsFiles;
-    std::unique_ptr<OutputLock> m_lock;
+    std::unique_ptr<OutputLock> m_lock; ///< released after the part folder, which other runs would sweep
+    std::unique_ptr<PartFolder> m_part;
     bool m_showProgress = false;
     QString m_icon;
     bool m_buildingOverviews = false; ///< the product has passed its check

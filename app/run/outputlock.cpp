@@ -1,9 +1,8 @@
 #include "app/run/outputlock.h"
 
-#include "dataset/pathencoding.h"
+#include "app/run/PartFolder.h"
 #include "messages/label.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
 
@@ -23,14 +22,14 @@ QString canonicalOutput(const QString &output)
 
 OutputLock::OutputLock(const QString &output)
 {
-    const QByteArray key =
-        QCryptographicHash::hash(encodePath(canonicalOutput(output)), QCryptographicHash::Sha1);
-    const QString name = QStringLiteral("quvodem-%1.lock").arg(QString::fromLatin1(key.toHex()));
-    m_lock = std::make_unique<QLockFile>(QDir(QDir::tempPath()).filePath(name));
+    const QString canonical = canonicalOutput(output);
+    const QString file = hiddenBeside(canonical, QStringLiteral(".lock"));
+    m_lock = std::make_unique<QLockFile>(file);
     m_lock->setStaleLockTime(0); // a lock never becomes stale by its age, only by the end of its process
-    if (m_lock->tryLock())
+    if (m_lock->tryLock()) {
+        sweepPartFolders(canonical, QFileInfo(file).ownerId());
         return;
-    const QString file = QDir(QDir::tempPath()).filePath(name);
+    }
     if (m_lock->error() == QLockFile::LockFailedError)
         m_problem =
             labelText({"MESS_SORTIE_OCCUPEE", "Un autre traitement écrit déjà dans « %1 » (verrou : %2)."})

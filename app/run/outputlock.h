@@ -5,13 +5,13 @@
 
 #include <memory>
 
-/// Prevents two runs, of the window or the batch program, from writing the same output. The lock is a file in
-/// the temporary directory, named after the output's canonical path. It ends with this object or with its
-/// process.
+/// Prevents two runs, of the window or the batch program, from writing the same output. The lock is a hidden
+/// file beside the output, ".<output's name>.lock". It ends with this object or with its process.
 class OutputLock
 {
 public:
-    /// Tries to lock an output, without waiting. Its folder exists; the output itself need not.
+    /// Tries to lock an output, without waiting, and removes what dead runs left beside it. Its folder exists;
+    /// the output itself need not.
     explicit OutputLock(const QString &output);
 
     /// Why the output could not be locked, in a sentence; empty when the lock is held.

@@ -55,12 +55,34 @@ QString nameProblem(const QString &name, const QStringList &extensions)
     return {};
 }
 
+/// The problem of an absolute path's characters.
+QString pathProblem(const QString &path)
+{
+    // Qt puts this character in the place of bytes that it cannot read, so the path leads elsewhere.
+    if (path.contains(QChar::ReplacementCharacter))
+        return labelText({"MESS_SORTIE_UTF8", "Le nom du fichier de sortie n'est pas en UTF-8 : « %1 »."})
+            .arg(path);
+#ifndef Q_OS_WIN
+    // OGR takes it for the end of a folder's name, and would write into that folder.
+    if (QFileInfo(path).fileName().contains(QLatin1Char('\\')))
+        return labelText({"MESS_SORTIE_BARRE_INV",
+                          "Le nom du fichier de sortie contient une barre oblique inverse : « %1 »."})
+            .arg(path);
+#endif
+    return {};
+}
+
 /// The problem of the folder and the file that the name leads to.
 QString placeProblem(const QFileInfo &file, const QStringList &inputFiles)
 {
+    const QString characters = pathProblem(file.absoluteFilePath());
+    if (!characters.isEmpty())
+        return characters;
     if (file.isDir())
         return labelText({"MESS_SORTIE_DOSSIER", "« %1 » est un dossier ; indiquez un fichier."})
             .arg(file.absoluteFilePath());
+    if (isSpecialFile(file.absoluteFilePath()))
+        return specialFileProblem(file.absoluteFilePath());
     const QFileInfo folder(file.absolutePath());
     if (!folder.isDir())
         return labelText({"MESS_SORTIE_SANS_DOS", "Le dossier « %1 » n'existe pas."}).arg(folder.filePath());
@@ -91,6 +113,19 @@ QString linkTarget(QString path)
 bool isOneOf(const QString &path, const QStringList &files)
 {
     return std::any_of(files.begin(), files.end(), [&](const QString &file) { return isSameFile(path, file); });
+}
+
+bool isSpecialFile(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.exists() && !file.isFile();
+}
+
+QString specialFileProblem(const QString &path)
+{
+    return labelText(
+               {"MESS_SORTIE_SPECIALE", "« %1 » n'est pas un fichier ordinaire et ne peut pas être remplacé."})
+        .arg(path);
 }
 
 QString partOfInputProblem(const QString &path)

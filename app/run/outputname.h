@@ -17,12 +17,19 @@ QString withExtension(const QString &name, const QStringList &extensions);
 
 /// Checks an output name before a run. A relative name is one of the current directory.
 ///
-/// These cannot be used: an empty name, a name with control characters, a folder, a name in a folder that is
-/// missing or not writable, a file that is not writable, an extension that the format does not have, and a file
-/// of the input, which the tool would overwrite and a stop would delete. `inputFiles` are the files of the
-/// input data set (RasterInfo::files), recognised through hard and symbolic links, too. `extensions` are those
-/// of the format, without dots; where the list is empty, any extension is allowed.
+/// These cannot be used: an empty name, a name with control characters or bytes that are no UTF-8, a file name
+/// with a backslash (except on Windows), a folder, a device or a pipe, a name in a folder that is missing or
+/// not writable, a file that is not writable, an extension that the format does not have, and a file of the
+/// input, which the product would replace. A link stands for the file that it leads to. `inputFiles` are the
+/// files of the input data set (RasterInfo::files), recognised through hard and symbolic links, too.
+/// `extensions` are those of the format, without dots; where the list is empty, any extension is allowed.
 OutputName checkOutputName(const QString &name, const QStringList &extensions, const QStringList &inputFiles);
+
+/// Whether the path leads to something other than a regular file: a folder, a device, a pipe or a socket.
+bool isSpecialFile(const QString &path);
+
+/// A sentence: the path does not lead to a regular file.
+QString specialFileProblem(const QString &path);
 
 /// Whether the path leads to one of the files, through hard and symbolic links, too.
 bool isOneOf(const QString &path, const QStringList &files);

@@ -1,72 +1,103 @@
 #include "app/run/replacedoutput.h"
 
 #include "app/run/outputname.h"
+#include "dataset/formats.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
-#include "messages/QuvoLanguageManager.h"
+#include "messages/label.h"
+#include "runner/outputfiles.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <gdal_priv.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace
 {
 
-using VectorDataSet = std::unique_ptr<GDALDataset>;
+using DataSet = std::unique_ptr<GDALDataset>;
 
-/// The product, opened by the driver of its format; null when that driver cannot open it.
-VectorDataSet openedByItsDriver(const QuvoOutputFile &product)
+/// What stands in the product's place, opened by the driver of its format; null when that driver cannot open
+/// it.
+DataSet openedByItsDriver(const QuvoOutputFile &product, unsigned kinds)
 {
-    if (product.kind != QuvoOutputFileKind::Vector || !QFileInfo(product.path).isFile())
+    if (!QFileInfo(product.path).isFile())
         return nullptr;
     const GdalMessages messages; // a broken product is expected here, so GDAL's messages are dropped
     const QByteArray driver = product.driver.toUtf8();
     const char *const drivers[] = {driver.constData(), nullptr};
-    return VectorDataSet(
-        GDALDataset::Open(encodePath(product.path).constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers));
+    return DataSet(GDALDataset::Open(encodePath(product.path).constData(), kinds | GDAL_OF_READONLY, drivers));
 }
 
-/// Whether all files of the data set have the product's name and folder.
-bool keepsToItsName(GDALDataset &dataset, const QFileInfo &product)
+/// Absolute paths of the files that the driver counts to the product in its place.
+QStringList filesOfItsDriver(const QuvoOutputFile &product)
 {
-    char **list = dataset.GetFileList();
-    bool own = true;
-    for (char **name = list; name && *name; ++name) {
-        const QFileInfo file(decodePath(*name));
-        own = own && file.absolutePath() == product.absolutePath()
-            && (file.completeBaseName() == product.completeBaseName()
-                || file.fileName().startsWith(product.fileName()));
-    }
+    const DataSet dataset = openedByItsDriver(product, GDAL_OF_RASTER | GDAL_OF_VECTOR);
+    QStringList files;
+    char **list = dataset ? dataset->GetFileList() : nullptr;
+    for (char **name = list; name && *name; ++name)
+        files += QFileInfo(decodePath(*name)).absoluteFilePath();
     CSLDestroy(list);
-    return own;
+    return files;
+}
+
+/// Number of rasters that a database holds.
+int rasterCount(GDALDataset &dataset)
+{
+    const int entries = CSLCount(dataset.GetMetadata("SUBDATASETS")); // a name and a description each
+    return entries > 0 ? entries / 2 : (dataset.GetRasterCount() > 0 ? 1 : 0);
 }
 
 } // namespace
 
-QString removeReplaced(const QuvoOutputFile &product)
+QStringList replacedFiles(const QuvoOutputFilesList &outputs)
 {
+    const QuvoOutputFile &product = outputs.first();
     const QFileInfo file(product.path);
-    VectorDataSet dataset = openedByItsDriver(product);
-    if (dataset && keepsToItsName(*dataset, file)) {
-        GDALDriver *driver = dataset->GetDriver();
-        dataset.reset();
-        const GdalMessages messages; // dropped: a failure shows in the file that still exists
-        driver->Delete(encodePath(product.path).constData());
-    } else {
-        dataset.reset();
-        QFile::remove(product.path);
-        for (const QString &other : wholeNameFiles(product.path))
-            QFile::remove(other);
+    QStringList files = wholeNameFiles(product.path);
+    for (const QuvoOutputFile &output : outputs)
+        files += output.path;
+    for (const char *journal : {"-journal", "-wal", "-shm"})
+        files += product.path + QLatin1String(journal);
+    const QStringList ofItsDriver = filesOfItsDriver(product);
+    for (const QString &other : namesakes(product)) {
+        const bool isOfItsFormat = product.kind == QuvoOutputFileKind::Vector
+            && product.sideExtensions.contains(
+                other.mid(file.path().size() + file.completeBaseName().size() + 2), Qt::CaseInsensitive);
+        if (isOfItsFormat || ofItsDriver.contains(other))
+            files += other;
     }
-    return QFile::exists(product.path) ? dico_label("MESS_ERR_ECR_FICH", product.path.toLocal8Bit().constData())
-                                       : QString();
+    files.removeDuplicates();
+    files.erase(std::remove_if(files.begin(), files.end(),
+                               [](const QString &path) { return !QFileInfo(path).isFile(); }),
+                files.end());
+    return files;
+}
+
+QString otherContentProblem(const QuvoOutputFile &product, const QString &layer)
+{
+    const DataSet dataset = formatTraits(product.driver).isDatabase
+        ? openedByItsDriver(product, GDAL_OF_RASTER | GDAL_OF_VECTOR)
+        : nullptr;
+    if (!dataset)
+        return {};
+    const bool isVector = product.kind == QuvoOutputFileKind::Vector;
+    int others = rasterCount(*dataset) + dataset->GetLayerCount();
+    const bool holdsOurs =
+        isVector ? dataset->GetLayerByName(layer.toUtf8().constData()) != nullptr : rasterCount(*dataset) > 0;
+    others -= holdsOurs ? 1 : 0;
+    if (others == 0)
+        return {};
+    return labelText({"MESS_SORTIE_AUTRES",
+                      "« %1 » contient d'autres couches, qui seraient perdues ; choisissez un autre fichier."})
+        .arg(product.path);
 }
 
 int layersReplaced(const QuvoOutputFile &product)
 {
-    const VectorDataSet dataset = openedByItsDriver(product);
+    const DataSet dataset =
+        product.kind == QuvoOutputFileKind::Vector ? openedByItsDriver(product, GDAL_OF_VECTOR) : nullptr;
     return dataset ? dataset->GetLayerCount() : 0;
 }

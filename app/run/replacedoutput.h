@@ -3,13 +3,19 @@
 #include "runner/processing.h"
 
 #include <QString>
+#include <QStringList>
 
-/// Removes the product that a run replaces together with its side files, so that none of them is mistaken for a
-/// part of the new product. Does nothing where no such product exists. A vector product is deleted by its
-/// driver if the driver can open it and all its files have the product's name; otherwise the driver might
-/// delete files that the product only refers to. Returns why the product still exists, in a sentence; empty
-/// otherwise.
-QString removeReplaced(const QuvoOutputFile &product);
+/// The existing files that a finished product replaces, so that none of them is mistaken for a part of it: its
+/// outputs (the product is the first), the files that GDAL keeps under its whole name, and the side files of
+/// the product that stands there, which are those that its driver lists or, for a vector product, those of its
+/// format. Each has the product's folder and its name or base name; other files that the old product refers to
+/// are not among them.
+QStringList replacedFiles(const QuvoOutputFilesList &outputs);
+
+/// Why the product must not replace the database that stands in its place, in a sentence: the database holds
+/// layers or rasters other than the product's. Empty where it holds none, and for formats that are no
+/// databases. `layer`: the name of a vector product's layer.
+QString otherContentProblem(const QuvoOutputFile &product, const QString &layer);
 
 /// Number of layers of a vector product that a run would replace; 0 for any other file and where none exists.
 int layersReplaced(const QuvoOutputFile &product);

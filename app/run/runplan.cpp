@@ -1,10 +1,12 @@
 #include "app/run/runplan.h"
 
 #include "app/run/outputname.h"
+#include "app/run/replacedoutput.h"
 #include "app/run/statisticsfiles.h"
 #include "dataset/formatfilters.h"
 #include "dataset/formats.h"
 #include "dataset/overviews.h"
+#include "dataset/pathencoding.h"
 #include "dataset/rasterinfo.h"
 #include "runner/outputfiles.h"
 #include "runner/quoting.h"
@@ -55,41 +57,61 @@ QString colorTableProblem(const ProcessingRequest &request)
     return labelText({"MESS_TC_ABSENTE", "La table couleur « %1 » n'existe pas."}).arg(file);
 }
 
-/// The problem of files that the run writes or removes beside the product.
+/// Whether one of the files has the base name and the folder of `path`.
+bool hasNamesake(const QString &path, const QStringList &files)
+{
+    const QFileInfo one(path);
+    return std::any_of(files.begin(), files.end(), [&](const QString &other) {
+        const QFileInfo file(other);
+        return file.completeBaseName() == one.completeBaseName()
+            && QFileInfo(file.absolutePath()) == QFileInfo(one.absolutePath());
+    });
+}
+
+/// The problem of files that the run writes or removes beside the product. `inputFiles`: all that the run
+/// reads, among them the DEM's own `demFiles`.
 QString neighbourProblem(const ProcessingRequest &request, const QuvoOutputFilesList &outputs,
-                         const QStringList &inputFiles)
+                         const QStringList &inputFiles, const QStringList &demFiles)
 {
     for (const QuvoOutputFile &output : outputs) {
         if (isOneOf(output.path, inputFiles))
             return partOfInputProblem(output.path);
+        if (isSpecialFile(output.path))
+            return specialFileProblem(output.path);
     }
     // Such a file would be read as part of the product, or removed with the product that the run replaces.
     for (const QString &file : wholeNameFiles(request.output)) {
         if (isOneOf(file, inputFiles))
             return partOfInputProblem(file);
     }
-    const QFileInfo product(request.output);
-    const auto isNeighbour = [&](const QString &inputFile) {
-        const QFileInfo file(inputFile);
-        return file.completeBaseName() == product.completeBaseName()
-            && QFileInfo(file.absolutePath()) == QFileInfo(product.absolutePath());
-    };
-    if (outputs.first().ownsBaseName && std::any_of(inputFiles.begin(), inputFiles.end(), isNeighbour))
+    const bool writesWorldFile = request.outputOptions.tiled && request.outputOptions.worldFile;
+    if ((outputs.first().ownsBaseName && hasNamesake(request.output, inputFiles))
+        || (writesWorldFile && hasNamesake(request.output, demFiles)))
         return labelText(
                    {"MESS_SORTIE_MEME_BASE",
                     "Le format « %1 » écrit des fichiers annexes qui remplaceraient ceux du MNT d'entrée ; "
                     "choisissez un autre nom que « %2 »."})
-            .arg(outputFormat(request), product.fileName());
+            .arg(outputFormat(request), QFileInfo(request.output).fileName());
     return {};
 }
 
-/// The command line that builds overviews of the product; empty where none are wanted or possible.
-QString overviewCommand(const ProcessingRequest &request, const ToolPaths &tools, const RasterInfo &input)
+/// Whether overviews are wanted and possible.
+bool buildsOverviews(const ProcessingRequest &request, const RasterInfo &input)
 {
-    if (!request.outputOptions.overviews || productKind(request) != ProductKind::Raster
-        || !takesOverviews(outputFormat(request)) || overviewFactors(input.width, input.height).isEmpty())
-        return {};
-    return processCommand(tools.batch, QStringLiteral("--build-overviews ") + quotedArgument(request.output));
+    return request.outputOptions.overviews && productKind(request) == ProductKind::Raster
+        && takesOverviews(outputFormat(request)) && !overviewFactors(input.width, input.height).isEmpty();
+}
+
+QString overviewCommand(const QString &raster, const ToolPaths &tools)
+{
+    return processCommand(tools.batch, QStringLiteral("--build-overviews ") + quotedArgument(raster));
+}
+
+/// The name of a file in the current folder, as tools take it for nothing else.
+QString plainName(const QString &name)
+{
+    const bool isOrdinary = !name.startsWith(QLatin1Char('-')) && !name.contains(QLatin1Char(':'));
+    return isOrdinary ? name : QStringLiteral("./") + name;
 }
 
 RunPlan refused(RunPlan plan, ProblemKind kind, const QString &problem)
@@ -115,10 +137,26 @@ QString existingOutput(const RunPlan &plan)
     return product.ownsBaseName ? namesakes(product).value(0) : QString();
 }
 
+RunPlan planAt(RunPlan plan, const QString &path)
+{
+    // A name inside of a container may hold a path that is relative to the current folder.
+    const bool isMovable = QFileInfo(plan.request.input).isAbsolute() && !isVirtualPath(plan.request.input);
+    plan.workingFolder = isMovable ? QFileInfo(path).path() : QString();
+    plan.request.output = isMovable ? plainName(QFileInfo(path).fileName()) : path;
+    plan.command = runCommand(plan.request, plan.tools);
+    plan.request.output = path;
+    if (!plan.overviewCommand.isEmpty())
+        plan.overviewCommand = overviewCommand(path, plan.tools);
+    plan.outputs = declaredOutputs(plan.request);
+    plan.expected.path = path;
+    return plan;
+}
+
 RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs)
 {
     RunPlan plan;
     plan.request = request;
+    plan.tools = tools;
     const ProcessRow &process = processRow(*request.process);
 
     QString problem = toolProblem(tools, process.tool);
@@ -145,13 +183,16 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
         return refused(plan, ProblemKind::Output, output.problem);
     plan.request.output = output.path;
     plan.outputs = declaredOutputs(plan.request);
-    problem = neighbourProblem(plan.request, plan.outputs, inputFiles);
+    problem = neighbourProblem(plan.request, plan.outputs, inputFiles, input.files);
+    if (problem.isEmpty())
+        problem = otherContentProblem(plan.outputs.first(), outputLayer(request.outputOptions));
     if (!problem.isEmpty())
         return refused(plan, ProblemKind::Output, problem);
 
     plan.touchedInputFiles = filesWithStatistics(request.toolInput.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
-    plan.overviewCommand = overviewCommand(plan.request, tools, input);
+    if (buildsOverviews(plan.request, input))
+        plan.overviewCommand = overviewCommand(output.path, tools);
     plan.expected = {process.product, output.path, input.width, input.height,
                      outputLayer(request.outputOptions)};
     plan.warnings = freeSpaceWarnings(output.path, expectedProductSize(process, input.width, input.height));

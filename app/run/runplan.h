@@ -21,9 +21,11 @@ enum class ProblemKind
 struct RunPlan
 {
     ProcessingRequest request;     ///< the output is the path that the run writes: absolute, links resolved
+    ToolPaths tools;               ///< the programs of the command lines
     QString command;               ///< the tool's whole command line
+    QString workingFolder;         ///< folder that the tool is called in; empty: the current one
     QString overviewCommand;       ///< command line that builds the product's overviews; empty: none are built
-    QuvoOutputFilesList outputs;   ///< files that a stop or a failure deletes; the product is the first
+    QuvoOutputFilesList outputs;   ///< files that the run creates; the product is the first
     ExpectedProduct expected;      ///< properties that the finished product is checked for
     QStringList touchedInputFiles; ///< files of the DEM in or beside which the tool leaves statistics
     QStringList warnings;          ///< sentences that do not prevent the run
@@ -35,6 +37,10 @@ struct RunPlan
 /// `otherInputs` are files besides the DEM that the output must not replace. Whether an existing output may be
 /// replaced is the caller's decision, which calls existingOutput() once it holds the output's lock.
 RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs = {});
+
+/// The same run with its product at another path. Its tool is called in the folder of that path and receives
+/// the name of the file alone, which some formats store in it.
+RunPlan planAt(RunPlan plan, const QString &path);
 
 /// Path of the first existing file that the run would replace: one of its outputs or, where the format writes
 /// side files, a file with the output's base name. Empty when the run replaces nothing.

@@ -445,8 +445,7 @@ void quvoGdalUtilities::closeAtOnce()
 
 void quvoGdalUtilities::abandonRun()
 {
-    if (m_run.isRunning())
-        m_scriptRunner.stop();
+    m_run.abandon();
 }
 
 void quvoGdalUtilities::stopRunSilently()

@@ -1,6 +1,14 @@
 #include "dataset/overviews.h"
 
+#include "dataset/gdalmessages.h"
+#include "tests/support/rasters.h"
+
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
 
 class OverviewsTest : public QObject
 {
@@ -8,6 +16,7 @@ class OverviewsTest : public QObject
 
 private slots:
     void factors();
+    void aFullDiskLeavesNothing();
 };
 
 void OverviewsTest::factors()
@@ -18,5 +27,28 @@ void OverviewsTest::factors()
     QCOMPARE(overviewFactors(2048, 3000), (QVector<int>{2, 4, 8, 16}));
 }
 
-QTEST_APPLESS_MAIN(OverviewsTest)
+void OverviewsTest::aFullDiskLeavesNothing()
+{
+    setUpGdal();
+    const QTemporaryDir folder;
+    const QString raster = folder.filePath("a.tif");
+    QVERIFY(writeHill(raster, 600));
+    QCOMPARE(buildOverviews(raster, [](int) {}), QString());
+    const qint64 whole = QFileInfo(overviewFile(raster)).size();
+    // A limit of the file size stands for a full disk: just below the whole size, at half of it, and at once.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    for (const qint64 room : {whole - 1, whole / 2, qint64{16}}) {
+        QVERIFY(QFile::remove(overviewFile(raster)));
+        const rlimit limit{static_cast<rlim_t>(room), before.rlim_max};
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        const QString problem = buildOverviews(raster, [](int) {});
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &before), 0);
+        QVERIFY2(!problem.isEmpty() && !QFile::exists(overviewFile(raster)), qPrintable(problem));
+        QCOMPARE(buildOverviews(raster, [](int) {}), QString());
+    }
+}
+
+QTEST_GUILESS_MAIN(OverviewsTest)
 #include "overviews_test.moc"

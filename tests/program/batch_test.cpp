@@ -1,4 +1,3 @@
-#include "app/run/outputlock.h"
 #include "dataset/gdalmessages.h"
 #include "tests/support/files.h"
 #include "tests/support/programs.h"
@@ -9,6 +8,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -51,7 +51,8 @@ private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
     QStringList files() const
     {
-        return QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+        return QDir(m_folder->path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
     QStringList hillshade(const QString &output, const QStringList &more = {}) const
     {
@@ -210,7 +211,7 @@ void BatchTest::severalDemsStop()
     QVERIFY(writeHill(path("large.tif"), 6000));
     QProcess process;
     process.start(program(), {path("recette.json"), path("large.tif"), path("dem.tif")});
-    QTRY_VERIFY(QFile::exists(path("large_hillshade.tif")));
+    QTRY_VERIFY(!partOf(path("large_hillshade.tif")).isEmpty());
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     QVERIFY(process.waitForFinished(10000));
     QVERIFY(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 1);
@@ -358,6 +359,9 @@ void BatchTest::neighboursAreKept()
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.asc"), "--of", "AAIGrid"}).code, 2);
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.tif")}).code, 0);
     QVERIFY(bytesOf(path("terrain.tfw")).startsWith("10"));
+    // Not even where the DEM does not need its world file.
+    const QStringList twin = hillshade("dem.tiff", {"--overwrite", "--tiled", "--world-file"});
+    QCOMPARE(batch(twin).code, 2);
 
     // The DEM is kept even where its name is that of a side file of the product.
     QVERIFY(QFile::copy(path("terrain.tiff"), path("terrain.tif.ovr")));
@@ -399,7 +403,7 @@ void BatchTest::ignoredSignalsStayIgnored()
     QVERIFY(writeHill(path("dem.tif"), 2000));
     QProcess process;
     process.start("nohup", QStringList{program()} + hillshade("product.tif"));
-    QTRY_VERIFY(QFile::exists(path("product.tif")));
+    QTRY_VERIFY(!partOf(path("product.tif")).isEmpty());
     ::kill(static_cast<pid_t>(process.processId()), SIGHUP);
     QVERIFY(process.waitForFinished(30000));
     QCOMPARE(process.exitCode(), 0);
@@ -407,12 +411,33 @@ void BatchTest::ignoredSignalsStayIgnored()
 
 void BatchTest::secondRunOnTheSameOutput()
 {
-    const OutputLock firstRun(path("product.tif"));
-    QCOMPARE(firstRun.problem(), QString());
-    const Ended second = batch(hillshade("product.tif", {"--overwrite"}));
+    // A program whose tool writes half a product and waits.
+    QVERIFY(QFile::copy(program(), path("QuvoDemBatch")));
+    writeScript(path("gdal_dem.exe"), "echo half > \"$3\"; echo $$ > \"$3.pid\"; exec sleep 60\n");
+    const QString old = writeFile(path("product.tif"), "precious");
+    const QStringList before = files();
+    const QStringList arguments = hillshade("product.tif", {"--overwrite"});
+    QProcess first;
+    first.start(path("QuvoDemBatch"), arguments);
+    QTRY_VERIFY(bytesOf(partOf(old) + ".pid").endsWith('\n'));
+    const auto tool = static_cast<pid_t>(bytesOf(partOf(old) + ".pid").trimmed().toInt());
+
+    QProcessEnvironment otherFolder = QProcessEnvironment::systemEnvironment();
+    otherFolder.insert("TMPDIR", "/var/tmp");
+    const Ended second = runProgram(program(), arguments, otherFolder);
     QCOMPARE(second.code, 1);
     QVERIFY2(second.error.contains("product.tif"), qPrintable(second.error));
-    QCOMPARE(files(), QStringList{"dem.tif"});
+
+    // A killed program takes its tool with it. What it leaves neither hides the old product nor keeps the next
+    // run from making and clearing it.
+    QCOMPARE(::kill(tool, 0), 0);
+    first.kill();
+    QVERIFY(first.waitForFinished());
+    QTRY_VERIFY(::kill(tool, 0) != 0);
+    QCOMPARE(bytesOf(old), QByteArray("precious"));
+    QCOMPARE(runProgram(program(), arguments, otherFolder).code, 0);
+    QVERIFY(bytesOf(old).startsWith("II*"));
+    QCOMPARE(files(), before);
 }
 
 void BatchTest::missingTool()
@@ -455,23 +480,42 @@ void BatchTest::stopsLeaveNothing()
     const QByteArray wholeProduct = bytesOf(path("product.tif"));
     QVERIFY(QFile::remove(path("product.tif")));
 
+    // The old product stays until the new one is whole. Only a killed program leaves something, which is
+    // hidden.
+    const auto visible = [this] { return files().filter(QRegularExpression("^[^.]")); };
     QRandomGenerator random(11);
-    for (int round = 0; round < 20; ++round) {
+    for (int round = 0; round < 24; ++round) {
+        const bool kill = round >= 16;
+        QDir(m_folder->path()).remove("product.tif");
+        if (round % 2) {
+            writeFile(path("product.tif"), "precious");
+            writeFile(path("product.tif.aux.xml"), "<PAMDataset/>");
+        }
+        const QStringList before = visible();
+        const QByteArray old = bytesOf(path("product.tif"));
         QProcess process;
         process.start(program(),
-                      hillshade("product.tif", round % 5 == 4 ? QStringList{"--of", "COG"} : QStringList{}));
+                      hillshade("product.tif",
+                                QStringList{"--overwrite"}
+                                    + (round % 5 == 4 ? QStringList{"--of", "COG"} : QStringList{})));
         QVERIFY(process.waitForStarted());
         // A run that ends before the signal leaves a whole product.
         if (!process.waitForFinished(random.bounded(wholeRun / 10, wholeRun))) {
-            ::kill(static_cast<pid_t>(process.processId()), round % 2 ? SIGTERM : SIGINT);
+            ::kill(static_cast<pid_t>(process.processId()), kill ? SIGKILL : round % 4 < 2 ? SIGTERM : SIGINT);
             QVERIFY(process.waitForFinished(10000));
         }
         const bool done = process.exitCode() == 0 && process.exitStatus() == QProcess::NormalExit;
         // The signal may also arrive between the end of the run and that of the program.
-        if (done || bytesOf(path("product.tif")) == wholeProduct)
-            QVERIFY(QFile::remove(path("product.tif")));
-        QVERIFY2(files() == QStringList{"dem.tif"}, qPrintable(files().join(' ')));
+        if (done || bytesOf(path("product.tif")) == wholeProduct) {
+            QCOMPARE(visible(), (QStringList{"dem.tif", "product.tif"}));
+        } else {
+            QCOMPARE(bytesOf(path("product.tif")), old);
+            QCOMPARE(kill ? visible() : files(), before);
+            QDir(m_folder->path()).remove("product.tif.aux.xml");
+        }
     }
+    QCOMPARE(batch(hillshade("product.tif", {"--overwrite"})).code, 0);
+    QCOMPARE(files(), (QStringList{"dem.tif", "product.tif"}));
 }
 
 QTEST_GUILESS_MAIN(BatchTest)

@@ -26,6 +26,7 @@ private slots:
     void nextCommandFromACrashReport();
     void floodIsBounded();
     void scriptsEndWithTheirChildren();
+    void errorsStayOnStandardError();
 };
 
 namespace
@@ -163,6 +164,19 @@ void UtilityRunnerTest::scriptsEndWithTheirChildren()
     QCOMPARE(::kill(child, 0), 0);
     watched.runner.close();
     QTRY_VERIFY(::kill(child, 0) != 0 && errno == ESRCH);
+}
+
+void UtilityRunnerTest::errorsStayOnStandardError()
+{
+    const QTemporaryDir folder;
+    const QString script =
+        writeScript(folder.filePath("tool"), "echo \"$CPL_LOG$CPL_LOG_ERRORS $CPL_OTHER\"\n");
+    for (const char *variable : {"CPL_LOG", "CPL_LOG_ERRORS", "CPL_OTHER"})
+        qputenv(variable, "set");
+    Watched watched;
+    watched.runner.runCommand(QLatin1Char('"') + script + QLatin1Char('"'));
+    QTRY_COMPARE(watched.ended.count(), 1);
+    QCOMPARE(watched.runner.outputTail(), QStringLiteral(" set\n"));
 }
 
 QTEST_GUILESS_MAIN(UtilityRunnerTest)

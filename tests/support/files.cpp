@@ -1,6 +1,8 @@
 #include "tests/support/files.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 QByteArray bytesOf(const QString &path)
 {
@@ -23,4 +25,17 @@ QString writeScript(const QString &path, const QByteArray &commands)
     if (!QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
         qFatal("%s cannot be made executable", qUtf8Printable(path));
     return path;
+}
+
+QString partOf(const QString &output)
+{
+    const QFileInfo file(output);
+    const QDir folder(file.absolutePath());
+    for (const QString &name : folder.entryList(QDir::Dirs | QDir::Hidden)) {
+        const QString part = folder.filePath(name + QStringLiteral("/new/") + file.fileName());
+        if (name.startsWith(QLatin1Char('.') + file.fileName() + QStringLiteral(".part-"))
+            && QFile::exists(part))
+            return part;
+    }
+    return {};
 }

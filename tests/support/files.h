@@ -13,3 +13,6 @@ QString writeFile(const QString &path, const QByteArray &bytes);
 
 /// Writes an executable shell script, without its first line "#!/bin/sh", and returns its path.
 QString writeScript(const QString &path, const QByteArray &commands);
+
+/// Path of the unfinished product of a run onto `output`; empty while there is none.
+QString partOf(const QString &output);

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <filesystem>
+#include <sys/stat.h>
 
 class OutputNameTest : public QObject
 {
@@ -53,6 +54,10 @@ void OutputNameTest::names_data()
     row("a folder that ends like a file", "sub.tif", "");
     row("a folder's name with the extension added", "subby", "");
     row("line feed", "a\nb.tif", "");
+    row("backslash", "sub\\b.tif", "");
+    row("not UTF-8", "a\uFFFD.tif", "");
+    row("pipe", "pipe.tif", "");
+    row("link to a device", "null.tif", "");
 }
 
 void OutputNameTest::names()
@@ -61,6 +66,8 @@ void OutputNameTest::names()
     QFETCH(QString, usable);
     for (const char *folder : {"sub", "sub.tif", "subby.tif"})
         QVERIFY(QDir(m_folder->path()).mkdir(folder));
+    QCOMPARE(::mkfifo(QFile::encodeName(m_folder->filePath("pipe.tif")).constData(), 0600), 0);
+    QVERIFY(QFile::link("/dev/null", m_folder->filePath("null.tif")));
     const QString given = name.isEmpty() ? name : m_folder->filePath(name);
     const OutputName output = checkOutputName(given, {"tif", "tiff"}, {});
     QCOMPARE(output.problem.isEmpty(), !usable.isEmpty());
