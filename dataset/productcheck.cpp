@@ -70,7 +70,7 @@ QString layerProblem(OGRLayer &layer, long long count, qint64 size, const GdalMe
 /// Some drivers report no error on a full disk.
 QString diskProblem(const QString &path)
 {
-    constexpr qint64 least = 16 * 1024; // bytes: what is left of a disk that a product has just filled
+    constexpr qint64 least = 16LL * 1024; // bytes: what is left of a disk that a product has just filled
     const QStorageInfo disk(QFileInfo(path).absolutePath());
     if (!disk.isValid() || !disk.isReady() || disk.bytesAvailable() >= least)
         return {};

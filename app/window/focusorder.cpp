@@ -13,6 +13,7 @@ void orderFocus(const QWidget &window, const QList<QWidget *> &areas)
     }
     QWidget *last = nullptr;
     for (const QWidget *area : areas) {
+        Q_ASSERT(area);
         for (QWidget *control : qAsConst(controls)) {
             if (control != area && !area->isAncestorOf(control))
                 continue;
