@@ -72,7 +72,9 @@ QString diskProblem(const QString &path)
 {
     constexpr qint64 least = 16LL * 1024; // bytes: what is left of a disk that a product has just filled
     const QStorageInfo disk(QFileInfo(path).absolutePath());
-    if (!disk.isValid() || !disk.isReady() || disk.bytesAvailable() >= least)
+    const bool isKnown =
+        disk.isValid() && disk.isReady() && disk.bytesTotal() > 0; // some network disks tell none
+    if (!isKnown || disk.bytesAvailable() >= least)
         return {};
     return labelText(
                {"MESS_PROD_DISQUE", "Le disque de « %1 » est plein ; le résultat est sans doute incomplet."})

@@ -36,8 +36,8 @@ QString elevationText(const QLocale &locale, double elevation)
     return locale.toString(elevation, 'f', whole ? 0 : 2);
 }
 
-/// Why a file cannot be used as a colour table: the reason, or the file where none is known. Empty where it
-/// can.
+/// Returns why the reading of a file gave no usable colour table, or the path of the file if the reading holds
+/// no reason. Returns an empty text for a usable table.
 QString tableProblem(const QString &file, const ColorTableReading &reading)
 {
     if (reading.problem.isEmpty() && !elevationEntries(reading.entries).isEmpty())

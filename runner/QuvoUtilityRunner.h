@@ -6,9 +6,9 @@
 #include <QString>
 
 /// Runs one external tool at a time as a child process, reads the progress from its standard output and reports
-/// how it ended. The object is the child process itself. On Unix the tool leads a process group of its own, so
-/// that the children of a tool that is a script end with it; on Linux the tool also ends when this program is
-/// killed. The tool does not receive the variables CPL_LOG and CPL_LOG_ERRORS.
+/// how it ended. The object is the child process itself. On Unix the tool leads a process group of its own:
+/// if the tool is a script, the programs that it started end with it. On Linux the tool also ends when this
+/// program is killed. The tool does not receive the variables CPL_LOG and CPL_LOG_ERRORS.
 class QuvoUtilityRunner : public QProcess
 {
     Q_OBJECT

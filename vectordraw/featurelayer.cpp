@@ -14,7 +14,7 @@ namespace vectordraw
 namespace
 {
 
-// What costs as much as so many vertices.
+// The drawing time of each of these, as the number of vertices that take as long.
 constexpr long long workOfFeature = 20;
 constexpr long long workOfSymbol = 100;
 constexpr long long workOfLabel = 2000;

@@ -32,8 +32,9 @@ public:
     /// Why nothing can be drawn, in GDAL's words; empty when it can.
     const std::string &error() const { return m_reader.error(); }
 
-    /// Draws the next features, at least one, until they had so many vertices together; false when there are no
-    /// more. Features, symbols and labels count for as many vertices as could be drawn in their time.
+    /// Draws at least one feature, and further features until their vertices add up to `vertices`. Returns
+    /// false when no feature is left. A feature, a symbol and a label count as the number of vertices that
+    /// could be drawn in the same time.
     bool drawNext(long long vertices);
 
     /// Features that reach into the picture, or near it.

@@ -22,8 +22,8 @@ public:
     /// Why nothing can be painted, in GDAL's words for the layer's faults; empty when it can.
     const std::string &error() const { return m_error.empty() ? m_reader.error() : m_error; }
 
-    /// Adds the areas of the next features, at least one, until they had so many vertices together; false when
-    /// there are no more.
+    /// Adds the areas of at least one feature, and of further features until their vertices add up to
+    /// `vertices`. Returns false when no feature is left.
     bool addNext(long long vertices);
 
     /// Of the cell in that column and row, from the upper left corner; 0 outside of the raster.

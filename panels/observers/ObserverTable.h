@@ -40,7 +40,7 @@ public:
     /// supplies what a line leaves out.
     void paste(const ObserverPoint &defaults);
 
-    /// Removes the selected points, or the current one where none is selected.
+    /// Removes the selected points. If no row is selected, removes the current point.
     void removeSelected();
 
     /// Removes all points after a question.

@@ -24,7 +24,7 @@ std::optional<double> roundInterval(const Extremes &extremes);
 /// finite number.
 std::optional<QVector<double>> readLevels(const QString &text);
 
-/// Whether each level is higher than the one before it. The tool loses lines of levels that are not.
+/// Whether each level is higher than the level before it. From levels in another order the tool loses lines.
 bool levelsAscend(const QVector<double> &levels);
 
 /// The words of a text of levels in ascending order, each level once; the text as it is when one of them is not

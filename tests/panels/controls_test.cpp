@@ -233,8 +233,9 @@ void useCombo(QComboBox &combo, const QString &step)
     }
 }
 
-/// Uses a control of the panel as a user does. `step` is its name, which may be followed by "=" and the text
-/// that is typed, the link that is clicked or the colour that is chosen.
+/// Uses a control of the panel as a user does. `step` is the control's name. For a text field, "=" and
+/// the typed text follow; for a label, "=" and the clicked link; for a colour button, "=" and the chosen
+/// colour.
 void use(const QWidget &panel, const QString &step)
 {
     const QString name = step.section('=', 0, 0);
