@@ -108,7 +108,7 @@ std::optional<ToolInput> colorReliefOptionsWidget::launchInput()
 
 std::optional<ToolInput> colorReliefOptionsWidget::toolInput()
 {
-    const QString file = colorFile(false);
+    const QString file = currentToolFile(false);
     if (file.isEmpty())
         return std::nullopt;
     return ToolInput{.fragment = getCommandArguments(),
@@ -118,7 +118,7 @@ std::optional<ToolInput> colorReliefOptionsWidget::toolInput()
 
 std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &copy)
 {
-    const auto input = toolInput();
+    const auto input = refreshCurrentTable().isEmpty() ? toolInput() : std::nullopt;
     if (input && m_dem.extremes.known)
         noteExtremes(copy, m_dem.band, m_dem.extremes.minimum, m_dem.extremes.maximum);
     return input;
@@ -422,8 +422,11 @@ void colorReliefOptionsWidget::endExactStatistics(const Extremes &extremes)
 
 QString colorReliefOptionsWidget::colorFile(bool forceAbsolute)
 {
-    if (!refreshCurrentTable().isEmpty())
-        return {};
+    return refreshCurrentTable().isEmpty() ? currentToolFile(forceAbsolute) : QString();
+}
+
+QString colorReliefOptionsWidget::currentToolFile(bool forceAbsolute)
+{
     const ColorRampComboBox::Table table = m_form->m_pCBColorTable->currentTable();
     return forceAbsolute || !m_spread ? table.toolFile : spreadFile(table.entries);
 }

@@ -100,6 +100,8 @@ private:
     void clearGivenRange();
     void useTable(const QString &file, const ColorTableReading &reading);
     QString refreshCurrentTable();
+    /// What colorFile() returns, and the tool's input with that file, for the table as it was read last.
+    QString currentToolFile(bool forceAbsolute);
     std::optional<ToolInput> toolInput();
     QString spreadFile(const QList<QuvoColorDef> &entries);
     /// Returns false after a message box with the reason.
