@@ -11,6 +11,24 @@
 #include <algorithm>
 #include <memory>
 
+namespace
+{
+
+struct Listener
+{
+    const OverviewProgress &progress;
+    bool isStopped = false;
+
+    static int report(double complete, const char *, void *listener)
+    {
+        auto &self = *static_cast<Listener *>(listener);
+        self.isStopped = !self.progress(static_cast<int>(complete * 100.0));
+        return self.isStopped ? FALSE : TRUE;
+    }
+};
+
+} // namespace
+
 QVector<int> overviewFactors(int width, int height)
 {
     constexpr int smallEnough = 256;
@@ -30,29 +48,27 @@ QString overviewFile(const QString &raster)
     return raster + QStringLiteral(".ovr");
 }
 
-QString buildOverviews(const QString &raster, const std::function<void(int)> &progress)
+OverviewResult buildOverviews(const QString &raster, const OverviewProgress &progress)
 {
     const GdalMessages messages;
     // Opened for reading only, the raster stays as it is and the overviews go beside it.
     std::unique_ptr<GDALDataset> dataset(
         GDALDataset::Open(encodePath(raster).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
     if (!dataset)
-        return messages.lastError();
+        return {OverviewResult::Failed, messages.lastError()};
     QVector<int> factors = overviewFactors(dataset->GetRasterXSize(), dataset->GetRasterYSize());
     if (factors.isEmpty())
-        return {};
+        return {OverviewResult::NotNeeded, {}};
     const bool existed = QFile::exists(overviewFile(raster));
-    const auto report = [](double complete, const char *, void *listener) -> int {
-        (*static_cast<const std::function<void(int)> *>(listener))(static_cast<int>(complete * 100.0));
-        return TRUE;
-    };
-    const CPLErr result =
-        dataset->BuildOverviews("NEAREST", static_cast<int>(factors.size()), factors.data(), 0, nullptr, report,
-                                const_cast<std::function<void(int)> *>(&progress));
+    Listener listener{progress};
+    const CPLErr result = dataset->BuildOverviews("NEAREST", static_cast<int>(factors.size()), factors.data(),
+                                                  0, nullptr, Listener::report, &listener);
     dataset.reset(); // writes the last cells, for which a full disk may have no room
     if (result == CE_None && messages.lastError().isEmpty())
-        return {};
+        return {OverviewResult::Built, {}};
     if (!existed)
         QFile::remove(overviewFile(raster));
-    return messages.lastError();
+    if (listener.isStopped)
+        return {OverviewResult::Stopped, {}};
+    return {OverviewResult::Failed, messages.lastError()};
 }

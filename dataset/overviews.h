@@ -15,8 +15,24 @@ bool takesOverviews(const QString &format);
 /// Path of the file that holds a raster's overviews.
 QString overviewFile(const QString &raster);
 
+/// Receives percentages from 0 to 100; returns whether to go on.
+using OverviewProgress = std::function<bool(int)>;
+
+/// How the building of overviews ended.
+struct OverviewResult
+{
+    enum State
+    {
+        Built,
+        NotNeeded, ///< the raster is small
+        Failed,
+        Stopped ///< by the listener of the progress
+    };
+    State state = Failed;
+    QString problem; ///< why it failed, in GDAL's words; empty otherwise
+};
+
 /// Builds the overviews of a raster in a file beside it, by nearest neighbour; the raster itself is not
-/// changed. `progress` is called with percentages from 0 to 100. Returns why they could not be built, in GDAL's
-/// words; empty when they are built or the raster needs none. A file of overviews that a failure left
-/// incomplete is removed, unless the file existed before.
-QString buildOverviews(const QString &raster, const std::function<void(int)> &progress);
+/// changed. A file of overviews that a failure or a stop left incomplete is removed, unless the file existed
+/// before.
+OverviewResult buildOverviews(const QString &raster, const OverviewProgress &progress);

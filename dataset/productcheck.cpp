@@ -9,6 +9,7 @@
 #include <QStorageInfo>
 #include <QStringList>
 
+#include <cpl_minixml.h>
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
 
@@ -40,6 +41,22 @@ QString rasterProblem(GDALDataset &dataset, const ExpectedProduct &expected, con
                               messages.lastError());
     }
     return {};
+}
+
+/// The problem of the file beside a product in which GDAL keeps what the format itself has no place for, such
+/// as the position of a PNG. GDAL reports no error when the disk has no room for it.
+QString sideFileProblem(const QString &product)
+{
+    const QString file = product + QStringLiteral(".aux.xml");
+    if (!QFileInfo::exists(file))
+        return {};
+    const GdalMessages messages;
+    const std::unique_ptr<CPLXMLNode, decltype(&CPLDestroyXMLNode)> content(
+        CPLParseXMLFile(encodePath(file).constData()), CPLDestroyXMLNode);
+    if (content)
+        return {};
+    return labelText({"MESS_AUX_ILLISIBLE", "Le résultat est incomplet : « %1 » ne peut pas être lu."})
+        .arg(file);
 }
 
 /// The layer of that name, or the only layer: formats that hold one layer name it after the file.
@@ -114,6 +131,8 @@ ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standa
             withReason({"MESS_PROD_ILLISIBLE", "Le résultat ne peut pas être ouvert."}, messages.lastError());
     } else if (expected.kind == ProductKind::Raster) {
         check.problem = rasterProblem(*dataset, expected, messages);
+        if (check.problem.isEmpty())
+            check.problem = sideFileProblem(expected.path);
     } else if (OGRLayer *layer = productLayer(*dataset, expected.layer)) {
         check.featureCount = layer->GetFeatureCount();
         check.problem = layerProblem(*layer, check.featureCount, QFileInfo(expected.path).size(), messages);

@@ -6,9 +6,11 @@
 #include "messages/label.h"
 
 #include <QFileInfo>
+#include <QLocale>
 
 #include <gdal_priv.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -67,11 +69,36 @@ QString unreadableProblem(const QString &path, const QString &gdalText)
         + QLatin1Char('\n') + gdalText;
 }
 
+/// The problem of a raster whose cells stand plainly in a file that ends before the last of them. GDAL's
+/// drivers of such formats read the missing cells as zeros.
+QString truncationProblem(GDALDataset &dataset)
+{
+    GDALDataset::RawBinaryLayout layout;
+    if (!dataset.GetRawBinaryLayout(layout))
+        return {};
+    GIntBig end = static_cast<GIntBig>(layout.nImageOffset) + GDALGetDataTypeSizeBytes(layout.eDataType);
+    const auto goTo = [&end](GIntBig last, GIntBig step) { end += std::max<GIntBig>(0, last * step); };
+    goTo(dataset.GetRasterXSize() - 1, layout.nPixelOffset);
+    goTo(dataset.GetRasterYSize() - 1, layout.nLineOffset);
+    goTo(dataset.GetRasterCount() - 1, layout.nBandOffset);
+    VSIStatBufL status;
+    if (VSIStatL(layout.osRawFilename.c_str(), &status) != 0 || static_cast<GIntBig>(status.st_size) >= end)
+        return {};
+    const QLocale locale;
+    return labelText({"MESS_RASTER_TRONQUE",
+                      "Ce fichier est incomplet : il lui faudrait %1 octets, et il n'en contient que %2."})
+        .arg(locale.toString(static_cast<qlonglong>(end)),
+             locale.toString(static_cast<qlonglong>(status.st_size)));
+}
+
 } // namespace
 
 RasterInfo readRasterInfo(const QString &path)
 {
     RasterInfo info;
+    info.problem = endlessSourceProblem(path);
+    if (!info.problem.isEmpty())
+        return info;
     const GdalMessages messages;
     const std::unique_ptr<GDALDataset> dataset(
         GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
@@ -92,5 +119,7 @@ RasterInfo readRasterInfo(const QString &path)
     }
     if (info.bandCount == 0)
         info.problem = labelText({"MESS_RASTER_SANS_BANDE", "Ce fichier ne contient aucune bande raster."});
+    else
+        info.problem = truncationProblem(*dataset);
     return info;
 }

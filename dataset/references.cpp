@@ -1,6 +1,7 @@
 #include "dataset/references.h"
 
 #include "dataset/pathencoding.h"
+#include "messages/label.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,11 +19,14 @@ class Search
 {
 public:
     QStringList files;
+    QString endless; ///< the first pipe, device or socket that was met; empty: none
 
     /// Adds the files that the name leads to. Relative names count from `folder`, and from the current
     /// directory.
     void addName(const QString &name, const QString &folder, int depth)
     {
+        if (name.contains(QLatin1String("/vsistdin")))
+            noteEndless(name);
         if (name.trimmed().startsWith(QLatin1Char('<'))) {
             addText(name, folder, depth);
             return;
@@ -66,13 +70,16 @@ private:
     {
         constexpr int deepest = 8;
         constexpr qint64 largestText = 16LL * 1024 * 1024;
-        if (!QFileInfo(path).isFile() || files.contains(path))
+        const QFileInfo info(path);
+        if (info.exists() && !info.isFile() && !info.isDir())
+            noteEndless(path);
+        if (!info.isFile() || files.contains(path))
             return;
         files += path;
         QFile file(path);
         if (depth < deepest && file.size() <= largestText && file.open(QIODevice::ReadOnly)
             && file.peek(64).trimmed().startsWith('<'))
-            addText(QString::fromUtf8(file.readAll()), QFileInfo(path).absolutePath(), depth + 1);
+            addText(QString::fromUtf8(file.readAll()), info.absolutePath(), depth + 1);
     }
 
     /// Adds what the contents and attributes of an XML text name.
@@ -92,6 +99,12 @@ private:
         }
     }
 
+    void noteEndless(const QString &name)
+    {
+        if (endless.isEmpty())
+            endless = name;
+    }
+
     QSet<QString> m_seen; ///< folder and name
 };
 
@@ -104,6 +117,23 @@ QStringList referencedFiles(const QString &name)
     return search.files;
 }
 
+QString endlessSource(const QString &name)
+{
+    Search search;
+    search.addName(name, QDir::currentPath(), 0);
+    return search.endless;
+}
+
+QString endlessSourceProblem(const QString &name)
+{
+    const QString endless = endlessSource(name);
+    if (endless.isEmpty())
+        return {};
+    return labelText({"MESS_ENTREE_SPECIALE",
+                      "« %1 » est un tube, un périphérique ou l'entrée standard, et non un fichier."})
+        .arg(endless);
+}
+
 QString localFile(QString path)
 {
     static const QRegularExpression prefix(QStringLiteral("^/vsi[a-z0-9_]+/"));
@@ -114,7 +144,7 @@ QString localFile(QString path)
         path = path.mid(path.indexOf(QLatin1Char(',')) + 1); // "/vsisubfile/0_1000,dem.tif"
         path.remove(QLatin1Char('{')).remove(QLatin1Char('}'));
     }
-    while (isVirtual && !path.isEmpty() && !QFileInfo(path).isFile())
+    while (isVirtual && !path.isEmpty() && (QFileInfo(path).isDir() || !QFileInfo::exists(path)))
         path.truncate(qMax(0, static_cast<int>(path.lastIndexOf(QLatin1Char('/')))));
     return path;
 }

@@ -13,5 +13,13 @@
 /// being replaced, not to open them.
 QStringList referencedFiles(const QString &name);
 
+/// The first pipe, device or socket that the name leads to in the same way, or a name of GDAL's for the
+/// standard input; empty where there is none. Reading one might never end, and the tool would not find what
+/// this program has already read from it.
+QString endlessSource(const QString &name);
+
+/// A sentence where the name leads to such a source; empty otherwise.
+QString endlessSourceProblem(const QString &name);
+
 /// The local file that holds a virtual path ("a.zip" for "/vsizip/a.zip/b.tif"); any other path unchanged.
 QString localFile(QString path);

@@ -30,6 +30,9 @@ public:
     /// What the last command wrote on its standard error, also after exit code 0.
     QString lastStandardError() const { return m_runner.lastStandardError(); }
 
+    /// Why the last command could not be started, in the system's words; empty when it was started.
+    QString startProblem() const { return m_runner.startProblem(); }
+
     /// Exit code of the last command that ended.
     int lastExitCode() const { return m_runner.exitCode(); }
 

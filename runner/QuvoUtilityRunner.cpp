@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QProcessEnvironment>
 
+#include <utility>
+
 #ifdef Q_OS_UNIX
 #include <csignal>
 #include <sys/types.h>
@@ -52,6 +54,7 @@ QuvoUtilityRunner::QuvoUtilityRunner(QObject *parent)
     , m_program(QCoreApplication::applicationPid())
 {
     connect(this, &QProcess::readyReadStandardOutput, this, &QuvoUtilityRunner::processStdout);
+    connect(this, &QProcess::readyReadStandardError, this, &QuvoUtilityRunner::processStderr);
     connect(this, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             &QuvoUtilityRunner::processFinished);
     connect(this, &QProcess::errorOccurred, this, &QuvoUtilityRunner::processError);
@@ -90,7 +93,8 @@ void QuvoUtilityRunner::runCommand(const QString &command)
     m_qsOutput.clear();
     m_progress = {};
     m_dProgress = 0.0;
-    m_lastStandardError.clear();
+    m_allText = {};
+    m_nextText = {};
     m_errorHeldBack = false;
     m_heldBackText.clear();
 
@@ -126,6 +130,16 @@ void QuvoUtilityRunner::processStdout()
     }
 }
 
+/// Reads at once what has arrived, so that it does not pile up in the process object.
+void QuvoUtilityRunner::processStderr()
+{
+    if (!isOpen())
+        return; // the program could not be started, or close() was called
+    const QByteArray bytes = readAllStandardError();
+    m_allText.feed(bytes);
+    m_nextText.feed(bytes);
+}
+
 void QuvoUtilityRunner::processFinished(int exitCode, QProcess::ExitStatus)
 {
     if (m_errorHeldBack) {
@@ -137,9 +151,9 @@ void QuvoUtilityRunner::processFinished(int exitCode, QProcess::ExitStatus)
             return; // a slot has started the next command, and the end of this one must not be reported for it
     }
     if (exitCode != 0) {
-        emit error(readStandardErrorText());
+        emit error(takeStandardErrorText());
     } else {
-        readStandardErrorText();
+        processStderr();
         emit normalTermination();
     }
 }
@@ -147,7 +161,7 @@ void QuvoUtilityRunner::processFinished(int exitCode, QProcess::ExitStatus)
 void QuvoUtilityRunner::processError(QProcess::ProcessError kind)
 {
     qCDebug(lcRunner, "process error %d, state %d", static_cast<int>(kind), static_cast<int>(state()));
-    const QString text = readStandardErrorText();
+    const QString text = takeStandardErrorText();
     if (kind != QProcess::Crashed && state() == QProcess::NotRunning) {
         emit error(text);
         return;
@@ -160,12 +174,16 @@ void QuvoUtilityRunner::processError(QProcess::ProcessError kind)
     m_heldBackText = text;
 }
 
-/// Reads what arrived on standard error since the last call.
-QString QuvoUtilityRunner::readStandardErrorText()
+/// Returns what arrived on standard error since the last call, shortened where it is long.
+QString QuvoUtilityRunner::takeStandardErrorText()
 {
-    if (!isOpen())
-        return {}; // the program could not be started, or close() was called
-    const QString text = QString::fromLocal8Bit(readAllStandardError());
-    m_lastStandardError += text;
-    return text;
+    processStderr();
+    return QString::fromLocal8Bit(std::exchange(m_nextText, {}).text());
+}
+
+QString QuvoUtilityRunner::startProblem() const
+{
+    // The text of a failed start is "<system call>: <reason>".
+    return QProcess::error() == QProcess::FailedToStart ? errorString().section(QStringLiteral(": "), -1)
+                                                        : QString();
 }

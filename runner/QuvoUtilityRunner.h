@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runner/progress.h"
+#include "runner/tooltext.h"
 
 #include <QProcess>
 #include <QString>
@@ -30,9 +31,12 @@ public:
     /// The last 64 KiB at most of what the tool wrote on its standard output since the last start (Latin-1).
     QString outputTail() const { return m_qsOutput; }
 
-    /// What the tool wrote on its standard error (local 8-bit encoding). Complete once the tool has ended,
-    /// whatever its exit code.
-    QString lastStandardError() const { return m_lastStandardError; }
+    /// What the tool wrote on its standard error (local 8-bit encoding), shortened where it is long
+    /// (runner/tooltext.h). Complete once the tool has ended, whatever its exit code.
+    QString lastStandardError() const { return QString::fromLocal8Bit(m_allText.text()); }
+
+    /// Why the last command could not be started, in the system's words; empty when it was started.
+    QString startProblem() const;
 
     /// Percentage that `output`, all that the tool has written so far, stands for, with this tool's number of
     /// passes (runner/progress.h).
@@ -49,6 +53,7 @@ signals:
 
 public slots:
     void processStdout();
+    void processStderr();
     void processFinished(int exitCode, QProcess::ExitStatus status);
     void processError(QProcess::ProcessError kind);
 
@@ -58,7 +63,7 @@ protected:
 #endif
 
 private:
-    QString readStandardErrorText();
+    QString takeStandardErrorText();
 
     qint64 m_program; ///< process number of this program
     QString m_qsOutput;
@@ -66,8 +71,9 @@ private:
     QString m_qsCommand;
     int m_iNbSteps = 1;
     ProgressReader m_progress;
-    QString m_lastStandardError;
-    int m_run = 0; ///< number of commands started
+    ToolText m_allText;  ///< since the start
+    ToolText m_nextText; ///< since the last error()
+    int m_run = 0;       ///< number of commands started
     /// Qt reported a crash before it reported the end: error() waits for finished().
     bool m_errorHeldBack = false;
     QString m_heldBackText;

@@ -2,6 +2,11 @@
 
 #include "app/startup/console.h"
 
+QString stoppedText()
+{
+    return labelText({"MESS_TRAIT_ANNULE", "Le traitement a été annulé."});
+}
+
 BatchRun::BatchRun(const StopSignals &stopSignals, bool oneOfSeveral)
     : m_scriptRunner(nullptr)
     , m_run(m_scriptRunner)
@@ -49,7 +54,7 @@ void BatchRun::onFinished()
 void BatchRun::onAborted()
 {
     abandonProgress();
-    end(BatchExit::Failed, labelText({"MESS_TRAIT_ANNULE", "Le traitement a été annulé."}));
+    end(BatchExit::Failed, stoppedText());
 }
 
 void BatchRun::onFailed()

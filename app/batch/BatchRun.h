@@ -38,3 +38,6 @@ private:
     TerminalProgress m_progress;
     bool m_oneOfSeveral;
 };
+
+/// A sentence: the run was stopped.
+QString stoppedText();

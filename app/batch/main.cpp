@@ -2,13 +2,13 @@
 #include "app/batch/arguments.h"
 #include "app/batch/request.h"
 #include "app/batch/terminalprogress.h"
+#include "app/run/overviewrun.h"
 #include "app/run/runplan.h"
 #include "app/startup/StopSignals.h"
 #include "app/startup/console.h"
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
 #include "dataset/gdalmessages.h"
-#include "dataset/overviews.h"
 #include "dataset/pathencoding.h"
 #include "messages/QuvoLanguageManager.h"
 
@@ -129,12 +129,18 @@ int runOrPrint(const BatchArguments &arguments)
 /// Builds overviews and prints the progress as GDAL's tools do, since the window's runner reads it.
 int buildOverviewsOf(const QString &raster)
 {
+    const StopSignals stopSignals;
     TerminalProgress progress;
     printOutput(progress.advance(0));
-    const QString problem = buildOverviews(dataSetName(raster, QDir::currentPath()),
-                                           [&](int percent) { printOutput(progress.advance(percent)); });
-    printOutput(problem.isEmpty() ? progress.finish() : progress.abandon());
-    return problem.isEmpty() ? static_cast<int>(BatchExit::Done) : refuse(problem, BatchExit::Failed);
+    const OverviewResult result = runOverviews(dataSetName(raster, QDir::currentPath()), [&](int percent) {
+        printOutput(progress.advance(percent));
+        return !StopSignals::stopWasRequested();
+    });
+    const bool isDone = result.state == OverviewResult::Built || result.state == OverviewResult::NotNeeded;
+    printOutput(isDone ? progress.finish() : progress.abandon());
+    if (isDone)
+        return static_cast<int>(BatchExit::Done);
+    return refuse(result.state == OverviewResult::Stopped ? stoppedText() : result.problem, BatchExit::Failed);
 }
 
 } // namespace

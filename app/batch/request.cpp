@@ -7,6 +7,7 @@
 #include "dataset/formatfilters.h"
 #include "dataset/formats.h"
 #include "dataset/pathencoding.h"
+#include "dataset/references.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -103,6 +104,9 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
         return batch;
     const Recipe &recipe = reading.recipe;
     const QString dem = dataSetName(recipe.input, QDir::currentPath());
+    batch.problem = endlessSourceProblem(dem); // before the DEM is opened
+    if (!batch.problem.isEmpty())
+        return batch;
     const RecipeInput prepared = prepareInput(recipe.options, dem, recipe.band, workFolder);
     batch.request = {.process = processOf(recipe.options),
                      .mode = recipe.process,

@@ -169,6 +169,19 @@ QString hiddenBeside(const QString &output, const QString &suffix)
     return folderOf(output) + QLatin1Char('.') + name + suffix;
 }
 
+bool isInPartFolder(const QString &path)
+{
+    static const QRegularExpression partFolder(QStringLiteral("/\\.[^/]+\\.part-[A-Za-z0-9]{6}/new/[^/]+\\z"));
+    return partFolder.match(QFileInfo(path).absoluteFilePath()).hasMatch();
+}
+
+QString partFolderProblem(const QString &output)
+{
+    return labelText({"MESS_PART_IMPOSS",
+                      "Aucun dossier pour un résultat inachevé n'a pu être créé à côté de « %1 »."})
+        .arg(output);
+}
+
 void sweepPartFolders(const QString &output, uint owner)
 {
     static const QRegularExpression sixLetters(QStringLiteral("^[A-Za-z0-9]{6}\\z"));

@@ -38,6 +38,12 @@ private:
 /// the name where that is long.
 QString hiddenBeside(const QString &output, const QString &suffix);
 
+/// Whether the path is that of a product in a part folder.
+bool isInPartFolder(const QString &path);
+
+/// A sentence: no part folder could be created beside the output.
+QString partFolderProblem(const QString &output);
+
 /// Removes the part folders of dead runs onto this output, after it has put back the old files where such a run
 /// died while it moved its product. Only folders that `owner` owns are touched. Called by the holder of the
 /// output's lock, before it creates a part folder.

@@ -3,6 +3,8 @@
 #include "app/run/replacedoutput.h"
 #include "dataset/overviews.h"
 #include "runner/QuvoScriptRunner.h"
+#include "runner/commandsplit.h"
+#include "runner/tooltext.h"
 
 ProductRun::ProductRun(QuvoScriptRunner &runner)
     : m_runner(runner)
@@ -29,9 +31,7 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     m_statisticsFiles = StatisticsFiles(plan.touchedInputFiles);
     m_part = std::make_unique<PartFolder>(plan.request.output);
     if (!m_part->isValid()) {
-        fail(labelText({"MESS_PART_IMPOSS",
-                        "Aucun dossier pour un résultat inachevé n'a pu être créé à côté de « %1 »."})
-                 .arg(plan.request.output));
+        fail(partFolderProblem(plan.request.output));
         return;
     }
     m_partPlan = planAt(plan, m_part->product());
@@ -85,7 +85,9 @@ void ProductRun::buildOverviews()
 
 QString ProductRun::place()
 {
-    return m_part->place(replacedFiles(m_plan.outputs));
+    // Another product of that base name may have come while the tool ran.
+    const QString problem = sharedFileProblem(m_plan.outputs.first());
+    return problem.isEmpty() ? m_part->place(replacedFiles(m_plan.outputs)) : problem;
 }
 
 void ProductRun::placeAndEnd()
@@ -115,7 +117,7 @@ void ProductRun::onDone()
         return;
     }
     const QString toolText = m_runner.lastStandardError();
-    m_outcome.toolText = m_part->withFinalPaths(toolText);
+    m_outcome.toolText = m_part->withFinalPaths(toldOnce(toolText));
     m_outcome.exitCode = 0;
     const ProductCheck check = checkProduct(m_partPlan.expected, toolText);
     m_outcome.featureCount = check.featureCount;
@@ -152,8 +154,14 @@ void ProductRun::onError(const QString &toolText)
                               + QLatin1Char('\n') + toolText.trimmed());
         return;
     }
-    m_outcome.toolText = m_part->withFinalPaths(toolText);
-    if (m_runner.lastExitCode() != 0) // 0: the tool could not be started
-        m_outcome.exitCode = m_runner.lastExitCode();
-    fail(QString());
+    m_outcome.toolText = m_part->withFinalPaths(toldOnce(toolText));
+    const QString startProblem = m_runner.startProblem();
+    if (startProblem.isEmpty()) {
+        if (m_runner.lastExitCode() != 0)
+            m_outcome.exitCode = m_runner.lastExitCode();
+        fail(QString());
+        return;
+    }
+    const QString tool = splitProcessCommand(m_plan.command).program;
+    fail(labelText({"MESS_OUTIL_NON_LANCE", "« %1 » n'a pas pu être lancé : %2"}).arg(tool, startProblem));
 }

@@ -7,6 +7,7 @@
 #include "messages/label.h"
 #include "runner/outputfiles.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <gdal_priv.h>
@@ -31,16 +32,22 @@ DataSet openedByItsDriver(const QuvoOutputFile &product, unsigned kinds)
     return DataSet(GDALDataset::Open(encodePath(product.path).constData(), kinds | GDAL_OF_READONLY, drivers));
 }
 
-/// Absolute paths of the files that the driver counts to the product in its place.
-QStringList filesOfItsDriver(const QuvoOutputFile &product)
+/// Absolute paths of the files of a data set.
+QStringList filesOf(GDALDataset &dataset)
 {
-    const DataSet dataset = openedByItsDriver(product, GDAL_OF_RASTER | GDAL_OF_VECTOR);
     QStringList files;
-    char **list = dataset ? dataset->GetFileList() : nullptr;
+    char **list = dataset.GetFileList();
     for (char **name = list; name && *name; ++name)
         files += QFileInfo(decodePath(*name)).absoluteFilePath();
     CSLDestroy(list);
     return files;
+}
+
+/// Absolute paths of the files that the driver counts to the product in its place.
+QStringList filesOfItsDriver(const QuvoOutputFile &product)
+{
+    const DataSet dataset = openedByItsDriver(product, GDAL_OF_RASTER | GDAL_OF_VECTOR);
+    return dataset ? filesOf(*dataset) : QStringList();
 }
 
 /// Number of rasters that a database holds.
@@ -100,4 +107,26 @@ int layersReplaced(const QuvoOutputFile &product)
     const DataSet dataset =
         product.kind == QuvoOutputFileKind::Vector ? openedByItsDriver(product, GDAL_OF_VECTOR) : nullptr;
     return dataset ? dataset->GetLayerCount() : 0;
+}
+
+QString sharedFileProblem(const QuvoOutputFile &product)
+{
+    const GdalMessages messages; // most of the files are no data sets, so GDAL's messages are dropped
+    const QFileInfo file(product.path);
+    const QStringList ours = namesakes(product);
+    for (const QFileInfo &other : QDir(file.absolutePath()).entryInfoList(QDir::Files | QDir::Hidden)) {
+        const QString path = other.absoluteFilePath();
+        if (ours.isEmpty() || other.completeBaseName() != file.completeBaseName()
+            || path == file.absoluteFilePath() || ours.contains(path))
+            continue;
+        const DataSet dataset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER | GDAL_OF_VECTOR));
+        const QStringList theirs = dataset ? filesOf(*dataset) : QStringList();
+        const auto shared =
+            std::find_if(ours.begin(), ours.end(), [&](const QString &side) { return theirs.contains(side); });
+        if (shared != ours.end())
+            return labelText({"MESS_SORTIE_PARTAGEE",
+                              "« %1 » appartient à « %2 » et serait remplacé ; choisissez un autre nom."})
+                .arg(*shared, path);
+    }
+    return {};
 }

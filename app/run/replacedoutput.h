@@ -19,3 +19,7 @@ QString otherContentProblem(const QuvoOutputFile &product, const QString &layer)
 
 /// Number of layers of a vector product that a run would replace; 0 for any other file and where none exists.
 int layersReplaced(const QuvoOutputFile &product);
+
+/// A sentence where a side file that the product would write or replace belongs to another data set of the same
+/// base name: the header of "a.img" is the header of "a.bil". Empty otherwise.
+QString sharedFileProblem(const QuvoOutputFile &product);

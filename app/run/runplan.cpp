@@ -186,6 +186,8 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     problem = neighbourProblem(plan.request, plan.outputs, inputFiles, input.files);
     if (problem.isEmpty())
         problem = otherContentProblem(plan.outputs.first(), outputLayer(request.outputOptions));
+    if (problem.isEmpty())
+        problem = sharedFileProblem(plan.outputs.first());
     if (!problem.isEmpty())
         return refused(plan, ProblemKind::Output, problem);
 

@@ -12,6 +12,7 @@
 #include <cpl_conv.h>
 
 #include <cstdlib>
+#include <utility>
 
 #ifdef Q_OS_UNIX
 #include <clocale>
@@ -157,8 +158,20 @@ void exportInstallDir(const QString &installDir)
     exportVariable("QUVO_BIN_HOME=" + encodePath(installDir));
 }
 
+/// Time limits for servers that do not answer, in seconds, for GDAL in this program and in the tools.
+constexpr std::pair<const char *, const char *> timeLimits[] = {
+    {"GDAL_HTTP_CONNECTTIMEOUT", "20"}, // until the connection stands
+    {"GDAL_HTTP_LOW_SPEED_TIME", "60"}, // with less than the next limit in bytes a second
+    {"GDAL_HTTP_LOW_SPEED_LIMIT", "1"},
+    {"PGCONNECT_TIMEOUT", "20"},
+};
+
 void exportGdalVariables(const QString &installDir)
 {
+    for (const auto &[variable, seconds] : timeLimits) {
+        if (!qEnvironmentVariableIsSet(variable))
+            qputenv(variable, seconds);
+    }
     for (const QByteArray &variable : gdalVariables(installDir, qgetenv("PATH")))
         exportVariable(variable);
     CPLSetConfigOption("SHAPE_ENCODING", ""); // Windows drops an empty variable

@@ -47,7 +47,8 @@ QString driverPath(const QString &installDir);
 /// Exports QUVO_BIN_HOME, the installation's folder.
 void exportInstallDir(const QString &installDir);
 
-/// Exports gdalVariables(). Windows drops empty variables, so they are also set in this process's GDAL.
+/// Exports gdalVariables() and, unless the user has set them, time limits for servers that do not answer
+/// (docs/environment.md). Windows drops empty variables, so they are also set in this process's GDAL.
 void exportGdalVariables(const QString &installDir);
 
 /// Exports the folder and the language of the C-level messages (messages/dico.h). A variable that is set

@@ -151,6 +151,9 @@ double sampleCount(const QVector<QPointF> &line, double step)
 VectorObservers readVectorObservers(const QString &path, const QString &crs)
 {
     VectorObservers found;
+    found.problem = endlessSourceProblem(path);
+    if (!found.problem.isEmpty())
+        return found;
     const GdalMessages messages;
     const std::unique_ptr<GDALDataset> source(
         GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));

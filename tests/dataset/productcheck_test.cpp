@@ -48,6 +48,15 @@ void ProductCheckTest::rasters()
     QVERIFY(checkProduct(expected, {}).problem.contains("60 × 60"));
     expected.width = 60;
 
+    // On a full disk a PNG's position is an empty file.
+    writeFile(path + ".aux.xml", "<PAMDataset></PAMDataset>");
+    QCOMPARE(checkProduct(expected, {}).problem, QString());
+    for (const char *half : {"", "<PAMDataset><SRS"}) {
+        writeFile(path + ".aux.xml", half);
+        QVERIFY(checkProduct(expected, {}).problem.contains(".aux.xml"));
+    }
+    QVERIFY(QFile::remove(path + ".aux.xml"));
+
     QFile file(path);
     // A full disk leaves a good header without the last cells.
     QVERIFY(file.resize(file.size() - 200));

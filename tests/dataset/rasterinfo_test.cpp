@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 class RasterInfoTest : public QObject
 {
     Q_OBJECT
@@ -17,6 +19,9 @@ private slots:
     void initTestCase() { setUpGdal(); }
     void filesAndSize();
     void referencedFilesBelongToTheInput();
+    void sourcesWithoutEnd();
+    void truncatedCells_data();
+    void truncatedCells();
 
 private:
     QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/essai é中 XXXXXX")};
@@ -89,6 +94,42 @@ void RasterInfoTest::referencedFilesBelongToTheInput()
     for (const QString &name : {"NETCDF:\"" + source + "\":z", "GPKG:" + source + ":t"})
         QCOMPARE(referencedFiles(name), QStringList{source});
     QCOMPARE(referencedFiles("42"), QStringList());
+}
+
+/// Reading a pipe would block for ever.
+void RasterInfoTest::sourcesWithoutEnd()
+{
+    const QString pipe = m_folder.filePath("pipe.tif");
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QString mosaic = writeFile(m_folder.filePath("of a pipe.vrt"),
+                                     "<VRTDataset rasterXSize='3' rasterYSize='2'><VRTRasterBand><SimpleSource>"
+                                     "<SourceFilename relativeToVRT='1'>pipe.tif</SourceFilename>"
+                                     "</SimpleSource></VRTRasterBand></VRTDataset>");
+    for (const QString &name :
+         {pipe, "vrt://" + pipe, "/vsigzip/" + pipe, QStringLiteral("/vsistdin/"), mosaic})
+        QVERIFY2(!readRasterInfo(name).problem.isEmpty(), qPrintable(name));
+}
+
+void RasterInfoTest::truncatedCells_data()
+{
+    QTest::addColumn<QList<QByteArray>>("options");
+    QTest::newRow("bands one after another") << QList<QByteArray>{"-of", "ENVI"};
+    QTest::newRow("bands by lines") << QList<QByteArray>{"-of", "ENVI", "-co", "INTERLEAVE=BIL"};
+    QTest::newRow("bands by cells") << QList<QByteArray>{"-of", "ENVI", "-co", "INTERLEAVE=BIP"};
+}
+
+/// GDAL reads the cells behind the file's end as zeros.
+void RasterInfoTest::truncatedCells()
+{
+    QFETCH(QList<QByteArray>, options);
+    const QString source = m_folder.filePath("whole.tif");
+    QVERIFY(writeRaster(source, 3, 2, {1, 2, 3, 4, 5, 6}, 2));
+    const QString raster = m_folder.filePath("plain.bil");
+    QVERIFY(copyRaster(source, raster, options));
+    QCOMPARE(readRasterInfo(raster).problem, QString());
+    QFile file(raster);
+    QVERIFY(file.resize(file.size() - 1));
+    QVERIFY(readRasterInfo(raster).problem.contains(QLatin1String("47")));
 }
 
 QTEST_GUILESS_MAIN(RasterInfoTest)

@@ -360,8 +360,8 @@ void BatchTest::neighboursAreKept()
     QCOMPARE(batch(input + QStringList{"--output", path("terrain.tif")}).code, 0);
     QVERIFY(bytesOf(path("terrain.tfw")).startsWith("10"));
     // Not even where the DEM does not need its world file.
-    const QStringList twin = hillshade("dem.tiff", {"--overwrite", "--tiled", "--world-file"});
-    QCOMPARE(batch(twin).code, 2);
+    const QStringList besideDem = hillshade("dem.tiff", {"--overwrite", "--tiled", "--world-file"});
+    QCOMPARE(batch(besideDem).code, 2);
 
     // The DEM is kept even where its name is that of a side file of the product.
     QVERIFY(QFile::copy(path("terrain.tiff"), path("terrain.tif.ovr")));
@@ -371,8 +371,18 @@ void BatchTest::neighboursAreKept()
              2);
     QVERIFY(QFile::exists(path("terrain.tif.ovr")));
 
-    // A file with the name of a side file counts as an existing output.
+    // Two formats whose headers have the same name.
     QVERIFY(writeHill(path("dem.tif"), 16));
+    QCOMPARE(batch(hillshade("twin.img", {"--of", "ENVI"})).code, 0);
+    const QByteArray header = bytesOf(path("twin.hdr"));
+    const Ended twin = batch(hillshade("twin.bil", {"--of", "EHdr", "--overwrite"}));
+    QCOMPARE(twin.code, 2);
+    QVERIFY2(twin.error.contains("twin.img"), qPrintable(twin.error));
+    QCOMPARE(bytesOf(path("twin.hdr")), header);
+    QCOMPARE(batch(hillshade("twin.img", {"--of", "ENVI", "--overwrite"})).code, 0);
+    QCOMPARE(batch(hillshade("twin.png", {"--of", "PNG"})).code, 0); // keeps its position elsewhere
+
+    // A file with the name of a side file counts as an existing output.
     writeFile(path("out.prj"), "precious");
     QCOMPARE(batch(hillshade("out.asc", {"--of", "AAIGrid"})).code, 2);
     QCOMPARE(bytesOf(path("out.prj")), QByteArray("precious"));
@@ -447,6 +457,19 @@ void BatchTest::missingTool()
     const Ended ended = runProgram(path("QuvoDemBatch"), hillshade("product.tif"));
     QCOMPARE(ended.code, 1);
     QVERIFY2(ended.error.contains("gdal_dem.exe"), qPrintable(ended.error));
+
+    // A file that the system cannot run: the reason follows the name.
+    QVERIFY(QFile::remove(path("gdal_dem.exe")));
+    QFile noProgram(writeScript(path("gdal_dem.exe"), ""));
+    QVERIFY(noProgram.open(QIODevice::WriteOnly)
+            && noProgram.write("\x7f"
+                               "ELF")
+                == 4);
+    noProgram.close();
+    const Ended notRun = runProgram(path("QuvoDemBatch"), hillshade("product.tif"));
+    QCOMPARE(notRun.code, 1);
+    QVERIFY2(notRun.error.contains("gdal_dem.exe") && notRun.error.contains("Exec format error"),
+             qPrintable(notRun.error));
 }
 
 void BatchTest::textWithoutDisplay()
