@@ -29,7 +29,7 @@ constexpr FormatTraits rows[] = {
      .sideExtensions = "shx dbf prj cpg qix sbn sbx idm ind qpj",
      .reservedAttributes = "id"},
     {.driver = "FITS", .vector = refused}, // holds no geometries
-    {.driver = "GIF", .bands = FormatBands::One},
+    {.driver = "GIF", .bands = FormatBands::One, .keepsToWholeName = true},
     {.driver = "GML", .sideExtensions = "xsd gfs"},
     {.driver = "GPKG",
      .overviews = OverviewPlace::InProduct,
@@ -41,8 +41,9 @@ constexpr FormatTraits rows[] = {
     {.driver = "GSAG", .bands = FormatBands::One},
     {.driver = "GSBG", .bands = FormatBands::One},
     {.driver = "GTiff", .keepsToWholeName = true},
-    {.driver = "ILWIS", .raster = refused},           // leaves files of other names behind
-    {.driver = "Interlis 2", .vector = refused},      // needs a model file
+    {.driver = "ILWIS", .raster = refused},      // leaves files of other names behind
+    {.driver = "Interlis 2", .vector = refused}, // needs a model file
+    {.driver = "JPEG", .keepsToWholeName = true},
     {.driver = "KMLSUPEROVERLAY", .raster = refused}, // leaves folders behind
     {.driver = "MBTiles", .raster = byNameOnly, .overviews = OverviewPlace::InProduct},
     {.driver = "MEM", .raster = byNameOnly},
@@ -58,12 +59,13 @@ constexpr FormatTraits rows[] = {
     {.driver = "PCRaster", .raster = byNameOnly},
     {.driver = "PDF", .raster = byNameOnly, .overviews = OverviewPlace::InProduct},
     {.driver = "PGDUMP", .vector = refused}, // is a script
-    {.driver = "S57", .vector = refused},    // has fixed layers
+    {.driver = "PNG", .keepsToWholeName = true},
+    {.driver = "S57", .vector = refused}, // has fixed layers
     {.driver = "SQLite", .isDatabase = true, .reservedAttributes = "id ogc_fid geometry"},
     {.driver = "SRTMHGT", .raster = byNameOnly},
     {.driver = "VDV", .vector = refused}, // has fixed layers
     {.driver = "VRT", .raster = refused}, // refers to the input instead of holding the product
-    {.driver = "WEBP", .bands = FormatBands::Several},
+    {.driver = "WEBP", .bands = FormatBands::Several, .keepsToWholeName = true},
     {.driver = "XLSX", .vector = refused}, // holds no geometries
     {.driver = "XPM", .bands = FormatBands::One},
 };
