@@ -24,6 +24,10 @@ void BatchSeries::next()
     const BatchArguments &arguments = m_runs.at(m_current);
     printOutput(withColon(*arguments.input) + QLatin1Char(' '));
     const BatchRequest batch = assembleBatch(arguments, m_workFolder);
+    if (StopSignals::stopWasRequested()) { // while the tool's input was prepared
+        onRunFinished(BatchExit::Failed);
+        return;
+    }
     RunPlan plan;
     plan.problem = batch.problem;
     if (plan.problem.isEmpty())

@@ -93,6 +93,8 @@ int runOrPrintOne(const StopSignals &stopSignals, const BatchArguments &argument
 {
     WorkFolder workFolder;
     const BatchRequest batch = assembleBatch(arguments, workFolder);
+    if (StopSignals::stopWasRequested())
+        return refuse(stoppedText(), BatchExit::Failed);
     if (!batch.problem.isEmpty())
         return refuse(batch.problem, BatchExit::BadArguments);
     for (const QString &warning : batch.warnings)

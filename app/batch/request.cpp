@@ -4,6 +4,7 @@
 #include "app/recipe/recipe.h"
 #include "app/recipe/recipeinput.h"
 #include "app/run/outputname.h"
+#include "app/startup/StopSignals.h"
 #include "dataset/formatfilters.h"
 #include "dataset/formats.h"
 #include "dataset/pathencoding.h"
@@ -107,7 +108,8 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     batch.problem = endlessSourceProblem(dem); // before the DEM is opened
     if (!batch.problem.isEmpty())
         return batch;
-    const RecipeInput prepared = prepareInput(recipe.options, dem, recipe.band, workFolder);
+    const RecipeInput prepared =
+        prepareInput(recipe.options, dem, recipe.band, workFolder, &StopSignals::stopWasRequested);
     batch.request = {.process = processOf(recipe.options),
                      .mode = recipe.process,
                      .input = dem,

@@ -1,7 +1,6 @@
 #include "app/recipe/recipeinput.h"
 
 #include "app/recipe/observerfile.h"
-#include "app/recipe/tablefile.h"
 #include "panels/options/contourlevels.h"
 
 namespace
@@ -12,18 +11,20 @@ namespace
 class Preparation
 {
 public:
-    Preparation(RecipeInput &input, const QString &dem, int band, WorkFolder &workFolder)
+    Preparation(RecipeInput &input, const QString &dem, int band, WorkFolder &workFolder,
+                const StopCheck &isStopped)
         : m_input(input)
         , m_dem(dem)
         , m_band(band)
         , m_workFolder(workFolder)
+        , m_isStopped(isStopped)
     { }
 
     template <class Record> void operator()(const Record &) const { }
 
     void operator()(const ColorReliefOptions &options) const
     {
-        const ToolTable table = prepareTable(options, m_dem, m_band, m_workFolder);
+        const ToolTable table = prepareTable(options, m_dem, m_band, m_workFolder, m_isStopped);
         m_input.toolInput.colorTableFile = table.file;
         m_input.toolInput.readsTemporaryFile = table.isTemporary;
         m_input.problem = table.problem;
@@ -52,14 +53,16 @@ private:
     const QString &m_dem;
     int m_band;
     WorkFolder &m_workFolder;
+    const StopCheck &m_isStopped;
 };
 
 } // namespace
 
-RecipeInput prepareInput(const ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder)
+RecipeInput prepareInput(const ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder,
+                         const StopCheck &isStopped)
 {
     RecipeInput input;
     input.toolInput.fragment = argumentFragment(options);
-    std::visit(Preparation(input, dem, band, workFolder), options);
+    std::visit(Preparation(input, dem, band, workFolder, isStopped), options);
     return input;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/recipe/tablefile.h"
 #include "dataset/workfolder.h"
 #include "panels/options/processoptions.h"
 #include "panels/options/toolinput.h"
@@ -19,4 +20,6 @@ struct RecipeInput
 /// Prepares the tool's input for a run without a window: formats the argument fragment and, where the tool
 /// needs them, writes the colour table or the observers to a file in the work folder. `band` of the DEM counts
 /// from 1. The DEM is read only where the options depend on it.
-RecipeInput prepareInput(const ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder);
+/// A long read ends early when `isStopped` returns true; the input then has no meaning.
+RecipeInput prepareInput(const ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder,
+                         const StopCheck &isStopped);

@@ -40,10 +40,11 @@ QString readingProblem(const ColorTableReading &reading, const QString &file, bo
     return {};
 }
 
-Extremes exactExtremes(const QString &dem, int band)
+Extremes exactExtremes(const QString &dem, int band, const StopCheck &isStopped)
 {
+    constexpr int slice = 200; // milliseconds
     ExtremesReader reader(dem, band, ExtremesReader::Exact);
-    while (reader.advance(1000)) { }
+    while (!isStopped() && reader.advance(slice)) { }
     return reader.extremes();
 }
 
@@ -56,11 +57,11 @@ struct TableText
 
 /// The table spread over the elevations that the options name, or over those of every cell of the band.
 TableText spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOptions &options, const QString &dem,
-                     int band)
+                     int band, const StopCheck &isStopped)
 {
     Extremes extremes;
     if (!options.minimum || !options.maximum)
-        extremes = exactExtremes(dem, band);
+        extremes = exactExtremes(dem, band, isStopped);
     const double minimum = options.minimum.value_or(extremes.minimum);
     const double maximum = options.maximum.value_or(extremes.maximum);
     if (!(options.minimum && options.maximum) && !extremes.known)
@@ -99,7 +100,8 @@ bool mixesUnits(const ColorReliefOptions &options)
     return readTable(options, colorTableFile(options.table)).mixedUnits;
 }
 
-ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, int band, WorkFolder &workFolder)
+ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, int band, WorkFolder &workFolder,
+                       const StopCheck &isStopped)
 {
     ToolTable table;
     table.file = colorTableFile(options.table);
@@ -108,7 +110,7 @@ ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, in
     if (!table.problem.isEmpty() || (!options.spread && reading.plain))
         return table;
 
-    const TableText text = options.spread ? spreadText(reading.entries, options, dem, band)
+    const TableText text = options.spread ? spreadText(reading.entries, options, dem, band, isStopped)
                                           : TableText{toolTableText(reading.entries), {}};
     table.problem = text.problem;
     if (!table.problem.isEmpty())

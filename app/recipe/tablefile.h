@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <functional>
+
 // The colour table of a recipe: a file, a table of the library, or a list of colours in the recipe itself.
 
 /// The colour table file for the tool.
@@ -26,11 +28,15 @@ QString colorTableProblem(const ColorReliefOptions &options);
 /// Whether the table of the options holds elevations and percentages side by side.
 bool mixesUnits(const ColorReliefOptions &options);
 
+/// Returns whether the user has asked to stop.
+using StopCheck = std::function<bool()>;
+
 /// Finds the table of the options. It is written to a file in the work folder where the recipe itself holds its
 /// colours, where it is spread over the DEM's elevations, and where the tool would read the original
-/// differently. Where the options do not name the elevations to spread over, every cell of the band is read.
-/// `band` counts from 1.
-ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, int band, WorkFolder &workFolder);
+/// differently. Where the options do not name the elevations to spread over, every cell of the band is read,
+/// until `isStopped` returns true; the table then has no meaning. `band` counts from 1.
+ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, int band, WorkFolder &workFolder,
+                       const StopCheck &isStopped);
 
 /// Replaces the table of a colour relief by the colours of `file`, the table that the tool reads. They are not
 /// spread again, since a later run might find other extreme elevations. Options of another process are not
