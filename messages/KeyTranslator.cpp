@@ -2,12 +2,30 @@
 
 #include "messages/dicoindex.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
+#include <iterator>
+
+namespace
+{
+
+/// Whether the text still says something when every place in it is filled by an empty value.
+bool hasWords(QString text)
+{
+    static const QRegularExpression places(QStringLiteral("%L?[0-9]{1,2}|%s"));
+    return !text.remove(places).trimmed().isEmpty();
+}
+
+} // namespace
 
 KeyTranslator::KeyTranslator(Texts texts, QObject *parent)
     : QTranslator(parent)
     , m_texts(std::move(texts))
-{ }
+{
+    for (auto text = m_texts.begin(); text != m_texts.end();)
+        text = hasWords(*text) ? std::next(text) : m_texts.erase(text);
+}
 
 QString KeyTranslator::translate(const char *, const char *, const char *disambiguation, int) const
 {
@@ -16,8 +34,7 @@ QString KeyTranslator::translate(const char *, const char *, const char *disambi
 
 QString KeyTranslator::text(const QByteArray &key) const
 {
-    const QString found = m_texts.value(key.left(static_cast<int>(dicoKeyLength)));
-    return found.trimmed().isEmpty() ? QString() : found; // without a text, Qt uses the default
+    return m_texts.value(key.left(static_cast<int>(dicoKeyLength)));
 }
 
 bool KeyTranslator::isRightToLeft() const

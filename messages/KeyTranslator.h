@@ -13,7 +13,9 @@ class KeyTranslator : public QTranslator
 public:
     using Texts = QHash<QByteArray, QString>;
 
-    /// texts: by key, where keys are cut to 23 bytes as in the dictionaries.
+    /// texts: by key, where keys are cut to 23 bytes as in the dictionaries. A text of nothing but blanks and
+    /// places for values (%1, %s) counts as missing. So no message is ever shown as an empty text, which would
+    /// mean "no problem" to its reader.
     KeyTranslator(Texts texts, QObject *parent);
 
     /// The text of the key `disambiguation`. Null for an unknown key: the default text is then shown, and Qt's

@@ -13,6 +13,9 @@ struct Label
 /// The text of the label in the current language. For code outside widgets; a widget calls its own tr(text,
 /// key).
 ///
+/// Never empty, whatever the dictionary holds and the places are filled with: rules may return a problem's
+/// sentence, and an empty text for "no problem".
+///
 /// If the text holds %1, %2 …, fill them by a single call of QString::arg with all values: chained calls would
 /// also replace a "%1" that the first value holds.
 QString labelText(const Label &label);

@@ -73,6 +73,7 @@ void LanguageTest::everyKeyHasAnEnglishText()
         QVERIFY2(english.contains(start), qPrintable(key.key()));
         QVERIFY2(!starts.contains(start), qPrintable(start));
         starts.insert(start, key.key());
+        QVERIFY2(key.value() != QLatin1String("\"\""), qPrintable(key.key()));
         if (!key.value().isEmpty())
             QVERIFY2(qtPlaces(key.value().toStdString()) == qtPlaces(english.value(start)),
                      qPrintable(key.key()));
@@ -119,9 +120,13 @@ void LanguageTest::missingDictionaries()
     writeDictionary(hebrew.filePath("geodico.lc"), "MESS_FERMER = סגור");
     languages->defaultSetup(hebrew.path(), "HEBREW", {});
     QVERIFY(languages->currentLanguageNeedsReversedLayout());
-    writeDictionary(hebrew.filePath("geodico.lc"), "MESS_FERMER =  \nMESS_OUI = Oh");
+    writeDictionary(hebrew.filePath("geodico.lc"),
+                    "MESS_FERMER =  \nMESS_OUI = Oh\nMESS_A = %1 %L2\nMESS_B = %s");
     languages->defaultSetup(hebrew.path(), "FRENCH", {});
-    QCOMPARE(labelText({"MESS_FERMER", "Fermer"}), QStringLiteral("Fermer")); // an empty text is none
+    // A text without words counts as missing: an empty sentence would pass for "no problem".
+    QCOMPARE(labelText({"MESS_FERMER", "Fermer"}), QStringLiteral("Fermer"));
+    QCOMPARE(labelText({"MESS_A", "« %1 » de %2 ?"}).arg(QString(), QString()), QStringLiteral("«  » de  ?"));
+    QCOMPARE(dico_label("MESS_B", ""), QStringLiteral("MESS_B"));
     QVERIFY(!languages->currentLanguageNeedsReversedLayout());
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no dictionary in /no/such"));
     languages->defaultSetup("/no/such", "ENGLISH", {});
@@ -131,10 +136,11 @@ void LanguageTest::missingDictionaries()
 void LanguageTest::longKeysAreComparedByTheirStart()
 {
     const QTemporaryDir folder;
-    writeDictionary(folder.filePath("geodico.an"), "MESS_ ATN_TC_VAL_INVALI = bad value\nODD = %s %s\n");
+    writeDictionary(folder.filePath("geodico.an"), "MESS_ ATN_TC_VAL_INVALI = bad value\nODD = a %s %s\n");
     QuvoLanguageManager::getInstance()->defaultSetup(folder.path(), "EN", {});
     QCOMPARE(labelText({"MESS_ ATN_TC_VAL_INVALID", "défaut"}), QStringLiteral("bad value"));
-    QCOMPARE(dico_label("ODD", "x"), QStringLiteral("%s %s")); // a text with more conversions than callers fill
+    // A text with more conversions than callers fill:
+    QCOMPARE(dico_label("ODD", "x"), QStringLiteral("a %s %s"));
 }
 
 void LanguageTest::prompts()
