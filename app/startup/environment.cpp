@@ -35,11 +35,15 @@ void exportVariable(const QByteArray &assignment)
 #endif
 }
 
-/// The value that the user's settings hold under the path "application/group/key".
+/// The value that the user's settings hold under the path "application/group/key"; the default for a path
+/// without a key.
 QString registeredValue(const QString &keyPath, const QString &defaultValue)
 {
+    const QString key = keyPath.section(QLatin1Char('/'), 1);
+    if (key.isEmpty())
+        return defaultValue;
     const QSettings settings(QStringLiteral("KARVEX"), keyPath.section(QLatin1Char('/'), 0, 0));
-    const QString value = settings.value(keyPath.section(QLatin1Char('/'), 1)).toString();
+    const QString value = settings.value(key).toString();
     return value.isEmpty() ? defaultValue : value;
 }
 
