@@ -42,8 +42,9 @@ bool readValue(const QString &field, QuvoColorDef &entry)
 bool readColor(const QStringList &fields, QColor &color)
 {
     if (fields.size() < 4) {
-        color.setNamedColor(fields.at(1));
-        return color.isValid();
+        const QColor named(fields.at(1));
+        color = QColor::fromRgba(named.rgba()); // 8 bits for a component, also of "#rrrgggbbb"
+        return named.isValid();
     }
     int components[] = {0, 0, 0, fullComponent};
     const int given = fields.size() > 4 ? 4 : 3;
