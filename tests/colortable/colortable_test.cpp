@@ -1,5 +1,6 @@
 #include "colortable/colortablefile.h"
 
+#include "tests/fuzz/mutations.h"
 #include "tests/support/files.h"
 
 #include <QDir>
@@ -22,6 +23,7 @@ private slots:
     void spread_data();
     void spread();
     void ramp();
+    void mutations();
 };
 
 namespace
@@ -208,6 +210,11 @@ void ColorTableTest::ramp()
     QCOMPARE(rampColor(entries, 0.5), QColor(0, 200, 0)); // at an edge the second entry counts
     QCOMPARE(rampColor(entries, 1.0), QColor(0, 0, 0));
     QCOMPARE(rampColor({}, 0.5).alpha(), 0);
+}
+
+void ColorTableTest::mutations()
+{
+    fuzzMutations(fuzzCorpus("colortable"), 2000);
 }
 
 QTEST_APPLESS_MAIN(ColorTableTest)

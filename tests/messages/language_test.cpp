@@ -1,6 +1,7 @@
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 #include "messages/label.h"
+#include "tests/fuzz/mutations.h"
 #include "tests/support/dictionaries.h"
 
 #include <QApplication>
@@ -23,6 +24,7 @@ private slots:
     void missingDictionaries();
     void longKeysAreComparedByTheirStart();
     void prompts();
+    void mutations();
 };
 
 namespace
@@ -150,6 +152,21 @@ void LanguageTest::prompts()
     QVERIFY(!Prompt::question(nullptr, "two"));
     Prompt::warning(nullptr, "three");
     QCOMPARE(Prompt::takeShown(), (QStringList{"Question: one", "Question: two", "Attention: three"}));
+}
+
+void LanguageTest::mutations()
+{
+    // Records of a plain text, of one with a place, of one that reaches beyond the texts, and of one outside.
+    const std::vector<DicoRecord> records{{"ERREUR", 0, 6, 0, 0},
+                                          {"FICHIER", 6, 10, 12, DicoError},
+                                          {"LENT", 10, 99, 3, DicoWarning},
+                                          {"LOIN", -1, 9, 0, 0}};
+    QByteArray seed(1, static_cast<char>(records.size()));
+    for (const DicoRecord &record : records) {
+        const auto bytes = dicoRecordBytes(record);
+        seed.append(bytes.data(), static_cast<int>(bytes.size()));
+    }
+    fuzzMutations({seed + "ERREURfichier %s"}, 1000);
 }
 
 QTEST_MAIN(LanguageTest)

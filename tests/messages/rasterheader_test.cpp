@@ -1,5 +1,6 @@
 #include "messages/rasterheader.h"
 
+#include "tests/fuzz/mutations.h"
 #include "tests/support/dictionaries.h"
 
 #include <QDir>
@@ -17,6 +18,7 @@ class RasterHeaderTest : public QObject
 private slots:
     void headers();
     void opening();
+    void mutations();
 
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
@@ -95,6 +97,11 @@ void RasterHeaderTest::opening()
         QCOMPARE(runDicoChild({"LUMAGRAF_HOME=" + m_folder.path()}, {"open", file}),
                  QStringLiteral("ATTENTION 1 : %1 en lecture seule\nopened\nend\n7").arg(file));
     }
+}
+
+void RasterHeaderTest::mutations()
+{
+    fuzzMutations(fuzzCorpus("rasterheader"), 1500);
 }
 
 QTEST_GUILESS_MAIN(RasterHeaderTest)

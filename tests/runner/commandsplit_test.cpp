@@ -1,6 +1,7 @@
 #include "runner/commandsplit.h"
 
 #include "runner/quoting.h"
+#include "tests/fuzz/mutations.h"
 
 #include <QTest>
 
@@ -13,6 +14,7 @@ private slots:
     void shell();
     void quotedArgumentsComeBack();
     void emptyProgramStaysEmpty();
+    void mutations();
 };
 
 void CommandSplitTest::shell_data()
@@ -63,6 +65,11 @@ void CommandSplitTest::emptyProgramStaysEmpty()
     }
     QCOMPARE(splitProcessCommand(QStringLiteral("\"\" hillshade")).arguments, QStringList{"hillshade"});
     QCOMPARE(splitProcessCommand(QStringLiteral("\"\"\"odd\"\"\" a")).program, QStringLiteral("\"odd\""));
+}
+
+void CommandSplitTest::mutations()
+{
+    fuzzMutations(fuzzCorpus("commandsplit"), 3000);
 }
 
 QTEST_APPLESS_MAIN(CommandSplitTest)

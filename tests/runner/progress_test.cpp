@@ -1,5 +1,7 @@
 #include "runner/progress.h"
 
+#include "tests/fuzz/mutations.h"
+
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -12,6 +14,8 @@ private slots:
     void protocol();
     void readerEqualsParser();
     void readerEqualsParserOnNoise();
+    void neverFalls();
+    void mutations();
 };
 
 namespace
@@ -81,6 +85,23 @@ void ProgressTest::readerEqualsParserOnNoise()
                 bytes.constData());
         }
     }
+}
+
+void ProgressTest::neverFalls()
+{
+    ProgressReader reader;
+    double before = 0.0;
+    for (const char byte : (fullPass + '\n' + fullPass).toLatin1()) {
+        reader.feed(QByteArray(1, byte));
+        QVERIFY(reader.percentage(2) >= before);
+        before = reader.percentage(2);
+    }
+    QCOMPARE(before, 100.0);
+}
+
+void ProgressTest::mutations()
+{
+    fuzzMutations(fuzzCorpus("progress"), 3000);
 }
 
 QTEST_APPLESS_MAIN(ProgressTest)

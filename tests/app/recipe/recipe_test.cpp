@@ -1,5 +1,7 @@
 #include "app/recipe/recipe.h"
 
+#include "tests/fuzz/mutations.h"
+
 #include <QTest>
 
 Q_DECLARE_METATYPE(ProcessOptions)
@@ -14,6 +16,7 @@ private slots:
     void everyProcessComesBack();
     void problems_data();
     void problems();
+    void mutations();
 };
 
 void RecipeTest::wholeRecipe()
@@ -153,6 +156,11 @@ void RecipeTest::problems()
     QFETCH(QString, named);
     const QString problem = readRecipe(json, QStringLiteral("/")).problem;
     QVERIFY2(problem.contains(named), qPrintable(problem));
+}
+
+void RecipeTest::mutations()
+{
+    fuzzMutations(fuzzCorpus("recipe"), 20000);
 }
 
 QTEST_GUILESS_MAIN(RecipeTest)

@@ -1,5 +1,6 @@
 #include "app/startup/environment.h"
 
+#include "tests/fuzz/mutations.h"
 #include "tests/support/files.h"
 #include "tests/support/programs.h"
 
@@ -21,6 +22,7 @@ private slots:
     void precedence();
     void variables();
     void childrenInherit();
+    void mutations();
 
 private:
     QString write(const QString &name, const QByteArray &text) const
@@ -118,6 +120,11 @@ void EnvironmentTest::childrenInherit()
     QVERIFY(QFile::remove(m_folder->filePath("QuvoDemToolBox_env.ini")));
     QVERIFY(inherited("fr_CA.UTF-8").contains("GEOLANGUE=FRENCH")); // the system's language
     QVERIFY(inherited("de_DE.UTF-8").contains("GEOLANGUE=ENGLISH"));
+}
+
+void EnvironmentTest::mutations()
+{
+    fuzzMutations(fuzzCorpus("environment"), 1000);
 }
 
 QTEST_GUILESS_MAIN(EnvironmentTest)
