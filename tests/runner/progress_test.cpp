@@ -2,7 +2,6 @@
 
 #include "tests/fuzz/mutations.h"
 
-#include <QRandomGenerator>
 #include <QTest>
 
 class ProgressTest : public QObject
@@ -13,7 +12,6 @@ private slots:
     void protocol_data();
     void protocol();
     void readerEqualsParser();
-    void readerEqualsParserOnNoise();
     void neverFalls();
     void mutations();
 };
@@ -63,27 +61,6 @@ void ProgressTest::readerEqualsParser()
         QCOMPARE(reader.percentage(3), parseProgress(output.left(cut), 3));
         reader.feed(bytes.mid(cut));
         QCOMPARE(reader.percentage(3), parseProgress(output, 3));
-    }
-}
-
-void ProgressTest::readerEqualsParserOnNoise()
-{
-    QRandomGenerator random(4);
-    const QByteArray alphabet = " -done.\n1";
-    const QByteArray marker = " - done.";
-    for (int round = 0; round < 3000; ++round) {
-        ProgressReader reader;
-        QByteArray bytes;
-        const int pieces = random.bounded(1, 25);
-        for (int piece = 0; piece < pieces; ++piece) {
-            const QByteArray next = random.bounded(4) == 0 ? marker.left(random.bounded(1, 9))
-                                                           : QByteArray(1, alphabet.at(random.bounded(9)));
-            bytes += next;
-            reader.feed(next);
-            QVERIFY2(
-                qFuzzyCompare(1.0 + reader.percentage(2), 1.0 + parseProgress(QString::fromLatin1(bytes), 2)),
-                bytes.constData());
-        }
     }
 }
 
