@@ -1,5 +1,5 @@
-// Feeds any bytes to the reader of recipes. Qt 5's parser loses parts of some texts that it refuses: run it
-// with -detect_leaks=0.
+// Feeds any bytes to the reader of recipes. Qt 5's parser loses parts of some texts that it refuses: run the
+// fuzzer with ASAN_OPTIONS=detect_leaks=0.
 
 #include "app/recipe/recipe.h"
 #include "tests/fuzz/fuzzing.h"
