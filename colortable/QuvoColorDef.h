@@ -30,6 +30,14 @@ QList<QuvoColorDef> elevationEntries(const QList<QuvoColorDef> &table);
 /// The no-data entry of a table, owned by the table; null when there is none.
 const QuvoColorDef *noDataEntry(const QList<QuvoColorDef> &table);
 
+/// The colour of a value between two entries, rounded as the DEM tool rounds it. Entries of one value: the
+/// second colour.
+QColor colorBetween(const QuvoColorDef &below, const QuvoColorDef &above, double value);
+
+/// The colour of a value: that of the first or last entry beyond the ends, and the upper one on an edge.
+/// Transparent for a table without elevations. entries: as elevationEntries() returns them.
+QColor colorAt(const QList<QuvoColorDef> &entries, double value);
+
 /// The colour at a place of the ramp, from 0 (first elevation) to 1 (last), interpolated linearly between two
 /// entries as the DEM tool does. Transparent for a table without elevations. entries: as elevationEntries()
 /// returns them.

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace
 {
@@ -104,6 +105,26 @@ QByteArray toolLine(const QByteArray &value, const QuvoColorDef &entry)
     return value + '\t' + colorText(entry.color, "  ");
 }
 
+/// The next lower 32-bit number; below 0 and close to it a number that is not too small to be read.
+double justBelow(double value)
+{
+    constexpr float smallest = 1e-30F;
+    const auto number = static_cast<float>(value);
+    const float below = std::nextafter(number, -std::numeric_limits<float>::infinity());
+    return std::abs(number) < smallest ? -smallest : std::min(static_cast<double>(below), value);
+}
+
+/// Whether two entries of one value have different colours. The tool would mix them (toolEntries()).
+bool hasEdges(const QList<QuvoColorDef> &entries)
+{
+    return std::adjacent_find(entries.begin(), entries.end(),
+                              [](const QuvoColorDef &one, const QuvoColorDef &other) {
+                                  return one.value == other.value && one.percent == other.percent
+                                      && one.color != other.color;
+                              })
+        != entries.end();
+}
+
 QByteArray noDataLine(const QList<QuvoColorDef> &table)
 {
     const QuvoColorDef *noData = noDataEntry(table);
@@ -160,6 +181,7 @@ ColorTableReading parseColorTable(const QByteArray &text)
     std::stable_sort(
         reading.entries.begin(), reading.entries.end(),
         [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
+    reading.plain = reading.plain && !hasEdges(elevationEntries(reading.entries));
     return reading;
 }
 
@@ -183,7 +205,27 @@ QByteArray colorTableText(const QList<QuvoColorDef> &entries)
     return text;
 }
 
-QByteArray toolTableText(const QList<QuvoColorDef> &entries)
+QList<QuvoColorDef> toolEntries(const QList<QuvoColorDef> &entries)
+{
+    const QList<QuvoColorDef> elevations = elevationEntries(entries);
+    const auto isAt = [&](int at, double value) {
+        return at >= 0 && at < elevations.size() && elevations.at(at).value == value;
+    };
+    QList<QuvoColorDef> forTool;
+    for (int at = 0; at < elevations.size(); ++at) {
+        QuvoColorDef entry = elevations.at(at);
+        const bool isFirst = !isAt(at - 1, entry.value);
+        const bool isLast = !isAt(at + 1, entry.value);
+        if (!isFirst && !isLast)
+            continue;
+        if (isFirst && !isLast)
+            entry.value = justBelow(entry.value);
+        forTool += entry;
+    }
+    return forTool;
+}
+
+QByteArray exactTableText(const QList<QuvoColorDef> &entries)
 {
     QByteArray text = noDataLine(entries);
     for (const QuvoColorDef &entry : elevationEntries(entries)) {
@@ -191,6 +233,13 @@ QByteArray toolTableText(const QList<QuvoColorDef> &entries)
         text += toolLine(entry.percent ? value + '%' : value, entry);
     }
     return text;
+}
+
+QByteArray toolTableText(const QList<QuvoColorDef> &entries)
+{
+    const QuvoColorDef *noData = noDataEntry(entries);
+    return exactTableText((noData ? QList<QuvoColorDef>{*noData} : QList<QuvoColorDef>())
+                          + toolEntries(entries));
 }
 
 SpreadTable spreadTable(const QList<QuvoColorDef> &entries, double demMinimum, double demMaximum)

@@ -34,7 +34,18 @@ QList<QuvoColorDef> entriesOfKind(const QList<QuvoColorDef> &entries, bool relat
 /// Formats a table as the editor writes it: values with one decimal, separated by tabs.
 QByteArray colorTableText(const QList<QuvoColorDef> &entries);
 
-/// Formats a table for the DEM tool: values in full precision, the no-data entry first.
+/// The entries other than the no-data entry as the DEM tool gets them. Where several have one value, an edge,
+/// the tool would paint a cell of exactly that value in a mixture of two of them: the first is moved to the
+/// next lower 32-bit number, so that the cell has the last one's colour, and the entries between them are left
+/// out.
+QList<QuvoColorDef> toolEntries(const QList<QuvoColorDef> &entries);
+
+/// Formats a table as a file that is read again as exactly these entries: values in full precision, the no-data
+/// entry first.
+QByteArray exactTableText(const QList<QuvoColorDef> &entries);
+
+/// Formats a table for the DEM tool, with edges as toolEntries() makes them: values in full precision, the
+/// no-data entry first.
 QByteArray toolTableText(const QList<QuvoColorDef> &entries);
 
 /// A table that was mapped onto the elevations of a DEM.

@@ -221,7 +221,7 @@ int colorReliefOptionsWidget::addTable(const ColorReliefOptions &options)
         return -1;
     const QString base = QFileInfo(options.table).completeBaseName();
     const QString file = freeTableName(m_workFolder.path(), base.isEmpty() ? QStringLiteral("custom") : base);
-    if (!writeOwnFile(file, toolTableText(options.colors)))
+    if (!writeOwnFile(file, exactTableText(options.colors)))
         return -1;
     m_ownTables += file;
     return addTable(file, readColorTable(file));
@@ -360,7 +360,7 @@ void colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged()
 void colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged(const QList<QuvoColorDef> &entries)
 {
     const QString file = freeTableName(m_workFolder.path(), QStringLiteral("custom"));
-    if (writeOwnFile(file, toolTableText(entries)))
+    if (writeOwnFile(file, exactTableText(entries)))
         slot_onNewColorFileCreated(file);
 }
 

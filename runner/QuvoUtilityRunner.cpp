@@ -117,7 +117,7 @@ void QuvoUtilityRunner::processStdout()
         if (chunk.isEmpty())
             break;
         m_progress.feed(chunk);
-        m_qsOutput += QString::fromLatin1(chunk);
+        m_qsOutput += QString::fromLatin1(chunk.constData(), chunk.size()); // NULs, too
         if (m_qsOutput.size() > 2 * outputTailLength)
             m_qsOutput = m_qsOutput.right(outputTailLength);
     }

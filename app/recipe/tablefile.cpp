@@ -17,7 +17,7 @@ ColorTableReading readTable(const ColorReliefOptions &options, const QString &fi
 {
     if (options.colors.isEmpty())
         return readColorTable(file);
-    ColorTableReading reading = parseColorTable(toolTableText(options.colors));
+    ColorTableReading reading = parseColorTable(exactTableText(options.colors));
     reading.plain = false;
     return reading;
 }

@@ -106,7 +106,9 @@ void ColorTableTest::wholeTable()
         parseColorTable("# c\r\n100 3 3 3\r\nnv 9 9 9\r\n0 1 1 1\r\n0 2 2 2\r\n-50 0 0 0");
     QCOMPARE(described(reading.entries),
              (QStringList{"-9999 9 9 9 255", "-50 0 0 0 255", "0 1 1 1 255", "0 2 2 2 255", "100 3 3 3 255"}));
-    QVERIFY(reading.plain && !reading.relative && !reading.mixedUnits);
+    QVERIFY(!reading.relative && !reading.mixedUnits);
+    QVERIFY(!reading.plain); // the tool would mix the two colours in a cell of the elevation 0
+    QVERIFY(parseColorTable("# c\r\n100 3 3 3\r\nnv 9 9 9\r\n0 1 1 1").plain);
 
     const ColorTableReading mixed = parseColorTable("nv 9 9 9\n50% 1 1 1\n10 2 2 2\nbad 1 1 1\n0% 3 3 3\n");
     QVERIFY(mixed.mixedUnits && mixed.relative && mixed.invalidValues);
