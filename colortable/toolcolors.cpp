@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-ToolColors::ToolColors(const QList<QuvoColorDef> &table, double minimum, double maximum)
+ToolColors::ToolColors(const QList<QuvoColorDef> &table, double minimum, double maximum, double noDataValue)
     : m_entries(toolEntries(table))
 {
     for (QuvoColorDef &entry : m_entries) {
@@ -14,8 +14,8 @@ ToolColors::ToolColors(const QList<QuvoColorDef> &table, double minimum, double 
     std::stable_sort(
         m_entries.begin(), m_entries.end(),
         [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
-    if (const QuvoColorDef *noData = noDataEntry(table))
-        m_noData = noData->color.rgba();
+    const QuvoColorDef *noData = noDataEntry(table);
+    m_noData = noData ? noData->color.rgba() : color(noDataValue);
 }
 
 QRgb ToolColors::color(double elevation) const

@@ -12,12 +12,15 @@ class ToolColors
 {
 public:
     /// table: sorted by value, its percentages are those of the range from `minimum` to `maximum`.
-    ToolColors(const QList<QuvoColorDef> &table, double minimum, double maximum);
+    /// noDataValue: the elevation that marks the DEM's cells without data.
+    ToolColors(const QList<QuvoColorDef> &table, double minimum, double maximum,
+               double noDataValue = QuvoColorDef::noDataValue);
 
     /// The colour of an elevation; transparent for a table without elevations.
     QRgb color(double elevation) const;
 
-    /// The colour of a cell without data: that of the no-data entry, or transparent black.
+    /// The colour of a cell without data. Without a no-data entry the tool takes it for one of the elevation
+    /// that marks it.
     QRgb noDataColor() const { return m_noData; }
 
 private:

@@ -152,8 +152,7 @@ CursorChange withValue(const EditedTable &table, int at, double value)
     // Beside an equal value the cursor stays on the side from which it comes.
     const bool rises = cursor.value > table.cursors.at(at).value;
     const auto place = std::find_if(cursors.begin(), cursors.end(), [&](const ColorCursor &other) {
-        return rises ? other.value >= cursor.value && &other - cursors.begin() >= at
-                     : other.value >= cursor.value;
+        return rises ? other.value >= cursor.value : other.value > cursor.value;
     });
     change.at = static_cast<int>(place - cursors.begin());
     if (cursor.value == table.cursors.at(at).value)

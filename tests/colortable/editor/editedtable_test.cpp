@@ -134,13 +134,12 @@ void EditedTableTest::cursors_data()
     QTest::addColumn<QString>("after");
     QTest::addColumn<int>("at");
     QTest::addColumn<CursorOperation>("operation");
-    const auto row = [](const char *name, const char *after, int at,
-                        const CursorOperation &operation) {
+    const auto row = [](const char *name, const char *after, int at, const CursorOperation &operation) {
         QTest::newRow(name) << QString::fromLatin1(after) << at << operation;
     };
     using Table = const EditedTable &;
     // Of the table "0~ 000000; 10 646464; 10 ff0000; 20 ffffff".
-    row("added", "0~ 000000; 10 646464; 10 ff0000; 15 ff8080; 20 ffffff", 3,
+    row("added", "0~ 000000; 10 646464; 10 ff0000; 15 ff7f7f; 20 ffffff", 3,
         [](Table t) { return withCursor(t, 15.04); });
     row("added beyond", "0~ 000000; 10 646464; 10 ff0000; 20 ffffff; 30 ffffff", 4,
         [](Table t) { return withCursor(t, 30.0); });
