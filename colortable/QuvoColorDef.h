@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QList>
+#include <QMetaType>
 
 /// One entry of a colour table.
 struct QuvoColorDef
@@ -20,6 +21,8 @@ struct QuvoColorDef
         return value == other.value && color == other.color && percent == other.percent;
     }
 };
+
+Q_DECLARE_METATYPE(QuvoColorDef)
 
 // A colour table is a list of entries sorted by value. Two entries of the same value make a sharp edge. The
 // no-data entry has no place of its own: its value sorts it among the others.

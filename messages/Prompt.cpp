@@ -65,6 +65,26 @@ bool Prompt::question(QWidget *parent, const QString &text)
     return box.clickedButton() == yes;
 }
 
+Prompt::SaveAnswer Prompt::saveQuestion(QWidget *parent, const QString &text)
+{
+    const QString title = labelText({"MESS_QUESTION", "Question"});
+    if (const auto answer = answerOf(title, text))
+        return *answer ? Save : Discard;
+    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    const auto save =
+        box.addButton(labelText({"MESS_TCE_ENREGISTRER", "Enregistrer"}), QMessageBox::AcceptRole);
+    const auto discard =
+        box.addButton(labelText({"MESS_NE_PAS_ENREG", "Ne pas enregistrer"}), QMessageBox::DestructiveRole);
+    const auto cancel = box.addButton(labelText({"MESS_ANNULER", "Annuler"}), QMessageBox::RejectRole);
+    box.setDefaultButton(save);
+    box.setEscapeButton(cancel);
+    box.exec();
+    if (box.clickedButton() == save)
+        return Save;
+    return box.clickedButton() == discard ? Discard : Cancel;
+}
+
 void Prompt::notice(QWidget *button, const QString &text)
 {
     constexpr int duration = 4000; // ms

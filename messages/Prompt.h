@@ -18,6 +18,15 @@ public:
     /// Returns whether the user answered yes; "no" is the default button.
     static bool question(QWidget *parent, const QString &text);
 
+    enum SaveAnswer
+    {
+        Save,
+        Discard,
+        Cancel
+    };
+    /// Asks whether to save changes before they are lost. A supplied answer "yes" saves, "no" discards.
+    static SaveAnswer saveQuestion(QWidget *parent, const QString &text);
+
     /// Shows a line beside a button that was used, to confirm what it did. The line goes by itself.
     static void notice(QWidget *button, const QString &text);
 

@@ -1,5 +1,6 @@
 #include "panels/colorReliefOptionsWidget.h"
 
+#include "colortable/editor/ColorTableEditor.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/rasterpicture.h"
 #include "dataset/workfolder.h"
@@ -18,31 +19,10 @@ namespace
 
 const ColorReliefOptions defaults;
 
-/// The name of a table in the list.
-QString tableName(const QString &file)
-{
-    return QFileInfo(file).completeBaseName().replace(QLatin1Char('_'), QLatin1Char(' '));
-}
-
-/// Whether the entries are the colours that the options hold by value, if they hold any.
-bool matches(const ColorReliefOptions &options, const QList<QuvoColorDef> &entries)
-{
-    return options.colors.isEmpty() || options.colors == entries;
-}
-
 QString elevationText(const QLocale &locale, double elevation)
 {
     const bool whole = elevation == static_cast<double>(static_cast<long long>(elevation));
     return locale.toString(elevation, 'f', whole ? 0 : 2);
-}
-
-/// Returns why the reading of a file gave no usable colour table, or the path of the file if the reading holds
-/// no reason. Returns an empty text for a usable table.
-QString tableProblem(const QString &file, const ColorTableReading &reading)
-{
-    if (reading.problem.isEmpty() && !elevationEntries(reading.entries).isEmpty())
-        return {};
-    return reading.problem.isEmpty() ? file : reading.problem;
 }
 
 QString invalidTableText(const QString &problem)
@@ -60,7 +40,7 @@ colorReliefOptionsWidget::colorReliefOptionsWidget(WorkFolder &workFolder, QWidg
     , m_workFolder(workFolder)
 {
     m_form->setupUi(this);
-    m_form->m_pPBEditColorTable->setVisible(false); // there is no editor
+    m_tables = std::make_unique<ColorTableList>(*m_form->m_pCBColorTable, m_workFolder);
     loadLibrary(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
     colorReliefOptionsWidget::setDem({});
     showOptions(defaults);
@@ -77,6 +57,8 @@ void colorReliefOptionsWidget::connectControls()
             &colorReliefOptionsWidget::slot_onCurrentColormapChanged);
     connect(m_form->m_pPBAddAColorFile, &QPushButton::clicked, this,
             &colorReliefOptionsWidget::slot_addAColorFile);
+    connect(m_form->m_pPBEditColorTable, &QPushButton::clicked, this,
+            &colorReliefOptionsWidget::slot_onClickEditCmapButton);
     connect(m_form->m_pRBRelatifAltitude, &QRadioButton::toggled, this,
             &colorReliefOptionsWidget::slot_onUseColorsOnAbsolute);
     for (QRadioButton *mode : {m_form->m_pRBAbsoluteAltitude, m_form->m_pRBRelatifAltitude})
@@ -98,7 +80,7 @@ QString colorReliefOptionsWidget::getCommandArguments()
 
 std::optional<ToolInput> colorReliefOptionsWidget::launchInput()
 {
-    const QString problem = refreshCurrentTable();
+    const QString problem = m_tables->refreshCurrent();
     if (!problem.isEmpty()) {
         Prompt::warning(this, invalidTableText(problem));
         return std::nullopt;
@@ -118,7 +100,7 @@ std::optional<ToolInput> colorReliefOptionsWidget::toolInput()
 
 std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &copy)
 {
-    const auto input = refreshCurrentTable().isEmpty() ? toolInput() : std::nullopt;
+    const auto input = m_tables->refreshCurrent().isEmpty() ? toolInput() : std::nullopt;
     if (input && m_dem.extremes.known)
         noteExtremes(copy, m_dem.band, m_dem.extremes.minimum, m_dem.extremes.maximum);
     return input;
@@ -146,7 +128,7 @@ ColorReliefOptions colorReliefOptionsWidget::options() const
 ProcessOptions colorReliefOptionsWidget::processOptions() const
 {
     ColorReliefOptions settings = options();
-    settings.table = settingsName(settings.table);
+    settings.table = m_tables->settingsName(settings.table);
     settings.colors = m_form->m_pCBColorTable->currentTable().entries;
     settings.spread = m_spreadWanted;
     settings.minimum = m_minimum;
@@ -165,9 +147,9 @@ void colorReliefOptionsWidget::setProcessOptions(const ProcessOptions &processOp
 
 void colorReliefOptionsWidget::showOptions(const ColorReliefOptions &options)
 {
-    int row = listedRow(options);
+    int row = m_tables->rowOf(options);
     if (row < 0)
-        row = addTable(options);
+        row = m_tables->add(options);
     if (row >= 0)
         m_form->m_pCBColorTable->setCurrentIndex(row);
     m_form->m_pChBAddAlphaChannel->setChecked(options.alpha);
@@ -186,45 +168,6 @@ void colorReliefOptionsWidget::showMode()
     m_spread = wanted && m_form->m_pRBRelatifAltitude->isEnabled();
     (m_spread ? m_form->m_pRBRelatifAltitude : m_form->m_pRBAbsoluteAltitude)->setChecked(true);
     m_spreadWanted = wanted; // the slot of the button took it for the user's choice
-}
-
-QString colorReliefOptionsWidget::settingsName(const QString &file) const
-{
-    const bool named = m_ownTables.contains(file) || QFileInfo(file).absolutePath() == m_libraryFolder;
-    return named ? QFileInfo(file).completeBaseName() : file;
-}
-
-int colorReliefOptionsWidget::listedRow(const ColorReliefOptions &options) const
-{
-    const ColorRampComboBox *combo = m_form->m_pCBColorTable;
-    for (int row = 0; row < combo->count(); ++row) {
-        const ColorRampComboBox::Table table = combo->table(row);
-        const QString name = settingsName(table.file);
-        const bool named = options.table == table.file || options.table == name
-            || (name != table.file && options.table == name + QLatin1String(".txt"));
-        const bool own = m_ownTables.contains(table.file) && !options.colors.isEmpty();
-        if ((named || own) && matches(options, table.entries))
-            return row;
-    }
-    return -1;
-}
-
-int colorReliefOptionsWidget::addTable(const ColorReliefOptions &options)
-{
-    // The default table is the library's, even where the working directory holds a file of that name.
-    if (options.table != defaults.table && QFileInfo(options.table).isFile()) {
-        const ColorTableReading reading = readColorTable(options.table);
-        if (matches(options, reading.entries))
-            return addTable(options.table, reading);
-    }
-    if (options.colors.isEmpty())
-        return -1;
-    const QString base = QFileInfo(options.table).completeBaseName();
-    const QString file = freeTableName(m_workFolder.path(), base.isEmpty() ? QStringLiteral("custom") : base);
-    if (!writeOwnFile(file, exactTableText(options.colors)))
-        return -1;
-    m_ownTables += file;
-    return addTable(file, readColorTable(file));
 }
 
 Extremes colorReliefOptionsWidget::spreadRange(Extremes extremes) const
@@ -265,40 +208,20 @@ void colorReliefOptionsWidget::setDem(const DemInfo &dem)
         slot_onOptionsChanged(); // the product follows the DEM's elevations
 }
 
+void colorReliefOptionsWidget::setOwnTableFolder(const QString &folder)
+{
+    m_ownTableFolder = folder;
+    loadLibrary(m_tables->libraryFolder());
+}
+
 void colorReliefOptionsWidget::loadLibrary(const QString &folder)
 {
     ColorRampComboBox *combo = m_form->m_pCBColorTable;
     disconnect(combo, qOverload<int>(&QComboBox::activated), this,
                &colorReliefOptionsWidget::slot_onOptionsChanged);
-    combo->clear();
-    m_libraryFolder = QFileInfo(folder).absoluteFilePath();
-    int chosen = 0;
-    for (const QFileInfo &file :
-         QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
-        const int row = addTable(file.absoluteFilePath(), readColorTable(file.absoluteFilePath()));
-        if (row >= 0 && file.fileName() == defaults.table)
-            chosen = row;
-    }
-    combo->setCurrentIndex(combo->count() > 0 ? chosen : -1);
+    m_tables->load(folder, m_ownTableFolder);
     connect(combo, qOverload<int>(&QComboBox::activated), this,
             &colorReliefOptionsWidget::slot_onOptionsChanged);
-}
-
-int colorReliefOptionsWidget::addTable(const QString &file, const ColorTableReading &reading)
-{
-    ColorRampComboBox::Table table{file, file, reading.entries};
-    if (reading.mixedUnits)
-        table.entries = entriesOfKind(reading.entries, reading.relative);
-    if (elevationEntries(table.entries).isEmpty())
-        return -1;
-    if (!reading.plain || reading.mixedUnits) {
-        table.toolFile = m_form->m_pCBColorTable->copyOf(file);
-        if (table.toolFile.isEmpty())
-            table.toolFile = freeTableName(m_workFolder.path(), QFileInfo(file).completeBaseName());
-        if (!writeOwnFile(table.toolFile, toolTableText(table.entries)))
-            return -1;
-    }
-    return m_form->m_pCBColorTable->putTable(tableName(file), table);
 }
 
 void colorReliefOptionsWidget::slot_addAColorFile()
@@ -337,6 +260,29 @@ void colorReliefOptionsWidget::slot_addAColorFile()
     useTable(file, reading);
 }
 
+void colorReliefOptionsWidget::slot_onClickEditCmapButton()
+{
+    const ColorRampComboBox::Table table = m_form->m_pCBColorTable->currentTable();
+    ColorTableEditor editor({.file = table.file,
+                             .entries = table.entries,
+                             .libraryFolder = m_tables->libraryFolder(),
+                             .ownFolder = m_ownTableFolder,
+                             .dem = m_dem.path,
+                             .band = m_dem.band,
+                             .minimum = m_dem.extremes.minimum,
+                             .maximum = m_dem.extremes.maximum,
+                             .hasExtremes = m_dem.extremes.known},
+                            this);
+    connect(&editor, &ColorTableEditor::newColorFileCreated, this,
+            &colorReliefOptionsWidget::slot_onNewColorFileCreated);
+    connect(&editor, qOverload<>(&ColorTableEditor::currentColorFileDataChanged), this,
+            qOverload<>(&colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged));
+    connect(
+        &editor, qOverload<const QList<QuvoColorDef> &>(&ColorTableEditor::currentColorFileDataChanged), this,
+        qOverload<const QList<QuvoColorDef> &>(&colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged));
+    editor.exec();
+}
+
 void colorReliefOptionsWidget::slot_onNewColorFileCreated(const QString &path)
 {
     useTable(path, readColorTable(path));
@@ -344,7 +290,7 @@ void colorReliefOptionsWidget::slot_onNewColorFileCreated(const QString &path)
 
 void colorReliefOptionsWidget::useTable(const QString &file, const ColorTableReading &reading)
 {
-    const int row = addTable(file, reading);
+    const int row = m_tables->add(file, reading);
     if (row < 0)
         return;
     m_form->m_pCBColorTable->setCurrentIndex(row);
@@ -360,7 +306,7 @@ void colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged()
 void colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged(const QList<QuvoColorDef> &entries)
 {
     const QString file = freeTableName(m_workFolder.path(), QStringLiteral("custom"));
-    if (writeOwnFile(file, exactTableText(entries)))
+    if (writeOwnTable(this, file, exactTableText(entries)))
         slot_onNewColorFileCreated(file);
 }
 
@@ -422,27 +368,13 @@ void colorReliefOptionsWidget::endExactStatistics(const Extremes &extremes)
 
 QString colorReliefOptionsWidget::colorFile(bool forceAbsolute)
 {
-    return refreshCurrentTable().isEmpty() ? currentToolFile(forceAbsolute) : QString();
+    return m_tables->refreshCurrent().isEmpty() ? currentToolFile(forceAbsolute) : QString();
 }
 
 QString colorReliefOptionsWidget::currentToolFile(bool forceAbsolute)
 {
     const ColorRampComboBox::Table table = m_form->m_pCBColorTable->currentTable();
     return forceAbsolute || !m_spread ? table.toolFile : spreadFile(table.entries);
-}
-
-/// Reads the current table's file again: another program may have edited it. Returns why it is not valid any
-/// more; empty otherwise.
-QString colorReliefOptionsWidget::refreshCurrentTable()
-{
-    const QString file = m_form->m_pCBColorTable->currentTable().file;
-    if (!QFileInfo(file).isFile())
-        return {};
-    const ColorTableReading reading = readColorTable(file);
-    const QString problem = tableProblem(file, reading);
-    if (problem.isEmpty())
-        addTable(file, reading);
-    return problem;
 }
 
 QString colorReliefOptionsWidget::spreadFile(const QList<QuvoColorDef> &entries)
@@ -455,18 +387,7 @@ QString colorReliefOptionsWidget::spreadFile(const QList<QuvoColorDef> &entries)
     }
     const QString file = freeTableName(m_workFolder.newFolder(), QStringLiteral("quvoColorTable"));
     const SpreadTable spread = spreadTable(entries, extremes.minimum, extremes.maximum);
-    return writeOwnFile(file, spread.text) ? file : QString();
-}
-
-bool colorReliefOptionsWidget::writeOwnFile(const QString &path, const QByteArray &text)
-{
-    const QString problem = writeTableFile(path, text);
-    if (problem.isEmpty())
-        return true;
-    Prompt::critical(this,
-                     dico_label("MESS_ERR_ECR_FICH", path.toLocal8Bit().constData()) + QStringLiteral("\n\n")
-                         + problem);
-    return false;
+    return writeOwnTable(this, file, spread.text) ? file : QString();
 }
 
 void colorReliefOptionsWidget::showExtremes()

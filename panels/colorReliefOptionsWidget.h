@@ -2,6 +2,7 @@
 
 #include "colortable/colortablefile.h"
 #include "dataset/ExtremesScan.h"
+#include "panels/ColorTableList.h"
 #include "panels/optionsWidget.h"
 #include "runner/QuvoProgressDialog.h"
 
@@ -44,6 +45,10 @@ public:
     /// Replaces the listed tables by those of a folder and chooses the default table where it is among them.
     void loadLibrary(const QString &folder);
 
+    /// Sets the folder of the user's own tables, which may not exist yet, and lists them behind those of the
+    /// library.
+    void setOwnTableFolder(const QString &folder);
+
     /// Path of the table file for the tool. In the spread mode, and without `forceAbsolute`, each call writes a
     /// table for the DEM into a new folder. Otherwise it is the file of the chosen table. Empty when there is
     /// no table, or when no file can be written, which a message box reports.
@@ -65,6 +70,8 @@ public slots:
     void slot_onOptionsChanged();
     void slot_computeExactStatistics();
     void slot_onCancelStatisticsCalcul();
+    /// Opens the editor on the current table.
+    void slot_onClickEditCmapButton();
     /// Reads the file of the current table again.
     void slot_onCurrentColorFileDataChanged();
     /// Adds a table file to the list and makes it the current table.
@@ -85,27 +92,14 @@ private:
     void showExtremes();
     void updateSpreadNote();
     void endExactStatistics(const Extremes &extremes);
-    /// The row of the table that the options name or hold; -1 where there is none.
-    int listedRow(const ColorReliefOptions &options) const;
-    /// Adds the table that the options name or hold to the list. Returns its row; -1 where there is no such
-    /// table.
-    int addTable(const ColorReliefOptions &options);
-    /// Returns the row; -1 for a table without colours, or after a message box about a file that cannot be
-    /// written.
-    int addTable(const QString &file, const ColorTableReading &reading);
-    /// Name of a table in recipes: that in the library or of a table by value, or else the path.
-    QString settingsName(const QString &file) const;
     /// The range to spread the table over: the given elevations, and `extremes` for those that were not given.
     Extremes spreadRange(Extremes extremes) const;
     void clearGivenRange();
     void useTable(const QString &file, const ColorTableReading &reading);
-    QString refreshCurrentTable();
     /// What colorFile() returns, and the tool's input with that file, for the table as it was read last.
     QString currentToolFile(bool forceAbsolute);
     std::optional<ToolInput> toolInput();
     QString spreadFile(const QList<QuvoColorDef> &entries);
-    /// Returns false after a message box with the reason.
-    bool writeOwnFile(const QString &path, const QByteArray &text);
 
     std::unique_ptr<Ui::colorReliefOptionsWidget> m_form;
     WorkFolder &m_workFolder;
@@ -115,8 +109,8 @@ private:
     QuvoProgressDialog m_progress;
     bool m_spread = false;       ///< the spread mode is on
     bool m_spreadWanted = false; ///< the user chose the spread mode, which needs the DEM's elevations to be on
-    QString m_libraryFolder;
-    QStringList m_ownTables;         ///< files of the work folder with the tables that recipes held by value
+    std::unique_ptr<ColorTableList> m_tables;
+    QString m_ownTableFolder;        ///< folder of the user's tables, which may not exist
     std::optional<double> m_minimum; ///< given elevation to spread the table from, in place of the DEM's lowest
     std::optional<double> m_maximum; ///< given elevation to spread the table to, in place of the DEM's highest
     DemInfo m_rangeDem;              ///< the last DEM with a path; another DEM clears the given elevations

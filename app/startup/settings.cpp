@@ -73,6 +73,13 @@ QString recentRunsFile()
              application);
 }
 
+QString ownColorTableFolder()
+{
+    return QStringLiteral("%1/%2/%3_colormap")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation,
+             application);
+}
+
 QString chosenLanguage(const QString &otherwise)
 {
     const QString chosen = QSettings(organisation, application).value(chosenLanguageKey).toString();

@@ -28,6 +28,9 @@ void writeRecentFiles(const QStringList &paths);
 /// Path of the list of recent runs (app/recipe/recentruns), in the folder of the user's settings.
 QString recentRunsFile();
 
+/// Folder of the user's own colour tables, beside the settings. It may not exist yet.
+QString ownColorTableFolder();
+
 /// The language that the user chose in the window, "FRENCH" or "ENGLISH"; `otherwise` where none was chosen.
 QString chosenLanguage(const QString &otherwise);
 

@@ -1,5 +1,6 @@
 #include "app/window/ProcessTabs.h"
 
+#include "app/startup/settings.h"
 #include "app/window/PanelArea.h"
 #include "panels/aspectOptionsWidget.h"
 #include "panels/colorReliefOptionsWidget.h"
@@ -54,6 +55,8 @@ template <class Panel> void ProcessTabs::addPanel(Process process, QWidget &tab,
     connect(panel, &Panel::completeChanged, this, &ProcessTabs::optionsChanged);
     if constexpr (requires { &Panel::extremesComputed; })
         connect(panel, &Panel::extremesComputed, this, &ProcessTabs::extremesComputed);
+    if constexpr (std::is_same_v<Panel, colorReliefOptionsWidget>)
+        panel->setOwnTableFolder(ownColorTableFolder());
     if constexpr (std::is_same_v<Panel, intervisibilityOptionsWidget>)
         m_intervisibility = panel;
 }

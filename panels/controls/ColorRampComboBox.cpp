@@ -1,10 +1,10 @@
 #include "panels/controls/ColorRampComboBox.h"
 
+#include "colortable/editor/tablepainting.h"
+
 #include <QPainter>
 #include <QStylePainter>
 #include <QStyledItemDelegate>
-
-Q_DECLARE_METATYPE(QuvoColorDef)
 
 namespace
 {
@@ -16,59 +16,6 @@ enum Role
     EntriesRole
 };
 
-constexpr int gap = 6; // pixels between the parts of a row, and around them
-
-/// The pattern behind a colour, which is visible where the colour is not opaque.
-void paintChecker(QPainter &painter, const QRect &area)
-{
-    constexpr int cell = 4;
-    painter.save();
-    painter.setClipRect(area);
-    painter.fillRect(area, Qt::white);
-    for (int y = 0; y * cell < area.height(); ++y) {
-        for (int x = y % 2; x * cell < area.width(); x += 2)
-            painter.fillRect(area.x() + x * cell, area.y() + y * cell, cell, cell, Qt::lightGray);
-    }
-    painter.restore();
-}
-
-void paintRamp(QPainter &painter, const QRect &area, const QList<QuvoColorDef> &entries,
-               const QPalette &palette)
-{
-    const QList<QuvoColorDef> elevations = elevationEntries(entries);
-    const qreal scale = painter.device()->devicePixelRatioF();
-    QImage ramp(qMax(1, qRound(area.width() * scale)), 1, QImage::Format_ARGB32);
-    for (int x = 0; x < ramp.width(); ++x)
-        ramp.setPixelColor(x, 0,
-                           rampColor(elevations, ramp.width() > 1 ? double(x) / (ramp.width() - 1) : 0.0));
-    paintChecker(painter, area);
-    painter.drawImage(area, ramp);
-    painter.setPen(palette.color(QPalette::Mid));
-    painter.drawRect(area.adjusted(0, 0, -1, -1));
-}
-
-/// Paints a row: the ramp over half of its width, the name, and a square in the colour of the cells without
-/// data.
-void paintTable(QPainter &painter, const QRect &row, const QString &name, const QList<QuvoColorDef> &entries,
-                const QPalette &palette, const QColor &textColor)
-{
-    const QRect area = row.adjusted(gap, 3, -gap, -3);
-    const QRect ramp(area.left(), area.top(), area.width() / 2, area.height());
-    const int side = qMin(area.height(), 16);
-    const QRect swatch(area.right() - side + 1, area.center().y() - side / 2, side, side);
-    paintRamp(painter, ramp, entries, palette);
-    if (const QuvoColorDef *noData = noDataEntry(entries)) {
-        paintChecker(painter, swatch);
-        painter.fillRect(swatch, noData->color);
-        painter.setPen(palette.color(QPalette::Mid));
-        painter.drawRect(swatch.adjusted(0, 0, -1, -1));
-    }
-    const QRect text(ramp.right() + gap, area.top(), swatch.left() - ramp.right() - 2 * gap, area.height());
-    painter.setPen(textColor);
-    painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft,
-                     painter.fontMetrics().elidedText(name, Qt::ElideMiddle, text.width()));
-}
-
 class RampDelegate : public QStyledItemDelegate
 {
 public:
@@ -79,9 +26,9 @@ public:
         const bool selected = option.state & QStyle::State_Selected;
         painter->save();
         painter->fillRect(option.rect, option.palette.color(selected ? QPalette::Highlight : QPalette::Base));
-        paintTable(*painter, option.rect, index.data().toString(),
-                   index.data(EntriesRole).value<QList<QuvoColorDef>>(), option.palette,
-                   option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
+        paintTableRow(*painter, option.rect, index.data().toString(),
+                      index.data(EntriesRole).value<QList<QuvoColorDef>>(), option.palette,
+                      option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
         painter->restore();
     }
 
@@ -147,6 +94,6 @@ void ColorRampComboBox::paintEvent(QPaintEvent *)
         return;
     const QRect field =
         style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    paintTable(painter, field, currentText(), currentTable().entries, palette(),
-               palette().color(isEnabled() ? QPalette::Normal : QPalette::Disabled, QPalette::ButtonText));
+    paintTableRow(painter, field, currentText(), currentTable().entries, palette(),
+                  palette().color(isEnabled() ? QPalette::Normal : QPalette::Disabled, QPalette::ButtonText));
 }

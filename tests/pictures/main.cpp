@@ -13,6 +13,8 @@
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
 #include "app/window/quvoGdalUtilities.h"
+#include "colortable/colortablefile.h"
+#include "colortable/editor/ColorTableEditor.h"
 #include "dataset/gdalmessages.h"
 #include "messages/QuvoLanguageManager.h"
 #include "panels/colorReliefOptionsWidget.h"
@@ -128,6 +130,24 @@ void addMainDialog(Album &album)
     album.add(menu, QStringLiteral("settings_menu"));
 }
 
+void addTableEditor(Album &album)
+{
+    const QString library = QStringLiteral(QUVO_TREE "/libraries/colormap");
+    for (const char *name : {"dtm", "viridis"}) {
+        const QString file = QStringLiteral("%1/%2.txt").arg(library, QLatin1String(name));
+        ColorTableEditor editor({.file = file,
+                                 .entries = readColorTable(file).entries,
+                                 .libraryFolder = library,
+                                 .ownFolder = QDir::tempPath() + QStringLiteral("/terrain/tables"),
+                                 .dem = QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"),
+                                 .band = 1},
+                                nullptr);
+        editor.show();
+        waitForPreview();
+        album.add(editor, QStringLiteral("table_editor_") + QLatin1String(name));
+    }
+}
+
 void addSmallDialogs(Album &album)
 {
     outputFileAdvancedOptionsDialog raster(Process::ShadedRelief, {});
@@ -220,6 +240,7 @@ int main(int argc, char *argv[])
     addMainDialog(album);
     addProgress(album);
     addResults(album);
+    addTableEditor(album);
     addSmallDialogs(album);
     addSettings(album);
     AboutDialog about(nullptr);

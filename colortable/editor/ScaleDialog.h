@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QDialog>
+
+class QDoubleSpinBox;
+
+/// Asks for the factor and the shift of a table's values.
+class ScaleDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit ScaleDialog(QWidget *parent);
+
+    double factor() const;
+    double shift() const;
+
+private:
+    QDoubleSpinBox *m_factor;
+    QDoubleSpinBox *m_shift;
+};

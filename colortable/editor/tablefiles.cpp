@@ -1,0 +1,110 @@
+#include "colortable/editor/tablefiles.h"
+
+#include "colortable/colortablefile.h"
+#include "colortable/editor/tablepainting.h"
+#include "dataset/QuvoFilerDialog.h"
+#include "messages/Prompt.h"
+#include "messages/QuvoLanguageManager.h"
+#include "messages/label.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPainter>
+#include <QPushButton>
+
+namespace
+{
+
+QString tableFilter()
+{
+    return labelText({"MESS_FICH_TC", "Fichier table couleur"}) + QStringLiteral(" (*.txt)");
+}
+
+} // namespace
+
+QString chooseTableToOpen(QWidget *parent, const QString &folder)
+{
+    return QuvoFilerDialog::getSelection(parent, QuvoFilerDialog::OpenFile,
+                                         labelText({"MESS_CHOIX_TC", "Choisir un fichier table couleurs"}),
+                                         folder, tableFilter());
+}
+
+QString chooseTableToSave(QWidget *parent, const QString &ownFolder, const QString &file)
+{
+    QDir().mkpath(ownFolder);
+    const QString name = file.isEmpty() ? QStringLiteral("table.txt")
+                                        : QFileInfo(file).completeBaseName() + QStringLiteral(".txt");
+    QString chosen = QuvoFilerDialog::getSelection(
+        parent, QuvoFilerDialog::SaveFile, labelText({"MESS_TCE_ENREG_TITRE", "Enregistrer la table couleur"}),
+        QDir(ownFolder).filePath(name), tableFilter());
+    if (chosen.isEmpty())
+        return {};
+    if (QFileInfo(chosen).suffix().isEmpty())
+        chosen += QStringLiteral(".txt");
+    if (QFileInfo::exists(chosen)
+        && !Prompt::question(parent, dico_label("MESS_FICHIER_EXISTANT", chosen.toLocal8Bit().constData())))
+        return {};
+    return chosen;
+}
+
+std::optional<QList<QuvoColorDef>> acceptedTable(QWidget *parent, const QString &file)
+{
+    const ColorTableReading reading = readColorTable(file);
+    if (!reading.problem.isEmpty() || elevationEntries(reading.entries).isEmpty()) {
+        const QString reason = reading.problem.isEmpty() ? file : reading.problem;
+        Prompt::critical(parent,
+                         labelText({"MESS_TC_INVALID", "La table couleur spécifiée est invalide."})
+                             + QStringLiteral("\n\n") + reason);
+        return std::nullopt;
+    }
+    if (reading.mixedUnits
+        && !Prompt::question(
+            parent,
+            labelText({"MESS_ATN_TC_MIXTE",
+                       "La table couleur que vous voulez charger, n'est pas prise en compte en totalité par "
+                       "cet éditeur car elle contient un mélange de valeurs absolues et de valeurs exprimées "
+                       "en pourcentage.\nCertaines couleurs seront ignorées.\nVoulez-vous la charger quand "
+                       "même ?"})))
+        return std::nullopt;
+    if (reading.invalidValues
+        && !Prompt::question(
+            parent,
+            labelText({"MESS_ATN_TC_VAL_INVAL",
+                       "La table couleur que vous voulez charger, contient des valeurs invalides.\nVoulez-vous "
+                       "la charger quand même ?"})
+                + QStringLiteral("\n\n") + labelText({"MESS_TC_LIGNE", "Ligne %1"}).arg(reading.invalidLine)))
+        return std::nullopt;
+    return entriesOfKind(reading.entries, reading.relative);
+}
+
+bool writeTable(QWidget *parent, const QString &file, const QList<QuvoColorDef> &entries)
+{
+    const QString problem = writeTableFile(file, colorTableText(entries));
+    if (problem.isEmpty())
+        return true;
+    Prompt::critical(parent,
+                     dico_label("MESS_ERR_ECR_FICH", file.toLocal8Bit().constData()) + QStringLiteral("\n\n")
+                         + problem);
+    return false;
+}
+
+QString tableNotes(const EditedTable &table)
+{
+    if (table.noData)
+        return {};
+    return labelText({"MESS_TCE_VIDES",
+                      "Sans couleur pour elles, les cellules sans donnée reçoivent celle d'une altitude."});
+}
+
+void showSwatch(QPushButton &button, const std::optional<QColor> &color)
+{
+    QPixmap picture(28, 14);
+    picture.fill(Qt::transparent);
+    if (color) {
+        QPainter painter(&picture);
+        paintSwatch(painter, picture.rect(), *color, button.palette());
+    }
+    button.setIcon(QIcon(picture));
+    button.setIconSize(picture.size());
+    button.setToolTip(color ? color->name(QColor::HexArgb) : QString());
+}
