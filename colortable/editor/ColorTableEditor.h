@@ -80,6 +80,7 @@ private:
     void randomize();
     void scale();
     void chooseNoData();
+    void saveLegend(bool classes);
     void openFile();
     void openTable(const QString &file);
     bool mayLeaveTable();

@@ -2,6 +2,7 @@
 
 #include "colortable/editor/tablepainting.h"
 #include "colortable/oklab.h"
+#include "colortable/roundticks.h"
 #include "messages/label.h"
 
 #include <QHelpEvent>

@@ -3,6 +3,7 @@
 #include "colortable/editor/ColorTableEditor.h"
 #include "colortable/editor/GradientView.h"
 #include "colortable/editor/ScaleDialog.h"
+#include "colortable/editor/tablefiles.h"
 #include "messages/label.h"
 
 #include <QAction>
@@ -42,6 +43,18 @@ QWidget *ColorTableEditor::buildTools()
     row->addSpacing(8);
     row->addWidget(operations);
     row->addStretch();
+    auto *legend = new QToolButton(this);
+    legend->setText(labelText({"MESS_TCE_LEGENDE", "Légende"}) + QLatin1Char(' '));
+    legend->setPopupMode(QToolButton::InstantPopup);
+    legend->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    legend->setFocusPolicy(Qt::TabFocus);
+    auto *kinds = new QMenu(this);
+    connect(kinds->addAction(labelText({"MESS_TCE_LEG_CONTINUE", "En dégradé"}) + QStringLiteral("…")),
+            &QAction::triggered, this, [this] { saveLegend(false); });
+    connect(kinds->addAction(labelText({"MESS_TCE_LEG_CLASSES", "En classes"}) + QStringLiteral("…")),
+            &QAction::triggered, this, [this] { saveLegend(true); });
+    legend->setMenu(kinds);
+    row->insertWidget(row->count() - 1, legend);
     auto *zoom = new QCheckBox(labelText({"MESS_TCE_ZOOM", "Montrer les seules altitudes du MNT"}), this);
     zoom->setEnabled(!m_start.dem.isEmpty());
     connect(zoom, &QCheckBox::toggled, this, [this](bool zoomed) { m_gradient->setZoomed(zoomed); });
@@ -109,4 +122,18 @@ void ColorTableEditor::scale()
     ScaleDialog dialog(this);
     if (dialog.exec() == QDialog::Accepted)
         operate(dialog.windowTitle(), scaledAndShifted(table(), dialog.factor(), dialog.shift()));
+}
+
+void ColorTableEditor::saveLegend(bool classes)
+{
+    Legend legend;
+    legend.entries = plainEntries(table());
+    if (m_start.hasExtremes) {
+        legend.minimum = m_start.minimum;
+        legend.maximum = m_start.maximum;
+    }
+    legend.classes = classes;
+    legend.title = labelText({"MESS_TCE_LEG_TITRE", "Altitude"});
+    legend.noDataText = labelText({"MESS_TCE_LEG_SANS", "Sans donnée"});
+    saveLegendPicture(this, legend, m_file);
 }

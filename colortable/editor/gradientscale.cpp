@@ -1,23 +1,8 @@
 #include "colortable/editor/gradientscale.h"
 
+#include "colortable/roundticks.h"
+
 #include <algorithm>
-#include <cmath>
-
-namespace
-{
-
-/// The next of 1, 2, 5, 10 … that is not below `least`.
-double roundStep(double least)
-{
-    const double power = std::pow(10.0, std::floor(std::log10(least)));
-    for (const double factor : {1.0, 2.0, 5.0}) {
-        if (factor * power >= least * (1.0 - 1e-9))
-            return factor * power;
-    }
-    return 10.0 * power;
-}
-
-} // namespace
 
 GradientScale gradientScale(const QVector<double> &values, const QVector<double> &sample, bool percent)
 {
@@ -40,17 +25,6 @@ GradientScale gradientScale(const QVector<double> &values, const QVector<double>
     scale.first = first - room;
     scale.last = last + room;
     return scale;
-}
-
-QVector<double> roundTicks(double first, double last, int most)
-{
-    QVector<double> ticks;
-    if (!(last > first) || most < 1)
-        return ticks;
-    const double step = roundStep((last - first) / most);
-    for (double number = std::ceil(first / step - 1e-9); number * step <= last + step * 1e-9; number += 1.0)
-        ticks += number * step;
-    return ticks;
 }
 
 double keyStep(const GradientScale &scale)

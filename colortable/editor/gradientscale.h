@@ -17,8 +17,5 @@ struct GradientScale
 /// The range of values to show: the values and the DEM's elevations, with a margin. Percentages: 0 to 100.
 GradientScale gradientScale(const QVector<double> &values, const QVector<double> &sample, bool percent);
 
-/// Round values (1, 2 or 5 times a power of ten apart) from `first` to `last`, about `most` of them at most.
-QVector<double> roundTicks(double first, double last, int most);
-
 /// The step of the arrow keys: a round part of the range, 0.1 at least.
 double keyStep(const GradientScale &scale);

@@ -20,6 +20,23 @@ QString tableFilter()
     return labelText({"MESS_FICH_TC", "Fichier table couleur"}) + QStringLiteral(" (*.txt)");
 }
 
+bool mayReplace(QWidget *parent, const QString &file)
+{
+    return !QFileInfo::exists(file)
+        || Prompt::question(parent, dico_label("MESS_FICHIER_EXISTANT", file.toLocal8Bit().constData()));
+}
+
+bool writeFile(QWidget *parent, const QString &file, const QByteArray &bytes)
+{
+    const QString problem = writeTableFile(file, bytes);
+    if (problem.isEmpty())
+        return true;
+    Prompt::critical(parent,
+                     dico_label("MESS_ERR_ECR_FICH", file.toLocal8Bit().constData()) + QStringLiteral("\n\n")
+                         + problem);
+    return false;
+}
+
 } // namespace
 
 QString chooseTableToOpen(QWidget *parent, const QString &folder)
@@ -41,10 +58,7 @@ QString chooseTableToSave(QWidget *parent, const QString &ownFolder, const QStri
         return {};
     if (QFileInfo(chosen).suffix().isEmpty())
         chosen += QStringLiteral(".txt");
-    if (QFileInfo::exists(chosen)
-        && !Prompt::question(parent, dico_label("MESS_FICHIER_EXISTANT", chosen.toLocal8Bit().constData())))
-        return {};
-    return chosen;
+    return mayReplace(parent, chosen) ? chosen : QString();
 }
 
 std::optional<QList<QuvoColorDef>> acceptedTable(QWidget *parent, const QString &file)
@@ -79,13 +93,28 @@ std::optional<QList<QuvoColorDef>> acceptedTable(QWidget *parent, const QString 
 
 bool writeTable(QWidget *parent, const QString &file, const QList<QuvoColorDef> &entries)
 {
-    const QString problem = writeTableFile(file, colorTableText(entries));
-    if (problem.isEmpty())
-        return true;
-    Prompt::critical(parent,
-                     dico_label("MESS_ERR_ECR_FICH", file.toLocal8Bit().constData()) + QStringLiteral("\n\n")
-                         + problem);
-    return false;
+    return writeFile(parent, file, colorTableText(entries));
+}
+
+void saveLegendPicture(QWidget *parent, const Legend &legend, const QString &tableFile)
+{
+    const QString folder = QFileInfo(tableFile).isWritable() ? QFileInfo(tableFile).path() : QDir::homePath();
+    QString file = QuvoFilerDialog::getSelection(
+        parent, QuvoFilerDialog::SaveFile, labelText({"MESS_TCE_LEG_ENREG", "Enregistrer la légende"}),
+        QDir(folder).filePath(QFileInfo(tableFile).completeBaseName() + QStringLiteral("_legend.png")),
+        labelText({"MESS_TCE_LEG_IMAGES", "Images"}) + QStringLiteral(" (*.png *.svg *.pdf)"));
+    if (file.isEmpty())
+        return;
+    const QString ending = QFileInfo(file).suffix().toLower();
+    LegendFormat format = LegendFormat::Png;
+    if (ending == QLatin1String("svg"))
+        format = LegendFormat::Svg;
+    else if (ending == QLatin1String("pdf"))
+        format = LegendFormat::Pdf;
+    else if (ending != QLatin1String("png"))
+        file += QStringLiteral(".png");
+    if (mayReplace(parent, file))
+        writeFile(parent, file, legendPicture(legend, format));
 }
 
 QString tableNotes(const EditedTable &table)

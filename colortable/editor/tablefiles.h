@@ -1,6 +1,7 @@
 #pragma once
 
 #include "colortable/editor/editedtable.h"
+#include "colortable/legend/legend.h"
 
 #include <QString>
 
@@ -24,6 +25,10 @@ std::optional<QList<QuvoColorDef>> acceptedTable(QWidget *parent, const QString 
 
 /// Writes a table in the editor's layout; a message reports that this failed.
 bool writeTable(QWidget *parent, const QString &file, const QList<QuvoColorDef> &entries);
+
+/// Lets the user choose a file for a legend (PNG, SVG or PDF, by its ending) and writes it; a message reports
+/// that this failed. Proposes the name of the table's file.
+void saveLegendPicture(QWidget *parent, const Legend &legend, const QString &tableFile);
 
 /// Sentences about a table that do not hinder anybody: what the tool does where it has no colour for voids.
 QString tableNotes(const EditedTable &table);
