@@ -2,7 +2,7 @@
 
 #include "colortable/colortablefile.h"
 #include "dataset/ExtremesScan.h"
-#include "panels/ColorTableList.h"
+#include "panels/colors/ColorTableList.h"
 #include "panels/optionsWidget.h"
 #include "runner/QuvoProgressDialog.h"
 

@@ -150,7 +150,7 @@ QVector<Row> rows()
         {"views", "m_pPBAddPoint > m_pPBColorNoData=#010203", QString(one).replace("0 0 0", "1 2 3")},
         {"views", "m_pPBAddPoint > m_pPBColorNoData=#010203 > m_pPBResetColorNoData", one},
 
-        {"colors", "m_pCBColorTable", "greys "},
+        {"colors", "m_pCBColorTable", "even_relief "},
         {"colors", "m_pPBAddAColorFile", "viridis "},
         {"colors", "m_pRBRelatifAltitude", "dtm spread "},
         {"colors", "m_pRBRelatifAltitude > m_pRBAbsoluteAltitude", "dtm "},
@@ -178,7 +178,7 @@ const QStringList testedElsewhere{
     "views m_pTViewObsPos",                  // keys and cells
     "views m_pPBAddFromVector",              // dialogs follow
     "colors m_pLComputeExactStatisticsLink", // changes the DEM's extremes, not an option
-    "colors m_pPBEditColorTable",            // is hidden
+    "colors m_pPBEditColorTable",            // opens the editor
 };
 
 /// The name of a control; of a control without a name, that of its class.

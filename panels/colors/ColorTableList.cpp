@@ -1,4 +1,4 @@
-#include "panels/ColorTableList.h"
+#include "panels/colors/ColorTableList.h"
 
 #include "colortable/editor/tablelibrary.h"
 #include "dataset/workfolder.h"
