@@ -264,6 +264,7 @@ void colorReliefOptionsWidget::slot_onClickEditCmapButton()
 {
     const ColorRampComboBox::Table table = m_form->m_pCBColorTable->currentTable();
     ColorTableEditor editor({.file = table.file,
+                             .isTemporary = table.file.startsWith(m_workFolder.path() + QLatin1Char('/')),
                              .entries = table.entries,
                              .libraryFolder = m_tables->libraryFolder(),
                              .ownFolder = m_ownTableFolder,
@@ -280,7 +281,12 @@ void colorReliefOptionsWidget::slot_onClickEditCmapButton()
     connect(
         &editor, qOverload<const QList<QuvoColorDef> &>(&ColorTableEditor::currentColorFileDataChanged), this,
         qOverload<const QList<QuvoColorDef> &>(&colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged));
+    connect(&editor, &ColorTableEditor::colorFileRenamed, this, [this](const QString &from, const QString &to) {
+        if (m_form->m_pCBColorTable->currentTable().file == from)
+            slot_onNewColorFileCreated(to);
+    });
     editor.exec();
+    m_tables->refreshOwn(m_ownTableFolder);
 }
 
 void colorReliefOptionsWidget::slot_onNewColorFileCreated(const QString &path)

@@ -24,6 +24,8 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -84,7 +86,7 @@ void ColorTableEditor::buildLayout()
     const QSize wanted(1080, 640);
     const QScreen *screen = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
     resize(screen ? wanted.boundedTo(screen->availableSize() - QSize(40, 60)) : wanted);
-    columns->setSizes({200, width() - 480, 280});
+    columns->setSizes({220, width() - 500, 280});
 }
 
 QWidget *ColorTableEditor::buildColorParts()
@@ -208,8 +210,10 @@ void ColorTableEditor::connectParts()
     connect(m_colors, &ColorGrid::picked, this, [this](const QColor &color) { pickColor(color, 0); });
     connect(m_library, &LibraryList::chosen, this, &ColorTableEditor::openTable);
     connect(m_library, &LibraryList::renamed, this, [this](const QString &from, const QString &to) {
-        if (m_file == from)
-            m_file = to;
+        for (QString *file : {&m_file, &m_start.file}) {
+            if (*file == from)
+                *file = to;
+        }
         showTitle();
         emit colorFileRenamed(from, to);
     });
@@ -295,7 +299,26 @@ void ColorTableEditor::readGrid()
     }
     m_preview->setGrid(m_grid);
     useSample();
+    zoomOnDem();
     showTable();
+}
+
+/// Shows the DEM's elevations alone where they are a small part of the table, and selects a colour among them.
+void ColorTableEditor::zoomOnDem()
+{
+    constexpr double smallPart = 0.35;
+    const QVector<ColorCursor> &cursors = table().cursors;
+    if (m_sample.isEmpty() || cursors.isEmpty() || table().percent)
+        return;
+    const double range = cursors.last().value - cursors.first().value;
+    if (m_sample.last() - m_sample.first() > smallPart * range)
+        return;
+    m_zoom->setChecked(true);
+    const auto inside = std::find_if(cursors.begin(), cursors.end(), [this](const ColorCursor &cursor) {
+        return cursor.value >= m_sample.first() && cursor.value <= m_sample.last();
+    });
+    if (inside != cursors.end())
+        m_history.select(static_cast<int>(inside - cursors.begin()));
 }
 
 void ColorTableEditor::pickColor(const QColor &color, int series)
@@ -372,7 +395,9 @@ bool ColorTableEditor::write(const QString &file)
 
 bool ColorTableEditor::save()
 {
-    const bool isOwn = QFileInfo(m_file).absolutePath() != QFileInfo(m_start.libraryFolder).absoluteFilePath()
+    const bool isTemporary = m_start.isTemporary && m_file == m_start.file;
+    const bool isOwn = !isTemporary
+        && QFileInfo(m_file).absolutePath() != QFileInfo(m_start.libraryFolder).absoluteFilePath()
         && QFileInfo(m_file).isWritable() && m_file.endsWith(QLatin1String(".txt"), Qt::CaseInsensitive);
     if (!isOwn)
         return saveAs();

@@ -24,6 +24,7 @@ class QMenu;
 struct EditorStart
 {
     QString file; ///< path of the table's file; a library table is not overwritten, and saved under a new name
+    bool isTemporary = false; ///< the file goes with the program, so that the table is saved under a new name
     QList<QuvoColorDef> entries;
     QString libraryFolder;
     QString ownFolder; ///< folder of the user's tables, which may not exist yet
@@ -55,7 +56,7 @@ signals:
     void currentColorFileDataChanged();
     /// The user wants to use the table without saving it in a file.
     void currentColorFileDataChanged(const QList<QuvoColorDef> &entries);
-    /// The user's table moved to another file.
+    /// A table of the user's folder was renamed.
     void colorFileRenamed(const QString &from, const QString &to);
 
 public slots:
@@ -74,6 +75,7 @@ private:
     void showTable();
     void showTitle();
     void useSample();
+    void zoomOnDem();
     void readGrid();
     void pickColor(const QColor &color, int series);
     void remember(const QColor &color);
@@ -105,6 +107,7 @@ private:
     ReliefPreview *m_preview = nullptr;
     QComboBox *m_vision = nullptr;
     QCheckBox *m_shaded = nullptr;
+    QCheckBox *m_zoom = nullptr;
     QCheckBox *m_hasNoData = nullptr;
     QPushButton *m_noData = nullptr;
     QPushButton *m_save = nullptr;

@@ -55,10 +55,10 @@ QWidget *ColorTableEditor::buildTools()
             &QAction::triggered, this, [this] { saveLegend(true); });
     legend->setMenu(kinds);
     row->insertWidget(row->count() - 1, legend);
-    auto *zoom = new QCheckBox(labelText({"MESS_TCE_ZOOM", "Montrer les seules altitudes du MNT"}), this);
-    zoom->setEnabled(!m_start.dem.isEmpty());
-    connect(zoom, &QCheckBox::toggled, this, [this](bool zoomed) { m_gradient->setZoomed(zoomed); });
-    row->addWidget(zoom);
+    m_zoom = new QCheckBox(labelText({"MESS_TCE_ZOOM", "Montrer les seules altitudes du MNT"}), this);
+    m_zoom->setEnabled(!m_start.dem.isEmpty());
+    connect(m_zoom, &QCheckBox::toggled, this, [this](bool zoomed) { m_gradient->setZoomed(zoomed); });
+    row->addWidget(m_zoom);
     return tools;
 }
 

@@ -46,13 +46,13 @@ void paintTableRow(QPainter &painter, const QRect &row, const QString &name, con
 {
     constexpr int gap = 6; // pixels between the parts of a row, and around them
     const QRect area = row.adjusted(gap, 3, -gap, -3);
-    const QRect ramp(area.left(), area.top(), area.width() / 2, area.height());
+    constexpr int narrow = 280; // a narrow row leaves more of its width to the name
+    const QRect ramp(area.left(), area.top(), area.width() / (area.width() < narrow ? 3 : 2), area.height());
     const int side = qMin(area.height(), 16);
     const QRect swatch(area.right() - side + 1, area.center().y() - side / 2, side, side);
     paintRamp(painter, ramp, entries, palette);
-    if (const QuvoColorDef *noData = noDataEntry(entries)) {
+    if (const QuvoColorDef *noData = noDataEntry(entries))
         paintSwatch(painter, swatch, noData->color, palette);
-    }
     const QRect text(ramp.right() + gap, area.top(), swatch.left() - ramp.right() - 2 * gap, area.height());
     painter.setPen(textColor);
     painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft,

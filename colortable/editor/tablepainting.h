@@ -18,7 +18,7 @@ void paintSwatch(QPainter &painter, const QRect &area, const QColor &color, cons
 void paintRamp(QPainter &painter, const QRect &area, const QList<QuvoColorDef> &entries,
                const QPalette &palette);
 
-/// Paints a row of a list of tables: the ramp over half of its width, the name, and a square in the colour of
+/// Paints a row of a list of tables: the ramp, the name, and a square in the colour of
 /// the cells without data.
 void paintTableRow(QPainter &painter, const QRect &row, const QString &name, const QList<QuvoColorDef> &entries,
                    const QPalette &palette, const QColor &textColor);

@@ -122,3 +122,17 @@ QString ColorTableList::refreshCurrent()
         add(file, reading);
     return problem;
 }
+
+void ColorTableList::refreshOwn(const QString &ownFolder)
+{
+    const QString folder = QFileInfo(ownFolder).absoluteFilePath();
+    for (int row = m_combo.count() - 1; row >= 0; --row) {
+        const QFileInfo file(m_combo.table(row).file);
+        if (file.absolutePath() == folder && !file.exists())
+            m_combo.removeItem(row);
+    }
+    for (const LibraryTable &table : libraryTables(QString(), ownFolder)) {
+        if (!m_combo.holds(table.file))
+            add(table.file, readColorTable(table.file));
+    }
+}

@@ -37,6 +37,9 @@ public:
     /// any more; empty otherwise.
     QString refreshCurrent();
 
+    /// Leaves out the tables of the user's folder that are gone, and adds those that are new.
+    void refreshOwn(const QString &ownFolder);
+
     const QString &libraryFolder() const { return m_libraryFolder; }
 
 private:

@@ -68,6 +68,11 @@ QString ColorRampComboBox::copyOf(const QString &file) const
     return toolFile == file ? QString() : toolFile;
 }
 
+bool ColorRampComboBox::holds(const QString &file) const
+{
+    return findData(file, FileRole) >= 0;
+}
+
 ColorRampComboBox::Table ColorRampComboBox::table(int row) const
 {
     return {itemData(row, FileRole).toString(), itemData(row, ToolFileRole).toString(),

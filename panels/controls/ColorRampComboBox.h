@@ -28,6 +28,9 @@ public:
     /// where the file is not in the list.
     QString copyOf(const QString &file) const;
 
+    /// Whether a table of that file is in the list.
+    bool holds(const QString &file) const;
+
     /// The table of the row; an empty table where there is no such row.
     Table table(int row) const;
     Table currentTable() const { return table(currentIndex()); }

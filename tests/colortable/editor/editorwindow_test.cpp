@@ -299,6 +299,17 @@ void EditorWindowTest::savesAndAsks()
     QCOMPARE(created.count(), 1);
     QVERIFY(!m_editor->isWindowModified());
 
+    // So is a table in a file that goes with the program.
+    ColorTableEditor temporary({.file = own,
+                                .isTemporary = true,
+                                .entries = readColorTable(own).entries,
+                                .libraryFolder = path("library"),
+                                .ownFolder = path("own")});
+    QTest::keyClick(temporary.findChild<GradientView *>(), Qt::Key_Delete);
+    QuvoFilerDialog::answerBeforehand({path("own/kept.txt")});
+    QVERIFY(temporary.save());
+    QVERIFY(bytesOf(own).startsWith("100.0") && bytesOf(path("own/kept.txt")).startsWith("200.0"));
+
     // From now on it is saved in its own file; another file is replaced only after a question.
     QTest::keyClick(&gradient(), Qt::Key_Right);
     QVERIFY(m_editor->save());
