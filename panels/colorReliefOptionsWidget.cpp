@@ -93,9 +93,8 @@ std::optional<ToolInput> colorReliefOptionsWidget::toolInput()
     const QString file = currentToolFile(false);
     if (file.isEmpty())
         return std::nullopt;
-    return ToolInput{.fragment = getCommandArguments(),
-                     .colorTableFile = file,
-                     .readsTemporaryFile = file.startsWith(m_workFolder.path() + QLatin1Char('/'))};
+    return ToolInput{
+        .fragment = getCommandArguments(), .colorTableFile = file, .readsTemporaryFile = isOwnFile(file)};
 }
 
 std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &copy)
@@ -260,11 +259,25 @@ void colorReliefOptionsWidget::slot_addAColorFile()
     useTable(file, reading);
 }
 
+void colorReliefOptionsWidget::chooseTable(const QString &file)
+{
+    ColorRampComboBox *combo = m_form->m_pCBColorTable;
+    for (int row = 0; row < combo->count(); ++row) {
+        if (combo->table(row).file == file)
+            combo->setCurrentIndex(row);
+    }
+}
+
+bool colorReliefOptionsWidget::isOwnFile(const QString &file) const
+{
+    return file.startsWith(m_workFolder.path() + QLatin1Char('/'));
+}
+
 void colorReliefOptionsWidget::slot_onClickEditCmapButton()
 {
     const ColorRampComboBox::Table table = m_form->m_pCBColorTable->currentTable();
     ColorTableEditor editor({.file = table.file,
-                             .isTemporary = table.file.startsWith(m_workFolder.path() + QLatin1Char('/')),
+                             .isTemporary = isOwnFile(table.file),
                              .entries = table.entries,
                              .libraryFolder = m_tables->libraryFolder(),
                              .ownFolder = m_ownTableFolder,
@@ -316,9 +329,12 @@ void colorReliefOptionsWidget::slot_onCurrentColorFileDataChanged(const QList<Qu
         slot_onNewColorFileCreated(file);
 }
 
-void colorReliefOptionsWidget::slot_onCurrentColormapChanged(int)
+void colorReliefOptionsWidget::slot_onCurrentColormapChanged(int row)
 {
     updateSpreadNote();
+    const QString file = m_form->m_pCBColorTable->table(row).file;
+    if (row >= 0 && isVisible() && !isOwnFile(file))
+        emit tableChosen(file);
 }
 
 void colorReliefOptionsWidget::slot_onUseColorsOnAbsolute()

@@ -49,6 +49,9 @@ public:
     /// library.
     void setOwnTableFolder(const QString &folder);
 
+    /// Makes a listed table the current one, if a table of that file is in the list. No signal follows.
+    void chooseTable(const QString &file);
+
     /// Path of the table file for the tool. In the spread mode, and without `forceAbsolute`, each call writes a
     /// table for the DEM into a new folder. Otherwise it is the file of the chosen table. Empty when there is
     /// no table, or when no file can be written, which a message box reports.
@@ -61,6 +64,8 @@ public:
 signals:
     /// The options changed. The signal follows `changeDelay` after the last change of a burst.
     void completeChanged();
+    /// The user chose a table of the library or a file that stays when the program ends.
+    void tableChosen(const QString &file);
     /// Every cell of the DEM was read; `extremes` are its exact extreme values.
     void extremesComputed(const Extremes &extremes);
 
@@ -99,6 +104,8 @@ private:
     /// What colorFile() returns, and the tool's input with that file, for the table as it was read last.
     QString currentToolFile(bool forceAbsolute);
     std::optional<ToolInput> toolInput();
+    /// Whether the file is one of the work folder.
+    bool isOwnFile(const QString &file) const;
     QString spreadFile(const QList<QuvoColorDef> &entries);
 
     std::unique_ptr<Ui::colorReliefOptionsWidget> m_form;

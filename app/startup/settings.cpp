@@ -17,6 +17,8 @@ const QString recentGroup = QStringLiteral("RecentUsedListFile");
 const QString chosenLanguageKey = QStringLiteral("Interface/ChosenLanguage");
 const QString sharedLanguageKey = QStringLiteral("Interface/Language");
 
+const QString lastColorTableKey = QStringLiteral("Interface/LastColorTable");
+
 QString recentKey(int index)
 {
     return QStringLiteral("File_%1").arg(index);
@@ -71,6 +73,16 @@ QString recentRunsFile()
     return QStringLiteral("%1/%2/%3_runs.json")
         .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation,
              application);
+}
+
+QString readLastColorTable()
+{
+    return QSettings(organisation, application).value(lastColorTableKey).toString();
+}
+
+void writeLastColorTable(const QString &file)
+{
+    QSettings(organisation, application).setValue(lastColorTableKey, file);
 }
 
 QString ownColorTableFolder()

@@ -28,6 +28,10 @@ void writeRecentFiles(const QStringList &paths);
 /// Path of the list of recent runs (app/recipe/recentruns), in the folder of the user's settings.
 QString recentRunsFile();
 
+/// Path of the colour table that was used last; empty where none was.
+QString readLastColorTable();
+void writeLastColorTable(const QString &file);
+
 /// Folder of the user's own colour tables, beside the settings. It may not exist yet.
 QString ownColorTableFolder();
 

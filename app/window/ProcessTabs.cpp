@@ -55,8 +55,11 @@ template <class Panel> void ProcessTabs::addPanel(Process process, QWidget &tab,
     connect(panel, &Panel::completeChanged, this, &ProcessTabs::optionsChanged);
     if constexpr (requires { &Panel::extremesComputed; })
         connect(panel, &Panel::extremesComputed, this, &ProcessTabs::extremesComputed);
-    if constexpr (std::is_same_v<Panel, colorReliefOptionsWidget>)
+    if constexpr (std::is_same_v<Panel, colorReliefOptionsWidget>) {
         panel->setOwnTableFolder(ownColorTableFolder());
+        panel->chooseTable(readLastColorTable());
+        connect(panel, &Panel::tableChosen, panel, writeLastColorTable);
+    }
     if constexpr (std::is_same_v<Panel, intervisibilityOptionsWidget>)
         m_intervisibility = panel;
 }

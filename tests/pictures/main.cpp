@@ -1,8 +1,9 @@
 // Grabs every window of the program into a folder, without a display:
 //
-//   pictures <folder> <language> <suffix>
+//   pictures <folder> <language> <suffix> [dark]
 //
-// The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language.
+// The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language, and once
+// with the colours of a dark desktop.
 
 #include "app/preview/PreviewDialog.h"
 #include "app/preview/PreviewPane.h"
@@ -15,6 +16,7 @@
 #include "app/window/quvoGdalUtilities.h"
 #include "colortable/colortablefile.h"
 #include "colortable/editor/ColorTableEditor.h"
+#include "colortable/legend/legend.h"
 #include "dataset/gdalmessages.h"
 #include "messages/QuvoLanguageManager.h"
 #include "panels/colorReliefOptionsWidget.h"
@@ -41,6 +43,21 @@
 namespace
 {
 
+QPalette darkPalette()
+{
+    const QColor window(0x2d, 0x2d, 0x30);
+    const QColor base(0x1e, 0x1e, 0x20);
+    const QColor text(0xe6, 0xe6, 0xe6);
+    QPalette palette(text, window, window.lighter(140), window.darker(140), window.darker(110), text, Qt::white,
+                     base, window);
+    palette.setColor(QPalette::Highlight, QColor(0x2f, 0x7a, 0xc4));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(0x6c, 0xb4, 0xf0));
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x80));
+    return palette;
+}
+
 class Album
 {
 public:
@@ -49,6 +66,11 @@ public:
         , m_suffix(suffix)
     {
         QDir().mkpath(folder);
+    }
+
+    void add(const QByteArray &picture, const QString &name)
+    {
+        QImage::fromData(picture, "PNG").save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
     }
 
     void add(QWidget &window, const QString &name)
@@ -145,6 +167,15 @@ void addTableEditor(Album &album)
         editor.show();
         waitForPreview();
         album.add(editor, QStringLiteral("table_editor_") + QLatin1String(name));
+        Legend legend{.entries = readColorTable(file).entries,
+                      .minimum = 386.0,
+                      .maximum = 2405.0,
+                      .title = QStringLiteral("Altitude"),
+                      .noDataText = QStringLiteral("–")};
+        album.add(legendPicture(legend, LegendFormat::Png), QStringLiteral("legend_") + QLatin1String(name));
+        legend.classes = true;
+        album.add(legendPicture(legend, LegendFormat::Png),
+                  QStringLiteral("legend_classes_") + QLatin1String(name));
     }
 }
 
@@ -225,12 +256,15 @@ int main(int argc, char *argv[])
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 4) {
-        qCritical("usage: pictures <folder> <language> <suffix>");
+    const bool isDark = arguments.value(4) == QLatin1String("dark");
+    if (arguments.size() != (isDark ? 5 : 4)) {
+        qCritical("usage: pictures <folder> <language> <suffix> [dark]");
         return 2;
     }
     Q_INIT_RESOURCE(quvo);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    if (isDark)
+        QApplication::setPalette(darkPalette());
     application.setStyleSheet(composeStyleSheet(QString()));
     setUpGdal();
     QuvoLanguageManager::getInstance()->defaultSetup(QStringLiteral(QUVO_TREE "/MESSAGES"), arguments.at(2),
