@@ -42,28 +42,50 @@ bool isPercent(const Legend &legend)
     return !entries.isEmpty() && entries.first().percent && !hasRange(legend);
 }
 
-QString valueText(const Legend &legend, double value)
-{
-    const bool isWhole = std::abs(value - std::round(value)) < 1e-6;
-    return QLocale().toString(value, 'f', isWhole ? 0 : 1)
-        + (isPercent(legend) ? QStringLiteral(" %") : QString());
-}
-
-/// A segment of the ramp; segments of no height, edges, are left out.
+/// A segment of the ramp.
 struct Segment
 {
     double from = 0.0;
     double to = 0.0;
 };
 
+/// The values that the legend shows: those of the table, as far as the DEM has them.
+Segment shownRange(const Legend &legend)
+{
+    const QList<QuvoColorDef> entries = elevationEntries(legend.entries);
+    if (entries.isEmpty())
+        return {};
+    const Segment all{legendValue(legend, entries.first()), legendValue(legend, entries.last())};
+    if (!hasRange(legend))
+        return all;
+    const Segment shown{std::max(all.from, legend.minimum), std::min(all.to, legend.maximum)};
+    return shown.from < shown.to ? shown : all;
+}
+
+QString valueText(const Legend &legend, double value)
+{
+    constexpr double wide = 100.0; // over such a range decimals say nothing
+    const Segment range = shownRange(legend);
+    const bool isWhole = range.to - range.from >= wide || std::abs(value - std::round(value)) < 1e-6;
+    return QLocale().toString(value, 'f', isWhole ? 0 : 1)
+        + (isPercent(legend) ? QStringLiteral(" %") : QString());
+}
+
+/// The segments in the range that is shown. One of no more than the step of values in files is an edge: it
+/// belongs to the segment below.
 QVector<Segment> segmentsOf(const Legend &legend)
 {
+    constexpr double edge = 0.1 + 1e-6;
     QVector<Segment> segments;
+    const Segment range = shownRange(legend);
     const QList<QuvoColorDef> entries = elevationEntries(legend.entries);
     for (int at = 1; at < entries.size(); ++at) {
-        const Segment segment{legendValue(legend, entries.at(at - 1)), legendValue(legend, entries.at(at))};
-        if (segment.to > segment.from)
+        const Segment segment{std::max(range.from, legendValue(legend, entries.at(at - 1))),
+                              std::min(range.to, legendValue(legend, entries.at(at)))};
+        if (segment.to - segment.from > edge)
             segments += segment;
+        else if (segment.to > segment.from && !segments.isEmpty())
+            segments.last().to = segment.to;
     }
     return segments;
 }
@@ -79,11 +101,8 @@ public:
                    hasRange(legend) ? legend.maximum : 100.0)
         , m_texts(legendTexts(legend))
     {
-        const QList<QuvoColorDef> entries = elevationEntries(legend.entries);
-        if (!entries.isEmpty()) {
-            m_first = legendValue(legend, entries.first());
-            m_last = legendValue(legend, entries.last());
-        }
+        m_first = shownRange(legend).from;
+        m_last = shownRange(legend).to;
         cairo_select_font_face(m_context, "sans", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
         cairo_set_font_size(m_context, textSize);
     }
@@ -260,8 +279,7 @@ QStringList legendTexts(const Legend &legend)
                           + valueText(legend, segment.to));
     } else {
         constexpr int most = 10;
-        for (const double tick :
-             roundTicks(legendValue(legend, entries.first()), legendValue(legend, entries.last()), most))
+        for (const double tick : roundTicks(shownRange(legend).from, shownRange(legend).to, most))
             texts.prepend(valueText(legend, tick));
     }
     return texts.isEmpty() ? QStringList{valueText(legend, legendValue(legend, entries.first()))} : texts;

@@ -9,7 +9,8 @@
 struct Legend
 {
     QList<QuvoColorDef> entries; ///< as the tool gets them, sorted by value
-    double minimum = 0.0;        ///< extreme elevations of the DEM, for percentages; both 0: not known
+    /// Extreme elevations of the DEM, for percentages and as the ends of the legend; both 0: not known.
+    double minimum = 0.0;
     double maximum = 0.0;
     QString title;        ///< one line above the colours; may be empty
     QString noDataText;   ///< what stands beside the colour of the cells without data

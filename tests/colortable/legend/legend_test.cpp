@@ -55,6 +55,11 @@ void LegendTest::texts_data()
     const QByteArray percent = "0% 0 0 0\n50% 1 1 1\n100% 255 255 255\n";
     QTest::newRow("percent of a DEM") << percent << true << 3000.0 << QStringList{"1500 – 3000", "0 – 1500"};
     QTest::newRow("percent") << percent << true << 0.0 << QStringList{"50 % – 100 %", "0 % – 50 %"};
+    QTest::newRow("part of a table") << plain << true << 750.0 << QStringList{"500 – 750", "0 – 500"};
+    QTest::newRow("an edge in a file") << QByteArray("0 0 0 0\n499.9 1 1 1\n500 9 9 9\n800 255 255 255\n")
+                                       << true << 0.0 << QStringList{"500 – 800", "0 – 500"};
+    QTest::newRow("decimals") << QByteArray("0% 0 0 0\n50% 1 1 1\n100% 2 2 2\n") << true << 33.0
+                              << QStringList{"16.5 – 33", "0 – 16.5"};
     QTest::newRow("one entry") << QByteArray("7 0 0 0\n") << true << 0.0 << QStringList{"7"};
 }
 
