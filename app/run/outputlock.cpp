@@ -1,8 +1,10 @@
 #include "app/run/outputlock.h"
 
 #include "app/run/PartFolder.h"
+#include "app/run/outputname.h"
 #include "messages/label.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -18,15 +20,33 @@ QString canonicalOutput(const QString &output)
     return QDir(QFileInfo(file.absolutePath()).canonicalFilePath()).filePath(file.fileName());
 }
 
+/// Removes a lock file that names no process, because its process died while it created the file. Such a lock
+/// would never become stale. Returns whether it is gone.
+bool removeNamelessLock(QLockFile &lock, const QString &file)
+{
+    constexpr qint64 longestCreation = 1000; // ms
+    qint64 process = 0;
+    QString host;
+    QString program;
+    if (lock.getLockInfo(&process, &host, &program)
+        || QFileInfo(file).lastModified().msecsTo(QDateTime::currentDateTime()) < longestCreation)
+        return false;
+    return lock.removeStaleLockFile(); // false for a file that a living process holds
+}
+
 } // namespace
 
 OutputLock::OutputLock(const QString &output)
 {
     const QString canonical = canonicalOutput(output);
     const QString file = hiddenBeside(canonical, QStringLiteral(".lock"));
+    if (isSpecialFile(file)) { // reading it might never end
+        m_problem = specialFileProblem(file);
+        return;
+    }
     m_lock = std::make_unique<QLockFile>(file);
     m_lock->setStaleLockTime(0); // a lock never becomes stale by its age, only by the end of its process
-    if (m_lock->tryLock()) {
+    if (m_lock->tryLock() || (removeNamelessLock(*m_lock, file) && m_lock->tryLock())) {
         sweepPartFolders(canonical, QFileInfo(file).ownerId());
         return;
     }

@@ -1,5 +1,8 @@
 #include "app/run/outputlock.h"
 
+#include "tests/support/files.h"
+
+#include <QDateTime>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -10,6 +13,7 @@ class OutputLockTest : public QObject
 
 private slots:
     void oneRunAtATime();
+    void namelessLocksDoNotCount();
 };
 
 void OutputLockTest::oneRunAtATime()
@@ -23,6 +27,19 @@ void OutputLockTest::oneRunAtATime()
         QVERIFY(OutputLock(folder.filePath("loop/a.tif")).problem().contains("loop/a.tif"));
         QCOMPARE(OutputLock(folder.filePath("b.tif")).problem(), QString());
     }
+    QCOMPARE(OutputLock(output).problem(), QString());
+}
+
+void OutputLockTest::namelessLocksDoNotCount()
+{
+    const QTemporaryDir folder;
+    const QString output = folder.filePath("a.tif");
+    const QString name = folder.filePath(".a.tif.lock");
+    writeFile(name, "");
+    QVERIFY(!OutputLock(output).problem().isEmpty()); // its process may be about to write its number
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-10), QFileDevice::FileModificationTime));
     QCOMPARE(OutputLock(output).problem(), QString());
 }
 
