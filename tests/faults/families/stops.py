@@ -1,0 +1,45 @@
+"""Signals at random moments: SIGTERM and SIGINT, which the program answers, and SIGKILL, which it cannot."""
+
+import signal
+import subprocess
+
+from jobs import JOBS, QUICK
+
+STARTING = 0.15  # seconds that the program takes besides its tool
+
+
+def lay_out(case, number):
+    """Chooses a run and its old product. Returns the job and its arguments."""
+    job = JOBS[number % len(JOBS)] if number % 3 else case.rng.choice(QUICK)
+    case.lab.lay_out(case.work)
+    replaces = case.rng.random() < 0.5
+    case.remember(case.lab.reference(job, 'small')[0] if replaces else None)
+    case.note = f'{job.word} {job.form} {" ".join(job.extra)}{" over an old product" if replaces else ""}'
+    return job, job.arguments(['--overwrite'] if replaces else [])
+
+
+def interrupt(case, job, arguments, number):
+    """Starts the run and sends the signal, unless the run ends before."""
+    moment = case.rng.uniform(0, case.lab.reference(job)[1] * 1.2 + STARTING)
+    case.note += f', signal {int(number)} after {moment:.3f} s'
+    process = case.start(arguments)
+    try:
+        process.wait(moment)
+    except subprocess.TimeoutExpired:
+        process.send_signal(number)
+    return case.finish(process)
+
+
+def stop(case, number):
+    job, arguments = lay_out(case, number)
+    sent = case.rng.choice([signal.SIGTERM, signal.SIGINT])
+    case.judge(interrupt(case, job, arguments, sent), case.lab.products(job), signals=(sent,))
+
+
+def kill(case, number):
+    job, arguments = lay_out(case, number)
+    case.judge(interrupt(case, job, arguments, signal.SIGKILL), case.lab.products(job), signals=(signal.SIGKILL,),
+               sweep=False)
+    if not case.faults:
+        again = job.arguments(['--overwrite'])
+        case.judge(case.run(again), case.lab.products(job)[:1])
