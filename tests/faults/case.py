@@ -46,11 +46,23 @@ def holds(folder):
     return found
 
 
+def plain_environment(folder):
+    """An environment without variables of GDAL, with folders of its own; fixed dates make products comparable."""
+    environment = {name: value for name, value in os.environ.items()
+                   if not name.startswith(('GDAL_', 'OGR_', 'CPL_', 'GTIFF_', 'LC_', 'QT_', 'XDG_', 'QUVO_'))}
+    for name in ('tmp', 'home'):
+        (Path(folder) / name).mkdir(exist_ok=True)
+    (Path(folder) / 'home' / 'runtime').mkdir(mode=0o700, exist_ok=True)
+    environment.update(LANG='C.UTF-8', TMPDIR=str(Path(folder) / 'tmp'), HOME=str(Path(folder) / 'home'),
+                       XDG_RUNTIME_DIR=str(Path(folder) / 'home' / 'runtime'), SHAPE_ENCODING='',
+                       OGR_CURRENT_DATE='2020-01-01T00:00:00.000Z')
+    return environment
+
+
 class Case:
     """Folders: work, with the inputs and the product; tmp, the temporary folder; home; logs, which may change."""
 
     def __init__(self, lab, root, name, rng):
-        from jobs import plain_environment
         self.lab = lab
         self.name = name
         self.rng = rng
@@ -69,8 +81,8 @@ class Case:
         self.faults.append((column, text))
 
     def remember(self, product=None):
-        """Keeps the state before the runs. The files of `product`, a folder's, are copied as the product that stands
-        in the place of the new one."""
+        """Keeps the state before the runs. The files of the folder `product` are copied as the product that stands in
+        the place of the new one."""
         for entry in sorted(product.iterdir()) if product else ():
             shutil.copy(entry, self.work)
             self.old[entry.name] = digest(entry)

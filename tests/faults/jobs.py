@@ -1,35 +1,43 @@
 """The runs that the families disturb, and the products that the same tools make when they are called by hand."""
 
 import math
-import os
 import shutil
 import subprocess
+import tempfile
 import threading
 import time
 from pathlib import Path
 from typing import NamedTuple
 
-from case import digest
+from case import digest, plain_environment
+
+
+BUILD_OVERVIEWS = '--build-overviews'
 
 
 class Job(NamedTuple):
-    word: str  # the process
+    word: str  # the process, or BUILD_OVERVIEWS for those of the DEM itself
     form: str  # GDAL's short name of the format
     extension: str
     extra: tuple = ()  # further arguments of the batch program
 
     @property
     def product(self):
-        return f'product.{self.extension}'
+        return 'dem.tif.ovr' if self.word == BUILD_OVERVIEWS else f'product.{self.extension}'
 
     def arguments(self, more=(), dem='dem.tif', output=None):
         """Arguments of the batch program, for the files of a case's work folder."""
+        if self.word == BUILD_OVERVIEWS:
+            return [BUILD_OVERVIEWS, dem]
         return ['--process', self.word, '--input', dem, '--output', output or self.product, '--of', self.form,
                 *OPTIONS.get(self.word, ()), *self.extra, *more]
 
     def by_hand(self, dem='dem.tif', output=None):
         """The commands that make the same product without the batch program."""
         output = output or self.product
+        build_overviews = ['gdaladdo', '-q', '-ro', '-r', 'nearest']
+        if self.word == BUILD_OVERVIEWS:
+            return [[*build_overviews, dem, '2', '4']]
         if self.word == 'contour':
             return [['gdal_contour.exe', '-b', '1', '-f', self.form, '-a', 'Z', '-i', '100', '-nln', 'contour', dem,
                      output]]
@@ -42,7 +50,7 @@ class Job(NamedTuple):
         commands = [['gdal_dem.exe', self.word, dem, *table, output, *HAND[self.word].split(), '-b', '1', '-of',
                      self.form, *creation]]
         if '--overviews' in self.extra:
-            commands.append(['gdaladdo', '-q', '-ro', '-r', 'nearest', output, '2', '4'])
+            commands.append([*build_overviews, output, '2', '4'])
         return commands
 
 
@@ -80,6 +88,7 @@ DRESSED = [Job(word, 'GTiff', 'tif', ('--tiled', '--world-file')) for word in ('
 JOBS = PLAIN + DRESSED
 QUICK = [Job('hillshade', 'GTiff', 'tif'), Job('slope', 'GTiff', 'tif'), Job('color-relief', 'GTiff', 'tif'),
          Job('contour', 'GeoJSON', 'geojson'), Job('intervisibility', 'GTiff', 'tif')]
+OVERVIEWS = Job(BUILD_OVERVIEWS, 'GTiff', 'ovr')
 
 
 class Lab:
@@ -105,14 +114,14 @@ class Lab:
 
     def _write_inputs(self):
         side = 150
-        heights = [[1500 + 700 * math.sin(x / 9) * math.cos(y / 13) + 300 * math.sin(x * y / 700) for x in range(side)]
-                   for y in range(side)]
+        heights = [[1500 + 700 * math.sin(x / 9) * math.cos(y / 13) + 300 * math.sin(x * y / 700)
+                    for x in range(side)] for y in range(side)]
         grid = self.inputs / 'grid.asc'
         grid.write_text(f'ncols {side}\nnrows {side}\nxllcorner 500000\nyllcorner 5075000\ncellsize 166\n'
                         + '\n'.join(' '.join(f'{height:.2f}' for height in row) for row in heights) + '\n')
         for name, cells in (('large', 1000), ('small', 200)):
-            subprocess.run(['gdal_translate', '-q', '-a_srs', 'EPSG:32632', '-ot', 'Float32', '-r', 'bilinear', '-outsize',
-                            str(cells), str(cells), grid, self.inputs / f'{name}.tif'], check=True)
+            subprocess.run(['gdal_translate', '-q', '-a_srs', 'EPSG:32632', '-ot', 'Float32', '-r', 'bilinear',
+                            '-outsize', str(cells), str(cells), grid, self.inputs / f'{name}.tif'], check=True)
         (self.inputs / 'table.txt').write_text('nv 0 0 0 0\n500 0 90 0\n1500 200 200 0\n2600 255 255 255\n')
         places = ','.join('{"type":"Feature","properties":{},"geometry":{"type":"Point","coordinates":[%s]}}' % place
                           for place in ('9.1,45.95', '9.2,45.9'))
@@ -143,8 +152,7 @@ class Lab:
         return self._references[job, dem]
 
     def _make_reference(self, job, dem):
-        folder = self.root / 'products' / str(len(self._locks)) / f'{abs(hash((job, dem)))}'
-        folder.mkdir(parents=True)
+        folder = Path(tempfile.mkdtemp(dir=self.root, prefix='product-'))
         self.lay_out(folder, dem)
         began = time.monotonic()
         if job.word == 'intervisibility':  # its tool reads a file of observers that only the batch program writes
@@ -170,17 +178,4 @@ class Lab:
 def with_and_without_overviews(product):
     """A product is whole without its overviews, too: a run that is stopped may lack them."""
     bare = {name: value for name, value in product.items() if not name.endswith('.ovr')}
-    return [product] if bare == product else [product, bare]
-
-
-def plain_environment(folder):
-    """An environment without variables of GDAL, with folders of its own; fixed dates make products comparable."""
-    environment = {name: value for name, value in os.environ.items()
-                   if not name.startswith(('GDAL_', 'OGR_', 'CPL_', 'GTIFF_', 'LC_', 'QT_', 'XDG_', 'QUVO_'))}
-    for name in ('tmp', 'home'):
-        (Path(folder) / name).mkdir(exist_ok=True)
-    (Path(folder) / 'home' / 'runtime').mkdir(mode=0o700, exist_ok=True)
-    environment.update(LANG='C.UTF-8', TMPDIR=str(Path(folder) / 'tmp'), HOME=str(Path(folder) / 'home'),
-                       XDG_RUNTIME_DIR=str(Path(folder) / 'home' / 'runtime'), OGR_CURRENT_DATE='2020-01-01T00:00:00.000Z',
-                       SHAPE_ENCODING='')
-    return environment
+    return [product, bare] if bare and bare != product else [product]

@@ -1,30 +1,32 @@
 """Variables that change what GDAL's tools, Qt or the program do: the product stays the same, or the run is refused."""
 
 
-from case import digest
-from jobs import JOBS, QUICK, plain_environment, with_and_without_overviews
+from case import digest, plain_environment
+from jobs import JOBS, QUICK, with_and_without_overviews
 
 TRUNCATED = 'a DEM that ends too early'
 VARIABLES = [
     {'CPL_LOG': '{logs}/log'}, {'CPL_LOG': '/no/such/folder/log'}, {'CPL_LOG_ERRORS': 'ON', 'CPL_LOG': '{logs}/log'},
     {'CPL_DEBUG': 'ON'}, {'CPL_DEBUG': 'ON', 'CPL_TIMESTAMP': 'ON'}, {'CPL_MAX_ERROR_REPORTS': '0'},
-    {'CPL_MAX_ERROR_REPORTS': '1'}, {'CPL_ACCUM_ERROR_MSG': 'ON'}, {'CPL_ERROR_STREAM': 'x'}, {'CPL_TMPDIR': '/no/such'},
-    {'CPL_VSIL_CURL_CACHE_SIZE': '0'}, {'GDAL_CACHEMAX': '1'}, {'GDAL_CACHEMAX': '1%'}, {'GDAL_NUM_THREADS': 'ALL_CPUS'},
-    {'GDAL_PAM_ENABLED': 'NO'}, {'GDAL_PAM_PROXY_DIR': '{logs}'}, {'GDAL_SKIP': 'GTiff'}, {'GDAL_SKIP': 'PNG,HFA'},
-    {'OGR_SKIP': 'GeoJSON'}, {'OGR_SKIP': 'ESRI Shapefile'}, {'GDAL_DISABLE_READDIR_ON_OPEN': 'EMPTY_DIR'},
-    {'GDAL_DISABLE_READDIR_ON_OPEN': 'TRUE'}, {'GDAL_DATA': '/no/such'}, {'GDAL_DRIVER_PATH': '/no/such'},
-    {'PROJ_LIB': '/no/such'}, {'PROJ_NETWORK': 'ON'}, {'GDAL_FILENAME_IS_UTF8': 'NO'}, {'GDAL_TIFF_INTERNAL_MASK': 'YES'},
-    {'COMPRESS_OVERVIEW': 'DEFLATE'}, {'TIFF_USE_OVR': 'YES'}, {'USE_RRD': 'YES'}, {'GDAL_TIFF_OVR_BLOCKSIZE': '512'},
-    {'BIGTIFF_OVERVIEW': 'YES'}, {'GTIFF_DIRECT_IO': 'YES'}, {'GTIFF_VIRTUAL_MEM_IO': 'YES'}, {'VSI_CACHE': 'TRUE'},
+    {'CPL_MAX_ERROR_REPORTS': '1'}, {'CPL_ACCUM_ERROR_MSG': 'ON'}, {'CPL_ERROR_STREAM': 'x'},
+    {'CPL_TMPDIR': '/no/such'}, {'CPL_VSIL_CURL_CACHE_SIZE': '0'}, {'GDAL_CACHEMAX': '1'}, {'GDAL_CACHEMAX': '1%'},
+    {'GDAL_NUM_THREADS': 'ALL_CPUS'}, {'GDAL_PAM_ENABLED': 'NO'}, {'GDAL_PAM_PROXY_DIR': '{logs}'},
+    {'GDAL_SKIP': 'GTiff'}, {'GDAL_SKIP': 'PNG,HFA'}, {'OGR_SKIP': 'GeoJSON'}, {'OGR_SKIP': 'ESRI Shapefile'},
+    {'GDAL_DISABLE_READDIR_ON_OPEN': 'EMPTY_DIR'}, {'GDAL_DISABLE_READDIR_ON_OPEN': 'TRUE'}, {'GDAL_DATA': '/no/such'},
+    {'GDAL_DRIVER_PATH': '/no/such'}, {'PROJ_LIB': '/no/such'}, {'PROJ_NETWORK': 'ON'},
+    {'GDAL_FILENAME_IS_UTF8': 'NO'}, {'GDAL_TIFF_INTERNAL_MASK': 'YES'}, {'COMPRESS_OVERVIEW': 'DEFLATE'},
+    {'TIFF_USE_OVR': 'YES'}, {'USE_RRD': 'YES'}, {'GDAL_TIFF_OVR_BLOCKSIZE': '512'}, {'BIGTIFF_OVERVIEW': 'YES'},
+    {'GTIFF_DIRECT_IO': 'YES'}, {'GTIFF_VIRTUAL_MEM_IO': 'YES'}, {'VSI_CACHE': 'TRUE'},
     {'GDAL_GEOREF_SOURCES': 'NONE'}, {'GTIFF_IGNORE_READ_ERRORS': 'YES'}, {'GDAL_IGNORE_AXIS_MAPPING': 'YES'},
     {'OSR_DEFAULT_AXIS_MAPPING_STRATEGY': 'TRADITIONAL_GIS_ORDER'}, {'SHAPE_ENCODING': 'ISO-8859-1'},
     {'GDAL_CONFIG_FILE': '/no/such'}, {'GDAL_SWATH_SIZE': '1'}, {'GDAL_MAX_DATASET_POOL_SIZE': '2'},
     {'LC_ALL': 'de_DE.UTF-8', 'LANG': 'de_DE.UTF-8'}, {'LC_ALL': 'fr_FR.ISO-8859-1'}, {'LC_NUMERIC': 'fr_FR.UTF-8'},
     {'LC_ALL': 'C'}, {'LC_ALL': 'no_SUCH'}, {'LANG': ''}, {'QT_QPA_PLATFORM': 'xcb', 'DISPLAY': ''},
-    {'QT_QPA_PLATFORM': 'no-such'}, {'QT_PLUGIN_PATH': '/no/such'}, {'QT_STYLE_OVERRIDE': 'x'}, {'QT_SCALE_FACTOR': '-1'},
-    {'QT_LOGGING_RULES': '*.debug=true'}, {'QT_FATAL_WARNINGS': ''}, {'TMPDIR': '/no/such'}, {'TMPDIR': ''}, {'HOME': ''},
-    {'HOME': '/no/such'}, {'XDG_CONFIG_HOME': '/no/such'}, {'PATH': ''}, {'LUMAGRAF_HOME': '/no/such'}, {'GEOLANGUE': 'x'},
-    {'QUVO_BIN_HOME': '/no/such'}, {'LD_BIND_NOW': '1'}, {'OMP_NUM_THREADS': '0'}, {'TZ': 'x'},
+    {'QT_QPA_PLATFORM': 'no-such'}, {'QT_PLUGIN_PATH': '/no/such'}, {'QT_STYLE_OVERRIDE': 'x'},
+    {'QT_SCALE_FACTOR': '-1'}, {'QT_LOGGING_RULES': '*.debug=true'}, {'QT_FATAL_WARNINGS': ''}, {'TMPDIR': '/no/such'},
+    {'TMPDIR': ''}, {'HOME': ''}, {'HOME': '/no/such'}, {'XDG_CONFIG_HOME': '/no/such'}, {'PATH': ''},
+    {'LUMAGRAF_HOME': '/no/such'}, {'GEOLANGUE': 'x'}, {'QUVO_BIN_HOME': '/no/such'}, {'LD_BIND_NOW': '1'},
+    {'OMP_NUM_THREADS': '0'}, {'TZ': 'x'},
 ]
 
 

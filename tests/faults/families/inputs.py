@@ -2,8 +2,8 @@
 
 import subprocess
 
-from case import digest
-from jobs import Job, plain_environment
+from case import digest, plain_environment
+from jobs import Job
 
 FORMS = {'tif': ['-of', 'GTiff'], 'tiled.tif': ['-of', 'GTiff', '-co', 'TILED=YES', '-co', 'COMPRESS=DEFLATE'],
          'strips.tif': ['-of', 'GTiff', '-co', 'COMPRESS=LZW'], 'png': ['-of', 'PNG', '-ot', 'UInt16', '-scale'],
@@ -49,7 +49,8 @@ def broken(case, number):
     rng, job = case.rng, case.rng.choice(WORDS)
     kind = list(FORMS)[number % len(FORMS)]
     name = f'dem.{kind}'
-    subprocess.run(['gdal_translate', '-q', *FORMS[kind], case.lab.inputs / 'small.tif', name], cwd=case.work, check=True)
+    subprocess.run(['gdal_translate', '-q', *FORMS[kind], case.lab.inputs / 'small.tif', name], cwd=case.work,
+                   check=True)
     if kind == 'vrt':  # a VRT beside the DEM that it refers to
         case.lab.lay_out(case.work, 'small')
     files = [entry for entry in sorted(case.work.iterdir()) if entry.suffix not in ('.txt', '.geojson')]

@@ -4,11 +4,14 @@ import os
 
 from jobs import QUICK
 
-NAMES = [' ', 'a b', ' leading', 'trailing ', 'été', 'e\u0301', '中文', '😀🏔', "it's", '"quoted"', '$(touch made)', '`touch made`',
-         '$HOME', 'a;touch made', 'a|touch made', 'a&touch made', 'a>made', 'a\nb', 'a\tb', 'a\x1bb', 'a\\b', '-of', '--output',
-         '-', '--', '%s%n', '%1', '%20', '&lt;', '<a>', '*', '?', '[a]', '{a}', '~', '!', '#a', 'a#b', 'a,b', 'a=b', 'a:b',
-         'C:', '@file', 'a.b.c', '..a', 'a..', 'dem', 'x' * 196, 'é' * 98, 'x' * 250, b'\xff\xfe', b'caf\xe9', b'a\xc3',
-         'vrt:', 'NETCDF:a', 'GPKG:a', '\u202egnp', '\u00a0', '\u200b', 'CON', 'a\u2028b', 'ﬁ', '/vsimem', '/vsizip']
+NAMES = [
+    ' ', 'a b', ' leading', 'trailing ', 'été', 'e\u0301', '中文', '😀🏔', "it's", '"quoted"', '$(touch made)', '`touch made`',
+    '$HOME', 'a;touch made', 'a|touch made', 'a&touch made', 'a>made', 'a\nb', 'a\tb', 'a\x1bb', 'a\\b', '-of',
+    '--output', '-', '--', '%s%n', '%1', '%20', '&lt;', '<a>', '*', '?', '[a]', '{a}', '~', '!', '#a', 'a#b', 'a,b',
+    'a=b', 'a:b', 'C:', '@file', 'a.b.c', '..a', 'a..', 'dem', 'x' * 196, 'é' * 98, 'x' * 250, b'\xff\xfe', b'caf\xe9',
+    b'a\xc3', 'vrt:', 'NETCDF:a', 'GPKG:a', '\u202egnp', '\xa0', '\u200b', 'CON', 'a\u2028b', '\ufb01', '/vsimem',
+    '/vsizip',
+]
 
 
 def hostile(case, number):

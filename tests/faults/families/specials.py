@@ -5,7 +5,6 @@ import shutil
 import socket
 import stat
 import subprocess
-import time
 
 from jobs import QUICK, Job
 
@@ -43,64 +42,53 @@ def folder_of_files(path):
 KINDS = {'pipe': pipe, 'link to a pipe': pipe_behind_link, 'socket': unix_socket, 'folder': folder_of_files,
          'null device': device(1, 3), 'zero device': device(1, 5), 'full device': device(1, 7),
          'random device': device(1, 9), 'missing loop device': device(7, 250, stat.S_IFBLK)}
-ROLES = ['output', 'input', 'points', 'table', 'recipe', 'side file', 'environment file', 'dictionary', '/vsistdin/',
-         'lock', 'part folder', 'temporary folder']
+# Where the special file stands in the work folder; where one stands elsewhere, or nowhere, the name is empty.
+ROLES = {'output': '{product}', 'input': 'special.tif', 'points': 'points.geojson', 'table': 'table.txt',
+         'recipe': 'special.json', 'side file': 'product.hdr', 'lock': '.{product}.lock',
+         'part folder': '.{product}.part-abcdef', '/vsistdin/': '', 'environment file': '', 'dictionary': '',
+         'temporary folder': ''}
+# Without it, or with another name for it, the run can make its product.
+DISPENSABLE = ('environment file', 'dictionary', 'lock', 'part folder', 'temporary folder')
 
 
 def special(case, number):
-    role = ROLES[number % len(ROLES)]
+    role = list(ROLES)[number % len(ROLES)]
     kind = case.rng.choice(list(KINDS))
-    job = {'points': QUICK[4], 'table': QUICK[2]}.get(role, case.rng.choice(QUICK))
+    job = {'points': QUICK[4], 'table': QUICK[2], 'side file': Job('hillshade', 'ENVI', 'img')}.get(
+        role, case.rng.choice(QUICK))
     case.note = f'{job.word}: {kind} as {role}'
     case.lab.lay_out(case.work, 'small')
-    arguments, path, program = place(case, job, role)
+    arguments = {'input': job.arguments(dem='special.tif'), '/vsistdin/': job.arguments(dem='/vsistdin/'),
+                 'recipe': ['special.json', *job.arguments()]}.get(role, job.arguments(['--overwrite']))
+    path, how = place(case, job, role)
     try:
         if path:
+            path.unlink(missing_ok=True)
             KINDS[kind](path)
     except OSError as problem:
         case.skipped = f'{kind}: {problem.strerror}'
         return
     case.remember()
-    may_succeed = case.lab.products(job, 'small') if role in HARMLESS else []
-    environment = {'TMPDIR': str(path)} if role == 'temporary folder' else {}
-    case.judge(finish(case, role, case.start(arguments, program=program, environment=environment, **standard_input(case, role))),
-               may_succeed, signals=(), sweep=role != 'temporary folder')
-
-
-# The run does not need what stands there, or has another name for it.
-HARMLESS = ('environment file', 'dictionary', 'lock', 'part folder', 'temporary folder')
+    accepted = case.lab.products(job, 'small') if role in DISPENSABLE else []
+    case.judge(finish(case, case.start(arguments, **how)), accepted)
 
 
 def place(case, job, role):
-    """The arguments, where the special file stands, and the program."""
-    plain = job.arguments(['--overwrite'])
-    if role == 'output':
-        return plain, case.work / job.product, None
-    if role == 'input':
-        return job.arguments(dem='special.tif'), case.work / 'special.tif', None
-    if role in ('points', 'table'):
-        name = {'points': 'points.geojson', 'table': 'table.txt'}[role]
-        (case.work / name).unlink()
-        return plain, case.work / name, None
-    if role == 'recipe':
-        return ['special.json', *plain], case.work / 'special.json', None
-    if role == 'side file':
-        return Job('hillshade', 'ENVI', 'img').arguments(['--overwrite']), case.work / 'product.hdr', None
+    """Where the special file stands, and how the program is started."""
+    if ROLES[role]:
+        return case.work / ROLES[role].format(product=job.product), {}
     if role == '/vsistdin/':
-        return job.arguments(dem='/vsistdin/'), None, None
-    if role == 'lock':
-        return plain, case.work / f'.{job.product}.lock', None
-    if role == 'part folder':
-        return plain, case.work / f'.{job.product}.part-abcdef', None
+        return None, {'stdin': standard_input(case)}
     if role == 'temporary folder':
-        return plain, case.root / 'logs' / 'special', None
+        folder = case.root / 'logs' / 'special'
+        return folder, {'environment': {'TMPDIR': str(folder)}}
     tree = tree_of_links(case)
+    program = {'program': tree / 'QuvoDemBatch'}
     if role == 'environment file':
-        (tree / 'QuvoDemToolBox_env.ini').unlink()
-        return plain, tree / 'QuvoDemToolBox_env.ini', tree / 'QuvoDemBatch'
+        return tree / 'QuvoDemToolBox_env.ini', program
     (tree / 'MESSAGES').unlink()
     (tree / 'MESSAGES').mkdir()
-    return plain, tree / 'MESSAGES' / 'geodico.an', tree / 'QuvoDemBatch'
+    return tree / 'MESSAGES' / 'geodico.an', program
 
 
 def tree_of_links(case):
@@ -115,18 +103,15 @@ def tree_of_links(case):
     return tree
 
 
-def standard_input(case, role):
-    """For /vsistdin/: nothing, an open pipe that nobody writes into, or a DEM."""
-    if role != '/vsistdin/':
-        return {}
-    choice = case.rng.choice(['nothing', 'open pipe', 'DEM'])
-    case.note += f' ({choice})'
-    return {'nothing': {}, 'open pipe': {'stdin': subprocess.PIPE}}.get(
-        choice, {'stdin': open(case.work / 'dem.tif', 'rb')})
+def standard_input(case):
+    """Nothing, an open pipe that nobody writes into, or a DEM."""
+    name, source = case.rng.choice([('nothing', subprocess.DEVNULL), ('open pipe', subprocess.PIPE), ('DEM', None)])
+    case.note += f' ({name})'
+    return open(case.work / 'dem.tif', 'rb') if source is None else source
 
 
-def finish(case, role, process):
-    """Waits for the end. communicate() would close an open pipe, so that is waited for first."""
+def finish(case, process):
+    """Waits for the end before Case.finish(), which closes an open pipe."""
     try:
         process.wait(TIME)
     except subprocess.TimeoutExpired:

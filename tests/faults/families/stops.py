@@ -3,14 +3,14 @@
 import signal
 import subprocess
 
-from jobs import JOBS, QUICK
+from jobs import JOBS, OVERVIEWS, QUICK
 
 STARTING = 0.15  # seconds that the program takes besides its tool
 
 
 def lay_out(case, number):
     """Chooses a run and its old product. Returns the job and its arguments."""
-    job = JOBS[number % len(JOBS)] if number % 3 else case.rng.choice(QUICK)
+    job = JOBS[number % len(JOBS)] if number % 3 else case.rng.choice([*QUICK, OVERVIEWS])
     case.lab.lay_out(case.work)
     replaces = case.rng.random() < 0.5
     case.remember(case.lab.reference(job, 'small')[0] if replaces else None)
