@@ -1,7 +1,9 @@
 """Signals at random moments: SIGTERM and SIGINT, which the program answers, and SIGKILL, which it cannot."""
 
+import os
 import signal
 import subprocess
+import time
 
 from jobs import JOBS, OVERVIEWS, QUICK
 
@@ -38,8 +40,30 @@ def stop(case, number):
 
 def kill(case, number):
     job, arguments = lay_out(case, number)
+    if number % 4 == 3:
+        kill_while_moving(case, job, arguments)
+        return
     case.judge(interrupt(case, job, arguments, signal.SIGKILL), case.lab.products(job), signals=(signal.SIGKILL,),
                sweep=False)
     if not case.faults:
-        again = job.arguments(['--overwrite'])
-        case.judge(case.run(again), case.lab.products(job)[:1])
+        case.judge(case.run(job.arguments(['--overwrite'])), case.lab.products(job)[:1])
+
+
+def kill_while_moving(case, job, arguments):
+    """Kills the program while it moves the product to its place. The next run, which fails for a limit to the size of
+    files, puts the old product back unless the new one is whole."""
+    pause = case.rng.uniform(0, 0.0002)  # seconds that moving takes, more or less
+    case.note += f', killed {pause * 1e6:.0f} microseconds after it began to move the product'
+    process = case.start(arguments)
+    parts = []
+    while process.poll() is None and not parts:
+        parts = [str(part / 'names') for part in case.work.glob('.*.part-*')]
+    while process.poll() is None and not os.path.exists(parts[0]):
+        pass
+    begin = time.monotonic()
+    while time.monotonic() < begin + pause:
+        pass
+    process.kill()
+    case.finish(process)
+    ended = case.run(arguments, limits=['prlimit', '--fsize=1000'])
+    case.judge(ended, case.lab.products(job), signals=(signal.SIGKILL,))
