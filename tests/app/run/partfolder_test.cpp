@@ -102,7 +102,8 @@ void PartFolderTest::sweepPutsOldFilesBack()
     QVERIFY(QFile::link(m_folder->path(), path(".a.img.part-abcdef")));
     QCOMPARE(OutputLock(path("a.img")).problem(), QString());
     auto now = found();
-    for (const char *foreign : {".b.img.part-a1B2c3", ".a.img.part-x", ".a.img.part-foreig", ".a.img.part-abcdef"})
+    for (const char *foreign :
+         {".b.img.part-a1B2c3", ".a.img.part-x", ".a.img.part-foreig", ".a.img.part-abcdef"})
         QCOMPARE(now.take(foreign), QByteArray("folder"));
     QCOMPARE(now, kept);
 }
