@@ -62,7 +62,7 @@ def run_case(lab, family, number, options):
     name = f'{family} {number}'
     case = Case(lab, lab.root / 'cases' / f'{family}-{number}', name, random.Random(f'{options.seed} {name}'))
     try:
-        FAMILIES[family][1](case, number)
+        FAMILIES[family][1](case, options.seed + number)  # families go through their rows by this number
     finally:
         if not (case.faults and options.keep):
             shutil.rmtree(case.root, ignore_errors=True)
