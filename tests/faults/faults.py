@@ -105,10 +105,12 @@ def main():
     print(f'seed {options.seed}', flush=True)
     began = time.monotonic()
     root = Path(tempfile.mkdtemp(prefix='faults-'))
-    lab = Lab(options.programs, root)
-    rows = [(family, count(lab, family, options)) for family in options.family or FAMILIES]
-    if not options.keep:
-        shutil.rmtree(root)
+    try:
+        lab = Lab(options.programs, root)
+        rows = [(family, count(lab, family, options)) for family in options.family or FAMILIES]
+    finally:
+        if not options.keep:
+            shutil.rmtree(root)
     version = subprocess.run(['gdalinfo', '--version'], capture_output=True, text=True).stdout.strip()
     result = table(rows) + f'\n{version}; seed {options.seed}; {time.monotonic() - began:.0f} seconds.\n'
     print('\n' + result)
