@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
 namespace
 {
@@ -21,17 +22,25 @@ QString canonicalOutput(const QString &output)
 }
 
 /// Removes a lock file that names no process, because its process died while it created the file. Such a lock
-/// would never become stale. Returns whether it is gone.
+/// would never become stale. Waits for a process that may be about to write its number. Returns whether the
+/// file is gone.
 bool removeNamelessLock(QLockFile &lock, const QString &file)
 {
     constexpr qint64 longestCreation = 1000; // ms
-    qint64 process = 0;
-    QString host;
-    QString program;
-    if (lock.getLockInfo(&process, &host, &program)
-        || QFileInfo(file).lastModified().msecsTo(QDateTime::currentDateTime()) < longestCreation)
+    const auto namesProcess = [&lock] {
+        qint64 process = 0;
+        QString host;
+        QString program;
+        return lock.getLockInfo(&process, &host, &program);
+    };
+    if (!QFileInfo::exists(file)) // its run has just ended
+        return true;
+    if (namesProcess())
         return false;
-    return lock.removeStaleLockFile(); // false for a file that a living process holds
+    const qint64 age = QFileInfo(file).lastModified().msecsTo(QDateTime::currentDateTime());
+    if (age < longestCreation)
+        QThread::msleep(static_cast<unsigned long>(longestCreation - qMax<qint64>(age, 0)));
+    return !namesProcess() && lock.removeStaleLockFile(); // false for a file that a living process holds
 }
 
 } // namespace

@@ -2,10 +2,13 @@
 
 #include "tests/support/files.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 class OutputLockTest : public QObject
 {
@@ -36,10 +39,10 @@ void OutputLockTest::namelessLocksDoNotCount()
     const QString output = folder.filePath("a.tif");
     const QString name = folder.filePath(".a.tif.lock");
     writeFile(name, "");
-    QVERIFY(!OutputLock(output).problem().isEmpty()); // its process may be about to write its number
-    QFile file(name);
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-10), QFileDevice::FileModificationTime));
+    const int living = ::open(name.toUtf8().constData(), O_RDWR);
+    QCOMPARE(::flock(living, LOCK_EX), 0);
+    QVERIFY(!OutputLock(output).problem().isEmpty());
+    ::close(living);
     QCOMPARE(OutputLock(output).problem(), QString());
 }
 

@@ -46,7 +46,10 @@ def kill(case, number):
     case.judge(interrupt(case, job, arguments, signal.SIGKILL), case.lab.products(job), signals=(signal.SIGKILL,),
                sweep=False)
     if not case.faults:
-        case.judge(case.run(job.arguments(['--overwrite'])), case.lab.products(job)[:1])
+        ended = case.run(job.arguments(['--overwrite']))
+        if ended.code != 0:
+            case.blame('false', f'the second run is refused: {ended.words}')
+        case.judge(ended, case.lab.products(job)[:1])
 
 
 def kill_while_moving(case, job, arguments):
