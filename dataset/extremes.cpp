@@ -1,5 +1,6 @@
 #include "dataset/extremes.h"
 
+#include "dataset/formats.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
 
@@ -60,6 +61,8 @@ struct ExtremesReader::Band
         values.resize(static_cast<std::size_t>(blockWidth));
     }
 
+    bool isReadInOrder() const { return formatTraits(QString::fromUtf8(dataset->GetDriverName())).readInOrder; }
+
     /// Bytes of one block.
     std::size_t blockSize() const
     {
@@ -114,7 +117,7 @@ ExtremesReader::ExtremesReader(const QString &path, int band, Effort effort)
         return;
     }
     m_blocksToRead = m_band->blockCount;
-    if (effort == Exact)
+    if (effort == Exact || m_band->isReadInOrder())
         return;
     int hasMinimum = FALSE;
     int hasMaximum = FALSE;

@@ -22,7 +22,8 @@ class ExtremesReader
 public:
     enum Effort
     {
-        Estimate, ///< the file's own statistics, else at most about 2 % of the band's blocks
+        Estimate, ///< the file's own statistics, else at most about 2 % of the band's blocks, or every block of
+                  ///< a format whose lines are read in order
         Exact     ///< every block once
     };
 

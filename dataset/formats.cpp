@@ -12,7 +12,7 @@ constexpr auto byNameOnly = FormatOffer::ByNameOnly;
 constexpr auto refused = FormatOffer::Refused;
 
 constexpr FormatTraits rows[] = {
-    {.driver = "AAIGrid", .bands = FormatBands::One},
+    {.driver = "AAIGrid", .bands = FormatBands::One, .readInOrder = true},
     {.driver = "BAG", .vector = refused}, // has fixed layers
     {.driver = "COG",
      .overviews = OverviewPlace::BuiltIn,
@@ -38,10 +38,12 @@ constexpr FormatTraits rows[] = {
     {.driver = "GPSBabel", .vector = refused}, // needs another program
     {.driver = "GPX", .vector = refused},      // has fixed layers
     {.driver = "GS7BG", .bands = FormatBands::One},
+    {.driver = "GRASSASCIIGrid", .readInOrder = true},
     {.driver = "GSAG", .bands = FormatBands::One},
     {.driver = "GSBG", .bands = FormatBands::One},
     {.driver = "GTiff", .keepsToWholeName = true},
-    {.driver = "ILWIS", .raster = refused},      // leaves files of other names behind
+    {.driver = "ILWIS", .raster = refused}, // leaves files of other names behind
+    {.driver = "ISG", .readInOrder = true},
     {.driver = "Interlis 2", .vector = refused}, // needs a model file
     {.driver = "JPEG", .keepsToWholeName = true},
     {.driver = "KMLSUPEROVERLAY", .raster = refused}, // leaves folders behind

@@ -41,6 +41,10 @@ struct FormatTraits
     FormatBands bands = FormatBands::Any;
     OverviewPlace overviews = OverviewPlace::Beside;
 
+    /// The driver finds a line through all lines before it. Where one of those cannot be read, it reads the
+    /// others again and again, practically for ever.
+    bool readInOrder = false;
+
     /// Longest name of an attribute in bytes of UTF-8; 0: any name. Runs with a longer one fail or lose lines.
     int longestAttribute = 0;
 

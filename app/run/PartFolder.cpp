@@ -85,6 +85,16 @@ bool putBack(const QString &part, const QString &place)
     return whole;
 }
 
+/// Whether a folder holds nothing but what this class puts there.
+bool holdsOnlyOurs(const QString &part)
+{
+    const QStringList names = namesIn(part);
+    return std::all_of(names.begin(), names.end(), [](const QString &name) {
+        const QString path = QLatin1Char('/') + name;
+        return path == nameList || path + QLatin1Char('/') == newFiles || path + QLatin1Char('/') == oldFiles;
+    });
+}
+
 QString folderOf(const QString &path)
 {
     return QFileInfo(path).absolutePath() + QLatin1Char('/');
@@ -190,7 +200,7 @@ void sweepPartFolders(const QString &output, uint owner)
     for (const QString &name : QDir(place).entryList(QDir::Dirs | QDir::Hidden | QDir::NoSymLinks)) {
         const QString part = place + name;
         if (!name.startsWith(prefix) || !sixLetters.match(name.mid(prefix.size())).hasMatch()
-            || QFileInfo(part).ownerId() != owner)
+            || QFileInfo(part).ownerId() != owner || !holdsOnlyOurs(part))
             continue;
         const bool isUnfinished = QFile::exists(part + newFiles + QFileInfo(output).fileName());
         if (!isUnfinished || putBack(part, place))

@@ -45,6 +45,6 @@ bool isInPartFolder(const QString &path);
 QString partFolderProblem(const QString &output);
 
 /// Removes the part folders of dead runs onto this output, after it has put back the old files where such a run
-/// died while it moved its product. Only folders that `owner` owns are touched. Called by the holder of the
-/// output's lock, before it creates a part folder.
+/// died while it moved its product. Only folders that `owner` owns and that hold nothing else are touched.
+/// Called by the holder of the output's lock, before it creates a part folder.
 void sweepPartFolders(const QString &output, uint owner);

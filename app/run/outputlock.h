@@ -10,8 +10,8 @@
 class OutputLock
 {
 public:
-    /// Tries to lock an output, without waiting, and removes what dead runs left beside it. Its folder exists;
-    /// the output itself need not.
+    /// Tries to lock an output and removes what dead runs left beside it. Does not wait, except for up to a
+    /// second where the lock file names no process. The output's folder exists; the output itself need not.
     explicit OutputLock(const QString &output);
 
     /// Why the output could not be locked, in a sentence; empty when the lock is held.

@@ -60,6 +60,7 @@ StopSignals::StopSignals()
     for (const int signal : stopSignals)
         handle(signal);
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // inherited by the tools
 #endif
 }
 

@@ -1,6 +1,7 @@
 #include "dataset/extremes.h"
 
 #include "dataset/gdalmessages.h"
+#include "tests/support/files.h"
 #include "tests/support/rasters.h"
 
 #include <QDir>
@@ -14,6 +15,7 @@ class ExtremesTest : public QObject
 private slots:
     void initTestCase() { setUpGdal(); }
     void estimateReadsFewBlocks();
+    void truncatedTextEndsTheEstimate();
 
 private:
     QTemporaryDir m_folder{QDir::tempPath() + QStringLiteral("/essai é中 XXXXXX")};
@@ -40,6 +42,14 @@ void ExtremesTest::estimateReadsFewBlocks()
     QVERIFY(!ExtremesReader(dem, 2, ExtremesReader::Exact).advance(10));
     QVERIFY(!ExtremesReader(m_folder.filePath("absent"), 1, ExtremesReader::Exact).extremes().known);
     QVERIFY(QDir(m_folder.path()).entryList({"*.aux.xml"}).isEmpty());
+}
+
+/// GDAL's driver would search for the line in the middle practically for ever.
+void ExtremesTest::truncatedTextEndsTheEstimate()
+{
+    const QString dem = writeFile(m_folder.filePath("dem.asc"),
+                                  "ncols 3\nnrows 200\nxllcorner 0\nyllcorner 0\ncellsize 10\n1 2 3\n4 5\n");
+    QVERIFY(estimatedExtremes(dem, 1).unreadable);
 }
 
 QTEST_GUILESS_MAIN(ExtremesTest)

@@ -97,11 +97,13 @@ void PartFolderTest::sweepPutsOldFilesBack()
     write({{dead + "names", "a.img"}, {dead + "new/rest", {}}, {dead + "old/a.img", "older"}});
     write({{".a.img.part-d1B2c3/new/a.img", "half"},
            {".b.img.part-a1B2c3/new/b.img", {}},
-           {".a.img.part-x/y", {}}});
+           {".a.img.part-x/y", {}},
+           {".a.img.part-foreig/y", {}}});
     QVERIFY(QFile::link(m_folder->path(), path(".a.img.part-abcdef")));
     QCOMPARE(OutputLock(path("a.img")).problem(), QString());
     auto now = found();
-    for (const char *foreign : {".b.img.part-a1B2c3", ".a.img.part-x", ".a.img.part-abcdef"})
+    for (const char *foreign :
+         {".b.img.part-a1B2c3", ".a.img.part-x", ".a.img.part-foreig", ".a.img.part-abcdef"})
         QCOMPARE(now.take(foreign), QByteArray("folder"));
     QCOMPARE(now, kept);
 }
