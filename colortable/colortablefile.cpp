@@ -1,5 +1,7 @@
 #include "colortable/colortablefile.h"
 
+#include "colortable/formats/foreigntable.h"
+#include "colortable/formats/palettes.h"
 #include "messages/label.h"
 
 #include <QFile>
@@ -12,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace
 {
@@ -131,6 +134,53 @@ QByteArray noDataLine(const QList<QuvoColorDef> &table)
     return noData ? toolLine("nv", *noData) : QByteArray();
 }
 
+ColorTableReading parseOwnTable(const QByteArray &text)
+{
+    ColorTableReading reading;
+    static const QRegularExpression lineEnd(QStringLiteral("\r\n|\n|\r"));
+    int number = 0;
+    QString content = QString::fromUtf8(text);
+    content.remove(QChar(QChar::ByteOrderMark));
+    for (const QString &line : content.split(lineEnd)) {
+        readLine(reading, line.trimmed(), ++number);
+        if (reading.entries.size() > mostEntries)
+            break;
+    }
+    reading.plain = !reading.invalidValues && isPlain(text);
+    return reading;
+}
+
+QString tooManyEntries()
+{
+    return labelText({"MESS_TC_LONGUE",
+                      "Ce fichier a plus de %1 lignes de couleurs : ce n'est pas une table couleur."})
+        .arg(mostEntries);
+}
+
+/// Sorts the entries of a reading and adds the findings about all of them.
+ColorTableReading finished(ColorTableReading reading)
+{
+    if (reading.problem.isEmpty() && reading.entries.size() > mostEntries)
+        reading.problem = tooManyEntries();
+    if (!reading.problem.isEmpty()) {
+        ColorTableReading refused;
+        refused.format = reading.format;
+        refused.problem = reading.problem;
+        refused.plain = false;
+        return refused;
+    }
+    const QList<QuvoColorDef> elevations = elevationEntries(reading.entries);
+    const auto isPercent = [](const QuvoColorDef &entry) { return entry.percent; };
+    reading.relative = !elevations.isEmpty() && elevations.first().percent;
+    reading.mixedUnits = std::any_of(elevations.begin(), elevations.end(), isPercent)
+        && !std::all_of(elevations.begin(), elevations.end(), isPercent);
+    std::stable_sort(
+        reading.entries.begin(), reading.entries.end(),
+        [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
+    reading.plain = reading.plain && !hasEdges(elevationEntries(reading.entries));
+    return reading;
+}
+
 } // namespace
 
 ColorTableReading readColorTable(const QString &path)
@@ -145,7 +195,7 @@ ColorTableReading readColorTable(const QString &path)
             labelText({"MESS_TC_ILLISIBLE", "« %1 » ne peut pas être lu : %2"}).arg(path, file.errorString());
     } else {
         const QByteArray text = file.read(largestTable + 1);
-        if (text.size() > largestTable || text.contains('\0'))
+        if (text.size() > largestTable || (text.contains('\0') && !isBinaryPalette(text)))
             reading.problem = labelText({"MESS_TC_PAS_TEXTE", "« %1 » n'est pas une table couleur."}).arg(path);
         else
             reading = parseColorTable(text);
@@ -155,34 +205,8 @@ ColorTableReading readColorTable(const QString &path)
 
 ColorTableReading parseColorTable(const QByteArray &text)
 {
-    ColorTableReading reading;
-    static const QRegularExpression lineEnd(QStringLiteral("\r\n|\n|\r"));
-    int number = 0;
-    QString content = QString::fromUtf8(text);
-    content.remove(QChar(QChar::ByteOrderMark));
-    for (const QString &line : content.split(lineEnd)) {
-        readLine(reading, line.trimmed(), ++number);
-        if (reading.entries.size() > mostEntries) {
-            reading = {};
-            reading.problem = labelText({"MESS_TC_LONGUE",
-                                         "Ce fichier a plus de %1 lignes de couleurs : ce n'est pas une "
-                                         "table couleur."})
-                                  .arg(mostEntries);
-            return reading;
-        }
-    }
-    reading.plain = !reading.invalidValues && isPlain(text);
-
-    const QList<QuvoColorDef> elevations = elevationEntries(reading.entries);
-    const auto isPercent = [](const QuvoColorDef &entry) { return entry.percent; };
-    reading.relative = !elevations.isEmpty() && elevations.first().percent;
-    reading.mixedUnits = std::any_of(elevations.begin(), elevations.end(), isPercent)
-        && !std::all_of(elevations.begin(), elevations.end(), isPercent);
-    std::stable_sort(
-        reading.entries.begin(), reading.entries.end(),
-        [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
-    reading.plain = reading.plain && !hasEdges(elevationEntries(reading.entries));
-    return reading;
+    const std::optional<ColorTableReading> foreign = readForeignTable(text);
+    return finished(foreign ? *foreign : parseOwnTable(text));
 }
 
 QList<QuvoColorDef> entriesOfKind(const QList<QuvoColorDef> &entries, bool relative)
