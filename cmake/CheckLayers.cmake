@@ -47,7 +47,7 @@ set(layers
     "viewshed: "
     "viewshed/io: viewshed"
     "viewshed/main.cpp: viewshed viewshed/io"
-    "colortable: messages colortable/formats/foreigntable.h colortable/formats/palettes.h"
+    "colortable: messages colortable/formats/colornames.h colortable/formats/foreigntable.h colortable/formats/palettes.h"
     "colortable/formats: colortable messages"
     "dataset: messages vectordraw"
     "colortable/legend: colortable"

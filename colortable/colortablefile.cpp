@@ -1,5 +1,6 @@
 #include "colortable/colortablefile.h"
 
+#include "colortable/formats/colornames.h"
 #include "colortable/formats/foreigntable.h"
 #include "colortable/formats/palettes.h"
 #include "messages/label.h"
@@ -46,9 +47,8 @@ bool readValue(const QString &field, QuvoColorDef &entry)
 bool readColor(const QStringList &fields, QColor &color)
 {
     if (fields.size() < 4) {
-        const QColor named(fields.at(1));
-        color = QColor::fromRgba(named.rgba()); // 8 bits for a component, also of "#rrrgggbbb"
-        return named.isValid();
+        color = toolNamedColor(fields.at(1));
+        return color.isValid();
     }
     int components[] = {0, 0, 0, fullComponent};
     const int given = fields.size() > 4 ? 4 : 3;
@@ -63,7 +63,7 @@ bool readColor(const QStringList &fields, QColor &color)
 }
 
 /// Whether the DEM tool reads the same entries from the text. Only numbers and comments in their plainest form
-/// pass. Excluded are names of colours (the tool knows few, some of them as other colours), separators that it
+/// pass. Excluded are names of colours (the tool knows few), separators that it
 /// does not know, -9999 for no-data (an elevation to it), and COLOR_MODEL, which marks another file format.
 bool isPlain(const QByteArray &text)
 {
@@ -114,6 +114,8 @@ double justBelow(double value)
     constexpr float smallest = 1e-30F;
     const auto number = static_cast<float>(value);
     const float below = std::nextafter(number, -std::numeric_limits<float>::infinity());
+    if (!std::isfinite(below)) // beyond the 32-bit numbers lies no cell
+        return value;
     return std::abs(number) < smallest ? -smallest : std::min(static_cast<double>(below), value);
 }
 
@@ -240,7 +242,8 @@ QList<QuvoColorDef> toolEntries(const QList<QuvoColorDef> &entries)
         QuvoColorDef entry = elevations.at(at);
         const bool isFirst = !isAt(at - 1, entry.value);
         const bool isLast = !isAt(at + 1, entry.value);
-        if (!isFirst && !isLast)
+        const bool isBelowAll = !isLast && entry.percent && entry.value <= 0.0; // no cell is below 0 %
+        if ((!isFirst && !isLast) || isBelowAll)
             continue;
         if (isFirst && !isLast)
             entry.value = justBelow(entry.value);

@@ -11,8 +11,8 @@ using Names = QHash<QString, QRgb>;
 /// Names that the DEM tool and GRASS share.
 Names basicNames()
 {
-    return {{"white", qRgb(255, 255, 255)}, {"black", qRgb(0, 0, 0)},     {"red", qRgb(255, 0, 0)},
-            {"green", qRgb(0, 255, 0)},     {"blue", qRgb(0, 0, 255)},    {"yellow", qRgb(255, 255, 0)},
+    return {{"white", qRgb(255, 255, 255)}, {"black", qRgb(0, 0, 0)},   {"red", qRgb(255, 0, 0)},
+            {"green", qRgb(0, 255, 0)},     {"blue", qRgb(0, 0, 255)},  {"yellow", qRgb(255, 255, 0)},
             {"magenta", qRgb(255, 0, 255)}, {"cyan", qRgb(0, 255, 255)}};
 }
 

@@ -3,8 +3,9 @@
 #include <QColor>
 #include <QString>
 
-// The names of colours. One name is another colour to another program: "green" is 0 128 0 on the web and 0 255 0 to
-// the DEM tool. Each function returns an invalid colour for a name that it does not know; case does not matter.
+// The names of colours. One name is another colour to another program: "green" is 0 128 0 on the web and 0 255
+// 0 to the DEM tool. Each function returns an invalid colour for a name that it does not know; case does not
+// matter.
 
 /// The colour that the DEM tool paints for a name; names that only Qt knows and "#rrggbb" are read by Qt.
 QColor toolNamedColor(const QString &name);

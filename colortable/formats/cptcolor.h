@@ -6,7 +6,8 @@
 #include <optional>
 
 /// In which numbers a GMT colour palette table writes its colours.
-enum class CptModel {
+enum class CptModel
+{
     Unknown, ///< the file does not say; numbers are red, green and blue
     Rgb,     ///< 0 to 255
     Hsv,     ///< degrees, then 0 to 1
@@ -24,6 +25,7 @@ struct CptColor
     double parts[3] = {};    ///< the three numbers of isHsv or isRgb
 };
 
-/// Reads a colour: one field ("r/g/b", "h-s-v", "c/m/y/k", a grey, a name, "#rrggbb", "-", each but "-" also with
+/// Reads a colour: one field ("r/g/b", "h-s-v", "c/m/y/k", a grey, a name, "#rrggbb", "-", each but "-" also
+/// with
 /// "@transparency" in percent), or three or four fields of numbers. Nothing when the fields are no colour.
 std::optional<CptColor> readCptColor(const QStringList &fields, CptModel model);

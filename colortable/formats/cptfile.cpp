@@ -34,19 +34,18 @@ struct CptTable
 
 QStringList fieldsOf(const QString &line)
 {
-    static const QRegularExpression blanks(QStringLiteral("\\s+"));
-    QStringList fields = line.section(QLatin1Char(';'), 0, 0).split(blanks, Qt::SkipEmptyParts);
-    const bool isAnnotated = fields.size() > 2
-        && QStringList({QStringLiteral("L"), QStringLiteral("U"), QStringLiteral("B")}).contains(fields.last());
-    if (isAnnotated)
-        fields.removeLast();
+    const QString content = line.section(QLatin1Char(';'), 0, 0).simplified();
+    QStringList fields = content.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const QString last = fields.size() > 2 ? fields.last() : QString();
+    if (last == QLatin1String("L") || last == QLatin1String("U") || last == QLatin1String("B"))
+        fields.removeLast(); // where GMT's colour bar is annotated
     return fields;
 }
 
 bool isOutsideLine(const QStringList &fields)
 {
-    static const QRegularExpression letter(QStringLiteral("^[BFN]$"));
-    return fields.size() > 1 && letter.match(fields.first()).hasMatch();
+    const QString first = fields.size() > 1 ? fields.first() : QString();
+    return first == QLatin1String("B") || first == QLatin1String("F") || first == QLatin1String("N");
 }
 
 bool isComment(const QString &line)
@@ -161,8 +160,8 @@ bool looksLikeHsv(const CptTable &table)
     return suspicious && table.model == CptModel::Unknown;
 }
 
-/// Stretches values from 0 to 1, or from -1 to 1, as GMT does. Returns whether they are parts of a range that the
-/// file does not name, and so become percentages.
+/// Stretches values from 0 to 1, or from -1 to 1, as GMT does. Returns whether they are parts of a range that
+/// the file does not name, and so become percentages.
 bool stretch(ColorTableReading &reading, CptTable &table)
 {
     const double first = table.slices.first().from;
@@ -172,10 +171,11 @@ bool stretch(ColorTableReading &reading, CptTable &table)
         return false;
     if (!table.range && (first == -1.0 || table.hinge)) {
         if (table.hinge)
-            refuse(reading,
-                   labelText({"MESS_TF_CHARNIERE",
-                              "Les valeurs de cette table s'étirent de part et d'autre de 0 (HINGE), mais aucune "
-                              "ligne RANGE ne dit jusqu'où."}));
+            refuse(
+                reading,
+                labelText({"MESS_TF_CHARNIERE",
+                           "Les valeurs de cette table s'étirent de part et d'autre de 0 (HINGE), mais aucune "
+                           "ligne RANGE ne dit jusqu'où."}));
         return false;
     }
     if (!table.range) {
@@ -230,32 +230,12 @@ void addSlices(ColorTableReading &reading, CptTable &table)
                                     "continuent."});
 }
 
-/// The fields of the lines that are neither comments nor colours of what lies outside.
-QVector<QStringList> dataFields(const QStringList &lines)
+/// Whether the fields are a range in eight columns of numbers.
+bool isRange(const QStringList &fields)
 {
-    QVector<QStringList> all;
-    for (const QString &line : lines) {
-        const QStringList fields = fieldsOf(line);
-        if (!fields.isEmpty() && !isComment(line) && !isOutsideLine(fields))
-            all += fields;
-    }
-    return all;
-}
-
-/// Whether all lines are ranges in eight columns of numbers that follow each other. One line alone counts too.
-bool areRanges(const QVector<QStringList> &lines)
-{
-    QString before;
-    for (const QStringList &fields : lines) {
-        const bool follows = before.isEmpty() || finiteNumber(fields.first()) == finiteNumber(before);
-        const bool isRange = fields.size() == 8
-            && std::all_of(fields.begin(), fields.end(), [](const QString &field) { return finiteNumber(field); })
-            && *finiteNumber(fields.first()) < *finiteNumber(fields.at(4));
-        if (!isRange || !follows)
-            return false;
-        before = fields.at(4);
-    }
-    return !lines.isEmpty();
+    const auto isNumber = [](const QString &field) { return finiteNumber(field).has_value(); };
+    return fields.size() == 8 && std::all_of(fields.begin(), fields.end(), isNumber)
+        && *finiteNumber(fields.first()) < *finiteNumber(fields.at(4));
 }
 
 /// Whether a line of two or four fields has a colour that only GMT writes so.
@@ -263,8 +243,8 @@ bool hasCptColor(const QStringList &fields)
 {
     static const QRegularExpression color(
         QStringLiteral("^[0-9.]+(/[0-9.]+){2,3}(@[0-9.]+)?$|^[0-9.]+-[0-9.]+-[0-9.]+$"));
-    const bool isSlice = fields.size() == 4 && finiteNumber(fields.at(2));
-    if (!finiteNumber(fields.first()) || (fields.size() != 2 && !isSlice))
+    const bool isSlice = fields.size() == 4 && finiteNumber(fields.at(2)).has_value();
+    if ((fields.size() != 2 && !isSlice) || !finiteNumber(fields.first()))
         return false;
     return color.match(fields.at(1)).hasMatch()
         || (isSlice && !finiteNumber(fields.at(1)) && !finiteNumber(fields.at(3)));
@@ -274,12 +254,23 @@ bool hasCptColor(const QStringList &fields)
 
 bool isCptFile(const QStringList &lines)
 {
+    bool areRanges = true; // that follow each other
+    std::optional<double> end;
     for (const QString &line : lines) {
-        if (isComment(line) ? headerMark().match(line).hasMatch() : isOutsideLine(fieldsOf(line)))
+        if (isComment(line)) {
+            if (headerMark().match(line).hasMatch())
+                return true;
+            continue;
+        }
+        const QStringList fields = fieldsOf(line);
+        if (isOutsideLine(fields) || hasCptColor(fields))
             return true;
+        if (fields.isEmpty() || !areRanges)
+            continue;
+        areRanges = isRange(fields) && (!end || finiteNumber(fields.first()) == end);
+        end = areRanges ? finiteNumber(fields.at(4)) : std::nullopt;
     }
-    const QVector<QStringList> data = dataFields(lines);
-    return areRanges(data) || std::any_of(data.begin(), data.end(), hasCptColor);
+    return areRanges && end;
 }
 
 ColorTableReading readCptFile(const QStringList &lines)
@@ -295,7 +286,8 @@ ColorTableReading readCptFile(const QStringList &lines)
             readLine(reading, table, line, number);
     }
     if (!table.keys.isEmpty() && !table.slices.isEmpty())
-        refuse(reading, labelText({"MESS_TF_MELANGE", "Ce fichier mélange des plages et des valeurs isolées."}));
+        refuse(reading,
+               labelText({"MESS_TF_MELANGE", "Ce fichier mélange des plages et des valeurs isolées."}));
     if (looksLikeHsv(table))
         refuse(reading,
                labelText({"MESS_TF_MODELE",

@@ -13,6 +13,6 @@
 /// Whether the lines are such a table. Tables without a mark in a comment are recognised by their ranges.
 bool isCptFile(const QStringList &lines);
 
-/// Reads the table. Values from 0 to 1, and from -1 to 1, which GMT stretches, are stretched over the file's RANGE
-/// or become percentages. Ranges that are mixed in hue, saturation and value get more entries.
+/// Reads the table. Values from 0 to 1, and from -1 to 1, which GMT stretches, are stretched over the file's
+/// RANGE or become percentages. Ranges that are mixed in hue, saturation and value get more entries.
 ColorTableReading readCptFile(const QStringList &lines);

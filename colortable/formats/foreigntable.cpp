@@ -21,10 +21,11 @@ struct TextFormat
     ColorTableReading (*read)(const QStringList &lines);
 };
 
-/// The text formats; the first that recognises a file reads it. The formats with a mark of their own come first.
+/// The text formats; the first that recognises a file reads it. The formats with a mark of their own come
+/// first.
 constexpr TextFormat textFormats[] = {
-    {isGimpGradient, readGimpGradient}, {isGimpPalette, readGimpPalette},   {isSagaText, readSagaText},
-    {isSurferLevels, readSurferLevels}, {isQgisText, readQgisText},         {isGrassColors, readGrassColors},
+    {isGimpGradient, readGimpGradient}, {isGimpPalette, readGimpPalette}, {isSagaText, readSagaText},
+    {isSurferLevels, readSurferLevels}, {isQgisText, readQgisText},       {isGrassColors, readGrassColors},
     {isCptFile, readCptFile},           {isGrassRules, readGrassRules},
 };
 

@@ -10,8 +10,21 @@ namespace
 {
 
 // The numbers of a segment in the file.
-enum Blending { Linear, Curved, Sinusoidal, SphereIncreasing, SphereDecreasing, Step };
-enum Mixing { Rgb, HsvCounterClockwise, HsvClockwise };
+enum Blending
+{
+    Linear,
+    Curved,
+    Sinusoidal,
+    SphereIncreasing,
+    SphereDecreasing,
+    Step
+};
+enum Mixing
+{
+    Rgb,
+    HsvCounterClockwise,
+    HsvClockwise
+};
 
 struct Segment
 {
@@ -26,8 +39,8 @@ struct Segment
 
 constexpr double pi = 3.14159265358979323846;
 
-/// How much of the second colour a place holds; both from 0 to 1. middle: the place where both are mixed evenly in
-/// a linear segment. (GIMP's blending functions, as its gradients are documented)
+/// How much of the second colour a place holds; both from 0 to 1. middle: the place where both are mixed evenly
+/// in a linear segment. (GIMP's blending functions, as its gradients are documented)
 double partOf(const Segment &segment, double place)
 {
     const double width = segment.right - segment.left;
@@ -103,7 +116,8 @@ bool readSegment(Segment &segment, const QStringList &fields)
     }
     const bool partsFit = (numbers.size() == 13 || numbers.size() == 15)
         && std::all_of(numbers.begin(), numbers.begin() + 11, [](double number) { return number <= 1.0; });
-    if (!partsFit || numbers.at(0) >= numbers.at(2) || numbers.at(1) < numbers.at(0) || numbers.at(1) > numbers.at(2))
+    if (!partsFit || numbers.at(0) >= numbers.at(2) || numbers.at(1) < numbers.at(0)
+        || numbers.at(1) > numbers.at(2))
         return false;
     const auto color = [&](int at) {
         return colorOfParts(numbers.at(at), numbers.at(at + 1), numbers.at(at + 2), numbers.at(at + 3));
@@ -138,7 +152,8 @@ ColorTableReading readGimpGradient(const QStringList &lines)
         } else if (!readSegment(segment, fields) || std::abs(segment.left - end) > 1e-4) {
             refuseLine(reading, at + 1, badFields());
         } else if (fields.mid(13).count(QStringLiteral("0")) != fields.mid(13).size()) {
-            refuseLine(reading, at + 1, notSupported(fields.mid(13).join(QLatin1Char(' ')))); // the painter's colours
+            refuseLine(reading, at + 1,
+                       notSupported(fields.mid(13).join(QLatin1Char(' ')))); // the painter's colours
         } else {
             segment.left = end; // rounded in the file
             end = segment.right;

@@ -29,7 +29,7 @@ bool isComment(const QString &line)
 /// The first word of a rule, in lower case.
 QString ruleWord(const QString &line)
 {
-    return fieldsOf(line.toLower(), QStringLiteral("\\s+")).value(0);
+    return line.simplified().section(QLatin1Char(' '), 0, 0).toLower();
 }
 
 void readRule(ColorTableReading &reading, QColor &outside, const QString &line, int number)
@@ -114,8 +114,8 @@ void readColorsLine(ColorTableReading &reading, GrassColors &colors, const QStri
     }
 }
 
-/// Adds the ranges in the order of their values. What lies between two ranges has the colour of the outside, or is
-/// transparent; a range includes its upper end unless the next one begins there.
+/// Adds the ranges in the order of their values. What lies between two ranges has the colour of the outside, or
+/// is transparent; a range includes its upper end unless the next one begins there.
 void addRanges(ColorTableReading &reading, const GrassColors &colors)
 {
     QVector<Range> ranges = colors.ranges;
@@ -158,11 +158,10 @@ const QRegularExpression &colorsHeader()
 
 bool isGrassRules(const QStringList &lines)
 {
-    return std::any_of(lines.begin(), lines.end(), [](const QString &line) {
-        const QString word = ruleWord(line);
-        return word == QLatin1String("default")
-            || (word == QLatin1String("end") && line.trimmed().size() == word.size());
-    });
+    static const QRegularExpression mark(QStringLiteral("^\\s*(default\\s.*|end\\s*)$"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const QString &line) { return mark.match(line).hasMatch(); });
 }
 
 ColorTableReading readGrassRules(const QStringList &lines)
@@ -205,9 +204,10 @@ ColorTableReading readGrassColors(const QStringList &lines)
         ++number;
         const QRegularExpressionMatch header = colorsHeader().match(line);
         if (header.captured(1).size() == 2)
-            reading.notes += labelText({"MESS_TF_CYCLIQUE",
-                                        "Cette table se répète au-delà de ses bornes ; ici, les couleurs extrêmes "
-                                        "continuent."});
+            reading.notes +=
+                labelText({"MESS_TF_CYCLIQUE",
+                           "Cette table se répète au-delà de ses bornes ; ici, les couleurs extrêmes "
+                           "continuent."});
         if (!isComment(line) && !header.hasMatch())
             readColorsLine(reading, colors, line, number);
     }

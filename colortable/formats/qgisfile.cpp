@@ -53,7 +53,8 @@ void addSteps(ColorTableReading &reading, const QVector<ShaderItem> &items)
     addSteps(reading.entries, bounds, colors, true);
 }
 
-/// Adds the items in the shader's way. isClipped: nothing is painted beyond the items of an interpolated shader.
+/// Adds the items in the shader's way. isClipped: nothing is painted beyond the items of an interpolated
+/// shader.
 void addItems(ColorTableReading &reading, const QString &type, QVector<ShaderItem> items, bool isClipped)
 {
     if (items.isEmpty() || !reading.problem.isEmpty())
@@ -81,8 +82,8 @@ void addItems(ColorTableReading &reading, const QString &type, QVector<ShaderIte
     }
 }
 
-ShaderItem itemOf(ColorTableReading &reading, const QString &value, const QColor &color, const QString &colorText,
-                  int line)
+ShaderItem itemOf(ColorTableReading &reading, const QString &value, const QColor &color,
+                  const QString &colorText, int line)
 {
     const std::optional<double> number = finiteNumber(value);
     if (!number && !isInfinite(value))
@@ -132,7 +133,8 @@ Stop stopOf(ColorTableReading &reading, const QString &place, const QString &col
         refuse(reading, notAColor(color));
     stop.mixing = mixing.isEmpty() ? QStringLiteral("rgb") : mixing;
     stop.isClockwise = direction == QLatin1String("cw");
-    if (!QStringList({QStringLiteral("rgb"), QStringLiteral("hsv"), QStringLiteral("hsl")}).contains(stop.mixing))
+    if (!QStringList({QStringLiteral("rgb"), QStringLiteral("hsv"), QStringLiteral("hsl")})
+             .contains(stop.mixing))
         refuse(reading, notSupported(stop.mixing));
     return stop;
 }
@@ -141,7 +143,8 @@ Stop stopOf(ColorTableReading &reading, const QString &place, const QString &col
 QVector<Stop> stopsOf(ColorTableReading &reading, const QMap<QString, QString> &options)
 {
     QVector<Stop> stops{stopOf(reading, QStringLiteral("0"), options.value(QStringLiteral("color1")), {}, {})};
-    for (const QString &text : options.value(QStringLiteral("stops")).split(QLatin1Char(':'), Qt::SkipEmptyParts)) {
+    for (const QString &text :
+         options.value(QStringLiteral("stops")).split(QLatin1Char(':'), Qt::SkipEmptyParts)) {
         // A colour of newer versions holds colons of its own: "255,0,0,255,rgb:1,0,0,1".
         const QStringList fields = text.split(QLatin1Char(';'));
         if (fields.size() < 2) {
@@ -164,7 +167,8 @@ QColor colorOfHsl(double hue, double saturation, double lightness, double alpha)
     return colorOfHsv(hue, value > 0.0 ? 2.0 * (1.0 - lightness / value) : 0.0, value, alpha);
 }
 
-/// The colour between two stops, mixed as the second one says. A hue without a colour is that of the other stop.
+/// The colour between two stops, mixed as the second one says. A hue without a colour is that of the other
+/// stop.
 QColor mixedHue(const Stop &from, const Stop &to, double place)
 {
     const bool isHsl = to.mixing == QLatin1String("hsl");
@@ -233,10 +237,10 @@ void readElement(ColorTableReading &reading, Style &style, QXmlStreamReader &xml
     } else if (xml.name() == QLatin1String("colorrampshader")) {
         style.shaderType = text("colorRampType");
         style.isClipped = text("clip") == QLatin1String("1");
-        style.minimum = attributes.hasAttribute(QLatin1String("minimumValue")) ? text("minimumValue")
-                                                                               : style.minimum;
-        style.maximum = attributes.hasAttribute(QLatin1String("maximumValue")) ? text("maximumValue")
-                                                                               : style.maximum;
+        style.minimum =
+            attributes.hasAttribute(QLatin1String("minimumValue")) ? text("minimumValue") : style.minimum;
+        style.maximum =
+            attributes.hasAttribute(QLatin1String("maximumValue")) ? text("maximumValue") : style.maximum;
     } else if (xml.name() == QLatin1String("item") && !style.shaderType.isEmpty()) {
         QColor color = colorOf(text("color"));
         const std::optional<int> alpha = levelOf(text("alpha"));
@@ -283,9 +287,8 @@ QString brokenXml()
 
 bool isQgisText(const QStringList &lines)
 {
-    return std::any_of(lines.begin(), lines.end(), [](const QString &line) {
-        return line.startsWith(QLatin1String("INTERPOLATION:"));
-    });
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const QString &line) { return line.startsWith(QLatin1String("INTERPOLATION:")); });
 }
 
 ColorTableReading readQgisText(const QStringList &lines)

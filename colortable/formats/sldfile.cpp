@@ -16,8 +16,7 @@ public:
     explicit SldReader(const QByteArray &bytes)
         : m_xml(bytes)
         , m_reading(foreignReading(QStringLiteral("SLD")))
-    {
-    }
+    { }
 
     ColorTableReading read()
     {
@@ -87,11 +86,13 @@ void SldReader::readElement()
     if (name == QLatin1String("Opacity") && m_maps == 0) {
         const QString opacity = m_xml.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
         if (finiteNumber(opacity) != 1.0)
-            m_reading.notes += labelText({"MESS_TF_OPACITE", "L'opacité de toute la couche (%1) n'est pas reprise."})
-                                   .arg(opacity);
+            m_reading.notes +=
+                labelText({"MESS_TF_OPACITE", "L'opacité de toute la couche (%1) n'est pas reprise."})
+                    .arg(opacity);
     }
     if (name == QLatin1String("ColorMap") && m_maps > 0)
-        m_reading.notes += labelText({"MESS_TF_CARTES", "Ce fichier contient plusieurs tables ; la première est lue."});
+        m_reading.notes +=
+            labelText({"MESS_TF_CARTES", "Ce fichier contient plusieurs tables ; la première est lue."});
     if (!isMap || !m_reading.entries.isEmpty())
         return;
     ++m_maps;
@@ -164,8 +165,8 @@ void SldReader::readInterpolate()
         if (m_xml.name() == QLatin1String("Data"))
             value = numberHere(m_xml.readElementText(QXmlStreamReader::IncludeChildElements));
         else if (m_xml.name() == QLatin1String("Value") && value)
-            m_reading.entries += {
-                *value, colorHere(m_xml.readElementText(QXmlStreamReader::IncludeChildElements)), false};
+            m_reading.entries +=
+                {*value, colorHere(m_xml.readElementText(QXmlStreamReader::IncludeChildElements)), false};
     }
 }
 

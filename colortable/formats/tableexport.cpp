@@ -20,8 +20,8 @@ QString numberText(double value)
 QString levelsText(const QColor &color, char separator)
 {
     const QString parts = QStringLiteral("%1%4%2%4%3");
-    return parts.arg(QString::number(color.red()), QString::number(color.green()), QString::number(color.blue()),
-                     QString(QLatin1Char(separator)));
+    return parts.arg(QString::number(color.red()), QString::number(color.green()),
+                     QString::number(color.blue()), QString(QLatin1Char(separator)));
 }
 
 QByteArray cptText(QList<QuvoColorDef> entries, const QuvoColorDef *noData)
@@ -31,7 +31,8 @@ QByteArray cptText(QList<QuvoColorDef> entries, const QuvoColorDef *noData)
         entries.prepend({0.0, entries.first().color, true});
         entries.append({100.0, entries.last().color, true});
     } else if (entries.size() == 1 || entries.at(entries.size() - 2).value == entries.last().value) {
-        entries.append({nextAbove(entries.last().value), entries.last().color, false}); // a range of one cell value
+        entries.append(
+            {nextAbove(entries.last().value), entries.last().color, false}); // a range of one cell value
     }
     const double scale = percent ? 100.0 : 1.0;
     QString text = QStringLiteral("# COLOR_MODEL = RGB\n");
@@ -45,8 +46,9 @@ QByteArray cptText(QList<QuvoColorDef> entries, const QuvoColorDef *noData)
     }
     text += QStringLiteral("B\t%1\nF\t%2\n")
                 .arg(levelsText(entries.first().color, '/'), levelsText(entries.last().color, '/'));
-    const bool isPainted = noData && noData->color.alpha() > 0;
-    text += QStringLiteral("N\t%1\n").arg(isPainted ? levelsText(noData->color, '/') : QStringLiteral("-"));
+    if (noData)
+        text += QStringLiteral("N\t%1\n").arg(noData->color.alpha() > 0 ? levelsText(noData->color, '/')
+                                                                        : QStringLiteral("-"));
     return text.toUtf8();
 }
 
@@ -141,9 +143,8 @@ QByteArray grassRules(const QList<QuvoColorDef> &entries, const QuvoColorDef *no
 
 bool isMixed(const QList<QuvoColorDef> &elevations)
 {
-    return std::any_of(elevations.begin(), elevations.end(), [&](const QuvoColorDef &entry) {
-        return entry.percent != elevations.first().percent;
-    });
+    return std::any_of(elevations.begin(), elevations.end(),
+                       [&](const QuvoColorDef &entry) { return entry.percent != elevations.first().percent; });
 }
 
 } // namespace
@@ -180,11 +181,13 @@ QStringList exportLosses(const QList<QuvoColorDef> &entries, TableFormat format)
     const bool isGrass = format == TableFormat::GrassRules;
     const bool holdsNoData = isCpt || isGrass || format == TableFormat::QgisStyle;
     const auto isTranslucent = [](const QuvoColorDef &entry) { return entry.color.alpha() < 255; };
-    const bool noDataIsLost = noData && (isGrass ? isTranslucent(*noData)
-                                                 : isCpt && noData->color.alpha() % 255 != 0);
+    const bool noDataIsLost =
+        noData && (isGrass ? isTranslucent(*noData) : isCpt && noData->color.alpha() % 255 != 0);
     QStringList losses;
-    if ((isCpt || isGrass) && (noDataIsLost || std::any_of(elevations.begin(), elevations.end(), isTranslucent)))
-        losses += labelText({"MESS_TF_SANS_ALPHA", "Ce format n'a pas de transparence : les couleurs deviennent opaques."});
+    if ((isCpt || isGrass)
+        && (noDataIsLost || std::any_of(elevations.begin(), elevations.end(), isTranslucent)))
+        losses += labelText(
+            {"MESS_TF_SANS_ALPHA", "Ce format n'a pas de transparence : les couleurs deviennent opaques."});
     if (isMixed(elevations) && !isGrass)
         losses += labelText({"MESS_TF_SANS_MELANGE",
                              "Ce format ne mélange pas altitudes et pourcentages : une partie des couleurs est "
@@ -193,6 +196,7 @@ QStringList exportLosses(const QList<QuvoColorDef> &entries, TableFormat format)
         losses += labelText({"MESS_TF_SANS_POURCENT",
                              "Ce format n'a pas de pourcentages : ils deviennent des altitudes de 0 à 100."});
     if (noData && !holdsNoData)
-        losses += labelText({"MESS_TF_SANS_NODATA", "Ce format n'a pas de couleur pour les cellules sans donnée."});
+        losses +=
+            labelText({"MESS_TF_SANS_NODATA", "Ce format n'a pas de couleur pour les cellules sans donnée."});
     return losses;
 }

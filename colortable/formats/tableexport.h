@@ -6,7 +6,8 @@
 #include <QStringList>
 
 /// The formats of other programs that can be written.
-enum class TableFormat {
+enum class TableFormat
+{
     GmtCpt,     ///< .cpt: ranges, and the colours below, above and without data
     QgisText,   ///< QGIS's export of a colour map
     QgisStyle,  ///< .qml: the style of a layer
@@ -14,11 +15,11 @@ enum class TableFormat {
     GrassRules, ///< rules for r.colors
 };
 
-/// The table as the text of a file of that format (UTF-8). entries: sorted by value. Of a table of mixed units the
-/// kind of its first entry is written. Empty for a table without elevations.
+/// The table as the text of a file of that format (UTF-8). entries: sorted by value. Of a table of mixed units
+/// the kind of its first entry is written. Empty for a table without elevations.
 ///
-/// An edge becomes two values one 32-bit number apart where the format has no ranges. A CPT table of percentages
-/// goes from 0 to 1.
+/// An edge becomes two values one 32-bit number apart where the format has no ranges. A CPT table of
+/// percentages goes from 0 to 1.
 QByteArray exportedTable(const QList<QuvoColorDef> &entries, TableFormat format);
 
 /// What the format cannot hold of the table, in sentences; empty when nothing is lost.

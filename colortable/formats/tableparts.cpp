@@ -12,7 +12,9 @@ namespace
 /// Whether the straight line between two colours passes within one level of a third at its middle.
 bool isStraight(const QColor &from, const QColor &middle, const QColor &to)
 {
-    const auto fits = [](int first, int between, int last) { return std::abs(first + last - 2 * between) <= 2; };
+    const auto fits = [](int first, int between, int last) {
+        return std::abs(first + last - 2 * between) <= 2;
+    };
     return fits(from.red(), middle.red(), to.red()) && fits(from.green(), middle.green(), to.green())
         && fits(from.blue(), middle.blue(), to.blue()) && fits(from.alpha(), middle.alpha(), to.alpha());
 }
@@ -116,9 +118,9 @@ double nextAbove(double value)
     const auto number = static_cast<float>(value);
     if (std::abs(number) < smallest)
         return static_cast<double>(smallest);
-    return static_cast<double>(number) > value ? static_cast<double>(number)
-                                               : static_cast<double>(std::nextafter(
-                                                   number, std::numeric_limits<float>::infinity()));
+    return static_cast<double>(number) > value
+        ? static_cast<double>(number)
+        : static_cast<double>(std::nextafter(number, std::numeric_limits<float>::infinity()));
 }
 
 void addPoint(QList<QuvoColorDef> &entries, double value, const QColor &color, bool percent)
@@ -166,9 +168,9 @@ void addSteps(QList<QuvoColorDef> &entries, const QVector<double> &bounds, const
 void addExactColors(ColorTableReading &reading, const QList<QuvoColorDef> &colors)
 {
     QList<QuvoColorDef> sorted = colors;
-    std::stable_sort(
-        sorted.begin(), sorted.end(),
-        [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
+    std::stable_sort(sorted.begin(), sorted.end(), [](const QuvoColorDef &one, const QuvoColorDef &other) {
+        return one.value < other.value;
+    });
     for (const QuvoColorDef &exact : sorted) {
         const auto cell = static_cast<double>(static_cast<float>(boundValue(exact.value)));
         if (!reading.entries.isEmpty() && cell < reading.entries.last().value)
@@ -187,7 +189,8 @@ void addExactColors(ColorTableReading &reading, const QList<QuvoColorDef> &color
 void addEvenColors(ColorTableReading &reading, const QVector<QColor> &colors)
 {
     for (int at = 0; at < colors.size(); ++at)
-        reading.entries += {at * 100.0 / qMax<int>(1, static_cast<int>(colors.size()) - 1), colors.at(at), true};
+        reading.entries +=
+            {at * 100.0 / qMax<int>(1, static_cast<int>(colors.size()) - 1), colors.at(at), true};
     reading.notes += labelText({"MESS_TF_REGULIER",
                                 "Ce fichier n'a pas d'altitudes : ses couleurs sont réparties régulièrement "
                                 "sur celles du MNT."});

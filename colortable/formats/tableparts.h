@@ -8,10 +8,10 @@
 #include <functional>
 #include <optional>
 
-// The parts out of which the readers build a table. An entry list mixes its colours between two values; a range of
-// one colour is two entries, and an edge between two ranges two entries of one value, of which a cell of exactly that
-// value gets the second. Where a range includes its upper bound, the edge lies one 32-bit number above it: the tool
-// reads every cell as a 32-bit number, so no cell lies between.
+// The parts out of which the readers build a table. An entry list mixes its colours between two values; a range
+// of one colour is two entries, and an edge between two ranges two entries of one value, of which a cell of
+// exactly that value gets the second. Where a range includes its upper bound, the edge lies one 32-bit number
+// above it: the tool reads every cell as a 32-bit number, so no cell lies between.
 
 /// An empty reading of a file in that format. The tool never reads such a file itself.
 ColorTableReading foreignReading(const QString &format);
@@ -51,8 +51,8 @@ void addCurve(QList<QuvoColorDef> &entries, double from, double to, bool percent
 /// The value, or its neighbour where the value itself would mean no-data. For the bounds of ranges.
 double boundValue(double value);
 
-/// Adds ranges of one colour each. bounds: ascending; colors: one more than bounds, the last lies above the last
-/// bound. boundBelongsBelow: a cell of exactly a bound's value has the colour below it.
+/// Adds ranges of one colour each. bounds: ascending; colors: one more than bounds, the last lies above the
+/// last bound. boundBelongsBelow: a cell of exactly a bound's value has the colour below it.
 void addSteps(QList<QuvoColorDef> &entries, const QVector<double> &bounds, const QVector<QColor> &colors,
               bool boundBelongsBelow);
 
