@@ -175,8 +175,8 @@ void BatchTest::tablesOfOtherPrograms()
     writeFile(path("hand_b.txt"), "49.9999961853027 1 2 3\n50 4 5 6\n");
     for (const QString &table : {path("a.txt"), path("b.cpt")}) {
         const QString hand = path("hand_" + QFileInfo(table).completeBaseName() + ".txt");
-        const Ended ended = batch({"--process", "color-relief", "--input", path("dem.tif"), "--output", path("p.tif"),
-                                   "--overwrite", "--set", "table=" + table});
+        const Ended ended = batch({"--process", "color-relief", "--input", path("dem.tif"), "--output",
+                                   path("p.tif"), "--overwrite", "--set", "table=" + table});
         QVERIFY2(ended.code == 0, qPrintable(ended.error));
         QCOMPARE(ended.error.contains("GMT") || ended.error.contains("se répète")
                      || ended.error.contains("repeats"),
@@ -188,8 +188,8 @@ void BatchTest::tablesOfOtherPrograms()
         QCOMPARE(bytesOf(path("p.tif")), bytesOf(path("hand.tif")));
     }
     writeFile(path("bad.cpt"), "0 1/2/3 9 1/2/300\n");
-    const Ended bad = batch({"--process", "color-relief", "--input", path("dem.tif"), "--output", path("q.tif"), "--set",
-                             "table=" + path("bad.cpt")});
+    const Ended bad = batch({"--process", "color-relief", "--input", path("dem.tif"), "--output", path("q.tif"),
+                             "--set", "table=" + path("bad.cpt")});
     QVERIFY2(bad.code == 2 && bad.error.contains("1/2/300"), qPrintable(bad.error));
 }
 
