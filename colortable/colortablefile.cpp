@@ -1,5 +1,8 @@
 #include "colortable/colortablefile.h"
 
+#include "colortable/formats/colornames.h"
+#include "colortable/formats/foreigntable.h"
+#include "colortable/formats/palettes.h"
 #include "messages/label.h"
 
 #include <QFile>
@@ -12,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace
 {
@@ -43,9 +47,8 @@ bool readValue(const QString &field, QuvoColorDef &entry)
 bool readColor(const QStringList &fields, QColor &color)
 {
     if (fields.size() < 4) {
-        const QColor named(fields.at(1));
-        color = QColor::fromRgba(named.rgba()); // 8 bits for a component, also of "#rrrgggbbb"
-        return named.isValid();
+        color = toolNamedColor(fields.at(1));
+        return color.isValid();
     }
     int components[] = {0, 0, 0, fullComponent};
     const int given = fields.size() > 4 ? 4 : 3;
@@ -60,7 +63,7 @@ bool readColor(const QStringList &fields, QColor &color)
 }
 
 /// Whether the DEM tool reads the same entries from the text. Only numbers and comments in their plainest form
-/// pass. Excluded are names of colours (the tool knows few, some of them as other colours), separators that it
+/// pass. Excluded are names of colours (the tool knows few), separators that it
 /// does not know, -9999 for no-data (an elevation to it), and COLOR_MODEL, which marks another file format.
 bool isPlain(const QByteArray &text)
 {
@@ -111,6 +114,8 @@ double justBelow(double value)
     constexpr float smallest = 1e-30F;
     const auto number = static_cast<float>(value);
     const float below = std::nextafter(number, -std::numeric_limits<float>::infinity());
+    if (!std::isfinite(below)) // beyond the 32-bit numbers lies no cell
+        return value;
     return std::abs(number) < smallest ? -smallest : std::min(static_cast<double>(below), value);
 }
 
@@ -131,6 +136,53 @@ QByteArray noDataLine(const QList<QuvoColorDef> &table)
     return noData ? toolLine("nv", *noData) : QByteArray();
 }
 
+ColorTableReading parseOwnTable(const QByteArray &text)
+{
+    ColorTableReading reading;
+    static const QRegularExpression lineEnd(QStringLiteral("\r\n|\n|\r"));
+    int number = 0;
+    QString content = QString::fromUtf8(text);
+    content.remove(QChar(QChar::ByteOrderMark));
+    for (const QString &line : content.split(lineEnd)) {
+        readLine(reading, line.trimmed(), ++number);
+        if (reading.entries.size() > mostEntries)
+            break;
+    }
+    reading.plain = !reading.invalidValues && isPlain(text);
+    return reading;
+}
+
+QString tooManyEntries()
+{
+    return labelText({"MESS_TC_LONGUE",
+                      "Ce fichier a plus de %1 lignes de couleurs : ce n'est pas une table couleur."})
+        .arg(mostEntries);
+}
+
+/// Sorts the entries of a reading and adds the findings about all of them.
+ColorTableReading finished(ColorTableReading reading)
+{
+    if (reading.problem.isEmpty() && reading.entries.size() > mostEntries)
+        reading.problem = tooManyEntries();
+    if (!reading.problem.isEmpty()) {
+        ColorTableReading refused;
+        refused.format = reading.format;
+        refused.problem = reading.problem;
+        refused.plain = false;
+        return refused;
+    }
+    const QList<QuvoColorDef> elevations = elevationEntries(reading.entries);
+    const auto isPercent = [](const QuvoColorDef &entry) { return entry.percent; };
+    reading.relative = !elevations.isEmpty() && elevations.first().percent;
+    reading.mixedUnits = std::any_of(elevations.begin(), elevations.end(), isPercent)
+        && !std::all_of(elevations.begin(), elevations.end(), isPercent);
+    std::stable_sort(
+        reading.entries.begin(), reading.entries.end(),
+        [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
+    reading.plain = reading.plain && !hasEdges(elevationEntries(reading.entries));
+    return reading;
+}
+
 } // namespace
 
 ColorTableReading readColorTable(const QString &path)
@@ -145,7 +197,7 @@ ColorTableReading readColorTable(const QString &path)
             labelText({"MESS_TC_ILLISIBLE", "« %1 » ne peut pas être lu : %2"}).arg(path, file.errorString());
     } else {
         const QByteArray text = file.read(largestTable + 1);
-        if (text.size() > largestTable || text.contains('\0'))
+        if (text.size() > largestTable || (text.contains('\0') && !isBinaryPalette(text)))
             reading.problem = labelText({"MESS_TC_PAS_TEXTE", "« %1 » n'est pas une table couleur."}).arg(path);
         else
             reading = parseColorTable(text);
@@ -155,34 +207,8 @@ ColorTableReading readColorTable(const QString &path)
 
 ColorTableReading parseColorTable(const QByteArray &text)
 {
-    ColorTableReading reading;
-    static const QRegularExpression lineEnd(QStringLiteral("\r\n|\n|\r"));
-    int number = 0;
-    QString content = QString::fromUtf8(text);
-    content.remove(QChar(QChar::ByteOrderMark));
-    for (const QString &line : content.split(lineEnd)) {
-        readLine(reading, line.trimmed(), ++number);
-        if (reading.entries.size() > mostEntries) {
-            reading = {};
-            reading.problem = labelText({"MESS_TC_LONGUE",
-                                         "Ce fichier a plus de %1 lignes de couleurs : ce n'est pas une "
-                                         "table couleur."})
-                                  .arg(mostEntries);
-            return reading;
-        }
-    }
-    reading.plain = !reading.invalidValues && isPlain(text);
-
-    const QList<QuvoColorDef> elevations = elevationEntries(reading.entries);
-    const auto isPercent = [](const QuvoColorDef &entry) { return entry.percent; };
-    reading.relative = !elevations.isEmpty() && elevations.first().percent;
-    reading.mixedUnits = std::any_of(elevations.begin(), elevations.end(), isPercent)
-        && !std::all_of(elevations.begin(), elevations.end(), isPercent);
-    std::stable_sort(
-        reading.entries.begin(), reading.entries.end(),
-        [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
-    reading.plain = reading.plain && !hasEdges(elevationEntries(reading.entries));
-    return reading;
+    const std::optional<ColorTableReading> foreign = readForeignTable(text);
+    return finished(foreign ? *foreign : parseOwnTable(text));
 }
 
 QList<QuvoColorDef> entriesOfKind(const QList<QuvoColorDef> &entries, bool relative)
@@ -216,7 +242,8 @@ QList<QuvoColorDef> toolEntries(const QList<QuvoColorDef> &entries)
         QuvoColorDef entry = elevations.at(at);
         const bool isFirst = !isAt(at - 1, entry.value);
         const bool isLast = !isAt(at + 1, entry.value);
-        if (!isFirst && !isLast)
+        const bool isBelowAll = !isLast && entry.percent && entry.value <= 0.0; // no cell is below 0 %
+        if ((!isFirst && !isLast) || isBelowAll)
             continue;
         if (isFirst && !isLast)
             entry.value = justBelow(entry.value);

@@ -229,7 +229,10 @@ void colorReliefOptionsWidget::slot_addAColorFile()
     const QString start = m_tableFolder.isEmpty() ? QFileInfo(m_dem.path).absolutePath() : m_tableFolder;
     const QString file = QuvoFilerDialog::getSelection(
         this, QuvoFilerDialog::OpenFile, tr("Choisir un fichier table couleurs", "MESS_CHOIX_TC"), start,
-        QStringLiteral("%1 (*.txt)").arg(tr("Fichier table couleur", "MESS_FICH_TC")));
+        QStringLiteral(
+            "%1 (*.txt);;%2 (*.txt *.cpt *.qml *.sld *.xml *.clr *.rul *.pal *.ggr *.gpl *.act *.spr)")
+            .arg(tr("Fichier table couleur", "MESS_FICH_TC"),
+                 tr("Toutes les tables lisibles", "MESS_TF_TOUTES")));
     if (file.isEmpty())
         return;
     m_tableFolder = QFileInfo(file).absolutePath();
@@ -257,6 +260,8 @@ void colorReliefOptionsWidget::slot_addAColorFile()
                "MESS_ATN_TC_MIXTE")))
         return;
     useTable(file, reading);
+    if (!reading.notes.isEmpty())
+        Prompt::notice(m_form->m_pPBAddAColorFile, reading.notes.join(QLatin1Char('\n')));
 }
 
 void colorReliefOptionsWidget::chooseTable(const QString &file)

@@ -37,6 +37,11 @@ QString readingProblem(const ColorTableReading &reading, const QString &file, bo
                     "La table couleur « %1 » mélange des altitudes et des pourcentages : elle ne peut pas être "
                     "étalée."})
             .arg(file);
+    if (spread && reading.categories)
+        return labelText(
+                   {"MESS_TC_ETALER_EXACT",
+                    "La table couleur « %1 » donne à chaque valeur sa couleur : elle ne peut pas être étalée."})
+            .arg(file);
     return {};
 }
 
@@ -106,6 +111,7 @@ ToolTable prepareTable(const ColorReliefOptions &options, const QString &dem, in
     ToolTable table;
     table.file = colorTableFile(options.table);
     const ColorTableReading reading = readTable(options, table.file);
+    table.notes = reading.notes;
     table.problem = readingProblem(reading, table.file, options.spread);
     if (!table.problem.isEmpty() || (!options.spread && reading.plain))
         return table;

@@ -4,6 +4,7 @@
 #include "panels/options/processoptions.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -14,6 +15,7 @@ struct ToolTable
 {
     QString file;             ///< path of the table
     bool isTemporary = false; ///< the file is in the work folder
+    QStringList notes;        ///< sentences about what the reading of the table approximated
     QString problem;          ///< why the table cannot be used, in a sentence; empty for a good table
 };
 

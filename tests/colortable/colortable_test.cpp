@@ -73,9 +73,9 @@ void ColorTableTest::lines_data()
     row("\xc2\xa0"
         "10 1 2 3",
         "10 1 2 3 255", false);
-    row("# COLOR_MODEL = RGB", "", false);    // the tool would read the file as another format
-    row("10 green", "10 0 128 0 255", false); // the tool reads another colour
-    row("10 green x", "10 0 128 0 255", false);
+    row("# COLOR_MODEL = RGB", "", false);           // the tool would read the file as another format
+    row("10 green", "10 0 255 0 255", false);        // as the tool paints it
+    row("10 Orchid x", "10 218 112 214 255", false); // the tool does not know it
     row("10 #0a0b0c", "10 10 11 12 255", false);
     for (const char *skipped : {"", "#10 1 2 3", "# x", "// 10 1 2 3"})
         row(skipped, "");
@@ -157,7 +157,7 @@ void ColorTableTest::toolLayout()
     const QByteArray text = toolTableText(entries);
     QCOMPARE(text,
              QByteArray("nv\t5  5  5  0\n-12000\t1  1  1  255\n33.333333333333336%\t255  0  0  255\n"
-                        "100.0625\t0  128  0  255\n"));
+                        "100.0625\t0  255  0  255\n"));
     QVERIFY(parseColorTable(text).plain);
     const ColorTableReading returns = parseColorTable("# heights\r0 1 1 1\r10 2 2 2\r");
     QVERIFY(returns.entries.size() == 2 && !returns.plain); // one line, a comment, to the tool

@@ -58,6 +58,15 @@ void ToolColorsTest::equalTheTools_data()
     QTest::newRow("edges") << QByteArray("0 0 0 90\n0 90 200 90\n50 1 2 3\n50 9 9 9\n50 200 0 0\n"
                                          "33.3 0 0 0\n33.3 255 255 255\n100 3 4 5\n");
     QTest::newRow("percentages") << QByteArray("0% 0 0 0\n33.3% 250 3 77\n100% 255 255 255\n");
+    // Of other programs: bounds that belong to the range below, single values, and colours outside of the
+    // ranges.
+    QTest::newRow("bounds below") << QByteArray(
+        "INTERPOLATION:DISCRETE\n0,1,1,1,9,\n10,2,2,2,99,\n33.3,3,3,3,255,\n"
+        "50,4,4,4,255,\n100,5,5,5,255,\n");
+    QTest::newRow("single values") << QByteArray(
+        "INTERPOLATION:EXACT\n0,1,1,1,9,\n33.3,2,2,2,99,\n250,3,3,3,255,\n");
+    QTest::newRow("ranges") << QByteArray("# COLOR_MODEL = +HSV\n0 0-1-1 33.3 300-1-0.5\n33.3 red 50 -\n"
+                                          "50 - 100 -\n100 9 250 10\nB 1-1-1\nF 99-0.5-1\nN -\n");
     QTest::newRow("one entry") << QByteArray("10 1 2 3\n");
 }
 

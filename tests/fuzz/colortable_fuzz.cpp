@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(reading.problem.isEmpty() || entries.isEmpty(), "a refused table has no entries");
 
     const QList<QuvoColorDef> forTool = reread(toolTableText(entries));
-    require(elevationEntries(forTool) == elevationEntries(entries), "the tool's layout keeps the entries");
+    require(elevationEntries(forTool) == toolEntries(entries), "the tool's layout keeps the entries");
     require(!noDataEntry(entries) || *noDataEntry(forTool) == *noDataEntry(entries), "and the no-data entry");
     const auto isNextToNoData = [](const QuvoColorDef &entry) { // becomes no-data by the one decimal
         return !entry.isNoData() && std::abs(entry.value - QuvoColorDef::noDataValue) < 0.1;

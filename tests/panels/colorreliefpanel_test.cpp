@@ -95,7 +95,7 @@ void ColorReliefPanelTest::addedTables()
 
     panel.add(write("names.txt", "0 green\n10 red\n"));
     const QString copy = panel.widget.colorFile(false);
-    QCOMPARE(bytesOf(copy), QByteArray("0\t0  128  0  255\n10\t255  0  0  255\n"));
+    QCOMPARE(bytesOf(copy), QByteArray("0\t0  255  0  255\n10\t255  0  0  255\n"));
     QVERIFY(copy.startsWith(panel.workFolder.path()));
     QVERIFY(panel.widget.options().table.endsWith("/names.txt"));
 
@@ -126,6 +126,17 @@ void ColorReliefPanelTest::addedTables()
     panel.widget.slot_onCurrentColorFileDataChanged(panel.combo->currentTable().entries);
     QCOMPARE(panel.combo->currentText(), QStringLiteral("custom"));
     QVERIFY(panel.widget.colorFile(true).startsWith(panel.workFolder.path()));
+
+    QuvoFilerDialog::takeShown();
+    Prompt::takeShown();
+    panel.add(write("cyclic.cpt", "# CYCLIC\n0 1/2/3 5 1/2/3\n5 7/8/9 6 7/8/9\n"));
+    QVERIFY(QuvoFilerDialog::takeShown().value(0).contains("(*.txt);;"));
+    QCOMPARE(
+        bytesOf(panel.widget.colorFile(true)),
+        QByteArray("0\t1  2  3  255\n4.999999523162842\t1  2  3  255\n5\t7  8  9  255\n6\t7  8  9  255\n"));
+    QCOMPARE(Prompt::takeShown().filter("se répète").size(), 1);
+    panel.add(write("bad.qml", "<qgis><rasterrenderer type='paletted'/></qgis>"));
+    QVERIFY(Prompt::takeShown().join("|").contains("paletted"));
 }
 
 void ColorReliefPanelTest::spreadFileFollowsDemAndTable()

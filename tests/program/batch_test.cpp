@@ -27,6 +27,7 @@ private slots:
     void productEqualsTheToolsOwn();
     void recipeAndOverrides();
     void recipeOnStandardInput();
+    void tablesOfOtherPrograms();
     void severalDems();
     void severalDemsStop();
     void namesOfAllKinds();
@@ -163,6 +164,33 @@ void BatchTest::recipeOnStandardInput()
     const Ended other = batch({path("a.json"), "--input", path("dem.tif"), "--output", path("c.tif"), "--set",
                                "table=" + path("table.txt"), "--print-command"});
     QVERIFY2(other.code == 0 && !other.out.contains("quvodemtoolbox-"), qPrintable(other.out));
+}
+
+void BatchTest::tablesOfOtherPrograms()
+{
+    // A cell of exactly 50 belongs below the bound of QGIS, and above the edge of GMT.
+    writeFile(path("a.txt"), "INTERPOLATION:DISCRETE\n50,1,2,3,255,low\ninf,4,5,6,255,high\n");
+    writeFile(path("hand_a.txt"), "50 1 2 3\n50.0000038146973 4 5 6\n");
+    writeFile(path("b.cpt"), "# CYCLIC\n10 1/2/3 50 1/2/3\n50 4/5/6 90 4/5/6\n");
+    writeFile(path("hand_b.txt"), "49.9999961853027 1 2 3\n50 4 5 6\n");
+    for (const QString &table : {path("a.txt"), path("b.cpt")}) {
+        const QString hand = path("hand_" + QFileInfo(table).completeBaseName() + ".txt");
+        const Ended ended = batch({"--process", "color-relief", "--input", path("dem.tif"), "--output",
+                                   path("p.tif"), "--overwrite", "--set", "table=" + table});
+        QVERIFY2(ended.code == 0, qPrintable(ended.error));
+        QCOMPARE(ended.error.contains("GMT") || ended.error.contains("se répète")
+                     || ended.error.contains("repeats"),
+                 table.endsWith(".cpt"));
+        QCOMPARE(runProgram(QStringLiteral(QUVO_TREE "/gdal_dem.exe"),
+                            {"color-relief", path("dem.tif"), hand, path("hand.tif"), "-b", "1"})
+                     .code,
+                 0);
+        QCOMPARE(bytesOf(path("p.tif")), bytesOf(path("hand.tif")));
+    }
+    writeFile(path("bad.cpt"), "0 1/2/3 9 1/2/300\n");
+    const Ended bad = batch({"--process", "color-relief", "--input", path("dem.tif"), "--output", path("q.tif"),
+                             "--set", "table=" + path("bad.cpt")});
+    QVERIFY2(bad.code == 2 && bad.error.contains("1/2/300"), qPrintable(bad.error));
 }
 
 void BatchTest::severalDems()

@@ -172,9 +172,9 @@ void ProductsTest::colorTables()
                                  path("relief.tif"), "--overwrite", "--set", "table=" + path(table)}
                      + more);
     };
-    // Colour names have the values of CSS. The tool alone has another green and does not know the other name.
+    // The names of the tool have its colours, not those of CSS; the tool alone does not know the other name.
     write("noms.txt", "-100 green\n200 palegreen\n");
-    write("nombres.txt", "-100 0 128 0\n200 152 251 152\n");
+    write("nombres.txt", "-100 0 255 0\n200 152 251 152\n");
     QCOMPARE(relief("noms.txt"), 0);
     const QByteArray named = bytesOf(path("relief.tif"));
     QCOMPARE(relief("nombres.txt"), 0);

@@ -1,0 +1,1 @@
+<qgis><rasterrenderer type='singlebandpseudocolor'><colorrampshader clip='1' colorRampType='INTERPOLATED'><item value='0' color='#000000' alpha='255'/><item value='10' color='200,100,0' alpha='9'/></colorrampshader></rasterrenderer></qgis>
