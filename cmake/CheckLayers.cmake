@@ -51,7 +51,7 @@ set(layers
     "colortable/formats: colortable messages"
     "dataset: messages vectordraw"
     "colortable/legend: colortable"
-    "colortable/editor: colortable colortable/legend dataset messages"
+    "colortable/editor: colortable colortable/formats/tableexport.h colortable/legend dataset messages"
     "runner: messages dataset/pathencoding.h"
     "panels/options: colortable dataset messages runner/quoting.h"
     "panels/controls: colortable colortable/editor messages"

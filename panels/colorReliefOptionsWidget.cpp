@@ -1,6 +1,7 @@
 #include "panels/colorReliefOptionsWidget.h"
 
 #include "colortable/editor/ColorTableEditor.h"
+#include "colortable/editor/tablefiles.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/rasterpicture.h"
 #include "dataset/workfolder.h"
@@ -227,12 +228,9 @@ void colorReliefOptionsWidget::slot_addAColorFile()
 {
     // The program's own library is in the list already.
     const QString start = m_tableFolder.isEmpty() ? QFileInfo(m_dem.path).absolutePath() : m_tableFolder;
-    const QString file = QuvoFilerDialog::getSelection(
-        this, QuvoFilerDialog::OpenFile, tr("Choisir un fichier table couleurs", "MESS_CHOIX_TC"), start,
-        QStringLiteral(
-            "%1 (*.txt);;%2 (*.txt *.cpt *.qml *.sld *.xml *.clr *.rul *.pal *.ggr *.gpl *.act *.spr)")
-            .arg(tr("Fichier table couleur", "MESS_FICH_TC"),
-                 tr("Toutes les tables lisibles", "MESS_TF_TOUTES")));
+    const QString file = QuvoFilerDialog::getSelection(this, QuvoFilerDialog::OpenFile,
+                                                       tr("Choisir un fichier table couleurs", "MESS_CHOIX_TC"),
+                                                       start, readableTablesFilter());
     if (file.isEmpty())
         return;
     m_tableFolder = QFileInfo(file).absolutePath();
@@ -242,22 +240,7 @@ void colorReliefOptionsWidget::slot_addAColorFile()
         Prompt::warning(this, invalidTableText(problem));
         return;
     }
-    if (reading.invalidValues
-        && !Prompt::question(
-            this,
-            tr("La table couleur que vous voulez charger, contient des valeurs invalides.\nVoulez-vous "
-               "la charger quand même ?",
-               "MESS_ATN_TC_VAL_INVAL")
-                + QStringLiteral("\n\n") + tr("Ligne %1", "MESS_TC_LIGNE").arg(reading.invalidLine)))
-        return;
-    if (reading.mixedUnits
-        && !Prompt::question(
-            this,
-            tr("La table couleur que vous voulez charger, n'est pas prise en compte en totalité par "
-               "cet éditeur car elle contient un mélange de valeurs absolues et de valeurs exprimées "
-               "en pourcentage.\nCertaines couleurs seront ignorées.\nVoulez-vous la charger quand "
-               "même ?",
-               "MESS_ATN_TC_MIXTE")))
+    if (!mayLoadTable(this, reading))
         return;
     useTable(file, reading);
     if (!reading.notes.isEmpty())

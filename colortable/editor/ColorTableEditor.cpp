@@ -254,7 +254,7 @@ void ColorTableEditor::showTable()
     m_noData->setEnabled(edited.noData.has_value());
     showSwatch(*m_noData, edited.noData);
     m_preview->show({plainEntries(edited), m_start.minimum, m_start.maximum, vision, m_shaded->isChecked()});
-    m_note->setText(tableNotes(edited));
+    m_note->setText((m_fileNotes + tableNotes(edited)).join(QLatin1Char('\n')));
     m_note->setVisible(!m_note->text().isEmpty());
     showTitle();
 }
@@ -376,10 +376,11 @@ void ColorTableEditor::openTable(const QString &file)
 {
     if (file == m_file && m_history.stack().isClean())
         return;
-    const auto entries = mayLeaveTable() ? acceptedTable(this, file) : std::nullopt;
-    if (entries) {
+    const auto loaded = mayLeaveTable() ? acceptedTable(this, file) : std::nullopt;
+    if (loaded) {
         m_file = file;
-        m_history.open(editedTable(*entries));
+        m_fileNotes = loaded->notes;
+        m_history.open(editedTable(loaded->entries));
     }
     m_library->refresh(m_file);
     showTitle();
@@ -396,9 +397,12 @@ bool ColorTableEditor::write(const QString &file)
 bool ColorTableEditor::save()
 {
     const bool isTemporary = m_start.isTemporary && m_file == m_start.file;
-    const bool isOwn = !isTemporary
-        && QFileInfo(m_file).absolutePath() != QFileInfo(m_start.libraryFolder).absoluteFilePath()
-        && QFileInfo(m_file).isWritable() && m_file.endsWith(QLatin1String(".txt"), Qt::CaseInsensitive);
+    const bool isOfLibrary =
+        QFileInfo(m_file).absolutePath() == QFileInfo(m_start.libraryFolder).absoluteFilePath();
+    // The file of another program stays as it is, even where this program can read it.
+    const bool isForeign = !m_file.endsWith(QLatin1String(".txt"), Qt::CaseInsensitive)
+        || !readColorTable(m_file).format.isEmpty();
+    const bool isOwn = !isTemporary && !isOfLibrary && !isForeign && QFileInfo(m_file).isWritable();
     if (!isOwn)
         return saveAs();
     if (!write(m_file))

@@ -71,6 +71,8 @@ private:
     QWidget *buildPreview();
     QWidget *buildButtons();
     QMenu *buildOperations();
+    QMenu *buildExports();
+    QMenu *buildLegends();
     void connectParts();
     void showTable();
     void showTitle();
@@ -92,6 +94,7 @@ private:
 
     EditorStart m_start;
     QString m_file;
+    QStringList m_fileNotes; ///< about the reading of the file
     TableHistory m_history;
     ElevationGrid m_grid;
     std::unique_ptr<ElevationGridReader> m_reader;

@@ -34,27 +34,20 @@ QWidget *ColorTableEditor::buildTools()
     redo->setShortcuts({QKeySequence(QKeySequence::Redo), QKeySequence(QStringLiteral("Ctrl+Y"))});
     add(undo, "undo.png");
     add(redo, "redo.png");
-    auto *operations = new QToolButton(this);
-    operations->setText(labelText({"MESS_TCE_OPERATIONS", "Transformer"}) + QLatin1Char(' '));
-    operations->setPopupMode(QToolButton::InstantPopup);
-    operations->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    operations->setFocusPolicy(Qt::TabFocus);
-    operations->setMenu(buildOperations());
+    const auto addMenu = [&](const Label &label, QMenu *menu) {
+        auto *button = new QToolButton(this);
+        button->setText(labelText(label) + QLatin1Char(' '));
+        button->setPopupMode(QToolButton::InstantPopup);
+        button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+        button->setFocusPolicy(Qt::TabFocus);
+        button->setMenu(menu);
+        row->addWidget(button);
+    };
     row->addSpacing(8);
-    row->addWidget(operations);
+    addMenu({"MESS_TCE_OPERATIONS", "Transformer"}, buildOperations());
+    addMenu({"MESS_TCE_EXPORTER", "Exporter"}, buildExports());
+    addMenu({"MESS_TCE_LEGENDE", "Légende"}, buildLegends());
     row->addStretch();
-    auto *legend = new QToolButton(this);
-    legend->setText(labelText({"MESS_TCE_LEGENDE", "Légende"}) + QLatin1Char(' '));
-    legend->setPopupMode(QToolButton::InstantPopup);
-    legend->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    legend->setFocusPolicy(Qt::TabFocus);
-    auto *kinds = new QMenu(this);
-    connect(kinds->addAction(labelText({"MESS_TCE_LEG_CONTINUE", "En dégradé"}) + QStringLiteral("…")),
-            &QAction::triggered, this, [this] { saveLegend(false); });
-    connect(kinds->addAction(labelText({"MESS_TCE_LEG_CLASSES", "En classes"}) + QStringLiteral("…")),
-            &QAction::triggered, this, [this] { saveLegend(true); });
-    legend->setMenu(kinds);
-    row->insertWidget(row->count() - 1, legend);
     m_zoom = new QCheckBox(labelText({"MESS_TCE_ZOOM", "Montrer les seules altitudes du MNT"}), this);
     m_zoom->setEnabled(!m_start.dem.isEmpty());
     connect(m_zoom, &QCheckBox::toggled, this, [this](bool zoomed) { m_gradient->setZoomed(zoomed); });
@@ -99,6 +92,25 @@ QMenu *ColorTableEditor::buildOperations()
             edited.cursors[at].even = true;
         return edited;
     });
+    return menu;
+}
+
+QMenu *ColorTableEditor::buildExports()
+{
+    auto *menu = new QMenu(this);
+    for (const ExportKind &kind : exportKinds())
+        connect(menu->addAction(QStringLiteral("%1 (%2)…").arg(kind.name, kind.ending)), &QAction::triggered,
+                this, [this, kind] { exportTable(this, plainEntries(table()), kind, m_file); });
+    return menu;
+}
+
+QMenu *ColorTableEditor::buildLegends()
+{
+    auto *menu = new QMenu(this);
+    connect(menu->addAction(labelText({"MESS_TCE_LEG_CONTINUE", "En dégradé"}) + QStringLiteral("…")),
+            &QAction::triggered, this, [this] { saveLegend(false); });
+    connect(menu->addAction(labelText({"MESS_TCE_LEG_CLASSES", "En classes"}) + QStringLiteral("…")),
+            &QAction::triggered, this, [this] { saveLegend(true); });
     return menu;
 }
 

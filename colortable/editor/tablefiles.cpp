@@ -20,6 +20,12 @@ QString tableFilter()
     return labelText({"MESS_FICH_TC", "Fichier table couleur"}) + QStringLiteral(" (*.txt)");
 }
 
+/// The folder for files that belong to a table: the table's own, or the home folder for a table of the program.
+QString folderFor(const QString &tableFile)
+{
+    return QFileInfo(tableFile).isWritable() ? QFileInfo(tableFile).path() : QDir::homePath();
+}
+
 bool mayReplace(QWidget *parent, const QString &file)
 {
     return !QFileInfo::exists(file)
@@ -43,7 +49,13 @@ QString chooseTableToOpen(QWidget *parent, const QString &folder)
 {
     return QuvoFilerDialog::getSelection(parent, QuvoFilerDialog::OpenFile,
                                          labelText({"MESS_CHOIX_TC", "Choisir un fichier table couleurs"}),
-                                         folder, tableFilter());
+                                         folder, readableTablesFilter());
+}
+
+QString readableTablesFilter()
+{
+    return QStringLiteral("%1;;%2 (*.txt *.cpt *.qml *.sld *.xml *.clr *.rul *.pal *.ggr *.gpl *.act *.spr)")
+        .arg(tableFilter(), labelText({"MESS_TF_TOUTES", "Toutes les tables lisibles"}));
 }
 
 QString chooseTableToSave(QWidget *parent, const QString &ownFolder, const QString &file)
@@ -61,7 +73,27 @@ QString chooseTableToSave(QWidget *parent, const QString &ownFolder, const QStri
     return mayReplace(parent, chosen) ? chosen : QString();
 }
 
-std::optional<QList<QuvoColorDef>> acceptedTable(QWidget *parent, const QString &file)
+bool mayLoadTable(QWidget *parent, const ColorTableReading &reading)
+{
+    if (reading.mixedUnits
+        && !Prompt::question(
+            parent,
+            labelText({"MESS_ATN_TC_MIXTE",
+                       "La table couleur que vous voulez charger, n'est pas prise en compte en totalité par "
+                       "cet éditeur car elle contient un mélange de valeurs absolues et de valeurs exprimées "
+                       "en pourcentage.\nCertaines couleurs seront ignorées.\nVoulez-vous la charger quand "
+                       "même ?"})))
+        return false;
+    return !reading.invalidValues
+        || Prompt::question(
+            parent,
+            labelText({"MESS_ATN_TC_VAL_INVAL",
+                       "La table couleur que vous voulez charger, contient des valeurs invalides.\nVoulez-vous "
+                       "la charger quand même ?"})
+                + QStringLiteral("\n\n") + labelText({"MESS_TC_LIGNE", "Ligne %1"}).arg(reading.invalidLine));
+}
+
+std::optional<LoadedTable> acceptedTable(QWidget *parent, const QString &file)
 {
     const ColorTableReading reading = readColorTable(file);
     if (!reading.problem.isEmpty() || elevationEntries(reading.entries).isEmpty()) {
@@ -71,24 +103,42 @@ std::optional<QList<QuvoColorDef>> acceptedTable(QWidget *parent, const QString 
                              + QStringLiteral("\n\n") + reason);
         return std::nullopt;
     }
-    if (reading.mixedUnits
-        && !Prompt::question(
-            parent,
-            labelText({"MESS_ATN_TC_MIXTE",
-                       "La table couleur que vous voulez charger, n'est pas prise en compte en totalité par "
-                       "cet éditeur car elle contient un mélange de valeurs absolues et de valeurs exprimées "
-                       "en pourcentage.\nCertaines couleurs seront ignorées.\nVoulez-vous la charger quand "
-                       "même ?"})))
+    if (!mayLoadTable(parent, reading))
         return std::nullopt;
-    if (reading.invalidValues
-        && !Prompt::question(
-            parent,
-            labelText({"MESS_ATN_TC_VAL_INVAL",
-                       "La table couleur que vous voulez charger, contient des valeurs invalides.\nVoulez-vous "
-                       "la charger quand même ?"})
-                + QStringLiteral("\n\n") + labelText({"MESS_TC_LIGNE", "Ligne %1"}).arg(reading.invalidLine)))
-        return std::nullopt;
-    return entriesOfKind(reading.entries, reading.relative);
+    return LoadedTable{entriesOfKind(reading.entries, reading.relative), reading.notes};
+}
+
+const QVector<ExportKind> &exportKinds()
+{
+    static const QVector<ExportKind> kinds{
+        {TableFormat::GmtCpt, QStringLiteral("GMT"), QStringLiteral(".cpt"), QStringLiteral(".cpt")},
+        {TableFormat::QgisText, QStringLiteral("QGIS"), QStringLiteral(".txt"), QStringLiteral("_qgis.txt")},
+        {TableFormat::QgisStyle, QStringLiteral("QGIS"), QStringLiteral(".qml"), QStringLiteral(".qml")},
+        {TableFormat::Sld, QStringLiteral("SLD"), QStringLiteral(".sld"), QStringLiteral(".sld")},
+        {TableFormat::GrassRules, QStringLiteral("GRASS"), QStringLiteral(".rul"), QStringLiteral(".rul")},
+    };
+    return kinds;
+}
+
+void exportTable(QWidget *parent, const QList<QuvoColorDef> &entries, const ExportKind &kind,
+                 const QString &tableFile)
+{
+    const QStringList losses = exportLosses(entries, kind.format);
+    if (!losses.isEmpty()
+        && !Prompt::question(parent,
+                             losses.join(QLatin1Char('\n')) + QStringLiteral("\n\n")
+                                 + labelText({"MESS_TCE_EXPORT_QUAND", "Exporter quand même ?"})))
+        return;
+    QString file = QuvoFilerDialog::getSelection(
+        parent, QuvoFilerDialog::SaveFile, labelText({"MESS_TCE_EXPORTER", "Exporter"}),
+        QDir(folderFor(tableFile)).filePath(QFileInfo(tableFile).completeBaseName() + kind.proposal),
+        QStringLiteral("%1 (*%2)").arg(kind.name, kind.ending));
+    if (file.isEmpty())
+        return;
+    if (QFileInfo(file).suffix().isEmpty())
+        file += kind.ending;
+    if (mayReplace(parent, file))
+        writeFile(parent, file, exportedTable(entries, kind.format));
 }
 
 bool writeTable(QWidget *parent, const QString &file, const QList<QuvoColorDef> &entries)
@@ -98,10 +148,10 @@ bool writeTable(QWidget *parent, const QString &file, const QList<QuvoColorDef> 
 
 void saveLegendPicture(QWidget *parent, const Legend &legend, const QString &tableFile)
 {
-    const QString folder = QFileInfo(tableFile).isWritable() ? QFileInfo(tableFile).path() : QDir::homePath();
     QString file = QuvoFilerDialog::getSelection(
         parent, QuvoFilerDialog::SaveFile, labelText({"MESS_TCE_LEG_ENREG", "Enregistrer la légende"}),
-        QDir(folder).filePath(QFileInfo(tableFile).completeBaseName() + QStringLiteral("_legend.png")),
+        QDir(folderFor(tableFile))
+            .filePath(QFileInfo(tableFile).completeBaseName() + QStringLiteral("_legend.png")),
         labelText({"MESS_TCE_LEG_IMAGES", "Images"}) + QStringLiteral(" (*.png *.svg *.pdf)"));
     if (file.isEmpty())
         return;
@@ -117,12 +167,12 @@ void saveLegendPicture(QWidget *parent, const Legend &legend, const QString &tab
         writeFile(parent, file, legendPicture(legend, format));
 }
 
-QString tableNotes(const EditedTable &table)
+QStringList tableNotes(const EditedTable &table)
 {
     if (table.noData)
         return {};
-    return labelText({"MESS_TCE_VIDES",
-                      "Sans couleur pour elles, les cellules sans donnée reçoivent celle d'une altitude."});
+    return {labelText({"MESS_TCE_VIDES",
+                       "Sans couleur pour elles, les cellules sans donnée reçoivent celle d'une altitude."})};
 }
 
 void showSwatch(QPushButton &button, const std::optional<QColor> &color)

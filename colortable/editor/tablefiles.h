@@ -1,6 +1,8 @@
 #pragma once
 
+#include "colortable/colortablefile.h"
 #include "colortable/editor/editedtable.h"
+#include "colortable/formats/tableexport.h"
 #include "colortable/legend/legend.h"
 
 #include <QString>
@@ -19,9 +21,39 @@ QString chooseTableToOpen(QWidget *parent, const QString &folder);
 /// in the user's folder, which is created.
 QString chooseTableToSave(QWidget *parent, const QString &ownFolder, const QString &file);
 
+/// The filter of file dialogs that open tables: the program's own format, and all formats that can be read.
+QString readableTablesFilter();
+
+/// Asks whether to load a table with mixed units or invalid values; true without a question for any other
+/// table.
+bool mayLoadTable(QWidget *parent, const ColorTableReading &reading);
+
+/// A table for the editor.
+struct LoadedTable
+{
+    QList<QuvoColorDef> entries; ///< of one unit
+    QStringList notes;           ///< sentences about what the reading approximated
+};
+
 /// Reads a table for the editor: asks about invalid values and mixed units, of which the first one's kind is
 /// kept, and reports a file without colours. Nothing: there is no table, or the user does not want it.
-std::optional<QList<QuvoColorDef>> acceptedTable(QWidget *parent, const QString &file);
+std::optional<LoadedTable> acceptedTable(QWidget *parent, const QString &file);
+
+/// A format of another program that can be written.
+struct ExportKind
+{
+    TableFormat format;
+    QString name;     ///< of the program or format
+    QString ending;   ///< of its files, with the dot
+    QString proposal; ///< what follows the table's name in the proposed file name
+};
+
+const QVector<ExportKind> &exportKinds();
+
+/// Lets the user choose a file for a table in another program's format and writes it. Before that, asks whether
+/// to go on where the format cannot hold all of the table.
+void exportTable(QWidget *parent, const QList<QuvoColorDef> &entries, const ExportKind &kind,
+                 const QString &tableFile);
 
 /// Writes a table in the editor's layout; a message reports that this failed.
 bool writeTable(QWidget *parent, const QString &file, const QList<QuvoColorDef> &entries);
@@ -31,7 +63,7 @@ bool writeTable(QWidget *parent, const QString &file, const QList<QuvoColorDef> 
 void saveLegendPicture(QWidget *parent, const Legend &legend, const QString &tableFile);
 
 /// Sentences about a table that do not hinder anybody: what the tool does where it has no colour for voids.
-QString tableNotes(const EditedTable &table);
+QStringList tableNotes(const EditedTable &table);
 
 /// Shows a colour on a button; no colour: an empty button.
 void showSwatch(QPushButton &button, const std::optional<QColor> &color);

@@ -5,6 +5,7 @@
 #include "colortable/editor/CursorFields.h"
 #include "colortable/editor/GradientView.h"
 #include "colortable/editor/LibraryList.h"
+#include "colortable/editor/tablefiles.h"
 #include "colortable/editor/tablelibrary.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/gdalmessages.h"
@@ -343,6 +344,27 @@ void EditorWindowTest::savesAndAsks()
 
 void EditorWindowTest::badFilesAreRefused()
 {
+    // Another program's file is not written over in this program's layout.
+    const QByteArray foreign = "# QGIS Generated Color Map Export File\nINTERPOLATION:INTERPOLATED\n"
+                               "0,10,20,30,255,0\n100,40,50,60,255,100\n";
+    emit m_editor->findChild<LibraryList *>()->chosen(writeFile(path("qgis.txt"), foreign));
+    QCOMPARE(table().cursors.size(), 2);
+    QTest::keyClick(&gradient(), Qt::Key_Right);
+    QVERIFY(!m_editor->save()); // the dialog that asks for a name is cancelled
+    QCOMPARE(QuvoFilerDialog::takeShown().size(), 1);
+    QCOMPARE(bytesOf(path("qgis.txt")), foreign);
+    undo();
+
+    // What a format cannot hold is said before it is written.
+    Prompt::answerBeforehand({false, true});
+    const QList<QuvoColorDef> faint = parseColorTable("0 1 2 3 128\n100 4 5 6 255\n").entries;
+    QuvoFilerDialog::answerBeforehand({path("out")});
+    exportTable(m_editor.get(), faint, exportKinds().first(), path("qgis.txt"));
+    QVERIFY(!QFile::exists(path("out.cpt")));
+    exportTable(m_editor.get(), faint, exportKinds().first(), path("qgis.txt"));
+    QCOMPARE(readColorTable(path("out.cpt")).entries.size(), 2);
+    init();
+
     auto &list = *m_editor->findChild<LibraryList *>();
     const QString empty = writeFile(path("empty.txt"), "# nothing\n");
     emit list.chosen(empty);
