@@ -269,6 +269,22 @@ QByteArray toolTableText(const QList<QuvoColorDef> &entries)
                           + toolEntries(entries));
 }
 
+QString spreadProblem(const QString &file, const ColorTableReading &reading)
+{
+    if (reading.mixedUnits)
+        return labelText(
+                   {"MESS_TC_ETALER_MIXTE",
+                    "La table couleur « %1 » mélange des altitudes et des pourcentages : elle ne peut pas être "
+                    "étalée."})
+            .arg(file);
+    if (reading.categories)
+        return labelText(
+                   {"MESS_TC_ETALER_EXACT",
+                    "La table couleur « %1 » donne à chaque valeur sa couleur : elle ne peut pas être étalée."})
+            .arg(file);
+    return {};
+}
+
 SpreadTable spreadTable(const QList<QuvoColorDef> &entries, double demMinimum, double demMaximum)
 {
     SpreadTable table;

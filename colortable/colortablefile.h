@@ -55,6 +55,10 @@ QByteArray exactTableText(const QList<QuvoColorDef> &entries);
 /// no-data entry first.
 QByteArray toolTableText(const QList<QuvoColorDef> &entries);
 
+/// Why a table that was read from the file cannot be spread over a DEM's elevations, in a sentence: it mixes
+/// units, or its colours stand for single values. Empty for any other table.
+QString spreadProblem(const QString &file, const ColorTableReading &reading);
+
 /// A table that was mapped onto the elevations of a DEM.
 struct SpreadTable
 {

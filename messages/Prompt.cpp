@@ -87,7 +87,7 @@ Prompt::SaveAnswer Prompt::saveQuestion(QWidget *parent, const QString &text)
 
 void Prompt::notice(QWidget *button, const QString &text)
 {
-    constexpr int duration = 4000; // ms
+    const int duration = 3000 + 40 * static_cast<int>(text.size()); // ms, to read it
     if (qApp->property(answersProperty).isValid())
         qApp->setProperty(shownProperty, qApp->property(shownProperty).toStringList() << text);
     else

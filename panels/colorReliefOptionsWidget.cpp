@@ -81,7 +81,7 @@ QString colorReliefOptionsWidget::getCommandArguments()
 
 std::optional<ToolInput> colorReliefOptionsWidget::launchInput()
 {
-    const QString problem = m_tables->refreshCurrent();
+    const QString problem = m_tables->refreshCurrent(m_spread);
     if (!problem.isEmpty()) {
         Prompt::warning(this, invalidTableText(problem));
         return std::nullopt;
@@ -100,7 +100,7 @@ std::optional<ToolInput> colorReliefOptionsWidget::toolInput()
 
 std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &copy)
 {
-    const auto input = m_tables->refreshCurrent().isEmpty() ? toolInput() : std::nullopt;
+    const auto input = m_tables->refreshCurrent(m_spread).isEmpty() ? toolInput() : std::nullopt;
     if (input && m_dem.extremes.known)
         noteExtremes(copy, m_dem.band, m_dem.extremes.minimum, m_dem.extremes.maximum);
     return input;
@@ -378,7 +378,7 @@ void colorReliefOptionsWidget::endExactStatistics(const Extremes &extremes)
 
 QString colorReliefOptionsWidget::colorFile(bool forceAbsolute)
 {
-    return m_tables->refreshCurrent().isEmpty() ? currentToolFile(forceAbsolute) : QString();
+    return m_tables->refreshCurrent(m_spread).isEmpty() ? currentToolFile(forceAbsolute) : QString();
 }
 
 QString colorReliefOptionsWidget::currentToolFile(bool forceAbsolute)

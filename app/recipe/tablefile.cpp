@@ -31,18 +31,7 @@ QString readingProblem(const ColorTableReading &reading, const QString &file, bo
             .arg(QString::number(reading.invalidLine), file);
     if (elevationEntries(reading.entries).isEmpty())
         return labelText({"MESS_TC_VIDE", "La table couleur « %1 » ne contient aucune couleur."}).arg(file);
-    if (spread && reading.mixedUnits)
-        return labelText(
-                   {"MESS_TC_ETALER_MIXTE",
-                    "La table couleur « %1 » mélange des altitudes et des pourcentages : elle ne peut pas être "
-                    "étalée."})
-            .arg(file);
-    if (spread && reading.categories)
-        return labelText(
-                   {"MESS_TC_ETALER_EXACT",
-                    "La table couleur « %1 » donne à chaque valeur sa couleur : elle ne peut pas être étalée."})
-            .arg(file);
-    return {};
+    return spread ? spreadProblem(file, reading) : QString();
 }
 
 Extremes exactExtremes(const QString &dem, int band, const StopCheck &isStopped)

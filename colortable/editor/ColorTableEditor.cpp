@@ -12,6 +12,7 @@
 #include "messages/QuvoLanguageManager.h"
 #include "messages/label.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -237,10 +238,8 @@ void ColorTableEditor::showTable()
     const EditedTable &edited = table();
     const int selected = m_history.selected();
     const auto vision = static_cast<ColorVision>(m_vision->currentIndex());
-    if (edited.percent != (m_gradient->property("percent").toBool())) {
-        m_gradient->setProperty("percent", edited.percent);
+    if (edited.percent != m_sampleIsPercent)
         useSample();
-    }
     m_gradient->setVision(vision);
     m_gradient->setTable(edited, selected);
     m_fields->show(edited, selected);
@@ -256,6 +255,8 @@ void ColorTableEditor::showTable()
     m_preview->show({plainEntries(edited), m_start.minimum, m_start.maximum, vision, m_shaded->isChecked()});
     m_note->setText((m_fileNotes + tableNotes(edited)).join(QLatin1Char('\n')));
     m_note->setVisible(!m_note->text().isEmpty());
+    for (QAction *action : qAsConst(m_demActions))
+        action->setEnabled(m_start.hasExtremes);
     showTitle();
 }
 
@@ -272,6 +273,7 @@ void ColorTableEditor::showTitle()
 void ColorTableEditor::useSample()
 {
     QVector<double> sample = m_sample;
+    m_sampleIsPercent = table().percent;
     const double range = m_start.maximum - m_start.minimum;
     if (table().percent) {
         if (!(range > 0.0))

@@ -99,8 +99,10 @@ private:
     ElevationGrid m_grid;
     std::unique_ptr<ElevationGridReader> m_reader;
     QTimer m_readTimer;
-    QVector<double> m_sample; ///< elevations of the DEM's cells in rising order
-    QVector<QColor> m_recent; ///< colours picked in this editor, the last one first
+    QVector<double> m_sample;        ///< elevations of the DEM's cells in rising order
+    bool m_sampleIsPercent = false;  ///< the gradient has them as percentages
+    QVector<QAction *> m_demActions; ///< operations that need the DEM's elevations
+    QVector<QColor> m_recent;        ///< colours picked in this editor, the last one first
 
     GradientView *m_gradient = nullptr;
     CursorFields *m_fields = nullptr;

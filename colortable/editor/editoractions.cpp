@@ -60,8 +60,13 @@ QMenu *ColorTableEditor::buildOperations()
     auto *menu = new QMenu(this);
     const auto add = [&](const Label &label, const auto &operation) {
         const QString name = labelText(label);
-        connect(menu->addAction(name), &QAction::triggered, this,
+        QAction *action = menu->addAction(name);
+        connect(action, &QAction::triggered, this,
                 [this, name, operation] { operate(name, operation(table())); });
+        return action;
+    };
+    const auto addWithDem = [&](const Label &label, const auto &operation) {
+        m_demActions += add(label, operation);
     };
     add({"MESS_TCE_INVERSER", "Inverser l'ordre"}, inverted);
     add({"MESS_TCE_NEGATIF", "Négatif"}, negative);
@@ -69,23 +74,25 @@ QMenu *ColorTableEditor::buildOperations()
             &QAction::triggered, this, &ColorTableEditor::randomize);
     menu->addSeparator();
     add({"MESS_TCE_REPARTIR", "Répartir à intervalles égaux"}, spreadEvenly);
-    add({"MESS_TCE_SURFACE", "Répartir à surfaces égales du MNT"},
-        [this](const EditedTable &edited) { return spreadByArea(edited, m_gradient->sample()); });
-    add({"MESS_TCE_AJUSTER", "Étaler sur les altitudes du MNT"}, [this](const EditedTable &edited) {
+    addWithDem({"MESS_TCE_SURFACE", "Répartir à surfaces égales du MNT"},
+               [this](const EditedTable &edited) { return spreadByArea(edited, m_gradient->sample()); });
+    addWithDem({"MESS_TCE_AJUSTER", "Étaler sur les altitudes du MNT"}, [this](const EditedTable &edited) {
         return edited.percent ? edited : fitted(edited, m_start.minimum, m_start.maximum, false);
     });
-    add({"MESS_TCE_CHARNIERE", "Étaler sur les altitudes du MNT, le niveau 0 restant fixe"},
-        [this](const EditedTable &edited) {
-            return edited.percent ? edited : fitted(edited, m_start.minimum, m_start.maximum, true);
-        });
+    addWithDem({"MESS_TCE_CHARNIERE", "Étaler sur les altitudes du MNT, le niveau 0 restant fixe"},
+               [this](const EditedTable &edited) {
+                   return edited.percent ? edited : fitted(edited, m_start.minimum, m_start.maximum, true);
+               });
     connect(
         menu->addAction(labelText({"MESS_TCE_ECHELLE", "Mettre à l'échelle et décaler"}) + QStringLiteral("…")),
         &QAction::triggered, this, &ColorTableEditor::scale);
     menu->addSeparator();
-    add({"MESS_TCE_POURCENT", "Passer aux pourcentages des altitudes du MNT"},
+    addWithDem(
+        {"MESS_TCE_POURCENT", "Passer aux pourcentages des altitudes du MNT"},
         [this](const EditedTable &edited) { return toPercent(edited, m_start.minimum, m_start.maximum); });
-    add({"MESS_TCE_ALTITUDES", "Passer aux altitudes du MNT"},
-        [this](const EditedTable &edited) { return toAbsolute(edited, m_start.minimum, m_start.maximum); });
+    addWithDem({"MESS_TCE_ALTITUDES", "Passer aux altitudes du MNT"}, [this](const EditedTable &edited) {
+        return toAbsolute(edited, m_start.minimum, m_start.maximum);
+    });
     menu->addSeparator();
     add({"MESS_TCE_TOUT_REGUL", "Rendre tous les segments réguliers à l'œil"}, [](EditedTable edited) {
         for (int at = 0; at + 1 < edited.cursors.size(); ++at)

@@ -111,13 +111,15 @@ int ColorTableList::add(const QString &file, const ColorTableReading &reading)
     return m_combo.putTable(tableName(file), table);
 }
 
-QString ColorTableList::refreshCurrent()
+QString ColorTableList::refreshCurrent(bool spread)
 {
     const QString file = m_combo.currentTable().file;
     if (!QFileInfo(file).isFile())
         return {};
     const ColorTableReading reading = readColorTable(file);
-    const QString problem = tableProblem(file, reading);
+    QString problem = tableProblem(file, reading);
+    if (problem.isEmpty() && spread && reading.categories)
+        problem = spreadProblem(file, reading);
     if (problem.isEmpty())
         add(file, reading);
     return problem;

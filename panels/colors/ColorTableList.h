@@ -34,8 +34,8 @@ public:
     QString settingsName(const QString &file) const;
 
     /// Reads the current table's file again: another program may have edited it. Returns why it is not valid
-    /// any more; empty otherwise.
-    QString refreshCurrent();
+    /// any more, or cannot be spread where it is to be; empty otherwise.
+    QString refreshCurrent(bool spread);
 
     /// Leaves out the tables of the user's folder that are gone, and adds those that are new.
     void refreshOwn(const QString &ownFolder);

@@ -160,6 +160,15 @@ void ColorReliefPanelTest::spreadFileFollowsDemAndTable()
     QVERIFY(panel.widget.colorFile(false)
             != panel.widget.colorFile(false)); // a run may still read the former file
 
+    // Colours of single values are meant for these values.
+    Prompt::answerBeforehand({});
+    panel.add(
+        write("exact.txt", "# QGIS Generated Color Map Export File\nINTERPOLATION:EXACT\n1,9,9,9,255,a\n"));
+    Prompt::takeShown();
+    QVERIFY(!panel.widget.launchInput());
+    QVERIFY(Prompt::takeShown().join("|").contains("exact.txt"));
+    panel.add(write("b.txt", "0 8 8 8\n10 9 9 9\n"));
+
     const auto note = panel.widget.findChild<QLabel *>("m_pSpreadNote");
     QVERIFY(note->isHidden());
     panel.widget.setDem({"/dem.tif", 1, {true, true, 1.0, 1.2}});
