@@ -76,6 +76,7 @@ void ColorTableEditor::buildLayout()
     m_gradient->setAccessibleName(labelText({"MESS_TCE_NOM_DEGRADE", "Dégradé"}));
     middleLayout->addWidget(m_gradient, 1);
     middleLayout->addWidget(buildColorParts());
+    columns->setChildrenCollapsible(false); // a small screen must not hide the gradient
     columns->addWidget(m_library);
     columns->addWidget(middle);
     columns->addWidget(buildPreview());
@@ -87,7 +88,7 @@ void ColorTableEditor::buildLayout()
     const QSize wanted(1080, 640);
     const QScreen *screen = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
     resize(screen ? wanted.boundedTo(screen->availableSize() - QSize(40, 60)) : wanted);
-    columns->setSizes({220, width() - 500, 280});
+    columns->setSizes({220, qMax(520, width() - 500), 280});
 }
 
 QWidget *ColorTableEditor::buildColorParts()
@@ -130,10 +131,12 @@ QWidget *ColorTableEditor::buildPreview()
     m_preview->setHint(labelText(
         {"MESS_TCE_SANS_MNT", "Choisissez un MNT dans la fenêtre principale pour voir ici son relief."}));
     m_preview->setAccessibleName(labelText({"MESS_TCE_APERCU", "Aperçu"}));
-    m_shaded = new QCheckBox(labelText({"MESS_TCE_OMBRE", "Avec l'ombrage du relief"}), this);
+    m_shaded = new QCheckBox(labelText({"MESS_TCE_OMBRE", "Ombrer le relief"}), this);
     m_shaded->setToolTip(
         labelText({"MESS_TCE_OMBRE_AIDE", "Pour l'œil seulement : le résultat n'est pas ombré."}));
     m_vision = new QComboBox(this);
+    m_vision->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_vision->setMinimumContentsLength(10); // on a small screen the list is wider than the box
     for (const Label &label :
          {Label{"MESS_TCE_VUE_NORMALE", "Vision normale"}, Label{"MESS_TCE_PROTAN", "Protanopie (sans rouge)"},
           Label{"MESS_TCE_DEUTAN", "Deutéranopie (sans vert)"},
