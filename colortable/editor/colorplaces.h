@@ -11,7 +11,7 @@ struct HueColor
     double saturation = 0.0;
     double value = 0.0;
 
-    QColor color() const { return QColor(QColor::fromHsvF(hue, saturation, value).rgb()); }
+    QColor color() const { return {QColor::fromHsvF(hue, saturation, value).rgb()}; }
 };
 
 /// A screen colour; a grey gets the hue of `before`.

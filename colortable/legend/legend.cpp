@@ -188,7 +188,8 @@ private:
         constexpr double line = 0.5;
         const auto valueAt = [&](double place) { return m_last - place / stripHeight * (m_last - m_first); };
         cairo_set_antialias(m_context, CAIRO_ANTIALIAS_NONE);
-        for (double place = 0.0; place < stripHeight; place += line) {
+        for (int number = 0; number * line < stripHeight; ++number) {
+            const double place = number * line;
             setColor(m_colors.color(valueAt(place + line / 2.0)));
             cairo_rectangle(m_context, margin, top() + place, stripWidth, line);
             cairo_fill(m_context);
