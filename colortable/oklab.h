@@ -7,8 +7,8 @@
 struct OkLab
 {
     double lightness = 0.0; ///< 0 for black, 1 for white
-    double a = 0.0;         ///< from green (negative) to red
-    double b = 0.0;         ///< from blue (negative) to yellow
+    double a = 0.0;         ///< negative values are greenish, positive ones reddish
+    double b = 0.0;         ///< negative values are bluish, positive ones yellowish
 };
 
 OkLab toOkLab(const QColor &color);

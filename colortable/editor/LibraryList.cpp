@@ -11,7 +11,6 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
-#include <QStyledItemDelegate>
 
 namespace
 {
@@ -23,29 +22,6 @@ enum Role
     EntriesRole
 };
 
-class TableDelegate : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
-    {
-        const bool isSelected = option.state & QStyle::State_Selected;
-        const QPalette &palette = option.palette;
-        painter->save();
-        painter->fillRect(option.rect, palette.color(isSelected ? QPalette::Highlight : QPalette::Base));
-        paintTableRow(*painter, option.rect, index.data().toString(),
-                      index.data(EntriesRole).value<QList<QuvoColorDef>>(), palette,
-                      palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
-        painter->restore();
-    }
-
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const override
-    {
-        return {option.fontMetrics.averageCharWidth() * 10, option.fontMetrics.height() + 10};
-    }
-};
-
 } // namespace
 
 LibraryList::LibraryList(const QString &folder, const QString &ownFolder, QWidget *parent)
@@ -53,7 +29,7 @@ LibraryList::LibraryList(const QString &folder, const QString &ownFolder, QWidge
     , m_folder(folder)
     , m_ownFolder(ownFolder)
 {
-    setItemDelegate(new TableDelegate(this));
+    setItemDelegate(new TableRowDelegate(EntriesRole, 10, this));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setMinimumWidth(fontMetrics().averageCharWidth() * 20);
     connect(this, &QListWidget::itemActivated, this,

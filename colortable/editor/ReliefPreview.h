@@ -11,7 +11,7 @@
 struct ReliefRequest
 {
     QList<QuvoColorDef> entries; ///< as the tool gets them
-    double minimum = 0.0;        ///< of the DEM, for percentages
+    double minimum = 0.0;        ///< extreme elevations of the DEM, to which percentages refer
     double maximum = 0.0;
     ColorVision vision = ColorVision::Normal;
     bool shaded = false; ///< over a shading of the ground, which serves the eye alone

@@ -31,7 +31,7 @@ bool mayLoadTable(QWidget *parent, const ColorTableReading &reading);
 /// A table for the editor.
 struct LoadedTable
 {
-    QList<QuvoColorDef> entries; ///< of one unit
+    QList<QuvoColorDef> entries; ///< all of them elevations, or all of them percentages
     QStringList notes;           ///< sentences about what the reading approximated
 };
 
@@ -43,23 +43,23 @@ std::optional<LoadedTable> acceptedTable(QWidget *parent, const QString &file);
 struct ExportKind
 {
     TableFormat format;
-    QString name;     ///< of the program or format
-    QString ending;   ///< of its files, with the dot
+    QString name;     ///< name of the other program or of its format
+    QString ending;   ///< ending of the format's file names, with the dot
     QString proposal; ///< what follows the table's name in the proposed file name
 };
 
 const QVector<ExportKind> &exportKinds();
 
-/// Lets the user choose a file for a table in another program's format and writes it. Before that, asks whether
-/// to go on where the format cannot hold all of the table.
+/// Lets the user choose a file for a table in another program's format and writes it. If the format cannot
+/// hold the whole table, the user is asked before whether to go on.
 void exportTable(QWidget *parent, const QList<QuvoColorDef> &entries, const ExportKind &kind,
                  const QString &tableFile);
 
 /// Writes a table in the editor's layout; a message reports that this failed.
 bool writeTable(QWidget *parent, const QString &file, const QList<QuvoColorDef> &entries);
 
-/// Lets the user choose a file for a legend (PNG, SVG or PDF, by its ending) and writes it; a message reports
-/// that this failed. Proposes the name of the table's file.
+/// Lets the user choose a file for a legend (PNG, SVG or PDF, by its ending) and writes it; a message box
+/// reports a failure. Proposes the name of the table's file.
 void saveLegendPicture(QWidget *parent, const Legend &legend, const QString &tableFile);
 
 /// Sentences about a table that do not hinder anybody: what the tool does where it has no colour for voids.

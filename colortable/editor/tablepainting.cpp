@@ -58,3 +58,27 @@ void paintTableRow(QPainter &painter, const QRect &row, const QString &name, con
     painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft,
                      painter.fontMetrics().elidedText(name, Qt::ElideMiddle, text.width()));
 }
+
+TableRowDelegate::TableRowDelegate(int entriesRole, int characters, QObject *parent)
+    : QStyledItemDelegate(parent)
+    , m_entriesRole(entriesRole)
+    , m_characters(characters)
+{ }
+
+void TableRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) const
+{
+    const bool isSelected = option.state & QStyle::State_Selected;
+    const QPalette &palette = option.palette;
+    painter->save();
+    painter->fillRect(option.rect, palette.color(isSelected ? QPalette::Highlight : QPalette::Base));
+    paintTableRow(*painter, option.rect, index.data().toString(),
+                  index.data(m_entriesRole).value<QList<QuvoColorDef>>(), palette,
+                  palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
+    painter->restore();
+}
+
+QSize TableRowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const
+{
+    return {option.fontMetrics.averageCharWidth() * m_characters, option.fontMetrics.height() + 10};
+}

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QRect>
+#include <QStyledItemDelegate>
 
 class QPainter;
 class QPalette;
@@ -22,3 +23,19 @@ void paintRamp(QPainter &painter, const QRect &area, const QList<QuvoColorDef> &
 /// the cells without data.
 void paintTableRow(QPainter &painter, const QRect &row, const QString &name, const QList<QuvoColorDef> &entries,
                    const QPalette &palette, const QColor &textColor);
+
+/// Paints the rows of a list of tables by paintTableRow().
+class TableRowDelegate : public QStyledItemDelegate
+{
+public:
+    /// entriesRole: role of the item's data with the table, a QList<QuvoColorDef>. characters: wanted width of
+    /// a row.
+    TableRowDelegate(int entriesRole, int characters, QObject *parent);
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+private:
+    int m_entriesRole;
+    int m_characters;
+};

@@ -221,7 +221,7 @@ struct Style
     QColor noData;
     QVector<ShaderItem> items;
     QMap<QString, QString> ramp;
-    QString minimum, maximum; ///< of the ramp
+    QString minimum, maximum; ///< values at the two ends of the ramp
 };
 
 void readElement(ColorTableReading &reading, Style &style, QXmlStreamReader &xml)

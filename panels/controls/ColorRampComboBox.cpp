@@ -4,7 +4,6 @@
 
 #include <QPainter>
 #include <QStylePainter>
-#include <QStyledItemDelegate>
 
 namespace
 {
@@ -16,34 +15,12 @@ enum Role
     EntriesRole
 };
 
-class RampDelegate : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
-    {
-        const bool selected = option.state & QStyle::State_Selected;
-        painter->save();
-        painter->fillRect(option.rect, option.palette.color(selected ? QPalette::Highlight : QPalette::Base));
-        paintTableRow(*painter, option.rect, index.data().toString(),
-                      index.data(EntriesRole).value<QList<QuvoColorDef>>(), option.palette,
-                      option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
-        painter->restore();
-    }
-
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const override
-    {
-        return {option.fontMetrics.averageCharWidth() * 40, option.fontMetrics.height() + 10};
-    }
-};
-
 } // namespace
 
 ColorRampComboBox::ColorRampComboBox(QWidget *parent)
     : QComboBox(parent)
 {
-    setItemDelegate(new RampDelegate(this));
+    setItemDelegate(new TableRowDelegate(EntriesRole, 40, this));
     setMaxVisibleItems(20);
 }
 
