@@ -2,6 +2,13 @@
 
 #include <algorithm>
 
+void sortByValue(QList<QuvoColorDef> &table)
+{
+    std::stable_sort(table.begin(), table.end(), [](const QuvoColorDef &one, const QuvoColorDef &other) {
+        return one.value < other.value;
+    });
+}
+
 QList<QuvoColorDef> elevationEntries(const QList<QuvoColorDef> &table)
 {
     QList<QuvoColorDef> entries;

@@ -27,6 +27,9 @@ Q_DECLARE_METATYPE(QuvoColorDef)
 // A colour table is a list of entries sorted by value. Two entries of the same value make a sharp edge. The
 // no-data entry has no place of its own: its value sorts it among the others.
 
+/// Sorts a table by value. Entries of one value keep their order, which is that of an edge's colours.
+void sortByValue(QList<QuvoColorDef> &table);
+
 /// The entries of a table other than the no-data entry.
 QList<QuvoColorDef> elevationEntries(const QList<QuvoColorDef> &table);
 

@@ -78,8 +78,6 @@ ColorRowsReading readColorRows(const QVariant &rows)
         return {{},
                 labelText({"MESS_TC_RANG", "La couleur %1 de « colors » n'est pas valable."})
                     .arg(qMax(1, static_cast<int>(table.size())))};
-    std::stable_sort(table.begin(), table.end(), [](const QuvoColorDef &one, const QuvoColorDef &other) {
-        return one.value < other.value;
-    });
+    sortByValue(table);
     return {table, {}};
 }

@@ -176,9 +176,7 @@ ColorTableReading finished(ColorTableReading reading)
     reading.relative = !elevations.isEmpty() && elevations.first().percent;
     reading.mixedUnits = std::any_of(elevations.begin(), elevations.end(), isPercent)
         && !std::all_of(elevations.begin(), elevations.end(), isPercent);
-    std::stable_sort(
-        reading.entries.begin(), reading.entries.end(),
-        [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
+    sortByValue(reading.entries);
     reading.plain = reading.plain && !hasEdges(elevationEntries(reading.entries));
     return reading;
 }

@@ -2,8 +2,6 @@
 
 #include "colortable/colortablefile.h"
 
-#include <algorithm>
-
 ToolColors::ToolColors(const QList<QuvoColorDef> &table, double minimum, double maximum, double noDataValue)
     : m_entries(toolEntries(table))
 {
@@ -11,9 +9,7 @@ ToolColors::ToolColors(const QList<QuvoColorDef> &table, double minimum, double 
         if (entry.percent)
             entry.value = minimum + entry.value / 100.0 * (maximum - minimum);
     }
-    std::stable_sort(
-        m_entries.begin(), m_entries.end(),
-        [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
+    sortByValue(m_entries);
     const QuvoColorDef *noData = noDataEntry(table);
     m_noData = noData ? noData->color.rgba() : color(noDataValue);
 }

@@ -179,9 +179,7 @@ ColorTableReading readGrassRules(const QStringList &lines)
     }
     QList<QuvoColorDef> elevations = elevationEntries(reading.entries);
     if (outside.isValid() && !elevations.isEmpty()) {
-        std::stable_sort(
-            elevations.begin(), elevations.end(),
-            [](const QuvoColorDef &one, const QuvoColorDef &other) { return one.value < other.value; });
+        sortByValue(elevations);
         addOutside(elevations, outside, outside);
         const QuvoColorDef *noData = noDataEntry(reading.entries);
         reading.entries = (noData ? QList<QuvoColorDef>{*noData} : QList<QuvoColorDef>()) + elevations;

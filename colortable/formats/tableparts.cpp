@@ -168,9 +168,7 @@ void addSteps(QList<QuvoColorDef> &entries, const QVector<double> &bounds, const
 void addExactColors(ColorTableReading &reading, const QList<QuvoColorDef> &colors)
 {
     QList<QuvoColorDef> sorted = colors;
-    std::stable_sort(sorted.begin(), sorted.end(), [](const QuvoColorDef &one, const QuvoColorDef &other) {
-        return one.value < other.value;
-    });
+    sortByValue(sorted);
     for (const QuvoColorDef &exact : sorted) {
         const auto cell = static_cast<double>(static_cast<float>(boundValue(exact.value)));
         if (!reading.entries.isEmpty() && cell < reading.entries.last().value)
