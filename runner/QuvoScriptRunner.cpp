@@ -4,10 +4,19 @@
 
 #include <QPixmap>
 
+#include <numeric>
+
 int overallProgress(int current, int steps, int percent)
 {
     const int shareOfStep = percent / steps; // truncated on purpose
     return static_cast<int>((100.0 / steps) * current + shareOfStep);
+}
+
+int overallProgress(int current, const QVector<double> &shares, int percent)
+{
+    const double all = std::accumulate(shares.begin(), shares.end(), 0.0);
+    const double before = std::accumulate(shares.begin(), shares.begin() + current, 0.0);
+    return all > 0.0 ? static_cast<int>((100.0 * before + shares.at(current) * percent) / all) : 0;
 }
 
 QuvoScriptRunner::QuvoScriptRunner(QObject *parent)
@@ -43,6 +52,9 @@ void QuvoScriptRunner::run(QuvoProcessingCollection tProcessCollection,
 
     m_processes = std::move(tProcessCollection);
     m_outputFiles = std::move(tOutputFilesListCollection);
+    m_shares = m_nextShares.size() == m_processes.size() ? m_nextShares : QVector<double>();
+    m_nextShares.clear();
+    m_earlierText.clear();
 
     if (tProgressWindowType != NoProgressWindow) {
         m_progressDialog.setStopButtonVisible(tProgressWindowType == ProgressWindowWithStop);
@@ -84,6 +96,8 @@ void QuvoScriptRunner::doNext()
     const QuvoProcessing step = m_processes.at(m_iCurrent);
     if (m_progressDialog.isVisible())
         m_progressDialog.setTitle(step.second);
+    if (m_iCurrent > 0)
+        m_earlierText += m_runner.lastStandardError();
     m_bRunning = true; // before runCommand(), which may report an error at once
     m_runner.runCommand(step.first);
 }
@@ -91,9 +105,14 @@ void QuvoScriptRunner::doNext()
 void QuvoScriptRunner::setProgress(int iPercent)
 {
     if (m_progressDialog.isVisible())
-        m_progressDialog.setProgress(
-            overallProgress(m_iCurrent, static_cast<int>(m_processes.size()), iPercent));
+        m_progressDialog.setProgress(listProgress(iPercent));
     emit updateProgress(iPercent);
+}
+
+int QuvoScriptRunner::listProgress(int percent) const
+{
+    return m_shares.isEmpty() ? overallProgress(m_iCurrent, static_cast<int>(m_processes.size()), percent)
+                              : overallProgress(m_iCurrent, m_shares, percent);
 }
 
 void QuvoScriptRunner::stop()

@@ -27,8 +27,19 @@ public:
     /// folder.
     void setWorkingFolder(const QString &folder) { m_runner.setWorkingDirectory(folder); }
 
-    /// What the last command wrote on its standard error, also after exit code 0.
-    QString lastStandardError() const { return m_runner.lastStandardError(); }
+    /// Sets the steps' parts of the progress of the next list, relative to each other. Without them, and for a
+    /// list of another length, all steps have the same part.
+    void setShares(const QVector<double> &shares) { m_nextShares = shares; }
+
+    /// What the commands of the last list wrote on their standard error so far, in their order, also after exit
+    /// code 0.
+    QString standardErrorOfList() const { return m_earlierText + m_runner.lastStandardError(); }
+
+    /// Percentage of the whole list while the running step is at `percent`.
+    int listProgress(int percent) const;
+
+    /// The command line of the last command.
+    QString lastCommand() const { return m_iCurrent < 0 ? QString() : m_processes.value(m_iCurrent).first; }
 
     /// Why the last command could not be started, in the system's words; empty when it was started.
     QString startProblem() const { return m_runner.startProblem(); }
@@ -43,7 +54,7 @@ signals:
     /// A command failed. standardError: what it wrote on its standard error, possibly nothing.
     void error(const QString &standardError);
     /// Percentage of the running step. The window shows the percentage of the whole list instead: kept so on
-    /// purpose.
+    /// purpose (listProgress()).
     void updateProgress(int percent);
 
 public slots:
@@ -73,9 +84,15 @@ private:
     int m_iCurrent = -1; ///< index of the running step, -1 before the first
     QuvoProcessingCollection m_processes;
     QuvoOutputFilesListCollection m_outputFiles;
+    QVector<double> m_nextShares;
+    QVector<double> m_shares; ///< of the running list; empty: equal shares
+    QString m_earlierText;    ///< standard error of the commands before the current one
     bool m_bRunning = false;
     bool m_bUserCancel = false; ///< a stop is in progress: the end of the command starts no further step
 };
 
 /// Percentage of a whole list of `steps` steps while the step with index `current` (from 0) is at `percent`.
 int overallProgress(int current, int steps, int percent);
+
+/// The same for steps with shares of their own; 0 where no share is positive.
+int overallProgress(int current, const QVector<double> &shares, int percent);

@@ -13,7 +13,7 @@ BatchRun::BatchRun(const StopSignals &stopSignals, bool oneOfSeveral)
     , m_oneOfSeveral(oneOfSeveral)
 {
     connect(&m_scriptRunner, &QuvoScriptRunner::updateProgress, this,
-            [this](int percent) { printOutput(m_progress.advance(percent)); });
+            [this](int percent) { printOutput(m_progress.advance(m_scriptRunner.listProgress(percent))); });
     connect(&m_run, &ProductRun::finished, this, &BatchRun::onFinished);
     connect(&m_run, &ProductRun::aborted, this, &BatchRun::onAborted);
     connect(&m_run, &ProductRun::failed, this, &BatchRun::onFailed);

@@ -37,6 +37,7 @@ void BatchSeries::next()
         onRunFinished(BatchExit::BadArguments);
         return;
     }
+    printError(plan.treatmentNote);
     for (const QString &warning : batch.warnings + plan.warnings)
         printError(warning);
     m_output = plan.request.output;

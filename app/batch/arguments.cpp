@@ -12,6 +12,8 @@ const QString helpName = QStringLiteral("help");
 const QString versionName = QStringLiteral("version");
 const QString listName = QStringLiteral("list");
 const QString buildName = QStringLiteral("build-overviews");
+const QString correctName = QStringLiteral("correct-aspect");
+const QString georeferenceName = QStringLiteral("georeference");
 const QString printName = QStringLiteral("print-command");
 
 /// The options, in the order in which the help shows them.
@@ -55,6 +57,13 @@ void declareOptions(QCommandLineParser &parser)
         {buildName,
          text("MESS_LOT_CALC_VUES", "Calcule les vues d'ensemble d'un raster, à côté de lui, et rien d'autre."),
          QStringLiteral("raster")},
+        {correctName,
+         text("MESS_LOT_CORR_ORIENT",
+              "Corrige sur place les orientations d'un raster pour les cellules non carrées du MNT (--input)."),
+         QStringLiteral("raster")},
+        {georeferenceName,
+         text("MESS_LOT_GEOREF", "Donne sur place à un GeoTIFF la géoréférence du MNT (--input)."),
+         QStringLiteral("raster")},
         {{QStringLiteral("v"), versionName}, text("MESS_LOT_VERSION", "Affiche la version.")},
         {{QStringLiteral("h"), helpName}, text("MESS_LOT_AIDE", "Affiche cette aide.")},
     });
@@ -70,6 +79,10 @@ BatchAction actionOf(const QCommandLineParser &parser)
         return BatchAction::List;
     if (parser.isSet(buildName))
         return BatchAction::BuildOverviews;
+    if (parser.isSet(correctName))
+        return BatchAction::CorrectAspect;
+    if (parser.isSet(georeferenceName))
+        return BatchAction::CopyGeoreference;
     return parser.isSet(printName) ? BatchAction::PrintCommand : BatchAction::Run;
 }
 
@@ -156,8 +169,11 @@ BatchArguments readBatchArguments(const QStringList &texts)
         return arguments;
     }
     arguments.action = actionOf(parser);
-    arguments.overviewRaster = parser.value(buildName);
-    if (arguments.action == BatchAction::Run || arguments.action == BatchAction::PrintCommand)
+    for (const QString &name : {buildName, correctName, georeferenceName})
+        arguments.raster += parser.value(name);
+    const bool onlyPrintsText = arguments.action == BatchAction::Help
+        || arguments.action == BatchAction::Version || arguments.action == BatchAction::List;
+    if (!onlyPrintsText)
         arguments.problem = readValues(arguments, parser);
     return arguments;
 }

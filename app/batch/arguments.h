@@ -16,6 +16,8 @@ enum class BatchAction
     Run,
     PrintCommand,
     BuildOverviews,
+    CorrectAspect,    ///< a step of a product: corrects directions for cells that are not square
+    CopyGeoreference, ///< a step of a product: gives a raster the georeference of the DEM
     List,
     Help,
     Version
@@ -32,9 +34,9 @@ struct BatchArguments
     std::optional<QString> input;
     std::optional<QString> output;
     std::optional<int> band;
-    OutputOptions outputOptions;              ///< options that were not given have their defaults
-    QString overviewRaster;                   ///< path of the raster whose overviews are built
-    bool overwrite = false;                   ///< a run may replace existing files
+    OutputOptions outputOptions; ///< options that were not given have their defaults
+    QString raster;              ///< path of the raster that another action than Run and PrintCommand works on
+    bool overwrite = false;      ///< a run may replace existing files
     QVector<QPair<QString, QString>> options; ///< name and value of each --set, in the order given
     QString problem; ///< why the command line is not valid, in a sentence; empty for a good one
 };

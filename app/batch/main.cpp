@@ -1,15 +1,13 @@
 #include "app/batch/BatchSeries.h"
 #include "app/batch/arguments.h"
+#include "app/batch/rastertasks.h"
 #include "app/batch/request.h"
-#include "app/batch/terminalprogress.h"
-#include "app/run/overviewrun.h"
 #include "app/run/runplan.h"
 #include "app/startup/StopSignals.h"
 #include "app/startup/console.h"
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
 #include "dataset/gdalmessages.h"
-#include "dataset/pathencoding.h"
 #include "messages/QuvoLanguageManager.h"
 
 #include <QApplication>
@@ -78,6 +76,7 @@ int run(const StopSignals &stopSignals, const BatchRequest &batch, bool overwrit
     if (plan.problemKind != ProblemKind::None)
         return refuse(plan.problem,
                       plan.problemKind == ProblemKind::Tool ? BatchExit::Failed : BatchExit::BadArguments);
+    printError(plan.treatmentNote);
     for (const QString &warning : plan.warnings)
         printError(warning);
 
@@ -128,23 +127,6 @@ int runOrPrint(const BatchArguments &arguments)
     return code;
 }
 
-/// Builds overviews and prints the progress as GDAL's tools do, since the window's runner reads it.
-int buildOverviewsOf(const QString &raster)
-{
-    const StopSignals stopSignals;
-    TerminalProgress progress;
-    printOutput(progress.advance(0));
-    const OverviewResult result = runOverviews(dataSetName(raster, QDir::currentPath()), [&](int percent) {
-        printOutput(progress.advance(percent));
-        return !StopSignals::stopWasRequested();
-    });
-    const bool isDone = result.state == OverviewResult::Built || result.state == OverviewResult::NotNeeded;
-    printOutput(isDone ? progress.finish() : progress.abandon());
-    if (isDone)
-        return static_cast<int>(BatchExit::Done);
-    return refuse(result.state == OverviewResult::Stopped ? stoppedText() : result.problem, BatchExit::Failed);
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -166,7 +148,9 @@ int main(int argc, char *argv[])
     case BatchAction::List:
         return print(batchList());
     case BatchAction::BuildOverviews:
-        return buildOverviewsOf(arguments.overviewRaster);
+    case BatchAction::CorrectAspect:
+    case BatchAction::CopyGeoreference:
+        return static_cast<int>(runRasterTask(arguments));
     case BatchAction::PrintCommand:
     case BatchAction::Run:
         break;

@@ -116,7 +116,8 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
                      .band = recipe.band,
                      .output = recipe.output,
                      .outputOptions = recipe.outputOptions,
-                     .toolInput = prepared.toolInput};
+                     .toolInput = prepared.toolInput,
+                     .cellUse = cellUse(recipe.options)};
     batch.problem = prepared.problem;
     batch.warnings = prepared.warnings + outputWarnings(batch.request);
     if (arguments.action == BatchAction::PrintCommand && prepared.toolInput.readsTemporaryFile)

@@ -74,7 +74,7 @@ void PreviewControl::showInput()
 void PreviewControl::showOutput()
 {
     m_pane.setComputing(-1);
-    if (!m_pane.showOutput(m_runs.product(), m_runs.part(), m_vector))
+    if (!m_pane.showOutput(m_runs.product(), m_runs.part(), m_vector, m_runs.isProductTurned()))
         m_pane.clearOutput(QString());
 }
 

@@ -157,12 +157,15 @@ void PreviewPane::showInput(const QString &copy, const QRect &part)
     showNote();
 }
 
-bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vector)
+bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vector, bool turned)
 {
     stopDrawing();
     if (!vector) {
         const RasterPicture picture(product);
-        m_output.picture->setPicture(picture.read(QRect(QPoint(0, 0), picture.size()), picture.size()), part);
+        QImage image = picture.read(QRect(QPoint(0, 0), picture.size()), picture.size());
+        if (turned) // back to the rows and columns of the DEM, which the view counts
+            image = image.mirrored(m_ground.columnsRunWest(), m_ground.rowsRunNorth());
+        m_output.picture->setPicture(image, part);
         return !m_output.picture->picture().isNull();
     }
     constexpr double lineWidth = 0.6; // pixels on the screen, whatever the size of the picture
@@ -270,7 +273,8 @@ void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int curren
 void PreviewPane::setCompass(const std::optional<double> &compass)
 {
     const auto light = compass
-        ? std::optional(lightDirection(*compass, m_ground.rowsRunNorth(), m_ground.columnsRunWest()))
+        ? std::optional(lightDirection(*compass, m_ground.isGeoreferenced() && m_ground.rowsRunNorth(),
+                                       m_ground.columnsRunWest()))
         : std::nullopt;
     m_output.picture->setLight(light);
 }

@@ -42,8 +42,9 @@ public:
     void showInput(const QString &copy, const QRect &part);
 
     /// Shows the product of such a copy. A vector product is drawn over the elevations, in slices of the event
-    /// loop. Returns false when the file cannot be opened.
-    bool showOutput(const QString &product, const QRect &part, bool vector);
+    /// loop. `turned`: the rows of a raster product run from the north and its columns from the west, unlike
+    /// those of the DEM. Returns false when the file cannot be opened.
+    bool showOutput(const QString &product, const QRect &part, bool vector, bool turned);
 
     /// Removes the picture of the product. `text` says why there is none; empty while it is being computed.
     void clearOutput(const QString &text);

@@ -1,7 +1,7 @@
 #include "app/preview/Previews.h"
 
 #include "app/preview/previewgeometry.h"
-#include "app/process/commandline.h"
+#include "app/process/productsteps.h"
 #include "runner/QuvoScriptRunner.h"
 #include "runner/outputfiles.h"
 
@@ -141,17 +141,19 @@ void Previews::runNext()
     }
 }
 
-void Previews::begin(PreviewStep step, const QString &command, const QuvoOutputFile &output)
+void Previews::begin(PreviewStep step, const ProductSteps &steps, const QuvoOutputFile &output)
 {
     m_queue.begin(step);
     if (step == PreviewStep::Reduce)
         emit reductionStarted();
     else
         emit computationStarted();
-    if (output.path.isEmpty())
-        onError(QString());
-    else
-        m_runner.run({{command, QString()}}, {{output}}, NoProgressWindow);
+    if (output.path.isEmpty() || !steps.problem.isEmpty()) {
+        onError(steps.problem);
+        return;
+    }
+    m_runner.setShares(sharesOf(steps));
+    m_runner.run(commandsOf(steps), outputsOf(steps, {output}), NoProgressWindow);
 }
 
 void Previews::reduce()
@@ -164,14 +166,16 @@ void Previews::reduce()
     QFile::remove(copy);
     QFile::remove(copy + QStringLiteral(".aux.xml"));
     const Reduction reduction{m_dem.path, m_dem.size, m_dem.georeferenced, m_part, copy};
-    begin(PreviewStep::Reduce, processCommand(m_tools.translate, reductionArguments(reduction)),
-          {copy, QStringLiteral("GTiff"), QuvoOutputFileKind::Raster});
+    ProductSteps steps;
+    steps.steps = {{.command = processCommand(m_tools.translate, reductionArguments(reduction))}};
+    begin(PreviewStep::Reduce, steps, {copy, QStringLiteral("GTiff"), QuvoOutputFileKind::Raster});
 }
 
 void Previews::compute()
 {
     m_firstSideFolder = m_workFolder.folderCount();
     std::optional<ProcessingRequest> request = m_makeRequest(m_copy);
+    const QString stepsFolder = m_workFolder.newFolder();
     m_endOfSideFolders = m_workFolder.folderCount();
     if (!request || !request->process) {
         m_queue.setComplete(false);
@@ -184,18 +188,25 @@ void Previews::compute()
     const QString name = QStringLiteral("tempoPreviewImage") + (vector ? QStringLiteral(".shp") : QString());
     m_product = fileInOwnFolder(m_workFolder, vector ? m_vectorProduct : m_rasterProduct, name);
     request->output = m_product;
-    request->outputOptions = {};
+    request->outputOptions = {.asIs = request->outputOptions.asIs};
     const QuvoOutputFile output = declaredOutputs(*request).first();
     deleteOutputFiles({{output}});
-    begin(PreviewStep::Compute, runCommand(*request, m_tools), output);
+    DemFacts copy = request->cellUse.neighbours ? readDemFacts(m_copy, request->band) : DemFacts();
+    copy.isGeoreferenced = m_dem.georeferenced; // the copy of another DEM counts cells
+    m_isTurned = treatmentOf(*request, copy).turn && !isRotated(copy);
+    constexpr double tolerance = 0.02; // of the size of the cells, less than a picture shows
+    begin(
+        PreviewStep::Compute,
+        productSteps(*request, copy, m_tools, stepsFolder, {.tolerance = tolerance, .isGeoreferenced = false}),
+        output);
 }
 
 void Previews::onProgress(int percent)
 {
     if (m_queue.running() == PreviewStep::Reduce)
-        emit reducingProgress(percent);
+        emit reducingProgress(m_runner.listProgress(percent));
     else if (m_queue.running() == PreviewStep::Compute)
-        emit computingProgress(percent);
+        emit computingProgress(m_runner.listProgress(percent));
 }
 
 void Previews::onDone()

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/preview/previewqueue.h"
-#include "app/process/commandline.h"
+#include "app/process/productsteps.h"
 #include "app/process/tools.h"
 #include "dataset/workfolder.h"
 
@@ -72,6 +72,9 @@ public:
     /// Path of the product, valid from computed() to the next change.
     QString product() const { return m_product; }
 
+    /// Whether the product's rows run from the north and its columns from the west, unlike those of the DEM.
+    bool isProductTurned() const { return m_isTurned; }
+
 signals:
     void reductionStarted();
     void reducingProgress(int percent);
@@ -88,7 +91,7 @@ private:
     void scheduleNext();
     void stopStaleStep();
     void runNext();
-    void begin(PreviewStep step, const QString &command, const QuvoOutputFile &output);
+    void begin(PreviewStep step, const ProductSteps &steps, const QuvoOutputFile &output);
     void reduce();
     void compute();
     bool isWhole() const { return m_part.size() == m_dem.size; }
@@ -111,6 +114,7 @@ private:
     QString m_partCopy;    ///< path of the copy of a part
     QString m_product;     ///< path of the product in use: m_rasterProduct or m_vectorProduct
     QString m_rasterProduct;
+    bool m_isTurned = false; ///< of the product in use
     QString m_vectorProduct;
     // Folders of m_workFolder that hold the input files of the running step: the first, and the one behind the
     // last.

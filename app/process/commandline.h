@@ -2,6 +2,7 @@
 
 #include "app/process/outputoptions.h"
 #include "app/process/tools.h"
+#include "panels/options/celluse.h"
 #include "panels/options/toolinput.h"
 #include "runner/processing.h"
 
@@ -20,6 +21,7 @@ struct ProcessingRequest
     QString output; ///< path of the product
     OutputOptions outputOptions;
     ToolInput toolInput; ///< argument fragment and files made from the options of the process
+    CellUse cellUse{};   ///< what the process does with the DEM's grid (cellUse() of its options)
 };
 
 /// The kind of the product; Raster where no process is chosen.

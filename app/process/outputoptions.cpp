@@ -46,6 +46,9 @@ const QVector<OutputOptionField> &outputOptionFields()
         {QUVO_FIELD(OutputOptions, overviews, 0, 0, "MESS_LOT_VUES",
                     "Vues d'ensemble à côté d'un produit raster."),
          "overviews", nullptr},
+        {QUVO_FIELD(OutputOptions, asIs, 0, 0, "MESS_LOT_TEL_QUEL",
+                    "Lit le MNT tel quel, sans mètres vrais et sans tourner ses lignes."),
+         "as-is", nullptr},
     };
     return fields;
 }

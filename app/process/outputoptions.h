@@ -16,6 +16,8 @@ struct OutputOptions
     bool worldFile = false; ///< write a world file; ignored for a GeoTIFF that is not tiled: kept so on purpose
     QString layerName;      ///< layer of a vector product; empty: "contour"
     bool overviews = false; ///< build overviews of a raster product, in a file beside it
+    bool asIs =
+        false; ///< the tool reads the DEM itself, whatever its units and rows (app/process/demtreatment)
 
     bool operator==(const OutputOptions &other) const = default;
 };

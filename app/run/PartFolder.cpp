@@ -18,6 +18,7 @@ namespace
 
 const QString newFiles = QStringLiteral("/new/");
 const QString oldFiles = QStringLiteral("/old/");
+const QString stepFiles = QStringLiteral("/steps/");
 const QString nameList = QStringLiteral("/names");
 const QString partSuffix = QStringLiteral(".part-");
 
@@ -91,7 +92,8 @@ bool holdsOnlyOurs(const QString &part)
     const QStringList names = namesIn(part);
     return std::all_of(names.begin(), names.end(), [](const QString &name) {
         const QString path = QLatin1Char('/') + name;
-        return path == nameList || path + QLatin1Char('/') == newFiles || path + QLatin1Char('/') == oldFiles;
+        const QString folder = path + QLatin1Char('/');
+        return path == nameList || folder == newFiles || folder == oldFiles || folder == stepFiles;
     });
 }
 
@@ -134,8 +136,15 @@ QString PartFolder::product() const
     return m_folder.path() + newFiles + QFileInfo(m_output).fileName();
 }
 
+QString PartFolder::stepsFolder() const
+{
+    const QString folder = m_folder.path() + stepFiles;
+    return QDir().mkpath(folder) ? QFileInfo(folder).absolutePath() : QString();
+}
+
 QString PartFolder::withFinalPaths(QString text) const
 {
+    text.replace(m_folder.path() + stepFiles, QString());
     return text.replace(m_folder.path() + newFiles, folderOf(m_output));
 }
 

@@ -8,8 +8,8 @@
 /// output's own name, which formats also store inside of files, and moves it to its place when it is whole.
 /// Until then, what stands in that place is not touched.
 ///
-/// The folder holds "new" with the product, and while the product is moved "old" with what it replaces and
-/// "names" with the names of its files. It is removed with this object.
+/// The folder holds "new" with the product, "steps" with intermediate files, and while the product is moved
+/// "old" with what it replaces and "names" with the names of its files. It is removed with this object.
 class PartFolder
 {
 public:
@@ -20,6 +20,9 @@ public:
 
     /// Path of the product inside the folder.
     QString product() const;
+
+    /// Path of a folder for the intermediate files of the run; empty when it cannot be created.
+    QString stepsFolder() const;
 
     /// The text with the output's folder in the place of this one.
     QString withFinalPaths(QString text) const;

@@ -36,9 +36,18 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     }
     m_partPlan = planAt(plan, m_part->product());
     m_partPlan.outputs.first().before = QStringList(); // nothing was in the part folder
-    const QString title = labelText(processRow(*plan.request.process).stepTitle);
+    const ProductSteps steps = stepsOf(m_partPlan, m_part->stepsFolder());
+    if (!steps.problem.isEmpty()) {
+        fail(m_part->withFinalPaths(steps.problem));
+        return;
+    }
+    if (plan.treatment.isNeeded()) {
+        m_partPlan.expected.width = steps.width;
+        m_partPlan.expected.height = steps.height;
+    }
     m_runner.setWorkingFolder(m_partPlan.workingFolder);
-    m_runner.run({{m_partPlan.command, title}}, {m_partPlan.outputs},
+    m_runner.setShares(sharesOf(steps));
+    m_runner.run(commandsOf(steps), outputsOf(steps, m_partPlan.outputs),
                  showProgress ? ProgressWindowWithStop : NoProgressWindow, icon);
 }
 
@@ -116,7 +125,7 @@ void ProductRun::onDone()
         placeAndEnd();
         return;
     }
-    const QString toolText = m_runner.lastStandardError();
+    const QString toolText = m_runner.standardErrorOfList();
     m_outcome.toolText = m_part->withFinalPaths(toldOnce(toolText));
     m_outcome.exitCode = 0;
     const ProductCheck check = checkProduct(m_partPlan.expected, toolText);
@@ -162,6 +171,6 @@ void ProductRun::onError(const QString &toolText)
         fail(QString());
         return;
     }
-    const QString tool = splitProcessCommand(m_plan.command).program;
+    const QString tool = splitProcessCommand(m_runner.lastCommand()).program;
     fail(labelText({"MESS_OUTIL_NON_LANCE", "« %1 » n'a pas pu être lancé : %2"}).arg(tool, startProblem));
 }

@@ -73,9 +73,12 @@ QString shellCommand(const QStringList &words, Shell shell)
 
 QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths &tools, Shell shell)
 {
-    // Outside this program nothing removes the statistics that the tool leaves beside the DEM.
+    // Outside this program nothing removes the statistics that the tool leaves beside the DEM, and nothing
+    // makes the views of a DEM that needs treatment.
     const bool touchesInput = !plan.touchedInputFiles.isEmpty();
-    if ((!plan.request.toolInput.readsTemporaryFile && !touchesInput) || tools.batch.isEmpty()) {
+    const bool isPlain =
+        !plan.request.toolInput.readsTemporaryFile && !touchesInput && !plan.treatment.isNeeded();
+    if (isPlain || tools.batch.isEmpty()) {
         QString text = shellCommand(words(plan.command), shell);
         if (processRow(*plan.request.process).tool == Tool::Contour && shell == Shell::Posix)
             text.prepend(QLatin1String("SHAPE_ENCODING= ")); // attributes are not recoded, as in this program

@@ -142,14 +142,20 @@ RunPlan planAt(RunPlan plan, const QString &path)
     // A name inside of a container may hold a path that is relative to the current folder.
     const bool isMovable = QFileInfo(plan.request.input).isAbsolute() && !isVirtualPath(plan.request.input);
     plan.workingFolder = isMovable ? QFileInfo(path).path() : QString();
-    plan.request.output = isMovable ? plainName(QFileInfo(path).fileName()) : path;
-    plan.command = runCommand(plan.request, plan.tools);
+    plan.toolOutput = isMovable ? plainName(QFileInfo(path).fileName()) : path;
     plan.request.output = path;
     if (!plan.overviewCommand.isEmpty())
         plan.overviewCommand = overviewCommand(path, plan.tools);
     plan.outputs = declaredOutputs(plan.request);
     plan.expected.path = path;
     return plan;
+}
+
+ProductSteps stepsOf(const RunPlan &plan, const QString &folder)
+{
+    ProcessingRequest request = plan.request;
+    request.output = plan.toolOutput;
+    return productSteps(request, plan.dem, plan.tools, folder);
 }
 
 RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs)
@@ -193,10 +199,18 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
 
     plan.touchedInputFiles = filesWithStatistics(request.toolInput.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
+    plan.toolOutput = output.path;
+    if (request.cellUse.neighbours)
+        plan.dem = readDemFacts(request.input, request.band);
+    plan.treatment = treatmentOf(plan.request, plan.dem);
+    plan.treatmentNote = treatmentText(plan.treatment, plan.dem, request.cellUse, QLocale());
     if (buildsOverviews(plan.request, input))
         plan.overviewCommand = overviewCommand(output.path, tools);
     plan.expected = {process.product, output.path, input.width, input.height,
                      outputLayer(request.outputOptions)};
-    plan.warnings = freeSpaceWarnings(output.path, expectedProductSize(process, input.width, input.height));
+    // Strips of rows stand beside the whole product until it is finished.
+    const int copies = plan.treatment.metres ? 2 : 1;
+    plan.warnings =
+        freeSpaceWarnings(output.path, copies * expectedProductSize(process, input.width, input.height));
     return plan;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/process/commandline.h"
+#include "app/process/productsteps.h"
 #include "dataset/productcheck.h"
 
 #include <QString>
@@ -22,8 +22,12 @@ struct RunPlan
 {
     ProcessingRequest request;     ///< the output is the path that the run writes: absolute, links resolved
     ToolPaths tools;               ///< the programs of the command lines
-    QString command;               ///< the tool's whole command line
-    QString workingFolder;         ///< folder that the tool is called in; empty: the current one
+    DemFacts dem;                  ///< of the input DEM; not read for a process that takes any DEM as it is
+    DemTreatment treatment;        ///< what is done so that the tool understands the DEM
+    QString treatmentNote;         ///< what the treatment does, in one line; empty where there is none
+    QString command;               ///< the tool's whole command line for a DEM that needs no treatment
+    QString workingFolder;         ///< folder that the tools are called in; empty: the current one
+    QString toolOutput;            ///< the product's name for the tools, in that folder
     QString overviewCommand;       ///< command line that builds the product's overviews; empty: none are built
     QuvoOutputFilesList outputs;   ///< files that the run creates; the product is the first
     ExpectedProduct expected;      ///< properties that the finished product is checked for
@@ -38,9 +42,13 @@ struct RunPlan
 /// replaced is the caller's decision, which calls existingOutput() once it holds the output's lock.
 RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const QStringList &otherInputs = {});
 
-/// The same run with its product at another path. Its tool is called in the folder of that path and receives
+/// The same run with its product at another path. Its tools are called in the folder of that path and receive
 /// the name of the file alone, which some formats store in it.
 RunPlan planAt(RunPlan plan, const QString &path);
+
+/// The steps of the plan. Views of the DEM and intermediate products are written to `folder`, an existing
+/// folder for this run alone.
+ProductSteps stepsOf(const RunPlan &plan, const QString &folder);
 
 /// Path of the first existing file that the run would replace: one of its outputs or, where the format writes
 /// side files, a file with the output's base name. Empty when the run replaces nothing.

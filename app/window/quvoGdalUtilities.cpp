@@ -202,8 +202,10 @@ ProcessingRequest quvoGdalUtilities::currentRequest() const
 {
     ProcessingRequest request;
     request.process = m_tabs->currentProcess();
-    if (const optionsWidget *panel = m_tabs->currentPanel())
+    if (const optionsWidget *panel = m_tabs->currentPanel()) {
         request.mode = processWord(panel->processOptions());
+        request.cellUse = cellUse(panel->processOptions());
+    }
     request.input = m_input->path();
     request.output = besideInput(m_output->name(), request.input);
     request.band = m_input->band();

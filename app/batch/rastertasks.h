@@ -1,0 +1,13 @@
+#pragma once
+
+#include "app/batch/arguments.h"
+#include "app/batch/request.h"
+
+// Tasks on a raster that are no process: steps of a product, or overviews of any raster. Progress is printed as
+// GDAL's tools print it, since the script runner reads it; a stop signal ends a task.
+
+/// Whether the action is such a task.
+bool isRasterTask(BatchAction action);
+
+/// Runs the task. Prints why it failed.
+BatchExit runRasterTask(const BatchArguments &arguments);

@@ -1,0 +1,114 @@
+#include "dataset/views/viewtexts.h"
+
+#include "dataset/pathencoding.h"
+
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+QByteArray number(double value)
+{
+    if (std::isnan(value))
+        return QByteArrayLiteral("nan");
+    return QByteArray::number(value, 'g', 17);
+}
+
+/// A text inside an element. The bytes of a path keep their encoding.
+QByteArray escaped(QByteArray text)
+{
+    text.replace('&', "&amp;");
+    text.replace('<', "&lt;");
+    text.replace('>', "&gt;");
+    text.replace('"', "&quot;");
+    return text;
+}
+
+QByteArray element(const char *name, const QByteArray &text)
+{
+    return QByteArrayLiteral("<") + name + '>' + text + "</" + name + ">\n";
+}
+
+QByteArray rectangle(const char *name, int top, int width, int height)
+{
+    return QByteArrayLiteral("<") + name + " xOff=\"0\" yOff=\"" + QByteArray::number(top) + "\" xSize=\""
+        + QByteArray::number(width) + "\" ySize=\"" + QByteArray::number(height) + "\"/>\n";
+}
+
+/// The elements by which GDAL knows a source before it opens it.
+QByteArray sourceFile(const QString &path, int band, int width, int height, const QString &type)
+{
+    return QByteArrayLiteral("<SourceFilename relativeToVRT=\"0\">") + escaped(encodePath(path))
+        + "</SourceFilename>\n" + element("SourceBand", QByteArray::number(band))
+        + "<SourceProperties RasterXSize=\"" + QByteArray::number(width) + "\" RasterYSize=\""
+        + QByteArray::number(height) + "\" DataType=\"" + type.toLatin1() + "\"/>\n";
+}
+
+QByteArray dataset(int width, int height, const QByteArray &content)
+{
+    return QByteArrayLiteral("<VRTDataset rasterXSize=\"") + QByteArray::number(width) + "\" rasterYSize=\""
+        + QByteArray::number(height) + "\">\n" + content + "</VRTDataset>\n";
+}
+
+QByteArray geoTransform(const std::array<double, 6> &toGround)
+{
+    QByteArray numbers;
+    for (const double value : toGround)
+        numbers += (numbers.isEmpty() ? "" : ", ") + number(value);
+    return element("GeoTransform", numbers);
+}
+
+/// The no-data value of a view of type Float32: that of the DEM, or the lowest number where the type cannot
+/// hold it.
+double floatNoData(double noData)
+{
+    constexpr double lowest = std::numeric_limits<float>::lowest();
+    return std::isfinite(noData) && std::abs(noData) > -lowest ? lowest : noData;
+}
+
+} // namespace
+
+QByteArray metreView(const ViewSource &source, const RowStrip &strip, const QSizeF &cell)
+{
+    const DemFacts &facts = source.facts;
+    QByteArray band;
+    QByteArray value = element("ScaleOffset", number(facts.elevationOffset * elevationMetres(facts)))
+        + element("ScaleRatio", number(elevationFactor(facts)));
+    if (facts.noData) {
+        band += element("NoDataValue", number(floatNoData(*facts.noData)));
+        value += element("NODATA", number(*facts.noData));
+    }
+    band += element("UnitType", QByteArrayLiteral("m"));
+    band += QByteArrayLiteral("<ComplexSource>\n")
+        + sourceFile(source.path, facts.band, facts.width, facts.height, facts.cellType)
+        + rectangle("SrcRect", strip.first, facts.width, strip.count)
+        + rectangle("DstRect", 0, facts.width, strip.count) + value + "</ComplexSource>\n";
+    const std::array<double, 6> toGround{0.0, cell.width(),  0.0, strip.count * cell.height(),
+                                         0.0, -cell.height()};
+    return dataset(facts.width, strip.count,
+                   geoTransform(toGround) + "<VRTRasterBand dataType=\"Float32\" band=\"1\">\n" + band
+                       + "</VRTRasterBand>\n");
+}
+
+QByteArray assembledView(const DemFacts &dem, const QVector<ProductPart> &parts, const ProductCells &cells)
+{
+    QByteArray sources;
+    for (const ProductPart &part : parts) {
+        const RowStrip &strip = part.strip;
+        sources += QByteArrayLiteral("<SimpleSource>\n")
+            + sourceFile(part.path, 1, dem.width, part.rowsAbove + strip.count + part.rowsBelow, cells.type)
+            + rectangle("SrcRect", part.rowsAbove, dem.width, strip.count)
+            + rectangle("DstRect", strip.first, dem.width, strip.count) + "</SimpleSource>\n";
+    }
+    QByteArray content;
+    if (!dem.crsText.isEmpty())
+        content += QByteArrayLiteral("<SRS dataAxisToSRSAxisMapping=\"") + dem.crsAxes.toLatin1() + "\">"
+            + escaped(dem.crsText.toUtf8()) + "</SRS>\n";
+    if (dem.isGeoreferenced)
+        content += geoTransform(dem.toGround);
+    content += QByteArrayLiteral("<VRTRasterBand dataType=\"") + cells.type.toLatin1() + "\" band=\"1\">\n";
+    if (cells.noData)
+        content += element("NoDataValue", number(*cells.noData));
+    return dataset(dem.width, dem.height, content + sources + "</VRTRasterBand>\n");
+}

@@ -1,0 +1,347 @@
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+#include "tests/support/files.h"
+#include "tests/support/programs.h"
+#include "tests/support/rasters.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include <array>
+#include <cmath>
+#include <memory>
+
+namespace
+{
+
+constexpr double radian = 0.017453292519943295;
+
+/// The cells of a raster's first band and where they lie.
+struct Cells
+{
+    int width = 0;
+    int height = 0;
+    QVector<float> values;
+    std::array<double, 6> toGround{};
+    bool isGeoreferenced = false;
+    bool hasCrs = false;
+
+    double at(int row, int column) const { return values.at(row * width + column); }
+};
+
+Cells readCells(const QString &path)
+{
+    Cells cells;
+    const std::unique_ptr<GDALDataset> dataset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
+    if (!dataset)
+        return cells;
+    cells.width = dataset->GetRasterXSize();
+    cells.height = dataset->GetRasterYSize();
+    cells.values.resize(cells.width * cells.height);
+    cells.isGeoreferenced = dataset->GetGeoTransform(cells.toGround.data()) == CE_None;
+    cells.hasCrs = dataset->GetSpatialRef() != nullptr;
+    if (dataset->GetRasterBand(1)->RasterIO(GF_Read, 0, 0, cells.width, cells.height, cells.values.data(),
+                                            cells.width, cells.height, GDT_Float32, 0, 0, nullptr)
+        != CE_None)
+        cells.values.clear();
+    return cells;
+}
+
+/// Horn's gradient of a cell, in elevation per column eastwards and per row northwards.
+QPointF gradient(const Cells &dem, int row, int column)
+{
+    const auto z = [&](int down, int right) { return dem.at(row + down, column + right); };
+    return {((z(-1, 1) + 2 * z(0, 1) + z(1, 1)) - (z(-1, -1) + 2 * z(0, -1) + z(1, -1))) / 8.0,
+            ((z(-1, -1) + 2 * z(-1, 0) + z(-1, 1)) - (z(1, -1) + 2 * z(1, 0) + z(1, 1))) / 8.0};
+}
+
+/// Width and height in metres of the cells of a row in degrees on the ellipsoid WGS 84.
+QSizeF cellOnEllipsoid(const Cells &dem, int row)
+{
+    const double latitude = (dem.toGround[3] + (row + 0.5) * dem.toGround[5]) * radian;
+    const double flattening = 1.0 / 298.257223563;
+    const double square = flattening * (2.0 - flattening);
+    const double w = std::sqrt(1.0 - square * std::sin(latitude) * std::sin(latitude));
+    return {dem.toGround[1] * radian * 6378137.0 / w * std::cos(latitude),
+            -dem.toGround[5] * radian * 6378137.0 * (1.0 - square) / (w * w * w)};
+}
+
+double turn(double one, double other)
+{
+    return std::abs(std::remainder(one - other, 360.0));
+}
+
+} // namespace
+
+/// Products of DEMs that the tools misread: in degrees, in feet, with rows from the south, rotated, or without
+/// georeference.
+class TrueMetresTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void degrees_data();
+    void degrees();
+    void mirrored_data();
+    void mirrored();
+    void feetWithVoids();
+    void otherFormats_data();
+    void otherFormats();
+    void withoutGeoreference();
+    void rotated();
+    void chosenRatioStays();
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    Cells product(const QStringList &arguments, const QString &dem, const QString &output = "product.tif");
+    QString inDegrees(double north);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    const QByteArray m_systemFolder = QDir::tempPath().toLocal8Bit();
+    QString m_error;
+};
+
+void TrueMetresTest::initTestCase()
+{
+    setUpGdal();
+}
+
+void TrueMetresTest::init()
+{
+    qputenv("TMPDIR", m_systemFolder);
+    m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/mètres \"é\" XXXXXX"));
+    QVERIFY(QDir(m_folder->path()).mkdir("tmp") && qputenv("TMPDIR", path("tmp").toLocal8Bit()));
+    QVector<float> values;
+    for (int row = 0; row < 240; ++row) {
+        for (int column = 0; column < 240; ++column)
+            values += static_cast<float>(3000.0 * std::sin(column * 0.21) * std::cos(row * 0.17) + row);
+    }
+    QVERIFY(writeRaster(path("dem.tif"), 240, 240, values));
+}
+
+void TrueMetresTest::cleanup()
+{
+    QCOMPARE(QDir(path("tmp")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+    QCOMPARE(QDir(m_folder->path()).entryList({".*"}, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+}
+
+Cells TrueMetresTest::product(const QStringList &arguments, const QString &dem, const QString &output)
+{
+    const Ended ended =
+        runProgram(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
+                   QStringList{"--process"} + arguments
+                       + QStringList{"--input", path(dem), "--output", path(output), "--overwrite"});
+    m_error = ended.error;
+    return ended.code == 0 ? readCells(path(output)) : Cells();
+}
+
+/// A DEM of one degree whose northern edge has that latitude.
+QString TrueMetresTest::inDegrees(double north)
+{
+    const bool isWritten = copyRaster(path("dem.tif"), path("degrees.tif"),
+                                      {"-a_srs", "EPSG:4326", "-a_ullr", "8", QByteArray::number(north), "9",
+                                       QByteArray::number(north - 1.0)});
+    return isWritten ? QStringLiteral("degrees.tif") : QString();
+}
+
+void TrueMetresTest::degrees_data()
+{
+    QTest::addColumn<double>("north");
+    QTest::newRow("Alps") << 47.0;
+    QTest::newRow("Lapland") << 69.0;
+    QTest::newRow("across the equator") << 0.4;
+}
+
+void TrueMetresTest::degrees()
+{
+    QFETCH(double, north);
+    const QString name = inDegrees(north);
+    const Cells dem = readCells(path(name));
+    const Cells slope = product({"slope"}, name);
+    QVERIFY2(m_error.contains(QRegularExpression("(Degrees|Degrés) ?: ")), qPrintable(m_error));
+    const Cells aspect = product({"aspect"}, name);
+    const Cells trigonometric = product({"aspect", "--set", "trigonometric=true"}, name);
+    const Cells hillshade = product({"hillshade"}, name);
+    QCOMPARE(slope.toGround, dem.toGround);
+    QCOMPARE(hillshade.toGround, dem.toGround);
+    QVERIFY(slope.hasCrs && aspect.hasCrs && hillshade.hasCrs);
+    const double light = 315.0 * radian;
+    for (int row = 1; row < dem.height - 1; ++row) {
+        const QSizeF cell = cellOnEllipsoid(dem, row);
+        for (int column = 1; column < dem.width - 1; ++column) {
+            const QPointF rise = gradient(dem, row, column);
+            const QPointF uphill(rise.x() / cell.width(), rise.y() / cell.height());
+            const double steepness = std::hypot(uphill.x(), uphill.y());
+            const double angle = std::atan(steepness) / radian;
+            if (angle > 5.0)
+                QVERIFY(std::abs(slope.at(row, column) / angle - 1.0) < 0.006);
+            const double azimuth = std::atan2(-uphill.x(), -uphill.y()) / radian;
+            if (steepness > 1e-2) {
+                QVERIFY(turn(aspect.at(row, column), azimuth) < 0.01);
+                QVERIFY(turn(trigonometric.at(row, column), 90.0 - azimuth) < 0.01);
+            }
+            const double lit = (1.0 - std::sin(light) * uphill.x() - std::cos(light) * uphill.y())
+                * std::sqrt(0.5) / std::sqrt(1.0 + steepness * steepness);
+            // The light's own elevation is 45°, so that its vertical and horizontal parts are equal.
+            QVERIFY(std::abs(hillshade.at(row, column) - (1.0 + 254.0 * std::max(0.0, lit))) < 2.0);
+        }
+    }
+}
+
+void TrueMetresTest::mirrored_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("hillshade") << QStringList{"hillshade"};
+    QTest::newRow("hillshade, a ratio of one's own")
+        << QStringList{"hillshade", "--set", "scaleText=2", "--set", "zevenbergenThorne=true"};
+    QTest::newRow("slope") << QStringList{"slope", "--set", "percent=true"};
+    QTest::newRow("aspect") << QStringList{"aspect"};
+    QTest::newRow("TRI") << QStringList{"TRI"};
+    QTest::newRow("TPI") << QStringList{"TPI"};
+    QTest::newRow("roughness") << QStringList{"roughness", "--set", "computeEdges=false"};
+}
+
+/// The same ground, stored with rows from the south and columns from the east, has the same product.
+void TrueMetresTest::mirrored()
+{
+    QFETCH(QStringList, arguments);
+    const Cells dem = readCells(path("dem.tif"));
+    QVector<float> turned;
+    for (auto at = dem.values.size(); at > 0; --at)
+        turned += dem.values.at(at - 1);
+    QVERIFY(writeRaster(path("mirrored.tif"), dem.width, dem.height, turned));
+    {
+        const std::unique_ptr<GDALDataset> dataset(
+            GDALDataset::Open(encodePath(path("mirrored.tif")).constData(), GDAL_OF_RASTER | GDAL_OF_UPDATE));
+        std::array<double, 6> toGround{502400.0, -10.0, 0.0, 5097600.0, 0.0, 10.0};
+        QCOMPARE(dataset->SetGeoTransform(toGround.data()), CE_None);
+    }
+    const Cells straight = product(arguments, "dem.tif");
+    const Cells other = product(arguments, "mirrored.tif");
+    QVERIFY(!straight.values.isEmpty());
+    QCOMPARE(other.values, straight.values);
+    QCOMPARE(other.toGround, straight.toGround);
+}
+
+void TrueMetresTest::feetWithVoids()
+{
+    constexpr double foot = 0.3048;
+    Cells dem = readCells(path("dem.tif"));
+    QVector<float> feet;
+    for (const float metres : qAsConst(dem.values))
+        feet += static_cast<float>(metres / foot);
+    feet[100 * 240 + 50] = -9999.0F;
+    QVERIFY(writeRaster(path("plain.tif"), 240, 240, feet));
+    {
+        const std::unique_ptr<GDALDataset> dataset(
+            GDALDataset::Open(encodePath(path("plain.tif")).constData(), GDAL_OF_RASTER | GDAL_OF_UPDATE));
+        dataset->GetRasterBand(1)->SetUnitType("ft");
+    }
+    dem.values[100 * 240 + 50] = -9999.0F;
+    QVERIFY(writeRaster(path("void.tif"), 240, 240, dem.values));
+    const QStringList worldFile{"--tiled", "--world-file"};
+    for (const QString &process : QStringList{"slope", "hillshade", "TRI", "roughness"}) {
+        const Cells inMetres = product(QStringList{process} + worldFile, "void.tif", "metres.tif");
+        const Cells inFeet = product(QStringList{process} + worldFile, "plain.tif", "feet.tif");
+        QCOMPARE(inFeet.values.size(), inMetres.values.size());
+        for (int at = 0; at < inFeet.values.size(); ++at) {
+            const double expected = inMetres.values.at(at);
+            QVERIFY(std::abs(inFeet.values.at(at) - expected) <= 1e-4 * std::abs(expected) + 1e-3);
+        }
+        QCOMPARE(bytesOf(path("feet.tfw")), bytesOf(path("metres.tfw")));
+        QCOMPARE(inFeet.toGround, inMetres.toGround);
+    }
+}
+
+void TrueMetresTest::otherFormats_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("ENVI") << "ENVI"
+                          << "product.img";
+    QTest::newRow("COG") << "COG"
+                         << "cog.tif";
+    QTest::newRow("AAIGrid") << "AAIGrid"
+                             << "product.asc";
+}
+
+void TrueMetresTest::otherFormats()
+{
+    QFETCH(QString, format);
+    QFETCH(QString, output);
+    const QString name = inDegrees(47.0);
+    for (const QString &process : QStringList{"slope", "aspect"}) {
+        const Cells expected = product({process}, name);
+        const Cells other = product({process, "--of", format}, name, output);
+        QVERIFY2(!other.values.isEmpty(), qPrintable(m_error));
+        for (int at = 0; at < 6; ++at)
+            QVERIFY(std::abs(other.toGround[static_cast<std::size_t>(at)]
+                             - expected.toGround[static_cast<std::size_t>(at)])
+                    < 1e-9);
+        for (int at = 0; at < expected.values.size(); ++at)
+            QVERIFY(std::abs(other.values.at(at) - expected.values.at(at)) < 1e-3);
+    }
+}
+
+/// Rows run from the north then, as in any picture, and the product has no georeference either.
+void TrueMetresTest::withoutGeoreference()
+{
+    QVERIFY(copyRaster(path("dem.tif"), path("metre.tif"), {"-a_ullr", "0", "240", "240", "0"}));
+    const Cells expected = product({"hillshade"}, "metre.tif", "expected.tif");
+    const Cells dem = readCells(path("dem.tif"));
+    {
+        GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+        const std::unique_ptr<GDALDataset> plain(
+            driver->Create(encodePath(path("none.tif")).constData(), 240, 240, 1, GDT_Float32, nullptr));
+        QVector<float> values = dem.values;
+        QCOMPARE(plain->GetRasterBand(1)->RasterIO(GF_Write, 0, 0, 240, 240, values.data(), 240, 240,
+                                                   GDT_Float32, 0, 0, nullptr),
+                 CE_None);
+    }
+    for (const QStringList &ratio : {QStringList(), QStringList{"--set", "scaleText=1"}}) {
+        const Cells found = product(QStringList{"hillshade"} + ratio, "none.tif");
+        QCOMPARE(found.values, expected.values);
+        QVERIFY(!found.isGeoreferenced && !found.hasCrs);
+    }
+}
+
+void TrueMetresTest::rotated()
+{
+    QVERIFY(copyRaster(path("dem.tif"), path("rotated.tif"), {}));
+    {
+        const std::unique_ptr<GDALDataset> dataset(
+            GDALDataset::Open(encodePath(path("rotated.tif")).constData(), GDAL_OF_RASTER | GDAL_OF_UPDATE));
+        std::array<double, 6> toGround{500000.0, 8.0, 6.0, 5100000.0, 6.0, -8.0};
+        QCOMPARE(dataset->SetGeoTransform(toGround.data()), CE_None);
+    }
+    const Cells found = product({"slope"}, "rotated.tif");
+    QVERIFY2(!found.values.isEmpty(), qPrintable(m_error));
+    QCOMPARE(found.toGround[2], 0.0);
+    QCOMPARE(found.toGround[1], 10.0);
+    QVERIFY(found.toGround[5] == -10.0 && found.width > 240);
+    QCOMPARE(found.at(0, 0), -9999.0); // a corner of the upright grid
+}
+
+/// A ratio that the user chose goes to the tool, on the DEM as it is.
+void TrueMetresTest::chosenRatioStays()
+{
+    const QString name = inDegrees(47.0);
+    const Cells chosen = product({"slope", "--set", "scaleIndex=2"}, name);
+    QVERIFY2(m_error.isEmpty(), qPrintable(m_error));
+    const Cells asIs = product({"slope", "--set", "scaleIndex=2", "--as-is"}, name, "asis.tif");
+    QCOMPARE(chosen.values, asIs.values);
+    QVERIFY(product({"slope"}, name).values != asIs.values);
+}
+
+QTEST_GUILESS_MAIN(TrueMetresTest)
+#include "truemetres_test.moc"
