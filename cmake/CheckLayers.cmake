@@ -54,7 +54,7 @@ set(layers
     "colortable/legend: colortable"
     "colortable/editor: colortable colortable/formats/tableexport.h colortable/legend dataset messages"
     "runner: messages dataset/pathencoding.h"
-    "panels/options: colortable dataset messages runner/quoting.h"
+    "panels/options: colortable dataset messages runner/commandsplit.h runner/quoting.h"
     "panels/controls: colortable colortable/editor messages"
     "panels/observers: panels/options panels/controls dataset messages"
     "panels/colors: panels/options panels/controls colortable colortable/editor dataset messages"

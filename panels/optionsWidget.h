@@ -54,6 +54,9 @@ public:
     /// The DEM or band changed, or its extreme values became known.
     virtual void setDem(const DemInfo &) { }
 
+    /// What the chosen ratio of units means for the DEM, in a sentence; empty: it needs no remark.
+    virtual void setScaleHint(const QString &) { }
+
     /// The format of the product changed: GDAL's short driver name.
     virtual void setOutputFormat(const QString &) { }
 

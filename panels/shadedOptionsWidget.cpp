@@ -219,10 +219,16 @@ void shadedOptionsWidget::timerEvent(QTimerEvent *event)
     optionsWidget::timerEvent(event);
 }
 
+void shadedOptionsWidget::setScaleHint(const QString &hint)
+{
+    m_scaleHint = hint;
+    updateScaleNote();
+}
+
 void shadedOptionsWidget::updateScaleNote()
 {
     const auto shown = options();
-    showScaleNote(*m_pScaleCombo, scaleProblem(shown.scaleIndex, shown.scaleText));
+    showScaleHint(*m_pScaleCombo, scaleProblem(shown.scaleIndex, shown.scaleText), m_scaleHint);
 }
 
 void shadedOptionsWidget::changeEvent(QEvent *event)

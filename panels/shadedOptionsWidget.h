@@ -29,6 +29,7 @@ public:
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     bool isComplete() const override;
+    void setScaleHint(const QString &hint) override;
 
     ShadedOptions options() const;
 
@@ -63,5 +64,6 @@ private:
     QwtCompass *m_pCompass = nullptr; ///< owned
     QwtWheel *m_pWheel = nullptr;     ///< owned
     QEditableComboBox *m_pScaleCombo = nullptr;
+    QString m_scaleHint;
     QBasicTimer m_changeTimer; ///< runs from a change until completeChanged()
 };

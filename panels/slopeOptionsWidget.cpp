@@ -95,10 +95,16 @@ void slopeOptionsWidget::slot_onOptionsChanged()
     emit completeChanged();
 }
 
+void slopeOptionsWidget::setScaleHint(const QString &hint)
+{
+    m_scaleHint = hint;
+    updateScaleNote();
+}
+
 void slopeOptionsWidget::updateScaleNote()
 {
     const auto shown = options();
-    showScaleNote(*m_pScaleCombo, scaleProblem(shown.scaleIndex, shown.scaleText));
+    showScaleHint(*m_pScaleCombo, scaleProblem(shown.scaleIndex, shown.scaleText), m_scaleHint);
 }
 
 void slopeOptionsWidget::changeEvent(QEvent *event)

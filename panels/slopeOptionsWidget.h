@@ -25,6 +25,7 @@ public:
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     bool isComplete() const override;
+    void setScaleHint(const QString &hint) override;
 
     SlopeOptions options() const;
 
@@ -47,4 +48,5 @@ private:
 
     std::unique_ptr<Ui::slopeOptionsWidget> m_form;
     QEditableComboBox *m_pScaleCombo = nullptr;
+    QString m_scaleHint;
 };

@@ -14,6 +14,10 @@ tri_tpi_roughnessOptionsWidget::tri_tpi_roughnessOptionsWidget(QWidget *parent, 
     applyTexts();
     for (QRadioButton *index : {m_form->m_pRBTRI, m_form->m_pRBTPI, m_form->m_pRBROUGHNESS})
         connect(index, &QRadioButton::clicked, this, &tri_tpi_roughnessOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pRBTRI, &QRadioButton::toggled, this, &tri_tpi_roughnessOptionsWidget::updateFormula);
+    connect(m_form->m_pRBWilson, &QRadioButton::toggled, this, &tri_tpi_roughnessOptionsWidget::updateFormula);
+    connect(m_form->m_pRBWilson, &QRadioButton::toggled, this,
+            &tri_tpi_roughnessOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pChBComputeAtEdges, &QCheckBox::stateChanged, this,
             &tri_tpi_roughnessOptionsWidget::slot_onOptionsChanged);
 }
@@ -27,7 +31,10 @@ QString tri_tpi_roughnessOptionsWidget::getCommandArguments()
 
 TerrainIndexOptions tri_tpi_roughnessOptionsWidget::options() const
 {
-    return {.type = processType(), .computeEdges = m_form->m_pChBComputeAtEdges->isChecked()};
+    const int type = processType();
+    return {.type = type,
+            .computeEdges = m_form->m_pChBComputeAtEdges->isChecked(),
+            .wilson = type == 0 && m_form->m_pRBWilson->isChecked()};
 }
 
 void tri_tpi_roughnessOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
@@ -45,6 +52,22 @@ void tri_tpi_roughnessOptionsWidget::showOptions(const TerrainIndexOptions &opti
                                                       m_form->m_pRBROUGHNESS};
     indexes[qBound(0, options.type, terrainIndexCount - 1)]->setChecked(true);
     m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
+    (options.wilson ? m_form->m_pRBWilson : m_form->m_pRBRiley)->setChecked(true);
+}
+
+/// Says which TRI the product holds; the choice belongs to that index alone.
+void tri_tpi_roughnessOptionsWidget::updateFormula()
+{
+    const bool isTri = m_form->m_pRBTRI->isChecked();
+    for (QWidget *control : QList<QWidget *>{m_form->m_pRBRiley, m_form->m_pRBWilson, m_form->m_pTriFormula})
+        control->setEnabled(isTri);
+    m_form->m_pTriFormula->setText(
+        m_form->m_pRBWilson->isChecked()
+            ? tr("Le produit contient la moyenne des différences avec les huit voisins.",
+                 "MESS_TRI_WILSON_EXPL")
+            : tr("Le produit contient la racine de la somme des carrés de ces différences, environ trois fois "
+                 "plus grande que leur moyenne.",
+                 "MESS_TRI_RILEY_EXPL"));
 }
 
 int tri_tpi_roughnessOptionsWidget::processType() const
@@ -71,4 +94,5 @@ void tri_tpi_roughnessOptionsWidget::changeEvent(QEvent *event)
 void tri_tpi_roughnessOptionsWidget::applyTexts()
 {
     m_form->m_pLabelCalcBord->setText(edgesText());
+    updateFormula();
 }

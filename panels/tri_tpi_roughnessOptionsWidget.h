@@ -40,6 +40,7 @@ protected:
 
 private:
     void showOptions(const TerrainIndexOptions &options);
+    void updateFormula();
     void applyTexts();
 
     std::unique_ptr<Ui::tri_tpi_roughnessOptionsWidget> m_form;

@@ -1,6 +1,6 @@
 #include "app/batch/arguments.h"
 
-#include "app/process/processes.h"
+#include "app/process/commandline.h"
 #include "app/startup/versions.h"
 
 #include <QCommandLineParser>
@@ -13,6 +13,9 @@ const QString versionName = QStringLiteral("version");
 const QString listName = QStringLiteral("list");
 const QString buildName = QStringLiteral("build-overviews");
 const QString correctName = QStringLiteral("correct-aspect");
+const QString fillName = QStringLiteral("fill-voids");
+const QString maskName = QStringLiteral("mask");
+const QString partName = QStringLiteral("part");
 const QString georeferenceName = QStringLiteral("georeference");
 const QString printName = QStringLiteral("print-command");
 
@@ -41,6 +44,12 @@ void declareOptions(QCommandLineParser &parser)
         {QStringLiteral("input"), text("MESS_LOT_ENTREE", "MNT d'entrée."), QStringLiteral("file")},
         {QStringLiteral("output"), text("MESS_LOT_SORTIE", "Fichier à créer."), QStringLiteral("file")},
         {QStringLiteral("band"), text("MESS_LOT_BANDE", "Bande du MNT (1 par défaut)."), QStringLiteral("n")},
+        {partName,
+         text(
+             "MESS_LOT_PARTIE",
+             "Partie du MNT à traiter, en cellules depuis son coin supérieur gauche : « colonne ligne colonnes "
+             "lignes »."),
+         QStringLiteral("cells")},
     });
     for (const OutputOptionField &output : outputOptionFields()) {
         const QString name = QLatin1String(output.argument);
@@ -60,6 +69,12 @@ void declareOptions(QCommandLineParser &parser)
         {correctName,
          text("MESS_LOT_CORR_ORIENT",
               "Corrige sur place les orientations d'un raster pour les cellules non carrées du MNT (--input)."),
+         QStringLiteral("raster")},
+        {fillName,
+         text("MESS_LOT_COMBLE",
+              "Écrit ce raster, une copie du MNT (--input) dont les vides sont comblés (--fill-distance)."),
+         QStringLiteral("raster")},
+        {maskName, text("MESS_LOT_MASQUE_FIC", "Avec --fill-voids : raster qui marque les cellules comblées."),
          QStringLiteral("raster")},
         {georeferenceName,
          text("MESS_LOT_GEOREF", "Donne sur place à un GeoTIFF la géoréférence du MNT (--input)."),
@@ -81,6 +96,8 @@ BatchAction actionOf(const QCommandLineParser &parser)
         return BatchAction::BuildOverviews;
     if (parser.isSet(correctName))
         return BatchAction::CorrectAspect;
+    if (parser.isSet(fillName))
+        return BatchAction::FillVoids;
     if (parser.isSet(georeferenceName))
         return BatchAction::CopyGeoreference;
     return parser.isSet(printName) ? BatchAction::PrintCommand : BatchAction::Run;
@@ -143,6 +160,15 @@ QString readValues(BatchArguments &arguments, const QCommandLineParser &parser)
     QString problem = readOutputOptions(arguments, parser);
     if (!problem.isEmpty())
         return problem;
+    arguments.mask = parser.value(maskName);
+    if (parser.isSet(partName)) {
+        arguments.part = readPart(parser.value(partName));
+        if (!arguments.part)
+            return labelText({"MESS_LOT_PARTIE_INV",
+                              "--part demande quatre nombres entiers, « colonne ligne colonnes lignes », pas « "
+                              "%1 »."})
+                .arg(parser.value(partName));
+    }
     arguments.overwrite = parser.isSet(QStringLiteral("overwrite"));
     if (parser.isSet(QStringLiteral("band"))) {
         problem = readBand(arguments, parser.value(QStringLiteral("band")));
@@ -169,7 +195,7 @@ BatchArguments readBatchArguments(const QStringList &texts)
         return arguments;
     }
     arguments.action = actionOf(parser);
-    for (const QString &name : {buildName, correctName, georeferenceName})
+    for (const QString &name : {buildName, correctName, fillName, georeferenceName})
         arguments.raster += parser.value(name);
     const bool onlyPrintsText = arguments.action == BatchAction::Help
         || arguments.action == BatchAction::Version || arguments.action == BatchAction::List;

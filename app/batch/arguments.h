@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QPair>
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -17,6 +18,7 @@ enum class BatchAction
     PrintCommand,
     BuildOverviews,
     CorrectAspect,    ///< a step of a product: corrects directions for cells that are not square
+    FillVoids,        ///< a step of a product: writes a copy of the DEM whose cells without data are filled
     CopyGeoreference, ///< a step of a product: gives a raster the georeference of the DEM
     List,
     Help,
@@ -34,6 +36,8 @@ struct BatchArguments
     std::optional<QString> input;
     std::optional<QString> output;
     std::optional<int> band;
+    std::optional<QRect> part;   ///< cells of the DEM; a null rectangle: all of them
+    QString mask;                ///< path of the raster that marks filled cells; empty: none
     OutputOptions outputOptions; ///< options that were not given have their defaults
     QString raster;              ///< path of the raster that another action than Run and PrintCommand works on
     bool overwrite = false;      ///< a run may replace existing files

@@ -149,6 +149,7 @@ int main(int argc, char *argv[])
         return print(batchList());
     case BatchAction::BuildOverviews:
     case BatchAction::CorrectAspect:
+    case BatchAction::FillVoids:
     case BatchAction::CopyGeoreference:
         return static_cast<int>(runRasterTask(arguments));
     case BatchAction::PrintCommand:

@@ -8,8 +8,10 @@
 #include "dataset/pathencoding.h"
 #include "dataset/views/aspectcorrection.h"
 #include "dataset/views/georeference.h"
+#include "dataset/views/voidfill.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace
 {
@@ -44,6 +46,19 @@ TaskEnd correctAspectOf(const QString &raster, const QString &dem, const BatchAr
     return {result.isStopped, result.problem};
 }
 
+TaskEnd fillVoidsOf(const QString &dem, const QString &filled, const BatchArguments &arguments,
+                    const Progress &progress)
+{
+    const QString mask = arguments.mask.isEmpty() ? QString() : QFileInfo(arguments.mask).absoluteFilePath();
+    const FillResult result = fillVoids({.dem = dem,
+                                         .band = arguments.band.value_or(1),
+                                         .distance = arguments.outputOptions.fillDistance,
+                                         .filled = filled,
+                                         .mask = mask},
+                                        progress);
+    return {result.isStopped, result.problem};
+}
+
 TaskEnd runTask(const BatchArguments &arguments, const Progress &progress)
 {
     const QString raster = dataSetName(arguments.raster, QDir::currentPath());
@@ -54,6 +69,8 @@ TaskEnd runTask(const BatchArguments &arguments, const Progress &progress)
     const QString dem = dataSetName(*arguments.input, QDir::currentPath());
     if (arguments.action == BatchAction::CorrectAspect)
         return correctAspectOf(raster, dem, arguments, progress);
+    if (arguments.action == BatchAction::FillVoids)
+        return fillVoidsOf(dem, raster, arguments, progress);
     return {false, copyGeoreference(dem, raster)};
 }
 
@@ -62,7 +79,7 @@ TaskEnd runTask(const BatchArguments &arguments, const Progress &progress)
 bool isRasterTask(BatchAction action)
 {
     return action == BatchAction::BuildOverviews || action == BatchAction::CorrectAspect
-        || action == BatchAction::CopyGeoreference;
+        || action == BatchAction::FillVoids || action == BatchAction::CopyGeoreference;
 }
 
 BatchExit runRasterTask(const BatchArguments &arguments)

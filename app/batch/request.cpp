@@ -72,6 +72,7 @@ RecipeReading combinedRecipe(const BatchArguments &arguments)
     recipe.input = arguments.input.value_or(recipe.input);
     recipe.output = arguments.output.value_or(recipe.output);
     recipe.band = arguments.band.value_or(recipe.band);
+    recipe.part = arguments.part.value_or(recipe.part);
     recipe.outputOptions = overridden(recipe.outputOptions, arguments.outputOptions);
 
     if (reading.problem.isEmpty() && recipe.input.isEmpty())
@@ -114,6 +115,7 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
                      .mode = recipe.process,
                      .input = dem,
                      .band = recipe.band,
+                     .part = recipe.part,
                      .output = recipe.output,
                      .outputOptions = recipe.outputOptions,
                      .toolInput = prepared.toolInput,

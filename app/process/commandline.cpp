@@ -3,6 +3,10 @@
 #include "dataset/formats.h"
 #include "runner/quoting.h"
 
+#include <QRegularExpression>
+
+#include <array>
+
 namespace
 {
 
@@ -59,6 +63,38 @@ QString outputFormat(const ProcessingRequest &request)
     return outputFormat(request.outputOptions, productKind(request));
 }
 
+QString partText(const QRect &part)
+{
+    if (part.isNull())
+        return {};
+    return QStringLiteral("%1 %2 %3 %4")
+        .arg(QString::number(part.x()), QString::number(part.y()), QString::number(part.width()),
+             QString::number(part.height()));
+}
+
+std::optional<QRect> readPart(const QString &text)
+{
+    static const QRegularExpression separators(QStringLiteral("[\\s,;]+"));
+    const QStringList numbers = text.split(separators, Qt::SkipEmptyParts);
+    if (numbers.isEmpty())
+        return QRect();
+    std::array<int, 4> values{};
+    if (static_cast<std::size_t>(numbers.size()) != values.size())
+        return std::nullopt;
+    for (std::size_t at = 0; at < values.size(); ++at) {
+        bool isNumber = false;
+        values[at] = numbers.at(static_cast<int>(at)).toInt(&isNumber);
+        if (!isNumber || values[at] < (at < 2 ? 0 : 1))
+            return std::nullopt;
+    }
+    return QRect(values[0], values[1], values[2], values[3]);
+}
+
+QString fillMaskFile(const QString &product)
+{
+    return withoutExtension(product) + QStringLiteral("_filled.tif");
+}
+
 QString processArguments(const ProcessingRequest &request)
 {
     if (!request.process)
@@ -99,6 +135,8 @@ QuvoOutputFilesList declaredOutputs(const ProcessingRequest &request)
          .kind = product == ProductKind::Vector ? QuvoOutputFileKind::Vector : QuvoOutputFileKind::Raster,
          .ownsBaseName = !traits.keepsToWholeName,
          .sideExtensions = sideExtensions(format, product)}};
+    if (request.outputOptions.fillMask && request.outputOptions.fillDistance > 0.0)
+        files += {.path = fillMaskFile(request.output)};
     if (product == ProductKind::Vector)
         return files;
     // A world file that this command does not write is the user's own.

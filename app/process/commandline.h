@@ -6,6 +6,7 @@
 #include "panels/options/toolinput.h"
 #include "runner/processing.h"
 
+#include <QRect>
 #include <QString>
 
 #include <optional>
@@ -18,6 +19,7 @@ struct ProcessingRequest
     QString mode;   ///< mode word of the DEM tool ("hillshade", "TRI"); the other tools ignore it
     QString input;  ///< path of the DEM
     int band = 1;   ///< band of the DEM, counted from 1
+    QRect part{};   ///< cells of the DEM that the product covers, from the file's upper left; null: all of them
     QString output; ///< path of the product
     OutputOptions outputOptions;
     ToolInput toolInput; ///< argument fragment and files made from the options of the process
@@ -39,6 +41,15 @@ QString processCommand(const QString &toolPath, const QString &arguments);
 
 /// The command line for the runner of a request that has a process.
 QString runCommand(const ProcessingRequest &request, const ToolPaths &tools);
+
+/// Path of the raster that marks the filled cells beside a product: "dem_slope_filled.tif".
+QString fillMaskFile(const QString &product);
+
+/// The part as recipes and the command line write it: "column row columns rows"; empty for the whole DEM.
+QString partText(const QRect &part);
+
+/// Reads such a text. Nothing where it is no part; a null rectangle for an empty text.
+std::optional<QRect> readPart(const QString &text);
 
 /// The files that the run creates, the product first. A stop or a failure deletes them. Empty where no process
 /// is chosen.

@@ -3,6 +3,7 @@
 #include "dataset/views/truecells.h"
 #include "messages/label.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -84,12 +85,38 @@ QString treatmentText(const DemTreatment &treatment, const DemFacts &facts, cons
     return sentences.join(QLatin1Char(' '));
 }
 
-QString cellSizeText(const DemFacts &facts, const QLocale &locale)
+namespace
 {
-    const QSizeF cell = trueCell(facts, facts.height / 2.0);
+
+QString sizeText(const QSizeF &cell, const QLocale &locale)
+{
     const auto length = [&locale](double metres) {
-        const int digitsBefore = static_cast<int>(std::floor(std::log10(metres))) + 1;
+        const int digitsBefore = static_cast<int>(std::floor(std::log10(std::max(metres, 1e-9)))) + 1;
         return locale.toString(metres, 'f', qBound(0, 3 - digitsBefore, 6));
     };
     return labelText({"MESS_TAILLE_CELLULE", "%1 m × %2 m"}).arg(length(cell.width()), length(cell.height()));
+}
+
+} // namespace
+
+QString cellSizeText(const DemFacts &facts, const QLocale &locale)
+{
+    return sizeText(trueCell(facts, facts.height / 2.0), locale);
+}
+
+QString ratioText(const DemFacts &facts, double ratio, const QLocale &locale)
+{
+    constexpr double negligible = 0.005;
+    if (!facts.isOpen || !(ratio > 0.0))
+        return {};
+    const auto &toGround = facts.toGround;
+    const double metresPerUnit = ratio * elevationFactor(facts);
+    const QSizeF assumed =
+        QSizeF(std::hypot(toGround[1], toGround[4]), std::hypot(toGround[2], toGround[5])) * metresPerUnit;
+    const QSizeF real = trueCell(facts, facts.height / 2.0);
+    if (std::abs(assumed.width() / real.width() - 1.0) < negligible
+        && std::abs(assumed.height() / real.height() - 1.0) < negligible)
+        return {};
+    return labelText({"MESS_VUE_RAPPORT", "Avec ce rapport, une cellule compte pour %1 ; elle mesure %2."})
+        .arg(sizeText(assumed, locale), sizeText(real, locale));
 }

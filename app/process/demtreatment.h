@@ -26,5 +26,9 @@ DemTreatment treatmentOf(const CellUse &use, const DemFacts &facts);
 QString treatmentText(const DemTreatment &treatment, const DemFacts &facts, const CellUse &use,
                       const QLocale &locale);
 
+/// What a ratio of units that the user chose means for the DEM: the size that the tool gives to a cell, and its
+/// true size. Empty where both are the same to half a percent. `ratio`: vertical over horizontal unit.
+QString ratioText(const DemFacts &facts, double ratio, const QLocale &locale);
+
 /// Size of a cell in the middle of the DEM, in metres: "77.0 m × 92.6 m".
 QString cellSizeText(const DemFacts &facts, const QLocale &locale);

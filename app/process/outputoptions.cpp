@@ -46,6 +46,17 @@ const QVector<OutputOptionField> &outputOptionFields()
         {QUVO_FIELD(OutputOptions, overviews, 0, 0, "MESS_LOT_VUES",
                     "Vues d'ensemble à côté d'un produit raster."),
          "overviews", nullptr},
+        {QUVO_FIELD(OutputOptions, fillDistance, 0, 10000, "MESS_LOT_COMBLER",
+                    "Comble les cellules sans donnée jusqu'à cette distance, en cellules ; 0 : non."),
+         "fill-distance", "cells"},
+        {QUVO_FIELD(OutputOptions, fillMask, 0, 0, "MESS_LOT_MASQUE",
+                    "Marque les cellules comblées dans un raster à côté du produit."),
+         "fill-mask", nullptr},
+        {QUVO_FIELD(
+             OutputOptions, reproject, 0, 0, "MESS_LOT_REPROJETER",
+             "Courbes et intervisibilité dans ce système de coordonnées (EPSG:32632) ; auto : un système en "
+             "mètres."),
+         "reproject", "crs"},
         {QUVO_FIELD(OutputOptions, asIs, 0, 0, "MESS_LOT_TEL_QUEL",
                     "Lit le MNT tel quel, sans mètres vrais et sans tourner ses lignes."),
          "as-is", nullptr},
@@ -87,6 +98,9 @@ OutputOptions supportedOptions(const OutputOptions &options, Process process)
     supported.tiled = options.tiled && raster && hasCreationOption(format, QStringLiteral("TILED"));
     supported.worldFile =
         options.worldFile && supported.tiled && hasCreationOption(format, QStringLiteral("TFW"));
+    if (!mayReproject(process))
+        supported.reproject.clear();
+    supported.asIs = options.asIs && usesNeighbours(process);
     supported.overviews = options.overviews && raster && takesOverviews(format);
     return supported;
 }

@@ -16,6 +16,12 @@ struct OutputOptions
     bool worldFile = false; ///< write a world file; ignored for a GeoTIFF that is not tiled: kept so on purpose
     QString layerName;      ///< layer of a vector product; empty: "contour"
     bool overviews = false; ///< build overviews of a raster product, in a file beside it
+    /// Cells without data are filled from the cells around them up to this distance, in cells; 0: not at all.
+    double fillDistance = 0.0;
+    bool fillMask = false; ///< a raster beside the product marks the cells that were filled
+    /// CRS in which contours and views are computed ("EPSG:32632"); "auto": one in metres that suits the DEM
+    /// (metricCrs()); empty: that of the DEM.
+    QString reproject;
     bool asIs =
         false; ///< the tool reads the DEM itself, whatever its units and rows (app/process/demtreatment)
 

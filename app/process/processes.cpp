@@ -66,6 +66,17 @@ const ProcessRow &processRow(Process process)
     return rows[static_cast<std::size_t>(process)];
 }
 
+bool usesNeighbours(Process process)
+{
+    const ProcessRow &row = processRow(process);
+    return row.tool == Tool::Dem && !row.takesColorTable;
+}
+
+bool mayReproject(Process process)
+{
+    return process == Contour || process == Intervisibility;
+}
+
 Process processOf(const ProcessOptions &options)
 {
     return static_cast<Process>(options.index());

@@ -61,6 +61,13 @@ struct ProcessRow
 /// The row of a process; Process::Count has none.
 const ProcessRow &processRow(Process process);
 
+/// Whether the tool computes each cell of the product from the eight cells around it.
+bool usesNeighbours(Process process);
+
+/// Whether the process may be computed in another CRS than the DEM's. The others are more exact in the grid of
+/// the DEM.
+bool mayReproject(Process process);
+
 /// The process that the options belong to.
 Process processOf(const ProcessOptions &options);
 

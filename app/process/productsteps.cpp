@@ -1,19 +1,39 @@
 #include "app/process/productsteps.h"
 
 #include "dataset/pathencoding.h"
+#include "dataset/views/demviews.h"
+#include "dataset/views/metriccrs.h"
 #include "dataset/views/truecells.h"
-#include "dataset/views/turnedview.h"
 #include "dataset/views/viewtexts.h"
 #include "runner/quoting.h"
 
 #include <QFile>
+#include <QMargins>
+#include <QtMath>
 
 #include <algorithm>
 
 namespace
 {
 
-/// The DEM as the tool reads it, and the files of the way to the product.
+/// A DEM on the way to the product: the file that the next step reads, and how much of it the product covers.
+struct Stage
+{
+    ViewSource dem;
+    QMargins margins; ///< columns and rows at the sides that only serve as neighbours
+    DemFacts grid;    ///< of the product: the DEM without the margins
+    DemFacts whole;   ///< the DEM that the grid is a part of
+    int firstRow = 0; ///< row of the whole DEM that is the first of the grid
+};
+
+/// Rows of the product that the tool computes with one size of cells.
+struct SizedStrip
+{
+    RowStrip rows; ///< of the product
+    QSizeF cell;   ///< in metres
+};
+
+/// The steps of a product, and the files between them.
 class Way
 {
 public:
@@ -32,18 +52,22 @@ public:
     void write(const QString &path, const QByteArray &text)
     {
         QFile file(path);
-        if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush())
-            return;
-        steps.problem = labelText({"MESS_VUE_ECRITURE", "Le fichier « %1 » n'a pas pu être écrit."}).arg(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush())
+            fail(labelText({"MESS_VUE_ECRITURE", "Le fichier « %1 » n'a pas pu être écrit."}).arg(path));
     }
 
-    void addStep(const QString &command, const QString &title, double share,
-                 const QStringList &intermediates = {})
+    void fail(const QString &problem)
+    {
+        if (steps.problem.isEmpty())
+            steps.problem = problem;
+    }
+
+    void add(const QString &command, const QString &title, double share, const QStringList &intermediates = {})
     {
         steps.steps += {command, title, intermediates, share};
     }
 
-    /// The tool reads band 1 of a view, or the DEM itself, and writes `output`.
+    /// Runs the process's tool; `output` is the product or an intermediate file.
     void addTool(const ViewSource &input, const QString &output, const OutputOptions &options, double share)
     {
         ProcessingRequest request = m_request;
@@ -52,40 +76,44 @@ public:
         request.output = output;
         request.outputOptions = options;
         const bool isProduct = output == m_request.output;
-        addStep(runCommand(request, m_tools), toolTitle(), share,
-                isProduct ? QStringList() : QStringList{output});
+        add(runCommand(request, m_tools), toolTitle(), share, isProduct ? QStringList() : QStringList{output});
+    }
+
+    void addBatch(const QString &task, const QString &raster, const ViewSource &dem, const QString &more,
+                  const QString &title, double share, const QStringList &intermediates = {})
+    {
+        add(processCommand(m_tools.batch,
+                           QStringLiteral("--%1 ").arg(task) + quotedArgument(raster)
+                               + QStringLiteral(" --input ") + quotedArgument(dem.path)
+                               + QStringLiteral(" --band %1").arg(dem.facts.band) + more),
+            title, share, intermediates);
     }
 
     void addCorrection(const ViewSource &dem, const QString &raster)
     {
-        QString arguments = QStringLiteral("--correct-aspect ") + quotedArgument(raster)
-            + QStringLiteral(" --input ") + quotedArgument(dem.path)
-            + QStringLiteral(" --band %1").arg(dem.facts.band);
-        if (m_request.cellUse.trigonometric)
-            arguments += QStringLiteral(" --set trigonometric=true");
-        addStep(processCommand(m_tools.batch, arguments), toolTitle(), 0.5);
+        const bool trigonometric = m_request.cellUse.trigonometric;
+        addBatch(QStringLiteral("correct-aspect"), raster, dem,
+                 trigonometric ? QStringLiteral(" --set trigonometric=true") : QString(), toolTitle(), 0.5);
     }
 
     void addGeoreference(const ViewSource &dem)
     {
-        addStep(processCommand(m_tools.batch,
-                               QStringLiteral("--georeference ") + quotedArgument(m_request.output)
-                                   + QStringLiteral(" --input ") + quotedArgument(dem.path)),
-                toolTitle(), 0.02);
+        addBatch(QStringLiteral("georeference"), m_request.output, dem, {}, toolTitle(), 0.02);
     }
 
-    void addAssembly(const QString &view)
+    /// Copies a raster, or a view of several, to another file.
+    void addCopy(const QString &arguments, const QString &from, const QString &to, const QString &title,
+                 double share)
     {
-        QString arguments = QStringLiteral("-of ") + quotedArgument(outputFormat(m_request))
-            + creationArguments(m_request.outputOptions) + QLatin1Char(' ') + quotedArgument(view)
-            + QLatin1Char(' ') + quotedArgument(m_request.output);
-        addStep(processCommand(m_tools.translate, arguments),
-                labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
+        const bool isProduct = to == m_request.output;
+        add(processCommand(m_tools.translate,
+                           arguments + quotedArgument(from) + QLatin1Char(' ') + quotedArgument(to)),
+            title, share, isProduct ? QStringList() : QStringList{to});
     }
 
-private:
     QString toolTitle() const { return labelText(processRow(*m_request.process).stepTitle); }
 
+private:
     const ProcessingRequest &m_request;
     const ToolPaths &m_tools;
     QString m_folder;
@@ -99,56 +127,224 @@ ProductCells productCells(const ProcessingRequest &request)
     return {QStringLiteral("Float32"), request.cellUse.zeroWithoutData ? std::nullopt : std::optional(-9999.0)};
 }
 
-/// The strip with a row more at each side where the DEM has one, so that its outer rows have neighbours.
-RowStrip withNeighbours(const RowStrip &strip, int height)
+/// The part as a rectangle of a grid that is turned to the north and west.
+QRect mirrored(const QRect &part, const DemFacts &facts)
 {
-    const int first = std::max(0, strip.first - 1);
-    const int end = std::min(height, strip.first + strip.count + 1);
-    return {first, end - first};
+    QRect turned = part;
+    if (facts.toGround[1] < 0.0)
+        turned.moveLeft(facts.width - part.x() - part.width());
+    if (facts.toGround[5] > 0.0)
+        turned.moveTop(facts.height - part.y() - part.height());
+    return turned;
 }
 
-/// The view of a strip in metres, as a source for the tool. The rest of its facts is that of the view.
-ViewSource writeMetreView(Way &way, const ViewSource &dem, const RowStrip &strip, double middle, int number)
+/// The part with `cells` more cells at each side, as far as the DEM reaches.
+QRect withMargin(const QRect &part, int cells, const DemFacts &facts)
+{
+    return part.adjusted(-cells, -cells, cells, cells) & QRect(0, 0, facts.width, facts.height);
+}
+
+void useView(Way &way, Stage &stage, const DemView &view)
+{
+    if (view.path.isEmpty() || !view.facts.isOpen)
+        way.fail(
+            view.problem.isEmpty()
+                ? labelText({"MESS_VUE_ECRITURE", "Le fichier « %1 » n'a pas pu être écrit."}).arg(view.path)
+                : view.problem);
+    stage.dem = {view.path, view.facts};
+    stage.grid = view.facts;
+    stage.whole = view.facts;
+}
+
+/// The DEM in the grid that the process needs: turned to the north, or in another CRS. Where such a grid lies
+/// askew in the DEM's, the part is taken before. Returns the part in that grid; null: all of it.
+QRect changeGrid(Way &way, Stage &stage, const ProcessingRequest &request, const DemTreatment &treatment)
+{
+    const DemFacts &facts = stage.dem.facts;
+    const bool isReprojected = !request.outputOptions.reproject.isEmpty() && mayReproject(*request.process);
+    if (!isReprojected && !treatment.turn)
+        return request.part;
+    QRect part = request.part;
+    const bool isAskew = isReprojected || isRotated(facts);
+    if (isAskew && !part.isNull()) {
+        useView(way, stage,
+                writePartView(stage.dem.path, facts.band, part, way.file(QStringLiteral("part.vrt"))));
+        part = QRect();
+    } else if (!part.isNull()) {
+        part = mirrored(part, facts);
+    }
+    const ViewSource dem = stage.dem;
+    if (isReprojected) {
+        const bool isProposed = request.outputOptions.reproject == QLatin1String("auto");
+        useView(way, stage,
+                writeReprojectedView(dem.path, dem.facts,
+                                     isProposed ? metricCrs(dem.facts) : request.outputOptions.reproject,
+                                     way.file(QStringLiteral("projected.vrt"))));
+    } else {
+        useView(way, stage, writeTurnedView(dem.path, dem.facts, way.file(QStringLiteral("turned.vrt"))));
+    }
+    return part;
+}
+
+/// Gives the tool the observers in the CRS of the reprojected DEM.
+void moveObservers(Way &way, ProcessingRequest &request, const DemFacts &dem, const QString &crs)
+{
+    const QString moved = way.file(QStringLiteral("points.shp"));
+    QString &fragment = request.toolInput.fragment;
+    const QString problem = reprojectPoints(pointFileOf(fragment), dem, crs, moved);
+    if (!problem.isEmpty())
+        way.fail(problem);
+    fragment = withPointFile(fragment, moved);
+}
+
+/// Cuts the part out of the DEM. Where cells are computed from their neighbours, or filled from cells around
+/// them, it keeps a margin, so that the product's edge is that of the whole DEM's product.
+void cutPart(Way &way, Stage &stage, const QRect &part, const ProcessingRequest &request)
+{
+    const double fillDistance = request.outputOptions.fillDistance;
+    const int margin = (request.cellUse.neighbours ? 1 : 0) + qCeil(fillDistance);
+    const ViewSource dem = stage.dem;
+    const DemFacts whole = stage.whole;
+    const QRect cut = withMargin(part, margin, dem.facts);
+    const QString view = way.file(QStringLiteral("cut.vrt"));
+    useView(way, stage, writePartView(dem.path, dem.facts.band, cut, view));
+    stage.whole = whole; // so that the part is computed with the sizes of cells of the whole DEM
+    stage.firstRow = part.top();
+    stage.dem.path = way.file(QStringLiteral("cut.tif"));
+    stage.margins = {part.left() - cut.left(), part.top() - cut.top(), cut.right() - part.right(),
+                     cut.bottom() - part.bottom()};
+    if (margin > 0) {
+        const DemView grid =
+            writePartView(dem.path, dem.facts.band, part, way.file(QStringLiteral("grid.vrt")));
+        stage.grid = grid.facts;
+    }
+    way.addCopy(QStringLiteral("-b %1 -srcwin %2 %3 %4 %5 ")
+                    .arg(QString::number(dem.facts.band), QString::number(cut.x()), QString::number(cut.y()),
+                         QString::number(cut.width()), QString::number(cut.height())),
+                dem.path, stage.dem.path, labelText({"MESS_CALC_DECOUPE", "Découpe du MNT."}), 0.2);
+}
+
+/// Fills the voids of the DEM in a copy of it.
+void fillVoids(Way &way, Stage &stage, const ProcessingRequest &request, const QString &mask)
+{
+    const QString filled = way.file(QStringLiteral("filled.tif"));
+    QString more = QStringLiteral(" --fill-distance %1").arg(request.outputOptions.fillDistance);
+    QStringList files{filled};
+    if (!mask.isEmpty()) {
+        const bool isWhole = stage.margins.isNull();
+        files += isWhole ? mask : way.file(QStringLiteral("mask.tif"));
+        more += QStringLiteral(" --mask ") + quotedArgument(files.last());
+    }
+    way.addBatch(QStringLiteral("fill-voids"), filled, stage.dem, more,
+                 labelText({"MESS_CALC_COMBLER", "Comblement des vides du MNT."}), 1.0, files);
+    if (files.size() > 1 && files.last() != mask)
+        way.addCopy(QStringLiteral("-srcwin %1 %2 %3 %4 ")
+                        .arg(QString::number(stage.margins.left()), QString::number(stage.margins.top()),
+                             QString::number(stage.grid.width), QString::number(stage.grid.height)),
+                    files.last(), mask, labelText({"MESS_CALC_COMBLER", "Comblement des vides du MNT."}), 0.1);
+    stage.dem.path = filled;
+    stage.dem.facts.band = 1;
+    stage.dem.facts.cellType = QStringLiteral("Float32");
+}
+
+/// Cuts off the margins, for a process that looks at each cell by itself.
+void trim(Way &way, Stage &stage)
+{
+    const QString trimmed = way.file(QStringLiteral("trimmed.tif"));
+    way.addCopy(QStringLiteral("-b %1 -srcwin %2 %3 %4 %5 ")
+                    .arg(QString::number(stage.dem.facts.band), QString::number(stage.margins.left()),
+                         QString::number(stage.margins.top()), QString::number(stage.grid.width),
+                         QString::number(stage.grid.height)),
+                stage.dem.path, trimmed, labelText({"MESS_CALC_DECOUPE", "Découpe du MNT."}), 0.2);
+    stage.dem = {trimmed, stage.grid};
+    stage.dem.facts.band = 1;
+    stage.margins = {};
+}
+
+/// The strips of the whole DEM as far as they belong to the product.
+QVector<SizedStrip> stripsOf(const Stage &stage, double tolerance)
+{
+    QVector<SizedStrip> strips;
+    for (const RowStrip &strip : rowStrips(stage.whole, tolerance)) {
+        const int first = std::max(0, strip.first - stage.firstRow);
+        const int end = std::min(stage.grid.height, strip.first + strip.count - stage.firstRow);
+        if (end > first)
+            strips += {{first, end - first}, trueCell(stage.whole, middleRow(strip))};
+    }
+    return strips;
+}
+
+/// The view of a strip in metres, as a source for the tool.
+ViewSource writeMetreView(Way &way, const ViewSource &dem, const RowStrip &strip, const QSizeF &cell,
+                          int number)
 {
     const QString path = way.file(QStringLiteral("metres%1.vrt").arg(number));
-    way.write(path, metreView(dem, strip, trueCell(dem.facts, middle)));
+    way.write(path, metreView(dem, strip, cell));
     ViewSource view{path, dem.facts};
     view.facts.band = 1;
     return view;
 }
 
 /// The product is written by the tool itself and put right where it stands.
-void makeInPlace(Way &way, const ProcessingRequest &request, const ViewSource &dem,
-                 const DemTreatment &treatment, bool isGeoreferenced)
+void makeInPlace(Way &way, const ProcessingRequest &request, const Stage &stage, const DemTreatment &treatment,
+                 const QSizeF &cell, bool isGeoreferenced)
 {
-    const RowStrip whole{0, dem.facts.height};
-    const ViewSource input = treatment.metres ? writeMetreView(way, dem, whole, middleRow(whole), 0) : dem;
+    const RowStrip whole{0, stage.dem.facts.height};
+    const ViewSource input = treatment.metres ? writeMetreView(way, stage.dem, whole, cell, 0) : stage.dem;
     way.addTool(input, request.output, request.outputOptions, 1.0);
     if (treatment.directions)
-        way.addCorrection(dem, request.output);
+        way.addCorrection(stage.dem, request.output);
     if (treatment.metres && isGeoreferenced)
-        way.addGeoreference(dem);
+        way.addGeoreference(stage.dem);
 }
 
-/// The tool writes strips of rows, which are then put together.
-void makeFromStrips(Way &way, const ViewSource &dem, const DemTreatment &treatment,
-                    const QVector<RowStrip> &strips, const ProductCells &cells)
+/// The tool writes strips of rows with a row more at each side where the DEM has one. The strips are then put
+/// together without what only served as neighbours.
+void makeFromStrips(Way &way, const ProcessingRequest &request, const Stage &stage,
+                    const DemTreatment &treatment, const QVector<SizedStrip> &strips)
 {
     QVector<ProductPart> parts;
-    for (const RowStrip &strip : strips) {
+    const DemFacts &facts = stage.dem.facts;
+    for (const auto &[strip, cell] : strips) {
         const int number = static_cast<int>(parts.size());
-        const RowStrip seen = withNeighbours(strip, dem.facts.height);
+        const int row = stage.margins.top() + strip.first; // in the DEM
+        const int first = std::max(0, row - 1);
+        const RowStrip seen{first, std::min(facts.height, row + strip.count + 1) - first};
         const ViewSource input =
-            treatment.metres ? writeMetreView(way, dem, seen, middleRow(strip), number) : dem;
+            treatment.metres ? writeMetreView(way, stage.dem, seen, cell, number) : stage.dem;
         const QString part = way.file(QStringLiteral("part%1.tif").arg(number));
-        way.addTool(input, part, {}, static_cast<double>(strip.count) / dem.facts.height);
+        way.addTool(input, part, {}, static_cast<double>(strip.count) / stage.grid.height);
         if (treatment.directions)
-            way.addCorrection(dem, part);
-        parts += {part, strip, strip.first - seen.first, seen.first + seen.count - strip.first - strip.count};
+            way.addCorrection(stage.dem, part);
+        parts += {part, {facts.width, seen.count}, {stage.margins.left(), row - seen.first}, strip};
     }
     const QString view = way.file(QStringLiteral("whole.vrt"));
-    way.write(view, assembledView(dem.facts, parts, cells));
-    way.addAssembly(view);
+    way.write(view, assembledView(stage.grid, parts, productCells(request)));
+    way.addCopy(QStringLiteral("-of ") + quotedArgument(outputFormat(request))
+                    + creationArguments(request.outputOptions) + QLatin1Char(' '),
+                view, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
+}
+
+/// The last part of the way: from a DEM in the right grid to the product.
+void makeProduct(Way &way, const ProcessingRequest &request, Stage stage, const DemTreatment &treatment,
+                 const StepOptions &options)
+{
+    if (!request.cellUse.lengths && !request.cellUse.heights) { // the user's own ratio covers the elevations
+        stage.dem.facts.elevationUnit = 1.0;
+        stage.dem.facts.elevationScale = 1.0;
+        stage.dem.facts.elevationOffset = 0.0;
+    }
+    const bool hasLengths = treatment.metres && request.cellUse.lengths;
+    const RowStrip all{0, stage.grid.height};
+    const QVector<SizedStrip> strips = hasLengths
+        ? stripsOf(stage, options.tolerance)
+        : QVector<SizedStrip>{{all, trueCell(stage.grid, middleRow(all))}};
+    const bool isChanged = treatment.metres || treatment.directions;
+    const bool isWhole = strips.size() == 1 && stage.margins.isNull();
+    if (isWhole && (!isChanged || outputFormat(request) == QLatin1String("GTiff")))
+        makeInPlace(way, request, stage, treatment, strips.first().cell, options.isGeoreferenced);
+    else
+        makeFromStrips(way, request, stage, treatment, strips);
 }
 
 } // namespace
@@ -161,34 +357,35 @@ DemTreatment treatmentOf(const ProcessingRequest &request, const DemFacts &facts
 ProductSteps productSteps(const ProcessingRequest &request, const DemFacts &facts, const ToolPaths &tools,
                           const QString &folder, const StepOptions &options)
 {
-    Way way(request, tools, folder);
-    ViewSource dem{request.input, facts};
+    ProcessingRequest asked = request;
+    Way way(asked, tools, folder);
+    DemFacts known = facts;
+    known.band = request.band;
+    Stage stage{.dem = {request.input, known}, .margins = {}, .grid = known, .whole = known};
     DemTreatment treatment = treatmentOf(request, facts);
     treatment.turn = treatment.turn && (options.isGeoreferenced || !isRotated(facts));
-    if (treatment.turn) {
-        const TurnedView view = writeTurnedView(request.input, facts, folder);
-        way.steps.problem = view.problem;
-        dem = {view.path, readDemFacts(view.path, 1)};
-    }
-    way.steps.width = dem.facts.width;
-    way.steps.height = dem.facts.height;
-    if (!request.cellUse.lengths && !request.cellUse.heights) { // the user's own ratio covers the elevations
-        dem.facts.elevationUnit = 1.0;
-        dem.facts.elevationScale = 1.0;
-        dem.facts.elevationOffset = 0.0;
-    }
-    const bool hasLengths = treatment.metres && request.cellUse.lengths;
-    const QVector<RowStrip> strips =
-        hasLengths ? rowStrips(dem.facts, options.tolerance) : QVector<RowStrip>{{0, dem.facts.height}};
-    const bool isChanged = treatment.metres || treatment.directions;
-    if (!isChanged) {
-        way.addTool(dem, request.output, request.outputOptions, 1.0);
-    } else if (strips.size() == 1 && outputFormat(request) == QLatin1String("GTiff")) {
-        makeInPlace(way, request, dem, treatment, options.isGeoreferenced);
-    } else {
-        makeFromStrips(way, dem, treatment, strips, productCells(request));
-    }
+    const QRect part = changeGrid(way, stage, request, treatment);
+    if (!pointFileOf(asked.toolInput.fragment).isEmpty() && stage.grid.crsText != facts.crsText)
+        moveObservers(way, asked, facts, stage.grid.crsText);
+    if (!part.isNull())
+        cutPart(way, stage, part, request);
+    const bool isFilled = request.outputOptions.fillDistance > 0.0;
+    if (isFilled)
+        fillVoids(way, stage, request,
+                  request.outputOptions.fillMask ? fillMaskFile(request.output) : QString());
+    if (!request.cellUse.neighbours && !stage.margins.isNull())
+        trim(way, stage);
+    way.steps.width = stage.grid.width;
+    way.steps.height = stage.grid.height;
+    makeProduct(way, request, stage, treatment, options);
     return way.steps;
+}
+
+bool needsSteps(const ProcessingRequest &request, const DemFacts &facts)
+{
+    const OutputOptions &output = request.outputOptions;
+    return treatmentOf(request, facts).isNeeded() || !request.part.isNull() || output.fillDistance > 0.0
+        || !output.reproject.isEmpty();
 }
 
 QuvoProcessingCollection commandsOf(const ProductSteps &steps)

@@ -51,5 +51,8 @@ QuvoProcessingCollection commandsOf(const ProductSteps &steps);
 QuvoOutputFilesListCollection outputsOf(const ProductSteps &steps, const QuvoOutputFilesList &product);
 QVector<double> sharesOf(const ProductSteps &steps);
 
+/// Whether the product takes more than the tool's own command.
+bool needsSteps(const ProcessingRequest &request, const DemFacts &facts);
+
 /// The treatment of the request's DEM; none where the user has switched it off.
 DemTreatment treatmentOf(const ProcessingRequest &request, const DemFacts &facts);

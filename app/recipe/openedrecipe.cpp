@@ -28,6 +28,23 @@ void adaptFormat(OpenedRecipe &opened, Process process)
             .arg(wanted);
 }
 
+/// Drops a part that does not lie in the DEM.
+void adaptPart(OpenedRecipe &opened, const QString &dem)
+{
+    QRect &part = opened.recipe.part;
+    if (part.isNull() || dem.isEmpty())
+        return;
+    const RasterInfo info = readRasterInfo(dem);
+    if (QRect(0, 0, info.width, info.height).contains(part))
+        return;
+    opened.warnings +=
+        labelText({"MESS_REC_PARTIE",
+                   "La partie à traiter des réglages (%1) ne se trouve pas dans le MNT ; tout le "
+                   "MNT est traité."})
+            .arg(partText(part));
+    part = QRect();
+}
+
 /// Drops an input that cannot be read, and a band that the DEM does not have.
 void adaptInput(OpenedRecipe &opened, const QString &currentInput)
 {
@@ -49,6 +66,7 @@ void adaptInput(OpenedRecipe &opened, const QString &currentInput)
                                .arg(QString::number(recipe.band), QString::number(bands));
         recipe.band = 1;
     }
+    adaptPart(opened, dem);
 }
 
 /// Finds the table's file. Of a table with elevations and percentages the panel shows the entries of one kind.
@@ -101,6 +119,7 @@ Recipe recipeOf(const ProcessingRequest &request, const ProcessOptions &options)
     recipe.input = request.input;
     recipe.output = request.output;
     recipe.band = request.band;
+    recipe.part = request.part;
     recipe.outputOptions = request.outputOptions;
     recipe.options = options;
     return recipe;

@@ -41,6 +41,8 @@ std::optional<QString> readText(const QJsonValue &value)
 /// Reads a member other than "format", "process" and "options".
 QString readMember(Recipe &recipe, const QString &name, const QJsonValue &value, const QString &folder)
 {
+    static constexpr Label partOfDem{"MESS_REC_UNE_PARTIE",
+                                     "quatre nombres entiers, « colonne ligne colonnes lignes »"};
     static constexpr Label bandNumber{"MESS_REC_UNE_BANDE", "un numéro de bande, à partir de 1"};
 
     if (name == QLatin1String("input") || name == QLatin1String("output")) {
@@ -52,6 +54,11 @@ QString readMember(Recipe &recipe, const QString &name, const QJsonValue &value,
     if (name == QLatin1String("band")) {
         recipe.band = value.toInt(0);
         return recipe.band >= 1 ? QString() : wrongMember(name, bandNumber);
+    }
+    if (name == QLatin1String("part")) {
+        const auto part = value.isString() ? readPart(value.toString()) : std::nullopt;
+        recipe.part = part.value_or(QRect());
+        return part ? QString() : wrongMember(name, partOfDem);
     }
     for (const OutputOptionField &output : outputOptionFields()) {
         if (name == QLatin1String(output.field.name))
@@ -148,6 +155,7 @@ QByteArray writeRecipe(const Recipe &recipe)
     };
     insertText(QStringLiteral("input"), recipe.input);
     insertText(QStringLiteral("output"), recipe.output);
+    insertText(QStringLiteral("part"), partText(recipe.part));
     for (const OutputOptionField &output : outputOptionFields()) {
         const QVariant value = fieldValue(recipe.outputOptions, output.field);
         if (value.userType() == QMetaType::QString)

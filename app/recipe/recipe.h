@@ -1,8 +1,9 @@
 #pragma once
 
-#include "app/process/outputoptions.h"
+#include "app/process/commandline.h"
 
 #include <QByteArray>
+#include <QRect>
 #include <QString>
 
 /// The settings of one run: what a recipe file, the window and the batch program's arguments describe.
@@ -12,6 +13,7 @@ struct Recipe
     QString input;   ///< path of the DEM; empty: the window or the command line names it
     QString output;  ///< path of the product; empty: the window or the command line names it
     int band = 1;    ///< band of the DEM, counted from 1
+    QRect part{};    ///< cells of the DEM that the product covers (partText()); null: all of them
     OutputOptions outputOptions;
     ProcessOptions options;
 

@@ -41,7 +41,7 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
         fail(m_part->withFinalPaths(steps.problem));
         return;
     }
-    if (plan.treatment.isNeeded()) {
+    if (needsSteps(plan.request, plan.dem)) {
         m_partPlan.expected.width = steps.width;
         m_partPlan.expected.height = steps.height;
     }

@@ -77,7 +77,7 @@ QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths
     // makes the views of a DEM that needs treatment.
     const bool touchesInput = !plan.touchedInputFiles.isEmpty();
     const bool isPlain =
-        !plan.request.toolInput.readsTemporaryFile && !touchesInput && !plan.treatment.isNeeded();
+        !plan.request.toolInput.readsTemporaryFile && !touchesInput && !needsSteps(plan.request, plan.dem);
     if (isPlain || tools.batch.isEmpty()) {
         QString text = shellCommand(words(plan.command), shell);
         if (processRow(*plan.request.process).tool == Tool::Contour && shell == Shell::Posix)

@@ -57,6 +57,16 @@ QString colorTableProblem(const ProcessingRequest &request)
     return labelText({"MESS_TC_ABSENTE", "La table couleur « %1 » n'existe pas."}).arg(file);
 }
 
+/// Why the DEM has no such part, in a sentence; empty for a good part and for the whole.
+QString partProblem(const QRect &part, const RasterInfo &input)
+{
+    if (part.isNull() || (!part.isEmpty() && QRect(0, 0, input.width, input.height).contains(part)))
+        return {};
+    return labelText({"MESS_PARTIE_DEHORS",
+                      "La partie à traiter (%1) ne se trouve pas dans le MNT, qui a %2 colonnes et %3 lignes."})
+        .arg(partText(part), QString::number(input.width), QString::number(input.height));
+}
+
 /// Whether one of the files has the base name and the folder of `path`.
 bool hasNamesake(const QString &path, const QStringList &files)
 {
@@ -176,6 +186,9 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     if (!problem.isEmpty())
         return refused(plan, ProblemKind::Input, problem);
 
+    problem = partProblem(request.part, input);
+    if (!problem.isEmpty())
+        return refused(plan, ProblemKind::Input, problem);
     problem = colorTableProblem(request);
     if (!problem.isEmpty())
         return refused(plan, ProblemKind::Input, problem);
@@ -200,16 +213,15 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     plan.touchedInputFiles = filesWithStatistics(request.toolInput.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
     plan.toolOutput = output.path;
-    if (request.cellUse.neighbours)
-        plan.dem = readDemFacts(request.input, request.band);
+    plan.dem = readDemFacts(request.input, request.band);
     plan.treatment = treatmentOf(plan.request, plan.dem);
     plan.treatmentNote = treatmentText(plan.treatment, plan.dem, request.cellUse, QLocale());
     if (buildsOverviews(plan.request, input))
         plan.overviewCommand = overviewCommand(output.path, tools);
     plan.expected = {process.product, output.path, input.width, input.height,
                      outputLayer(request.outputOptions)};
-    // Strips of rows stand beside the whole product until it is finished.
-    const int copies = plan.treatment.metres ? 2 : 1;
+    // Intermediate files stand beside the product until it is finished.
+    const int copies = needsSteps(plan.request, plan.dem) ? 2 : 1;
     plan.warnings =
         freeSpaceWarnings(output.path, copies * expectedProductSize(process, input.width, input.height));
     return plan;

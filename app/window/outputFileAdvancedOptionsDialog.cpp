@@ -17,6 +17,9 @@ outputFileAdvancedOptionsDialog::outputFileAdvancedOptionsDialog(Process process
     m_form->m_pChBTiled->setChecked(options.tiled);
     m_form->m_pChBWorldFile->setChecked(options.worldFile);
     m_form->m_pChBOverviews->setChecked(options.overviews);
+    m_form->m_pChBAsIs->setChecked(options.asIs);
+    for (QWidget *control : QList<QWidget *>{m_form->m_pChBAsIs, m_form->m_pAsIsExpl})
+        control->setVisible(usesNeighbours(process));
     const bool vector = processRow(process).product == ProductKind::Vector;
     for (QWidget *control : QList<QWidget *>{m_form->m_pLayerNameLabel, m_form->m_pLELayerName})
         control->setVisible(vector);
@@ -65,5 +68,6 @@ OutputOptions outputFileAdvancedOptionsDialog::options() const
     options.tiled = m_form->m_pChBTiled->isChecked();
     options.worldFile = m_form->m_pChBWorldFile->isChecked();
     options.overviews = m_form->m_pChBOverviews->isChecked();
+    options.asIs = m_form->m_pChBAsIs->isChecked();
     return options;
 }

@@ -5,6 +5,7 @@
 #include "app/recipe/openedrecipe.h"
 #include "app/run/copiedcommand.h"
 #include "app/window/AboutDialog.h"
+#include "app/window/DemLook.h"
 #include "app/window/FileDrop.h"
 #include "app/window/InputDem.h"
 #include "app/window/OutputField.h"
@@ -49,6 +50,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     m_form->setupUi(this);
     m_tabs = std::make_unique<ProcessTabs>(*m_form, m_workFolder);
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
+    m_look = std::make_unique<DemLook>(*m_form->m_pLDemLook, *m_form->m_pTBDemLook);
     m_output = std::make_unique<OutputField>(m_form->m_pLEOutputFile);
     m_shape = std::make_unique<WindowShape>(*this, *m_form->m_pTabWidget, *m_form->m_pSplitter,
                                             *m_form->m_pGrpBPreviews, *m_form->m_pPBShowPreview);
@@ -68,7 +70,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     new WheelGuard(m_form->m_pCBBand);
     orderFocus(*this,
                {m_form->m_pCBInputListFile, m_form->m_pPBSelectInputDEM, m_form->m_pCBBand,
-                m_form->m_pTabWidget, m_form->m_pGrpBPreviews, m_form->m_pLEOutputFile,
+                m_form->m_pTBDemLook, m_form->m_pTabWidget, m_form->m_pGrpBPreviews, m_form->m_pLEOutputFile,
                 m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions, m_form->m_pPBShowPreview,
                 m_form->m_pAboutLabel, m_form->m_pTBSettings, m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
     m_shape->restore();
@@ -87,6 +89,9 @@ void quvoGdalUtilities::connectControls()
     connect(m_tabs.get(), &ProcessTabs::optionsChanged, this, &quvoGdalUtilities::slot_updateOutputFilePreview);
     connect(m_tabs.get(), &ProcessTabs::extremesComputed, m_input.get(), &InputDem::setExtremes);
     connect(m_input.get(), &InputDem::demChanged, m_tabs.get(), &ProcessTabs::setDem);
+    connect(m_input.get(), &InputDem::demChanged, m_look.get(), &DemLook::setDem);
+    connect(m_input.get(), &InputDem::demChanged, this, &quvoGdalUtilities::updateLook);
+    connect(m_tabs.get(), &ProcessTabs::optionsChanged, this, &quvoGdalUtilities::updateLook);
     connect(&m_run, &ProductRun::finished, this, &quvoGdalUtilities::slot_processFinished);
     connect(&m_run, &ProductRun::aborted, this, &quvoGdalUtilities::slot_processAborted);
     connect(&m_run, &ProductRun::failed, this, &quvoGdalUtilities::slot_processFailed);
@@ -167,6 +172,7 @@ void quvoGdalUtilities::slot_onCurrentTabChanged(int)
     slot_onInputDemChanged(m_input->path());
     applyTexts();
     updateOutputFormat();
+    updateLook();
 }
 
 void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
@@ -176,6 +182,12 @@ void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
         m_output->propose(path, QString::fromLatin1(row.suffix), currentExtensions());
     }
     slot_activeLaunchButton();
+}
+
+/// Says what the DEM means for the current process and its options.
+void quvoGdalUtilities::updateLook()
+{
+    m_look->update(currentRequest(), m_tabs->currentPanel());
 }
 
 void quvoGdalUtilities::slot_onOutputFileChanged()
@@ -262,6 +274,8 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
     updateOutputFormat();
     m_output->changeExtension(extensionsBefore, currentExtensions());
     slot_activeLaunchButton();
+    slot_updateOutputFilePreview(); // a DEM that is read as it is has another product
+    updateLook();
 }
 
 bool quvoGdalUtilities::mayLaunch()
@@ -476,6 +490,7 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
         applyTexts();
         m_shape->fitTabs();
         slot_updateOutputFilePreview();
+        updateLook();
     }
     QDialog::changeEvent(event);
 }

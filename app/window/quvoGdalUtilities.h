@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 
+class DemLook;
 class InputDem;
 class PreviewControl;
 class ProcessTabs;
@@ -110,6 +111,7 @@ private:
     void connectControls();
     void connectPreviews();
     void applyTexts();
+    void updateLook();
 
     ProcessingRequest currentRequest() const;
     QStringList currentExtensions() const;
@@ -130,6 +132,7 @@ private:
     std::unique_ptr<PreviewControl> m_previewControl;
     std::unique_ptr<ProcessTabs> m_tabs;
     std::unique_ptr<InputDem> m_input;
+    std::unique_ptr<DemLook> m_look;
     std::unique_ptr<OutputField> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
     std::unique_ptr<WindowShape> m_shape;

@@ -2,6 +2,8 @@
 
 #include "dataset/pathencoding.h"
 
+#include <QRect>
+
 #include <cmath>
 #include <limits>
 
@@ -30,10 +32,11 @@ QByteArray element(const char *name, const QByteArray &text)
     return QByteArrayLiteral("<") + name + '>' + text + "</" + name + ">\n";
 }
 
-QByteArray rectangle(const char *name, int top, int width, int height)
+QByteArray rectangle(const char *name, const QRect &cells)
 {
-    return QByteArrayLiteral("<") + name + " xOff=\"0\" yOff=\"" + QByteArray::number(top) + "\" xSize=\""
-        + QByteArray::number(width) + "\" ySize=\"" + QByteArray::number(height) + "\"/>\n";
+    return QByteArrayLiteral("<") + name + " xOff=\"" + QByteArray::number(cells.x()) + "\" yOff=\""
+        + QByteArray::number(cells.y()) + "\" xSize=\"" + QByteArray::number(cells.width()) + "\" ySize=\""
+        + QByteArray::number(cells.height()) + "\"/>\n";
 }
 
 /// The elements by which GDAL knows a source before it opens it.
@@ -82,8 +85,8 @@ QByteArray metreView(const ViewSource &source, const RowStrip &strip, const QSiz
     band += element("UnitType", QByteArrayLiteral("m"));
     band += QByteArrayLiteral("<ComplexSource>\n")
         + sourceFile(source.path, facts.band, facts.width, facts.height, facts.cellType)
-        + rectangle("SrcRect", strip.first, facts.width, strip.count)
-        + rectangle("DstRect", 0, facts.width, strip.count) + value + "</ComplexSource>\n";
+        + rectangle("SrcRect", {0, strip.first, facts.width, strip.count})
+        + rectangle("DstRect", {0, 0, facts.width, strip.count}) + value + "</ComplexSource>\n";
     const std::array<double, 6> toGround{0.0, cell.width(),  0.0, strip.count * cell.height(),
                                          0.0, -cell.height()};
     return dataset(facts.width, strip.count,
@@ -91,24 +94,24 @@ QByteArray metreView(const ViewSource &source, const RowStrip &strip, const QSiz
                        + "</VRTRasterBand>\n");
 }
 
-QByteArray assembledView(const DemFacts &dem, const QVector<ProductPart> &parts, const ProductCells &cells)
+QByteArray assembledView(const DemFacts &grid, const QVector<ProductPart> &parts, const ProductCells &cells)
 {
     QByteArray sources;
     for (const ProductPart &part : parts) {
-        const RowStrip &strip = part.strip;
+        const int rows = part.strip.count;
         sources += QByteArrayLiteral("<SimpleSource>\n")
-            + sourceFile(part.path, 1, dem.width, part.rowsAbove + strip.count + part.rowsBelow, cells.type)
-            + rectangle("SrcRect", part.rowsAbove, dem.width, strip.count)
-            + rectangle("DstRect", strip.first, dem.width, strip.count) + "</SimpleSource>\n";
+            + sourceFile(part.path, 1, part.size.width(), part.size.height(), cells.type)
+            + rectangle("SrcRect", {part.first, QSize(grid.width, rows)})
+            + rectangle("DstRect", {0, part.strip.first, grid.width, rows}) + "</SimpleSource>\n";
     }
     QByteArray content;
-    if (!dem.crsText.isEmpty())
-        content += QByteArrayLiteral("<SRS dataAxisToSRSAxisMapping=\"") + dem.crsAxes.toLatin1() + "\">"
-            + escaped(dem.crsText.toUtf8()) + "</SRS>\n";
-    if (dem.isGeoreferenced)
-        content += geoTransform(dem.toGround);
+    if (!grid.crsText.isEmpty())
+        content += QByteArrayLiteral("<SRS dataAxisToSRSAxisMapping=\"") + grid.crsAxes.toLatin1() + "\">"
+            + escaped(grid.crsText.toUtf8()) + "</SRS>\n";
+    if (grid.isGeoreferenced)
+        content += geoTransform(grid.toGround);
     content += QByteArrayLiteral("<VRTRasterBand dataType=\"") + cells.type.toLatin1() + "\" band=\"1\">\n";
     if (cells.noData)
         content += element("NoDataValue", number(*cells.noData));
-    return dataset(dem.width, dem.height, content + sources + "</VRTRasterBand>\n");
+    return dataset(grid.width, grid.height, content + sources + "</VRTRasterBand>\n");
 }

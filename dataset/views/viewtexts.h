@@ -3,6 +3,8 @@
 #include "dataset/views/truecells.h"
 
 #include <QByteArray>
+#include <QPoint>
+#include <QSize>
 #include <QString>
 
 // The texts of virtual rasters in GDAL's VRT format. The files that they refer to need not exist yet.
@@ -18,13 +20,13 @@ struct ViewSource
 /// the rows run from the north. The no-data value stays as it is. Nothing is resampled.
 QByteArray metreView(const ViewSource &source, const RowStrip &strip, const QSizeF &cell);
 
-/// A part of a raster product, which a tool made of a strip of rows.
+/// A raster that a tool made, of which the product shows some rows and columns.
 struct ProductPart
 {
-    QString path;      ///< absolute path of the product of the strip
-    RowStrip strip;    ///< rows that the product shows, counted in the DEM
-    int rowsAbove = 0; ///< rows of the part before those of the strip, which the whole does not show
-    int rowsBelow = 0; ///< rows of the part behind them
+    QString path;   ///< absolute path of the raster
+    QSize size;     ///< columns and rows of the raster
+    QPoint first;   ///< the first of its cells that the product shows, from its upper left corner
+    RowStrip strip; ///< rows of the product that it fills, over all columns
 };
 
 /// What a raster product holds.
@@ -34,5 +36,5 @@ struct ProductCells
     std::optional<double> noData; ///< empty: no value marks cells without data
 };
 
-/// The view of a whole product in the grid of `dem`, put together from parts of the same columns.
-QByteArray assembledView(const DemFacts &dem, const QVector<ProductPart> &parts, const ProductCells &cells);
+/// The view of a whole product in the columns, rows and coordinates of `grid`, put together from parts.
+QByteArray assembledView(const DemFacts &grid, const QVector<ProductPart> &parts, const ProductCells &cells);

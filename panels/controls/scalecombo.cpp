@@ -36,6 +36,7 @@ QEditableComboBox *makeScaleCombo(QFrame *frame)
     note->setObjectName(QLatin1String(noteName));
     note->setWordWrap(true);
     note->setVisible(false);
+    QObject::connect(note, &QLabel::linkActivated, combo, [combo] { combo->choose(0); });
     layout->addWidget(note);
     QObject::connect(combo->lineEdit(), &QLineEdit::textEdited, combo, [combo](const QString &text) {
         // The rows of the list hold commas, too, so this is no validator of the field.
@@ -54,6 +55,19 @@ void showScaleNote(QEditableComboBox &combo, const QString &note)
     auto label = combo.parentWidget()->findChild<QLabel *>(QLatin1String(noteName));
     label->setText(note);
     label->setVisible(!note.isEmpty() && !combo.currentText().isEmpty()); // an empty field shows that itself
+}
+
+void showScaleHint(QEditableComboBox &combo, const QString &note, const QString &hint)
+{
+    if (!note.isEmpty() || hint.isEmpty()) {
+        showScaleNote(combo, note);
+        return;
+    }
+    showScaleNote(
+        combo,
+        hint.toHtmlEscaped()
+            + QStringLiteral(" <a href=\"first\">%1</a>")
+                  .arg(labelText({"MESS_ECHELLE_METRES", "Prendre les vrais mètres"}).toHtmlEscaped()));
 }
 
 void showScale(QEditableComboBox &combo, int scaleIndex, const QString &scaleText)

@@ -17,6 +17,10 @@ QEditableComboBox *makeScaleCombo(QFrame *frame);
 /// Shows a sentence below the combo box, or hides it when the sentence is empty.
 void showScaleNote(QEditableComboBox &combo, const QString &note);
 
+/// Shows below the combo box what a chosen ratio means for the DEM, and a link that chooses the first row of
+/// the list instead. Shows the note alone where there is no hint.
+void showScaleHint(QEditableComboBox &combo, const QString &note, const QString &hint);
+
 /// Shows a row of the list, or for row -1 the typed ratio. Typing changes no row: no signal follows then.
 void showScale(QEditableComboBox &combo, int scaleIndex, const QString &scaleText);
 

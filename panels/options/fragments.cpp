@@ -1,5 +1,6 @@
 #include "panels/options/fragments.h"
 
+#include "runner/commandsplit.h"
 #include "runner/quoting.h"
 
 #include <QColor>
@@ -64,7 +65,12 @@ QString aspectFragment(const AspectOptions &options)
 
 QString terrainIndexFragment(const TerrainIndexOptions &options)
 {
-    return options.computeEdges ? QStringLiteral("-compute_edges") : QString();
+    QString fragment;
+    if (options.computeEdges)
+        fragment += QStringLiteral("-compute_edges");
+    if (options.wilson && options.type == 0)
+        fragment += QStringLiteral(" -alg Wilson");
+    return fragment;
 }
 
 QString terrainIndexWord(int type)
@@ -100,9 +106,37 @@ QString contourFragment(const ContourOptions &options)
     return fragment;
 }
 
-QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile)
+namespace
+{
+
+/// The path as the fragment holds it: quoted unless it is plain.
+QString pointFileText(const QString &pointFile)
 {
     static const QRegularExpression plainPath(QStringLiteral("^[A-Za-z0-9_./+:@-]+$"));
+    return plainPath.match(pointFile).hasMatch() ? pointFile : quotedArgument(pointFile);
+}
+
+const QString pointFileOption = QStringLiteral("-point_file");
+
+} // namespace
+
+QString pointFileOf(const QString &fragment)
+{
+    const QStringList words = splitProcessCommand(fragment).arguments;
+    const auto at = words.indexOf(pointFileOption);
+    if (at < 0)
+        return splitProcessCommand(fragment).program == pointFileOption ? words.value(0) : QString();
+    return words.value(at + 1);
+}
+
+QString withPointFile(const QString &fragment, const QString &pointFile)
+{
+    const QString before = pointFileOption + QLatin1Char(' ') + pointFileText(pointFileOf(fragment));
+    return QString(fragment).replace(before, pointFileOption + QLatin1Char(' ') + pointFileText(pointFile));
+}
+
+QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile)
+{
     const auto color = [](const char *name, const QString &value) {
         const QColor parts(value);
         return QStringLiteral("%1 %2 %3 %4 ")
@@ -111,9 +145,7 @@ QString intervisibilityFragment(const IntervisibilityOptions &options, const QSt
     };
     QString fragment;
     if (!pointFile.isEmpty())
-        fragment += QStringLiteral("-point_file ")
-            + (plainPath.match(pointFile).hasMatch() ? pointFile : quotedArgument(pointFile))
-            + QLatin1Char(' ');
+        fragment += pointFileOption + QLatin1Char(' ') + pointFileText(pointFile) + QLatin1Char(' ');
     if (!options.combined)
         fragment += QStringLiteral("-DstOp OVERWRITE ");
     else if (!options.combination.isEmpty())

@@ -61,6 +61,9 @@ struct TerrainIndexOptions
 {
     int type = 0;             ///< the index: 0 TRI, 1 TPI, 2 roughness
     bool computeEdges = true; ///< also at the raster's edges and beside no-data cells
+    /// TRI as the mean difference to the neighbours (Wilson et al. 2007) instead of the root of the sum of the
+    /// squared differences (Riley et al. 1999). For TRI alone.
+    bool wilson = false;
 
     bool operator==(const TerrainIndexOptions &other) const = default;
 };
@@ -134,6 +137,12 @@ struct IntervisibilityOptions
 
 /// `pointFile` is the path of the observers' shapefile (writePointFile()); empty: the fragment names no file.
 QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile);
+
+/// Path of the observers' shapefile in such a fragment; empty where it names none.
+QString pointFileOf(const QString &fragment);
+
+/// The fragment with another shapefile of observers.
+QString withPointFile(const QString &fragment, const QString &pointFile);
 
 /// Whether the options are enough to launch the process. A typed ratio must not be empty; contours need an
 /// interval or fixed levels.

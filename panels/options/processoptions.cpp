@@ -154,7 +154,20 @@ QVector<RecordField<AspectOptions>> fieldsOf(const AspectOptions &)
 
 QVector<RecordField<TerrainIndexOptions>> fieldsOf(const TerrainIndexOptions &)
 {
-    return {edgesField<TerrainIndexOptions>()}; // without the index, which the word of the process names
+    return {
+        // without the index, which the word of the process names
+        edgesField<TerrainIndexOptions>(),
+        QUVO_FIELD(TerrainIndexOptions, wilson, 0, 0, "MESS_OPT_WILSON",
+                   "TRI seulement : différence moyenne (Wilson) au lieu de la racine de la somme des carrés "
+                   "(Riley)"),
+    };
+}
+
+QString runProblem(const TerrainIndexOptions &options)
+{
+    if (options.wilson && options.type != 0)
+        return labelText({"MESS_OPT_WILSON_TRI", "wilson ne concerne que le traitement TRI."});
+    return {};
 }
 
 // Colour relief.
@@ -383,6 +396,19 @@ QString argumentFragment(const ProcessOptions &options)
 QString optionsProblem(const ProcessOptions &options)
 {
     return std::visit([](const auto &record) { return runProblem(record); }, options);
+}
+
+std::optional<double> chosenRatio(const ProcessOptions &options)
+{
+    return std::visit(
+        [](const auto &record) -> std::optional<double> {
+            if constexpr (HasScale<std::decay_t<decltype(record)>>) {
+                if (record.scaleIndex != 0 && scaleProblem(record.scaleIndex, record.scaleText).isEmpty())
+                    return scaleRatio(record.scaleIndex, record.scaleText).toDouble();
+            }
+            return std::nullopt;
+        },
+        options);
 }
 
 QString valuesProblem(const ProcessOptions &options)

@@ -24,6 +24,10 @@ QString optionsProblem(const ProcessOptions &options);
 /// positive number.
 QString scaleProblem(int scaleIndex, const QString &scaleText);
 
+/// The ratio of units that the user chose, vertical over horizontal; nothing where the first row of the scale
+/// list is chosen, the ratio cannot be used, or the process has none.
+std::optional<double> chosenRatio(const ProcessOptions &options);
+
 /// Why a field holds a wrong value, in a sentence; empty for good values. Unlike optionsProblem() it accepts
 /// options that are not complete yet.
 QString valuesProblem(const ProcessOptions &options);

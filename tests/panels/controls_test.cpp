@@ -121,6 +121,10 @@ QVector<Row> rows()
         {"analysis", "m_pRBROUGHNESS", "roughness -compute_edges"},
         {"analysis", "m_pRBTPI > m_pRBTRI", "TRI -compute_edges"},
         {"analysis", "m_pChBComputeAtEdges", "TRI "},
+        {"analysis", "m_pRBWilson", "TRI -compute_edges -alg Wilson"},
+        {"analysis", "m_pRBWilson > m_pChBComputeAtEdges", "TRI  -alg Wilson"},
+        {"analysis", "m_pRBWilson > m_pRBRiley", "TRI -compute_edges"},
+        {"analysis", "m_pRBWilson > m_pRBTPI", "TPI -compute_edges"},
 
         {"views", "m_pPBAddPoint", one},
         {"views", "m_pPBAddPoint > m_pLEPointX=500005", views("500005 5099985 1.7 Relative 100000; ")},

@@ -86,7 +86,7 @@ QVector<QVector<double>> fileContent(const QString &path)
     return points;
 }
 
-QString pointFileOf(const QString &fragment)
+QString observerFileOf(const QString &fragment)
 {
     const QString argument = fragment.section(" -DstOp", 0, 0).section("-point_file ", 1);
     return argument.startsWith('"') ? argument.mid(1, argument.size() - 2).replace("\"\"\"", "\"") : argument;
@@ -183,11 +183,11 @@ void IntervisibilityPanelTest::pointsAndFile()
     QVERIFY(panel.widget.isComplete() && panel.combines());
     const QString fragment = panel.widget.getCommandArguments();
     QVERIFY2(fragment.contains(" -DstOp OR -SH 0 -CNOZ"), qPrintable(fragment));
-    const QString file = pointFileOf(fragment);
+    const QString file = observerFileOf(fragment);
     QCOMPARE(fileContent(file),
              (QVector<QVector<double>>{
                  {500005, 5099995, 11.7, 100000}, {500015, 5099995, 2.5, 0}, {500025, 5099995, 33, 1e9}}));
-    QVERIFY(pointFileOf(panel.widget.getCommandArguments()) != file); // each call writes into a new folder
+    QVERIFY(observerFileOf(panel.widget.getCommandArguments()) != file); // each call writes into a new folder
     QVERIFY(QFile::exists(file) && file.startsWith(panel.workFolder.path()));
 
     panel.click("m_pPBRemoveAll"); // "no" is the answer
@@ -207,7 +207,7 @@ void IntervisibilityPanelTest::previewOnCopy()
     panel.paste("500005 5099995\n500025 5099995\n500015 5099985 5 Absolute\n");
     const auto input = panel.widget.previewInput(copy);
     QVERIFY(input && input->readsTemporaryFile);
-    QCOMPARE(fileContent(pointFileOf(input->fragment)),
+    QCOMPARE(fileContent(observerFileOf(input->fragment)),
              (QVector<QVector<double>>{{500005, 5099995, 16.7, 100000},
                                        {500025, 5099995, 31.7, 100000}, // no data in the copy: the DEM's ground
                                        {500015, 5099985, 5, 100000}}));
