@@ -188,7 +188,11 @@ void Previews::compute()
     const QString name = QStringLiteral("tempoPreviewImage") + (vector ? QStringLiteral(".shp") : QString());
     m_product = fileInOwnFolder(m_workFolder, vector ? m_vectorProduct : m_rasterProduct, name);
     request->output = m_product;
-    request->outputOptions = {.asIs = request->outputOptions.asIs};
+    // A preview shows the whole DEM in its own grid.
+    request->part = QRect();
+    const double reduction = static_cast<double>(m_part.width()) / reducedSize(m_part.size()).width();
+    request->outputOptions = {.fillDistance = request->outputOptions.fillDistance / reduction,
+                              .asIs = request->outputOptions.asIs};
     const QuvoOutputFile output = declaredOutputs(*request).first();
     deleteOutputFiles({{output}});
     DemFacts copy = request->cellUse.neighbours ? readDemFacts(m_copy, request->band) : DemFacts();

@@ -1,6 +1,7 @@
 #include "app/process/demremarks.h"
 
 #include "app/process/productsteps.h"
+#include "dataset/views/metriccrs.h"
 
 #include <QStringList>
 
@@ -69,12 +70,33 @@ void addHeights(const DemFacts &facts, Process process, QVector<DemRemark> &rema
                  .arg(step)};
 }
 
-void addVoids(const DemFindings &dem, const CellUse &use, const QLocale &locale, QVector<DemRemark> &remarks)
+/// What the user chose to compute on.
+void addProduct(const DemFacts &facts, const ProcessingRequest &request, const QLocale &locale,
+                QVector<DemRemark> &remarks)
+{
+    if (!request.part.isNull())
+        remarks += {labelText({"MESS_REM_PARTIE", "Une partie de %1 × %2 cellules est traitée."})
+                        .arg(locale.toString(request.part.width()), locale.toString(request.part.height()))};
+    const QString &crs = request.outputOptions.reproject;
+    if (!crs.isEmpty())
+        remarks += {labelText({"MESS_REM_PROJ", "Le résultat est dans le système %1."})
+                        .arg(crs == QLatin1String("auto") ? metricCrsName(facts) : crs)};
+}
+
+void addVoids(const DemFindings &dem, const ProcessingRequest &request, const QLocale &locale,
+              QVector<DemRemark> &remarks)
 {
     constexpr double noticeable = 0.0005;
     if (dem.voids.value_or(0.0) < noticeable)
         return;
+    const CellUse &use = request.cellUse;
     const QString percent = locale.toString(*dem.voids * 100.0, 'f', *dem.voids < 0.1 ? 1 : 0);
+    if (request.outputOptions.fillDistance > 0.0) {
+        remarks += {labelText({"MESS_REM_COMBLES",
+                               "Environ %1 % de cellules sans donnée, comblées jusqu'à %2 cellules de distance."})
+                        .arg(percent, QString::number(request.outputOptions.fillDistance))};
+        return;
+    }
     remarks += {use.zeroWithoutData
                     ? labelText({"MESS_REM_VIDES_ZERO",
                                  "Environ %1 % de cellules sans donnée, qui valent 0 dans le produit."})
@@ -120,7 +142,8 @@ QVector<DemRemark> demRemarks(const DemFindings &dem, const ProcessingRequest &r
     else if (treatmentOf(request.cellUse, facts).isNeeded())
         remarks += {labelText({"MESS_REM_TEL_QUEL", "Le MNT est lu tel quel, comme vous l'avez demandé."})};
     addHeights(facts, *request.process, remarks);
-    addVoids(dem, request.cellUse, locale, remarks);
+    addVoids(dem, request, locale, remarks);
+    addProduct(facts, request, locale, remarks);
     constexpr double large = 25e6; // cells
     if (!facts.hasOverviews && static_cast<double>(facts.width) * facts.height > large)
         remarks += {

@@ -31,6 +31,9 @@ public:
     /// The process, its options or the output options changed. `panel` is the current one; null: there is none.
     void update(const ProcessingRequest &request, optionsWidget *panel);
 
+    /// What is known of the grid of the DEM.
+    const DemFacts &facts() const { return m_findings.facts; }
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

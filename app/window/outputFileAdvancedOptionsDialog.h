@@ -12,13 +12,16 @@ namespace Ui
 class outputFileAdvancedOptionsDialog;
 }
 
-/// Edits how the product of a process is written: format, layer, tiles, world file and overviews.
+/// Edits how the product of a process is written: format, layer, tiles, world file and overviews; and what is done
+/// with the DEM before.
 class outputFileAdvancedOptionsDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    outputFileAdvancedOptionsDialog(Process process, const OutputOptions &options, QWidget *parent = nullptr);
+    /// `metricCrs`: name of the CRS in metres that suits the DEM; empty: there is none.
+    outputFileAdvancedOptionsDialog(Process process, const OutputOptions &options, const QString &metricCrs,
+                                    QWidget *parent = nullptr);
     ~outputFileAdvancedOptionsDialog() override;
 
     /// The options that the dialog shows, including those that the chosen format does not have.
@@ -26,8 +29,10 @@ public:
 
 private:
     void listFormats(const OutputOptions &options);
+    void showDemOptions(const OutputOptions &options, const QString &metricCrs);
     void updateControls();
 
     std::unique_ptr<Ui::outputFileAdvancedOptionsDialog> m_form;
     Process m_process;
+    QString m_reproject; ///< OutputOptions::reproject while its box is checked
 };

@@ -19,6 +19,7 @@
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
 #include "dataset/formatfilters.h"
+#include "dataset/views/metriccrs.h"
 #include "messages/Prompt.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
@@ -266,7 +267,8 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
     const auto process = m_tabs->currentProcess();
     if (!process)
         return;
-    outputFileAdvancedOptionsDialog dialog(*process, outputOptionsOf(*process), this);
+    outputFileAdvancedOptionsDialog dialog(*process, outputOptionsOf(*process),
+                                           metricCrsName(m_look->facts()), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QStringList extensionsBefore = currentExtensions();

@@ -181,9 +181,9 @@ void addTableEditor(Album &album)
 
 void addSmallDialogs(Album &album)
 {
-    outputFileAdvancedOptionsDialog raster(Process::ShadedRelief, {});
+    outputFileAdvancedOptionsDialog raster(Process::ShadedRelief, {}, QString());
     album.add(raster, QStringLiteral("output_raster"));
-    outputFileAdvancedOptionsDialog vector(Process::Contour, {});
+    outputFileAdvancedOptionsDialog vector(Process::Contour, {}, QStringLiteral("UTM 32N"));
     album.add(vector, QStringLiteral("output_vector"));
     VectorObservers source;
     source.lines += {{0.0, 0.0}, {0.0, 90000.0}};
