@@ -105,10 +105,10 @@ public:
     void addCopy(const QString &arguments, const QString &from, const QString &to, const QString &title,
                  double share)
     {
-        const bool isProduct = to == m_request.output;
+        const bool isIntermediate = to.startsWith(m_folder);
         add(processCommand(m_tools.translate,
                            arguments + quotedArgument(from) + QLatin1Char(' ') + quotedArgument(to)),
-            title, share, isProduct ? QStringList() : QStringList{to});
+            title, share, isIntermediate ? QStringList{to} : QStringList());
     }
 
     QString toolTitle() const { return labelText(processRow(*m_request.process).stepTitle); }
@@ -229,19 +229,20 @@ void fillVoids(Way &way, Stage &stage, const ProcessingRequest &request, const Q
 {
     const QString filled = way.file(QStringLiteral("filled.tif"));
     QString more = QStringLiteral(" --fill-distance %1").arg(request.outputOptions.fillDistance);
-    QStringList files{filled};
-    if (!mask.isEmpty()) {
-        const bool isWhole = stage.margins.isNull();
-        files += isWhole ? mask : way.file(QStringLiteral("mask.tif"));
-        more += QStringLiteral(" --mask ") + quotedArgument(files.last());
-    }
+    QStringList intermediates{filled}; // the mask itself is one of the product's files
+    const bool isTrimmed = !mask.isEmpty() && !stage.margins.isNull();
+    const QString wholeMask = isTrimmed ? way.file(QStringLiteral("mask.tif")) : mask;
+    if (!mask.isEmpty())
+        more += QStringLiteral(" --mask ") + quotedArgument(wholeMask);
+    if (isTrimmed)
+        intermediates += wholeMask;
     way.addBatch(QStringLiteral("fill-voids"), filled, stage.dem, more,
-                 labelText({"MESS_CALC_COMBLER", "Comblement des vides du MNT."}), 1.0, files);
-    if (files.size() > 1 && files.last() != mask)
+                 labelText({"MESS_CALC_COMBLER", "Comblement des vides du MNT."}), 1.0, intermediates);
+    if (isTrimmed)
         way.addCopy(QStringLiteral("-srcwin %1 %2 %3 %4 ")
                         .arg(QString::number(stage.margins.left()), QString::number(stage.margins.top()),
                              QString::number(stage.grid.width), QString::number(stage.grid.height)),
-                    files.last(), mask, labelText({"MESS_CALC_COMBLER", "Comblement des vides du MNT."}), 0.1);
+                    wholeMask, mask, labelText({"MESS_CALC_COMBLER", "Comblement des vides du MNT."}), 0.1);
     stage.dem.path = filled;
     stage.dem.facts.band = 1;
     stage.dem.facts.cellType = QStringLiteral("Float32");

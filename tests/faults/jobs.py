@@ -85,7 +85,11 @@ DRESSED = [Job(word, 'GTiff', 'tif', ('--tiled', '--world-file')) for word in ('
     + [Job(word, form, extension, ('--overviews',)) for word, form, extension in
        [('hillshade', 'GTiff', 'tif'), ('hillshade', 'PNG', 'png'), ('hillshade', 'ENVI', 'img'),
         ('slope', 'GTiff', 'tif'), ('slope', 'EHdr', 'bil'), ('color-relief', 'GTiff', 'tif')]]
-JOBS = PLAIN + DRESSED
+PART = ('--part', '20 30 150 140')
+STEPPED = [Job('slope', 'GTiff', 'tif', (*PART, '--fill-distance', '20', '--fill-mask')),
+           Job('hillshade', 'PNG', 'png', PART), Job('aspect', 'ENVI', 'img', PART),
+           Job('contour', 'GeoJSON', 'geojson', (*PART, '--reproject', 'EPSG:3035'))]
+JOBS = PLAIN + DRESSED + STEPPED
 QUICK = [Job('hillshade', 'GTiff', 'tif'), Job('slope', 'GTiff', 'tif'), Job('color-relief', 'GTiff', 'tif'),
          Job('contour', 'GeoJSON', 'geojson'), Job('intervisibility', 'GTiff', 'tif')]
 OVERVIEWS = Job(BUILD_OVERVIEWS, 'GTiff', 'ovr')
@@ -155,7 +159,8 @@ class Lab:
         folder = Path(tempfile.mkdtemp(dir=self.root, prefix='product-'))
         self.lay_out(folder, dem)
         began = time.monotonic()
-        if job.word == 'intervisibility':  # its tool reads a file of observers that only the batch program writes
+        # observers and the steps to a part of a DEM are made by the batch program alone
+        if job.word == 'intervisibility' or '--part' in job.extra:
             made = subprocess.run([self.batch, *job.arguments()], cwd=folder, env=plain_environment(folder),
                                   capture_output=True).returncode == 0
         else:
