@@ -110,6 +110,7 @@ private:
     void connectControls();
     void connectPreviews();
     void applyTexts();
+    void chooseSource();
 
     ProcessingRequest currentRequest() const;
     QStringList currentExtensions() const;
