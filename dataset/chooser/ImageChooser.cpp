@@ -104,7 +104,11 @@ ImageChooser::ImageChooser(SourceWanted wanted, WorkFolder &workFolder, QWidget 
     middle->setStretchFactor(1, 1);
     middle->setSizes({200, 700}); // proportions
     layout->addWidget(middle, 1);
-    m_pLProblem = plainLabel(QStringLiteral("m_pLProblem"), this);
+    m_pLProblem = new QLabel(this);
+    m_pLProblem->setObjectName(QStringLiteral("m_pLProblem"));
+    m_pLProblem->setTextFormat(Qt::PlainText);
+    m_pLProblem->setWordWrap(true);
+    m_pLProblem->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout->addWidget(m_pLProblem);
     layout->addLayout(buttonRow());
     resize(firstSize());
@@ -116,17 +120,15 @@ ImageChooser::~ImageChooser() = default;
 
 QHBoxLayout *ImageChooser::sourceRow()
 {
-    auto title = new QLabel(labelText({"MESS_SRC_SOURCE", "Source :"}), this);
     m_pLESource = new QLineEdit(this);
     m_pLESource->setObjectName(QStringLiteral("m_pLESource"));
     m_pLESource->setPlaceholderText(labelText(
         {"MESS_SRC_EXEMPLES", "Fichier, archive, dossier ou nom de GDAL (/vsizip/…, NETCDF:…, PG:…)"}));
-    title->setBuddy(m_pLESource);
+    m_pLESource->setAccessibleName(labelText({"MESS_SRC_SOURCE", "Source"}));
     m_pPBOpen = button("m_pPBOpen", labelText({"MESS_SRC_EXAMINER", "Examiner"}), this);
     m_pPBFile = button("m_pPBFile", labelText({"MESS_SRC_FICHIER", "Fichier..."}), this);
     m_pPBFolder = button("m_pPBFolder", labelText({"MESS_SRC_DOSSIER", "Dossier..."}), this);
     auto row = new QHBoxLayout;
-    row->addWidget(title);
     row->addWidget(m_pLESource, 1);
     for (QPushButton *one : {m_pPBOpen, m_pPBFile, m_pPBFolder})
         row->addWidget(one);

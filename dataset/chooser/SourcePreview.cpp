@@ -1,9 +1,7 @@
 #include "dataset/chooser/SourcePreview.h"
 
 #include "dataset/chooser/BandSampler.h"
-#include "dataset/chooser/sourcetexts.h"
 #include "dataset/vectorpicture.h"
-#include "messages/label.h"
 
 #include <QPainter>
 
@@ -63,10 +61,7 @@ void SourcePreview::advanceBand()
     m_picture = greyPicture(m_sampler->grid());
     if (hasMore)
         return;
-    const QString problem = m_sampler->problem();
-    finish(problem.isEmpty()
-               ? sampleText(summaryOf(m_sampler->grid()), m_sampler->isWhole())
-               : labelText({"MESS_SRC_NON_LUES", "Les cellules n'ont pas pu être lues : %1"}).arg(problem));
+    finish(sampleFacts(summaryOf(m_sampler->grid()), m_sampler->isWhole(), m_sampler->problem()));
 }
 
 void SourcePreview::advanceLayer()
@@ -97,12 +92,12 @@ void SourcePreview::beginDrawing()
     m_isDrawing = true;
 }
 
-void SourcePreview::finish(const QString &text)
+void SourcePreview::finish(const QVector<SourceFact> &seen)
 {
     m_timer.stop();
     m_sampler.reset();
     m_layer.reset();
-    emit described(text);
+    emit described(seen);
 }
 
 void SourcePreview::paintEvent(QPaintEvent *)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dataset/chooser/sourcetexts.h"
+
 #include <QImage>
 #include <QSizeF>
 #include <QTimer>
@@ -34,9 +36,9 @@ public:
     QSize minimumSizeHint() const override { return {100, 80}; }
 
 signals:
-    /// The picture is complete. text: what its cells say of the band, or why there is no picture; empty for a
+    /// The picture is complete. seen: what its cells say of the band, or why there is no picture; empty for a
     /// layer.
-    void described(const QString &text);
+    void described(const QVector<SourceFact> &seen);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -46,7 +48,7 @@ private:
     void advanceBand();
     void advanceLayer();
     void beginDrawing();
-    void finish(const QString &text);
+    void finish(const QVector<SourceFact> &seen);
 
     QTimer m_timer;
     std::unique_ptr<BandSampler> m_sampler;

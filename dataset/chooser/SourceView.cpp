@@ -1,69 +1,53 @@
 #include "dataset/chooser/SourceView.h"
 
 #include "dataset/chooser/SourcePreview.h"
-#include "dataset/chooser/sourcetexts.h"
 #include "messages/label.h"
 
-#include <QFormLayout>
-#include <QLabel>
 #include <QSignalBlocker>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 
-QLabel *plainLabel(const QString &name, QWidget *parent)
+namespace
 {
-    auto label = new QLabel(parent);
-    label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
+
+QTreeWidget *rows(const char *name, const QString &accessibleName, QWidget *parent)
+{
+    auto made = new QTreeWidget(parent);
+    made->setObjectName(QLatin1String(name));
+    made->setAccessibleName(accessibleName);
+    made->setRootIsDecorated(false);
+    made->setUniformRowHeights(true);
+    return made;
 }
+
+} // namespace
 
 SourceView::SourceView(QWidget *parent)
     : QSplitter(Qt::Horizontal, parent)
 {
     addWidget(description());
-    addWidget(picture());
+    m_pPreview = new SourcePreview(this);
+    m_pPreview->setAccessibleName(labelText({"MESS_SRC_APERCU", "Aperçu"}));
+    addWidget(m_pPreview);
     setChildrenCollapsible(false);
     setStretchFactor(0, 3);
     setStretchFactor(1, 2);
-    setSizes({300, 200}); // proportions; a label that wraps its lines has no good width of its own
+    setSizes({300, 200}); // proportions
     connect(m_pParts, &QTreeWidget::currentItemChanged, this, &SourceView::onPartChanged);
     connect(m_pParts, &QTreeWidget::itemActivated, this, &SourceView::activated);
-    connect(m_pPreview, &SourcePreview::described, m_pLSample, &QLabel::setText);
+    connect(m_pPreview, &SourcePreview::described, this, &SourceView::showFacts);
 }
 
 /// The facts above the list of bands or layers.
 QWidget *SourceView::description()
 {
-    auto both = new QWidget(this);
-    both->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
-    auto layout = new QVBoxLayout(both);
-    layout->setContentsMargins(0, 0, 0, 0);
-    m_pFacts = new QFormLayout;
-    m_pParts = new QTreeWidget(both);
-    m_pParts->setObjectName(QStringLiteral("m_pParts"));
-    m_pParts->setAccessibleName(labelText({"MESS_SRC_PARTIES", "Bandes ou couches"}));
-    m_pParts->setRootIsDecorated(false);
-    m_pParts->setUniformRowHeights(true);
-    m_pParts->setMinimumHeight(fontMetrics().height() * 5);
-    layout->addLayout(m_pFacts);
-    layout->addWidget(m_pParts, 1);
-    layout->addStretch(); // while there is no list
-    return both;
-}
-
-QWidget *SourceView::picture()
-{
-    auto both = new QWidget(this);
-    auto layout = new QVBoxLayout(both);
-    layout->setContentsMargins(0, 0, 0, 0);
-    m_pPreview = new SourcePreview(both);
-    m_pPreview->setAccessibleName(labelText({"MESS_SRC_APERCU", "Aperçu"}));
-    m_pLSample = plainLabel(QStringLiteral("m_pLSample"), both);
-    layout->addWidget(m_pPreview, 1);
-    layout->addWidget(m_pLSample);
+    auto both = new QSplitter(Qt::Vertical, this);
+    m_pFacts = rows("m_pFacts", labelText({"MESS_SRC_DESCR", "Description"}), both);
+    m_pFacts->setHeaderHidden(true);
+    m_pFacts->setColumnCount(2);
+    m_pFacts->setSelectionMode(QAbstractItemView::NoSelection);
+    m_pParts = rows("m_pParts", labelText({"MESS_SRC_PARTIES", "Bandes ou couches"}), both);
+    both->setChildrenCollapsible(false);
+    both->setSizes({200, 100}); // proportions
     return both;
 }
 
@@ -75,20 +59,19 @@ bool SourceView::isBusy() const
 void SourceView::showSource(const SourceInfo &info)
 {
     m_info = info;
-    showFacts();
     showParts();
     onPartChanged();
 }
 
-void SourceView::showFacts()
+/// Lists what is known of the source, and what the picture has shown of its band.
+void SourceView::showFacts(const QVector<SourceFact> &seen)
 {
-    while (m_pFacts->rowCount() > 0)
-        m_pFacts->removeRow(0);
-    for (const SourceFact &fact : sourceFacts(m_info)) {
-        QLabel *value = plainLabel(QStringLiteral("fact"), this);
-        value->setText(fact.value);
-        m_pFacts->addRow(fact.title, value);
+    m_pFacts->clear();
+    for (const SourceFact &fact : sourceFacts(m_info) + seen) {
+        auto row = new QTreeWidgetItem(m_pFacts, {fact.title, fact.value});
+        row->setToolTip(1, fact.value.toHtmlEscaped());
     }
+    m_pFacts->resizeColumnToContents(0);
 }
 
 void SourceView::showParts()
@@ -112,7 +95,7 @@ void SourceView::showParts()
 void SourceView::onPartChanged()
 {
     m_part = m_pParts->indexOfTopLevelItem(m_pParts->currentItem());
-    m_pLSample->clear();
+    showFacts({});
     if (m_part < 0)
         m_pPreview->clear();
     else if (m_info.kind == SourceKind::Raster)

@@ -1,17 +1,12 @@
 #pragma once
 
 #include "dataset/chooser/sourceinfo.h"
+#include "dataset/chooser/sourcetexts.h"
 
 #include <QSplitter>
 
-class QFormLayout;
-class QLabel;
 class QTreeWidget;
 class SourcePreview;
-
-/// A label for any text, also one that holds tags: long lines are wrapped, and the text can be selected. The
-/// parent owns it.
-QLabel *plainLabel(const QString &name, QWidget *parent);
 
 /// Shows what is known of a source: a description, the list of its bands or layers, and a picture of the
 /// current one.
@@ -40,15 +35,13 @@ signals:
 
 private:
     QWidget *description();
-    QWidget *picture();
-    void showFacts();
+    void showFacts(const QVector<SourceFact> &seen);
     void showParts();
     void onPartChanged();
 
     SourceInfo m_info;
     int m_part = -1;
-    QFormLayout *m_pFacts;
+    QTreeWidget *m_pFacts;
     QTreeWidget *m_pParts;
     SourcePreview *m_pPreview;
-    QLabel *m_pLSample;
 };

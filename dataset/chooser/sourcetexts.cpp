@@ -76,10 +76,11 @@ void addRaster(QVector<SourceFact> &facts, const SourceInfo &info)
     add(facts, {"MESS_SRC_SCR", "Système de coordonnées :"}, crsValue(info.crs));
     if (!info.box)
         return;
-    add(facts, {"MESS_SRC_ETENDUE", "Étendue :"},
-        QStringLiteral("x %1 … %2\ny %3 … %4")
-            .arg(plain(info.box->left(), placeDigits), plain(info.box->right(), placeDigits),
-                 plain(info.box->top(), placeDigits), plain(info.box->bottom(), placeDigits)));
+    const QString range = labelText({"MESS_SRC_INTERVALLE", "de %1 à %2"});
+    add(facts, {"MESS_SRC_ETENDUE_X", "Étendue en x :"},
+        range.arg(plain(info.box->left(), placeDigits), plain(info.box->right(), placeDigits)));
+    add(facts, {"MESS_SRC_ETENDUE_Y", "Étendue en y :"},
+        range.arg(plain(info.box->top(), placeDigits), plain(info.box->bottom(), placeDigits)));
     add(facts, {"MESS_SRC_CELLULE", "Taille d'une cellule :"},
         QStringLiteral("%1 × %2").arg(plain(info.cell.width(), placeDigits),
                                       plain(info.cell.height(), placeDigits)));
@@ -136,17 +137,20 @@ QVector<QStringList> partRows(const SourceInfo &info)
     return rows;
 }
 
-QString sampleText(const SampleSummary &summary, bool isWhole)
+QVector<SourceFact> sampleFacts(const SampleSummary &summary, bool isWhole, const QString &problem)
 {
-    const QString share = QLocale().toString(100.0 * summary.voids, 'f', 1);
-    const QString voids = isWhole
-        ? labelText({"MESS_SRC_VIDES", "Cellules sans valeur : %1 %"}).arg(share)
-        : labelText({"MESS_SRC_VIDES_ENV", "Cellules sans valeur : environ %1 %"}).arg(share);
-    if (!summary.known)
-        return voids;
-    const QString values = isWhole
-        ? labelText({"MESS_SRC_VALEURS", "Valeurs de %1 à %2, en moyenne %3"})
-        : labelText({"MESS_SRC_VALEURS_ENV", "Valeurs d'environ %1 à %2, en moyenne %3"});
-    return values.arg(plain(summary.minimum), plain(summary.maximum), plain(summary.mean)) + QLatin1Char('\n')
-        + voids;
+    QVector<SourceFact> facts;
+    if (!problem.isEmpty()) {
+        add(facts, {"MESS_SRC_NON_LUES", "Cellules illisibles :"}, problem);
+        return facts;
+    }
+    if (summary.known)
+        add(facts, {"MESS_SRC_VALEURS", "Valeurs :"},
+            (isWhole ? labelText({"MESS_SRC_DE_A", "de %1 à %2, en moyenne %3"})
+                     : labelText({"MESS_SRC_DE_A_ENV", "d'environ %1 à %2, en moyenne %3"}))
+                .arg(plain(summary.minimum), plain(summary.maximum), plain(summary.mean)));
+    add(facts, {"MESS_SRC_VIDES", "Cellules sans valeur :"},
+        (isWhole ? labelText({"MESS_SRC_PART", "%1 %"}) : labelText({"MESS_SRC_PART_ENV", "environ %1 %"}))
+            .arg(QLocale().toString(100.0 * summary.voids, 'f', 1)));
+    return facts;
 }

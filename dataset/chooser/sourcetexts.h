@@ -25,6 +25,6 @@ QVector<SourceFact> sourceFacts(const SourceInfo &info);
 QStringList partTitles(SourceKind kind);
 QVector<QStringList> partRows(const SourceInfo &info);
 
-/// What a sample says of a band, in lines: its values, and the share of its cells without one. isWhole: the
-/// sample holds every cell. Empty without a cell.
-QString sampleText(const SampleSummary &summary, bool isWhole);
+/// What a sample says of a band: its values, and the share of its cells without one. isWhole: the sample holds
+/// every cell. problem: why the cells could not be read, in GDAL's words; empty where they could.
+QVector<SourceFact> sampleFacts(const SampleSummary &summary, bool isWhole, const QString &problem);

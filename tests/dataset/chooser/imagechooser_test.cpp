@@ -91,8 +91,8 @@ void ImageChooserTest::bandByKeyboard()
     QTRY_VERIFY(!chooser.window.isBusy());
     QVERIFY(chooser.window.isVisible() && chooser.window.isComplete());
     QCOMPARE(chooser.parts()->topLevelItemCount(), 2);
-    QVERIFY(chooser.find<QLabel>("m_pLSample")->text().contains("16,7") // voids of the first band
-            || chooser.find<QLabel>("m_pLSample")->text().contains("16.7"));
+    const auto facts = chooser.find<QTreeWidget>("m_pFacts");
+    QVERIFY(facts->topLevelItem(facts->topLevelItemCount() - 1)->text(1).contains("16")); // % of voids
     chooser.parts()->setFocus();
     QTest::keyClick(chooser.parts(), Qt::Key_Down);
     QCOMPARE(chooser.window.band(), 2);

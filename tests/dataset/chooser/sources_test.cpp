@@ -325,11 +325,19 @@ void SourcesTest::texts()
 {
     SampleSummary summary{true, -12.5, 2405.123456, 1e-8, 0.032};
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    QCOMPARE(sampleText(summary, true),
-             QString("Valeurs de -12.5 à 2,405.12, en moyenne 1e-08\nCellules sans valeur : 3.2 %"));
-    QVERIFY(sampleText(summary, false).contains("environ 3.2"));
+    const auto said = [&](bool isWhole, const QString &problem = {}) {
+        QStringList lines;
+        for (const SourceFact &fact : sampleFacts(summary, isWhole, problem))
+            lines += fact.title + ' ' + fact.value;
+        return lines;
+    };
+    QCOMPARE(said(true),
+             (QStringList{QStringLiteral("Valeurs : de -12.5 à 2,405.12, en moyenne 1e-08"),
+                          "Cellules sans valeur : 3.2 %"}));
+    QVERIFY(said(false).at(1).contains("environ 3.2"));
+    QCOMPARE(said(true, "broken"), QStringList{"Cellules illisibles : broken"});
     summary.known = false;
-    QCOMPARE(sampleText(summary, true), QString("Cellules sans valeur : 3.2 %"));
+    QCOMPARE(said(true), QStringList{"Cellules sans valeur : 3.2 %"});
     const QVector<QStringList> rows = partRows(read("dem.tif"));
     QCOMPARE(rows.at(1).mid(0, 4), (QStringList{"2", "Float32", "-9999", ""}));
     QCOMPARE(rows.at(1).size(), partTitles(SourceKind::Raster).size());
