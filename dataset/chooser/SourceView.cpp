@@ -3,6 +3,7 @@
 #include "dataset/chooser/SourcePreview.h"
 #include "messages/label.h"
 
+#include <QHeaderView>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 
@@ -44,6 +45,8 @@ QWidget *SourceView::description()
     m_pFacts = rows("m_pFacts", labelText({"MESS_SRC_DESCR", "Description"}), both);
     m_pFacts->setHeaderHidden(true);
     m_pFacts->setColumnCount(2);
+    m_pFacts->header()->setStretchLastSection(false); // a long value can be scrolled to
+    m_pFacts->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_pFacts->setSelectionMode(QAbstractItemView::NoSelection);
     m_pParts = rows("m_pParts", labelText({"MESS_SRC_PARTIES", "Bandes ou couches"}), both);
     both->setChildrenCollapsible(false);
@@ -71,7 +74,6 @@ void SourceView::showFacts(const QVector<SourceFact> &seen)
         auto row = new QTreeWidgetItem(m_pFacts, {fact.title, fact.value});
         row->setToolTip(1, fact.value.toHtmlEscaped());
     }
-    m_pFacts->resizeColumnToContents(0);
 }
 
 void SourceView::showParts()

@@ -9,14 +9,18 @@
 #include "messages/label.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 
+#include <cpl_conv.h>
 #include <ogrsf_frmts.h>
 
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -152,6 +156,27 @@ void describeLayers(GDALDataset &dataset, SourceInfo &info)
     info.crs = info.layers.first().crs;
 }
 
+/// Shortens GDAL's wait for a server while an object lives: a window waits for it. A shorter limit of the
+/// user's stays.
+class Patience
+{
+public:
+    Patience()
+    {
+        constexpr int longest = 10; // s
+        for (const char *limit : {"GDAL_HTTP_CONNECTTIMEOUT", "GDAL_HTTP_LOW_SPEED_TIME"}) {
+            const int current = std::atoi(CPLGetConfigOption(limit, "0"));
+            if (current <= 0 || current > longest)
+                m_limits.push_back(std::make_unique<CPLConfigOptionSetter>(
+                    limit, QByteArray::number(longest).constData(), false));
+        }
+        m_limits.push_back(std::make_unique<CPLConfigOptionSetter>("GDAL_HTTP_LOW_SPEED_LIMIT", "1", true));
+    }
+
+private:
+    std::vector<std::unique_ptr<CPLConfigOptionSetter>> m_limits;
+};
+
 /// Whether GDAL lists files under the name: a folder, or an archive in one of its virtual file systems.
 bool isFolder(const QString &name)
 {
@@ -220,9 +245,16 @@ SourceInfo readSourceInfo(const QString &name, SourceWanted wanted)
     if (!info.problem.isEmpty())
         return info;
     const GdalMessages messages;
+    const Patience patience;
+    QElapsedTimer clock;
+    clock.start();
     const Dataset dataset = openSource(name, wanted);
     if (!dataset) {
-        describeOthers(info, wanted, messages.lastError());
+        // A server that kept GDAL waiting is not asked again in other ways.
+        constexpr int quick = 1000; // ms
+        info.problem = messages.lastError();
+        if (clock.elapsed() < quick)
+            describeOthers(info, wanted, messages.lastError());
         if (info.kind == SourceKind::Unreadable && info.problem.isEmpty())
             info.problem = labelText({"MESS_SRC_INCONNUE", "GDAL ne sait pas ouvrir cette source."});
         return info;

@@ -84,8 +84,10 @@ struct SourceInfo
 };
 
 /// Opens the source read-only and describes it; nothing is written beside it. A source that cannot be opened,
-/// holds nothing of what is wanted, or might never end has a problem. name: a path, or a name of GDAL's. It may
-/// take as long as the limits of exportGdalVariables() (app/startup) allow where a server does not answer.
+/// holds nothing of what is wanted, or might never end has a problem. name: a path, or a name of GDAL's.
+///
+/// Where a server does not answer, the call returns after about 10 seconds for each of GDAL's requests, which
+/// are one or two; for data bases their own limits hold.
 SourceInfo readSourceInfo(const QString &name, SourceWanted wanted);
 
 /// The name under which GDAL lists the files of an archive ("/vsizip/a.zip"), by the ending of its name; empty

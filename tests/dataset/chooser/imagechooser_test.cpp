@@ -1,6 +1,7 @@
 #include "dataset/chooser/ImageChooser.h"
 
 #include "dataset/QuvoFilerDialog.h"
+#include "dataset/chooser/SourcePreview.h"
 #include "dataset/chooser/TileForm.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/workfolder.h"
@@ -15,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSet>
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
@@ -35,6 +37,17 @@ struct ShownChooser
         window.show();
     }
     template <class Widget> Widget *find(const char *name) { return window.findChild<Widget *>(name); }
+    /// Number of different colours in the picture.
+    int colours()
+    {
+        const QImage picture = window.findChild<SourcePreview *>()->grab().toImage();
+        QSet<QRgb> seen;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x)
+                seen += picture.pixel(x, y);
+        }
+        return seen.size();
+    }
     QLineEdit *field() { return find<QLineEdit>("m_pLESource"); }
     QTreeWidget *items() { return find<QTreeWidget>("m_pItems"); }
     QTreeWidget *parts() { return find<QTreeWidget>("m_pParts"); }
@@ -91,6 +104,7 @@ void ImageChooserTest::bandByKeyboard()
     QTRY_VERIFY(!chooser.window.isBusy());
     QVERIFY(chooser.window.isVisible() && chooser.window.isComplete());
     QCOMPARE(chooser.parts()->topLevelItemCount(), 2);
+    QVERIFY(chooser.colours() > 3);
     const auto facts = chooser.find<QTreeWidget>("m_pFacts");
     QVERIFY(facts->topLevelItem(facts->topLevelItemCount() - 1)->text(1).contains("16")); // % of voids
     chooser.parts()->setFocus();
@@ -162,8 +176,10 @@ void ImageChooserTest::layers()
     QVERIFY(chooser.window.isComplete());
     QCOMPARE(chooser.window.layer(), QString("lines"));
     QCOMPARE(chooser.parts()->topLevelItem(0)->text(0), QString("lines"));
+    QVERIFY(chooser.colours() > 1); // the line is drawn
     chooser.open(path("dem.tif"));
     QVERIFY(!chooser.window.isComplete() && chooser.problem().contains("raster"));
+    QCOMPARE(chooser.colours(), 1);
 }
 
 void ImageChooserTest::fileWithoutHeader()

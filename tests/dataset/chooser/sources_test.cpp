@@ -12,14 +12,20 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cpl_conv.h>
 #include <cpl_vsi.h>
 
 #include <cmath>
 #include <memory>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace
 {
@@ -54,6 +60,7 @@ private slots:
     void extentsThatMustBeFound();
     void unreadable_data();
     void unreadable();
+    void silentServer();
     void containers();
     void ownHeaders();
     void conversion();
@@ -186,6 +193,29 @@ void SourcesTest::unreadable()
     QCOMPARE(info.mayBeTile, name.endsWith("dem.hgt"));
 }
 
+/// A server that accepts connections and never answers is waited for once.
+void SourcesTest::silentServer()
+{
+    const int server = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto *place = reinterpret_cast<sockaddr *>(&address);
+    QCOMPARE(bind(server, place, size), 0);
+    QCOMPARE(listen(server, 8), 0); // the kernel accepts up to so many
+    QCOMPARE(getsockname(server, place, &size), 0);
+    CPLSetConfigOption("GDAL_HTTP_LOW_SPEED_TIME", "1");
+    QElapsedTimer clock;
+    clock.start();
+    const QString name = QStringLiteral("/vsicurl/http://127.0.0.1:%1/dem.tif").arg(ntohs(address.sin_port));
+    const SourceInfo info = readSourceInfo(name, SourceWanted::Rasters);
+    CPLSetConfigOption("GDAL_HTTP_LOW_SPEED_TIME", nullptr);
+    close(server);
+    QVERIFY(!info.problem.isEmpty());
+    QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
+}
+
 void SourcesTest::containers()
 {
     QVERIFY(QDir(m_folder->path()).mkdir("tiles"));
@@ -260,9 +290,17 @@ void SourcesTest::conversion()
     // A folder cannot be opened as a file, and the message of a read-only file reaches the user.
     QVERIFY(convertOwnHeader(m_folder->path()).contains(m_folder->path()));
     writeFile(path("older"), older);
-    QVERIFY(QFile::setPermissions(path("older"), QFile::ReadOwner));
-    if (!QFileInfo(path("older")).isWritable())
-        QVERIFY(convertOwnHeader(path("older")).contains("ATTENTION 1"));
+    QVERIFY(QFile::setPermissions(path("older"), QFile::Permissions(0x4444)));
+    QVERIFY(QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7755)));
+    const pid_t child = fork();
+    if (child == 0) { // a user who may only read the file
+        const bool mayOnlyRead = getuid() != 0 || setuid(65534) == 0;
+        _exit(mayOnlyRead && convertOwnHeader(path("older")).contains("ATTENTION 1") ? 0 : 1);
+    }
+    int status = 1;
+    waitpid(child, &status, 0);
+    QCOMPARE(status, 0);
+    QCOMPARE(bytesOf(path("older")), older);
 }
 
 void SourcesTest::sampleSizes_data()
