@@ -82,17 +82,3 @@ QString formatTitle(const QString &name)
     const char *title = driver ? driver->GetMetadataItem(GDAL_DMD_LONGNAME) : nullptr;
     return title ? QString::fromUtf8(title) : name;
 }
-
-QStringList vectorFilePatterns()
-{
-    QStringList patterns;
-    for (const QString &name : driverNames()) {
-        if (!says(driverNamed(name), GDAL_DCAP_VECTOR))
-            continue;
-        for (const QString &extension : formatExtensions(name))
-            patterns += QStringLiteral("*.") + extension;
-    }
-    patterns.sort();
-    patterns.removeDuplicates();
-    return patterns;
-}

@@ -30,6 +30,3 @@ QStringList driverNames();
 
 /// A driver's name as people know it ("GeoTIFF"); its short name where it has none.
 QString formatTitle(const QString &driver);
-
-/// Patterns of the files that GDAL's vector drivers read ("*.shp", "*.gpkg", …), each once.
-QStringList vectorFilePatterns();

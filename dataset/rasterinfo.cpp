@@ -1,6 +1,7 @@
 #include "dataset/rasterinfo.h"
 
 #include "dataset/gdalmessages.h"
+#include "dataset/hgt.h"
 #include "dataset/pathencoding.h"
 #include "dataset/references.h"
 #include "messages/label.h"
@@ -65,6 +66,9 @@ QString unreadableProblem(const QString &path, const QString &gdalText)
         return labelText({"MESS_RASTER_ABSENT", "Ce fichier n'existe pas."});
     if (!file.isReadable())
         return labelText({"MESS_RASTER_DROITS", "Vous n'avez pas le droit de lire ce fichier."});
+    const QString hgt = hgtProblem(file.fileName(), file.size());
+    if (!hgt.isEmpty())
+        return hgt;
     return labelText({"MESS_RASTER_INCONNU", "Ce fichier n'est pas un raster que GDAL peut lire."})
         + QLatin1Char('\n') + gdalText;
 }

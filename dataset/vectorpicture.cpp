@@ -10,6 +10,16 @@
 
 #include <optional>
 
+namespace
+{
+
+QRectF boxOf(const OGREnvelope &box)
+{
+    return box.IsInit() ? QRectF(QPointF(box.MinX, box.MinY), QPointF(box.MaxX, box.MaxY)) : QRectF();
+}
+
+} // namespace
+
 /// A drawing that is under way.
 struct VectorPicture::Drawing
 {
@@ -32,15 +42,30 @@ struct VectorPicture::Drawing
     vectordraw::Painter painter;
     vectordraw::DefaultStyles styles;
     std::optional<vectordraw::FeatureLayer> features;
-    int nextLayer = 0; ///< index of the layer to draw after `features`
+    std::size_t nextLayer = 0; ///< index of the layer to draw after `features`
+};
+
+/// A search for the extent that is under way.
+struct VectorPicture::Search
+{
+    OGREnvelope found;
+    std::size_t nextLayer = 0;
+    OGRLayer *read = nullptr; ///< the layer whose features are being read
+    int featuresRead = 0;     ///< of that layer
 };
 
 VectorPicture::VectorPicture() = default;
 
-VectorPicture::VectorPicture(const QString &path)
+VectorPicture::VectorPicture(const QString &path, const QString &layer)
+    : m_search(std::make_unique<Search>())
 {
     const GdalMessages messages;
     m_dataset.reset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR));
+    for (int index = 0; m_dataset && index < m_dataset->GetLayerCount(); ++index) {
+        OGRLayer *one = m_dataset->GetLayer(index);
+        if (layer.isEmpty() || layer == QString::fromUtf8(one->GetName()))
+            m_layers.push_back(one);
+    }
 }
 
 VectorPicture::~VectorPicture() = default;
@@ -50,12 +75,51 @@ VectorPicture &VectorPicture::operator=(VectorPicture &&) noexcept = default;
 QRectF VectorPicture::extent() const
 {
     OGREnvelope all;
-    for (int layer = 0; m_dataset && layer < m_dataset->GetLayerCount(); ++layer) {
+    for (OGRLayer *layer : m_layers) {
         OGREnvelope one;
-        if (m_dataset->GetLayer(layer)->GetExtent(&one) == OGRERR_NONE)
+        if (layer->GetExtent(&one) == OGRERR_NONE)
             all.Merge(one);
     }
-    return all.IsInit() ? QRectF(QPointF(all.MinX, all.MinY), QPointF(all.MaxX, all.MaxY)) : QRectF();
+    return boxOf(all);
+}
+
+QRectF VectorPicture::foundExtent() const
+{
+    return m_search ? boxOf(m_search->found) : QRectF();
+}
+
+bool VectorPicture::findExtent(int milliseconds)
+{
+    constexpr int mostFeatures = 200000;
+    constexpr int evenIfAllMustBeRead = FALSE;
+    const GdalMessages messages;
+    QElapsedTimer timer;
+    timer.start();
+    do {
+        if (!m_search->read) {
+            if (m_search->nextLayer >= m_layers.size())
+                return false;
+            OGRLayer *layer = m_layers[m_search->nextLayer++];
+            OGREnvelope one;
+            if (layer->GetExtent(&one, evenIfAllMustBeRead) == OGRERR_NONE) {
+                m_search->found.Merge(one);
+                continue;
+            }
+            layer->ResetReading();
+            m_search->read = layer;
+            m_search->featuresRead = 0;
+        }
+        const OGRFeatureUniquePtr feature(m_search->read->GetNextFeature());
+        if (!feature || ++m_search->featuresRead >= mostFeatures)
+            m_search->read = nullptr;
+        const OGRGeometry *geometry = feature ? feature->GetGeometryRef() : nullptr;
+        if (geometry && !geometry->IsEmpty()) {
+            OGREnvelope one;
+            geometry->getEnvelope(&one);
+            m_search->found.Merge(one);
+        }
+    } while (timer.elapsed() < milliseconds);
+    return true;
 }
 
 void VectorPicture::begin(QImage &picture, const std::array<double, 6> &toGround, double lineWidth)
@@ -81,9 +145,9 @@ bool VectorPicture::advance(int milliseconds)
         if (m_drawing->features && m_drawing->features->drawNext(portion))
             continue;
         m_drawing->features.reset();
-        if (m_drawing->nextLayer < m_dataset->GetLayerCount()) {
-            m_drawing->features.emplace(*m_dataset->GetLayer(m_drawing->nextLayer++), m_drawing->view,
-                                        m_drawing->painter, m_drawing->styles, m_dataset->GetStyleTable(),
+        if (m_drawing->nextLayer < m_layers.size()) {
+            m_drawing->features.emplace(*m_layers[m_drawing->nextLayer++], m_drawing->view, m_drawing->painter,
+                                        m_drawing->styles, m_dataset->GetStyleTable(),
                                         vectordraw::FeatureReader::Spread);
         } else {
             m_drawing->surface.flush();

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
@@ -60,6 +61,61 @@ bool isReadable(const std::string &path)
 #else
     return access(path.c_str(), R_OK) == 0;
 #endif
+}
+
+/// The dictionary of the language, or why there is none.
+struct LanguageFile
+{
+    std::string dataPath;
+    int language = 0;
+    std::string problem; ///< the line that is printed; empty where the dictionary was found
+};
+
+LanguageFile findLanguageFile()
+{
+    const char *variable = std::getenv("GEOLANGUE");
+    const std::string name = variable ? variable : "DEFAULT";
+    const DicoLanguage language = variable ? dicoLanguage(name) : DicoLanguage{".lc", 10};
+    LanguageFile found;
+    found.language = language.number;
+    const char *home = std::getenv("LUMAGRAF_HOME");
+    if (!home) {
+        found.problem = "ERROR : LUMAGRAF_HOME undefined !!!\n";
+        return found;
+    }
+    const std::string stem = std::string(home) + "/MESSAGES/geodico";
+    found.dataPath = stem + language.suffix;
+    if (isReadable(found.dataPath) && isReadable(found.dataPath + ".idx"))
+        return found;
+    found.dataPath = stem + ".lc";
+    if (name == "DEFAULT")
+        found.problem = "ERROR : no language file for : DEFAULT\n";
+    // One of both files is enough here, whereas the language needs both: kept so on purpose.
+    else if (!isReadable(found.dataPath) && !isReadable(found.dataPath + ".idx"))
+        found.problem = "ERROR : no language file for : " + name + " and DEFAULT\n";
+    return found;
+}
+
+/// The data file or its index, whichever cannot be read; nothing where both can. A path may be empty.
+std::optional<std::string> missingFile(const std::string &dataPath)
+{
+    for (const std::string &needed : {dataPath, dataPath + ".idx"}) {
+        if (!isReadable(needed))
+            return needed;
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> listedFiles(const char *list)
+{
+    std::vector<std::string> files;
+    std::string rest = list;
+    while (!rest.empty()) {
+        const auto end = rest.find(';');
+        files.push_back(rest.substr(0, std::min(end, sizeof DicoFile::dataPath - 1)));
+        rest = end == std::string::npos ? std::string() : rest.substr(end + 1);
+    }
+    return files;
 }
 
 void append(const std::string &dataPath, const std::string &indexPath)
@@ -182,26 +238,12 @@ char capital(char letter)
 
 void dico_init(void)
 {
-    const char *variable = std::getenv("GEOLANGUE");
-    const std::string name = variable ? variable : "DEFAULT";
-    const DicoLanguage language = variable ? dicoLanguage(name) : DicoLanguage{".lc", 10};
-    dico.language = language.number;
-
-    const char *home = std::getenv("LUMAGRAF_HOME");
-    if (!home)
-        giveUp("%s", "ERROR : LUMAGRAF_HOME undefined !!!\n");
-    const std::string stem = std::string(home) + "/MESSAGES/geodico";
-    std::string dataPath = stem + language.suffix;
-    if (!isReadable(dataPath) || !isReadable(dataPath + ".idx")) {
-        if (name == "DEFAULT")
-            giveUp("ERROR : no language file for : %s\n", "DEFAULT");
-        dataPath = stem + ".lc";
-        // One of both files is enough here, whereas the language needs both: kept so on purpose.
-        if (!isReadable(dataPath) && !isReadable(dataPath + ".idx"))
-            giveUp("ERROR : no language file for : %s and DEFAULT\n", name.c_str());
-    }
+    const LanguageFile found = findLanguageFile();
+    if (!found.problem.empty())
+        giveUp("%s", found.problem.c_str());
+    dico.language = found.language;
     dico.files.clear();
-    append(dataPath, dataPath + ".idx");
+    append(found.dataPath, found.dataPath + ".idx");
     dico.stream = stdout;
     dico.exitOnError = 0;
     dico.callback = nullptr;
@@ -209,26 +251,30 @@ void dico_init(void)
         dico_add_list(list);
 }
 
+int dico_is_available(void)
+{
+    if (!findLanguageFile().problem.empty())
+        return 0;
+    const char *list = std::getenv("MON_DICO");
+    const std::vector<std::string> added = list ? listedFiles(list) : std::vector<std::string>();
+    return std::all_of(added.begin(), added.end(), [](const std::string &path) { return !missingFile(path); })
+        ? 1
+        : 0;
+}
+
 void dico_add_file(const char *path)
 {
     if (dico.files.empty())
         dico_init();
-    const std::string dataPath = path;
-    for (const std::string &needed : {dataPath, dataPath + ".idx"}) {
-        if (!isReadable(needed))
-            giveUp("ERROR : %s not found\n", needed.c_str());
-    }
-    append(dataPath, dataPath + ".idx");
+    if (const auto missing = missingFile(path))
+        giveUp("ERROR : %s not found\n", missing->c_str());
+    append(path, std::string(path) + ".idx");
 }
 
 void dico_add_list(const char *list)
 {
-    std::string rest = list;
-    while (!rest.empty()) {
-        const auto end = rest.find(';');
-        dico_add_file(rest.substr(0, std::min(end, sizeof DicoFile::dataPath - 1)).c_str());
-        rest = end == std::string::npos ? std::string() : rest.substr(end + 1);
-    }
+    for (const std::string &path : listedFiles(list))
+        dico_add_file(path.c_str());
 }
 
 void dico_message(const char *key, ...)

@@ -16,6 +16,9 @@ extern "C" {
 /// wants those calls this first. The functions that need a dictionary call it on first use.
 void dico_init(void);
 
+/// 1 when dico_init() would find every dictionary that the variables name; 0 when it would end the process.
+int dico_is_available(void);
+
 /// Adds a dictionary that is searched before all others so far. path: its data file; the index file has ".idx"
 /// appended.
 void dico_add_file(const char *path);

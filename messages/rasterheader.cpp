@@ -104,12 +104,20 @@ bool isSwapped(const std::string &magic)
     return magic == "im2";
 }
 
-/// Rewrites the header with the new magic and type name. Bytes that belong to no field stay as they were.
+void makeMarkerKnown(RasterHeader &header)
+{
+    if (header.marker != "m#" && header.marker != "m*")
+        header.marker = "m#";
+}
+
+/// Rewrites the header with the new magic and type name, and with a known marker. Bytes that belong to no field
+/// stay as they were.
 void convertOlderHeader(int descriptor, const RasterHeaderBytes &older)
 {
     RasterHeader header = parseRasterHeader({older.data(), older.size()});
     header.magic = "im2";
     header.typeName = "INCONNU";
+    makeMarkerKnown(header);
     RasterHeaderBytes bytes = older;
     std::fill_n(bytes.begin() + 111, 16, '\0');
     visitFields(header, FieldWriter(bytes.data(), isSwapped(header.magic)));
@@ -141,8 +149,7 @@ RasterHeaderBytes rasterHeaderBytes(const RasterHeader &header)
     RasterHeader written = header;
     if (written.magic != "im2" && written.magic != "mi2")
         written.magic = "mi2";
-    if (written.marker != "m#" && written.marker != "m*")
-        written.marker = "m#";
+    makeMarkerKnown(written);
     RasterHeaderBytes bytes{};
     visitFields(written, FieldWriter(bytes.data(), isSwapped(written.magic)));
     return bytes;

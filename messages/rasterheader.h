@@ -45,7 +45,7 @@ RasterHeaderBytes rasterHeaderBytes(const RasterHeader &header);
 
 /// Opens such a raster for reading and writing; where writing is not allowed, for reading, with the warning
 /// AVER_OUV_RDONLY (messages/dico.h). A header with the older magic "im*" is converted to "im2" and rewritten
-/// in place. path: bytes in the encoding of the file system.
+/// in place; a marker other than "m#" and "m*" becomes "m#". path: bytes in the encoding of the file system.
 ///
 /// Returns a file descriptor that the caller closes, or an error: -1 the file cannot be opened or path is null
 /// or empty, -2 the header is incomplete, -3 another magic.

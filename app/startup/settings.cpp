@@ -18,6 +18,7 @@ const QString chosenLanguageKey = QStringLiteral("Interface/ChosenLanguage");
 const QString sharedLanguageKey = QStringLiteral("Interface/Language");
 
 const QString lastColorTableKey = QStringLiteral("Interface/LastColorTable");
+const QString filerStateKey = QStringLiteral("Interface/FileDialogs");
 
 QString recentKey(int index)
 {
@@ -83,6 +84,16 @@ QString readLastColorTable()
 void writeLastColorTable(const QString &file)
 {
     QSettings(organisation, application).setValue(lastColorTableKey, file);
+}
+
+QByteArray readFilerState()
+{
+    return QSettings(organisation, application).value(filerStateKey).toByteArray();
+}
+
+void writeFilerState(const QByteArray &state)
+{
+    QSettings(organisation, application).setValue(filerStateKey, state);
 }
 
 QString ownColorTableFolder()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QPoint>
 #include <QRect>
 #include <QSize>
@@ -31,6 +32,10 @@ QString recentRunsFile();
 /// Path of the colour table that was used last; empty where none was.
 QString readLastColorTable();
 void writeLastColorTable(const QString &file);
+
+/// Size, columns and folder of the file dialogs (dataset/QuvoFilerDialog); empty before the first one.
+QByteArray readFilerState();
+void writeFilerState(const QByteArray &state);
 
 /// Folder of the user's own colour tables, beside the settings. It may not exist yet.
 QString ownColorTableFolder();

@@ -4,6 +4,7 @@
 #include "app/process/productname.h"
 #include "app/recipe/openedrecipe.h"
 #include "app/run/copiedcommand.h"
+#include "app/startup/settings.h"
 #include "app/window/AboutDialog.h"
 #include "app/window/DemLook.h"
 #include "app/window/FileDrop.h"
@@ -18,6 +19,9 @@
 #include "app/window/launchquestions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
+#include "dataset/QuvoFilerDialog.h"
+#include "dataset/chooser/ImageChooser.h"
+#include "dataset/chooser/InputMenu.h"
 #include "dataset/formatfilters.h"
 #include "dataset/views/metriccrs.h"
 #include "messages/Prompt.h"
@@ -75,6 +79,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
                 m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions, m_form->m_pPBShowPreview,
                 m_form->m_pAboutLabel, m_form->m_pTBSettings, m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
     m_shape->restore();
+    QuvoFilerDialog::setState(readFilerState());
     applyTexts();
     connectControls();
     connectPreviews();
@@ -97,7 +102,9 @@ void quvoGdalUtilities::connectControls()
     connect(&m_run, &ProductRun::aborted, this, &quvoGdalUtilities::slot_processAborted);
     connect(&m_run, &ProductRun::failed, this, &quvoGdalUtilities::slot_processFailed);
     connect(m_form->m_pAboutLabel, &QLabel::linkActivated, this, &quvoGdalUtilities::slot_showAboutAppDialog);
-    connect(m_form->m_pPBSelectInputDEM, &QPushButton::clicked, this, &quvoGdalUtilities::slot_selectInputDem);
+    auto inputs = new InputMenu(m_form->m_pPBSelectInputDEM);
+    inputs->add({"MESS_SRC_FICHIER", "Fichier..."}, [this] { slot_selectInputDem(); });
+    inputs->add({"MESS_ENTREE_SOURCE", "Source de données..."}, [this] { chooseSource(); });
     connect(m_form->m_pTabWidget, &QTabWidget::currentChanged, this,
             &quvoGdalUtilities::slot_onCurrentTabChanged);
     connect(m_input.get(), &InputDem::changed, this, &quvoGdalUtilities::slot_onInputDemChanged);
@@ -199,6 +206,16 @@ void quvoGdalUtilities::slot_onOutputFileChanged()
 void quvoGdalUtilities::slot_selectInputDem()
 {
     m_input->select();
+}
+
+/// Opens a band of any source of GDAL's that the user chooses.
+void quvoGdalUtilities::chooseSource()
+{
+    ImageChooser chooser(SourceWanted::Rasters, m_workFolder, this);
+    if (!m_input->path().isEmpty())
+        chooser.setSource(m_input->path());
+    if (chooser.exec() == QDialog::Accepted && m_input->choose(chooser.name()))
+        m_form->m_pCBBand->setCurrentIndex(chooser.band() - 1);
 }
 
 void quvoGdalUtilities::slot_selectOutputFile()
@@ -452,6 +469,7 @@ void quvoGdalUtilities::done(int result)
         return;
     stopRunSilently();
     m_shape->save();
+    writeFilerState(QuvoFilerDialog::state());
     QDialog::done(result);
 }
 

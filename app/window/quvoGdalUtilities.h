@@ -112,6 +112,7 @@ private:
     void connectPreviews();
     void applyTexts();
     void updateLook();
+    void chooseSource();
 
     ProcessingRequest currentRequest() const;
     QStringList currentExtensions() const;

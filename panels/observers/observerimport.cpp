@@ -1,7 +1,7 @@
 #include "panels/observers/observerimport.h"
 
 #include "dataset/QuvoFilerDialog.h"
-#include "dataset/formatfilters.h"
+#include "dataset/chooser/filefilters.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
 #include "panels/observers/AbsoluteHeightEditor.h"
@@ -19,11 +19,7 @@ QString chooseSource(const QString &dem, QWidget *parent)
 {
     return QuvoFilerDialog::getSelection(parent, QuvoFilerDialog::OpenFile,
                                          labelText({"MESS_CHX_VEC_AJOUT", "open vector"}),
-                                         QFileInfo(dem).absolutePath(),
-                                         QStringLiteral("%1 (%2);;%3 (*)")
-                                             .arg(labelText({"MESS_FICH_VECT", "Fichiers vecteurs"}),
-                                                  vectorFilePatterns().join(QLatin1Char(' ')),
-                                                  labelText({"MESS_FICH_TOUS", "Tous les fichiers"})));
+                                         QFileInfo(dem).absolutePath(), fileFilter(vectorFileFormats()));
 }
 
 /// Sets the altitude of the points outside of the DEM that the user types, or removes these points.

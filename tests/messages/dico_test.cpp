@@ -108,6 +108,8 @@ void DicoTest::setUpFaults()
     if (variable.contains('='))
         variables += variable.replace("%1", m_folder->path());
     QCOMPARE(runDicoChild(variables, {"message", "UNKNOWN"}), printed.replace("%1", m_folder->path()));
+    const char *available = printed.endsWith("end\n7") ? "1\nend\n7" : "0\nend\n7";
+    QCOMPARE(runDicoChild(variables, {"available"}), QString(available));
 }
 
 void DicoTest::kindsAndPrefixes()

@@ -68,6 +68,8 @@ void RasterHeaderTest::opening()
     foreign.replace(26, 3, "xyz");
     writeFile(path("good"), good + "cells");
     writeFile(path("older"), older + "cells");
+    writeFile(path("marked"), QByteArray(older).replace(29, 2, "m*"));
+    writeFile(path("unmarked"), QByteArray(older).replace(29, 2, "zz"));
     writeFile(path("foreign"), foreign);
     writeFile(path("short"), good.left(255));
     const auto opened = [&](const char *name) { return openRaster(path(name).toUtf8().constData()); };
@@ -78,7 +80,7 @@ void RasterHeaderTest::opening()
     QCOMPARE(opened("pipe"), -1); // without waiting for a writer
     QCOMPARE(opened("short"), -2);
     QCOMPARE(opened("foreign"), -3);
-    for (const char *name : {"good", "older"}) {
+    for (const char *name : {"good", "older", "marked", "unmarked"}) {
         const int descriptor = opened(name);
         QVERIFY(descriptor >= 0);
         close(descriptor);
@@ -89,6 +91,8 @@ void RasterHeaderTest::opening()
     QCOMPARE(read.typeName, std::string("INCONNU"));
     QCOMPARE(read.firstDimension, 77u);
     QCOMPARE(read.comment, std::string("kept"));
+    QCOMPARE(bytesOf(path("marked")).mid(26, 5), QByteArray("im2m*"));
+    QCOMPARE(bytesOf(path("unmarked")).mid(26, 5), QByteArray("im2m#"));
     QVERIFY(bytes.endsWith("cells") && bytes.size() == 261 && bytes.at(38) == 'x');
 
     for (const char *name : {"good", "older"}) {

@@ -17,8 +17,12 @@
 #include "colortable/colortablefile.h"
 #include "colortable/editor/ColorTableEditor.h"
 #include "colortable/legend/legend.h"
+#include "dataset/chooser/ImageChooser.h"
+#include "dataset/chooser/TileForm.h"
 #include "dataset/gdalmessages.h"
+#include "dataset/workfolder.h"
 #include "messages/QuvoLanguageManager.h"
+#include "messages/rasterheader.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "panels/observers/AbsoluteHeightEditor.h"
@@ -39,6 +43,10 @@
 #include <QTextBrowser>
 #include <QTimer>
 #include <QToolButton>
+
+#include <cpl_vsi.h>
+
+#include <utility>
 
 namespace
 {
@@ -150,6 +158,9 @@ void addMainDialog(Album &album)
     QMenu &menu = *dialog.findChild<QToolButton *>(QStringLiteral("m_pTBSettings"))->menu();
     menu.resize(menu.sizeHint());
     album.add(menu, QStringLiteral("settings_menu"));
+    QMenu &inputs = *dialog.findChild<QToolButton *>(QStringLiteral("m_pPBSelectInputDEM"))->menu();
+    inputs.resize(inputs.sizeHint());
+    album.add(inputs, QStringLiteral("input_menu"));
 }
 
 void addTableEditor(Album &album)
@@ -193,6 +204,59 @@ void addSmallDialogs(Album &album)
     album.add(choices, QStringLiteral("import"));
     AbsoluteHeightEditor editor;
     album.add(editor, QStringLiteral("import_outside"));
+}
+
+/// Copies a file into an archive, which is created where it is missing.
+void addToArchive(const QString &archive, const QString &file, const QString &member)
+{
+    QFile source(file);
+    if (!source.open(QIODevice::ReadOnly))
+        return;
+    const QByteArray bytes = source.readAll();
+    VSILFILE *target =
+        VSIFOpenL(QStringLiteral("/vsizip/%1/%2").arg(archive, member).toUtf8().constData(), "wb");
+    VSIFWriteL(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), target);
+    VSIFCloseL(target);
+}
+
+/// The chooser with a raster, an archive, a source that cannot be read, elevations without a header, an older
+/// header and a vector file, and the form for elevations without a header.
+void addChooser(Album &album)
+{
+    const QDir folder(QDir::tempPath() + QStringLiteral("/terrain"));
+    const QString dem = QStringLiteral(QUVO_TREE "/samples/sample_dem.tif");
+    const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
+    const auto write = [&](const char *name, const QByteArray &bytes) {
+        QFile file(path(name));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(bytes);
+    };
+    QFile::remove(path("tiles.zip"));
+    for (const char *member : {"north/N46E006.tif", "south/N45E006.tif", "south/N45E007.tif"})
+        addToArchive(path("tiles.zip"), dem, QLatin1String(member));
+    write("dem.hgt", QByteArray(2 * 61 * 61, '\1'));
+    RasterHeader header;
+    header.firstDimension = 1200;
+    header.secondDimension = 800;
+    header.comment = "Massif du Mont-Blanc";
+    write("older.img", QByteArray(rasterHeaderBytes(header).data(), rasterHeaderSize).replace(26, 3, "im*"));
+    write("paths.csv",
+          "id,WKT\n1,\"LINESTRING (0 0,4 3,9 2,12 6)\"\n2,\"POLYGON ((2 5,6 5,5 9,2 8,2 5))\"\n"
+          "3,\"POINT (10 9)\"\n");
+    WorkFolder work;
+    const std::pair<const char *, QString> sources[] = {
+        {"raster", path("dem.tif")}, {"archive", path("tiles.zip")}, {"failure", path("paths.csv")},
+        {"hgt", path("dem.hgt")},    {"header", path("older.img")},  {"vector", path("paths.csv")}};
+    for (const auto &[name, source] : sources) {
+        const bool isVector = QByteArray(name) == "vector";
+        ImageChooser chooser(isVector ? SourceWanted::Vectors : SourceWanted::Rasters, work);
+        chooser.setSource(source);
+        chooser.show();
+        waitForPreview();
+        album.add(chooser, QStringLiteral("chooser_") + QLatin1String(name));
+    }
+    TileForm form(QStringLiteral("dem.hgt"), 2 * 61 * 61);
+    album.add(form, QStringLiteral("chooser_form"));
 }
 
 void addResults(Album &album)
@@ -274,6 +338,7 @@ int main(int argc, char *argv[])
     addMainDialog(album);
     addProgress(album);
     addResults(album);
+    addChooser(album);
     addTableEditor(album);
     addSmallDialogs(album);
     addSettings(album);

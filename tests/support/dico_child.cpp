@@ -4,6 +4,7 @@
 //   dico_child exit <key> <text>      the same with the exit on errors switched on
 //   dico_child callback <key> <text>  the same with a callback that prints "<" and the text
 //   dico_child reset <key> <text>     the same with both, and dico_init after them
+//   dico_child available             prints dico_is_available, without a first message
 //   dico_child is_error <text>        prints dico_is_error after a first message
 //   dico_child open <path>            prints the result of openRaster; if the process is root's, it first
 //   becomes
@@ -44,6 +45,8 @@ int main(int argc, char *argv[])
             return 3;
         const int descriptor = openRaster(first);
         std::printf("%s\n", descriptor >= 0 ? "opened" : std::to_string(descriptor).c_str());
+    } else if (what == "available") {
+        std::printf("%d\n", dico_is_available());
     } else if (what == "is_error") {
         dico_message("nothing");
         std::printf("%d\n", dico_is_error(first));

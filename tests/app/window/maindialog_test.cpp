@@ -1,5 +1,6 @@
 #include "app/startup/startupoptions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
+#include "dataset/chooser/ImageChooser.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
@@ -8,10 +9,13 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QTimer>
+#include <QToolButton>
+#include <QTreeWidget>
 
 #include <utility>
 
@@ -25,6 +29,7 @@ private slots:
 
     void tabsKeepTheirIndexes();
     void inputAndProposal();
+    void dataSource();
     void startDirectory();
     void typedInput();
     void badInputChangesNothing();
@@ -74,7 +79,7 @@ struct Dialog : ShownDialog
     /// The start of the next dialog for choosing a DEM.
     QString nextFolder()
     {
-        find<QPushButton>("m_pPBSelectInputDEM")->click();
+        find<QToolButton>("m_pPBSelectInputDEM")->click();
         return QuvoFilerDialog::takeShown().value(0).section('|', 1, 1);
     }
 };
@@ -132,13 +137,13 @@ void MainDialogTest::inputAndProposal()
     Dialog dialog(m_tools);
     QVERIFY(!dialog.launchButton()->isEnabled());
     QuvoFilerDialog::answerBeforehand({path("three.tif"), path("dem.tif")});
-    QTest::mouseClick(dialog.find<QPushButton>("m_pPBSelectInputDEM"), Qt::LeftButton);
+    QTest::mouseClick(dialog.find<QToolButton>("m_pPBSelectInputDEM"), Qt::LeftButton);
     QCOMPARE(dialog.input()->currentText(), path("three.tif"));
     QCOMPARE(dialog.find<QComboBox>("m_pCBBand")->count(), 3);
     QCOMPARE(dialog.output()->text(), path("three_hillshade.tif"));
     QVERIFY(dialog.launchButton()->isEnabled());
 
-    QTest::mouseClick(dialog.find<QPushButton>("m_pPBSelectInputDEM"), Qt::LeftButton);
+    QTest::mouseClick(dialog.find<QToolButton>("m_pPBSelectInputDEM"), Qt::LeftButton);
     QCOMPARE(dialog.output()->text(), path("dem_hillshade.tif"));
     const QStringList shown = QuvoFilerDialog::takeShown();
     QVERIFY2(shown.at(1).contains("|" + m_folder->path() + "|"), qPrintable(shown.at(1)));
@@ -150,6 +155,38 @@ void MainDialogTest::inputAndProposal()
     dialog.window.setInputDem(path("three.tif"));
     QCOMPARE(dialog.output()->text(), QStringLiteral("mine.tif"));
     QCOMPARE(dialog.input()->itemText(1), path("dem.tif"));
+}
+
+/// The menu of the input button: its first entry is what the button does, the second is the chooser.
+void MainDialogTest::dataSource()
+{
+    QVERIFY(writeRaster(path("three.tif"), 4, 4, QVector<float>(16, 1), 3));
+    Dialog dialog(m_tools);
+    const auto button = dialog.find<QToolButton>("m_pPBSelectInputDEM");
+    QTimer::singleShot(0, [button] {
+        QCOMPARE(QApplication::activePopupWidget(), button->menu());
+        button->menu()->close();
+    });
+    QTest::keyClick(button, Qt::Key_Down);
+    const QList<QAction *> entries = button->menu()->actions();
+    QuvoFilerDialog::answerBeforehand({path("dem.tif")});
+    entries.at(0)->trigger();
+    QCOMPARE(dialog.input()->currentText(), path("dem.tif"));
+
+    QTimer::singleShot(0, [this] {
+        const auto chooser = qobject_cast<ImageChooser *>(QApplication::activeModalWidget());
+        QVERIFY(chooser);
+        QCOMPARE(chooser->name(), path("dem.tif"));
+        chooser->setSource(path("three.tif"));
+        const auto bands = chooser->findChild<QTreeWidget *>("m_pParts");
+        bands->setCurrentItem(bands->topLevelItem(1));
+        chooser->accept();
+    });
+    entries.at(1)->trigger();
+    QCOMPARE(dialog.input()->currentText(), path("three.tif"));
+    QCOMPARE(dialog.find<QComboBox>("m_pCBBand")->currentText(), QString("2"));
+    QuvoLanguageManager::getInstance()->changeLanguage("ENGLISH");
+    QTRY_COMPARE(entries.at(1)->text(), QString("Data source..."));
 }
 
 void MainDialogTest::startDirectory()
