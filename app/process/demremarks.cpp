@@ -92,9 +92,10 @@ void addVoids(const DemFindings &dem, const ProcessingRequest &request, const QL
     const CellUse &use = request.cellUse;
     const QString percent = locale.toString(*dem.voids * 100.0, 'f', *dem.voids < 0.1 ? 1 : 0);
     if (request.outputOptions.fillDistance > 0.0) {
-        remarks += {labelText({"MESS_REM_COMBLES",
-                               "Environ %1 % de cellules sans donnée, comblées jusqu'à %2 cellules de distance."})
-                        .arg(percent, QString::number(request.outputOptions.fillDistance))};
+        remarks +=
+            {labelText({"MESS_REM_COMBLES",
+                        "Environ %1 % de cellules sans donnée, comblées jusqu'à %2 cellules de distance."})
+                 .arg(percent, QString::number(request.outputOptions.fillDistance))};
         return;
     }
     remarks += {use.zeroWithoutData

@@ -44,8 +44,8 @@ void outputFileAdvancedOptionsDialog::showDemOptions(const OutputOptions &option
     m_form->m_pChBFillMask->setChecked(options.fillMask);
     m_reproject = options.reproject.isEmpty() ? QStringLiteral("auto") : options.reproject;
     const QString crs = m_reproject == QLatin1String("auto") ? metricCrs : m_reproject;
-    m_form->m_pChBReproject->setText(
-        tr("Calculer dans un système en mètres (%1)", "MESS_SORTIE_PROJ").arg(crs.isEmpty() ? tr("aucun", "MESS_AUCUN") : crs));
+    m_form->m_pChBReproject->setText(tr("Calculer dans un système en mètres (%1)", "MESS_SORTIE_PROJ")
+                                         .arg(crs.isEmpty() ? tr("aucun", "MESS_AUCUN") : crs));
     m_form->m_pChBReproject->setChecked(!options.reproject.isEmpty());
     m_form->m_pChBReproject->setEnabled(!crs.isEmpty());
     m_form->m_pChBAsIs->setChecked(options.asIs);
@@ -75,7 +75,8 @@ void outputFileAdvancedOptionsDialog::updateControls()
                                         && hasCreationOption(format, QStringLiteral("TFW")));
     for (QWidget *overviews : QList<QWidget *>{m_form->m_pChBOverviews, m_form->m_pOverviewsExpl})
         overviews->setEnabled(takesOverviews(format));
-    for (QWidget *control : QList<QWidget *>{m_form->m_pSBFillDistance, m_form->m_pFillUnit, m_form->m_pChBFillMask})
+    for (QWidget *control :
+         QList<QWidget *>{m_form->m_pSBFillDistance, m_form->m_pFillUnit, m_form->m_pChBFillMask})
         control->setEnabled(m_form->m_pChBFill->isChecked());
     m_form->m_pCBFormat->setEnabled(m_form->m_pCBFormat->count() > 1);
 }

@@ -12,8 +12,8 @@ namespace Ui
 class outputFileAdvancedOptionsDialog;
 }
 
-/// Edits how the product of a process is written: format, layer, tiles, world file and overviews; and what is done
-/// with the DEM before.
+/// Edits how the product of a process is written: format, layer, tiles, world file and overviews; and what is
+/// done with the DEM before.
 class outputFileAdvancedOptionsDialog : public QDialog
 {
     Q_OBJECT

@@ -284,8 +284,8 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
     const auto process = m_tabs->currentProcess();
     if (!process)
         return;
-    outputFileAdvancedOptionsDialog dialog(*process, outputOptionsOf(*process),
-                                           metricCrsName(m_look->facts()), this);
+    outputFileAdvancedOptionsDialog dialog(*process, outputOptionsOf(*process), metricCrsName(m_look->facts()),
+                                           this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QStringList extensionsBefore = currentExtensions();

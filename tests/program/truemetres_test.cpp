@@ -11,6 +11,7 @@
 
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
+#include <ogrsf_frmts.h>
 
 #include <array>
 #include <cmath>
@@ -98,6 +99,11 @@ private slots:
     void withoutGeoreference();
     void rotated();
     void chosenRatioStays();
+    void partsEqualTheWhole_data();
+    void partsEqualTheWhole();
+    void voidsAreFilled();
+    void contoursInMetres();
+    void observersInMetres();
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
@@ -341,6 +347,116 @@ void TrueMetresTest::chosenRatioStays()
     const Cells asIs = product({"slope", "--set", "scaleIndex=2", "--as-is"}, name, "asis.tif");
     QCOMPARE(chosen.values, asIs.values);
     QVERIFY(product({"slope"}, name).values != asIs.values);
+}
+
+void TrueMetresTest::partsEqualTheWhole_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("mirrored");
+    for (const char *process : {"hillshade", "slope", "aspect", "TPI"}) {
+        QTest::addRow("%s", process) << QStringList{process} << false;
+        QTest::addRow("%s, rows from the south", process) << QStringList{process} << true;
+    }
+    QTest::newRow("colour relief") << QStringList{"color-relief", "--set", "spread=true", "--set",
+                                                  "minimum=0",    "--set", "maximum=3000"}
+                                   << false;
+    QTest::newRow("slope over filled voids") << QStringList{"slope", "--fill-distance", "20"} << false;
+}
+
+/// The part's edge, too, is that of the whole DEM's product.
+void TrueMetresTest::partsEqualTheWhole()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, mirrored);
+    QString dem = inDegrees(47.0);
+    const QRect part(30, 20, 110, 150);
+    QRect inProduct = part;
+    if (mirrored) {
+        QVERIFY(copyRaster(path(dem), path("south.tif"), {"-a_ullr", "8", "46", "9", "47"}));
+        dem = "south.tif";
+        inProduct.moveTop(240 - part.y() - part.height());
+    }
+    const Cells whole = product(arguments, dem, "whole.tif");
+    QVERIFY2(!whole.values.isEmpty(), qPrintable(m_error));
+    const Cells found = product(arguments + QStringList{"--part", "30 20 110 150"}, dem);
+    QVERIFY2(found.width == 110 && found.height == 150, qPrintable(m_error));
+    for (int row = 0; row < found.height; ++row) {
+        for (int column = 0; column < found.width; ++column)
+            QCOMPARE(found.at(row, column), whole.at(inProduct.y() + row, inProduct.x() + column));
+    }
+    QVERIFY(std::abs(found.toGround[3] - whole.toGround[3] - inProduct.y() * whole.toGround[5]) < 1e-9);
+}
+
+void TrueMetresTest::voidsAreFilled()
+{
+    Cells dem = readCells(path("dem.tif"));
+    for (int row = 100; row < 110; ++row) {
+        for (int column = 100; column < 110; ++column)
+            dem.values[row * dem.width + column] = -9999.0F;
+    }
+    for (int column = 0; column < dem.width; ++column) { // too wide to be filled
+        for (int row = 150; row < 200; ++row)
+            dem.values[row * dem.width + column] = -9999.0F;
+    }
+    QVERIFY(writeRaster(path("voids.tif"), dem.width, dem.height, dem.values));
+    const QByteArray before = bytesOf(path("voids.tif"));
+    const Cells slope = product({"slope", "--fill-distance", "15", "--fill-mask"}, "voids.tif");
+    const Cells mask = readCells(path("product_filled.tif"));
+    QVERIFY2(mask.width == 240, qPrintable(m_error));
+    QCOMPARE(bytesOf(path("voids.tif")), before);
+    QVERIFY(slope.at(105, 105) >= 0.0 && slope.at(175, 20) == -9999.0);
+    for (const auto &[row, column, filled] :
+         {std::tuple{99, 105, 0.0}, {100, 105, 1.0}, {105, 105, 1.0}, {110, 105, 0.0}, {175, 20, 0.0}})
+        QCOMPARE(mask.at(row, column), filled);
+    QCOMPARE(mask.toGround, slope.toGround);
+    const Cells part =
+        product({"slope", "--fill-distance", "15", "--fill-mask", "--part", "90 90 40 40"}, "voids.tif");
+    const Cells partMask = readCells(path("product_filled.tif"));
+    QVERIFY2(partMask.width == 40 && part.width == 40, qPrintable(m_error));
+    QVERIFY(partMask.at(10, 15) == 1.0 && partMask.at(9, 15) == 0.0);
+}
+
+void TrueMetresTest::contoursInMetres()
+{
+    const QString dem = inDegrees(47.0);
+    QVERIFY2(
+        product({"contour", "--set", "interval=500", "--reproject", "auto"}, dem, "lines.shp").values.isEmpty(),
+        qPrintable(m_error));
+    const std::unique_ptr<GDALDataset> lines(
+        GDALDataset::Open(encodePath(path("lines.shp")).constData(), GDAL_OF_VECTOR));
+    QVERIFY2(lines && lines->GetLayer(0)->GetSpatialRef(), qPrintable(m_error));
+    QCOMPARE(lines->GetLayer(0)->GetSpatialRef()->GetUTMZone(), 32);
+    QVERIFY(lines->GetLayer(0)->GetFeatureCount() > 100);
+}
+
+/// The observers move along with the DEM: on a plain, the middle of what is seen is the observer.
+void TrueMetresTest::observersInMetres()
+{
+    QVERIFY(writeRaster(path("dem.tif"), 200, 200, QVector<float>(200 * 200, 100.0F)));
+    const QString dem = inDegrees(47.0);
+    writeFile(path("points.geojson"),
+              R"({"type":"FeatureCollection","features":[{"type":"Feature","properties":{},)"
+              R"("geometry":{"type":"Point","coordinates":[8.4,46.3]}}]})");
+    const Cells found = product({"intervisibility", "--set", "points=" + path("points.geojson"), "--set",
+                                 "height=50", "--set", "distance=9000", "--set", "visibleColor=#ff0000",
+                                 "--set", "hiddenColor=#000000", "--reproject", "EPSG:32632"},
+                                dem);
+    QVERIFY2(!found.values.isEmpty(), qPrintable(m_error));
+    double column = 0.0;
+    double row = 0.0;
+    int seen = 0;
+    for (int at = 0; at < found.values.size(); ++at) {
+        if (found.values.at(at) != 255.0F)
+            continue;
+        column += at % found.width + 0.5;
+        row += at / found.width + 0.5;
+        ++seen;
+    }
+    const double side = found.toGround[1];
+    QVERIFY(std::abs(seen * side * side / (M_PI * 9000.0 * 9000.0) - 1.0) < 0.05);
+    // By the projection's own formulae the observer is at 453792 east, 5127555 north.
+    QVERIFY(std::abs(found.toGround[0] + column / seen * side - 453792.0) < side);
+    QVERIFY(std::abs(found.toGround[3] - row / seen * side - 5127555.0) < side);
 }
 
 QTEST_GUILESS_MAIN(TrueMetresTest)

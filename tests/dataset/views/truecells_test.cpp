@@ -1,5 +1,6 @@
 #include "dataset/views/aspectcorrection.h"
 #include "dataset/views/demfacts.h"
+#include "dataset/views/metriccrs.h"
 #include "dataset/views/truecells.h"
 #include "tests/support/rasters.h"
 
@@ -41,6 +42,8 @@ private slots:
     void directions_data();
     void directions();
     void units();
+    void metricSystems_data();
+    void metricSystems();
 
 private:
     QTemporaryDir m_folder;
@@ -184,6 +187,38 @@ void TrueCellsTest::units()
     facts.elevationUnit = 1.0;
     facts.elevationScale = 0.1;
     QCOMPARE(elevationFactor(facts), 0.1);
+}
+
+void TrueCellsTest::metricSystems_data()
+{
+    QTest::addColumn<QList<double>>("edges"); // west, north, east, south
+    QTest::addColumn<QString>("crs");
+    QTest::newRow("Switzerland") << QList<double>{8, 47, 9, 46} << "EPSG:32632";
+    QTest::newRow("New Zealand") << QList<double>{175, -40, 176, -41} << "EPSG:32760";
+    QTest::newRow("Bergen lies in zone 32") << QList<double>{5, 61, 5.5, 60} << "EPSG:32632";
+    QTest::newRow("Spitsbergen lies in zone 33") << QList<double>{11, 79, 12, 78} << "EPSG:32633";
+    QTest::newRow("the date line") << QList<double>{179, 65, 180.5, 64} << "EPSG:32660";
+    QTest::newRow("as wide as a zone") << QList<double>{6, 47, 12, 46} << "EPSG:32632";
+    QTest::newRow("wider") << QList<double>{0, 50, 10, 44}
+                           << "+proj=laea +lat_0=47.0000 +lon_0=5.0000 +datum=WGS84 +units=m";
+    QTest::newRow("the pole") << QList<double>{0, 88, 2, 86}
+                              << "+proj=laea +lat_0=87.0000 +lon_0=1.0000 +datum=WGS84 +units=m";
+}
+
+void TrueCellsTest::metricSystems()
+{
+    QFETCH(QList<double>, edges);
+    QFETCH(QString, crs);
+    const QString dem = m_folder.filePath("hill.tif");
+    const QString file = m_folder.filePath("place.tif");
+    QVERIFY(writeHill(dem, 20));
+    QList<QByteArray> options{"-a_srs", "EPSG:4326", "-a_ullr"};
+    for (const double edge : edges)
+        options += QByteArray::number(edge);
+    QVERIFY(copyRaster(dem, file, options));
+    QCOMPARE(metricCrs(readDemFacts(file, 1)), crs);
+    QVERIFY(!metricCrsName(readDemFacts(file, 1)).isEmpty());
+    QCOMPARE(metricCrs(DemFacts()), QString());
 }
 
 QTEST_GUILESS_MAIN(TrueCellsTest)
