@@ -24,6 +24,14 @@ public:
     static QString getSelection(QWidget *parent, Kind kind, const QString &title, const QString &start,
                                 const QString &filter);
 
+    /// Lets the user choose several existing files. Empty when the user cancels. A supplied answer holds their
+    /// paths, separated by line feeds.
+    static QStringList getFiles(QWidget *parent, const QString &title, const QString &start,
+                                const QString &filter);
+
+    /// Lets the user choose a folder. Returns its path, or an empty text when the user cancels.
+    static QString getFolder(QWidget *parent, const QString &title, const QString &start);
+
     /// From here on no dialog is shown: each call returns the next of the paths, and an empty one when none is
     /// left.
     static void answerBeforehand(const QStringList &paths);
