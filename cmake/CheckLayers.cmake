@@ -51,6 +51,7 @@ set(layers
     "colortable/formats: colortable messages"
     "dataset: messages vectordraw"
     "dataset/views: dataset messages"
+    "dataset/extraction: dataset messages"
     "colortable/legend: colortable"
     "colortable/editor: colortable colortable/formats/tableexport.h colortable/legend dataset messages"
     "runner: messages dataset/pathencoding.h"

@@ -7,6 +7,7 @@
 
 #include "app/preview/PreviewDialog.h"
 #include "app/preview/PreviewPane.h"
+#include "app/series/SeriesResultDialog.h"
 #include "app/startup/startupoptions.h"
 #include "app/window/AboutDialog.h"
 #include "app/window/HelpDialog.h"
@@ -17,6 +18,7 @@
 #include "colortable/colortablefile.h"
 #include "colortable/editor/ColorTableEditor.h"
 #include "colortable/legend/legend.h"
+#include "dataset/extraction/ExtractionDialog.h"
 #include "dataset/gdalmessages.h"
 #include "messages/QuvoLanguageManager.h"
 #include "panels/colorReliefOptionsWidget.h"
@@ -195,8 +197,33 @@ void addSmallDialogs(Album &album)
     album.add(editor, QStringLiteral("import_outside"));
 }
 
+void addExtraction(Album &album)
+{
+    const QString dem = QStringLiteral(QUVO_TREE "/samples/sample_dem.tif");
+    ExtractionDialog whole(dem, 1, std::nullopt, nullptr);
+    ExtractionDialog part(dem, 1, QRect(300, 250, 420, 300), nullptr);
+    for (ExtractionDialog *dialog : {&whole, &part}) {
+        dialog->show();
+        waitForPreview();
+        album.add(*dialog,
+                  dialog == &whole ? QStringLiteral("extraction_whole") : QStringLiteral("extraction"));
+    }
+}
+
 void addResults(Album &album)
 {
+    const QString folder = QStringLiteral("/terrain/");
+    SeriesResultDialog series(
+        {{folder + QStringLiteral("N45E006.hgt"), folder + QStringLiteral("N45E006_hillshade.tif"),
+          SeriesRow::Done},
+         {folder + QStringLiteral("N45E007.hgt"), folder + QStringLiteral("N45E007_hillshade.tif"),
+          SeriesRow::Kept},
+         {folder + QStringLiteral("N46E006.hgt"), QString(), SeriesRow::Failed,
+          labelText({"MESS_RASTER_DROITS", "Vous n'avez pas le droit de lire ce fichier."})},
+         {folder + QStringLiteral("N46E007.hgt"), QString(), SeriesRow::Stopped},
+         {folder + QStringLiteral("N46E008.hgt"), QString(), SeriesRow::Waiting}},
+        nullptr);
+    album.add(series, QStringLiteral("series"));
     ProcessResult result;
     result.title = QStringLiteral("result");
     result.picture = QStringLiteral(":/QuvoGdalUtilities/images/ok2.png");
@@ -276,6 +303,7 @@ int main(int argc, char *argv[])
     addResults(album);
     addTableEditor(album);
     addSmallDialogs(album);
+    addExtraction(album);
     addSettings(album);
     AboutDialog about(nullptr);
     album.add(about, QStringLiteral("about"));
