@@ -67,7 +67,8 @@ struct VirtualRaster
     QString problem; ///< GDAL's words
 };
 
-VirtualRaster virtualRaster(const QStringList &paths)
+/// The virtual raster of tiles whose bands have these units, which GDAL's own function leaves out.
+VirtualRaster virtualRaster(const QStringList &paths, const QStringList &units)
 {
     const GdalMessages messages;
     char strict[] = "-strict"; // without it a tile that does not fit is left out without a failure
@@ -82,6 +83,8 @@ VirtualRaster virtualRaster(const QStringList &paths)
         names += name.constData();
     const std::unique_ptr<GDALDataset> dataset(GDALDataset::FromHandle(
         GDALBuildVRT("", static_cast<int>(names.size()), nullptr, names.data(), options.get(), nullptr)));
+    for (int band = 0; dataset && band < units.size(); ++band)
+        dataset->GetRasterBand(band + 1)->SetUnitType(units.at(band).toUtf8().constData());
     char **xml = dataset ? dataset->GetMetadata("xml:VRT") : nullptr;
     if (!xml || !*xml)
         return {{}, messages.lastError()};
@@ -104,7 +107,7 @@ Mosaic makeMosaic(const QStringList &paths, WorkFolder &workFolder)
     mosaic.problem = read.problem;
     if (!mosaic.problem.isEmpty())
         return mosaic;
-    const VirtualRaster raster = virtualRaster(paths);
+    const VirtualRaster raster = virtualRaster(paths, read.tiles.first().units);
     if (raster.xml.isEmpty()) {
         mosaic.problem = refusedText(raster.problem);
         return mosaic;

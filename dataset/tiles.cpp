@@ -107,6 +107,13 @@ QString bandDifference(const Tile &first, const Tile &other)
                 first, other,
                 {"MESS_TUILES_TYPE", "Le type des cellules est %1 dans la première et %2 dans la seconde."},
                 first.types.at(band), other.types.at(band));
+        const QString unit = first.units.value(band);
+        const QString otherUnit = other.units.value(band);
+        if (unit != otherUnit)
+            return difference(first, other,
+                              {"MESS_TUILES_UNITE",
+                               "L'unité des altitudes est « %1 » dans la première et « %2 » dans la seconde."},
+                              unit, otherUnit);
         if (!isSameNoData(first.noData.at(band), other.noData.at(band)))
             return difference(
                 first, other,
@@ -162,6 +169,7 @@ Tile readTile(const QString &path)
         int isSet = FALSE;
         const double noData = band->GetNoDataValue(&isSet);
         tile.types += QString::fromLatin1(GDALGetDataTypeName(band->GetRasterDataType()));
+        tile.units += QString::fromUtf8(band->GetUnitType());
         tile.noData += isSet ? std::optional(noData) : std::nullopt;
     }
     return tile;

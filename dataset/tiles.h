@@ -20,7 +20,9 @@ struct Tile
     QString crs;                           ///< as WKT; empty without a CRS
     QStringList types;                     ///< GDAL's name of each band's type, such as "Int16"
     QVector<std::optional<double>> noData; ///< of each band; nothing where none is declared
-    QString problem;                       ///< why the raster cannot be read, in a sentence; empty otherwise
+    QStringList
+        units; ///< in which each band holds its values, as the file says it; empty texts where it does not
+    QString problem; ///< why the raster cannot be read, in a sentence; empty otherwise
 };
 
 /// Opens a raster and closes it again; nothing is written beside it. `path`: absolute, or a name in one of
@@ -32,9 +34,9 @@ Tile readTile(const QString &path);
 QString tileProblem(const Tile &tile);
 
 /// The first difference that keeps two good tiles from being one DEM, in a sentence that names both; empty
-/// where they fit. CRS, size of the cells, number and types of the bands and values without data must agree,
-/// and the cells of both must lie on one grid. Cells may differ by the rounding of their coordinates: over
-/// both tiles the grids stay within a twentieth of a cell. The tiles may overlap or be apart.
+/// where they fit. CRS, size of the cells, number, types and units of the bands and values without data must
+/// agree, and the cells of both must lie on one grid. Cells may differ by the rounding of their coordinates:
+/// over both tiles the grids stay within a twentieth of a cell. The tiles may overlap or be apart.
 QString tileDifference(const Tile &first, const Tile &other);
 
 /// Whether the rectangle around the tiles has cells that no tile holds. The tiles must fit each other.

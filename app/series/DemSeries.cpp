@@ -144,7 +144,8 @@ RunPlan DemSeries::planOf(const SeriesRow &row)
                                     .band = m_recipe.band,
                                     .output = row.product,
                                     .outputOptions = m_recipe.outputOptions,
-                                    .toolInput = prepared.toolInput};
+                                    .toolInput = prepared.toolInput,
+                                    .cellUse = cellUse(m_recipe.options)};
     return planRun(request, m_tools, prepared.sourceFiles);
 }
 

@@ -67,9 +67,14 @@ QString InputDem::path() const
     return m_paths->currentText() == m_shown ? m_path : QString();
 }
 
+QStringList InputDem::tiles() const
+{
+    return path().isEmpty() ? QStringList() : m_tiles;
+}
+
 QString InputDem::namingInput() const
 {
-    return m_tiles.isEmpty() || path().isEmpty() ? path() : mosaicName(m_tiles);
+    return tiles().isEmpty() ? path() : mosaicName(m_tiles);
 }
 
 int InputDem::band() const
@@ -148,8 +153,7 @@ bool InputDem::chooseMosaic(const QString &path, const QStringList &tiles)
 void InputDem::openTyped()
 {
     const QString typed = m_paths->currentText();
-    const bool isOpenMosaic = !m_tiles.isEmpty() && typed == m_shown;
-    if (typed.isEmpty() || isOpenMosaic || open(typed, MoveToFront))
+    if (typed.isEmpty() || !tiles().isEmpty() || open(typed, MoveToFront))
         return;
     emit changed(path());
     warn(typed);
@@ -187,7 +191,7 @@ void InputDem::warn(const QString &file)
 void InputDem::select()
 {
     const StartDirectory choices{m_lastChosenFolder, m_keepStartingDir, QDir::currentPath(),
-                                 m_tiles.isEmpty() ? m_paths->currentText() : m_tiles.first(),
+                                 tiles().isEmpty() ? m_paths->currentText() : m_tiles.first(),
                                  m_paths->itemText(1)};
     const QString path = QuvoFilerDialog::getSelection(
         m_dialog, QuvoFilerDialog::OpenFile,

@@ -22,8 +22,8 @@ public:
     /// DEM is open or the text in the combo box is another one.
     QString path() const;
 
-    /// The tiles of the DEM where it is a mosaic; empty for a DEM that is one file.
-    QStringList tiles() const { return m_tiles; }
+    /// The tiles of the DEM where it is a mosaic; empty for a DEM that is one file, and with path().
+    QStringList tiles() const;
 
     /// The file whose folder and base name name the products of the DEM: path(), or mosaicName(). Empty with
     /// path().

@@ -28,13 +28,17 @@ int decimalsOf(double cellSize)
     return std::clamp(2 - static_cast<int>(std::floor(std::log10(cellSize))), 0, most);
 }
 
-QString lengthText(double length, const QString &unit)
+/// A line with both lengths in the same unit; metres become kilometres where they are many.
+QString lengthsText(QSizeF size, QString unit)
 {
     constexpr double kilometre = 1000.0; // metres
     constexpr double longest = 10.0 * kilometre;
-    const bool isLong = unit == QLatin1String("m") && length >= longest;
-    return QStringLiteral("%1 %2").arg(QLocale().toString(isLong ? length / kilometre : length, 'g', 4),
-                                       isLong ? QStringLiteral("km") : unit);
+    if (unit == QLatin1String("m") && std::max(size.width(), size.height()) >= longest) {
+        size /= kilometre;
+        unit = QStringLiteral("km");
+    }
+    const auto text = [](double length) { return QLocale().toString(length, 'g', 4); };
+    return QStringLiteral("\n%1 %3 × %2 %3").arg(text(size.width()), text(size.height()), unit);
 }
 
 } // namespace
@@ -204,14 +208,12 @@ QString ExtractionDialog::sizeText() const
     QString text = tr("%1 × %2 cellules", "MESS_EXTR_TAILLE")
                        .arg(numbers.toString(m_cells.width()), numbers.toString(m_cells.height()));
     const QSizeF size = groundSize(m_grid, m_cells.size());
-    const auto add = [&](double width, double height, const QString &unit) {
-        text += QStringLiteral("\n%1 × %2").arg(lengthText(width, unit), lengthText(height, unit));
-    };
     if (!m_ground.unit().isEmpty())
-        add(size.width(), size.height(), m_ground.unit());
+        text += lengthsText(size, m_ground.unit());
     if (m_ground.unit() == QLatin1String("°")) {
         const QSizeF metres = m_ground.metresPerUnit(groundOf(m_grid, QRectF(m_cells).center()));
-        add(size.width() * metres.width(), size.height() * metres.height(), QStringLiteral("m"));
+        text +=
+            lengthsText({size.width() * metres.width(), size.height() * metres.height()}, QStringLiteral("m"));
     }
     return text;
 }

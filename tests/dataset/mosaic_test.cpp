@@ -53,6 +53,7 @@ Tile tileAt(double x, double y)
     tile.toGround = {x, 10.0, 0.0, y, 0.0, -10.0};
     tile.georeferenced = true;
     tile.types = QStringList{"Int16"};
+    tile.units = QStringList{"m"};
     tile.noData = {-9999.0};
     return tile;
 }
@@ -92,6 +93,7 @@ void MosaicTest::differences()
         {[](Tile &tile) { tile.toGround[3] -= 2.5; }, "0,00 cellule en largeur et de 0,25"},
         {[](Tile &tile) { tile.types = QStringList{"Float32"}; }, "Int16 dans la première et Float32"},
         {[](Tile &tile) { tile.types += "Int16"; }, "1 dans la première, 2"},
+        {[](Tile &tile) { tile.units = QStringList{"ft"}; }, "« m » dans la première et « ft »"},
         {[](Tile &tile) { tile.noData = {-32768.0}; }, QStringLiteral("sans donnée")},
         {[](Tile &tile) { tile.noData = {std::nullopt}; }, "aucune valeur"},
         {[&](Tile &tile) { tile.crs = wgs84; }, "WGS 84"},
@@ -164,6 +166,7 @@ void MosaicTest::sharedRow()
     const RasterInfo info = readRasterInfo(mosaic.path);
     QCOMPARE(QSize(info.width, info.height), QSize(side, 2 * side - 1));
     QCOMPARE(info.files, (QStringList{mosaic.path} + tiles));
+    QVERIFY(bytesOf(mosaic.path).contains("<UnitType>m</UnitType>")); // of such files
     const QVector<float> cells = cellsOf(mosaic.path);
     QCOMPARE(cells.size(), side * (2 * side - 1));
     for (int row = 0; row < 2 * side - 1; ++row) {

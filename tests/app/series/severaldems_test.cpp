@@ -106,8 +106,10 @@ void SeveralDemsTest::settingsOfAMosaic()
     QCOMPARE(dialog.window.recipe().tiles, dems());
     QCOMPARE(dialog.output(), path("a_mosaic_slope.tif"));
     QCOMPARE(Prompt::takeShown(), QStringList());
+    QTest::keyClicks(dialog.find<QComboBox>("m_pCBInputListFile")->lineEdit(), "x"); // a name being typed
+    QVERIFY(dialog.window.recipe().tiles.isEmpty() && dialog.window.recipe().input.isEmpty());
     dialog.window.setInputDem(path("dem.tif"));
-    QVERIFY(dialog.window.recipe().tiles.isEmpty());
+    QCOMPARE(dialog.window.recipe().input, path("dem.tif"));
 }
 
 void SeveralDemsTest::tilesThatDoNotFit()
