@@ -34,6 +34,8 @@ QString QuvoFilerDialog::getSelection(QWidget *parent, Kind kind, const QString 
 {
     if (const auto answer = answerOf(title, start, filter))
         return *answer;
+    if (kind == OpenFolder)
+        return QFileDialog::getExistingDirectory(parent, title, start);
     if (kind == OpenFile)
         return QFileDialog::getOpenFileName(parent, title, start, filter);
     return QFileDialog::getSaveFileName(parent, title, start, filter, nullptr,
@@ -46,13 +48,6 @@ QStringList QuvoFilerDialog::getFiles(QWidget *parent, const QString &title, con
     if (const auto answer = answerOf(title, start, filter))
         return answer->isEmpty() ? QStringList() : answer->split(QLatin1Char('\n'));
     return QFileDialog::getOpenFileNames(parent, title, start, filter);
-}
-
-QString QuvoFilerDialog::getFolder(QWidget *parent, const QString &title, const QString &start)
-{
-    if (const auto answer = answerOf(title, start, QString()))
-        return *answer;
-    return QFileDialog::getExistingDirectory(parent, title, start);
 }
 
 void QuvoFilerDialog::answerBeforehand(const QStringList &paths)

@@ -15,12 +15,13 @@ public:
     enum Kind
     {
         OpenFile,
-        SaveFile
+        SaveFile,
+        OpenFolder
     };
 
-    /// Lets the user choose a file. Returns its path, or an empty text when the user cancels. start: the folder
-    /// or file shown first. A dialog that saves does not ask before overwriting, because the run asks when it
-    /// starts.
+    /// Lets the user choose a file or a folder. Returns its path, or an empty text when the user cancels.
+    /// start: the folder or file shown first. A dialog that saves does not ask before overwriting, because the
+    /// run asks when it starts.
     static QString getSelection(QWidget *parent, Kind kind, const QString &title, const QString &start,
                                 const QString &filter);
 
@@ -28,9 +29,6 @@ public:
     /// paths, separated by line feeds.
     static QStringList getFiles(QWidget *parent, const QString &title, const QString &start,
                                 const QString &filter);
-
-    /// Lets the user choose a folder. Returns its path, or an empty text when the user cancels.
-    static QString getFolder(QWidget *parent, const QString &title, const QString &start);
 
     /// From here on no dialog is shown: each call returns the next of the paths, and an empty one when none is
     /// left.

@@ -94,8 +94,9 @@ void SeveralDems::slot_selectTiles()
 
 void SeveralDems::slot_selectFolder()
 {
-    const QString folder = QuvoFilerDialog::getFolder(
-        m_window.widget, labelText({"MESS_CHX_DOSSIER_MNT", "Choisir un dossier de MNT"}), m_window.folder());
+    const QString folder = QuvoFilerDialog::getSelection(
+        m_window.widget, QuvoFilerDialog::OpenFolder,
+        labelText({"MESS_CHX_DOSSIER_MNT", "Choisir un dossier de MNT"}), m_window.folder(), QString());
     if (!folder.isEmpty())
         open({folder});
 }
