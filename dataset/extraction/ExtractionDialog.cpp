@@ -210,7 +210,7 @@ QString ExtractionDialog::sizeText() const
     const QSizeF size = groundSize(m_grid, m_cells.size());
     if (!m_ground.unit().isEmpty())
         text += lengthsText(size, m_ground.unit());
-    if (m_ground.unit() == QLatin1String("°")) {
+    if (m_ground.unit() == QStringLiteral("°")) {
         const QSizeF metres = m_ground.metresPerUnit(groundOf(m_grid, QRectF(m_cells).center()));
         text +=
             lengthsText({size.width() * metres.width(), size.height() * metres.height()}, QStringLiteral("m"));

@@ -31,6 +31,7 @@ private slots:
     void typed();
     void vectorExtents_data();
     void vectorExtents();
+    void sizeInDegrees();
     void withoutCoordinates();
 
 private:
@@ -193,6 +194,17 @@ void ExtractionDialogTest::vectorExtents()
     QCOMPARE(shown.dialog.cells(), std::optional(expected.isValid() ? expected : QRect(1, 1, 5, 5)));
     QVERIFY(!readVectorExtent(m_dem, {}).problem.isEmpty());
     QVERIFY(!readVectorExtent(file, {}).note.isEmpty());
+}
+
+/// A degree is 111.3 km on the sphere of the equator's radius, and half as much along the parallel of 60 degrees.
+void ExtractionDialogTest::sizeInDegrees()
+{
+    QVERIFY(copyRaster(m_dem, path("degrees.tif"), {"-a_srs", "EPSG:4326", "-a_ullr", "6", "60.5", "7", "59.5"}));
+    Shown shown(path("degrees.tif"));
+    const QLocale locale;
+    QCOMPARE(shown.dialog.findChild<QLabel *>("m_pLSize")->text(),
+             QStringLiteral("100 × 100 cellules\n1 ° × 1 °\n%1 km × %2 km")
+                 .arg(locale.toString(55.66), locale.toString(111.3)));
 }
 
 void ExtractionDialogTest::withoutCoordinates()
