@@ -51,7 +51,7 @@ constexpr double mostShift = 0.05;
 
 bool haveSameCells(const Tile &first, const Tile &other)
 {
-    const auto drift = [&](int index, int cells) {
+    const auto drift = [&](size_t index, int cells) {
         return std::abs(other.toGround[index] / first.toGround[index] - 1.0) * cells;
     };
     return drift(1, std::max(first.width, other.width)) <= mostShift
@@ -67,7 +67,7 @@ QString cellText(const Tile &tile)
 }
 
 /// Columns (index 0) or rows (index 3) from the corner of the first tile to that of the other.
-double cellsBetween(const Tile &first, const Tile &other, int index)
+double cellsBetween(const Tile &first, const Tile &other, size_t index)
 {
     return (other.toGround[index] - first.toGround[index]) / first.toGround[index == 0 ? 1 : 5];
 }

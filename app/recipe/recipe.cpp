@@ -41,7 +41,7 @@ std::optional<QString> readText(const QJsonValue &value)
 std::optional<QStringList> readTileList(const QJsonValue &value, const QString &folder)
 {
     QStringList tiles;
-    for (const QJsonValue &tile : value.toArray()) {
+    for (const auto &tile : value.toArray()) {
         const auto path = readText(tile);
         if (!path || path->isEmpty())
             return std::nullopt;

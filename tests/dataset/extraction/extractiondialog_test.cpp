@@ -196,10 +196,12 @@ void ExtractionDialogTest::vectorExtents()
     QVERIFY(!readVectorExtent(file, {}).note.isEmpty());
 }
 
-/// A degree is 111.3 km on the sphere of the equator's radius, and half as much along the parallel of 60 degrees.
+/// A degree is 111.3 km on the sphere of the equator's radius, and half as much along the parallel of 60
+/// degrees.
 void ExtractionDialogTest::sizeInDegrees()
 {
-    QVERIFY(copyRaster(m_dem, path("degrees.tif"), {"-a_srs", "EPSG:4326", "-a_ullr", "6", "60.5", "7", "59.5"}));
+    QVERIFY(
+        copyRaster(m_dem, path("degrees.tif"), {"-a_srs", "EPSG:4326", "-a_ullr", "6", "60.5", "7", "59.5"}));
     Shown shown(path("degrees.tif"));
     const QLocale locale;
     QCOMPARE(shown.dialog.findChild<QLabel *>("m_pLSize")->text(),
