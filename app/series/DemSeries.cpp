@@ -142,6 +142,7 @@ RunPlan DemSeries::planOf(const SeriesRow &row)
                                     .mode = m_recipe.process,
                                     .input = row.dem,
                                     .band = m_recipe.band,
+                                    .part = m_recipe.part,
                                     .output = row.product,
                                     .outputOptions = m_recipe.outputOptions,
                                     .toolInput = prepared.toolInput,
