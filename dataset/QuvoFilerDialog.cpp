@@ -10,6 +10,8 @@
 #include <QTreeView>
 #include <QVariant>
 
+#include <optional>
+
 namespace
 {
 
@@ -74,7 +76,8 @@ void goTo(QFileDialog &dialog, const QString &start)
         dialog.selectFile(first.fileName());
 }
 
-QString runDialog(QFileDialog &dialog, const QString &start)
+/// Returns what the user chose.
+QStringList runDialog(QFileDialog &dialog, const QString &start)
 {
     FilerState state = readState();
     dialog.setViewMode(QFileDialog::Detail);
@@ -87,11 +90,27 @@ QString runDialog(QFileDialog &dialog, const QString &start)
     const bool accepted = dialog.exec() == QDialog::Accepted;
     state.size = dialog.size();
     state.parts = dialog.saveState();
-    const QString chosen = accepted ? dialog.selectedFiles().value(0) : QString();
+    const QStringList chosen = accepted ? dialog.selectedFiles() : QStringList();
     if (!chosen.isEmpty())
-        state.folder = dialog.fileMode() == QFileDialog::Directory ? chosen : QFileInfo(chosen).absolutePath();
+        state.folder = dialog.fileMode() == QFileDialog::Directory ? chosen.first()
+                                                                   : QFileInfo(chosen.first()).absolutePath();
     writeState(state);
     return chosen;
+}
+
+/// The answer that a test supplied; nothing when the dialog must be shown.
+std::optional<QString> answerOf(const QString &title, const QString &start, const QString &filter)
+{
+    const QVariant beforehand = qApp->property(answersProperty);
+    if (!beforehand.isValid())
+        return std::nullopt;
+    QStringList answers = beforehand.toStringList();
+    const QString answer = answers.isEmpty() ? QString() : answers.takeFirst();
+    qApp->setProperty(answersProperty, answers);
+    qApp->setProperty(shownProperty,
+                      qApp->property(shownProperty).toStringList()
+                          << QStringList{title, start, filter}.join('|'));
+    return answer;
 }
 
 } // namespace
@@ -99,16 +118,8 @@ QString runDialog(QFileDialog &dialog, const QString &start)
 QString QuvoFilerDialog::getSelection(QWidget *parent, Kind kind, const QString &title, const QString &start,
                                       const QString &filter)
 {
-    const QVariant beforehand = qApp->property(answersProperty);
-    if (beforehand.isValid()) {
-        QStringList answers = beforehand.toStringList();
-        const QString answer = answers.isEmpty() ? QString() : answers.takeFirst();
-        qApp->setProperty(answersProperty, answers);
-        qApp->setProperty(shownProperty,
-                          qApp->property(shownProperty).toStringList()
-                              << QStringList{title, start, filter}.join('|'));
-        return answer;
-    }
+    if (const auto answer = answerOf(title, start, filter))
+        return *answer;
     QFileDialog dialog(parent, title, {}, filter);
     dialog.setAcceptMode(kind == SaveFile ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(kind == SaveFile       ? QFileDialog::AnyFile
@@ -116,7 +127,7 @@ QString QuvoFilerDialog::getSelection(QWidget *parent, Kind kind, const QString 
                                               : QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly, kind == OpenFolder);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, kind == SaveFile);
-    return runDialog(dialog, start);
+    return runDialog(dialog, start).value(0);
 }
 
 QByteArray QuvoFilerDialog::state()
@@ -127,6 +138,16 @@ QByteArray QuvoFilerDialog::state()
 void QuvoFilerDialog::setState(const QByteArray &state)
 {
     qApp->setProperty(stateProperty, state);
+}
+
+QStringList QuvoFilerDialog::getFiles(QWidget *parent, const QString &title, const QString &start,
+                                      const QString &filter)
+{
+    if (const auto answer = answerOf(title, start, filter))
+        return answer->isEmpty() ? QStringList() : answer->split(QLatin1Char('\n'));
+    QFileDialog dialog(parent, title, {}, filter);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    return runDialog(dialog, start);
 }
 
 void QuvoFilerDialog::answerBeforehand(const QStringList &paths)

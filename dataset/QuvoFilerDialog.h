@@ -32,6 +32,11 @@ public:
     /// Restores them; bytes that are no state are ignored.
     static void setState(const QByteArray &state);
 
+    /// Lets the user choose several existing files. Empty when the user cancels. A supplied answer holds their
+    /// paths, separated by line feeds.
+    static QStringList getFiles(QWidget *parent, const QString &title, const QString &start,
+                                const QString &filter);
+
     /// From here on no dialog is shown: each call returns the next of the paths, and an empty one when none is
     /// left.
     static void answerBeforehand(const QStringList &paths);

@@ -85,6 +85,22 @@ Prompt::SaveAnswer Prompt::saveQuestion(QWidget *parent, const QString &text)
     return box.clickedButton() == discard ? Discard : Cancel;
 }
 
+int Prompt::choice(QWidget *parent, const QString &text, const QStringList &buttons)
+{
+    const QString title = labelText({"MESS_QUESTION", "Question"});
+    if (const auto answer = answerOf(title, text))
+        return *answer ? 0 : static_cast<int>(buttons.size()) - 1;
+    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    QList<QAbstractButton *> shown;
+    for (const QString &button : buttons)
+        shown += box.addButton(button, QMessageBox::AcceptRole);
+    box.setDefaultButton(static_cast<QPushButton *>(shown.first()));
+    box.setEscapeButton(box.addButton(labelText({"MESS_ANNULER", "Annuler"}), QMessageBox::RejectRole));
+    box.exec();
+    return static_cast<int>(shown.indexOf(box.clickedButton()));
+}
+
 void Prompt::notice(QWidget *button, const QString &text)
 {
     const int duration = 3000 + 40 * static_cast<int>(text.size()); // ms, to read it

@@ -27,6 +27,10 @@ public:
     /// Asks whether to save changes before they are lost. A supplied answer "yes" saves, "no" discards.
     static SaveAnswer saveQuestion(QWidget *parent, const QString &text);
 
+    /// Asks which of the buttons' texts is wanted, the first by default. Returns its index; -1 when the user
+    /// cancels. A supplied answer "yes" is the first button, "no" the last.
+    static int choice(QWidget *parent, const QString &text, const QStringList &buttons);
+
     /// Shows a line beside a button that was used, to confirm what it did. The line goes by itself.
     static void notice(QWidget *button, const QString &text);
 

@@ -17,6 +17,7 @@ const QString fillName = QStringLiteral("fill-voids");
 const QString maskName = QStringLiteral("mask");
 const QString partName = QStringLiteral("part");
 const QString georeferenceName = QStringLiteral("georeference");
+const QString mosaicName = QStringLiteral("mosaic");
 const QString printName = QStringLiteral("print-command");
 
 /// The options, in the order in which the help shows them.
@@ -36,7 +37,8 @@ void declareOptions(QCommandLineParser &parser)
         QStringLiteral("dem"),
         text("MESS_LOT_DES_MNT",
              "MNT pour chacun desquels la recette est exécutée ; chaque produit porte le nom de son MNT, suivi "
-             "de celui du traitement, et se trouve à côté de lui."),
+             "de celui du traitement, et se trouve à côté de lui. Avec --mosaic, ils sont les tuiles d'un seul "
+             "MNT."),
         QStringLiteral("[dem...]]"));
     parser.addOptions({
         {QStringLiteral("process"), text("MESS_LOT_TRAITEMENT", "Traitement (voir --list)."),
@@ -60,6 +62,8 @@ void declareOptions(QCommandLineParser &parser)
     parser.addOptions({
         {QStringLiteral("set"), text("MESS_LOT_OPTION", "Option du traitement (voir --list) ; répétable."),
          QStringLiteral("name=value")},
+        {mosaicName,
+         text("MESS_LOT_MOSAIQUE", "Les MNT de la ligne de commande sont les tuiles d'un seul : un produit.")},
         {QStringLiteral("overwrite"), text("MESS_LOT_REMPLACER", "Remplace un produit qui existe déjà.")},
         {printName, text("MESS_LOT_COMMANDE", "Affiche la commande de l'outil et n'exécute rien.")},
         {listName, text("MESS_LOT_LISTE", "Affiche les traitements et leurs options.")},
@@ -140,24 +144,37 @@ QString readOutputOptions(BatchArguments &arguments, const QCommandLineParser &p
     return {};
 }
 
-QString readValues(BatchArguments &arguments, const QCommandLineParser &parser)
+QString readDems(BatchArguments &arguments, const QCommandLineParser &parser)
 {
     const QStringList files = parser.positionalArguments();
     arguments.recipeFile = files.value(0);
     arguments.dems = files.mid(1);
+    arguments.mosaic = parser.isSet(mosaicName);
+    if (arguments.mosaic && arguments.dems.size() < 2)
+        return tooFewTilesProblem();
+    if (arguments.mosaic && parser.isSet(QStringLiteral("input")))
+        return labelText({"MESS_LOT_MOSAIQUE_INPUT", "--input ne s'emploie pas avec --mosaic."});
     for (const char *option : {"input", "output"}) {
-        if (!arguments.dems.isEmpty() && parser.isSet(QLatin1String(option)))
+        if (!arguments.dems.isEmpty() && !arguments.mosaic && parser.isSet(QLatin1String(option)))
             return labelText({"MESS_LOT_PLUSIEURS",
                               "--%1 ne s'emploie pas avec plusieurs MNT : chacun a son propre produit à côté "
                               "de lui."})
                 .arg(QLatin1String(option));
     }
+    return {};
+}
+
+QString readValues(BatchArguments &arguments, const QCommandLineParser &parser)
+{
+    QString problem = readDems(arguments, parser);
+    if (!problem.isEmpty())
+        return problem;
     arguments.process = parser.value(QStringLiteral("process"));
     if (parser.isSet(QStringLiteral("input")))
         arguments.input = parser.value(QStringLiteral("input"));
     if (parser.isSet(QStringLiteral("output")))
         arguments.output = parser.value(QStringLiteral("output"));
-    QString problem = readOutputOptions(arguments, parser);
+    problem = readOutputOptions(arguments, parser);
     if (!problem.isEmpty())
         return problem;
     arguments.mask = parser.value(maskName);
@@ -184,6 +201,11 @@ QString readValues(BatchArguments &arguments, const QCommandLineParser &parser)
 }
 
 } // namespace
+
+QString tooFewTilesProblem()
+{
+    return labelText({"MESS_LOT_SANS_TUILES", "--mosaic demande une recette, puis au moins deux MNT."});
+}
 
 BatchArguments readBatchArguments(const QStringList &texts)
 {

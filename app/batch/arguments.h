@@ -32,6 +32,7 @@ struct BatchArguments
     QString recipeFile;     ///< path of the recipe; pipedRecipeName for standard input; empty: no recipe
     QByteArray pipedRecipe; ///< text of the recipe on standard input; main() reads it
     QStringList dems;       ///< DEMs that the recipe is run for, each in place of the recipe's own input
+    bool mosaic = false;    ///< the DEMs are the tiles of a single one
     QString process;        ///< word of the process; empty: the recipe names it
     std::optional<QString> input;
     std::optional<QString> output;
@@ -47,6 +48,9 @@ struct BatchArguments
 
 /// The recipe's name on the command line when its text comes on standard input.
 constexpr char pipedRecipeName[] = "-";
+
+/// A sentence: --mosaic needs more DEMs.
+QString tooFewTilesProblem();
 
 /// Reads the arguments, the first of which is the program's name. No application object is needed.
 BatchArguments readBatchArguments(const QStringList &arguments);

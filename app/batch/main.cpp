@@ -119,7 +119,7 @@ int runOrPrint(const BatchArguments &arguments)
     const BatchRuns batch = splitBatch(arguments);
     if (!batch.problem.isEmpty())
         return refuse(batch.problem, BatchExit::BadArguments);
-    if (!arguments.dems.isEmpty() && arguments.action == BatchAction::Run)
+    if (!arguments.dems.isEmpty() && !arguments.mosaic && arguments.action == BatchAction::Run)
         return runSeries(stopSignals, batch.runs);
     int code = 0;
     for (const BatchArguments &run : batch.runs)

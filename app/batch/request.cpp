@@ -7,6 +7,7 @@
 #include "app/startup/StopSignals.h"
 #include "dataset/formatfilters.h"
 #include "dataset/formats.h"
+#include "dataset/mosaic.h"
 #include "dataset/pathencoding.h"
 #include "dataset/references.h"
 
@@ -69,13 +70,19 @@ RecipeReading combinedRecipe(const BatchArguments &arguments)
         reading.problem = chooseProcess(recipe, arguments);
     if (reading.problem.isEmpty())
         reading.problem = setOptions(recipe, arguments);
+    if (arguments.mosaic)
+        recipe.tiles = arguments.dems;
+    else if (arguments.input)
+        recipe.tiles.clear();
+    if (!recipe.tiles.isEmpty())
+        recipe.input.clear();
     recipe.input = arguments.input.value_or(recipe.input);
     recipe.output = arguments.output.value_or(recipe.output);
     recipe.band = arguments.band.value_or(recipe.band);
     recipe.part = arguments.part.value_or(recipe.part);
     recipe.outputOptions = overridden(recipe.outputOptions, arguments.outputOptions);
 
-    if (reading.problem.isEmpty() && recipe.input.isEmpty())
+    if (reading.problem.isEmpty() && recipe.input.isEmpty() && recipe.tiles.isEmpty())
         reading.problem = labelText({"MESS_LOT_SANS_ENTREE", "Indiquez le MNT d'entrée (--input)."});
     if (reading.problem.isEmpty() && recipe.output.isEmpty())
         reading.problem = labelText({"MESS_LOT_SANS_SORTIE", "Indiquez le fichier à créer (--output)."});
@@ -95,6 +102,50 @@ QStringList outputWarnings(const ProcessingRequest &request)
     return warnings;
 }
 
+/// What the names of a recipe's products end in.
+struct ProductNaming
+{
+    QString suffix;
+    QString extension;
+};
+
+ProductNaming namingOf(const Recipe &recipe)
+{
+    const ProcessRow &row = processRow(findProcess(recipe.process)->process);
+    return {QString::fromLatin1(row.suffix),
+            formatExtensions(outputFormat(recipe.outputOptions, row.product)).value(0)};
+}
+
+/// The DEMs by the names under which GDAL opens them, without those that have the name of a product of one of
+/// them, or of their mosaic.
+QStringList withoutProducts(const QStringList &typed, const ProductNaming &naming)
+{
+    QStringList dems;
+    QStringList products;
+    for (const QString &dem : typed)
+        dems += dataSetName(dem, QDir::currentPath());
+    for (const QString &dem : qAsConst(dems)) {
+        products += productName(dem, naming.suffix, naming.extension);
+        products += productName(mosaicName({dem}), naming.suffix, naming.extension);
+    }
+    dems.erase(
+        std::remove_if(dems.begin(), dems.end(), [&](const QString &dem) { return products.contains(dem); }),
+        dems.end());
+    return dems;
+}
+
+/// The run of the mosaic of the tiles, whose product stands beside the first of them where no name is given.
+BatchRuns mosaicRun(const BatchArguments &arguments, const QStringList &tiles, const ProductNaming &naming)
+{
+    if (tiles.size() < 2)
+        return {{}, tooFewTilesProblem()};
+    BatchArguments run = arguments;
+    run.dems = tiles;
+    if (!run.output)
+        run.output = productName(mosaicName(tiles), naming.suffix, naming.extension);
+    return {{run}, {}};
+}
+
 } // namespace
 
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder)
@@ -105,8 +156,15 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     if (!batch.problem.isEmpty())
         return batch;
     const Recipe &recipe = reading.recipe;
-    const QString dem = dataSetName(recipe.input, QDir::currentPath());
-    batch.problem = endlessSourceProblem(dem); // before the DEM is opened
+    QString dem = dataSetName(recipe.input, QDir::currentPath());
+    if (recipe.tiles.isEmpty()) {
+        batch.problem = endlessSourceProblem(dem); // before the DEM is opened
+    } else {
+        const Mosaic mosaic = makeMosaic(recipe.tiles, workFolder);
+        dem = mosaic.path;
+        batch.problem = mosaic.problem;
+        batch.warnings = mosaic.warnings;
+    }
     if (!batch.problem.isEmpty())
         return batch;
     const RecipeInput prepared =
@@ -114,6 +172,7 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     batch.request = {.process = processOf(recipe.options),
                      .mode = recipe.process,
                      .input = dem,
+                     .tiles = recipe.tiles,
                      .band = recipe.band,
                      .part = recipe.part,
                      .output = recipe.output,
@@ -121,8 +180,9 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
                      .toolInput = prepared.toolInput,
                      .cellUse = cellUse(recipe.options)};
     batch.problem = prepared.problem;
-    batch.warnings = prepared.warnings + outputWarnings(batch.request);
-    if (arguments.action == BatchAction::PrintCommand && prepared.toolInput.readsTemporaryFile)
+    batch.warnings += prepared.warnings + outputWarnings(batch.request);
+    if (arguments.action == BatchAction::PrintCommand
+        && (prepared.toolInput.readsTemporaryFile || !recipe.tiles.isEmpty()))
         batch.warnings += labelText(
             {"MESS_LOT_FICHIER_TEMP",
              "Cette commande lit un fichier temporaire de ce programme, supprimé quand il se termine."});
@@ -137,29 +197,25 @@ BatchRuns splitBatch(const BatchArguments &arguments)
     if (arguments.dems.isEmpty())
         return {{arguments}, {}};
     BatchArguments one = arguments;
-    one.dems.clear();
-    one.input = arguments.dems.first();
-    one.output = one.input; // a placeholder until the format is known
+    if (!arguments.mosaic) {
+        one.dems.clear();
+        one.input = arguments.dems.first();
+    }
+    one.output = arguments.dems.first(); // a placeholder until the format is known
     const RecipeReading reading = combinedRecipe(one);
     if (!reading.problem.isEmpty())
         return {{}, reading.problem};
-    const NamedProcess &process = *findProcess(reading.recipe.process);
-    const ProcessRow &row = processRow(process.process);
-    const QString extension =
-        formatExtensions(outputFormat(reading.recipe.outputOptions, row.product)).value(0);
-    const QString suffix = QString::fromLatin1(row.suffix);
+    const ProductNaming naming = namingOf(reading.recipe);
+    const QStringList dems = withoutProducts(arguments.dems, naming);
+    if (arguments.mosaic)
+        return mosaicRun(arguments, dems, naming);
 
     QVector<BatchArguments> runs;
-    QStringList products;
-    for (const QString &dem : arguments.dems) {
-        one.input = dataSetName(dem, QDir::currentPath());
-        one.output = productName(*one.input, suffix, extension);
-        products += *one.output;
+    for (const QString &dem : dems) {
+        one.input = dem;
+        one.output = productName(dem, naming.suffix, naming.extension);
         runs += one;
     }
-    runs.erase(std::remove_if(runs.begin(), runs.end(),
-                              [&](const BatchArguments &run) { return products.contains(*run.input); }),
-               runs.end());
     return {runs, {}};
 }
 

@@ -38,7 +38,8 @@ struct BatchRuns
 
 /// Splits a command line that names several DEMs into one run for each. The product of each run is named
 /// "<base>_<suffix>.<extension>" and stands beside its DEM. A DEM that has the name of another DEM's product is
-/// left out, so that a second call with all files of a folder does not process the products of the first.
+/// left out, so that a second call with all files of a folder does not process the products of the first. With
+/// --mosaic the DEMs that remain are the tiles of a single run, and its product has the name given, if any.
 BatchRuns splitBatch(const BatchArguments &arguments);
 
 /// The command line that a run of the request would use. The input need not exist.

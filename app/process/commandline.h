@@ -8,6 +8,7 @@
 
 #include <QRect>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -16,9 +17,10 @@
 struct ProcessingRequest
 {
     std::optional<Process> process; ///< empty: no process is chosen, and there are no arguments
-    QString mode;   ///< mode word of the DEM tool ("hillshade", "TRI"); the other tools ignore it
-    QString input;  ///< path of the DEM
-    int band = 1;   ///< band of the DEM, counted from 1
+    QString mode;           ///< mode word of the DEM tool ("hillshade", "TRI"); the other tools ignore it
+    QString input;          ///< path of the DEM
+    QStringList tiles = {}; ///< the files of which the input is a temporary mosaic; empty: it is a file itself
+    int band = 1;           ///< band of the DEM, counted from 1
     QRect part{};   ///< cells of the DEM that the product covers, from the file's upper left; null: all of them
     QString output; ///< path of the product
     OutputOptions outputOptions;

@@ -1,10 +1,12 @@
 #include "app/process/productname.h"
 
+#include "app/process/processes.h"
 #include "dataset/pathencoding.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSet>
 
 QString productName(const QString &input, const QString &suffix, const QString &extension)
 {
@@ -32,6 +34,26 @@ bool isProposedName(const QString &name, const QString &input, const QString &su
     static const QRegularExpression number(QStringLiteral("^(_[0-9]+)?$"));
     return file.absolutePath() == dem.absolutePath() && file.completeBaseName().startsWith(stem)
         && number.match(file.completeBaseName().mid(stem.size())).hasMatch();
+}
+
+QStringList withoutProducts(const QStringList &files)
+{
+    QStringList suffixes;
+    for (const NamedProcess &process : namedProcesses())
+        suffixes += QString::fromLatin1(processRow(process.process).suffix);
+    const QRegularExpression productEnd(
+        QStringLiteral("(?:_mosaic)?_(?:%1)(?:_[0-9]+)?$").arg(suffixes.join(QLatin1Char('|'))));
+    QSet<QString> bases;
+    for (const QString &file : files)
+        bases += QFileInfo(file).completeBaseName();
+    QStringList dems;
+    for (const QString &file : files) {
+        const QString base = QFileInfo(file).completeBaseName();
+        const QString demBase = QString(base).remove(productEnd);
+        if (demBase == base || !bases.contains(demBase))
+            dems += file;
+    }
+    return dems;
 }
 
 QString adaptExtension(const QString &name, const QStringList &extensions, const QStringList &knownExtensions)

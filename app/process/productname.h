@@ -16,6 +16,10 @@ QString proposeOutputName(const QString &input, const QString &suffix, const QSt
 /// Whether proposeOutputName() could have returned the name, whatever its extension and number.
 bool isProposedName(const QString &name, const QString &input, const QString &suffix);
 
+/// The files without those that are named as a product, of any process and format, of another one of them or of
+/// its mosaic.
+QStringList withoutProducts(const QStringList &files);
+
 /// Replaces an extension that is one of `knownExtensions`, but not of `extensions`, by the first of
 /// `extensions`. Any other name is returned as it is. Used where process or format change under a name that the
 /// user wrote.

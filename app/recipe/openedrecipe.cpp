@@ -4,6 +4,7 @@
 #include "app/process/productname.h"
 #include "app/recipe/observerfile.h"
 #include "app/recipe/tablefile.h"
+#include "dataset/mosaic.h"
 #include "dataset/rasterinfo.h"
 
 namespace
@@ -45,19 +46,34 @@ void adaptPart(OpenedRecipe &opened, const QString &dem)
     part = QRect();
 }
 
-/// Drops an input that cannot be read, and a band that the DEM does not have.
-void adaptInput(OpenedRecipe &opened, const QString &currentInput)
+/// Makes the mosaic of the tiles. Returns whether the input, if there is one, can be read.
+bool openInput(OpenedRecipe &opened, WorkFolder &workFolder)
 {
     Recipe &recipe = opened.recipe;
-    if (!recipe.input.isEmpty() && !readRasterInfo(recipe.input).problem.isEmpty()) {
+    if (recipe.tiles.isEmpty())
+        return recipe.input.isEmpty() || readRasterInfo(recipe.input).problem.isEmpty();
+    const Mosaic mosaic = makeMosaic(recipe.tiles, workFolder);
+    recipe.input = mosaic.path;
+    opened.warnings += mosaic.warnings;
+    if (!mosaic.problem.isEmpty())
+        opened.warnings += mosaic.problem;
+    return mosaic.problem.isEmpty();
+}
+
+/// Drops an input that cannot be read, and a band that the DEM does not have.
+void adaptInput(OpenedRecipe &opened, const QString &currentInput, WorkFolder &workFolder)
+{
+    Recipe &recipe = opened.recipe;
+    if (!openInput(opened, workFolder)) {
         opened.warnings += labelText({"MESS_REC_SANS_MNT",
                                       "Le MNT des réglages, « %1 », ne peut pas être lu ; celui de la "
                                       "fenêtre reste."})
-                               .arg(recipe.input);
+                               .arg(recipe.tiles.isEmpty() ? recipe.input : mosaicTitle(recipe.tiles));
         const QString suffix = QString::fromLatin1(processRow(findProcess(recipe.process)->process).suffix);
-        if (isProposedName(recipe.output, recipe.input, suffix))
+        if (isProposedName(recipe.output, namingInput(recipe), suffix))
             recipe.output.clear(); // the name was proposed for the DEM that cannot be read
         recipe.input.clear();
+        recipe.tiles.clear();
     }
     const QString dem = recipe.input.isEmpty() ? currentInput : recipe.input;
     const int bands = dem.isEmpty() ? recipe.band : readRasterInfo(dem).bandCount;
@@ -117,6 +133,7 @@ Recipe recipeOf(const ProcessingRequest &request, const ProcessOptions &options)
     Recipe recipe;
     recipe.process = processWord(options);
     recipe.input = request.input;
+    recipe.tiles = request.tiles;
     recipe.output = request.output;
     recipe.band = request.band;
     recipe.part = request.part;
@@ -125,7 +142,7 @@ Recipe recipeOf(const ProcessingRequest &request, const ProcessOptions &options)
     return recipe;
 }
 
-OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInput)
+OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInput, WorkFolder &workFolder)
 {
     OpenedRecipe opened{.recipe = reading.recipe, .warnings = {}, .problem = reading.problem};
     Recipe &recipe = opened.recipe;
@@ -136,7 +153,7 @@ OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInpu
     if (!opened.problem.isEmpty())
         return opened;
 
-    adaptInput(opened, currentInput);
+    adaptInput(opened, currentInput, workFolder);
     if (auto *colors = std::get_if<ColorReliefOptions>(&recipe.options))
         adaptTable(opened, *colors);
     if (auto *observers = std::get_if<IntervisibilityOptions>(&recipe.options))

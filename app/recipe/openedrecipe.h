@@ -2,6 +2,7 @@
 
 #include "app/process/commandline.h"
 #include "app/recipe/recipe.h"
+#include "dataset/workfolder.h"
 
 #include <QString>
 #include <QStringList>
@@ -22,5 +23,5 @@ struct OpenedRecipe
 /// Checks and adapts a recipe before the window changes anything. A wrong value, format, colour table or vector
 /// source is a problem; an input that cannot be read and a missing band are warnings. Observers of a vector
 /// source are read into the list of observers. `currentInput` is the path of the window's DEM, empty where it
-/// has none.
-OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInput);
+/// has none. The mosaic of the recipe's tiles is made in the work folder, and is then the recipe's input.
+OpenedRecipe openRecipe(const RecipeReading &reading, const QString &currentInput, WorkFolder &workFolder);

@@ -1,10 +1,12 @@
 #include "app/recipe/recipe.h"
 
+#include "dataset/mosaic.h"
 #include "dataset/pathencoding.h"
 #include "messages/label.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -35,6 +37,19 @@ std::optional<QString> readText(const QJsonValue &value)
     return value.isString() && !text.contains(QChar(0)) ? std::optional(text) : std::nullopt;
 }
 
+/// The paths in a list of at least two texts; nothing for any other value.
+std::optional<QStringList> readTileList(const QJsonValue &value, const QString &folder)
+{
+    QStringList tiles;
+    for (const auto &tile : value.toArray()) {
+        const auto path = readText(tile);
+        if (!path || path->isEmpty())
+            return std::nullopt;
+        tiles += fromFolder(folder, *path);
+    }
+    return tiles.size() > 1 ? std::optional(tiles) : std::nullopt;
+}
+
 // The functions below fill in the recipe. Each returns the problem of the JSON that it reads, in a sentence;
 // empty when that is valid.
 
@@ -50,6 +65,12 @@ QString readMember(Recipe &recipe, const QString &name, const QJsonValue &value,
         (name == QLatin1String("input") ? recipe.input : recipe.output) =
             fromFolder(folder, path.value_or(QString()));
         return path ? QString() : wrongMember(name, textValue);
+    }
+    if (name == QLatin1String("tiles")) {
+        static constexpr Label fileList{"MESS_REC_DES_TUILES", "une liste d'au moins deux fichiers"};
+        const auto tiles = readTileList(value, folder);
+        recipe.tiles = tiles.value_or(QStringList());
+        return tiles ? QString() : wrongMember(name, fileList);
     }
     if (name == QLatin1String("band")) {
         recipe.band = value.toInt(0);
@@ -106,10 +127,19 @@ QString readObject(Recipe &recipe, QJsonObject object, const QString &folder)
         if (!problem.isEmpty())
             return problem;
     }
+    if (!recipe.tiles.isEmpty() && !recipe.input.isEmpty())
+        return labelText({"MESS_REC_TUILES_ENTREE",
+                          "« input » et « tiles » ne s'emploient pas ensemble : le MNT est un fichier, ou la "
+                          "mosaïque de plusieurs."});
     return {};
 }
 
 } // namespace
+
+QString namingInput(const Recipe &recipe)
+{
+    return recipe.tiles.isEmpty() ? recipe.input : mosaicName(recipe.tiles);
+}
 
 RecipeReading readRecipe(const QByteArray &json, const QString &folder)
 {
@@ -153,7 +183,10 @@ QByteArray writeRecipe(const Recipe &recipe)
         if (!text.isEmpty())
             object.insert(name, text);
     };
-    insertText(QStringLiteral("input"), recipe.input);
+    if (recipe.tiles.isEmpty())
+        insertText(QStringLiteral("input"), recipe.input);
+    else
+        object.insert(QStringLiteral("tiles"), QJsonArray::fromStringList(recipe.tiles));
     insertText(QStringLiteral("output"), recipe.output);
     insertText(QStringLiteral("part"), partText(recipe.part));
     for (const OutputOptionField &output : outputOptionFields()) {

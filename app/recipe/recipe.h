@@ -5,15 +5,19 @@
 #include <QByteArray>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 
 /// The settings of one run: what a recipe file, the window and the batch program's arguments describe.
 struct Recipe
 {
     QString process; ///< word of the process (processWord())
     QString input;   ///< path of the DEM; empty: the window or the command line names it
-    QString output;  ///< path of the product; empty: the window or the command line names it
-    int band = 1;    ///< band of the DEM, counted from 1
-    QRect part{};    ///< cells of the DEM that the product covers (partText()); null: all of them
+    /// At least two files that are one DEM together; empty: the DEM is one file. The input is then the
+    /// temporary mosaic of them, or empty while there is none; a recipe does not hold its path.
+    QStringList tiles = {};
+    QString output; ///< path of the product; empty: the window or the command line names it
+    int band = 1;   ///< band of the DEM, counted from 1
+    QRect part{};   ///< cells of the DEM that the product covers (partText()); null: all of them
     OutputOptions outputOptions;
     ProcessOptions options;
 
@@ -34,8 +38,12 @@ struct RecipeReading
 ///
 /// "format" and "process" are required. The names of the output options, such as "tiled", are those of
 /// outputOptionFields(), the members of "options" are the fields of the process's option record. An unknown
-/// member is a problem, so that typing mistakes are noticed. Relative paths are relative to `folder`.
+/// member is a problem, so that typing mistakes are noticed. Relative paths are relative to `folder`. In place
+/// of "input", "tiles" is a list of at least two files that are one DEM together: ["a.hgt", "b.hgt"].
 RecipeReading readRecipe(const QByteArray &json, const QString &folder);
+
+/// The file whose folder and base name name the products of the recipe's DEM: the input, or mosaicName().
+QString namingInput(const Recipe &recipe);
 
 /// Reads a recipe file of at most 64 MiB. The problem begins with the file's name.
 RecipeReading readRecipeFile(const QString &name);

@@ -76,8 +76,8 @@ QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths
     // Outside this program nothing removes the statistics that the tool leaves beside the DEM, and nothing
     // makes the views of a DEM that needs treatment.
     const bool touchesInput = !plan.touchedInputFiles.isEmpty();
-    const bool isPlain =
-        !plan.request.toolInput.readsTemporaryFile && !touchesInput && !needsSteps(plan.request, plan.dem);
+    const bool isPlain = !plan.request.toolInput.readsTemporaryFile && plan.request.tiles.isEmpty()
+        && !touchesInput && !needsSteps(plan.request, plan.dem);
     if (isPlain || tools.batch.isEmpty()) {
         QString text = shellCommand(words(plan.command), shell);
         if (processRow(*plan.request.process).tool == Tool::Contour && shell == Shell::Posix)

@@ -9,11 +9,13 @@
 namespace
 {
 
-/// Path of the local file in a drop; empty where the drop holds none or several.
-QString droppedFile(const QMimeData *data)
+/// Paths of the files in a drop; empty where one of them is not local.
+QStringList droppedFiles(const QMimeData *data)
 {
-    const QList<QUrl> addresses = data->urls();
-    return addresses.size() == 1 ? addresses.first().toLocalFile() : QString();
+    QStringList files;
+    for (const QUrl &address : data->urls())
+        files += address.toLocalFile();
+    return files.contains(QString()) ? QStringList() : files;
 }
 
 } // namespace
@@ -30,12 +32,12 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
     if (event->type() != QEvent::DragEnter && event->type() != QEvent::Drop)
         return QObject::eventFilter(watched, event);
     auto drop = static_cast<QDropEvent *>(event); // QDragEnterEvent is derived from it
-    const QString file = droppedFile(drop->mimeData());
+    const QStringList files = droppedFiles(drop->mimeData());
     // Drops also reach a window that a modal window blocks.
-    if (file.isEmpty() || QApplication::activeModalWidget())
+    if (files.isEmpty() || QApplication::activeModalWidget())
         return true;
     drop->acceptProposedAction();
     if (event->type() == QEvent::Drop)
-        emit dropped(file);
+        emit dropped(files);
     return true;
 }

@@ -4,7 +4,7 @@
 
 class QWidget;
 
-/// Accepts files that the user drops on a window, one at a time.
+/// Accepts files that the user drops on a window.
 class FileDrop : public QObject
 {
     Q_OBJECT
@@ -14,8 +14,8 @@ public:
     explicit FileDrop(QWidget *window);
 
 signals:
-    /// `path`: absolute path of a local file or folder.
-    void dropped(const QString &path);
+    /// `paths`: at least one absolute path of a local file or folder, all that were dropped at once.
+    void dropped(const QStringList &paths);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

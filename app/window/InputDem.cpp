@@ -3,6 +3,7 @@
 #include "app/startup/settings.h"
 #include "app/window/dialogrules.h"
 #include "dataset/QuvoFilerDialog.h"
+#include "dataset/mosaic.h"
 #include "dataset/pathencoding.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
@@ -63,7 +64,17 @@ InputDem::InputDem(QComboBox *paths, QComboBox *bands, QWidget *dialog)
 
 QString InputDem::path() const
 {
-    return m_paths->currentText() == m_path ? m_path : QString();
+    return m_paths->currentText() == m_shown ? m_path : QString();
+}
+
+QStringList InputDem::tiles() const
+{
+    return path().isEmpty() ? QStringList() : m_tiles;
+}
+
+QString InputDem::namingInput() const
+{
+    return tiles().isEmpty() ? path() : mosaicName(m_tiles);
 }
 
 int InputDem::band() const
@@ -124,11 +135,25 @@ bool InputDem::choose(const QString &path)
     return false;
 }
 
+bool InputDem::chooseMosaic(const QString &path, const QStringList &tiles)
+{
+    m_typingTimer.stop();
+    const RasterInfo info = readRasterInfo(path);
+    if (info.problem.isEmpty()) {
+        accept(path, info, tiles, MoveToFront);
+        return true;
+    }
+    m_problem = info.problem;
+    showOpenedPath();
+    warn(mosaicTitle(tiles));
+    return false;
+}
+
 /// Opens the typed path. Where that fails the text stays, so that the user can mend it, and there is no DEM.
 void InputDem::openTyped()
 {
     const QString typed = m_paths->currentText();
-    if (typed.isEmpty() || open(typed, MoveToFront))
+    if (typed.isEmpty() || !tiles().isEmpty() || open(typed, MoveToFront))
         return;
     emit changed(path());
     warn(typed);
@@ -148,8 +173,8 @@ void InputDem::showOpenedPath()
 {
     {
         const QSignalBlocker blocker(m_paths);
-        m_paths->setCurrentIndex(m_paths->findText(m_path));
-        m_paths->setEditText(m_path);
+        m_paths->setCurrentIndex(m_paths->findText(m_shown));
+        m_paths->setEditText(m_shown);
     }
     emit changed(path());
 }
@@ -166,7 +191,8 @@ void InputDem::warn(const QString &file)
 void InputDem::select()
 {
     const StartDirectory choices{m_lastChosenFolder, m_keepStartingDir, QDir::currentPath(),
-                                 m_paths->currentText(), m_paths->itemText(1)};
+                                 tiles().isEmpty() ? m_paths->currentText() : m_tiles.first(),
+                                 m_paths->itemText(1)};
     const QString path = QuvoFilerDialog::getSelection(
         m_dialog, QuvoFilerDialog::OpenFile,
         labelText({"MESS_CHX_MNT", "Choisir un Modèle Numérique de Terrain..."}), startDirectory(choices),
@@ -186,7 +212,7 @@ bool InputDem::open(const QString &typed, Listing listing)
     const QString name = dataSetName(typed, QDir::currentPath());
     const RasterInfo info = readRasterInfo(name);
     if (info.problem.isEmpty()) {
-        accept(name, info, listing);
+        accept(name, info, {}, listing);
         return true;
     }
     m_problem = info.problem;
@@ -204,21 +230,25 @@ void InputDem::onTyped()
 void InputDem::tryTyped()
 {
     const QString typed = m_paths->currentText();
-    if (typed == m_path || isVirtualPath(typed) || !QFileInfo(typed).isFile())
+    if (typed == m_shown || isVirtualPath(typed) || !QFileInfo(typed).isFile())
         return;
     const QString name = QFileInfo(typed).absoluteFilePath();
     const RasterInfo info = readRasterInfo(name);
     if (info.problem.isEmpty())
-        accept(name, info, MoveToFront);
+        accept(name, info, {}, MoveToFront);
 }
 
-void InputDem::accept(const QString &accepted, const RasterInfo &info, Listing listing)
+void InputDem::accept(const QString &accepted, const RasterInfo &info, const QStringList &tiles,
+                      Listing listing)
 {
     const bool same = accepted == m_path;
     m_path = accepted;
+    m_tiles = tiles;
+    m_shown = tiles.isEmpty() ? m_path : mosaicTitle(tiles);
     m_files = info.files;
     m_cellCount = static_cast<double>(info.width) * info.height;
-    writeRecentFiles(withRecent(readRecentFiles(), m_path));
+    if (m_tiles.isEmpty()) // the mosaic lives as long as this program
+        writeRecentFiles(withRecent(readRecentFiles(), m_path));
     showPath(listing);
     if (!same || m_bands->count() != info.bandCount) {
         m_bands->clear();
@@ -235,11 +265,12 @@ void InputDem::showPath(Listing listing)
 {
     const QSignalBlocker blocker(m_paths);
     const int fromEnd = static_cast<int>(m_paths->currentText().size()) - m_paths->lineEdit()->cursorPosition();
-    if (listing == MoveToFront || m_paths->findText(m_path) < 0) {
+    if (listing == MoveToFront || m_paths->findText(m_shown) < 0) {
         m_paths->clear();
         m_paths->addItems(readRecentFiles());
     }
-    m_paths->setCurrentIndex(m_paths->findText(m_path));
-    m_paths->lineEdit()->setCursorPosition(qMax(0, static_cast<int>(m_path.size()) - fromEnd));
-    m_paths->setToolTip(QDir::toNativeSeparators(m_path));
+    m_paths->setCurrentIndex(m_paths->findText(m_shown));
+    m_paths->setEditText(m_shown);
+    m_paths->lineEdit()->setCursorPosition(qMax(0, static_cast<int>(m_shown.size()) - fromEnd));
+    m_paths->setToolTip(m_tiles.isEmpty() ? QDir::toNativeSeparators(m_path) : tileLines(m_tiles));
 }

@@ -22,6 +22,13 @@ public:
     /// DEM is open or the text in the combo box is another one.
     QString path() const;
 
+    /// The tiles of the DEM where it is a mosaic; empty for a DEM that is one file, and with path().
+    QStringList tiles() const;
+
+    /// The file whose folder and base name name the products of the DEM: path(), or mosaicName(). Empty with
+    /// path().
+    QString namingInput() const;
+
     /// The files that the DEM is made of (RasterInfo::files).
     QStringList files() const { return m_files; }
 
@@ -37,6 +44,9 @@ public:
     /// Opens the file and makes it the input; changed() and demChanged() follow. On failure shows a warning,
     /// keeps text, bands and DEM, and returns false.
     bool choose(const QString &path);
+
+    /// Makes the mosaic at `path` of these tiles the input, as choose() does. The recent list does not hold it.
+    bool chooseMosaic(const QString &path, const QStringList &tiles);
 
     /// Opens the file that the user selects in a file dialog.
     void select();
@@ -74,14 +84,16 @@ private:
     void onScanned(const Extremes &extremes);
     void onTyped();
     void tryTyped();
-    void accept(const QString &accepted, const RasterInfo &info, Listing listing);
+    void accept(const QString &accepted, const RasterInfo &info, const QStringList &tiles, Listing listing);
     void showPath(Listing listing);
 
     QComboBox *m_paths;
     QComboBox *m_bands;
     QWidget *m_dialog;
     QTimer m_typingTimer;
-    QString m_path;    ///< path of the DEM that was opened last, as the combo box shows it
+    QString m_path;  ///< path of the DEM that was opened last
+    QString m_shown; ///< how the combo box shows it: its path, or the mosaic's title
+    QStringList m_tiles;
     QString m_problem; ///< why open() failed last, in a sentence
     QStringList m_files;
     double m_cellCount = 0.0; ///< cells of a band

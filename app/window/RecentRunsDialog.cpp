@@ -1,6 +1,7 @@
 #include "app/window/RecentRunsDialog.h"
 
 #include "app/preview/PreviewDialog.h"
+#include "dataset/mosaic.h"
 #include "messages/Prompt.h"
 
 #include <QDir>
@@ -108,7 +109,9 @@ void RecentRunsDialog::applyTexts()
         for (QTableWidgetItem *item :
              {cell(startText(run)), cell(processTitle(run.recipe.process)), cell(runEndText(run.end)),
               cell(durationText(run.seconds)),
-              cell(fileName(run.recipe.input), QDir::toNativeSeparators(run.recipe.input)),
+              cell(fileName(namingInput(run.recipe)),
+                   run.recipe.tiles.isEmpty() ? QDir::toNativeSeparators(run.recipe.input)
+                                              : tileLines(run.recipe.tiles)),
               cell(fileName(run.recipe.output), QDir::toNativeSeparators(run.recipe.output))})
             m_pTable->setItem(row, column++, item);
         m_pTable->item(row, 3)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -122,7 +122,7 @@ void SettingsMenu::openFile(const QString &file)
 
 void SettingsMenu::show(const RecipeReading &reading)
 {
-    const OpenedRecipe opened = openRecipe(reading, m_window.recipe().input);
+    const OpenedRecipe opened = openRecipe(reading, m_window.recipe().input, m_window.workFolder);
     if (!opened.problem.isEmpty()) {
         Prompt::warning(m_window.widget,
                         tr("Les réglages ne peuvent pas être repris.", "MESS_REGL_INVALIDE")
@@ -136,7 +136,8 @@ void SettingsMenu::show(const RecipeReading &reading)
 
 void SettingsMenu::slot_open()
 {
-    const QString start = m_lastFile.isEmpty() ? QFileInfo(m_window.recipe().input).absolutePath() : m_lastFile;
+    const QString start =
+        m_lastFile.isEmpty() ? QFileInfo(namingInput(m_window.recipe())).absolutePath() : m_lastFile;
     const QString file =
         QuvoFilerDialog::getSelection(m_window.widget, QuvoFilerDialog::OpenFile,
                                       tr("Ouvrir des réglages", "MESS_REGL_OUVRIR_T"), start, fileFilter());
@@ -200,8 +201,8 @@ void SettingsMenu::listRecentRuns()
     for (const RecentRun &run : runs) {
         const QString text = QStringLiteral("%1 · %2 · %3 · %4 (%5)")
                                  .arg(startText(run), processTitle(run.recipe.process),
-                                      run.recipe.input.section(QLatin1Char('/'), -1), runEndText(run.end),
-                                      durationText(run.seconds));
+                                      namingInput(run.recipe).section(QLatin1Char('/'), -1),
+                                      runEndText(run.end), durationText(run.seconds));
         QAction *action = m_pRecentMenu->addAction(inMenu(text));
         action->setToolTip(run.recipe.output);
         connect(action, &QAction::triggered, this, [this, recipe = run.recipe] { show({recipe, {}}); });

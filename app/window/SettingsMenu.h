@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/window/RunHistory.h"
+#include "dataset/workfolder.h"
 
 #include <QObject>
 #include <QPointer>
@@ -23,6 +24,7 @@ public:
     struct Window
     {
         QWidget *widget;                               ///< parent of boxes and dialogs
+        WorkFolder &workFolder;                        ///< where temporary mosaics are written
         std::function<Recipe()> recipe;                ///< returns the settings that the dialog shows
         std::function<void(const Recipe &)> setRecipe; ///< shows settings that openRecipe() has checked
         std::function<bool()> mayLaunch;               ///< returns whether a launch may begin

@@ -4,6 +4,7 @@
 #include "app/process/productname.h"
 #include "app/recipe/openedrecipe.h"
 #include "app/run/copiedcommand.h"
+#include "app/series/SeveralDems.h"
 #include "app/startup/settings.h"
 #include "app/window/AboutDialog.h"
 #include "app/window/DemLook.h"
@@ -62,6 +63,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     m_settings = std::make_unique<SettingsMenu>(
         *m_form->m_pTBSettings, m_run,
         SettingsMenu::Window{.widget = this,
+                             .workFolder = m_workFolder,
                              .recipe = [this] { return recipe(); },
                              .setRecipe = [this](const Recipe &recipe) { setRecipe(recipe); },
                              .mayLaunch = [this] { return mayLaunch(); },
@@ -78,6 +80,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
                 m_form->m_pTBDemLook, m_form->m_pTabWidget, m_form->m_pGrpBPreviews, m_form->m_pLEOutputFile,
                 m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions, m_form->m_pPBShowPreview,
                 m_form->m_pAboutLabel, m_form->m_pTBSettings, m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
+    makeSeveralDems();
     m_shape->restore();
     QuvoFilerDialog::setState(readFilerState());
     applyTexts();
@@ -116,12 +119,32 @@ void quvoGdalUtilities::connectControls()
             &quvoGdalUtilities::slot_showOutputFileAdvancedOptions);
     connect(m_form->m_pPBLaunchProcess, &QPushButton::clicked, this, &quvoGdalUtilities::slot_launchProcess);
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &quvoGdalUtilities::close);
-    connect(new FileDrop(this), &FileDrop::dropped, this, [this](const QString &file) {
-        if (SettingsMenu::isSettingsFile(file))
-            m_settings->openFile(file);
-        else
-            setInputDem(file);
-    });
+    connect(new FileDrop(this), &FileDrop::dropped, this, &quvoGdalUtilities::openDropped);
+}
+
+void quvoGdalUtilities::makeSeveralDems()
+{
+    m_several = std::make_unique<SeveralDems>(
+        m_scriptRunner, m_tools, m_workFolder,
+        SeveralDems::Window{.widget = this,
+                            .showDem = [this](const QString &path) { setInputDem(path); },
+                            .showMosaic =
+                                [this](const QString &path, const QStringList &tiles) {
+                                    setKeepStartingDir(false);
+                                    m_input->chooseMosaic(path, tiles);
+                                },
+                            .recipe = [this] { return recipeToRun(); },
+                            .folder = [this] { return QFileInfo(m_input->namingInput()).absolutePath(); }});
+    connect(m_several.get(), &SeveralDems::seriesBegins, this, [this] { m_previews.hold(); });
+    connect(m_several.get(), &SeveralDems::seriesEnded, this, [this] { m_previews.release(); });
+}
+
+void quvoGdalUtilities::openDropped(const QStringList &paths)
+{
+    if (paths.size() == 1 && SettingsMenu::isSettingsFile(paths.first()))
+        m_settings->openFile(paths.first());
+    else
+        m_several->open(paths);
 }
 
 void quvoGdalUtilities::connectPreviews()
@@ -187,7 +210,8 @@ void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
 {
     if (const auto process = m_tabs->currentProcess()) {
         const ProcessRow &row = processRow(*process);
-        m_output->propose(path, QString::fromLatin1(row.suffix), currentExtensions());
+        m_output->propose(path.isEmpty() ? path : m_input->namingInput(), QString::fromLatin1(row.suffix),
+                          currentExtensions());
     }
     slot_activeLaunchButton();
 }
@@ -212,15 +236,25 @@ void quvoGdalUtilities::slot_selectInputDem()
 void quvoGdalUtilities::chooseSource()
 {
     ImageChooser chooser(SourceWanted::Rasters, m_workFolder, this);
-    if (!m_input->path().isEmpty())
+    if (!m_input->path().isEmpty() && m_input->tiles().isEmpty())
         chooser.setSource(m_input->path());
     if (chooser.exec() == QDialog::Accepted && m_input->choose(chooser.name()))
         m_form->m_pCBBand->setCurrentIndex(chooser.band() - 1);
 }
 
+void quvoGdalUtilities::slot_selectTiles()
+{
+    m_several->slot_selectTiles();
+}
+
+void quvoGdalUtilities::slot_selectTileFolder()
+{
+    m_several->slot_selectFolder();
+}
+
 void quvoGdalUtilities::slot_selectOutputFile()
 {
-    m_output->select(m_input->path(), currentExtensions(), m_input->files());
+    m_output->select(m_input->namingInput(), currentExtensions(), m_input->files());
 }
 
 QStringList quvoGdalUtilities::currentExtensions() const
@@ -237,7 +271,8 @@ ProcessingRequest quvoGdalUtilities::currentRequest() const
         request.cellUse = cellUse(panel->processOptions());
     }
     request.input = m_input->path();
-    request.output = besideInput(m_output->name(), request.input);
+    request.tiles = m_input->tiles();
+    request.output = besideInput(m_output->name(), m_input->namingInput());
     request.band = m_input->band();
     if (request.process) {
         const bool vector = productKind(request) == ProductKind::Vector;
@@ -259,7 +294,9 @@ Recipe quvoGdalUtilities::recipe() const
 void quvoGdalUtilities::setRecipe(const Recipe &recipe)
 {
     const Process process = processOf(recipe.options);
-    if (!recipe.input.isEmpty())
+    if (!recipe.tiles.isEmpty())
+        m_input->chooseMosaic(recipe.input, recipe.tiles);
+    else if (!recipe.input.isEmpty())
         setInputDem(recipe.input);
     m_form->m_pCBBand->setCurrentIndex(recipe.band - 1);
     m_tabs->show(process);
@@ -269,7 +306,8 @@ void quvoGdalUtilities::setRecipe(const Recipe &recipe)
     if (recipe.output.isEmpty())
         slot_onInputDemChanged(m_input->path());
     else
-        m_output->restore(recipe.output, m_input->path(), QString::fromLatin1(processRow(process).suffix));
+        m_output->restore(recipe.output, m_input->namingInput(),
+                          QString::fromLatin1(processRow(process).suffix));
     slot_activeLaunchButton();
 }
 
@@ -300,7 +338,7 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
 bool quvoGdalUtilities::mayLaunch()
 {
     slot_activeLaunchButton(); // options may have been typed since the button was last updated
-    return !m_run.isRunning() && m_form->m_pPBLaunchProcess->isEnabled();
+    return !isRunning() && m_form->m_pPBLaunchProcess->isEnabled();
 }
 
 void quvoGdalUtilities::updateOutputFormat()
@@ -309,15 +347,29 @@ void quvoGdalUtilities::updateOutputFormat()
         panel->setOutputFormat(outputFormat(currentRequest()));
 }
 
+bool quvoGdalUtilities::isRunning() const
+{
+    return m_run.isRunning() || m_several->series().isRunning();
+}
+
+std::optional<Recipe> quvoGdalUtilities::recipeToRun()
+{
+    if (!m_tabs->currentPanel() || isRunning())
+        return std::nullopt;
+    const Recipe shown = recipe();
+    QString problem = optionsProblem(shown.options);
+    if (problem.isEmpty() && !m_tabs->currentPanel()->isComplete())
+        problem = tr("Les options du traitement affiché sont incomplètes.", "MESS_OPTIONS_INCOMPL");
+    if (problem.isEmpty())
+        return shown;
+    Prompt::warning(this, problem);
+    return std::nullopt;
+}
+
 std::optional<RunPlan> quvoGdalUtilities::currentPlan()
 {
-    if (!mayLaunch())
+    if (!mayLaunch() || !recipeToRun())
         return std::nullopt;
-    const QString problem = optionsProblem(m_tabs->currentPanel()->processOptions());
-    if (!problem.isEmpty()) {
-        Prompt::warning(this, problem);
-        return std::nullopt;
-    }
     const auto toolInput = m_tabs->currentPanel()->launchInput();
     if (!toolInput)
         return std::nullopt;
@@ -463,7 +515,7 @@ void quvoGdalUtilities::slot_showAboutAppDialog()
 
 void quvoGdalUtilities::done(int result)
 {
-    if (m_run.isRunning()
+    if (isRunning()
         && !Prompt::question(
             this, tr("Un traitement est en cours. Voulez-vous l'arrêter et quitter ?", "MESS_QUITTER_TRAIT")))
         return;
@@ -481,11 +533,13 @@ void quvoGdalUtilities::closeAtOnce()
 
 void quvoGdalUtilities::abandonRun()
 {
+    m_several->series().abandon();
     m_run.abandon();
 }
 
 void quvoGdalUtilities::stopRunSilently()
 {
+    m_several->series().abandon();
     if (!m_run.isRunning())
         return;
     disconnect(&m_run, nullptr, this, nullptr);

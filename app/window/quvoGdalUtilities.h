@@ -19,6 +19,7 @@ class PreviewControl;
 class ProcessTabs;
 class OutputField;
 class SettingsMenu;
+class SeveralDems;
 class WindowShape;
 struct ProcessResult;
 
@@ -94,6 +95,9 @@ public slots:
     void slot_activeLaunchButton();
     void slot_onWidgetOptionsCompleteChanged();
     void slot_selectInputDem();
+    /// Lets the user choose several DEMs, or a folder of DEMs, and asks whether they are one.
+    void slot_selectTiles();
+    void slot_selectTileFolder();
     void slot_onCurrentTabChanged(int index);
     void slot_onInputDemChanged(const QString &path);
     void slot_onOutputFileChanged();
@@ -110,6 +114,8 @@ protected:
 private:
     void connectControls();
     void connectPreviews();
+    void makeSeveralDems();
+    void openDropped(const QStringList &paths);
     void applyTexts();
     void updateLook();
     void chooseSource();
@@ -118,6 +124,8 @@ private:
     QStringList currentExtensions() const;
     OutputOptions &outputOptionsOf(Process process);
     void updateOutputFormat();
+    bool isRunning() const;
+    std::optional<Recipe> recipeToRun();
     std::optional<RunPlan> currentPlan();
     bool launch();
     void stopRunSilently();
@@ -136,6 +144,7 @@ private:
     std::unique_ptr<DemLook> m_look;
     std::unique_ptr<OutputField> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
+    std::unique_ptr<SeveralDems> m_several;
     std::unique_ptr<WindowShape> m_shape;
     OutputOptions m_rasterOptions; ///< output options of raster products
     OutputOptions m_vectorOptions; ///< output options of vector products

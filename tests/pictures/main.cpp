@@ -7,6 +7,7 @@
 
 #include "app/preview/PreviewDialog.h"
 #include "app/preview/PreviewPane.h"
+#include "app/series/SeriesResultDialog.h"
 #include "app/startup/startupoptions.h"
 #include "app/window/AboutDialog.h"
 #include "app/window/HelpDialog.h"
@@ -19,6 +20,7 @@
 #include "colortable/legend/legend.h"
 #include "dataset/chooser/ImageChooser.h"
 #include "dataset/chooser/TileForm.h"
+#include "dataset/extraction/ExtractionDialog.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/workfolder.h"
 #include "messages/QuvoLanguageManager.h"
@@ -259,8 +261,33 @@ void addChooser(Album &album)
     album.add(form, QStringLiteral("chooser_form"));
 }
 
+void addExtraction(Album &album)
+{
+    const QString dem = QStringLiteral(QUVO_TREE "/samples/sample_dem.tif");
+    ExtractionDialog whole(dem, 1, std::nullopt, nullptr);
+    ExtractionDialog part(dem, 1, QRect(300, 250, 420, 300), nullptr);
+    for (ExtractionDialog *dialog : {&whole, &part}) {
+        dialog->show();
+        waitForPreview();
+        album.add(*dialog,
+                  dialog == &whole ? QStringLiteral("extraction_whole") : QStringLiteral("extraction"));
+    }
+}
+
 void addResults(Album &album)
 {
+    const QString folder = QStringLiteral("/terrain/");
+    SeriesResultDialog series(
+        {{folder + QStringLiteral("N45E006.hgt"), folder + QStringLiteral("N45E006_hillshade.tif"),
+          SeriesRow::Done},
+         {folder + QStringLiteral("N45E007.hgt"), folder + QStringLiteral("N45E007_hillshade.tif"),
+          SeriesRow::Kept},
+         {folder + QStringLiteral("N46E006.hgt"), QString(), SeriesRow::Failed,
+          labelText({"MESS_RASTER_DROITS", "Vous n'avez pas le droit de lire ce fichier."})},
+         {folder + QStringLiteral("N46E007.hgt"), QString(), SeriesRow::Stopped},
+         {folder + QStringLiteral("N46E008.hgt"), QString(), SeriesRow::Waiting}},
+        nullptr);
+    album.add(series, QStringLiteral("series"));
     ProcessResult result;
     result.title = QStringLiteral("result");
     result.picture = QStringLiteral(":/QuvoGdalUtilities/images/ok2.png");
@@ -341,6 +368,7 @@ int main(int argc, char *argv[])
     addChooser(album);
     addTableEditor(album);
     addSmallDialogs(album);
+    addExtraction(album);
     addSettings(album);
     AboutDialog about(nullptr);
     album.add(about, QStringLiteral("about"));

@@ -30,6 +30,7 @@ private slots:
     void tablesOfOtherPrograms();
     void severalDems();
     void severalDemsStop();
+    void mosaicOfTiles();
     void namesOfAllKinds();
     void badArguments_data();
     void badArguments();
@@ -247,6 +248,43 @@ void BatchTest::severalDemsStop()
     QVERIFY(process.waitForFinished(10000));
     QVERIFY(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 1);
     QCOMPARE(files(), (QStringList{"dem.tif", "large.tif", "recette.json"}));
+}
+
+void BatchTest::mosaicOfTiles()
+{
+    const QString left = path("a été.tif");
+    const QString right = path("b.tif");
+    QVERIFY(copyRaster(path("dem.tif"), left, {"-srcwin", "0", "0", "30", "60"}));
+    QVERIFY(copyRaster(path("dem.tif"), right, {"-srcwin", "30", "0", "30", "60"}));
+    QVERIFY(copyRaster(right, path("c.tif"), {"-ot", "Float64"}));
+    QVERIFY(copyRaster(path("dem.tif"), path("whole.tif"), {"-srcwin", "0", "0", "60", "60"}));
+    QCOMPARE(batch({"--process", "slope", "--input", path("whole.tif"), "--output", path("hand.tif")}).code, 0);
+    writeFile(path("recette.json"),
+              R"({"format": 1, "process": "slope", "input": "none", "output": "none.tif"})");
+    const QStringList mosaic{path("recette.json"), "--mosaic", left, right};
+    const QString product = path("a été_mosaic_slope.tif");
+    const Ended ended = batch(mosaic);
+    QVERIFY2(ended.code == 0, qPrintable(ended.error));
+    QCOMPARE(bytesOf(product), bytesOf(path("hand.tif")));
+    // A product of an earlier call is no tile of the next one.
+    QCOMPARE(batch(mosaic + QStringList{product, "--overwrite"}).code, 0);
+
+    // The tiles of a recipe, in place of those of the command line, and the other way round.
+    writeFile(path("tuiles.json"), R"({"format": 1, "process": "slope", "tiles": ["a été.tif", "b.tif"]})");
+    QCOMPARE(batch({path("tuiles.json"), "--output", path("d.tif")}).code, 0);
+    QCOMPARE(bytesOf(path("d.tif")), bytesOf(path("hand.tif")));
+    QVERIFY(batch({path("tuiles.json"), "--input", right, "--output", path("e.tif"), "--print-command"})
+                .out.contains(right));
+
+    // No product replaces a tile, and tiles that do not fit are named.
+    const QByteArray tile = bytesOf(right);
+    QCOMPARE(batch({path("tuiles.json"), "--output", right, "--overwrite"}).code, 2);
+    QCOMPARE(bytesOf(right), tile);
+    const Ended unlike = batch(mosaic + QStringList{path("c.tif")});
+    QVERIFY2(unlike.code == 2 && unlike.error.contains("a été.tif") && unlike.error.contains("c.tif"),
+             qPrintable(unlike.error));
+    QCOMPARE(batch(mosaic.mid(0, 3)).code, 2);
+    QVERIFY(!batch(mosaic + QStringList{"--output", path("f.tif"), "--print-command"}).error.isEmpty());
 }
 
 void BatchTest::namesOfAllKinds()

@@ -73,10 +73,15 @@ struct ShownDialog
     processResultDialog *result() { return window.findChild<processResultDialog *>(); }
 
     /// Drops a file on the window. Returns whether the window accepts it.
-    bool drop(const QString &file)
+    bool drop(const QString &file) { return drop(QStringList{file}); }
+
+    bool drop(const QStringList &files)
     {
         QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(file)});
+        QList<QUrl> addresses;
+        for (const QString &file : files)
+            addresses += QUrl::fromLocalFile(file);
+        data.setUrls(addresses);
         QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&window, &enter);
         QDropEvent event(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);

@@ -13,6 +13,7 @@ private slots:
     void proposals();
     void extensions();
     void relativeNames();
+    void productsOfAFolder();
 
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
@@ -57,6 +58,13 @@ void ProductNameTest::relativeNames()
     QCOMPARE(besideInput("/abs/mine.tif", dem), QStringLiteral("/abs/mine.tif"));
     QCOMPARE(besideInput("mine.tif", QString()), QStringLiteral("mine.tif"));
     QCOMPARE(besideInput("mine.tif", "/vsizip/a.zip/dem.tif"), QStringLiteral("mine.tif"));
+}
+
+void ProductNameTest::productsOfAFolder()
+{
+    const QStringList dems{"/a/dem.tif", "/a/relief_slope.tif", "/a/dem_slopes.tif", "/a/slope.tif"};
+    const QStringList products{"/a/dem_slope.png", "/a/dem_hillshade_2.tif", "/a/dem_mosaic_aspect.tif"};
+    QCOMPARE(withoutProducts(dems + products), dems);
 }
 
 QTEST_APPLESS_MAIN(ProductNameTest)

@@ -12,6 +12,7 @@ class RecipeTest : public QObject
 
 private slots:
     void wholeRecipe();
+    void tiles();
     void everyProcessComesBack_data();
     void everyProcessComesBack();
     void problems_data();
@@ -36,6 +37,20 @@ void RecipeTest::wholeRecipe()
     QCOMPARE(
         readRecipe(R"({"format": 1, "process": "hillshade", "input": "/vsizip/a.zip"})", "/x").recipe.input,
         QStringLiteral("/vsizip/a.zip"));
+}
+
+/// A mosaic is written as its tiles; the path of the temporary file that shows them is not.
+void RecipeTest::tiles()
+{
+    Recipe recipe = readRecipe(R"({"format": 1, "process": "hillshade", "tiles": ["a.hgt", "/b/c.hgt"]})",
+                               QStringLiteral("/some/folder"))
+                        .recipe;
+    QCOMPARE(recipe.tiles, (QStringList{"/some/folder/a.hgt", "/b/c.hgt"}));
+    QCOMPARE(namingInput(recipe), QStringLiteral("/some/folder/a_mosaic.vrt"));
+    const QByteArray json = writeRecipe(recipe);
+    recipe.input = QStringLiteral("/tmp/1/a_mosaic.vrt");
+    QCOMPARE(writeRecipe(recipe), json);
+    QCOMPARE(readRecipe(json, QStringLiteral("/else")).recipe.tiles, recipe.tiles);
 }
 
 void RecipeTest::everyProcessComesBack_data()
@@ -131,6 +146,10 @@ void RecipeTest::problems_data()
     row("odd process", R"({"format": 1, "process": "relief"})", "relief");
     row("slip of the pen", R"({"format": 1, "process": "hillshade", "inptu": "a"})", "inptu");
     row("input is a number", R"({"format": 1, "process": "hillshade", "input": 3})", "input");
+    row("one tile", R"({"format": 1, "process": "hillshade", "tiles": ["a.tif"]})", "tiles");
+    row("tiles are numbers", R"({"format": 1, "process": "hillshade", "tiles": ["a.tif", 3]})", "tiles");
+    row("tiles and input", R"({"format": 1, "process": "hillshade", "input": "c", "tiles": ["a", "b"]})",
+        "input");
     row("band 0", R"({"format": 1, "process": "hillshade", "band": 0})", "band");
     row("band 1.5", R"({"format": 1, "process": "hillshade", "band": 1.5})", "band");
     row("tiled is a text", R"({"format": 1, "process": "hillshade", "tiled": "yes"})", "tiled");
