@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 // Rules of the main dialog that need no window.
 
@@ -10,21 +9,3 @@ bool canLaunch(bool hasInput, const QString &output, bool panelIsComplete);
 
 /// The notice after a command was copied.
 QString commandCopiedText();
-
-/// The list of recent paths with `path` at its head. The list holds absolute paths, newest first, each once,
-/// and at most ten.
-QStringList withRecent(const QStringList &recent, const QString &path);
-
-/// The places where the file dialog for a DEM may start. An unknown place is empty.
-struct StartDirectory
-{
-    QString lastChosenFolder; ///< folder of the DEM that was last selected in the file dialog
-    bool keepCurrent = false; ///< the dialog should start in the current directory
-    QString currentDirectory; ///< the process's current directory
-    QString inputText;        ///< text of the input field
-    QString secondRecent;     ///< second path of the recent list. Not the first: kept so on purpose
-};
-
-/// The folder or file that the dialog starts with: the last chosen folder; else the current directory where
-/// `keepCurrent` is set; else the input's text; else the second recent path.
-QString startDirectory(const StartDirectory &choices);

@@ -7,9 +7,6 @@
 #include "app/series/SeveralDems.h"
 #include "app/startup/settings.h"
 #include "app/window/AboutDialog.h"
-#include "app/window/DemLook.h"
-#include "app/window/FileDrop.h"
-#include "app/window/InputDem.h"
 #include "app/window/OutputField.h"
 #include "app/window/ProcessTabs.h"
 #include "app/window/SettingsMenu.h"
@@ -17,6 +14,10 @@
 #include "app/window/WindowShape.h"
 #include "app/window/dialogrules.h"
 #include "app/window/focusorder.h"
+#include "app/window/input/DemLook.h"
+#include "app/window/input/DemPart.h"
+#include "app/window/input/FileDrop.h"
+#include "app/window/input/InputDem.h"
 #include "app/window/launchquestions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
@@ -57,6 +58,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     m_tabs = std::make_unique<ProcessTabs>(*m_form, m_workFolder);
     m_input = std::make_unique<InputDem>(m_form->m_pCBInputListFile, m_form->m_pCBBand, this);
     m_look = std::make_unique<DemLook>(*m_form->m_pLDemLook, *m_form->m_pTBDemLook);
+    m_part = std::make_unique<DemPart>(*m_form->m_pTBDemPart);
     m_output = std::make_unique<OutputField>(m_form->m_pLEOutputFile);
     m_shape = std::make_unique<WindowShape>(*this, *m_form->m_pTabWidget, *m_form->m_pSplitter,
                                             *m_form->m_pGrpBPreviews, *m_form->m_pPBShowPreview);
@@ -77,9 +79,10 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     new WheelGuard(m_form->m_pCBBand);
     orderFocus(*this,
                {m_form->m_pCBInputListFile, m_form->m_pPBSelectInputDEM, m_form->m_pCBBand,
-                m_form->m_pTBDemLook, m_form->m_pTabWidget, m_form->m_pGrpBPreviews, m_form->m_pLEOutputFile,
-                m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions, m_form->m_pPBShowPreview,
-                m_form->m_pAboutLabel, m_form->m_pTBSettings, m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
+                m_form->m_pTBDemPart, m_form->m_pTBDemLook, m_form->m_pTabWidget, m_form->m_pGrpBPreviews,
+                m_form->m_pLEOutputFile, m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions,
+                m_form->m_pPBShowPreview, m_form->m_pAboutLabel, m_form->m_pTBSettings,
+                m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
     makeSeveralDems();
     m_shape->restore();
     QuvoFilerDialog::setState(readFilerState());
@@ -99,6 +102,8 @@ void quvoGdalUtilities::connectControls()
     connect(m_tabs.get(), &ProcessTabs::extremesComputed, m_input.get(), &InputDem::setExtremes);
     connect(m_input.get(), &InputDem::demChanged, m_tabs.get(), &ProcessTabs::setDem);
     connect(m_input.get(), &InputDem::demChanged, m_look.get(), &DemLook::setDem);
+    connect(m_input.get(), &InputDem::demChanged, m_part.get(), &DemPart::setDem);
+    connect(m_part.get(), &DemPart::changed, this, &quvoGdalUtilities::updateLook);
     connect(m_input.get(), &InputDem::demChanged, this, &quvoGdalUtilities::updateLook);
     connect(m_tabs.get(), &ProcessTabs::optionsChanged, this, &quvoGdalUtilities::updateLook);
     connect(&m_run, &ProductRun::finished, this, &quvoGdalUtilities::slot_processFinished);
@@ -108,6 +113,8 @@ void quvoGdalUtilities::connectControls()
     auto inputs = new InputMenu(m_form->m_pPBSelectInputDEM);
     inputs->add({"MESS_SRC_FICHIER", "Fichier..."}, [this] { slot_selectInputDem(); });
     inputs->add({"MESS_ENTREE_SOURCE", "Source de données..."}, [this] { chooseSource(); });
+    inputs->add({"MESS_ENTREE_TUILES", "Plusieurs MNT..."}, [this] { m_several->slot_selectTiles(); });
+    inputs->add({"MESS_ENTREE_DOSSIER", "Dossier de MNT..."}, [this] { m_several->slot_selectFolder(); });
     connect(m_form->m_pTabWidget, &QTabWidget::currentChanged, this,
             &quvoGdalUtilities::slot_onCurrentTabChanged);
     connect(m_input.get(), &InputDem::changed, this, &quvoGdalUtilities::slot_onInputDemChanged);
@@ -242,16 +249,6 @@ void quvoGdalUtilities::chooseSource()
         m_form->m_pCBBand->setCurrentIndex(chooser.band() - 1);
 }
 
-void quvoGdalUtilities::slot_selectTiles()
-{
-    m_several->slot_selectTiles();
-}
-
-void quvoGdalUtilities::slot_selectTileFolder()
-{
-    m_several->slot_selectFolder();
-}
-
 void quvoGdalUtilities::slot_selectOutputFile()
 {
     m_output->select(m_input->namingInput(), currentExtensions(), m_input->files());
@@ -274,6 +271,7 @@ ProcessingRequest quvoGdalUtilities::currentRequest() const
     request.tiles = m_input->tiles();
     request.output = besideInput(m_output->name(), m_input->namingInput());
     request.band = m_input->band();
+    request.part = m_part->part();
     if (request.process) {
         const bool vector = productKind(request) == ProductKind::Vector;
         request.outputOptions = supportedOptions(vector ? m_vectorOptions : m_rasterOptions, *request.process);
@@ -299,6 +297,7 @@ void quvoGdalUtilities::setRecipe(const Recipe &recipe)
     else if (!recipe.input.isEmpty())
         setInputDem(recipe.input);
     m_form->m_pCBBand->setCurrentIndex(recipe.band - 1);
+    m_part->setPart(recipe.part);
     m_tabs->show(process);
     outputOptionsOf(process) = recipe.outputOptions;
     updateOutputFormat();
@@ -562,6 +561,7 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
     if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
         applyTexts();
+        m_part->applyTexts();
         m_shape->fitTabs();
         slot_updateOutputFilePreview();
         updateLook();

@@ -14,6 +14,7 @@
 #include <optional>
 
 class DemLook;
+class DemPart;
 class InputDem;
 class PreviewControl;
 class ProcessTabs;
@@ -95,9 +96,6 @@ public slots:
     void slot_activeLaunchButton();
     void slot_onWidgetOptionsCompleteChanged();
     void slot_selectInputDem();
-    /// Lets the user choose several DEMs, or a folder of DEMs, and asks whether they are one.
-    void slot_selectTiles();
-    void slot_selectTileFolder();
     void slot_onCurrentTabChanged(int index);
     void slot_onInputDemChanged(const QString &path);
     void slot_onOutputFileChanged();
@@ -142,6 +140,7 @@ private:
     std::unique_ptr<ProcessTabs> m_tabs;
     std::unique_ptr<InputDem> m_input;
     std::unique_ptr<DemLook> m_look;
+    std::unique_ptr<DemPart> m_part;
     std::unique_ptr<OutputField> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
     std::unique_ptr<SeveralDems> m_several;

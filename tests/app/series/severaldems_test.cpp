@@ -137,9 +137,10 @@ void SeveralDemsTest::folders()
     QVERIFY(QFile::rename(path("b.tif"), folder + "/b.tif"));
     Prompt::answerBeforehand({true, true});
     QuvoFilerDialog::answerBeforehand({folder, folder + "/b.tif\n" + folder + "/a_slope.tif"});
-    dialog.window.slot_selectTileFolder();
+    const auto menu = dialog.window.findChild<QToolButton *>("m_pPBSelectInputDEM")->menu();
+    menu->actions().at(3)->trigger();
     QCOMPARE(dialog.window.recipe().tiles, (QStringList{folder + "/a.tif", folder + "/b.tif"}));
-    dialog.window.slot_selectTiles();
+    menu->actions().at(2)->trigger();
     QCOMPARE(dialog.window.recipe().tiles, (QStringList{folder + "/a_slope.tif", folder + "/b.tif"}));
 }
 

@@ -1,4 +1,4 @@
-#include "app/window/DemLook.h"
+#include "app/window/input/DemLook.h"
 
 #include "app/process/demtreatment.h"
 #include "dataset/elevationgrid.h"

@@ -1,4 +1,4 @@
-#include "app/window/FileDrop.h"
+#include "app/window/input/FileDrop.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>

@@ -1,8 +1,8 @@
-#include "app/window/dialogrules.h"
+#include "app/window/input/inputrules.h"
 
 #include <QTest>
 
-class DialogRulesTest : public QObject
+class InputRulesTest : public QObject
 {
     Q_OBJECT
 
@@ -11,7 +11,7 @@ private slots:
     void recentList();
 };
 
-void DialogRulesTest::startDirectories()
+void InputRulesTest::startDirectories()
 {
     StartDirectory choices{.lastChosenFolder = "/last",
                            .keepCurrent = true,
@@ -29,7 +29,7 @@ void DialogRulesTest::startDirectories()
     QCOMPARE(startDirectory(choices), QString());
 }
 
-void DialogRulesTest::recentList()
+void InputRulesTest::recentList()
 {
     QStringList recent;
     for (int index = 0; index < 12; ++index)
@@ -38,6 +38,6 @@ void DialogRulesTest::recentList()
     QCOMPARE(recent, (QStringList{"5", "11", "10", "9", "8", "7", "6", "4", "3", "2"}));
 }
 
-QTEST_APPLESS_MAIN(DialogRulesTest)
+QTEST_APPLESS_MAIN(InputRulesTest)
 
-#include "dialogrules_test.moc"
+#include "inputrules_test.moc"

@@ -1,7 +1,7 @@
-#include "app/window/InputDem.h"
+#include "app/window/input/InputDem.h"
 
 #include "app/startup/settings.h"
-#include "app/window/dialogrules.h"
+#include "app/window/input/inputrules.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/mosaic.h"
 #include "dataset/pathencoding.h"
