@@ -63,7 +63,7 @@ set(layers
     "panels: panels/options panels/controls panels/colors panels/observers colortable colortable/editor dataset messages runner/QuvoProgressDialog.h"
     "app/startup: dataset messages"
     "app/process: panels/options runner dataset dataset/views messages"
-    "app/recipe: app/process panels/options colortable dataset messages"
+    "app/recipe: app/process panels/options colortable dataset dataset/views messages"
     "app/run: app/process app/recipe panels/options runner dataset dataset/views messages"
     "app/preview: app/process panels panels/options runner dataset dataset/views messages"
     "app/series: app/process app/recipe app/run panels/options runner dataset dataset/views messages"

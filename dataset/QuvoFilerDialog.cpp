@@ -10,6 +10,7 @@
 #include <QTreeView>
 #include <QVariant>
 
+#include <algorithm>
 #include <optional>
 
 namespace
@@ -59,7 +60,10 @@ void widenColumns(QFileDialog &dialog)
     constexpr int padding = 3; // average characters
     int width = 0;
     for (int column = 0; column < samples.size(); ++column) {
-        const int needed = metrics.horizontalAdvance(samples.at(column)) + padding * metrics.averageCharWidth();
+        const QString head = files->model()->headerData(column, Qt::Horizontal).toString();
+        const int needed =
+            std::max(metrics.horizontalAdvance(samples.at(column)), metrics.horizontalAdvance(head))
+            + padding * metrics.averageCharWidth();
         files->header()->resizeSection(column, needed);
         width += needed;
     }

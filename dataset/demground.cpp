@@ -74,9 +74,16 @@ QSizeF DemGround::metresPerUnit(const QPointF &point) const
         return {1.0, 1.0};
     if (!crs->IsGeographic())
         return {crs->GetLinearUnits(), crs->GetLinearUnits()};
+    // Radii of curvature along the parallel and along the meridian (Snyder 1987, Map Projections, 4-20 and
+    // 4-18).
     const double radian = crs->GetAngularUnits();
-    const double metres = crs->GetSemiMajor() * radian;
-    return {metres * std::cos(point.y() * radian), metres};
+    const double inverse = crs->GetInvFlattening();
+    const double flattening = inverse > 0.0 ? 1.0 / inverse : 0.0;
+    const double square = flattening * (2.0 - flattening);
+    const double sine = std::sin(point.y() * radian);
+    const double normal = crs->GetSemiMajor() / std::sqrt(1.0 - square * sine * sine);
+    const double meridian = normal * (1.0 - square) / (1.0 - square * sine * sine);
+    return {normal * radian * std::cos(point.y() * radian), meridian * radian};
 }
 
 double DemGround::cellSize() const

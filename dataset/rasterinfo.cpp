@@ -56,6 +56,16 @@ QStringList geolocationNames(GDALDataset &dataset)
     return names;
 }
 
+bool isArchive(const QString &path)
+{
+    return path.endsWith(QLatin1String(".zip"), Qt::CaseInsensitive);
+}
+
+bool isRaster(const QString &name)
+{
+    return GDALIdentifyDriverEx(encodePath(name).constData(), GDAL_OF_RASTER, nullptr, nullptr) != nullptr;
+}
+
 /// Why GDAL opened no raster, in a sentence and, where it helps, GDAL's own words.
 QString unreadableProblem(const QString &path, const QString &gdalText)
 {
@@ -66,6 +76,11 @@ QString unreadableProblem(const QString &path, const QString &gdalText)
         return labelText({"MESS_RASTER_ABSENT", "Ce fichier n'existe pas."});
     if (!file.isReadable())
         return labelText({"MESS_RASTER_DROITS", "Vous n'avez pas le droit de lire ce fichier."});
+    if (isArchive(path))
+        return labelText(
+            {"MESS_RASTER_ARCHIVE",
+             "Cette archive contient plusieurs fichiers ou aucun raster : « Source de données... », dans "
+             "le menu du bouton, montre ce qu'elle contient."});
     const QString hgt = hgtProblem(file.fileName(), file.size());
     if (!hgt.isEmpty())
         return hgt;
@@ -126,4 +141,21 @@ RasterInfo readRasterInfo(const QString &path)
     else
         info.problem = truncationProblem(*dataset);
     return info;
+}
+
+QString rasterName(const QString &path)
+{
+    if (isVirtualPath(path) || !isArchive(path) || !QFileInfo(path).isFile() || isRaster(path))
+        return path;
+    const GdalMessages messages;
+    const QString archive = QStringLiteral("/vsizip/") + path;
+    char **list = VSIReadDirRecursive(encodePath(archive).constData());
+    QStringList rasters;
+    for (char **name = list; name && *name; ++name) {
+        const QString member = archive + QLatin1Char('/') + decodePath(*name);
+        if (!member.endsWith(QLatin1Char('/')) && isRaster(member))
+            rasters += member;
+    }
+    CSLDestroy(list);
+    return rasters.size() == 1 ? rasters.first() : path;
 }

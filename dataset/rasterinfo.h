@@ -18,3 +18,7 @@ struct RasterInfo
 /// container of subdatasets) is reported as a problem. path: the absolute path of a local file, or a name in
 /// one of GDAL's virtual file systems.
 RasterInfo readRasterInfo(const QString &path);
+
+/// The name by which GDAL opens the raster of a path: a name inside the archive for a local ".zip" that no
+/// driver reads and that holds one raster, and the path itself for anything else.
+QString rasterName(const QString &path);

@@ -7,9 +7,10 @@
 #include "app/startup/StopSignals.h"
 #include "dataset/formatfilters.h"
 #include "dataset/formats.h"
-#include "dataset/mosaic.h"
 #include "dataset/pathencoding.h"
+#include "dataset/rasterinfo.h"
 #include "dataset/references.h"
+#include "dataset/views/mosaic.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -159,6 +160,7 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     QString dem = dataSetName(recipe.input, QDir::currentPath());
     if (recipe.tiles.isEmpty()) {
         batch.problem = endlessSourceProblem(dem); // before the DEM is opened
+        dem = rasterName(dem);
     } else {
         const Mosaic mosaic = makeMosaic(recipe.tiles, workFolder);
         dem = mosaic.path;

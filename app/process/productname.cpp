@@ -2,6 +2,7 @@
 
 #include "app/process/processes.h"
 #include "dataset/pathencoding.h"
+#include "dataset/references.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -11,8 +12,10 @@
 QString productName(const QString &input, const QString &suffix, const QString &extension)
 {
     const QFileInfo file(input);
+    const QFileInfo place(isVirtualPath(input) ? localFile(input) : input); // the archive that holds the DEM
+    const bool isInFolder = !place.filePath().isEmpty() && QFileInfo(place.absolutePath()).isDir();
     const QDir folder =
-        QFileInfo(file.absolutePath()).isDir() && !isVirtualPath(input) ? file.absoluteDir() : QDir::current();
+        isInFolder && (!isVirtualPath(input) || place.isFile()) ? place.absoluteDir() : QDir::current();
     return folder.filePath(QStringLiteral("%1_%2.%3").arg(file.completeBaseName(), suffix, extension));
 }
 
@@ -29,10 +32,10 @@ QString proposeOutputName(const QString &input, const QString &suffix, const QSt
 bool isProposedName(const QString &name, const QString &input, const QString &suffix)
 {
     const QFileInfo file(name);
-    const QFileInfo dem(input);
-    const QString stem = QStringLiteral("%1_%2").arg(dem.completeBaseName(), suffix);
+    const QFileInfo first(productName(input, suffix, QStringLiteral("x")));
+    const QString stem = first.completeBaseName();
     static const QRegularExpression number(QStringLiteral("^(_[0-9]+)?$"));
-    return file.absolutePath() == dem.absolutePath() && file.completeBaseName().startsWith(stem)
+    return file.absolutePath() == first.absolutePath() && file.completeBaseName().startsWith(stem)
         && number.match(file.completeBaseName().mid(stem.size())).hasMatch();
 }
 

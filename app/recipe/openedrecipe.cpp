@@ -4,8 +4,8 @@
 #include "app/process/productname.h"
 #include "app/recipe/observerfile.h"
 #include "app/recipe/tablefile.h"
-#include "dataset/mosaic.h"
 #include "dataset/rasterinfo.h"
+#include "dataset/views/mosaic.h"
 
 namespace
 {

@@ -1,7 +1,7 @@
 #include "app/recipe/recipe.h"
 
-#include "dataset/mosaic.h"
 #include "dataset/pathencoding.h"
+#include "dataset/views/mosaic.h"
 #include "messages/label.h"
 
 #include <QFile>

@@ -23,6 +23,7 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
                        const QString &icon)
 {
     m_plan = plan;
+    m_commands = QStringList{plan.command};
     m_outcome = {};
     m_lock = std::move(lock);
     m_showProgress = showProgress;
@@ -42,6 +43,9 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
         return;
     }
     if (needsSteps(plan.request, plan.dem)) {
+        m_commands.clear();
+        for (const ProductStep &step : steps.steps)
+            m_commands += m_part->withFinalPaths(step.command);
         m_partPlan.expected.width = steps.width;
         m_partPlan.expected.height = steps.height;
     }

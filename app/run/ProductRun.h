@@ -53,6 +53,10 @@ public:
     bool isRunning() const { return m_lock != nullptr; }
     /// The plan as it was given to start(): its paths are those of the finished product.
     const RunPlan &plan() const { return m_plan; }
+    /// The command lines of the last run's steps with the paths of the finished product. Intermediate files
+    /// have no folder there, since theirs is removed with them.
+    const QStringList &commands() const { return m_commands; }
+
     const RunOutcome &outcome() const { return m_outcome; }
 
 signals:
@@ -78,6 +82,7 @@ private:
     QuvoScriptRunner &m_runner;
     RunPlan m_plan;
     RunPlan m_partPlan; ///< the same run with its product in the part folder
+    QStringList m_commands;
     RunOutcome m_outcome;
     StatisticsFiles m_statisticsFiles;
     std::unique_ptr<OutputLock> m_lock; ///< released after the part folder, which other runs would sweep

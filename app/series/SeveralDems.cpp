@@ -3,8 +3,8 @@
 #include "app/process/productname.h"
 #include "app/series/SeriesResultDialog.h"
 #include "dataset/QuvoFilerDialog.h"
-#include "dataset/mosaic.h"
 #include "dataset/rasterinfo.h"
+#include "dataset/views/mosaic.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
 

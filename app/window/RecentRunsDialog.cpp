@@ -1,7 +1,7 @@
 #include "app/window/RecentRunsDialog.h"
 
 #include "app/preview/PreviewDialog.h"
-#include "dataset/mosaic.h"
+#include "dataset/views/mosaic.h"
 #include "messages/Prompt.h"
 
 #include <QDir>

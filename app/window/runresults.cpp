@@ -13,7 +13,7 @@ ProcessResult resultOf(const ProductRun &run, const Label &title, const QString 
     result.title = labelText(title);
     result.picture = QStringLiteral(":/QuvoGdalUtilities/images/") + picture;
     result.text = labelText(text);
-    result.command = run.plan().command;
+    result.command = run.commands().join(QLatin1Char('\n'));
     result.exitCode = run.outcome().exitCode;
     result.toolText = run.outcome().toolText;
     return result;

@@ -40,7 +40,9 @@ void DemPart::choose()
 
 void DemPart::applyTexts()
 {
-    m_button.setText(m_part.isNull() ? labelText({"MESS_PARTIE_TOUT", "Tout le MNT…"})
-                                     : labelText({"MESS_PARTIE_PARTIE", "Une partie…"}));
+    m_button.setText(m_part.isNull()
+                         ? labelText({"MESS_PARTIE_TOUT", "Tout le MNT…"})
+                         : labelText({"MESS_PARTIE_PARTIE", "Partie : %1 × %2…"})
+                               .arg(QString::number(m_part.width()), QString::number(m_part.height())));
     m_button.setToolTip(labelText({"MESS_PARTIE_EXPL", "Choisir la partie du MNT à traiter"}));
 }

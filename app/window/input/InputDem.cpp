@@ -3,8 +3,8 @@
 #include "app/startup/settings.h"
 #include "app/window/input/inputrules.h"
 #include "dataset/QuvoFilerDialog.h"
-#include "dataset/mosaic.h"
 #include "dataset/pathencoding.h"
+#include "dataset/views/mosaic.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
 
@@ -209,7 +209,7 @@ bool InputDem::open(const QString &typed, Listing listing)
     m_typingTimer.stop();
     if (typed.isEmpty())
         return false;
-    const QString name = dataSetName(typed, QDir::currentPath());
+    const QString name = rasterName(dataSetName(typed, QDir::currentPath()));
     const RasterInfo info = readRasterInfo(name);
     if (info.problem.isEmpty()) {
         accept(name, info, {}, listing);

@@ -8,7 +8,9 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QTableWidget>
+#include <QToolButton>
 
 /// Several DEMs that are dropped on the main dialog. The test's answers to its question: yes is one DEM, no
 /// each by itself.

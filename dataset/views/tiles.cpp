@@ -1,4 +1,4 @@
-#include "dataset/tiles.h"
+#include "dataset/views/tiles.h"
 
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"

@@ -1,8 +1,8 @@
-#include "dataset/mosaic.h"
+#include "dataset/views/mosaic.h"
 
 #include "dataset/gdalmessages.h"
 #include "dataset/rasterinfo.h"
-#include "dataset/tiles.h"
+#include "dataset/views/tiles.h"
 #include "tests/support/files.h"
 #include "tests/support/rasters.h"
 

@@ -1,8 +1,8 @@
-#include "dataset/mosaic.h"
+#include "dataset/views/mosaic.h"
 
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
-#include "dataset/tiles.h"
+#include "dataset/views/tiles.h"
 #include "messages/label.h"
 
 #include <QDir>
