@@ -4,7 +4,6 @@
 #include "app/process/productname.h"
 #include "app/recipe/openedrecipe.h"
 #include "app/run/copiedcommand.h"
-#include "app/series/SeveralDems.h"
 #include "app/startup/settings.h"
 #include "app/window/AboutDialog.h"
 #include "app/window/OutputField.h"
@@ -16,14 +15,12 @@
 #include "app/window/focusorder.h"
 #include "app/window/input/DemLook.h"
 #include "app/window/input/DemPart.h"
-#include "app/window/input/FileDrop.h"
+#include "app/window/input/DemSources.h"
 #include "app/window/input/InputDem.h"
 #include "app/window/launchquestions.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
 #include "dataset/QuvoFilerDialog.h"
-#include "dataset/chooser/ImageChooser.h"
-#include "dataset/chooser/InputMenu.h"
 #include "dataset/formatfilters.h"
 #include "dataset/views/metriccrs.h"
 #include "messages/Prompt.h"
@@ -83,7 +80,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
                 m_form->m_pLEOutputFile, m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions,
                 m_form->m_pPBShowPreview, m_form->m_pAboutLabel, m_form->m_pTBSettings,
                 m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
-    makeSeveralDems();
+    makeSources();
     m_shape->restore();
     QuvoFilerDialog::setState(readFilerState());
     applyTexts();
@@ -110,11 +107,6 @@ void quvoGdalUtilities::connectControls()
     connect(&m_run, &ProductRun::aborted, this, &quvoGdalUtilities::slot_processAborted);
     connect(&m_run, &ProductRun::failed, this, &quvoGdalUtilities::slot_processFailed);
     connect(m_form->m_pAboutLabel, &QLabel::linkActivated, this, &quvoGdalUtilities::slot_showAboutAppDialog);
-    auto inputs = new InputMenu(m_form->m_pPBSelectInputDEM);
-    inputs->add({"MESS_SRC_FICHIER", "Fichier..."}, [this] { slot_selectInputDem(); });
-    inputs->add({"MESS_ENTREE_SOURCE", "Source de données..."}, [this] { chooseSource(); });
-    inputs->add({"MESS_ENTREE_TUILES", "Plusieurs MNT..."}, [this] { m_several->slot_selectTiles(); });
-    inputs->add({"MESS_ENTREE_DOSSIER", "Dossier de MNT..."}, [this] { m_several->slot_selectFolder(); });
     connect(m_form->m_pTabWidget, &QTabWidget::currentChanged, this,
             &quvoGdalUtilities::slot_onCurrentTabChanged);
     connect(m_input.get(), &InputDem::changed, this, &quvoGdalUtilities::slot_onInputDemChanged);
@@ -126,24 +118,22 @@ void quvoGdalUtilities::connectControls()
             &quvoGdalUtilities::slot_showOutputFileAdvancedOptions);
     connect(m_form->m_pPBLaunchProcess, &QPushButton::clicked, this, &quvoGdalUtilities::slot_launchProcess);
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &quvoGdalUtilities::close);
-    connect(new FileDrop(this), &FileDrop::dropped, this, &quvoGdalUtilities::openDropped);
 }
 
-void quvoGdalUtilities::makeSeveralDems()
+void quvoGdalUtilities::makeSources()
 {
-    m_several = std::make_unique<SeveralDems>(
+    m_sources = std::make_unique<DemSources>(
         m_scriptRunner, m_tools, m_workFolder,
-        SeveralDems::Window{.widget = this,
-                            .showDem = [this](const QString &path) { setInputDem(path); },
-                            .showMosaic =
-                                [this](const QString &path, const QStringList &tiles) {
-                                    setKeepStartingDir(false);
-                                    m_input->chooseMosaic(path, tiles);
-                                },
-                            .recipe = [this] { return recipeToRun(); },
-                            .folder = [this] { return QFileInfo(m_input->namingInput()).absolutePath(); }});
-    connect(m_several.get(), &SeveralDems::seriesBegins, this, [this] { m_previews.hold(); });
-    connect(m_several.get(), &SeveralDems::seriesEnded, this, [this] { m_previews.release(); });
+        DemSources::Window{.dialog = this,
+                           .button = m_form->m_pPBSelectInputDEM,
+                           .bands = m_form->m_pCBBand,
+                           .input = m_input.get(),
+                           .selectFile = [this] { slot_selectInputDem(); },
+                           .showDem = [this](const QString &path) { setInputDem(path); },
+                           .recipe = [this] { return recipeToRun(); }});
+    connect(m_sources.get(), &DemSources::dropped, this, &quvoGdalUtilities::openDropped);
+    connect(m_sources.get(), &DemSources::seriesBegins, this, [this] { m_previews.hold(); });
+    connect(m_sources.get(), &DemSources::seriesEnded, this, [this] { m_previews.release(); });
 }
 
 void quvoGdalUtilities::openDropped(const QStringList &paths)
@@ -151,7 +141,7 @@ void quvoGdalUtilities::openDropped(const QStringList &paths)
     if (paths.size() == 1 && SettingsMenu::isSettingsFile(paths.first()))
         m_settings->openFile(paths.first());
     else
-        m_several->open(paths);
+        m_sources->open(paths);
 }
 
 void quvoGdalUtilities::connectPreviews()
@@ -237,16 +227,6 @@ void quvoGdalUtilities::slot_onOutputFileChanged()
 void quvoGdalUtilities::slot_selectInputDem()
 {
     m_input->select();
-}
-
-/// Opens a band of any source of GDAL's that the user chooses.
-void quvoGdalUtilities::chooseSource()
-{
-    ImageChooser chooser(SourceWanted::Rasters, m_workFolder, this);
-    if (!m_input->path().isEmpty() && m_input->tiles().isEmpty())
-        chooser.setSource(m_input->path());
-    if (chooser.exec() == QDialog::Accepted && m_input->choose(chooser.name()))
-        m_form->m_pCBBand->setCurrentIndex(chooser.band() - 1);
 }
 
 void quvoGdalUtilities::slot_selectOutputFile()
@@ -348,7 +328,7 @@ void quvoGdalUtilities::updateOutputFormat()
 
 bool quvoGdalUtilities::isRunning() const
 {
-    return m_run.isRunning() || m_several->series().isRunning();
+    return m_run.isRunning() || m_sources->series().isRunning();
 }
 
 std::optional<Recipe> quvoGdalUtilities::recipeToRun()
@@ -532,13 +512,13 @@ void quvoGdalUtilities::closeAtOnce()
 
 void quvoGdalUtilities::abandonRun()
 {
-    m_several->series().abandon();
+    m_sources->series().abandon();
     m_run.abandon();
 }
 
 void quvoGdalUtilities::stopRunSilently()
 {
-    m_several->series().abandon();
+    m_sources->series().abandon();
     if (!m_run.isRunning())
         return;
     disconnect(&m_run, nullptr, this, nullptr);

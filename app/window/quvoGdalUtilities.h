@@ -15,12 +15,12 @@
 
 class DemLook;
 class DemPart;
+class DemSources;
 class InputDem;
 class PreviewControl;
 class ProcessTabs;
 class OutputField;
 class SettingsMenu;
-class SeveralDems;
 class WindowShape;
 struct ProcessResult;
 
@@ -112,11 +112,10 @@ protected:
 private:
     void connectControls();
     void connectPreviews();
-    void makeSeveralDems();
+    void makeSources();
     void openDropped(const QStringList &paths);
     void applyTexts();
     void updateLook();
-    void chooseSource();
 
     ProcessingRequest currentRequest() const;
     QStringList currentExtensions() const;
@@ -143,7 +142,7 @@ private:
     std::unique_ptr<DemPart> m_part;
     std::unique_ptr<OutputField> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
-    std::unique_ptr<SeveralDems> m_several;
+    std::unique_ptr<DemSources> m_sources;
     std::unique_ptr<WindowShape> m_shape;
     OutputOptions m_rasterOptions; ///< output options of raster products
     OutputOptions m_vectorOptions; ///< output options of vector products
