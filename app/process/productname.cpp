@@ -9,14 +9,29 @@
 #include <QRegularExpression>
 #include <QSet>
 
+namespace
+{
+
+/// The file beside which an input's product stands: the input, or the archive that holds it. Empty for an input
+/// that is no local file.
+QString localPlace(const QString &input)
+{
+    if (!isVirtualPath(input))
+        return input;
+    const QString archive = localFile(input);
+    return QFileInfo(archive).isFile() ? archive : QString();
+}
+
+} // namespace
+
 QString productName(const QString &input, const QString &suffix, const QString &extension)
 {
-    const QFileInfo file(input);
-    const QFileInfo place(isVirtualPath(input) ? localFile(input) : input); // the archive that holds the DEM
-    const bool isInFolder = !place.filePath().isEmpty() && QFileInfo(place.absolutePath()).isDir();
+    const QString place = localPlace(input);
+    const QFileInfo file(place);
     const QDir folder =
-        isInFolder && (!isVirtualPath(input) || place.isFile()) ? place.absoluteDir() : QDir::current();
-    return folder.filePath(QStringLiteral("%1_%2.%3").arg(file.completeBaseName(), suffix, extension));
+        !place.isEmpty() && QFileInfo(file.absolutePath()).isDir() ? file.absoluteDir() : QDir::current();
+    return folder.filePath(
+        QStringLiteral("%1_%2.%3").arg(QFileInfo(input).completeBaseName(), suffix, extension));
 }
 
 QString proposeOutputName(const QString &input, const QString &suffix, const QString &extension)
@@ -32,10 +47,11 @@ QString proposeOutputName(const QString &input, const QString &suffix, const QSt
 bool isProposedName(const QString &name, const QString &input, const QString &suffix)
 {
     const QFileInfo file(name);
-    const QFileInfo first(productName(input, suffix, QStringLiteral("x")));
-    const QString stem = first.completeBaseName();
+    const QString place = localPlace(input);
+    const QString folder = place.isEmpty() ? QDir::currentPath() : QFileInfo(place).absolutePath();
+    const QString stem = QStringLiteral("%1_%2").arg(QFileInfo(input).completeBaseName(), suffix);
     static const QRegularExpression number(QStringLiteral("^(_[0-9]+)?$"));
-    return file.absolutePath() == first.absolutePath() && file.completeBaseName().startsWith(stem)
+    return file.absolutePath() == folder && file.completeBaseName().startsWith(stem)
         && number.match(file.completeBaseName().mid(stem.size())).hasMatch();
 }
 

@@ -196,8 +196,7 @@ void ExtractionDialogTest::vectorExtents()
     QVERIFY(!readVectorExtent(file, {}).note.isEmpty());
 }
 
-/// A degree is 111.3 km on the sphere of the equator's radius, and half as much along the parallel of 60
-/// degrees.
+/// At 60 degrees north a degree is 111.41 km along the meridian and 55.80 km along the parallel.
 void ExtractionDialogTest::sizeInDegrees()
 {
     QVERIFY(
@@ -206,7 +205,7 @@ void ExtractionDialogTest::sizeInDegrees()
     const QLocale locale;
     QCOMPARE(shown.dialog.findChild<QLabel *>("m_pLSize")->text(),
              QStringLiteral("100 × 100 cellules\n1 ° × 1 °\n%1 km × %2 km")
-                 .arg(locale.toString(55.66), locale.toString(111.3)));
+                 .arg(locale.toString(55.8), locale.toString(111.4)));
 }
 
 void ExtractionDialogTest::withoutCoordinates()
