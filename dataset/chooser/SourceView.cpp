@@ -7,6 +7,8 @@
 #include <QSignalBlocker>
 #include <QTreeWidget>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -90,8 +92,13 @@ void SourceView::showParts()
     }
     m_pParts->setCurrentItem(m_pParts->topLevelItem(0));
     m_pParts->setVisible(choosable);
-    for (int column = 0; column < m_pParts->columnCount(); ++column)
+    const bool hasStatistics =
+        std::any_of(m_info.bands.begin(), m_info.bands.end(), [](const BandFacts &band) { return band.known; });
+    for (int column = 0; column < m_pParts->columnCount(); ++column) {
+        const bool isStatistic = m_info.kind == SourceKind::Raster && column >= 3 && column <= 5;
+        m_pParts->setColumnHidden(column, isStatistic && !hasStatistics);
         m_pParts->resizeColumnToContents(column);
+    }
 }
 
 void SourceView::onPartChanged()
