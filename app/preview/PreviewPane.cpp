@@ -77,7 +77,7 @@ PreviewPane::Side PreviewPane::addSide(const QString &titleName, const QString &
     connect(side.picture, &PreviewLabel::hovered, this, &PreviewPane::showReadout);
     connect(side.picture, &PreviewLabel::left, this, [this] { m_readout->clear(); });
     connect(side.picture, &PreviewLabel::markMoved, this,
-            [this](int mark, const QPointF &cell) { emit observerMoved(mark, m_ground.toGround(cell)); });
+            [this](int mark, const QPointF &cell) { emit observerMoved(mark, toGround(cell)); });
     connect(side.picture, &PreviewLabel::markClicked, this, &PreviewPane::observerChosen);
     side.wheelDelay->setSingleShot(true);
     side.wheelDelay->setInterval(patience);
@@ -94,6 +94,9 @@ bool PreviewPane::setDem(const DemInfo &dem)
     if (!dem.isSameBandAs(m_dem))
         m_ground = dem.path.isEmpty() ? DemGround() : DemGround(dem.path, dem.band);
     m_dem = dem;
+    m_mirroring = m_ground.isGeoreferenced()
+        ? Mirroring{.columns = m_ground.columnsRunWest(), .rows = m_ground.rowsRunNorth()}
+        : Mirroring();
     if (!another)
         return false;
     m_copySize = QSize();
@@ -122,7 +125,7 @@ QRect PreviewPane::part() const
 {
     const QSize size(m_ground.width(), m_ground.height());
     const bool whole = m_view.size() == QSizeF(size);
-    return previewPart(whole ? QRectF() : m_view, size, m_observerCells);
+    return otherSide(previewPart(whole ? QRectF() : m_view, size, m_observerCells));
 }
 
 void PreviewPane::setView(const QRectF &view)
@@ -153,7 +156,8 @@ void PreviewPane::showInput(const QString &copy, const QRect &part)
     const RasterPicture picture(copy, m_dem.band);
     m_copySize = picture.size();
     m_copyPart = part;
-    m_input.picture->setPicture(picture.read(QRect(QPoint(0, 0), picture.size()), picture.size()), part);
+    m_input.picture->setPicture(upright(picture.read(QRect(QPoint(0, 0), picture.size()), picture.size())),
+                                otherSide(part));
     showNote();
 }
 
@@ -162,10 +166,8 @@ bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vec
     stopDrawing();
     if (!vector) {
         const RasterPicture picture(product);
-        QImage image = picture.read(QRect(QPoint(0, 0), picture.size()), picture.size());
-        if (turned) // back to the rows and columns of the DEM, which the view counts
-            image = image.mirrored(m_ground.columnsRunWest(), m_ground.rowsRunNorth());
-        m_output.picture->setPicture(image, part);
+        const QImage image = picture.read(QRect(QPoint(0, 0), picture.size()), picture.size());
+        m_output.picture->setPicture(turned ? image : upright(image), otherSide(part));
         return !m_output.picture->picture().isNull();
     }
     constexpr double lineWidth = 0.6; // pixels on the screen, whatever the size of the picture
@@ -173,10 +175,10 @@ bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vec
     if (!m_lines.isOpen())
         return false;
     m_drawn = groundForLines(m_input.picture->picture());
-    m_linesPart = part;
+    m_linesPart = otherSide(part);
     const QSize room = m_output.picture->size();
     const double shown = std::max(1, std::min(room.width(), room.height()));
-    m_lines.begin(m_drawn, pictureToGround(m_drawn.size(), part),
+    m_lines.begin(m_drawn, pictureToGround(m_drawn.size(), m_linesPart),
                   lineWidth * std::max(1.0, std::max(m_drawn.width(), m_drawn.height()) / shown));
     m_drawing.start(0);
     return true;
@@ -244,7 +246,7 @@ QPolygonF PreviewPane::rangeOf(const ObserverPoint &observer) const
         const double angle = 2.0 * M_PI * corner / corners;
         const QPointF way(observer.maxDistance / metres.width() * std::cos(angle),
                           observer.maxDistance / metres.height() * std::sin(angle));
-        range += m_ground.toCells(observer.position() + way);
+        range += toShown(observer.position() + way);
     }
     constexpr double mostCells = 1e9; // a larger circle cannot be seen, and Qt would dash it without end
     const QRectF box = range.boundingRect();
@@ -259,7 +261,7 @@ void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int curren
     for (int row = 0; m_ground.isOpen() && row < observers.size(); ++row) {
         const ObserverPoint &observer = observers.at(row);
         const bool isCurrent = row == current;
-        const QPointF cell = m_ground.toCells(observer.position());
+        const QPointF cell = toShown(observer.position());
         const bool hasRange = isCurrent || observers.size() <= mostRanges;
         marks += {cell, hasRange ? rangeOf(observer) : QPolygonF(), observer.enabled, isCurrent};
         if (observer.enabled)
@@ -272,32 +274,51 @@ void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int curren
 
 void PreviewPane::setCompass(const std::optional<double> &compass)
 {
-    const auto light = compass
-        ? std::optional(lightDirection(*compass, m_ground.isGeoreferenced() && m_ground.rowsRunNorth(),
-                                       m_ground.columnsRunWest()))
-        : std::nullopt;
+    const auto light = compass ? std::optional(lightDirection(*compass)) : std::nullopt;
     m_output.picture->setLight(light);
 }
 
 QPointF PreviewPane::groundAt(int x, int y, const QSize &shown) const
 {
-    return m_ground.toGround(m_input.picture->cellAt(x, y, shown));
+    return toGround(m_input.picture->cellAt(x, y, shown));
 }
 
-/// The affine transform, in GDAL's order, from pixels of a picture of that part to the DEM's coordinates.
+QPointF PreviewPane::toGround(const QPointF &shown) const
+{
+    return m_ground.toGround(mirrored(shown, {m_ground.width(), m_ground.height()}, m_mirroring));
+}
+
+QPointF PreviewPane::toShown(const QPointF &ground) const
+{
+    return mirrored(m_ground.toCells(ground), {m_ground.width(), m_ground.height()}, m_mirroring);
+}
+
+/// The part of the DEM for a part of the picture, and the other way round.
+QRect PreviewPane::otherSide(const QRect &part) const
+{
+    return mirrored(part, {m_ground.width(), m_ground.height()}, m_mirroring);
+}
+
+QImage PreviewPane::upright(const QImage &picture) const
+{
+    return picture.mirrored(m_mirroring.columns, m_mirroring.rows);
+}
+
+/// The affine transform, in GDAL's order, from pixels of a picture of that part, in cells of the picture, to
+/// the DEM's coordinates.
 std::array<double, 6> PreviewPane::pictureToGround(const QSize &picture, const QRect &part) const
 {
-    const QPointF origin = m_ground.toGround(part.topLeft());
+    const QPointF origin = toGround(part.topLeft());
     const QPointF right =
-        m_ground.toGround(part.topLeft() + QPointF(part.width() / double(picture.width()), 0.0)) - origin;
+        toGround(part.topLeft() + QPointF(part.width() / double(picture.width()), 0.0)) - origin;
     const QPointF down =
-        m_ground.toGround(part.topLeft() + QPointF(0.0, part.height() / double(picture.height()))) - origin;
+        toGround(part.topLeft() + QPointF(0.0, part.height() / double(picture.height()))) - origin;
     return {origin.x(), right.x(), down.x(), origin.y(), right.y(), down.y()};
 }
 
 void PreviewPane::showReadout(const QPointF &cell)
 {
-    const QPointF ground = m_ground.toGround(cell);
+    const QPointF ground = toGround(cell);
     const int decimals = coordinateDecimals(m_ground.cellSize());
     const auto elevation = m_ground.elevation(ground);
     m_readout->setText(

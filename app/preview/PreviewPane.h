@@ -2,6 +2,7 @@
 
 #include "app/preview/PreviewLabel.h"
 #include "app/preview/Previews.h"
+#include "app/preview/previewgeometry.h"
 #include "dataset/demground.h"
 #include "dataset/vectorpicture.h"
 #include "panels/options/observerpoints.h"
@@ -104,6 +105,10 @@ private:
     void applyTexts();
     QPolygonF rangeOf(const ObserverPoint &observer) const;
     std::array<double, 6> pictureToGround(const QSize &picture, const QRect &part) const;
+    QPointF toGround(const QPointF &shown) const;
+    QPointF toShown(const QPointF &ground) const;
+    QRect otherSide(const QRect &part) const;
+    QImage upright(const QImage &picture) const;
 
     QBoxLayout *m_sides;
     Side m_input;
@@ -112,9 +117,11 @@ private:
     QLabel *m_readout;
     DemInfo m_dem;
     DemGround m_ground;
+    Mirroring m_mirroring;
+    // Cells below are those of the picture, with north above and west at the left, where nothing else is said.
     QRectF m_view;                    ///< visible cells
     QVector<QPointF> m_observerCells; ///< cells of the enabled observers
-    QRect m_reportedPart;             ///< part() when it was last reported
+    QRect m_reportedPart;             ///< part(), in cells of the DEM, when it was last reported
     QImage m_drawn;                   ///< the picture that m_lines draws into
     VectorPicture m_lines;            ///< the vector product
     QRect m_linesPart;                ///< cells that m_drawn covers

@@ -91,11 +91,25 @@ QRectF shownRect(const QRectF &view, const QSizeF &area)
     return {QPointF((area.width() - size.width()) / 2.0, 0.0), size};
 }
 
-double lightDirection(double compass, bool rowsRunNorth, bool columnsRunWest)
+QPointF mirrored(const QPointF &cell, const QSize &dem, const Mirroring &mirroring)
 {
-    const double azimuth = 270.0 - compass;
-    const double upright = rowsRunNorth ? 180.0 - azimuth : azimuth;
-    const double turn = std::fmod(columnsRunWest ? -upright : upright, 360.0);
+    return {mirroring.columns ? dem.width() - cell.x() : cell.x(),
+            mirroring.rows ? dem.height() - cell.y() : cell.y()};
+}
+
+QRect mirrored(const QRect &part, const QSize &dem, const Mirroring &mirroring)
+{
+    QRect moved = part;
+    if (mirroring.columns)
+        moved.moveLeft(dem.width() - part.x() - part.width());
+    if (mirroring.rows)
+        moved.moveTop(dem.height() - part.y() - part.height());
+    return moved;
+}
+
+double lightDirection(double compass)
+{
+    const double turn = std::fmod(270.0 - compass, 360.0);
     return turn < 0.0 ? turn + 360.0 : turn;
 }
 

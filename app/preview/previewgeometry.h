@@ -52,10 +52,21 @@ QRectF moved(const QRectF &view, const QPointF &by, const QSize &dem);
 /// edge, centred. Empty for an empty view or area.
 QRectF shownRect(const QRectF &view, const QSizeF &area);
 
-/// The azimuth that a shaded relief is lit from, in degrees (0 to 360) clockwise from the picture's upper edge.
-/// It is the azimuth that the tool receives for the compass reading, mirrored where the DEM's rows run
-/// northwards or its columns westwards.
-double lightDirection(double compass, bool rowsRunNorth, bool columnsRunWest);
+/// The sides of a DEM that are exchanged in its picture, so that north is above and west at the left.
+struct Mirroring
+{
+    bool columns = false; ///< the DEM's columns run from east to west
+    bool rows = false;    ///< the DEM's rows run from south to north
+};
+
+// The place in the picture of a place in the DEM, and the other way round. Both are counted in cells.
+
+QPointF mirrored(const QPointF &cell, const QSize &dem, const Mirroring &mirroring);
+QRect mirrored(const QRect &part, const QSize &dem, const Mirroring &mirroring);
+
+/// The azimuth that a shaded relief is lit from, in degrees (0 to 360) clockwise from the picture's upper edge,
+/// which is north: the azimuth that the tool receives for the compass reading.
+double lightDirection(double compass);
 
 /// Number of decimals by which coordinates of neighbouring cells of that size differ.
 int coordinateDecimals(double cellSize);

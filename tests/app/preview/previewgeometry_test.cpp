@@ -11,6 +11,7 @@ private slots:
     void reductions();
     void zooming();
     void lightDirections();
+    void mirroredPlaces();
     void numbers();
 };
 
@@ -56,12 +57,20 @@ void PreviewGeometryTest::zooming()
     QCOMPARE(moved(closer, {-900, 900}, dem), QRectF(0, 250, 500, 250));
 }
 
+void PreviewGeometryTest::mirroredPlaces()
+{
+    const QSize dem(10, 6);
+    QCOMPARE(mirrored(QPointF(0.5, 1.0), dem, {}), QPointF(0.5, 1.0));
+    QCOMPARE(mirrored(QPointF(0.5, 1.0), dem, {.columns = false, .rows = true}), QPointF(0.5, 5.0));
+    QCOMPARE(mirrored(QPointF(0.5, 1.0), dem, {.columns = true, .rows = false}), QPointF(9.5, 1.0));
+    QCOMPARE(mirrored(QRect(1, 2, 3, 4), dem, {.columns = true, .rows = true}), QRect(6, 0, 3, 4));
+}
+
 void PreviewGeometryTest::lightDirections()
 {
-    QCOMPARE(lightDirection(315.0, false, false), 315.0);
-    QCOMPARE(lightDirection(315.0, true, false), 225.0); // the DEM is shown upside down
-    QCOMPARE(lightDirection(0.0, false, false), 270.0);
-    QCOMPARE(lightDirection(315.0, false, true), 45.0);
+    QCOMPARE(lightDirection(315.0), 315.0);
+    QCOMPARE(lightDirection(0.0), 270.0);
+    QCOMPARE(lightDirection(225.0), 45.0);
 }
 
 void PreviewGeometryTest::numbers()

@@ -94,7 +94,7 @@ void PreviewsTest::placesAndCoordinates_data()
     QTest::addColumn<QPointF>("expected");          // coordinates of the cell (2, 1)
 
     QTest::newRow("north up") << QVector<double>{100, 10, 0, 500, 0, -10} << QPointF(120, 490);
-    QTest::newRow("south up") << QVector<double>{100, 10, 0, 500, 0, 10} << QPointF(120, 510);
+    QTest::newRow("south up") << QVector<double>{100, 10, 0, 500, 0, 10} << QPointF(120, 690);
     QTest::newRow("rotated") << QVector<double>{100, 0, 10, 500, 10, 0} << QPointF(110, 520);
     QTest::newRow("none") << QVector<double>{} << QPointF(2, 1);
 }
