@@ -37,6 +37,7 @@ private slots:
     void stepsRunInOrderUnderTheirTitles();
     void overall_data();
     void overall();
+    void sharesOfSteps();
     void windowKinds();
     void emptyCollectionIsDone();
     void failureDeletesEveryOutput();
@@ -117,6 +118,34 @@ void ScriptRunnerTest::overall()
     QFETCH(int, steps);
     QFETCH(int, percent);
     QTEST(overallProgress(current, steps, percent), "overall");
+}
+
+void ScriptRunnerTest::sharesOfSteps()
+{
+    const QVector<double> shares{1.0, 2.0, 1.0};
+    QCOMPARE(overallProgress(0, shares, 40), 10);
+    QCOMPARE(overallProgress(1, shares, 50), 50);
+    QCOMPARE(overallProgress(2, shares, 100), 100);
+    QCOMPARE(overallProgress(0, QVector<double>{0.0}, 50), 0);
+
+    QuvoScriptRunner runner(nullptr);
+    Journal journal(runner);
+    QVector<int> percents;
+    connect(&runner, &QuvoScriptRunner::updateProgress, this,
+            [&](int percent) { percents += runner.listProgress(percent); });
+    const QuvoProcessingCollection steps{
+        {fakeTool({"err", "one", "out", "0...10...20...30...40...50"}), "first"},
+        {fakeTool({"err", "two", "out", "0...10...20...30...40...50"}), "second"}};
+    runner.setShares({3.0, 1.0});
+    runner.run(steps, {}, NoProgressWindow);
+    QTRY_COMPARE(journal.entries, QStringList{"done"});
+    QVERIFY2(percents.contains(37) && percents.contains(87), qPrintable(QString::number(percents.value(0))));
+    QCOMPARE(runner.standardErrorOfList(), QStringLiteral("onetwo"));
+    percents.clear();
+    runner.run(steps, {}, NoProgressWindow); // the shares were those of one list
+    QTRY_COMPARE(journal.entries.size(), 2);
+    QVERIFY(percents.contains(25) && percents.contains(75));
+    QCOMPARE(runner.standardErrorOfList(), QStringLiteral("onetwo"));
 }
 
 void ScriptRunnerTest::windowKinds()

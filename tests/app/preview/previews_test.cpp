@@ -33,6 +33,7 @@ private slots:
 
     void placesAndCoordinates_data();
     void placesAndCoordinates();
+    void northIsAbove();
     void productIsTheToolsOwn_data();
     void productIsTheToolsOwn();
     void vectorProducts();
@@ -116,6 +117,36 @@ void PreviewsTest::placesAndCoordinates()
     QVERIFY(pane.setDem(dem));
     QTEST(pane.groundAt(10, 5, QSize(200, 100)), "expected"); // five pixels per cell
     QCOMPARE(pane.dem().georeferenced, !transform.isEmpty());
+}
+
+/// A DEM with rows from the south and columns from the east is shown with north above and west at the left, and
+/// so is a product in its grid; a product that was turned already is not turned again.
+void PreviewsTest::northIsAbove()
+{
+    const QVector<float> values{4, 3, 2, 1}; // south-east, south-west, north-east, north-west
+    QVERIFY(writeRaster(path("turned.tif"), 2, 2, values));
+    const auto file = GDALOpen(path("turned.tif").toUtf8().constData(), GA_Update);
+    double transform[] = {120.0, -10.0, 0.0, 480.0, 0.0, 10.0};
+    GDALSetGeoTransform(file, transform);
+    GDALClose(file);
+    PreviewPane pane;
+    DemInfo dem;
+    dem.path = path("turned.tif");
+    QVERIFY(pane.setDem(dem));
+    const auto isUpright = [](const QImage &picture) {
+        return qGray(picture.pixel(0, 0)) < qGray(picture.pixel(1, 0))
+            && qGray(picture.pixel(1, 0)) < qGray(picture.pixel(0, 1))
+            && qGray(picture.pixel(0, 1)) <= qGray(picture.pixel(1, 1));
+    };
+    const QRect whole(0, 0, 2, 2);
+    pane.showInput(dem.path, whole);
+    QVERIFY(isUpright(pane.inputLabel()->picture()));
+    const auto output = pane.findChild<PreviewLabel *>("m_pLOutputImgPreview");
+    QVERIFY(pane.showOutput(dem.path, whole, false, false));
+    QVERIFY(isUpright(output->picture()));
+    QVERIFY(pane.showOutput(dem.path, whole, false, true));
+    QVERIFY(!isUpright(output->picture()));
+    QCOMPARE(pane.groundAt(0, 0, QSize(2, 2)), QPointF(100.0, 500.0));
 }
 
 void PreviewsTest::productIsTheToolsOwn_data()
