@@ -36,6 +36,7 @@ private slots:
     void northIsAbove();
     void productIsTheToolsOwn_data();
     void productIsTheToolsOwn();
+    void sameGroundSamePreview();
     void vectorProducts();
     void observersAreSetInThePicture();
     void observersOfAnyKind();
@@ -193,6 +194,54 @@ void PreviewsTest::productIsTheToolsOwn()
                                  10000);
     }
     QVERIFY(!QFile::exists(path("dem.tif.aux.xml")));
+}
+
+/// The same ground has the same preview, with rows from the south and without a georeference, and whatever part
+/// of it a run would process.
+void PreviewsTest::sameGroundSamePreview()
+{
+    QVERIFY(copyRaster(path("dem.tif"), path("north.tif"),
+                       {"-srcwin", "0", "0", "60", "40", "-a_ullr", "0", "40", "60", "0"}));
+    QVector<float> values(60 * 40);
+    {
+        const auto file = GDALOpen(path("north.tif").toUtf8().constData(), GA_ReadOnly);
+        QCOMPARE(GDALRasterIO(GDALGetRasterBand(file, 1), GF_Read, 0, 0, 60, 40, values.data(), 60, 40, GDT_Float32,
+                              0, 0),
+                 CE_None);
+        GDALClose(file);
+    }
+    const auto write = [&](const char *name, const QVector<float> &cells, QVector<double> transform) {
+        const auto file = GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
+            path(name).toUtf8().constData(), 60, 40, 1, GDT_Float32, nullptr);
+        QVector<float> copy = cells;
+        const bool isWritten = file->GetRasterBand(1)->RasterIO(GF_Write, 0, 0, 60, 40, copy.data(), 60, 40,
+                                                                GDT_Float32, 0, 0, nullptr)
+            == CE_None;
+        if (!transform.isEmpty())
+            file->SetGeoTransform(transform.data());
+        GDALClose(file);
+        return isWritten;
+    };
+    QVector<float> fromTheSouth;
+    for (int row = 39; row >= 0; --row)
+        fromTheSouth += values.mid(row * 60, 60);
+    QVERIFY(write("south.tif", fromTheSouth, {0, 1, 0, 0, 0, 1}) && write("plain.tif", values, {}));
+    for (const int tab : {0, 2}) {
+        Dialog dialog(m_tools);
+        dialog.showTab(tab);
+        dialog.window.setInputDem(path("north.tif"));
+        QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
+        const QImage expected = dialog.output()->picture();
+        Recipe settings = dialog.window.recipe();
+        settings.part = QRect(10, 10, 8, 8);
+        dialog.window.setRecipe(settings);
+        QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && !hasChildren(), 10000);
+        QCOMPARE(dialog.output()->picture(), expected);
+        for (const char *other : {"south.tif", "plain.tif"}) {
+            dialog.window.setInputDem(path(other));
+            QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && dialog.output()->picture() == expected, 5000);
+        }
+    }
 }
 
 void PreviewsTest::vectorProducts()
