@@ -100,6 +100,10 @@ QStringList outputWarnings(const ProcessingRequest &request)
     if (output.worldFile && !output.tiled)
         warnings += labelText({"MESS_CALAGE_SANS_TUILE",
                                "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
+    if (!output.reproject.isEmpty() && request.process && !mayReproject(*request.process))
+        warnings += labelText({"MESS_PROJ_SANS_EFFET",
+                               "--reproject ne vaut que pour les courbes de niveau et l'intervisibilité : ce "
+                               "produit garde le système du MNT."});
     return warnings;
 }
 
