@@ -266,6 +266,10 @@ void TrueMetresTest::feetWithVoids()
         }
         QCOMPARE(bytesOf(path("feet.tfw")), bytesOf(path("metres.tfw")));
         QCOMPARE(inFeet.toGround, inMetres.toGround);
+        const Cells part = product(QStringList{process} + QStringList{"--part", "40 90 30 20"}, "plain.tif");
+        QCOMPARE(part.values.size(), 600);
+        for (int at = 0; at < 600; ++at)
+            QCOMPARE(part.values.at(at), inFeet.values.at((90 + at / 30) * 240 + 40 + at % 30));
     }
 }
 
@@ -336,6 +340,8 @@ void TrueMetresTest::rotated()
     QCOMPARE(found.toGround[1], 10.0);
     QVERIFY(found.toGround[5] == -10.0 && found.width > 240);
     QCOMPARE(found.at(0, 0), -9999.0); // a corner of the upright grid
+    const Cells filled = product({"slope", "--fill-distance", "50", "--fill-mask"}, "rotated.tif");
+    QCOMPARE(filled.values, found.values); // the corners are no voids of the DEM
 }
 
 /// A ratio that the user chose goes to the tool, on the DEM as it is.
