@@ -355,7 +355,8 @@ void makeFromStrips(Way &way, const ProcessingRequest &request, const Stage &sta
     }
     const QString view = way.file(QStringLiteral("whole.vrt"));
     way.write(view, assembledView(stage.grid, parts, productCells(request)));
-    way.addCopy(QStringLiteral("-of ") + quotedArgument(outputFormat(request))
+    // Like the processes' tool, "-strict" refuses a format that would change the cells.
+    way.addCopy(QStringLiteral("-strict -of ") + quotedArgument(outputFormat(request))
                     + creationArguments(request.outputOptions) + QLatin1Char(' '),
                 view, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
 }

@@ -301,6 +301,8 @@ void TrueMetresTest::otherFormats()
         for (int at = 0; at < expected.values.size(); ++at)
             QVERIFY(std::abs(other.values.at(at) - expected.values.at(at)) < 1e-3);
     }
+    // A format that cannot hold the cells is refused, as the tool itself refuses it.
+    QVERIFY(product({"slope", "--of", "PNG"}, name, "product.png").values.isEmpty());
 }
 
 /// Rows run from the north then, as in any picture, and the product has no georeference either.
