@@ -65,7 +65,8 @@ QString bandFile(const QString &view)
 /// Writes what GDAL's warping makes of the DEM's band. False after a failure.
 bool warp(const QString &dem, const DemFacts &facts, Arguments &arguments, const QString &path)
 {
-    Arguments band{"-of", "VRT", "-b"};
+    // The tools read the cells that a mask hides, too. Warping would make elevations of 0 of them.
+    Arguments band{"-of", "VRT", "-mask", "none", "-b"};
     band.add(facts.band);
     if (!translate(dem, band, bandFile(path)))
         return false;

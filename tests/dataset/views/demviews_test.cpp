@@ -23,6 +23,7 @@ private slots:
     void initTestCase();
     void turnedVoids_data();
     void turnedVoids();
+    void maskIsNoElevation();
     void roundingIsNoRotation();
     void seaLevelIsNoVoid();
     void sidesInTheUnitOfTheCrs_data();
@@ -87,6 +88,16 @@ void DemViewsTest::turnedVoids()
     QCOMPARE(cell(view.path, 3, 2), 100.0F);
 }
 
+/// Like the tools on an upright DEM, the view shows the elevation of a masked cell.
+void DemViewsTest::maskIsNoElevation()
+{
+    const DemFacts facts = dem({"-a_nodata", "none", "-b", "1", "-mask", "1", "-scale", "0", "100", "50", "60",
+                                "-a_ullr", "0", "0", "12", "10"},
+                               0.0F);
+    const DemView view = writeTurnedView(path("dem.tif"), facts, path("turned.vrt"));
+    QCOMPARE(cell(view.path, 3, 7), 50.0F);
+}
+
 void DemViewsTest::roundingIsNoRotation()
 {
     DemFacts facts = dem({});
@@ -131,19 +142,21 @@ void DemViewsTest::sidesInTheUnitOfTheCrs()
 
 void DemViewsTest::noViewInAnUnknownCrs_data()
 {
-    QTest::addColumn<QList<QByteArray>>("options");
+    QTest::addColumn<bool>("hasCrs");
     QTest::addColumn<QString>("crs");
-    QTest::newRow("a misspelt CRS") << QList<QByteArray>() << "EPSG:999999";
-    QTest::newRow("a CRS of heights") << QList<QByteArray>() << "EPSG:5773";
-    QTest::newRow("a DEM without CRS") << QList<QByteArray>{"-a_srs", "none"} << "EPSG:32632";
-    QTest::newRow("none to propose") << QList<QByteArray>() << "";
+    QTest::newRow("a misspelt CRS") << true << "EPSG:999999";
+    QTest::newRow("a CRS of heights") << true << "EPSG:5773";
+    QTest::newRow("none to propose") << true << "";
+    QTest::newRow("a DEM without CRS") << false << "EPSG:32632";
 }
 
 void DemViewsTest::noViewInAnUnknownCrs()
 {
-    QFETCH(QList<QByteArray>, options);
+    QFETCH(bool, hasCrs);
     QFETCH(QString, crs);
-    const DemView view = writeReprojectedView(path("dem.tif"), dem(options), crs, path("projected.vrt"));
+    DemFacts facts = dem({});
+    facts.crs = hasCrs ? facts.crs : DemCrs::None;
+    const DemView view = writeReprojectedView(path("dem.tif"), facts, crs, path("projected.vrt"));
     QVERIFY(view.path.isEmpty() && !view.problem.isEmpty());
 }
 
