@@ -355,6 +355,10 @@ void TrueMetresTest::chosenRatioStays()
     const Cells asIs = product({"slope", "--set", "scaleIndex=2", "--as-is"}, name, "asis.tif");
     QCOMPARE(chosen.values, asIs.values);
     QVERIFY(product({"slope"}, name).values != asIs.values);
+    product({"slope", "--set", "scaleIndex=2", "--print-command"}, name);
+    QVERIFY2(m_error.isEmpty(), qPrintable(m_error));
+    product({"slope", "--print-command"}, name); // the tool alone does not make that product
+    QVERIFY(!m_error.isEmpty());
 }
 
 void TrueMetresTest::partsEqualTheWhole_data()
