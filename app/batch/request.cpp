@@ -1,6 +1,7 @@
 #include "app/batch/request.h"
 
 #include "app/process/productname.h"
+#include "app/process/productsteps.h"
 #include "app/recipe/recipe.h"
 #include "app/recipe/recipeinput.h"
 #include "app/run/outputname.h"
@@ -100,6 +101,10 @@ QStringList outputWarnings(const ProcessingRequest &request)
     if (output.worldFile && !output.tiled)
         warnings += labelText({"MESS_CALAGE_SANS_TUILE",
                                "Le fichier de calage n'est écrit qu'avec un produit en tuiles (--tiled)."});
+    if (!output.reproject.isEmpty() && request.process && !mayReproject(*request.process))
+        warnings += labelText({"MESS_PROJ_SANS_EFFET",
+                               "--reproject ne vaut que pour les courbes de niveau et l'intervisibilité : ce "
+                               "produit garde le système du MNT."});
     return warnings;
 }
 
@@ -188,6 +193,12 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
         batch.warnings += labelText(
             {"MESS_LOT_FICHIER_TEMP",
              "Cette commande lit un fichier temporaire de ce programme, supprimé quand il se termine."});
+    if (arguments.action == BatchAction::PrintCommand && batch.problem.isEmpty()
+        && needsSteps(batch.request, readDemFacts(dem, recipe.band)))
+        batch.warnings +=
+            labelText({"MESS_LOT_AUTRES_ETAPES",
+                       "Cette commande lit le MNT tel quel ; pour ce produit, ce programme exécute "
+                       "d'autres étapes encore."});
     if (!arguments.recipeFile.isEmpty() && arguments.recipeFile != QLatin1String(pipedRecipeName))
         batch.otherInputs += QFileInfo(arguments.recipeFile).absoluteFilePath();
     batch.otherInputs += prepared.sourceFiles;

@@ -144,6 +144,7 @@ QRect withMargin(const QRect &part, int cells, const DemFacts &facts)
     return part.adjusted(-cells, -cells, cells, cells) & QRect(0, 0, facts.width, facts.height);
 }
 
+/// The next step reads a view in the place of the DEM.
 void useView(Way &way, Stage &stage, const DemView &view)
 {
     if (view.path.isEmpty() || !view.facts.isOpen)
@@ -151,39 +152,34 @@ void useView(Way &way, Stage &stage, const DemView &view)
             view.problem.isEmpty()
                 ? labelText({"MESS_VUE_ECRITURE", "Le fichier « %1 » n'a pas pu être écrit."}).arg(view.path)
                 : view.problem);
-    stage.dem = {view.path, view.facts};
-    stage.grid = view.facts;
-    stage.whole = view.facts;
+    DemFacts facts = view.facts;
+    facts.elevationUnit = stage.dem.facts.elevationUnit; // GDAL's translation drops the unit of a part
+    stage.dem = {view.path, facts};
+    stage.grid = facts;
+    stage.whole = facts;
 }
 
-/// The DEM in the grid that the process needs: turned to the north, or in another CRS. Where such a grid lies
-/// askew in the DEM's, the part is taken before. Returns the part in that grid; null: all of it.
-QRect changeGrid(Way &way, Stage &stage, const ProcessingRequest &request, const DemTreatment &treatment)
+bool isReprojected(const ProcessingRequest &request)
+{
+    return !request.outputOptions.reproject.isEmpty() && mayReproject(*request.process);
+}
+
+/// The DEM with its rows from the north, where the treatment says so.
+void turn(Way &way, Stage &stage, const DemTreatment &treatment)
+{
+    if (treatment.turn)
+        useView(way, stage,
+                writeTurnedView(stage.dem.path, stage.dem.facts, way.file(QStringLiteral("turned.vrt"))));
+}
+
+/// The DEM in the CRS of the request.
+void reproject(Way &way, Stage &stage, const QString &crs)
 {
     const DemFacts &facts = stage.dem.facts;
-    const bool isReprojected = !request.outputOptions.reproject.isEmpty() && mayReproject(*request.process);
-    if (!isReprojected && !treatment.turn)
-        return request.part;
-    QRect part = request.part;
-    const bool isAskew = isReprojected || isRotated(facts);
-    if (isAskew && !part.isNull()) {
-        useView(way, stage,
-                writePartView(stage.dem.path, facts.band, part, way.file(QStringLiteral("part.vrt"))));
-        part = QRect();
-    } else if (!part.isNull()) {
-        part = mirrored(part, facts);
-    }
-    const ViewSource dem = stage.dem;
-    if (isReprojected) {
-        const bool isProposed = request.outputOptions.reproject == QLatin1String("auto");
-        useView(way, stage,
-                writeReprojectedView(dem.path, dem.facts,
-                                     isProposed ? metricCrs(dem.facts) : request.outputOptions.reproject,
-                                     way.file(QStringLiteral("projected.vrt"))));
-    } else {
-        useView(way, stage, writeTurnedView(dem.path, dem.facts, way.file(QStringLiteral("turned.vrt"))));
-    }
-    return part;
+    const QString proposed = crs == QLatin1String("auto") ? metricCrs(facts) : QString();
+    useView(way, stage,
+            writeReprojectedView(stage.dem.path, facts, proposed.isEmpty() ? crs : proposed,
+                                 way.file(QStringLiteral("projected.vrt"))));
 }
 
 /// Gives the tool the observers in the CRS of the reprojected DEM.
@@ -262,6 +258,44 @@ void trim(Way &way, Stage &stage)
     stage.margins = {};
 }
 
+/// The DEM in a grid that lies askew in its own. Before, the part is taken and the voids are filled, so that
+/// the corners of the new grid, where there is no DEM, stay empty.
+void changeGrid(Way &way, Stage &stage, const ProcessingRequest &request, const DemTreatment &treatment,
+                const QString &mask)
+{
+    if (!request.part.isNull())
+        useView(way, stage,
+                writePartView(stage.dem.path, stage.dem.facts.band, request.part,
+                              way.file(QStringLiteral("part.vrt"))));
+    if (request.outputOptions.fillDistance > 0.0) {
+        fillVoids(way, stage, request, mask);
+        // The views of the filled DEM are written before the step that makes it has run.
+        const DemFacts &facts = stage.dem.facts;
+        const ProductPart all{stage.dem.path, {facts.width, facts.height}, {}, {0, facts.height}};
+        stage.dem.path = way.file(QStringLiteral("filled.vrt"));
+        way.write(stage.dem.path, assembledView(facts, {all}, {facts.cellType, facts.noData}));
+    }
+    if (isReprojected(request))
+        reproject(way, stage, request.outputOptions.reproject);
+    else
+        turn(way, stage, treatment);
+}
+
+/// The DEM in a grid whose cells are those of its own. The part keeps neighbours, also for filling its voids.
+void keepCells(Way &way, Stage &stage, const ProcessingRequest &request, const DemTreatment &treatment,
+               const QString &mask)
+{
+    const QRect part =
+        treatment.turn && !request.part.isNull() ? mirrored(request.part, stage.dem.facts) : request.part;
+    turn(way, stage, treatment);
+    if (!part.isNull())
+        cutPart(way, stage, part, request);
+    if (request.outputOptions.fillDistance > 0.0)
+        fillVoids(way, stage, request, mask);
+    if (!request.cellUse.neighbours && !stage.margins.isNull())
+        trim(way, stage);
+}
+
 /// The strips of the whole DEM as far as they belong to the product.
 QVector<SizedStrip> stripsOf(const Stage &stage, double tolerance)
 {
@@ -321,7 +355,8 @@ void makeFromStrips(Way &way, const ProcessingRequest &request, const Stage &sta
     }
     const QString view = way.file(QStringLiteral("whole.vrt"));
     way.write(view, assembledView(stage.grid, parts, productCells(request)));
-    way.addCopy(QStringLiteral("-of ") + quotedArgument(outputFormat(request))
+    // Like the processes' tool, "-strict" refuses a format that would change the cells.
+    way.addCopy(QStringLiteral("-strict -of ") + quotedArgument(outputFormat(request))
                     + creationArguments(request.outputOptions) + QLatin1Char(' '),
                 view, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
 }
@@ -365,17 +400,15 @@ ProductSteps productSteps(const ProcessingRequest &request, const DemFacts &fact
     Stage stage{.dem = {request.input, known}, .margins = {}, .grid = known, .whole = known};
     DemTreatment treatment = treatmentOf(request, facts);
     treatment.turn = treatment.turn && (options.isGeoreferenced || !isRotated(facts));
-    const QRect part = changeGrid(way, stage, request, treatment);
-    if (!pointFileOf(asked.toolInput.fragment).isEmpty() && stage.grid.crsText != facts.crsText)
+    const OutputOptions &output = request.outputOptions;
+    const QString mask = output.fillMask ? fillMaskFile(request.output) : QString();
+    if (isReprojected(request) || (treatment.turn && isRotated(facts)))
+        changeGrid(way, stage, request, treatment, mask);
+    else
+        keepCells(way, stage, request, treatment, mask);
+    if (way.steps.problem.isEmpty() && isReprojected(request)
+        && !pointFileOf(asked.toolInput.fragment).isEmpty())
         moveObservers(way, asked, facts, stage.grid.crsText);
-    if (!part.isNull())
-        cutPart(way, stage, part, request);
-    const bool isFilled = request.outputOptions.fillDistance > 0.0;
-    if (isFilled)
-        fillVoids(way, stage, request,
-                  request.outputOptions.fillMask ? fillMaskFile(request.output) : QString());
-    if (!request.cellUse.neighbours && !stage.margins.isNull())
-        trim(way, stage);
     way.steps.width = stage.grid.width;
     way.steps.height = stage.grid.height;
     makeProduct(way, request, stage, treatment, options);

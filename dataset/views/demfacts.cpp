@@ -213,5 +213,9 @@ bool isMirrored(const DemFacts &facts)
 
 bool isRotated(const DemFacts &facts)
 {
-    return facts.isGeoreferenced && (facts.toGround[2] != 0.0 || facts.toGround[4] != 0.0);
+    constexpr double negligible = 0.01; // cells, from one end of the grid to the other
+    const auto &toGround = facts.toGround;
+    return facts.isGeoreferenced
+        && (std::abs(toGround[2]) * facts.height > negligible * std::abs(toGround[1])
+            || std::abs(toGround[4]) * facts.width > negligible * std::abs(toGround[5]));
 }

@@ -66,5 +66,6 @@ double elevationFactor(const DemFacts &facts);
 /// Whether the rows run from south to north, or the columns from east to west.
 bool isMirrored(const DemFacts &facts);
 
-/// Whether rows and columns run askew to the axes of the coordinates.
+/// Whether rows and columns run askew to the axes of the coordinates, by more than the rounding errors with
+/// which some programs write a grid that is upright.
 bool isRotated(const DemFacts &facts);

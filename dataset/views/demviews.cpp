@@ -3,12 +3,15 @@
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
 #include "dataset/views/truecells.h"
+#include "messages/label.h"
 
 #include <gdal_priv.h>
 #include <gdal_utils.h>
+#include <ogr_spatialref.h>
 
 #include <cmath>
 #include <memory>
+#include <optional>
 
 namespace
 {
@@ -62,7 +65,8 @@ QString bandFile(const QString &view)
 /// Writes what GDAL's warping makes of the DEM's band. False after a failure.
 bool warp(const QString &dem, const DemFacts &facts, Arguments &arguments, const QString &path)
 {
-    Arguments band{"-of", "VRT", "-b"};
+    // The tools read the cells that a mask hides, too. Warping would make elevations of 0 of them.
+    Arguments band{"-of", "VRT", "-mask", "none", "-b"};
     band.add(facts.band);
     if (!translate(dem, band, bandFile(path)))
         return false;
@@ -100,14 +104,36 @@ void addMirroredGrid(const DemFacts &facts, Arguments &arguments)
     arguments.add(facts.height);
 }
 
-/// The corners of a grid that lies askew in the old one have no cells. They need a no-data value that the type
-/// can hold.
-void addCorners(const DemFacts &facts, Arguments &arguments)
+/// Whether a warped view may lose the no-data value: GDAL writes 16 digits of it into the view, which may be
+/// more than the type can hold. It is then read as infinity, and the void cells as elevations.
+bool isTooLarge(double noData)
 {
+    constexpr double safe = 1e37;
+    return std::isfinite(noData) && std::abs(noData) > safe;
+}
+
+/// Gives a view the type Float32 and a no-data value that this type can hold. The corners of a grid that lies
+/// askew in the old one have no cells and need such a value, too.
+void addFloatCells(const DemFacts &facts, Arguments &arguments)
+{
+    constexpr double noElevation = -16777216.0; // exact in Float32, and below any ground even in millimetres
+    const double noData = facts.noData.value_or(-9999.0);
     arguments.add("-ot");
     arguments.add("Float32");
     arguments.add("-dstnodata");
-    arguments.add(facts.noData.value_or(-9999.0));
+    arguments.add(isTooLarge(noData) ? noElevation : noData);
+}
+
+/// Metres in a unit of the coordinates of a CRS; at the equator for one in degrees. Empty for a text that is no
+/// CRS of a map.
+std::optional<double> metresInCrsUnit(const QString &text)
+{
+    OGRSpatialReference crs;
+    if (crs.SetFromUserInput(text.toUtf8().constData()) != OGRERR_NONE)
+        return std::nullopt;
+    if (crs.IsGeographic())
+        return crs.GetAngularUnits() * crs.GetSemiMajor();
+    return crs.IsProjected() ? std::optional(crs.GetLinearUnits()) : std::nullopt;
 }
 
 } // namespace
@@ -128,13 +154,15 @@ DemView writeTurnedView(const QString &dem, const DemFacts &facts, const QString
     const GdalMessages messages;
     Arguments arguments{"-of", "VRT", "-r", "near", "-et", "0", "-ovr", "NONE"};
     if (isRotated(facts)) {
-        addCorners(facts, arguments);
+        addFloatCells(facts, arguments);
         const auto &toGround = facts.toGround;
         arguments.add("-tr");
         arguments.add(std::hypot(toGround[1], toGround[4]));
         arguments.add(std::hypot(toGround[2], toGround[5]));
     } else {
         addMirroredGrid(facts, arguments);
+        if (isTooLarge(facts.noData.value_or(0.0)))
+            addFloatCells(facts, arguments);
     }
     return viewAt(path, warp(dem, facts, arguments, path), 1, messages);
 }
@@ -142,11 +170,22 @@ DemView writeTurnedView(const QString &dem, const DemFacts &facts, const QString
 DemView writeReprojectedView(const QString &dem, const DemFacts &facts, const QString &crs, const QString &path)
 {
     const GdalMessages messages;
+    if (facts.crs == DemCrs::None)
+        return {{},
+                {},
+                labelText({"MESS_PROJ_SANS_CRS",
+                           "Le MNT n'a pas de système de coordonnées : il ne peut pas être reprojeté."})};
+    const std::optional<double> unit = metresInCrsUnit(crs);
+    if (!unit)
+        return {
+            {},
+            {},
+            labelText({"MESS_PROJ_INCONNUE", "« %1 » n'est pas un système de coordonnées de carte."}).arg(crs)};
     Arguments arguments{"-of", "VRT", "-r", "cubic", "-ovr", "NONE", "-t_srs"};
     arguments.add(crs.toUtf8());
-    addCorners(facts, arguments);
+    addFloatCells(facts, arguments);
     const QSizeF cell = trueCell(facts, facts.height / 2.0);
-    const double side = std::sqrt(cell.width() * cell.height());
+    const double side = std::sqrt(cell.width() * cell.height()) / *unit;
     arguments.add("-tr");
     arguments.add(side);
     arguments.add(side);

@@ -13,7 +13,7 @@ struct DemView
 {
     QString path;    ///< empty after a failure
     DemFacts facts;  ///< of the view's band
-    QString problem; ///< why there is no view, in GDAL's words; empty otherwise
+    QString problem; ///< why there is no view, in a sentence or in GDAL's words; empty otherwise
 };
 
 /// The part of a DEM within a rectangle of cells, which lies in the DEM. Columns and rows count from the upper
@@ -26,7 +26,7 @@ DemView writePartView(const QString &dem, int band, const QRect &part, const QSt
 DemView writeTurnedView(const QString &dem, const DemFacts &facts, const QString &path);
 
 /// The DEM's band in another CRS, by cubic interpolation in square cells. `crs`: "EPSG:32632", a PROJ text or
-/// WKT.
+/// WKT. A DEM without CRS has no such view.
 DemView writeReprojectedView(const QString &dem, const DemFacts &facts, const QString &crs,
                              const QString &path);
 

@@ -63,11 +63,13 @@ QByteArray geoTransform(const std::array<double, 6> &toGround)
 }
 
 /// The no-data value of a view of type Float32: that of the DEM, or the lowest number where the type cannot
-/// hold it.
-double floatNoData(double noData)
+/// hold it, or where an elevation may have that value once the offset is added.
+double viewNoData(const DemFacts &facts)
 {
     constexpr double lowest = std::numeric_limits<float>::lowest();
-    return std::isfinite(noData) && std::abs(noData) > -lowest ? lowest : noData;
+    const double noData = *facts.noData;
+    const bool isTooLarge = std::isfinite(noData) && std::abs(noData) > -lowest;
+    return isTooLarge || facts.elevationOffset != 0.0 ? lowest : noData;
 }
 
 } // namespace
@@ -79,7 +81,7 @@ QByteArray metreView(const ViewSource &source, const RowStrip &strip, const QSiz
     QByteArray value = element("ScaleOffset", number(facts.elevationOffset * elevationMetres(facts)))
         + element("ScaleRatio", number(elevationFactor(facts)));
     if (facts.noData) {
-        band += element("NoDataValue", number(floatNoData(*facts.noData)));
+        band += element("NoDataValue", number(viewNoData(facts)));
         value += element("NODATA", number(*facts.noData));
     }
     band += element("UnitType", QByteArrayLiteral("m"));

@@ -17,7 +17,8 @@ struct ViewSource
 };
 
 /// A view of a strip of rows with cells of `cell` metres and elevations in metres, of type Float32, in no CRS;
-/// the rows run from the north. The no-data value stays as it is. Nothing is resampled.
+/// the rows run from the north. Cells without data stay so; their value is the DEM's unless an elevation in
+/// metres may have it. Nothing is resampled.
 QByteArray metreView(const ViewSource &source, const RowStrip &strip, const QSizeF &cell);
 
 /// A raster that a tool made, of which the product shows some rows and columns.

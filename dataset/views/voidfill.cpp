@@ -4,7 +4,9 @@
 #include "dataset/pathencoding.h"
 
 #include <QFile>
+#include <QFileInfo>
 
+#include <cpl_conv.h>
 #include <gdal_alg.h>
 #include <gdal_priv.h>
 
@@ -161,6 +163,9 @@ FillResult fillVoids(const FillRequest &request, const FillProgress &progress)
 {
     FillResult result;
     const GdalMessages messages;
+    // GDAL's own files stand beside the filled DEM, where they are removed even after a sudden end.
+    const CPLConfigOptionSetter folder("CPL_TMPDIR", encodePath(QFileInfo(request.filled).path()).constData(),
+                                       false);
     const bool isDone = fill(request, progress, result) && messages.lastError().isEmpty();
     if (isDone)
         return result;

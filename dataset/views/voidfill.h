@@ -27,5 +27,5 @@ struct FillRequest
 
 /// Copies a band and fills its cells without data by inverse distance weighting from the cells around (GDAL's
 /// GDALFillNodata). The DEM is only read. A DEM that declares no value for cells without data is copied as it
-/// is. What a failure or a stop leaves is removed.
+/// is. What a failure or a stop leaves is removed; while it runs, temporary files stand beside `filled`.
 FillResult fillVoids(const FillRequest &request, const FillProgress &progress);

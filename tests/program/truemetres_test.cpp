@@ -266,6 +266,10 @@ void TrueMetresTest::feetWithVoids()
         }
         QCOMPARE(bytesOf(path("feet.tfw")), bytesOf(path("metres.tfw")));
         QCOMPARE(inFeet.toGround, inMetres.toGround);
+        const Cells part = product(QStringList{process} + QStringList{"--part", "40 90 30 20"}, "plain.tif");
+        QCOMPARE(part.values.size(), 600);
+        for (int at = 0; at < 600; ++at)
+            QCOMPARE(part.values.at(at), inFeet.values.at((90 + at / 30) * 240 + 40 + at % 30));
     }
 }
 
@@ -297,6 +301,8 @@ void TrueMetresTest::otherFormats()
         for (int at = 0; at < expected.values.size(); ++at)
             QVERIFY(std::abs(other.values.at(at) - expected.values.at(at)) < 1e-3);
     }
+    // A format that cannot hold the cells is refused, as the tool itself refuses it.
+    QVERIFY(product({"slope", "--of", "PNG"}, name, "product.png").values.isEmpty());
 }
 
 /// Rows run from the north then, as in any picture, and the product has no georeference either.
@@ -336,6 +342,8 @@ void TrueMetresTest::rotated()
     QCOMPARE(found.toGround[1], 10.0);
     QVERIFY(found.toGround[5] == -10.0 && found.width > 240);
     QCOMPARE(found.at(0, 0), -9999.0); // a corner of the upright grid
+    const Cells filled = product({"slope", "--fill-distance", "50", "--fill-mask"}, "rotated.tif");
+    QCOMPARE(filled.values, found.values); // the corners are no voids of the DEM
 }
 
 /// A ratio that the user chose goes to the tool, on the DEM as it is.
@@ -347,6 +355,10 @@ void TrueMetresTest::chosenRatioStays()
     const Cells asIs = product({"slope", "--set", "scaleIndex=2", "--as-is"}, name, "asis.tif");
     QCOMPARE(chosen.values, asIs.values);
     QVERIFY(product({"slope"}, name).values != asIs.values);
+    product({"slope", "--set", "scaleIndex=2", "--print-command"}, name);
+    QVERIFY2(m_error.isEmpty(), qPrintable(m_error));
+    product({"slope", "--print-command"}, name); // the tool alone does not make that product
+    QVERIFY(!m_error.isEmpty());
 }
 
 void TrueMetresTest::partsEqualTheWhole_data()
