@@ -205,8 +205,8 @@ void PreviewsTest::sameGroundSamePreview()
     QVector<float> values(60 * 40);
     {
         const auto file = GDALOpen(path("north.tif").toUtf8().constData(), GA_ReadOnly);
-        QCOMPARE(GDALRasterIO(GDALGetRasterBand(file, 1), GF_Read, 0, 0, 60, 40, values.data(), 60, 40, GDT_Float32,
-                              0, 0),
+        QCOMPARE(GDALRasterIO(GDALGetRasterBand(file, 1), GF_Read, 0, 0, 60, 40, values.data(), 60, 40,
+                              GDT_Float32, 0, 0),
                  CE_None);
         GDALClose(file);
     }

@@ -1,0 +1,87 @@
+#include "app/process/productway.h"
+
+#include "runner/quoting.h"
+
+#include <QFile>
+
+void ProductWay::write(const QString &path, const QByteArray &text)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush())
+        fail(labelText({"MESS_VUE_ECRITURE", "Le fichier « %1 » n'a pas pu être écrit."}).arg(path));
+}
+
+void ProductWay::fail(const QString &problem)
+{
+    if (steps.problem.isEmpty())
+        steps.problem = problem;
+}
+
+void ProductWay::add(const QString &command, const QString &title, double share,
+                     const QStringList &intermediates)
+{
+    steps.steps += {command, title, intermediates, share};
+}
+
+QString ProductWay::toolTitle() const
+{
+    return labelText(processRow(*m_request.process).stepTitle);
+}
+
+/// The file alone where it stands between the steps: the product's own files are declared elsewhere.
+QStringList ProductWay::ifIntermediate(const QString &file) const
+{
+    return file.startsWith(m_folder) ? QStringList{file} : QStringList();
+}
+
+void ProductWay::addTool(const ViewSource &dem, const QString &output, const OutputOptions &options,
+                         double share)
+{
+    ProcessingRequest request = m_request;
+    request.input = dem.path;
+    request.band = dem.facts.band;
+    request.output = output;
+    request.outputOptions = options;
+    add(runCommand(request, m_tools), toolTitle(), share, ifIntermediate(output));
+}
+
+void ProductWay::addBatch(const QString &task, const QString &raster, const ViewSource &dem,
+                          const QString &more, const QString &title, double share,
+                          const QStringList &intermediates)
+{
+    add(processCommand(m_tools.batch,
+                       QStringLiteral("--%1 ").arg(task) + quotedArgument(raster) + QStringLiteral(" --input ")
+                           + quotedArgument(dem.path) + QStringLiteral(" --band %1").arg(dem.facts.band)
+                           + more),
+        title, share, intermediates);
+}
+
+void ProductWay::addFilling(const ViewSource &dem, const QString &filled, double distance, const QString &mask)
+{
+    QString more = QStringLiteral(" --fill-distance %1").arg(distance);
+    if (!mask.isEmpty())
+        more += QStringLiteral(" --mask ") + quotedArgument(mask);
+    addBatch(QStringLiteral("fill-voids"), filled, dem, more,
+             labelText({"MESS_CALC_COMBLER", "Comblement des vides du MNT."}), 1.0,
+             ifIntermediate(filled) + ifIntermediate(mask));
+}
+
+void ProductWay::addCorrection(const ViewSource &dem, const QString &raster)
+{
+    const bool trigonometric = m_request.cellUse.trigonometric;
+    addBatch(QStringLiteral("correct-aspect"), raster, dem,
+             trigonometric ? QStringLiteral(" --set trigonometric=true") : QString(), toolTitle(), 0.5, {});
+}
+
+void ProductWay::addGeoreference(const ViewSource &dem)
+{
+    addBatch(QStringLiteral("georeference"), m_request.output, dem, {}, toolTitle(), 0.02, {});
+}
+
+void ProductWay::addCopy(const QString &arguments, const QString &from, const QString &to, const QString &title,
+                         double share)
+{
+    add(processCommand(m_tools.translate,
+                       arguments + quotedArgument(from) + QLatin1Char(' ') + quotedArgument(to)),
+        title, share, ifIntermediate(to));
+}
