@@ -56,7 +56,10 @@ void QuvoScriptRunner::run(QuvoProcessingCollection tProcessCollection,
     m_nextShares.clear();
     m_earlierText.clear();
 
-    if (tProgressWindowType != NoProgressWindow) {
+    m_part = m_nextPart;
+    m_nextPart = {0, 100};
+    const bool isContinued = m_part.first > 0 && m_progressDialog.isVisible();
+    if (tProgressWindowType != NoProgressWindow && !isContinued) {
         m_progressDialog.setStopButtonVisible(tProgressWindowType == ProgressWindowWithStop);
         m_progressDialog.setProgress(0);
         m_progressDialog.setPixmap(qsIcon.isEmpty() ? QPixmap() : QPixmap(qsIcon));
@@ -89,7 +92,8 @@ void QuvoScriptRunner::doNext()
     ++m_iCurrent;
     if (m_iCurrent >= m_processes.size()) {
         m_bRunning = false;
-        m_progressDialog.hide();
+        if (m_part.second >= 100)
+            m_progressDialog.hide();
         emit done();
         return;
     }
@@ -111,8 +115,10 @@ void QuvoScriptRunner::setProgress(int iPercent)
 
 int QuvoScriptRunner::listProgress(int percent) const
 {
-    return m_shares.isEmpty() ? overallProgress(m_iCurrent, static_cast<int>(m_processes.size()), percent)
-                              : overallProgress(m_iCurrent, m_shares, percent);
+    const int ofList = m_shares.isEmpty()
+        ? overallProgress(m_iCurrent, static_cast<int>(m_processes.size()), percent)
+        : overallProgress(m_iCurrent, m_shares, percent);
+    return m_part.first + (m_part.second - m_part.first) * ofList / 100;
 }
 
 void QuvoScriptRunner::stop()

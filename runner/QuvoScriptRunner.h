@@ -31,11 +31,19 @@ public:
     /// list of another length, all steps have the same part.
     void setShares(const QVector<double> &shares) { m_nextShares = shares; }
 
+    /// Sets the next list's part of the window's bar, in percent; from 0 to 100 without this call. A list whose
+    /// part begins above 0 continues the bar and the clock of the list before it. The window stays after a list
+    /// that ends well and whose part ends below 100, until the next list or hideProgress().
+    void setPartOfBar(int begin, int end) { m_nextPart = {begin, end}; }
+
+    /// Hides a window that stayed.
+    void hideProgress() { m_progressDialog.hide(); }
+
     /// What the commands of the last list wrote on their standard error so far, in their order, also after exit
     /// code 0.
     QString standardErrorOfList() const { return m_earlierText + m_runner.lastStandardError(); }
 
-    /// Percentage of the whole list while the running step is at `percent`.
+    /// Percentage of the bar while the running step is at `percent`.
     int listProgress(int percent) const;
 
     /// The command line of the last command.
@@ -86,7 +94,9 @@ private:
     QuvoOutputFilesListCollection m_outputFiles;
     QVector<double> m_nextShares;
     QVector<double> m_shares; ///< of the running list; empty: equal shares
-    QString m_earlierText;    ///< standard error of the commands before the current one
+    QPair<int, int> m_nextPart{0, 100};
+    QPair<int, int> m_part{0, 100}; ///< of the bar: begin and end of the running list
+    QString m_earlierText;          ///< standard error of the commands before the current one
     bool m_bRunning = false;
     bool m_bUserCancel = false; ///< a stop is in progress: the end of the command starts no further step
 };

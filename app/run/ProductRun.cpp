@@ -6,6 +6,13 @@
 #include "runner/commandsplit.h"
 #include "runner/tooltext.h"
 
+namespace
+{
+
+constexpr int overviewsBegin = 85; // percent of the bar: overviews take less time than the product
+
+} // namespace
+
 ProductRun::ProductRun(QuvoScriptRunner &runner)
     : m_runner(runner)
 {
@@ -51,6 +58,8 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     }
     m_runner.setWorkingFolder(m_partPlan.workingFolder);
     m_runner.setShares(sharesOf(steps));
+    if (!plan.overviewCommand.isEmpty())
+        m_runner.setPartOfBar(0, overviewsBegin);
     m_runner.run(commandsOf(steps), outputsOf(steps, m_partPlan.outputs),
                  showProgress ? ProgressWindowWithStop : NoProgressWindow, icon);
 }
@@ -73,6 +82,7 @@ void ProductRun::abandon()
 
 void ProductRun::end()
 {
+    m_runner.hideProgress();
     m_runner.setWorkingFolder(QString());
     m_part.reset();
     m_statisticsFiles.restore();
@@ -91,6 +101,7 @@ void ProductRun::buildOverviews()
 {
     m_buildingOverviews = true;
     const QuvoOutputFile overviews{overviewFile(m_part->product()), QString(), QuvoOutputFileKind::PlainFile};
+    m_runner.setPartOfBar(overviewsBegin, 100);
     const QString title = labelText({"MESS_CALC_VUES", "Calcul des vues d'ensemble du résultat."});
     m_runner.run({{m_partPlan.overviewCommand, title}}, {{overviews}},
                  m_showProgress ? ProgressWindowWithStop : NoProgressWindow, m_icon);

@@ -141,9 +141,19 @@ void ScriptRunnerTest::sharesOfSteps()
     QTRY_COMPARE(journal.entries, QStringList{"done"});
     QVERIFY2(percents.contains(37) && percents.contains(87), qPrintable(QString::number(percents.value(0))));
     QCOMPARE(runner.standardErrorOfList(), QStringLiteral("onetwo"));
+    // A list that continues another one shares its bar and its window.
+    percents.clear();
+    runner.setPartOfBar(0, 80);
+    runner.run({steps.first()}, {}, ProgressWindowWithStop);
+    QTRY_COMPARE(journal.entries.size(), 2);
+    QVERIFY(percents.contains(40) && progressWindow()->isVisible());
+    runner.setPartOfBar(80, 100);
+    runner.run({steps.last()}, {}, ProgressWindowWithStop);
+    QTRY_COMPARE(journal.entries.size(), 3);
+    QVERIFY(percents.contains(90) && !progressWindow()->isVisible());
     percents.clear();
     runner.run(steps, {}, NoProgressWindow); // the shares were those of one list
-    QTRY_COMPARE(journal.entries.size(), 2);
+    QTRY_COMPARE(journal.entries.size(), 4);
     QVERIFY(percents.contains(25) && percents.contains(75));
     QCOMPARE(runner.standardErrorOfList(), QStringLiteral("onetwo"));
 }
