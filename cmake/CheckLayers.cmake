@@ -66,7 +66,7 @@ set(layers
     "app/recipe: app/process panels/options colortable dataset dataset/views messages"
     "app/run: app/process app/recipe panels/options runner dataset dataset/views messages"
     "app/preview: app/process panels panels/options runner dataset dataset/views messages"
-    "app/series: app/process app/recipe app/run panels/options runner dataset dataset/views messages"
+    "app/series: app/process app/recipe app/run panels/options runner dataset dataset/chooser dataset/views messages"
     "app/window/input: app/startup app/process app/series panels panels/options dataset dataset/chooser dataset/extraction dataset/views messages"
     "app/window: app/startup app/process app/recipe app/run app/preview app/window/input panels panels/options runner dataset dataset/views messages"
     "app/batch: app/startup app/process app/recipe app/run panels/options runner dataset dataset/views messages"

@@ -3,6 +3,7 @@
 #include "app/process/productname.h"
 #include "app/series/SeriesResultDialog.h"
 #include "dataset/QuvoFilerDialog.h"
+#include "dataset/chooser/filefilters.h"
 #include "dataset/rasterinfo.h"
 #include "dataset/views/mosaic.h"
 #include "messages/Prompt.h"
@@ -85,9 +86,9 @@ void SeveralDems::open(const QStringList &paths)
 
 void SeveralDems::slot_selectTiles()
 {
-    const QStringList files = QuvoFilerDialog::getFiles(
-        m_window.widget, labelText({"MESS_CHX_TUILES", "Choisir plusieurs MNT"}), m_window.folder(),
-        QStringLiteral("%1 (*)").arg(labelText({"MESS_MNT_EXP", "Modèle Numérique de Terrain"})));
+    const QStringList files =
+        QuvoFilerDialog::getFiles(m_window.widget, labelText({"MESS_CHX_TUILES", "Choisir plusieurs MNT"}),
+                                  m_window.folder(), fileFilter(rasterFileFormats()));
     if (!files.isEmpty())
         open(files);
 }
