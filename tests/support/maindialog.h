@@ -91,3 +91,13 @@ struct ShownDialog
 
     quvoGdalUtilities window;
 };
+
+/// The button of the progress window; null while the window is hidden.
+inline QPushButton *stopButton()
+{
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->findChild<QPushButton *>("m_pPBStop"))
+            return window->findChild<QPushButton *>("m_pPBStop");
+    }
+    return nullptr;
+}

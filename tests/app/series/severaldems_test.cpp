@@ -53,16 +53,6 @@ struct Dialog : ShownDialog
     }
 };
 
-/// The progress window's button; null while it is hidden.
-QPushButton *stopButton()
-{
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (window->isVisible() && window->findChild<QPushButton *>("m_pPBStop"))
-            return window->findChild<QPushButton *>("m_pPBStop");
-    }
-    return nullptr;
-}
-
 } // namespace
 
 void SeveralDemsTest::init()

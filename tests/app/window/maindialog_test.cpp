@@ -84,15 +84,6 @@ struct Dialog : ShownDialog
     }
 };
 
-QPushButton *stopButton()
-{
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (window->isVisible() && window->findChild<QPushButton *>("m_pPBStop"))
-            return window->findChild<QPushButton *>("m_pPBStop");
-    }
-    return nullptr;
-}
-
 } // namespace
 
 void MainDialogTest::init()
