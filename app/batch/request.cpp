@@ -176,16 +176,8 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
         return batch;
     const RecipeInput prepared =
         prepareInput(recipe.options, dem, recipe.band, workFolder, &StopSignals::stopWasRequested);
-    batch.request = {.process = processOf(recipe.options),
-                     .mode = recipe.process,
-                     .input = dem,
-                     .tiles = recipe.tiles,
-                     .band = recipe.band,
-                     .part = recipe.part,
-                     .output = recipe.output,
-                     .outputOptions = recipe.outputOptions,
-                     .toolInput = prepared.toolInput,
-                     .cellUse = cellUse(recipe.options)};
+    batch.request = requestOf(recipe, prepared.toolInput);
+    batch.request.input = dem;
     batch.problem = prepared.problem;
     batch.warnings += prepared.warnings + outputWarnings(batch.request);
     if (arguments.action == BatchAction::PrintCommand

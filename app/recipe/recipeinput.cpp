@@ -59,6 +59,20 @@ private:
 
 } // namespace
 
+ProcessingRequest requestOf(const Recipe &recipe, const ToolInput &toolInput)
+{
+    return {.process = processOf(recipe.options),
+            .mode = recipe.process,
+            .input = recipe.input,
+            .tiles = recipe.tiles,
+            .band = recipe.band,
+            .part = recipe.part,
+            .output = recipe.output,
+            .outputOptions = recipe.outputOptions,
+            .toolInput = toolInput,
+            .cellUse = cellUse(recipe.options)};
+}
+
 RecipeInput prepareInput(const ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder,
                          const StopCheck &isStopped)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/recipe/recipe.h"
 #include "app/recipe/tablefile.h"
 #include "dataset/workfolder.h"
 #include "panels/options/processoptions.h"
@@ -16,6 +17,9 @@ struct RecipeInput
     QStringList warnings;    ///< sentences that do not keep the run from starting
     QString problem;         ///< why the run cannot start, in a sentence; empty when it can
 };
+
+/// The request of a recipe, whose input and output are paths, with the tool's input that was prepared for it.
+ProcessingRequest requestOf(const Recipe &recipe, const ToolInput &toolInput);
 
 /// Prepares the tool's input for a run without a window: formats the argument fragment and, where the tool
 /// needs them, writes the colour table or the observers to a file in the work folder. `band` of the DEM counts

@@ -138,15 +138,10 @@ RunPlan DemSeries::planOf(const SeriesRow &row)
                                               [this] { return readingWasStopped(); });
     if (!prepared.problem.isEmpty())
         return {.problemKind = ProblemKind::Input, .problem = prepared.problem};
-    const ProcessingRequest request{.process = processOf(m_recipe.options),
-                                    .mode = m_recipe.process,
-                                    .input = row.dem,
-                                    .band = m_recipe.band,
-                                    .part = m_recipe.part,
-                                    .output = row.product,
-                                    .outputOptions = m_recipe.outputOptions,
-                                    .toolInput = prepared.toolInput,
-                                    .cellUse = cellUse(m_recipe.options)};
+    ProcessingRequest request = requestOf(m_recipe, prepared.toolInput);
+    request.input = row.dem;
+    request.tiles.clear();
+    request.output = row.product;
     return planRun(request, m_tools, prepared.sourceFiles);
 }
 
