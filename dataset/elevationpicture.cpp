@@ -1,4 +1,4 @@
-#include "dataset/extraction/extractionpicture.h"
+#include "dataset/elevationpicture.h"
 
 #include <algorithm>
 #include <cmath>

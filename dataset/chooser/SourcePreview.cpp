@@ -1,6 +1,7 @@
 #include "dataset/chooser/SourcePreview.h"
 
-#include "dataset/chooser/BandSampler.h"
+#include "dataset/elevationgrid.h"
+#include "dataset/elevationpicture.h"
 #include "dataset/vectorpicture.h"
 
 #include <QPainter>
@@ -34,7 +35,7 @@ void SourcePreview::clear()
 void SourcePreview::showBand(const QString &name, int band)
 {
     clear();
-    m_sampler = std::make_unique<BandSampler>(name, band, pictureSide);
+    m_sampler = std::make_unique<ElevationGridReader>(name, band, pictureSide);
     m_shape = m_sampler->bandSize();
     m_timer.start(0);
 }
@@ -58,7 +59,7 @@ void SourcePreview::advance()
 void SourcePreview::advanceBand()
 {
     const bool hasMore = m_sampler->advance(sliceLength);
-    m_picture = greyPicture(m_sampler->grid());
+    m_picture = elevationPicture(m_sampler->grid());
     if (hasMore)
         return;
     finish(sampleFacts(summaryOf(m_sampler->grid()), m_sampler->isWhole(), m_sampler->problem()));

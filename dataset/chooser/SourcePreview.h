@@ -9,7 +9,7 @@
 
 #include <memory>
 
-class BandSampler;
+class ElevationGridReader;
 class VectorPicture;
 
 /// A picture of a band or of a vector layer, which is read in slices of the event loop while it is shown.
@@ -51,7 +51,7 @@ private:
     void finish(const QVector<SourceFact> &seen);
 
     QTimer m_timer;
-    std::unique_ptr<BandSampler> m_sampler;
+    std::unique_ptr<ElevationGridReader> m_sampler;
     std::unique_ptr<VectorPicture> m_layer;
     bool m_isDrawing = false; ///< of a layer: its extent is known
     QImage m_picture;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dataset/chooser/BandSampler.h"
 #include "dataset/chooser/sourceinfo.h"
+#include "dataset/elevationgrid.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #include "dataset/extraction/ExtractionDialog.h"
 
 #include "dataset/QuvoFilerDialog.h"
-#include "dataset/extraction/extractionpicture.h"
+#include "dataset/elevationpicture.h"
 #include "dataset/extraction/vectorextent.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"

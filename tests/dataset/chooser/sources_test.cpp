@@ -1,8 +1,9 @@
-#include "dataset/chooser/BandSampler.h"
 #include "dataset/chooser/ItemLister.h"
 #include "dataset/chooser/ownraster.h"
 #include "dataset/chooser/sourceinfo.h"
 #include "dataset/chooser/sourcetexts.h"
+#include "dataset/elevationgrid.h"
+#include "dataset/elevationpicture.h"
 
 #include "dataset/gdalmessages.h"
 #include "dataset/vectorpicture.h"
@@ -324,7 +325,7 @@ void SourcesTest::sampleSizes()
 
 void SourcesTest::samples()
 {
-    BandSampler sampler(path("dem.tif"), 2, 100);
+    ElevationGridReader sampler(path("dem.tif"), 2, 100);
     while (sampler.advance(1)) { }
     QVERIFY(sampler.isWhole());
     const SampleSummary summary = summaryOf(sampler.grid());
@@ -332,13 +333,13 @@ void SourcesTest::samples()
     QCOMPARE(summary.maximum, 7.0);
     QCOMPARE(summary.mean, 4.0);
     QCOMPARE(summary.voids, 1.0 / 6.0);
-    const QImage picture = greyPicture(sampler.grid());
+    const QImage picture = elevationPicture(sampler.grid());
     QCOMPARE(picture.size(), QSize(3, 2));
     QCOMPARE(qAlpha(picture.pixel(1, 0)), 0);
     QVERIFY(qGray(picture.pixel(0, 0)) < qGray(picture.pixel(2, 1)));
 
     for (const auto &[name, band] : {std::pair("dem.tif", 3), std::pair("absent.tif", 1)}) {
-        BandSampler none(path(name), band, 100);
+        ElevationGridReader none(path(name), band, 100);
         QVERIFY(!none.advance(1) && none.grid().isEmpty());
     }
     QVERIFY(!summaryOf({}).known);
@@ -350,11 +351,11 @@ void SourcesTest::samplesUseOverviews()
     // An overview of other values shows which of both was read.
     QVERIFY(copyRaster(path("hill.tif"), path("hill.tif.ovr"),
                        {"-of", "GTiff", "-outsize", "50%", "50%", "-scale", "0", "1", "5", "5"}));
-    BandSampler coarse(path("hill.tif"), 1, 200);
+    ElevationGridReader coarse(path("hill.tif"), 1, 200);
     while (coarse.advance(100)) { }
     QCOMPARE(summaryOf(coarse.grid()).maximum, 5.0);
     QVERIFY(!coarse.isWhole());
-    BandSampler fine(path("hill.tif"), 1, 400);
+    ElevationGridReader fine(path("hill.tif"), 1, 400);
     while (fine.advance(100)) { }
     QVERIFY(summaryOf(fine.grid()).maximum != 5.0);
 }
