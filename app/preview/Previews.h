@@ -114,7 +114,7 @@ private:
     QString m_partCopy;    ///< path of the copy of a part
     QString m_product;     ///< path of the product in use: m_rasterProduct or m_vectorProduct
     QString m_rasterProduct;
-    bool m_isTurned = false; ///< of the product in use
+    bool m_isTurned = false; ///< isProductTurned() of the product in use
     QString m_vectorProduct;
     // Folders of m_workFolder that hold the input files of the running step: the first, and the one behind the
     // last.

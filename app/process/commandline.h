@@ -21,7 +21,9 @@ struct ProcessingRequest
     QString input;          ///< path of the DEM
     QStringList tiles = {}; ///< the files of which the input is a temporary mosaic; empty: it is a file itself
     int band = 1;           ///< band of the DEM, counted from 1
-    QRect part{};   ///< cells of the DEM that the product covers, from the file's upper left; null: all of them
+    /// Cells of the DEM that the product covers, counted from the upper left corner of the file. A null
+    /// rectangle stands for the whole DEM.
+    QRect part{};
     QString output; ///< path of the product
     OutputOptions outputOptions;
     ToolInput toolInput; ///< argument fragment and files made from the options of the process

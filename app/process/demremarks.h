@@ -14,7 +14,7 @@
 struct DemFindings
 {
     DemFacts facts;
-    Extremes extremes;           ///< of the band
+    Extremes extremes;           ///< lowest and highest elevation of the band
     std::optional<double> voids; ///< share of the cells without data, 0 to 1, estimated; empty: not known yet
 };
 

@@ -9,7 +9,7 @@ struct DemStage
 {
     ViewSource dem;
     QMargins margins; ///< columns and rows at the sides that only serve as neighbours
-    DemFacts grid;    ///< of the product: the DEM without the margins
+    DemFacts grid;    ///< grid of the product: that of the DEM without the margins
     DemFacts whole;   ///< the DEM that the grid is a part of
     int firstRow = 0; ///< row of the whole DEM that is the first of the grid
 };

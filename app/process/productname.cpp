@@ -13,7 +13,7 @@ namespace
 {
 
 /// The file beside which an input's product stands: the input, or the archive that holds it. Empty for an input
-/// that is no local file.
+/// on a server or in a database.
 QString localPlace(const QString &input)
 {
     if (!isVirtualPath(input))

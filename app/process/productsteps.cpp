@@ -14,7 +14,7 @@ namespace
 /// Rows of the product that the tool computes with one size of cells.
 struct SizedStrip
 {
-    RowStrip rows; ///< of the product
+    RowStrip rows; ///< rows of the product
     QSizeF cell;   ///< in metres
 };
 

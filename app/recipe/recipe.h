@@ -17,7 +17,7 @@ struct Recipe
     QStringList tiles = {};
     QString output; ///< path of the product; empty: the window or the command line names it
     int band = 1;   ///< band of the DEM, counted from 1
-    QRect part{};   ///< cells of the DEM that the product covers (partText()); null: all of them
+    QRect part{};   ///< cells of the DEM that the product covers (partText()); a null rectangle: the whole DEM
     OutputOptions outputOptions;
     ProcessOptions options;
 

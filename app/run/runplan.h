@@ -22,7 +22,7 @@ struct RunPlan
 {
     ProcessingRequest request;     ///< the output is the path that the run writes: absolute, links resolved
     ToolPaths tools;               ///< the programs of the command lines
-    DemFacts dem;                  ///< of the input DEM; not read for a process that takes any DEM as it is
+    DemFacts dem;                  ///< what the file of the input DEM says of its grid and its elevations
     DemTreatment treatment;        ///< what is done so that the tool understands the DEM
     QString treatmentNote;         ///< what the treatment does, in one line; empty where there is none
     QString command;               ///< the tool's whole command line for a DEM that needs no treatment
