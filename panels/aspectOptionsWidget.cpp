@@ -74,6 +74,7 @@ void aspectOptionsWidget::showOptions(const AspectOptions &options)
 
 void aspectOptionsWidget::slot_onOptionsChanged()
 {
+    reportChange();
     emit completeChanged();
 }
 
@@ -93,7 +94,7 @@ void aspectOptionsWidget::slot_checkAzimuth()
     m_form->m_pRBAzimuth->setChecked(true);
     m_form->m_pRBTrigonometric->setChecked(false);
     if (changes)
-        emit completeChanged();
+        slot_onOptionsChanged();
 }
 
 void aspectOptionsWidget::slot_checkTrigonometric()
@@ -102,7 +103,7 @@ void aspectOptionsWidget::slot_checkTrigonometric()
     m_form->m_pRBAzimuth->setChecked(false);
     m_form->m_pRBTrigonometric->setChecked(true);
     if (changes)
-        emit completeChanged();
+        slot_onOptionsChanged();
 }
 
 void aspectOptionsWidget::changeEvent(QEvent *event)

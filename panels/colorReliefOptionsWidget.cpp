@@ -335,6 +335,7 @@ void colorReliefOptionsWidget::slot_onUseColorsOnAbsolute()
 
 void colorReliefOptionsWidget::slot_onOptionsChanged()
 {
+    reportChange();
     m_changeTimer.start(changeDelay, this); // a pending timer begins again
 }
 

@@ -189,6 +189,7 @@ void contourOptionsWidget::showOptions(const ContourOptions &options)
 void contourOptionsWidget::slot_onOptionsChanged()
 {
     updateNotes();
+    reportChange();
     emit completeChanged();
 }
 

@@ -280,6 +280,7 @@ void intervisibilityOptionsWidget::slot_onOptionsChanged()
 {
     m_position->show(currentObserver());
     updateControls();
+    reportChange();
     emit completeChanged();
 }
 

@@ -8,7 +8,9 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 /// Base of the option panels. Each process has one panel, which shows and edits the process's option record.
 ///
@@ -63,8 +65,25 @@ public:
     /// Sentences that the user confirms before a launch begins.
     virtual QStringList launchWarnings() const { return {}; }
 
+    /// Sets the one listener that is called at each change of an option, before the completeChanged() that
+    /// follows; it may be empty. completeChanged() may report a burst of changes by one signal, whereas the
+    /// listener is called at every change of the burst, when the panel shows the new value. A change of several
+    /// options, such as setProcessOptions(), calls it several times.
+    void setChangeListener(std::function<void()> listener) { m_changeListener = std::move(listener); }
+
 protected:
+    /// Calls the listener. Panels call it at each change of an option that could change the product.
+    void reportChange() const
+    {
+        const auto listener = m_changeListener; // the listener may set another one
+        if (listener)
+            listener();
+    }
+
     /// Pause in milliseconds between the last change and completeChanged(), in panels that report a burst of
     /// changes by one signal.
     static constexpr int changeDelay = 100;
+
+private:
+    std::function<void()> m_changeListener;
 };

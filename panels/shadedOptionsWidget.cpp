@@ -250,3 +250,4 @@ void shadedOptionsWidget::applyTexts()
         tr("L'outil reçoit l'azimut 270 - lecture de la boussole.", "MESS_BOUSSOLE_EXPL"));
     m_pScaleCombo->translateItems(scaleLabels());
 }
+    reportChange();

@@ -92,6 +92,7 @@ void slopeOptionsWidget::slot_resetScaleValue()
 void slopeOptionsWidget::slot_onOptionsChanged()
 {
     updateScaleNote();
+    reportChange();
     emit completeChanged();
 }
 

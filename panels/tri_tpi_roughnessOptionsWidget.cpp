@@ -79,6 +79,7 @@ int tri_tpi_roughnessOptionsWidget::processType() const
 
 void tri_tpi_roughnessOptionsWidget::slot_onOptionsChanged()
 {
+    reportChange();
     emit completeChanged();
 }
 

@@ -25,7 +25,7 @@
 #include <QTimer>
 
 /// What all panels have in common: a new panel shows the defaults of its record, and each control changes the
-/// options and reports that by one signal.
+/// options, calls the listener at once and then reports the change by one signal.
 class ControlsTest : public QObject
 {
     Q_OBJECT
@@ -388,5 +388,11 @@ void ControlsTest::controls()
     QCOMPARE(changes.count(), row.changes);
 }
 
+    QVector<QPair<int, QString>> reported; // signals before each call of the listener, and what it saw
+    panel->setChangeListener([&] { reported += {static_cast<int>(changes.count()), shownBy(*panel)}; });
 QTEST_MAIN(ControlsTest)
+    const auto atOnce = reported;
 #include "controls_test.moc"
+    QCOMPARE(atOnce.isEmpty(), row.changes == 0);
+    QVERIFY(atOnce.isEmpty() || atOnce.first().first == 0);
+    QVERIFY(atOnce.isEmpty() || atOnce.last().second == row.shown);
