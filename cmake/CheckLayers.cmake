@@ -83,7 +83,7 @@ set(rules
     "QFileDialog" "^dataset/QuvoFilerDialog"
     "QSettings" "^app/startup/(settings|environment)"
     "<QtWidgets/" "^$"
-    "<[Qq]wt|Qwt[A-Z]" "^panels/shadedOptionsWidget"
+    "<[Qq]wt|Qwt[A-Z]" "^panels/(shadedOptionsWidget|controls/CompassDial)"
     "qgetenv|getenv *\\(|qEnvironmentVariable" "^(app/startup/environment|messages/dico|.*/main\\.cpp)"
 )
 

@@ -1,14 +1,18 @@
 #include "panels/shadedOptionsWidget.h"
 
 #include "messages/label.h"
+#include "panels/controls/CompassDial.h"
 #include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
+#include "panels/options/lightazimuth.h"
 #include "ui_shadedOptionsWidget.h"
 
 #include <QEvent>
+#include <QLocale>
 #include <QTimerEvent>
 
-#include <qwt_compass.h>
+#include <cmath>
+
 #include <qwt_compass_rose.h>
 #include <qwt_dial_needle.h>
 #include <qwt_wheel.h>
@@ -18,10 +22,18 @@ namespace
 
 const ShadedOptions defaults;
 
-/// Six significant digits at most.
+constexpr double fullTurn = 360.0; // degrees
+constexpr int largestDial = 220;   // pixels
+
+/// Six significant digits at most, as the user's language writes numbers.
+QString numberShown(double value)
+{
+    return QLocale().toString(value, 'g', 6);
+}
+
 QString degrees(double value)
 {
-    return QStringLiteral("%1°").arg(value);
+    return numberShown(value) + QStringLiteral("°");
 }
 
 } // namespace
@@ -34,6 +46,7 @@ shadedOptionsWidget::shadedOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
     makeCompass();
     makeWheel();
     m_pScaleCombo = makeScaleCombo(m_form->m_pRatioFrame);
+    orderFocus();
     showOptions(defaults);
     applyTexts();
     connectControls();
@@ -47,7 +60,7 @@ shadedOptionsWidget::~shadedOptionsWidget()
 
 void shadedOptionsWidget::makeCompass()
 {
-    m_pCompass = new QwtCompass(m_form->m_pCompassFrame);
+    m_pCompass = new CompassDial(m_form->m_pCompassFrame);
     // Rose, needle and scale belong to the compass.
     m_pCompass->setScaleDraw(new QwtCompassScaleDraw({{0.0, QStringLiteral("N")},
                                                       {90.0, QStringLiteral("E")},
@@ -69,6 +82,8 @@ void shadedOptionsWidget::makeCompass()
     auto layout = new QVBoxLayout(m_form->m_pCompassFrame);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pCompass);
+    m_form->m_pCompassFrame->setMaximumSize(largestDial, largestDial);
+    m_form->m_pAzimuthLayout->setAlignment(m_form->m_pCompassFrame, Qt::AlignHCenter);
 }
 
 void shadedOptionsWidget::makeWheel()
@@ -82,6 +97,25 @@ void shadedOptionsWidget::makeWheel()
     auto layout = new QVBoxLayout(m_form->m_pZFactorFrame);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pWheel);
+}
+
+/// The Tab key follows the eye: the controls that the form lacks were made last.
+void shadedOptionsWidget::orderFocus()
+{
+    const QList<QWidget *> order{m_pCompass,
+                                 m_form->m_pAzimuthField,
+                                 m_form->m_pPBResetAzimuth,
+                                 m_form->m_pAltitudeSlider,
+                                 m_form->m_pPBResetAltitude,
+                                 m_pWheel,
+                                 m_form->m_pPBResetZFactor,
+                                 m_pScaleCombo,
+                                 m_form->m_pPBResetScale,
+                                 m_form->m_pRBZevenbergenThorne,
+                                 m_form->m_pRBHorn,
+                                 m_form->m_pChBComputeAtEdges};
+    for (int at = 1; at < order.size(); ++at)
+        setTabOrder(order.at(at - 1), order.at(at));
 }
 
 void shadedOptionsWidget::connectControls()
@@ -106,6 +140,8 @@ void shadedOptionsWidget::connectControls()
             &shadedOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pChBComputeAtEdges, &QCheckBox::toggled, this,
             &shadedOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pAzimuthField, qOverload<double>(&QDoubleSpinBox::valueChanged), m_pCompass,
+            [this](double reading) { m_pCompass->setValue(std::fmod(reading, fullTurn)); });
 }
 
 QString shadedOptionsWidget::getCommandArguments()
@@ -150,14 +186,26 @@ void shadedOptionsWidget::showOptions(const ShadedOptions &options)
     showScale(*m_pScaleCombo, options.scaleIndex, options.scaleText);
     m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
     (options.zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
-    m_form->m_pAzimuthValueLabel->setText(degrees(m_pCompass->value()));
+    showValues();
+}
+
+void shadedOptionsWidget::showValues()
+{
+    showReading(m_pCompass->value());
     m_form->m_pAltitudeValueLabel->setText(degrees(m_form->m_pAltitudeSlider->value()));
-    m_form->m_pZFactorValueLabel->setNum(m_pWheel->value());
+    m_form->m_pZFactorValueLabel->setText(numberShown(m_pWheel->value()));
+}
+
+void shadedOptionsWidget::showReading(double reading)
+{
+    m_form->m_pAzimuthValueLabel->setText(degrees(reading));
+    m_form->m_pAzimuthField->showAngle(reading);
+    m_form->m_pLightLabel->setText(lightText(reading, QLocale()));
 }
 
 void shadedOptionsWidget::slot_onAzimuthValueChanged(double value)
 {
-    m_form->m_pAzimuthValueLabel->setText(degrees(value));
+    showReading(value);
     m_form->m_pPBResetAzimuth->setEnabled(true);
 }
 
@@ -169,7 +217,7 @@ void shadedOptionsWidget::slot_onAltitudeValueChanged(int value)
 
 void shadedOptionsWidget::slot_onZFactorValueChanged(double value)
 {
-    m_form->m_pZFactorValueLabel->setNum(value);
+    m_form->m_pZFactorValueLabel->setText(numberShown(value));
     m_form->m_pPBResetZFactor->setEnabled(true);
 }
 
@@ -207,6 +255,7 @@ void shadedOptionsWidget::slot_resetZFactorValue()
 void shadedOptionsWidget::slot_onOptionsChanged()
 {
     updateScaleNote();
+    reportChange();
     m_changeTimer.start(changeDelay, this); // a pending timer begins again
 }
 
@@ -246,8 +295,10 @@ void shadedOptionsWidget::applyTexts()
     m_form->m_pLabelExageration->setText(withColon(tr("Exagération verticale", "MESS_EXA_RELIEF")));
     m_form->m_pLabelCalcMethode->setText(methodText());
     m_form->m_pLabelCalcBord->setText(edgesText());
-    m_form->m_pCompassFrame->setToolTip(
-        tr("L'outil reçoit l'azimut 270 - lecture de la boussole.", "MESS_BOUSSOLE_EXPL"));
+    const QString reading = tr("L'outil reçoit l'azimut 270 - lecture de la boussole.", "MESS_BOUSSOLE_EXPL");
+    for (QWidget *control : QList<QWidget *>{m_form->m_pCompassFrame, m_form->m_pAzimuthField})
+        control->setToolTip(reading);
+    m_pCompass->setAccessibleName(m_form->m_pAzimuthLabel->text());
+    showValues(); // numbers and the words for the light
     m_pScaleCombo->translateItems(scaleLabels());
 }
-    reportChange();

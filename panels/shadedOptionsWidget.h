@@ -56,7 +56,10 @@ private:
     void makeCompass();
     void makeWheel();
     void connectControls();
+    void orderFocus();
     void showOptions(const ShadedOptions &options);
+    void showValues();
+    void showReading(double reading);
     void applyTexts();
     void updateScaleNote();
 

@@ -1,4 +1,5 @@
 #include "panels/options/fragments.h"
+#include "panels/options/lightazimuth.h"
 #include "panels/options/processoptions.h"
 #include "tests/support/files.h"
 
@@ -21,6 +22,7 @@ private slots:
     void fieldsAreSetByName();
     void typedRatio();
     void givenTable();
+    void lightFromReading();
 };
 
 void FragmentsTest::shaded_data()
@@ -156,6 +158,24 @@ void FragmentsTest::givenTable()
              QStringLiteral("dtm.txt")); // the default is the library's, not the folder's
     QCOMPARE(tableAfter({"table"}), local);
     QCOMPARE(tableAfter({"colors"}), QString()); // the colours have no name
+}
+
+void FragmentsTest::lightFromReading()
+{
+    const QLocale french(QLocale::French);
+    for (const auto &[reading, text] : {std::pair{0.0, "de l'ouest, azimut 270°"},
+                                        {90.0, "du sud, azimut 180°"},
+                                        {180.0, "de l'est, azimut 90°"},
+                                        {270.0, "du nord, azimut 0°"},
+                                        {315.0, "du nord-ouest, azimut 315°"},
+                                        {225.0, "du nord-est, azimut 45°"},
+                                        {135.0, "du sud-est, azimut 135°"},
+                                        {45.0, "du sud-ouest, azimut 225°"},
+                                        {359.5, "de l'ouest, azimut 270,5°"},
+                                        {290.0, "du nord, azimut 340°"},
+                                        {295.0, "du nord-ouest, azimut 335°"},
+                                        {360.0, "de l'ouest, azimut 270°"}})
+        QCOMPARE(lightText(reading, french), QStringLiteral("Lumière venant ") + text);
 }
 
 QTEST_APPLESS_MAIN(FragmentsTest)
