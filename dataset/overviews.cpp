@@ -9,7 +9,9 @@
 #include <gdal_priv.h>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
+#include <vector>
 
 namespace
 {
@@ -46,6 +48,58 @@ bool takesOverviews(const QString &format)
 QString overviewFile(const QString &raster)
 {
     return raster + QStringLiteral(".ovr");
+}
+
+bool hasAveragedOverviews(const QString &raster, int band)
+{
+    constexpr int side = 16; // cells of the overview to compare, in each direction
+    constexpr int largestFactor = 8;
+    const GdalMessages messages;
+    const std::unique_ptr<GDALDataset> dataset(
+        GDALDataset::Open(encodePath(raster).constData(), GDAL_OF_RASTER));
+    GDALRasterBand *cells = dataset ? dataset->GetRasterBand(band) : nullptr;
+    GDALRasterBand *overview = cells && cells->GetOverviewCount() > 0 ? cells->GetOverview(0) : nullptr;
+    if (!overview || overview->GetXSize() < side || overview->GetYSize() < side)
+        return false;
+    const int factor = qRound(static_cast<double>(cells->GetXSize()) / overview->GetXSize());
+    if (factor < 2 || factor > largestFactor
+        || std::abs(cells->GetXSize() - factor * overview->GetXSize()) >= factor)
+        return false;
+    const int left = (overview->GetXSize() - side) / 2;
+    const int top = (overview->GetYSize() - side) / 2;
+    const auto count = static_cast<std::size_t>(side);
+    std::vector<double> coarse(count * count);
+    std::vector<double> averages(coarse.size());
+    // The averages are made from the band's own cells: an overview would be compared with itself.
+    const int fineSide = side * factor;
+    std::vector<double> fine(static_cast<std::size_t>(fineSide) * static_cast<std::size_t>(fineSide));
+    if (overview->RasterIO(GF_Read, left, top, side, side, coarse.data(), side, side, GDT_Float64, 0, 0,
+                           nullptr)
+            != CE_None
+        || cells->RasterIO(GF_Read, left * factor, top * factor, fineSide, fineSide, fine.data(), fineSide,
+                           fineSide, GDT_Float64, 0, 0, nullptr)
+            != CE_None)
+        return false;
+    for (std::size_t at = 0; at < fine.size(); ++at) {
+        const std::size_t row = at / static_cast<std::size_t>(fineSide) / static_cast<std::size_t>(factor);
+        const std::size_t column = at % static_cast<std::size_t>(fineSide) / static_cast<std::size_t>(factor);
+        averages[row * count + column] += fine[at] / factor / factor;
+    }
+    // The cells of whole numbers are rounded, and level ground shows nothing.
+    const bool isWhole = !GDALDataTypeIsFloating(cells->GetRasterDataType());
+    int unlike = 0;
+    int known = 0;
+    for (std::size_t at = 0; at < coarse.size(); ++at) {
+        const double first = fine[at / count * count * static_cast<std::size_t>(factor * factor)
+                                  + at % count * static_cast<std::size_t>(factor)];
+        const double tolerance = isWhole ? 1.0 : 1e-4 * std::max(1.0, std::abs(averages[at]));
+        if (!std::isfinite(averages[at]) || std::abs(first - averages[at]) <= tolerance)
+            continue;
+        ++known;
+        unlike += std::abs(coarse[at] - averages[at]) > tolerance ? 1 : 0;
+    }
+    constexpr int fewest = 8; // cells that tell an average from a single cell
+    return known >= fewest && unlike * 10 <= known;
 }
 
 OverviewResult buildOverviews(const QString &raster, const OverviewProgress &progress)

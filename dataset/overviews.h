@@ -15,6 +15,11 @@ bool takesOverviews(const QString &format);
 /// Path of the file that holds a raster's overviews.
 QString overviewFile(const QString &raster);
 
+/// Whether the cells of a band's first overview are averages of the band's cells. Compares some in the middle
+/// of the raster, because few files say how their overviews were made. False without an overview, and where
+/// its cells do not stand for squares of whole cells. band: from 1.
+bool hasAveragedOverviews(const QString &raster, int band);
+
 /// Receives percentages from 0 to 100; returns whether to go on.
 using OverviewProgress = std::function<bool(int)>;
 

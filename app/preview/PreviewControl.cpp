@@ -1,5 +1,7 @@
 #include "app/preview/PreviewControl.h"
 
+#include "app/preview/MapView.h"
+#include "colortable/colortablefile.h"
 #include "panels/intervisibilityOptionsWidget.h"
 
 #include <utility>
@@ -10,15 +12,21 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilit
     , m_observers(observers)
 {
     connect(&runs, &Previews::reductionStarted, &pane, [&pane] { pane.setReducing(0); });
-    connect(&runs, &Previews::computationStarted, &pane, [&pane] { pane.setComputing(0); });
+    connect(&runs, &Previews::computationStarted, &pane, [this] {
+        m_pane.setComputing(0);
+        if (m_panel)
+            m_computedOptions = m_panel->processOptions();
+    });
     connect(&runs, &Previews::interrupted, &pane, [&pane] {
         pane.setReducing(-1);
         pane.setComputing(-1);
     });
     connect(&pane, &PreviewPane::observerChosen, &observers, &intervisibilityOptionsWidget::chooseObserver);
     connect(&pane, &PreviewPane::partChanged, &runs, &Previews::setPart);
-    connect(&pane, &PreviewPane::observerMoved, &observers, &intervisibilityOptionsWidget::placeObserver);
+    connect(&pane, &PreviewPane::observerMoved, this, &PreviewControl::moveObserver);
 }
+
+PreviewControl::~PreviewControl() = default;
 
 void PreviewControl::setDem(const DemInfo &dem)
 {
@@ -34,18 +42,37 @@ void PreviewControl::setDem(const DemInfo &dem)
     update(false);
 }
 
-void PreviewControl::showPanel(const optionsWidget *panel, const QString &name, bool vector)
+void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool vector)
 {
-    const bool another = panel != m_panel;
-    m_panel = panel;
     m_vector = vector;
     m_pane.setProductName(name);
-    update(another);
+    if (panel != m_panel) {
+        if (m_panel)
+            m_panel->setChangeListener({});
+        m_panel = panel;
+        if (m_panel)
+            m_panel->setChangeListener([this] { followChange(); });
+        update(true);
+        return;
+    }
+    // The product of a change that was taken up at once is on its way or here already.
+    if (!std::exchange(m_hasFollowed, false) || !m_panel || m_panel->processOptions() != m_usedOptions)
+        update(false);
 }
 
-/// Why no preview of the product can be computed, in sentences; empty when one can.
+/// Takes up a change of options as it happens, before the panel reports that it has settled.
+void PreviewControl::followChange()
+{
+    update(false);
+    m_hasFollowed = true;
+}
+
+/// Why no preview of the product can be computed, or what the user can do for one, in sentences; empty when one
+/// can be computed.
 QString PreviewControl::previewProblem() const
 {
+    if (m_panel == &m_observers && m_observers.options().observers.isEmpty())
+        return PreviewPane::tr("Cliquez sur la carte pour placer un observateur.", "MESS_APERCU_CLIQUER");
     if (!m_panel || !m_panel->isComplete() || !optionsProblem(m_panel->processOptions()).isEmpty())
         return PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS");
     if (m_dem.searching && needsExtremes(m_panel->processOptions()))
@@ -53,15 +80,26 @@ QString PreviewControl::previewProblem() const
     return m_panel->launchWarnings().join(QLatin1Char('\n'));
 }
 
-void PreviewControl::update(bool clear)
+/// The options, the process or the DEM changed. another: what is shown is of another process.
+void PreviewControl::update(bool another)
 {
-    const QString problem = previewProblem();
-    if (clear || !problem.isEmpty())
+    const QString problem = m_dem.path.isEmpty() ? QString() : previewProblem();
+    const bool isComplete = !m_dem.path.isEmpty() && problem.isEmpty();
+    if (!m_dem.path.isEmpty() && (another || !isComplete))
         m_pane.clearOutput(problem);
-    m_pane.setCompass(m_panel ? compassOf(m_panel->processOptions()) : std::nullopt);
-    m_pane.setComputing(-1);
+    else if (isComplete)
+        m_pane.view()->setText({});
+    m_isRenewed = true;
+    m_hasFollowed = false;
+    if (m_panel)
+        m_usedOptions = m_panel->processOptions();
+    m_pane.setCompass(m_panel ? compassOf(m_usedOptions) : std::nullopt);
+    m_pane.setPlacing(m_panel == &m_observers);
     showObservers();
-    m_runs.update(problem.isEmpty());
+    if (another)
+        m_runs.replace(isComplete);
+    else
+        m_runs.update(isComplete);
 }
 
 void PreviewControl::showInput()
@@ -74,8 +112,16 @@ void PreviewControl::showInput()
 void PreviewControl::showOutput()
 {
     m_pane.setComputing(-1);
-    if (!m_pane.showOutput(m_runs.product(), m_runs.part(), m_vector, m_runs.isProductTurned()))
+    const QString table = m_runs.productRequest().toolInput.colorTableFile;
+    ShownProduct product{.file = m_runs.product(),
+                         .options = m_computedOptions,
+                         .table = table.isEmpty() ? QList<QuvoColorDef>() : readColorTable(table).entries,
+                         .vector = m_vector,
+                         .turned = m_runs.isProductTurned(),
+                         .renewed = m_isRenewed};
+    if (!m_pane.showOutput(product))
         m_pane.clearOutput(QString());
+    m_isRenewed = m_runs.isProductOutdated();
 }
 
 void PreviewControl::showObservers()
@@ -88,5 +134,11 @@ void PreviewControl::showObservers()
 void PreviewControl::placeObserver(int x, int y, const QSize &shown)
 {
     if (m_panel == &m_observers)
-        m_observers.placeObserver(m_observers.currentRow(), m_pane.groundAt(x, y, shown));
+        moveObserver(m_observers.currentRow(), m_pane.groundAt(x, y, shown));
+}
+
+void PreviewControl::moveObserver(int row, const QPointF &ground)
+{
+    m_observers.placeObserver(row, ground);
+    showObservers(); // an observer that could not be moved stands where it stood
 }

@@ -6,8 +6,8 @@
 class intervisibilityOptionsWidget;
 class optionsWidget;
 
-/// Keeps the previews up to date: passes the DEM, the options of the current panel and the observers to the
-/// runs, and their results to the pane.
+/// Keeps the map up to date: passes the DEM, the options of the current panel and the observers to the runs,
+/// and their results to the pane.
 class PreviewControl : public QObject
 {
     Q_OBJECT
@@ -15,13 +15,15 @@ class PreviewControl : public QObject
 public:
     /// `pane`, `runs` and `observers`, the panel of the observers, outlive this object.
     PreviewControl(PreviewPane &pane, Previews &runs, intervisibilityOptionsWidget &observers);
+    ~PreviewControl() override;
 
     /// The DEM or band changed, or its extreme values became known.
     void setDem(const DemInfo &dem);
 
-    /// Another panel became the current one, or its options changed. `panel` may be null: no tab is current.
-    /// `name`: title of the product. `vector`: the product is a vector file.
-    void showPanel(const optionsWidget *panel, const QString &name, bool vector);
+    /// Another panel became the current one, its options have settled, or the way to the product changed.
+    /// `panel` may be null: no tab is current. `name`: title of the product. `vector`: the product is a vector
+    /// file.
+    void showPanel(optionsWidget *panel, const QString &name, bool vector);
 
     /// Shows the reduced copy or the product that the runs have just made.
     void showInput();
@@ -30,18 +32,24 @@ public:
     /// Draws the observers, or removes them while their panel is not the current one.
     void showObservers();
 
-    /// Moves the current observer to a place in the input preview (PreviewLabel::clicked()); adds one where
-    /// there is no current observer. Does nothing while the observers' panel is not the current one.
+    /// Moves the current observer to a place in the map (MapView::clicked()); adds one where there is no
+    /// current observer. Does nothing while the observers' panel is not the current one.
     void placeObserver(int x, int y, const QSize &shown);
 
 private:
     QString previewProblem() const;
+    void followChange();
     void update(bool clear);
+    void moveObserver(int row, const QPointF &ground);
 
     PreviewPane &m_pane;
     Previews &m_runs;
     intervisibilityOptionsWidget &m_observers;
-    const optionsWidget *m_panel = nullptr;
+    optionsWidget *m_panel = nullptr;
     bool m_vector = false;
+    bool m_isRenewed = true;          ///< the options changed since the product that is shown was computed
+    bool m_hasFollowed = false;       ///< the last change of options has been taken up already
+    ProcessOptions m_usedOptions;     ///< those that were taken up last
+    ProcessOptions m_computedOptions; ///< those of the computation that was started last
     DemInfo m_dem;
 };

@@ -46,9 +46,9 @@ PreviewDialog::PreviewDialog(const QString &file, QWidget *parent, const ShellSe
     m_pause.setInterval(pauseBeforeReading);
     connect(&m_pause, &QTimer::timeout, this, &PreviewDialog::read);
     connect(&m_drawing, &QTimer::timeout, this, &PreviewDialog::drawSlice);
-    connect(m_form->m_pLPreview, &PreviewLabel::viewChanged, this, &PreviewDialog::setView);
-    connect(m_form->m_pLPreview, &PreviewLabel::hovered, this, &PreviewDialog::showReadout);
-    connect(m_form->m_pLPreview, &PreviewLabel::left, m_form->m_pLReadout, &QLabel::clear);
+    connect(m_form->m_pLPreview, &MapView::viewChanged, this, &PreviewDialog::setView);
+    connect(m_form->m_pLPreview, &MapView::hovered, this, &PreviewDialog::showReadout);
+    connect(m_form->m_pLPreview, &MapView::left, m_form->m_pLReadout, &QLabel::clear);
     connect(m_form->m_pPBZoomIn, &QPushButton::clicked, this, &PreviewDialog::slot_zoomIn);
     connect(m_form->m_pPBZoomOut, &QPushButton::clicked, this, &PreviewDialog::slot_zoomOut);
     connect(m_form->m_pPBWhole, &QPushButton::clicked, this, &PreviewDialog::slot_showWhole);
@@ -113,13 +113,21 @@ void PreviewDialog::read()
         beginVector();
 }
 
+/// Adds a picture of some cells; the coarser one stays around it.
+void PreviewDialog::addPicture(const QImage &picture, const QRectF &part)
+{
+    if (!picture.isNull())
+        MapPicture::add(m_map.ground, {picture, part});
+    m_form->m_pLPreview->setMap(m_map);
+}
+
 void PreviewDialog::readRaster()
 {
     const QRect part = m_view.toAlignedRect().intersected(QRect(QPoint(0, 0), m_size));
     const QSizeF room = m_form->m_pLPreview->size() * devicePixelRatioF();
     const QSize size = QSizeF(part.size()).scaled(room, Qt::KeepAspectRatio).toSize();
     const QSize enough = size.boundedTo(part.size()).expandedTo({1, 1}); // more pixels than cells show no more
-    m_form->m_pLPreview->setPicture(m_raster.read(part, enough), part);
+    addPicture(m_raster.read(part, enough), part);
 }
 
 void PreviewDialog::beginVector()
@@ -142,7 +150,7 @@ void PreviewDialog::drawSlice()
 {
     constexpr int slice = 40; // ms
     const bool hasMore = m_vector.advance(slice);
-    m_form->m_pLPreview->setPicture(m_drawn.copy(), m_drawnView);
+    addPicture(m_drawn.copy(), m_drawnView);
     m_form->m_pLReadout->setText(hasMore ? tr("Dessin : %1 %", "MESS_VUE_DESSIN").arg(m_vector.percent())
                                          : QString());
     if (!hasMore)

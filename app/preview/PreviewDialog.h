@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/preview/map/mappicture.h"
 #include "dataset/demground.h"
 #include "dataset/rasterpicture.h"
 #include "dataset/vectorpicture.h"
@@ -46,6 +47,7 @@ protected:
 private:
     void setView(const QRectF &view);
     void read();
+    void addPicture(const QImage &picture, const QRectF &part);
     void readRaster();
     void beginVector();
     void drawSlice();
@@ -59,6 +61,7 @@ private:
     DemGround m_ground; ///< coordinates of the raster, and the values of its first band
     QImage m_drawn;     ///< the picture that m_vector draws into
     VectorPicture m_vector;
+    MapPicture m_map;
     QRectF m_extent;    ///< extent of the vector file in its own coordinates
     QSize m_size;       ///< columns and rows of the raster; a vector file is divided into cells like a raster
     QRectF m_view;      ///< visible part, in cells

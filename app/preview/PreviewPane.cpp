@@ -1,139 +1,124 @@
 #include "app/preview/PreviewPane.h"
 
+#include "app/preview/LegendView.h"
+#include "app/preview/MapBar.h"
+#include "app/preview/MapView.h"
+#include "app/preview/mapsaving.h"
 #include "app/preview/previewgeometry.h"
-#include "dataset/rasterpicture.h"
-#include "runner/ProgressWidget.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QEvent>
 #include <QLabel>
 #include <QLocale>
-#include <QPainter>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <QtMath>
 
-namespace
-{
-
-/// The grey elevations as a background for lines: paler, and enlarged where the lines would be coarse.
-QImage groundForLines(const QImage &elevations)
-{
-    QImage ground = elevations;
-    if (std::max(ground.width(), ground.height()) < longestReducedSide)
-        ground = ground.scaled(longestReducedSide, longestReducedSide, Qt::KeepAspectRatio);
-    ground = ground.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&ground);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
-    painter.fillRect(ground.rect(), QColor(252, 250, 244, 140));
-    return ground;
-}
-
-} // namespace
+#include <algorithm>
 
 PreviewPane::PreviewPane(QWidget *parent)
     : QGroupBox(parent)
-    , m_sides(new QBoxLayout(QBoxLayout::LeftToRight))
-    , m_input(addSide(QStringLiteral("m_pLInputImgPreviewText"), QStringLiteral("m_pLInputImgPreview")))
-    , m_output(addSide(QStringLiteral("m_pLOutputImgPreviewText"), QStringLiteral("m_pLOutputImgPreview")))
+    , m_bar(new MapBar)
+    , m_view(new MapView)
+    , m_legend(new LegendView)
     , m_note(new QLabel)
     , m_readout(new QLabel)
 {
     auto layout = new QVBoxLayout(this);
-    layout->addLayout(m_sides, 1);
-    layout->addWidget(m_note);
+    layout->setSpacing(6);
+    layout->addWidget(m_bar);
+    auto row = new QHBoxLayout;
+    row->setSpacing(10);
+    row->addWidget(m_view, 1);
+    row->addWidget(m_legend);
+    layout->addLayout(row, 1);
     layout->addWidget(m_readout);
-    layout->addStretch(0);
+    layout->addWidget(m_note);
+    m_view->setObjectName(QStringLiteral("m_pLInputImgPreview"));
+    m_legend->setObjectName(QStringLiteral("m_pMapLegend"));
     m_note->setObjectName(QStringLiteral("m_pLPreviewNote"));
     m_readout->setObjectName(QStringLiteral("m_pLPreviewReadout"));
-    m_readout->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    m_note->setWordWrap(true);
+    for (QLabel *line : {m_note, m_readout}) // a long text is no reason for a wider window
+        line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     connect(&m_drawing, &QTimer::timeout, this, &PreviewPane::drawLines);
-    m_sides->setSpacing(10);
+    connect(&m_sampling, &QTimer::timeout, this, &PreviewPane::readHistogram);
+    connectView();
     applyTexts();
 }
 
 PreviewPane::~PreviewPane() = default;
 
-PreviewPane::Side PreviewPane::addSide(const QString &titleName, const QString &pictureName)
+void PreviewPane::connectView()
 {
-    constexpr int patience = 500; // ms
-    Side side{new QLabel, new ProgressWidget, new QTimer(this), new QLabel, new PreviewLabel};
-    side.title->setObjectName(titleName);
-    side.picture->setObjectName(pictureName);
-    const int line = side.title->fontMetrics().height();
-    side.wheel->setFixedSize(line, line);
-    side.percent->setFixedHeight(line);
-    side.wheel->hide();
-    auto titleRow = new QHBoxLayout;
-    titleRow->addWidget(side.title);
-    titleRow->addStretch(1);
-    titleRow->addWidget(side.percent);
-    titleRow->addWidget(side.wheel);
-    auto column = new QVBoxLayout;
-    column->addLayout(titleRow);
-    column->addWidget(side.picture, 1);
-    m_sides->addLayout(column, 1);
-
-    connect(side.picture, &PreviewLabel::viewChanged, this, &PreviewPane::setView);
-    connect(side.picture, &PreviewLabel::hovered, this, &PreviewPane::showReadout);
-    connect(side.picture, &PreviewLabel::left, this, [this] { m_readout->clear(); });
-    connect(side.picture, &PreviewLabel::markMoved, this,
-            [this](int mark, const QPointF &cell) { emit observerMoved(mark, toGround(cell)); });
-    connect(side.picture, &PreviewLabel::markClicked, this, &PreviewPane::observerChosen);
-    side.wheelDelay->setSingleShot(true);
-    side.wheelDelay->setInterval(patience);
-    connect(side.wheelDelay, &QTimer::timeout, this, [side] {
-        side.wheel->show();
-        side.picture->setOutdated(true);
-    });
-    return side;
+    connect(m_view, &MapView::viewChanged, this, &PreviewPane::setView);
+    connect(m_view, &MapView::hovered, this, &PreviewPane::showReadout);
+    connect(m_view, &MapView::left, m_readout, &QLabel::clear);
+    connect(m_view, &MapView::markClicked, this, &PreviewPane::observerChosen);
+    connect(m_view, &MapView::markMoving, this,
+            [this](int mark, const QPointF &cell) { emit observerMoving(mark, m_scene.toGround(cell)); });
+    connect(m_view, &MapView::markMoved, this,
+            [this](int mark, const QPointF &cell) { emit observerMoved(mark, m_scene.toGround(cell)); });
+    connect(m_view, &MapView::opacityChosen, this, &PreviewPane::setOpacity);
+    connect(m_view, &MapView::swipeMoved, this, [this](double share) { m_swipe = share; });
+    connect(m_bar, &MapBar::opacityChanged, this, &PreviewPane::setOpacity);
+    connect(m_bar, &MapBar::zoomInClicked, m_view, &MapView::slot_zoomIn);
+    connect(m_bar, &MapBar::zoomOutClicked, m_view, &MapView::slot_zoomOut);
+    connect(m_bar, &MapBar::wholeClicked, m_view, &MapView::slot_showWhole);
+    connect(m_bar, &MapBar::copyClicked, this, &PreviewPane::slot_copyPicture);
+    connect(m_bar, &MapBar::saveClicked, this, &PreviewPane::slot_savePicture);
+    connect(m_bar, &MapBar::slow, m_view, [this] { m_view->setOutdated(true); });
+    connect(m_bar->swipeButton(), &QToolButton::toggled, this, &PreviewPane::setSwipe);
+    connect(m_bar->legendButton(), &QToolButton::toggled, this, &PreviewPane::fitLegend);
 }
 
 bool PreviewPane::setDem(const DemInfo &dem)
 {
-    const bool another = !dem.isSameFileAs(m_dem);
-    if (!dem.isSameBandAs(m_dem))
-        m_ground = dem.path.isEmpty() ? DemGround() : DemGround(dem.path, dem.band);
-    m_dem = dem;
-    m_mirroring = m_ground.isGeoreferenced()
-        ? Mirroring{.columns = m_ground.columnsRunWest(), .rows = m_ground.rowsRunNorth()}
-        : Mirroring();
+    const bool anotherBand = !dem.isSameBandAs(m_scene.dem());
+    const bool another = m_scene.setDem(dem);
+    if (anotherBand) {
+        stopDrawing();
+        m_shown.reset();
+        m_histogram = {};
+        m_sample = dem.path.isEmpty()
+            ? nullptr
+            : std::make_unique<ElevationGridReader>(dem.path, dem.band, longestReducedSide);
+        m_sampling.start(0);
+        showLayers();
+        showLegend();
+    }
     if (!another)
         return false;
-    m_copySize = QSize();
-    stopDrawing();
-    for (const Side &side : {m_input, m_output})
-        side.picture->setPicture({}, {});
-    m_view = QRectF(0.0, 0.0, m_ground.width(), m_ground.height());
-    for (const Side &side : {m_input, m_output})
-        side.picture->setView(m_view.size().toSize(), m_view);
     m_observerCells.clear();
+    m_reportedPart = QRect();
+    setView(QRectF(QPointF(0.0, 0.0), QSizeF(m_scene.size())));
     m_reportedPart = part();
     m_readout->clear();
+    showNote();
     applyTexts();
-    fitPictures();
     return true;
 }
 
 PreviewDem PreviewPane::dem() const
 {
-    if (!m_ground.isOpen())
+    if (!m_scene.ground().isOpen())
         return {};
-    return {m_dem.path, m_dem.state, {m_ground.width(), m_ground.height()}, m_ground.isGeoreferenced()};
+    const DemInfo &dem = m_scene.dem();
+    return {dem.path, dem.state, m_scene.size(), m_scene.ground().isGeoreferenced(), dem.band};
 }
 
 QRect PreviewPane::part() const
 {
-    const QSize size(m_ground.width(), m_ground.height());
-    const bool whole = m_view.size() == QSizeF(size);
-    return otherSide(previewPart(whole ? QRectF() : m_view, size, m_observerCells));
+    const bool whole = m_visible.size() == QSizeF(m_scene.size());
+    return m_scene.otherSide(previewPart(whole ? QRectF() : m_visible, m_scene.size(), m_observerCells));
 }
 
 void PreviewPane::setView(const QRectF &view)
 {
-    m_view = view;
-    for (const Side &side : {m_input, m_output})
-        side.picture->setView({m_ground.width(), m_ground.height()}, view);
-    fitPictures();
+    m_visible = view;
+    m_view->setView(m_scene.size(), view);
+    m_view->setScale(m_scene.ground().isOpen() ? m_scene.cellMetres(view.center()).width() : 0.0,
+                     m_scene.isScaleKnown());
     reportPart();
 }
 
@@ -148,49 +133,78 @@ void PreviewPane::reportPart()
 
 void PreviewPane::setProductName(const QString &name)
 {
-    m_output.title->setText(name);
+    m_bar->setProductName(name);
+}
+
+void PreviewPane::showLayers()
+{
+    MapPicture map = m_scene.layers();
+    map.opacity = m_opacity;
+    map.swipe = m_swipe;
+    m_view->setMap(map);
+}
+
+void PreviewPane::setOpacity(double opacity)
+{
+    m_opacity = opacity;
+    m_bar->setOpacity(opacity);
+    showLayers();
+}
+
+void PreviewPane::setSwipe(bool on)
+{
+    m_swipe = on ? std::optional(0.5) : std::nullopt;
+    showLayers();
 }
 
 void PreviewPane::showInput(const QString &copy, const QRect &part)
 {
-    const RasterPicture picture(copy, m_dem.band);
-    m_copySize = picture.size();
-    m_copyPart = part;
-    m_input.picture->setPicture(upright(picture.read(QRect(QPoint(0, 0), picture.size()), picture.size())),
-                                otherSide(part));
+    m_scene.addCopy(copy, part);
+    showLayers();
     showNote();
 }
 
-bool PreviewPane::showOutput(const QString &product, const QRect &part, bool vector, bool turned)
+bool PreviewPane::showOutput(const ShownProduct &product)
 {
     stopDrawing();
-    if (!vector) {
-        const RasterPicture picture(product);
-        const QImage image = picture.read(QRect(QPoint(0, 0), picture.size()), picture.size());
-        m_output.picture->setPicture(turned ? image : upright(image), otherSide(part));
-        return !m_output.picture->picture().isNull();
+    m_shown = product;
+    if (!product.vector) {
+        const ProductLook look = lookOf(product.options, m_scene.ground().elevationUnit());
+        const ProductPicture picture =
+            readProduct(product.file, look, product.turned ? Mirroring() : m_scene.mirroring());
+        m_scene.addProduct(picture, look, product.renewed);
+        showLayers();
+        showLegend();
+        return !picture.picture.isNull();
     }
-    constexpr double lineWidth = 0.6; // pixels on the screen, whatever the size of the picture
-    m_lines = VectorPicture(product);
+    m_lines = VectorPicture(product.file);
     if (!m_lines.isOpen())
         return false;
-    m_drawn = groundForLines(m_input.picture->picture());
-    m_linesPart = otherSide(part);
-    const QSize room = m_output.picture->size();
-    const double shown = std::max(1, std::min(room.width(), room.height()));
-    m_lines.begin(m_drawn, pictureToGround(m_drawn.size(), m_linesPart),
-                  lineWidth * std::max(1.0, std::max(m_drawn.width(), m_drawn.height()) / shown));
+    constexpr double lineWidth = 0.9; // points on the screen, whatever the size of the picture
+    constexpr int most = 4096;        // pixels a side
+    const QRect part = m_scene.otherSide(m_scene.copyPart());
+    const QRectF shown = shownRect(m_visible, m_view->size());
+    const double scale = m_visible.isEmpty() ? 1.0 : shown.width() / m_visible.width() * devicePixelRatioF();
+    const QSize size = (QSizeF(part.size()) * scale).toSize().expandedTo({1, 1});
+    m_drawn = QImage(size.width() > most || size.height() > most ? size.scaled(most, most, Qt::KeepAspectRatio)
+                                                                 : size,
+                     QImage::Format_ARGB32_Premultiplied);
+    m_drawn.fill(Qt::transparent);
+    m_lines.begin(m_drawn, m_scene.pictureToGround(m_drawn.size()), lineWidth * devicePixelRatioF());
+    m_linesRenewed = product.renewed;
     m_drawing.start(0);
+    showLegend();
     return true;
 }
 
 void PreviewPane::drawLines()
 {
-    constexpr int slice = 30; // ms
+    constexpr int slice = 25; // ms
     const bool hasMore = m_lines.advance(slice);
-    m_output.picture->setPicture(m_drawn.copy(), m_linesPart);
+    m_scene.addLines(m_drawn.copy(), m_linesRenewed);
+    showLayers();
     if (hasMore)
-        showProgress(m_output, m_lines.percent());
+        m_bar->setProgress(m_lines.percent());
     else
         stopDrawing();
 }
@@ -200,36 +214,76 @@ void PreviewPane::stopDrawing()
     if (!m_drawing.isActive())
         return;
     m_drawing.stop();
-    showProgress(m_output, -1);
+    m_bar->setProgress(-1);
+}
+
+void PreviewPane::showLiveOutput(const QImage &picture, const IntervisibilityOptions &options)
+{
+    stopDrawing();
+    m_shown = ShownProduct{.options = options};
+    m_scene.addProduct({picture.mirrored(m_scene.mirroring().columns, m_scene.mirroring().rows), {}, {}},
+                       lookOf(options, m_scene.ground().elevationUnit()), true);
+    showLayers();
+    showLegend();
 }
 
 void PreviewPane::clearOutput(const QString &text)
 {
     stopDrawing();
-    m_output.picture->setPicture({}, {});
-    m_output.picture->setText(text);
+    m_shown.reset();
+    m_scene.clearProduct();
+    showLayers();
+    showLegend();
+    m_view->setText(text);
 }
 
 void PreviewPane::setReducing(int percent)
 {
-    showProgress(m_input, percent);
+    m_bar->setProgress(percent);
 }
 
 void PreviewPane::setComputing(int percent)
 {
-    showProgress(m_output, percent);
+    m_bar->setProgress(percent);
 }
 
-void PreviewPane::showProgress(Side &side, int percent)
+/// Reads the sample for the histogram in slices that the hand does not feel.
+void PreviewPane::readHistogram()
 {
-    if (percent < 0) {
-        side.wheelDelay->stop();
-        side.wheel->hide();
-    } else if (side.wheel->isHidden() && !side.wheelDelay->isActive()) {
-        side.wheelDelay->start();
+    constexpr int slice = 8; // ms
+    constexpr int bars = 48;
+    if (m_sample && m_sample->advance(slice))
+        return;
+    m_sampling.stop();
+    if (m_sample)
+        m_histogram = histogramOf(m_sample->grid(), bars);
+    m_sample.reset();
+    showLegend();
+}
+
+void PreviewPane::showLegend()
+{
+    LegendFacts facts;
+    facts.elevationUnit = m_scene.ground().elevationUnit();
+    facts.elevations = m_histogram;
+    facts.look.form = ProductForm::Lines; // without a product there are no cells to count
+    if (m_shown) {
+        facts.title = m_bar->productName();
+        facts.options = m_shown->options;
+        facts.look = m_scene.look();
+        facts.product = m_scene.product();
+        facts.table = m_shown->table;
+        facts.extremes = m_scene.dem().extremes;
+        facts.cellArea = m_scene.cellArea(facts.product.picture.size());
     }
-    side.percent->setText(
-        !side.wheel->isHidden() && percent > 0 ? locale().toString(percent) + QStringLiteral(" %") : QString());
+    m_legend->setLegend(legendOf(facts, locale()));
+}
+
+/// Hides the legend where the pane is too narrow for it.
+void PreviewPane::fitLegend()
+{
+    constexpr int narrow = 440;
+    m_legend->setVisible(m_bar->legendButton()->isChecked() && width() >= narrow);
 }
 
 /// The circle of an observer's maximum distance, in cells; empty where there is none or it cannot be drawn.
@@ -238,7 +292,7 @@ QPolygonF PreviewPane::rangeOf(const ObserverPoint &observer) const
     constexpr int corners = 72;
     if (observer.maxDistance <= 0.0)
         return {};
-    const QSizeF metres = m_ground.metresPerUnit(observer.position());
+    const QSizeF metres = m_scene.ground().metresPerUnit(observer.position());
     if (metres.width() <= 0.0 || metres.height() <= 0.0)
         return {};
     QPolygonF range;
@@ -246,7 +300,7 @@ QPolygonF PreviewPane::rangeOf(const ObserverPoint &observer) const
         const double angle = 2.0 * M_PI * corner / corners;
         const QPointF way(observer.maxDistance / metres.width() * std::cos(angle),
                           observer.maxDistance / metres.height() * std::sin(angle));
-        range += toShown(observer.position() + way);
+        range += m_scene.toCells(observer.position() + way);
     }
     constexpr double mostCells = 1e9; // a larger circle cannot be seen, and Qt would dash it without end
     const QRectF box = range.boundingRect();
@@ -256,140 +310,111 @@ QPolygonF PreviewPane::rangeOf(const ObserverPoint &observer) const
 void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int current)
 {
     constexpr int mostRanges = 200; // more circles would hide the picture
-    QVector<PreviewMark> marks;
+    QVector<MapMark> marks;
     m_observerCells.clear();
-    for (int row = 0; m_ground.isOpen() && row < observers.size(); ++row) {
+    for (int row = 0; m_scene.ground().isOpen() && row < observers.size(); ++row) {
         const ObserverPoint &observer = observers.at(row);
         const bool isCurrent = row == current;
-        const QPointF cell = toShown(observer.position());
+        const QPointF cell = m_scene.toCells(observer.position());
         const bool hasRange = isCurrent || observers.size() <= mostRanges;
-        marks += {cell, hasRange ? rangeOf(observer) : QPolygonF(), observer.enabled, isCurrent};
+        marks += {cell, hasRange ? rangeOf(observer) : QPolygonF(), row + 1, observer.enabled, isCurrent};
         if (observer.enabled)
             m_observerCells += cell;
     }
-    for (const Side &side : {m_input, m_output})
-        side.picture->setMarks(marks);
+    m_view->setMarks(marks);
     reportPart();
 }
 
 void PreviewPane::setCompass(const std::optional<double> &compass)
 {
-    const auto light = compass ? std::optional(lightDirection(*compass)) : std::nullopt;
-    m_output.picture->setLight(light);
+    m_view->setLight(compass ? std::optional(lightDirection(*compass)) : std::nullopt);
+}
+
+void PreviewPane::setPlacing(bool placing)
+{
+    m_view->setDoubleClickZooms(!placing);
 }
 
 QPointF PreviewPane::groundAt(int x, int y, const QSize &shown) const
 {
-    return toGround(m_input.picture->cellAt(x, y, shown));
-}
-
-QPointF PreviewPane::toGround(const QPointF &shown) const
-{
-    return m_ground.toGround(mirrored(shown, {m_ground.width(), m_ground.height()}, m_mirroring));
-}
-
-QPointF PreviewPane::toShown(const QPointF &ground) const
-{
-    return mirrored(m_ground.toCells(ground), {m_ground.width(), m_ground.height()}, m_mirroring);
-}
-
-/// The part of the DEM for a part of the picture, and the other way round.
-QRect PreviewPane::otherSide(const QRect &part) const
-{
-    return mirrored(part, {m_ground.width(), m_ground.height()}, m_mirroring);
-}
-
-QImage PreviewPane::upright(const QImage &picture) const
-{
-    return picture.mirrored(m_mirroring.columns, m_mirroring.rows);
-}
-
-/// The affine transform, in GDAL's order, from pixels of a picture of that part, in cells of the picture, to
-/// the DEM's coordinates.
-std::array<double, 6> PreviewPane::pictureToGround(const QSize &picture, const QRect &part) const
-{
-    const QPointF origin = toGround(part.topLeft());
-    const QPointF right =
-        toGround(part.topLeft() + QPointF(part.width() / double(picture.width()), 0.0)) - origin;
-    const QPointF down =
-        toGround(part.topLeft() + QPointF(0.0, part.height() / double(picture.height()))) - origin;
-    return {origin.x(), right.x(), down.x(), origin.y(), right.y(), down.y()};
+    return m_scene.toGround(m_view->cellAt(x, y, shown));
 }
 
 void PreviewPane::showReadout(const QPointF &cell)
 {
-    const QPointF ground = toGround(cell);
-    const int decimals = coordinateDecimals(m_ground.cellSize());
-    const auto elevation = m_ground.elevation(ground);
-    m_readout->setText(
+    const DemGround &ground = m_scene.ground();
+    const QPointF place = m_scene.toGround(cell);
+    const int decimals = coordinateDecimals(ground.cellSize());
+    const auto elevation = ground.elevation(place);
+    QString text =
         tr("X %1   Y %2   Altitude %3", "MESS_APERCU_POS")
-            .arg(locale().toString(ground.x(), 'f', decimals), locale().toString(ground.y(), 'f', decimals),
-                 elevation ? locale().toString(*elevation, 'g', 7) : tr("sans donnée", "MESS_SANS_DONNEE")));
+            .arg(locale().toString(place.x(), 'f', decimals), locale().toString(place.y(), 'f', decimals),
+                 elevation ? locale().toString(*elevation, 'g', 7) : tr("sans donnée", "MESS_SANS_DONNEE"));
+    const QString value = valueText(m_scene.look(), m_scene.productValue(cell), locale());
+    const QString more = m_placeText ? m_placeText(cell) : QString();
+    for (const QString &part : {value, more}) {
+        if (!part.isEmpty())
+            text += QStringLiteral("   ") + part;
+    }
+    m_readout->setText(text);
 }
 
-/// Says how large the cells are that the previews were computed on.
+/// Says how large the cells are that the product was computed on.
 void PreviewPane::showNote()
 {
-    if (m_copySize.isEmpty()) {
+    const QSize copy = m_scene.copySize();
+    if (copy.isEmpty()) {
         m_note->clear();
         return;
     }
-    const auto text = [this](double size) {
-        const QString unit = m_ground.unit();
-        return lengthText(size, locale()) + (unit == QStringLiteral("°") ? unit : QLatin1Char(' ') + unit);
+    const DemGround &ground = m_scene.ground();
+    const auto text = [&](double size) {
+        const QString unit = ground.unit();
+        const QString number = lengthText(size, locale());
+        return unit == QStringLiteral("°") ? number + unit : (number + QLatin1Char(' ') + unit).trimmed();
     };
-    const double cell = m_ground.cellSize();
-    const double reduction = std::max(static_cast<double>(m_copyPart.width()) / m_copySize.width(),
-                                      static_cast<double>(m_copyPart.height()) / m_copySize.height());
-    m_note->setText(reduction > 1.0
-                        ? tr("Aperçu calculé sur des cellules de %1 (MNT : %2).", "MESS_APERCU_CELLULES")
-                              .arg(text(cell * reduction).trimmed(), text(cell).trimmed())
-                        : tr("Aperçu à la résolution du MNT (cellules de %1).", "MESS_APERCU_EXACT")
-                              .arg(text(cell).trimmed()));
+    const QRect part = m_scene.copyPart();
+    const double reduction = std::max(static_cast<double>(part.width()) / copy.width(),
+                                      static_cast<double>(part.height()) / copy.height());
+    const double cell = ground.cellSize();
+    m_note->setText(
+        reduction > 1.0
+            ? tr("Aperçu calculé sur des cellules de %1 (MNT : %2).", "MESS_APERCU_CELLULES")
+                  .arg(text(cell * reduction), text(cell))
+            : tr("Aperçu à la résolution du MNT (cellules de %1).", "MESS_APERCU_EXACT").arg(text(cell)));
     m_note->setToolTip(tr("La molette agrandit une partie du MNT, alors calculée plus finement ; faites-la "
                           "glisser pour la déplacer.",
                           "MESS_APERCU_EXPL"));
 }
 
-QSize PreviewPane::sizeHint() const
+MapPage PreviewPane::page()
 {
-    return sizeAround(m_input.picture->sizeHint());
+    constexpr double legendWidth = 150.0;
+    constexpr double pageWidth = 560.0; // of the map, in points
+    const QSizeF shown = shownRect(m_visible, m_view->size()).size();
+    const QSizeF size = shown * (pageWidth / std::max(shown.width(), 1.0));
+    const auto widthOf = [](const QString &text, bool bold) { return pageTextWidth(text, bold); };
+    const double metres = m_scene.cellMetres(m_visible.center()).width() * m_visible.width() / pageWidth;
+    return {m_view->picture(), size, mapFooter(metres, m_scene.isScaleKnown(), pageWidth, m_note->text()),
+            legendDrawing(m_legend->legend(), legendWidth, widthOf, locale())};
 }
 
-QSize PreviewPane::minimumSizeHint() const
+void PreviewPane::slot_copyPicture()
 {
-    return sizeAround(m_input.picture->minimumSizeHint());
+    if (!m_scene.layers().ground.isEmpty())
+        QApplication::clipboard()->setImage(QImage::fromData(mapFile(page(), MapFileFormat::Png)));
 }
 
-/// The size of the pane with two pictures of a size above one another.
-QSize PreviewPane::sizeAround(const QSize &picture) const
+void PreviewPane::slot_savePicture()
 {
-    const QMargins margins = layout()->contentsMargins();
-    return {picture.width() + margins.left() + margins.right(),
-            2 * picture.height() + 6 * fontMetrics().height()};
-}
-
-/// Limits the height of pictures side by side to what they need, so that the note and the read-out stand right
-/// below.
-void PreviewPane::fitPictures()
-{
-    int most = QWIDGETSIZE_MAX;
-    if (m_sides->direction() == QBoxLayout::LeftToRight && !m_view.isEmpty()) {
-        const QMargins margins = layout()->contentsMargins();
-        const double room = (width() - margins.left() - margins.right() - m_sides->spacing()) / 2.0;
-        most = std::max(m_input.picture->minimumSizeHint().height(),
-                        qCeil(room * m_view.height() / m_view.width()));
-    }
-    for (const Side &side : {m_input, m_output})
-        side.picture->setMaximumHeight(most);
+    if (!m_scene.layers().ground.isEmpty())
+        saveMap(window(), page(), m_nameProposal ? m_nameProposal() : QString());
 }
 
 void PreviewPane::resizeEvent(QResizeEvent *event)
 {
-    constexpr double narrow = 0.85; // below this ratio, pictures above one another are the larger ones
-    m_sides->setDirection(width() > narrow * height() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    fitPictures();
     QGroupBox::resizeEvent(event);
+    fitLegend();
 }
 
 void PreviewPane::changeEvent(QEvent *event)
@@ -401,12 +426,11 @@ void PreviewPane::changeEvent(QEvent *event)
 
 void PreviewPane::applyTexts()
 {
-    m_input.title->setText(tr("MNT", "MESS_APERCU_MNT"));
-    m_input.picture->setText(
-        m_ground.isOpen()
-            ? QString()
-            : tr("Choisissez un Modèle Numérique de Terrain : il s'affiche ici.", "MESS_APERCU_SANS_MNT"));
-    m_input.picture->setAccessibleName(tr("Aperçu du MNT", "MESS_APERCU_ENTREE"));
-    m_output.picture->setAccessibleName(tr("Aperçu du résultat", "MESS_APERCU_SORTIE"));
+    m_bar->applyTexts();
+    if (!m_scene.ground().isOpen())
+        m_view->setText(
+            tr("Choisissez un Modèle Numérique de Terrain : il s'affiche ici.", "MESS_APERCU_SANS_MNT"));
+    m_view->setAccessibleName(tr("Carte du MNT et du produit", "MESS_CARTE_NOM"));
     showNote();
+    showLegend();
 }

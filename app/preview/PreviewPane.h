@@ -1,25 +1,39 @@
 #pragma once
 
-#include "app/preview/PreviewLabel.h"
+#include "app/preview/MapScene.h"
 #include "app/preview/Previews.h"
-#include "app/preview/previewgeometry.h"
-#include "dataset/demground.h"
+#include "app/preview/map/mapfile.h"
+#include "dataset/elevationgrid.h"
 #include "dataset/vectorpicture.h"
 #include "panels/options/observerpoints.h"
-#include "panels/optionsWidget.h"
 
 #include <QGroupBox>
+#include <QImage>
 #include <QTimer>
 
-#include <array>
+#include <memory>
 #include <optional>
 
-class ProgressWidget;
+class LegendView;
+class MapBar;
+class MapView;
 class QBoxLayout;
 class QLabel;
 
-/// The previews of DEM and product side by side, or one above the other where the pane is narrow. Shows the
-/// pictures that it receives, and reports what the user points at in the DEM's coordinates.
+/// A product of the reduced copy that is shown, and what its legend needs to know.
+struct ShownProduct
+{
+    QString file;
+    ProcessOptions options;
+    QList<QuvoColorDef> table; ///< that the tool of a colour relief has read
+    bool vector = false;       ///< the product is a vector file
+    bool turned = false;       ///< its rows run from the north and its columns from the west, unlike the DEM's
+    bool renewed = true;       ///< earlier pictures of the product are of other options
+};
+
+/// The group of the main dialog with the map of the DEM: the relief of the ground with the product of the
+/// current process over it, the legend, and what is under the mouse. It shows what it is given; Previews makes
+/// the files.
 class PreviewPane : public QGroupBox
 {
     Q_OBJECT
@@ -28,104 +42,116 @@ public:
     explicit PreviewPane(QWidget *parent = nullptr);
     ~PreviewPane() override;
 
-    /// The DEM or band changed. Another file removes the pictures and shows the whole DEM. Returns whether the
-    /// file is another one.
+    /// Shows another DEM, or its band or extremes changed. Returns whether the DEM itself is another one, so
+    /// that all pictures and the view are new.
     bool setDem(const DemInfo &dem);
     PreviewDem dem() const;
+    const MapScene &scene() const { return m_scene; }
 
     /// The part of the DEM, in cells, that the previews should be computed on. partChanged() reports changes.
     QRect part() const;
 
-    /// Sets the title of the product's preview.
+    /// Sets the title of the product.
     void setProductName(const QString &name);
 
-    /// Shows the reduced copy of a part of the DEM. `copy`: its path. `part`: cells of the DEM.
+    /// Shows the reduced copy of a part of the DEM as ground. `copy`: its path. `part`: cells of the DEM.
     void showInput(const QString &copy, const QRect &part);
 
-    /// Shows the product of such a copy. A vector product is drawn over the elevations, in slices of the event
-    /// loop. `turned`: the rows of a raster product run from the north and its columns from the west, unlike
-    /// those of the DEM. Returns false when the file cannot be opened.
-    bool showOutput(const QString &product, const QRect &part, bool vector, bool turned);
+    /// Shows the product of that copy. A vector product is drawn in slices of the event loop. Returns false
+    /// when the file cannot be opened.
+    bool showOutput(const ShownProduct &product);
 
-    /// Removes the picture of the product. `text` says why there is none; empty while it is being computed.
+    /// Shows a picture of seen and hidden cells of the copy in place of the tool's product. options: those of
+    /// the picture, for the legend.
+    void showLiveOutput(const QImage &picture, const IntervisibilityOptions &options);
+
+    /// Removes the picture of the product. `text` says why there is none, or what the user can do; empty while
+    /// it is being computed.
     void clearOutput(const QString &text);
 
     /// Percentage of the running step; -1: it does not run. A step that takes a while shows a turning wheel.
     void setReducing(int percent);
     void setComputing(int percent);
 
-    /// Draws the observers over both pictures; part() includes them. `current`: row of the current observer, or
-    /// -1.
+    /// Draws the observers; part() includes them. `current`: row of the current observer, or -1.
     void setObservers(const QList<ObserverPoint> &observers, int current);
 
     /// Draws the light of a shaded relief. `compass`: its compass reading in degrees; empty: no light is drawn.
     void setCompass(const std::optional<double> &compass);
 
-    /// Both with one picture above the other.
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+    /// Whether a click on the map sets an observer, so that a double click does not zoom.
+    void setPlacing(bool placing);
 
-    PreviewLabel *inputLabel() const { return m_input.picture; }
+    MapView *view() const { return m_view; }
 
-    /// The DEM's coordinates at the place that PreviewLabel::clicked() reports.
+    /// The DEM's coordinates at the place that MapView::clicked() reports.
     QPointF groundAt(int x, int y, const QSize &shown) const;
+
+    /// Says more about the place under the mouse, behind its coordinates. Called for each move of the mouse;
+    /// returns an empty text where there is nothing to say.
+    using PlaceText = std::function<QString(const QPointF &cell)>;
+    void setPlaceText(const PlaceText &text) { m_placeText = text; }
+
+    /// Name of the file that a saved picture is proposed as, without its ending.
+    using NameProposal = std::function<QString()>;
+    void setNameProposal(const NameProposal &proposal) { m_nameProposal = proposal; }
+
+    QSize minimumSizeHint() const override { return {320, 260}; }
 
 signals:
     /// part() changed.
     void partChanged(const QRect &part);
     /// The user clicked an observer. `observer`: its row.
     void observerChosen(int observer);
-    /// The user dragged an observer to another place, in the DEM's coordinates.
+    /// The user drags an observer, or has dragged it, to another place in the DEM's coordinates.
+    void observerMoving(int observer, const QPointF &ground);
     void observerMoved(int observer, const QPointF &ground);
 
+public slots:
+    void slot_copyPicture();
+    void slot_savePicture();
+
 protected:
-    void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
-    struct Side
-    {
-        QLabel *title;
-        ProgressWidget *wheel;
-        QTimer *wheelDelay; ///< its timeout shows the wheel; a quick step ends before
-        QLabel *percent;
-        PreviewLabel *picture;
-    };
-
-    Side addSide(const QString &titleName, const QString &pictureName);
+    void connectView();
     void setView(const QRectF &view);
+    void setOpacity(double opacity);
+    void setSwipe(bool on);
+    void showLayers();
+    void showLegend();
+    void fitLegend();
     void reportPart();
     void drawLines();
     void stopDrawing();
-    QSize sizeAround(const QSize &picture) const;
-    void fitPictures();
-    void showProgress(Side &side, int percent);
+    void readHistogram();
     void showReadout(const QPointF &cell);
     void showNote();
     void applyTexts();
     QPolygonF rangeOf(const ObserverPoint &observer) const;
-    std::array<double, 6> pictureToGround(const QSize &picture, const QRect &part) const;
-    QPointF toGround(const QPointF &shown) const;
-    QPointF toShown(const QPointF &ground) const;
-    QRect otherSide(const QRect &part) const;
-    QImage upright(const QImage &picture) const;
+    MapPage page();
 
-    QBoxLayout *m_sides;
-    Side m_input;
-    Side m_output;
+    MapBar *m_bar;
+    MapView *m_view;
+    LegendView *m_legend;
     QLabel *m_note;
     QLabel *m_readout;
-    DemInfo m_dem;
-    DemGround m_ground;
-    Mirroring m_mirroring;
-    // Cells below are those of the picture, with north above and west at the left, where nothing else is said.
-    QRectF m_view;                    ///< visible cells
+    MapScene m_scene;
+    double m_opacity = 1.0;
+    std::optional<double> m_swipe;
+    QRectF m_visible;                 ///< visible cells of the map
     QVector<QPointF> m_observerCells; ///< cells of the enabled observers
     QRect m_reportedPart;             ///< part(), in cells of the DEM, when it was last reported
     QImage m_drawn;                   ///< the picture that m_lines draws into
     VectorPicture m_lines;            ///< the vector product
-    QRect m_linesPart;                ///< cells that m_drawn covers
-    QTimer m_drawing;                 ///< draws the vector product in slices
-    QSize m_copySize;                 ///< columns and rows of the reduced copy that is shown
-    QRect m_copyPart;                 ///< cells of the DEM that the reduced copy covers
+    bool m_linesRenewed = true;
+    QTimer m_drawing;                              ///< draws the vector product in slices
+    std::unique_ptr<ElevationGridReader> m_sample; ///< of the DEM, for the histogram
+    QTimer m_sampling;                             ///< reads it in slices
+    Histogram m_histogram;
+    std::optional<ShownProduct> m_shown; ///< the product that the legend describes
+    PlaceText m_placeText;
+    NameProposal m_nameProposal;
 };

@@ -2,6 +2,7 @@
 
 #include "app/preview/previewgeometry.h"
 #include "app/process/productsteps.h"
+#include "dataset/overviews.h"
 #include "runner/QuvoScriptRunner.h"
 #include "runner/outputfiles.h"
 
@@ -12,7 +13,8 @@
 namespace
 {
 
-constexpr int pauseAfterChange = 300; // ms
+constexpr int pauseAfterMove = 120; // ms; a turn of the wheel moves the view several times
+constexpr int patience = 1000;      // ms that an outdated computation may take in all
 
 /// Identifies the file, its state and the part that a reduced copy is made of; empty without a DEM.
 QString sourceName(const PreviewDem &dem, const QRect &part)
@@ -48,8 +50,9 @@ Previews::Previews(QuvoScriptRunner &runner, const ToolPaths &tools, WorkFolder 
     , m_makeRequest(std::move(makeRequest))
 {
     m_pause.setSingleShot(true);
-    m_pause.setInterval(pauseAfterChange);
+    m_patience.setSingleShot(true);
     connect(&m_pause, &QTimer::timeout, this, &Previews::runNext);
+    connect(&m_patience, &QTimer::timeout, this, &Previews::expire);
     connect(&runner, &QuvoScriptRunner::updateProgress, this, &Previews::onProgress);
     connect(&runner, &QuvoScriptRunner::done, this, &Previews::onDone);
     connect(&runner, &QuvoScriptRunner::error, this, &Previews::onError);
@@ -81,13 +84,32 @@ void Previews::setPart(const QRect &part)
         m_copy = m_wholeCopy;
         emit reduced();
     }
-    scheduleNext();
+    scheduleNext(isWhole() ? 0 : pauseAfterMove);
 }
 
 void Previews::update(bool complete)
 {
     m_queue.setComplete(complete);
     m_queue.invalidate();
+    expire();
+    scheduleNext();
+}
+
+void Previews::replace(bool complete)
+{
+    m_queue.setComplete(complete);
+    m_queue.invalidate();
+    m_queue.discard();
+    scheduleNext();
+}
+
+/// Stops a computation that is outdated and has had its time.
+void Previews::expire()
+{
+    if (m_patience.isActive() || m_queue.running() != PreviewStep::Compute)
+        return;
+    m_queue.expire();
+    stopStaleStep();
     scheduleNext();
 }
 
@@ -103,10 +125,12 @@ void Previews::release()
     scheduleNext();
 }
 
-void Previews::scheduleNext()
+/// The next step begins after the pause, in milliseconds; a pause that runs already is not shortened.
+void Previews::scheduleNext(int pause)
 {
     stopStaleStep();
-    m_pause.start();
+    if (pause > 0 || !m_pause.isActive())
+        m_pause.start(pause);
 }
 
 void Previews::stopStaleStep()
@@ -152,6 +176,7 @@ void Previews::begin(PreviewStep step, const ProductSteps &steps, const QuvoOutp
         onError(steps.problem);
         return;
     }
+    m_patience.start(patience);
     m_runner.setShares(sharesOf(steps));
     m_runner.run(commandsOf(steps), outputsOf(steps, {output}), NoProgressWindow);
 }
@@ -165,7 +190,14 @@ void Previews::reduce()
         m_wholeSource.clear();
     QFile::remove(copy);
     QFile::remove(copy + QStringLiteral(".aux.xml"));
-    const Reduction reduction{m_dem.path, m_dem.size, m_dem.georeferenced, m_part, copy};
+    Reduction reduction{.dem = m_dem.path,
+                        .demSize = m_dem.size,
+                        .georeferenced = m_dem.georeferenced,
+                        .part = m_part,
+                        .copy = copy};
+    constexpr double quickCells = 40e6; // they are read in about a second
+    const double cells = static_cast<double>(m_part.width()) * m_part.height();
+    reduction.ignoresOverviews = cells <= quickCells && !hasAveragedOverviews(m_dem.path, m_dem.band);
     ProductSteps steps;
     steps.steps = {{.command = processCommand(m_tools.translate, reductionArguments(reduction))}};
     begin(PreviewStep::Reduce, steps, {copy, QStringLiteral("GTiff"), QuvoOutputFileKind::Raster});
@@ -195,6 +227,7 @@ void Previews::compute()
                               .asIs = request->outputOptions.asIs};
     const QuvoOutputFile output = declaredOutputs(*request).first();
     deleteOutputFiles({{output}});
+    m_request = *request;
     DemFacts copy = request->cellUse.neighbours ? readDemFacts(m_copy, request->band) : DemFacts();
     copy.isGeoreferenced = m_dem.georeferenced; // the copy of another DEM counts cells
     m_isTurned = treatmentOf(*request, copy).turn && !isRotated(copy);
@@ -218,6 +251,7 @@ void Previews::onDone()
     const PreviewStep step = m_queue.running();
     if (step == PreviewStep::None)
         return;
+    m_isOutdated = m_queue.isOutdated();
     endStep(true);
     if (step == PreviewStep::Reduce) {
         if (isWhole())
@@ -235,7 +269,13 @@ void Previews::onError(const QString &toolText)
     const PreviewStep step = m_queue.running();
     if (step == PreviewStep::None)
         return;
+    const bool isOutdated = m_queue.isOutdated();
     endStep(false);
+    if (isOutdated) { // the newer options may be good ones
+        emit interrupted();
+        scheduleNext();
+        return;
+    }
     if (step == PreviewStep::Reduce)
         emit reductionFailed(toolText);
     else

@@ -22,6 +22,7 @@ struct PreviewDem
     QString state;             ///< changes when the file is written again (DemInfo::state)
     QSize size;                ///< columns and rows
     bool georeferenced = true; ///< the DEM has coordinates of its own
+    int band = 1;              ///< counted from 1
 };
 
 /// Makes the files that the previews show: a reduced copy of the DEM, and the product of that copy, made by the
@@ -53,9 +54,12 @@ public:
     /// inside this call.
     void setPart(const QRect &part);
 
-    /// The options or the process changed. A running computation is stopped at once; the next one begins when
-    /// no further change has followed for 0.3 s, and only if the options are complete.
+    /// The options changed. The next computation begins at once, or as soon as the running one has ended, and
+    /// only if the options are complete. A running one that takes longer than a second is stopped.
     void update(bool complete);
+
+    /// Another process is shown: a running computation is stopped at once.
+    void replace(bool complete);
 
     /// Stops the running step and prevents others from starting until release().
     void hold();
@@ -71,6 +75,12 @@ public:
 
     /// Path of the product, valid from computed() to the next change.
     QString product() const { return m_product; }
+
+    /// The request that the product was made with.
+    const ProcessingRequest &productRequest() const { return m_request; }
+
+    /// Whether product() is that of options which have changed since.
+    bool isProductOutdated() const { return m_isOutdated; }
 
     /// Whether the product's rows run from the north and its columns from the west, unlike those of the DEM.
     bool isProductTurned() const { return m_isTurned; }
@@ -88,7 +98,8 @@ signals:
     void interrupted();
 
 private:
-    void scheduleNext();
+    void scheduleNext(int pause = 0);
+    void expire();
     void stopStaleStep();
     void runNext();
     void begin(PreviewStep step, const ProductSteps &steps, const QuvoOutputFile &output);
@@ -105,7 +116,8 @@ private:
     WorkFolder &m_workFolder;
     RequestMaker m_makeRequest;
     PreviewQueue m_queue;
-    QTimer m_pause; ///< waits for further changes before the next step begins
+    QTimer m_pause;    ///< waits for further changes before the next step begins
+    QTimer m_patience; ///< runs while a computation may end although its options have changed
     PreviewDem m_dem;
     QRect m_part;
     QString m_copy;        ///< path of the reduced copy in use: m_wholeCopy or m_partCopy
@@ -114,6 +126,8 @@ private:
     QString m_partCopy;    ///< path of the copy of a part
     QString m_product;     ///< path of the product in use: m_rasterProduct or m_vectorProduct
     QString m_rasterProduct;
+    ProcessingRequest m_request;
+    bool m_isOutdated = false;
     bool m_isTurned = false; ///< isProductTurned() of the product in use
     QString m_vectorProduct;
     // Folders of m_workFolder that hold the input files of the running step: the first, and the one behind the

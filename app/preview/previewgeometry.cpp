@@ -44,6 +44,11 @@ QString reductionArguments(const Reduction &reduction)
                     .arg(QString::number(part.left()), QString::number(part.top()),
                          QString::number(part.width()), QString::number(part.height()));
     const QSize size = reducedSize(part.size());
+    if (size != part.size()) {
+        text += QStringLiteral("-r average ");
+        if (reduction.ignoresOverviews)
+            text += QStringLiteral("-ovr NONE ");
+    }
     return text
         + QStringLiteral("-outsize  %1 %2 ").arg(QString::number(size.width()), QString::number(size.height()))
         + quotedArgument(reduction.dem) + QLatin1Char(' ') + quotedArgument(reduction.copy);
@@ -88,7 +93,7 @@ QRectF shownRect(const QRectF &view, const QSizeF &area)
         return {};
     const double scale = std::min(area.width() / view.width(), area.height() / view.height());
     const QSizeF size = view.size() * scale;
-    return {QPointF((area.width() - size.width()) / 2.0, 0.0), size};
+    return {QPointF((area.width() - size.width()) / 2.0, (area.height() - size.height()) / 2.0), size};
 }
 
 QPointF mirrored(const QPointF &cell, const QSize &dem, const Mirroring &mirroring)
@@ -105,6 +110,24 @@ QRect mirrored(const QRect &part, const QSize &dem, const Mirroring &mirroring)
     if (mirroring.rows)
         moved.moveTop(dem.height() - part.y() - part.height());
     return moved;
+}
+
+ElevationGrid mirrored(ElevationGrid grid, const Mirroring &mirroring)
+{
+    if (mirroring.columns) {
+        for (int row = 0; row < grid.height; ++row) {
+            float *line = grid.cells.data() + static_cast<std::ptrdiff_t>(row) * grid.width;
+            std::reverse(line, line + grid.width);
+        }
+    }
+    if (mirroring.rows) {
+        for (int row = 0; row < grid.height / 2; ++row) {
+            float *line = grid.cells.data() + static_cast<std::ptrdiff_t>(row) * grid.width;
+            float *other = grid.cells.data() + static_cast<std::ptrdiff_t>(grid.height - 1 - row) * grid.width;
+            std::swap_ranges(line, line + grid.width, other);
+        }
+    }
+    return grid;
 }
 
 double lightDirection(double compass)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dataset/elevationgrid.h"
+
 #include <QLocale>
 #include <QPointF>
 #include <QPolygonF>
@@ -27,14 +29,17 @@ QRect previewPart(const QRectF &seen, const QSize &dem, const QVector<QPointF> &
 /// The reduced copy to make of a DEM.
 struct Reduction
 {
-    QString dem;               ///< path of the DEM
-    QSize demSize;             ///< columns and rows of the DEM
-    bool georeferenced = true; ///< the DEM has coordinates of its own
-    QRect part;                ///< cells of the DEM to copy
-    QString copy;              ///< path of the file to create
+    QString dem;                   ///< path of the DEM
+    QSize demSize;                 ///< columns and rows of the DEM
+    bool georeferenced = true;     ///< the DEM has coordinates of its own
+    QRect part;                    ///< cells of the DEM to copy
+    bool ignoresOverviews = false; ///< the copy is made from the DEM's own cells, whatever overviews it has
+    QString copy;                  ///< path of the file to create
 };
 
-/// The arguments of the translation tool that make the copy. The copy of a DEM without coordinates counts the
+/// The arguments of the translation tool that make the copy: each of its cells is the average of the DEM's
+/// cells with data that it stands for. Single cells would make a pattern that the product of the DEM has not.
+/// The copy of a DEM without coordinates counts the
 /// DEM's cells as coordinates, rows downwards as in the DEM itself. Otherwise the reduction would change the
 /// slopes, and the light would come from the opposite side.
 QString reductionArguments(const Reduction &reduction);
@@ -48,8 +53,8 @@ QRectF zoomed(const QRectF &view, const QPointF &at, double factor, const QSize 
 /// The view moved by `by`, in columns and rows, and kept within the DEM.
 QRectF moved(const QRectF &view, const QPointF &by, const QSize &dem);
 
-/// The rectangle of a widget's area, in pixels, in which the view is shown with square cells: at the upper
-/// edge, centred. Empty for an empty view or area.
+/// The rectangle of a widget's area, in pixels, in which the view is shown with square cells: in its middle.
+/// Empty for an empty view or area.
 QRectF shownRect(const QRectF &view, const QSizeF &area);
 
 /// The sides of a DEM that are exchanged in its picture, so that north is above and west at the left.
@@ -63,6 +68,9 @@ struct Mirroring
 
 QPointF mirrored(const QPointF &cell, const QSize &dem, const Mirroring &mirroring);
 QRect mirrored(const QRect &part, const QSize &dem, const Mirroring &mirroring);
+
+/// A grid with those sides exchanged.
+ElevationGrid mirrored(ElevationGrid grid, const Mirroring &mirroring);
 
 /// The azimuth that a shaded relief is lit from, in degrees (0 to 360) clockwise from the picture's upper edge,
 /// which is north: the azimuth that the tool receives for the compass reading.

@@ -37,7 +37,18 @@ void PreviewQueue::loseReduction()
 
 void PreviewQueue::invalidate()
 {
+    m_computed = false;
+    m_outdated = m_running == PreviewStep::Compute;
+}
+
+void PreviewQueue::discard()
+{
     outdate(PreviewStep::Compute);
+}
+
+void PreviewQueue::expire()
+{
+    m_stale = m_stale || m_outdated;
 }
 
 void PreviewQueue::setComplete(bool complete)
@@ -72,15 +83,17 @@ void PreviewQueue::begin(PreviewStep step)
 {
     m_running = step;
     m_stale = false;
+    m_outdated = false;
 }
 
 void PreviewQueue::end(bool succeeded)
 {
     if (!m_stale) {
-        m_failed = m_failed || !succeeded;
+        m_failed = m_failed || (!succeeded && !m_outdated);
         m_reduced = m_reduced || (succeeded && m_running == PreviewStep::Reduce);
-        m_computed = succeeded && m_running == PreviewStep::Compute;
+        m_computed = succeeded && m_running == PreviewStep::Compute && !m_outdated;
     }
     m_running = PreviewStep::None;
     m_stale = false;
+    m_outdated = false;
 }

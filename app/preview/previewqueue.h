@@ -14,7 +14,9 @@ enum class PreviewStep
 /// no clock and no child process: its owner reports events and then queries next() and isStale().
 ///
 /// At most one step runs at a time. A change that makes its result useless makes the step stale: the owner
-/// stops it, and its result is ignored.
+/// stops it, and its result is ignored. A change of options alone makes a computation outdated: its result is
+/// still shown, as one frame of a picture that follows the user's hand, and the next computation begins after
+/// it with the newest options.
 class PreviewQueue
 {
 public:
@@ -31,8 +33,17 @@ public:
     void loseReduction();
     bool hasReduction() const { return m_reduced; }
 
-    /// The options or the process changed, so that the product is out of date.
+    /// The options changed, so that the product is out of date.
     void invalidate();
+
+    /// The process changed: the product is of no use any more.
+    void discard();
+
+    /// The running computation is outdated and takes longer than its result is worth.
+    void expire();
+
+    /// Whether the options changed while the running computation runs.
+    bool isOutdated() const { return m_outdated; }
 
     /// Whether the options suffice to compute a product. There is no Compute step while they do not.
     void setComplete(bool complete);
@@ -47,7 +58,8 @@ public:
     /// The step was started.
     void begin(PreviewStep step);
 
-    /// The running step has ended. A failure of a step that is not stale switches the previews off for good.
+    /// The running step has ended. A failure of a step that is neither stale nor outdated switches the previews
+    /// off for good.
     void end(bool succeeded);
 
     PreviewStep running() const { return m_running; }
@@ -69,4 +81,5 @@ private:
     bool m_computed = false;
     PreviewStep m_running = PreviewStep::None;
     bool m_stale = false;
+    bool m_outdated = false; ///< see isOutdated()
 };

@@ -1,5 +1,6 @@
 #include "app/window/quvoGdalUtilities.h"
 
+#include "app/preview/MapView.h"
 #include "app/preview/PreviewControl.h"
 #include "app/process/productname.h"
 #include "app/recipe/openedrecipe.h"
@@ -27,6 +28,7 @@
 #include "panels/intervisibilityOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QTimer>
 
@@ -159,10 +161,14 @@ void quvoGdalUtilities::connectPreviews()
     connect(m_form->m_pTabWidget, &QTabWidget::currentChanged, this,
             &quvoGdalUtilities::slot_updateOutputFilePreview);
     connect(m_form->m_pPBShowPreview, &QPushButton::clicked, this, &quvoGdalUtilities::slot_dialogExtension);
-    connect(pane->inputLabel(), &PreviewLabel::clicked, this, &quvoGdalUtilities::slot_onPreviewLabelClicked);
+    connect(pane->view(), &MapView::clicked, this, &quvoGdalUtilities::slot_onPreviewLabelClicked);
     connect(&observers, &intervisibilityOptionsWidget::currentObserverPointChanged, this,
             &quvoGdalUtilities::slot_updateMarkerPosition);
     connect(m_input.get(), &InputDem::demChanged, m_previewControl.get(), &PreviewControl::setDem);
+    pane->setNameProposal([this] {
+        const QFileInfo product(currentRequest().output);
+        return product.path() + QLatin1Char('/') + product.completeBaseName();
+    });
     slot_updateOutputFilePreview();
     m_previews.setShown(!pane->isHidden());
 }

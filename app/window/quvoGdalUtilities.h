@@ -81,7 +81,7 @@ public slots:
     /// Shows or hides the previews; the window grows or shrinks by their width.
     void slot_dialogExtension();
     void slot_updateMarkerPosition();
-    /// On the intervisibility tab, moves the current observer to the place (PreviewLabel::clicked()), or adds
+    /// On the intervisibility tab, moves the current observer to the place (MapView::clicked()), or adds
     /// one where there is no current observer.
     void slot_onPreviewLabelClicked(int x, int y, QSize shown);
 

@@ -33,13 +33,17 @@ void PreviewGeometryTest::reductions()
     QCOMPARE(
         reductionArguments(
             {.dem = "/a b.tif", .demSize = size, .part = {0, 0, 2000, 1000}, .copy = "/t/tempoReducedImg"}),
-        QString("-outsize  800 400 \"/a b.tif\" \"/t/tempoReducedImg\""));
+        QString("-r average -outsize  800 400 \"/a b.tif\" \"/t/tempoReducedImg\""));
     QCOMPARE(reductionArguments({.dem = "/a.tif",
                                  .demSize = size,
                                  .georeferenced = false,
                                  .part = {10, 20, 300, 400},
                                  .copy = "/c"}),
              QString("-a_ullr 10 20 310 420 -srcwin 10 20 300 400 -outsize  300 400 \"/a.tif\" \"/c\""));
+    QVERIFY(
+        reductionArguments(
+            {.dem = "/a", .demSize = size, .part = {0, 0, 2000, 1000}, .ignoresOverviews = true, .copy = "/c"})
+            .startsWith("-r average -ovr NONE "));
 }
 
 void PreviewGeometryTest::zooming()
@@ -64,6 +68,9 @@ void PreviewGeometryTest::mirroredPlaces()
     QCOMPARE(mirrored(QPointF(0.5, 1.0), dem, {.columns = false, .rows = true}), QPointF(0.5, 5.0));
     QCOMPARE(mirrored(QPointF(0.5, 1.0), dem, {.columns = true, .rows = false}), QPointF(9.5, 1.0));
     QCOMPARE(mirrored(QRect(1, 2, 3, 4), dem, {.columns = true, .rows = true}), QRect(6, 0, 3, 4));
+    const ElevationGrid grid{3, 2, {1, 2, 3, 4, 5, 6}};
+    QCOMPARE(mirrored(grid, {.columns = true, .rows = false}).cells, QVector<float>({3, 2, 1, 6, 5, 4}));
+    QCOMPARE(mirrored(grid, {.columns = false, .rows = true}).cells, QVector<float>({4, 5, 6, 1, 2, 3}));
 }
 
 void PreviewGeometryTest::lightDirections()

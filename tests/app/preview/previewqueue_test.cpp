@@ -31,8 +31,12 @@ void PreviewQueueTest::dueStep_data()
     row("incomplete", "dem show begin good", "-");
     row("all shown", "dem complete show begin good begin good", "-");
     row("burst", "dem complete show begin good change change change", "C");
-    row("change during a run", "dem complete show begin good begin change", "-!");
-    row("change after it", "dem complete show begin good begin change ended", "C");
+    row("change during a run", "dem complete show begin good begin change", "-");
+    row("newest options after it", "dem complete show begin good begin change good", "C");
+    row("and only once", "dem complete show begin good begin change good begin good", "-");
+    row("run too long", "dem complete show begin good begin change expire", "-!");
+    row("long run without a change", "dem complete show begin good begin expire", "-");
+    row("another process", "dem complete show begin good begin other", "-!");
     row("change during a reduction", "dem complete show begin change", "-");
     row("another part", "dem complete show begin good begin part", "-!");
     row("part reduced anew", "dem complete show begin good begin part ended", "R");
@@ -42,7 +46,8 @@ void PreviewQueueTest::dueStep_data()
     row("after a launch", "dem complete show begin good begin hold ended release", "C");
     row("hidden during a run", "dem complete show begin hide", "-!");
     row("failure", "dem complete show begin bad change part", "-");
-    row("stale failure", "dem complete show begin good begin change bad", "C");
+    row("outdated failure", "dem complete show begin good begin change bad", "C");
+    row("stale failure", "dem complete show begin good begin other bad", "C");
     row("incomplete meanwhile", "dem complete show begin good begin incomplete", "-!");
 }
 
@@ -59,6 +64,8 @@ void PreviewQueueTest::dueStep()
         {"show", [&] { queue.setShown(true); }},
         {"hide", [&] { queue.setShown(false); }},
         {"change", [&] { queue.invalidate(); }},
+        {"other", [&] { queue.discard(); }},
+        {"expire", [&] { queue.expire(); }},
         {"hold", [&] { queue.hold(); }},
         {"release", [&] { queue.release(); }},
         {"begin", [&] { queue.begin(queue.next()); }},

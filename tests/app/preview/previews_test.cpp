@@ -1,3 +1,4 @@
+#include "app/preview/MapView.h"
 #include "app/preview/PreviewDialog.h"
 #include "app/preview/PreviewPane.h"
 #include "app/preview/previewgeometry.h"
@@ -59,18 +60,29 @@ struct Dialog : ShownDialog
         if (!find<PreviewPane>("m_pGrpBPreviews")->isVisible()) // the window hides them on a small screen
             find<QPushButton>("m_pPBShowPreview")->click();
     }
-    PreviewLabel *input() { return find<PreviewLabel>("m_pLInputImgPreview"); }
-    PreviewLabel *output() { return find<PreviewLabel>("m_pLOutputImgPreview"); }
+    MapView *map() { return find<MapView>("m_pLInputImgPreview"); }
+    const MapScene &scene() { return find<PreviewPane>("m_pGrpBPreviews")->scene(); }
+    /// The finest picture of the ground, and the product as its tool made it.
+    QImage ground() { return hasGround() ? map()->map().ground.last().picture : QImage(); }
+    QImage product() { return scene().product().picture; }
+    QImage lines() { return hasOutput() ? map()->map().product.last().picture : QImage(); }
+    bool hasGround() { return !map()->map().ground.isEmpty(); }
     void showTab(int tab) { find<QTabWidget>("m_pTabWidget")->setCurrentIndex(tab); }
-    bool hasOutput() { return !output()->picture().isNull(); }
+    bool hasOutput() { return map()->map().hasProduct(); }
 };
 
 /// The place of a cell in the widget.
-QPoint placeOf(const PreviewLabel &label, const QPointF &cell)
+QPoint placeOf(const MapView &label, const QPointF &cell)
 {
     const QRectF shown = shownRect(label.view(), label.size());
     return (shown.topLeft() + (cell - label.view().topLeft()) * (shown.width() / label.view().width()))
         .toPoint();
+}
+
+/// The picture that a large view shows.
+QImage pictureOf(const MapView &view)
+{
+    return view.map().ground.isEmpty() ? QImage() : view.map().ground.last().picture;
 }
 
 /// Whether a child process of this one is alive.
@@ -135,18 +147,20 @@ void PreviewsTest::northIsAbove()
     dem.path = path("turned.tif");
     QVERIFY(pane.setDem(dem));
     const auto isUpright = [](const QImage &picture) {
-        return qGray(picture.pixel(0, 0)) < qGray(picture.pixel(1, 0))
-            && qGray(picture.pixel(1, 0)) < qGray(picture.pixel(0, 1))
-            && qGray(picture.pixel(0, 1)) <= qGray(picture.pixel(1, 1));
+        return qGray(picture.pixel(0, 0)) > qGray(picture.pixel(1, 0)) // steeper ground is darker
+            && qGray(picture.pixel(1, 0)) > qGray(picture.pixel(0, 1))
+            && qGray(picture.pixel(0, 1)) >= qGray(picture.pixel(1, 1));
     };
     const QRect whole(0, 0, 2, 2);
     pane.showInput(dem.path, whole);
-    QVERIFY(isUpright(pane.inputLabel()->picture()));
-    const auto output = pane.findChild<PreviewLabel *>("m_pLOutputImgPreview");
-    QVERIFY(pane.showOutput(dem.path, whole, false, false));
-    QVERIFY(isUpright(output->picture()));
-    QVERIFY(pane.showOutput(dem.path, whole, false, true));
-    QVERIFY(!isUpright(output->picture()));
+    QCOMPARE(pane.scene().layers().ground.size(), 1);
+    ShownProduct product{.file = dem.path, .options = SlopeOptions()};
+    QVERIFY(pane.showOutput(product));
+    QVERIFY(isUpright(pane.scene().product().picture));
+    QCOMPARE(pane.scene().productValue({0.5, 0.5}), 1.0); // the value under the mouse is that of the same cell
+    product.turned = true;
+    QVERIFY(pane.showOutput(product));
+    QVERIFY(!isUpright(pane.scene().product().picture));
     QCOMPARE(pane.groundAt(0, 0, QSize(2, 2)), QPointF(100.0, 500.0));
 }
 
@@ -174,24 +188,22 @@ void PreviewsTest::productIsTheToolsOwn()
     dialog.window.setInputDem(path("dem.tif"));
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
 
-    QString copy;
-    for (QDirIterator files(path("tmp"), QDir::Files, QDirIterator::Subdirectories); files.hasNext();) {
-        if (QFileInfo(files.next()).fileName() == QLatin1String("tempoReducedImg"))
-            copy = files.filePath();
-    }
-    arguments.replaceInStrings(QRegularExpression("^in$"), copy);
+    const auto fileNamed = [this](const QString &name) {
+        QDirIterator files(path("tmp"), {name}, QDir::Files, QDirIterator::Subdirectories);
+        return files.hasNext() ? files.next() : QString();
+    };
+    arguments.replaceInStrings(QRegularExpression("^in$"), fileNamed("tempoReducedImg"));
     arguments.replaceInStrings(QRegularExpression("^out$"), path("by hand.tif"));
     arguments.replaceInStrings(QRegularExpression("^table$"),
                                QStringLiteral(QUVO_TREE "/libraries/colormap/dtm.txt"));
     QCOMPARE(QProcess::execute(m_tools.dem, arguments), 0);
-    const RasterPicture byHand(path("by hand.tif"));
-    QCOMPARE(byHand.size(), QSize(800, 800));
-    QCOMPARE(dialog.output()->picture(), byHand.read({0, 0, 800, 800}, {800, 800}));
+    QVERIFY(bytesOf(fileNamed("tempoPreviewImage")) == bytesOf(path("by hand.tif")));
+    const ProductPicture byHand = readProduct(path("by hand.tif"), dialog.scene().look(), {});
+    QCOMPARE(byHand.picture.size(), QSize(800, 800));
+    QCOMPARE(dialog.product(), byHand.picture);
     if (tab == 5) { // spread over the elevations of the DEM, the table gives another picture
         dialog.find<QRadioButton>("m_pRBRelatifAltitude")->click();
-        QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput()
-                                     && dialog.output()->picture() != byHand.read({0, 0, 800, 800}, {800, 800}),
-                                 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && dialog.product() != byHand.picture, 10000);
     }
     QVERIFY(!QFile::exists(path("dem.tif.aux.xml")));
 }
@@ -231,15 +243,15 @@ void PreviewsTest::sameGroundSamePreview()
         dialog.showTab(tab);
         dialog.window.setInputDem(path("north.tif"));
         QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
-        const QImage expected = dialog.output()->picture();
+        const QImage expected = dialog.product();
         Recipe settings = dialog.window.recipe();
         settings.part = QRect(10, 10, 8, 8);
         dialog.window.setRecipe(settings);
         QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && !hasChildren(), 10000);
-        QCOMPARE(dialog.output()->picture(), expected);
+        QCOMPARE(dialog.product(), expected);
         for (const char *other : {"south.tif", "plain.tif"}) {
             dialog.window.setInputDem(path(other));
-            QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && dialog.output()->picture() == expected, 5000);
+            QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && dialog.product() == expected, 5000);
         }
     }
 }
@@ -259,27 +271,27 @@ void PreviewsTest::vectorProducts()
         }
         return count;
     };
-    QTRY_VERIFY(coloured(dialog.output()->picture()) > 500); // coloured lines over grey elevations
+    QTRY_VERIFY(coloured(dialog.lines()) > 500);
     QImage tenMetres;
-    while (tenMetres != dialog.output()->picture()) { // each slice of the drawing adds lines
-        tenMetres = dialog.output()->picture();
+    while (tenMetres != dialog.lines()) { // each slice of the drawing adds lines
+        tenMetres = dialog.lines();
         QTest::qWait(100);
     }
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("0.000"); // not valid for the tool
     QVERIFY(!dialog.hasOutput());
     dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("50.000");
-    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && coloured(dialog.output()->picture()) > 0, 10000);
-    QVERIFY(coloured(dialog.output()->picture()) < coloured(tenMetres));
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput() && coloured(dialog.lines()) > 0, 10000);
+    QVERIFY(coloured(dialog.lines()) < coloured(tenMetres));
 
     QCOMPARE(QProcess::execute(m_tools.contour, {"-q", "-i", "10", path("dem.tif"), path("lines.shp")}), 0);
     PreviewDialog large(path("lines.shp"), nullptr);
     QVERIFY(large.canShow());
     large.show();
-    const auto label = large.findChild<PreviewLabel *>();
-    QTRY_VERIFY(coloured(label->picture()) > 500);
-    const QImage whole = label->picture();
+    const auto label = large.findChild<MapView *>();
+    QTRY_VERIFY(coloured(pictureOf(*label)) > 500);
+    const QImage whole = pictureOf(*label);
     large.slot_zoomIn();
-    QTRY_VERIFY(coloured(label->picture()) > 0 && label->picture() != whole);
+    QTRY_VERIFY(coloured(pictureOf(*label)) > 0 && pictureOf(*label) != whole);
     QVERIFY(!PreviewDialog(path("none.tif"), nullptr).canShow());
 }
 
@@ -289,38 +301,38 @@ void PreviewsTest::observersAreSetInThePicture()
     dialog.window.setInputDem(path("dem.tif"));
     dialog.showTab(4);
     const auto panel = dialog.window.findChild<intervisibilityOptionsWidget *>();
-    QTRY_VERIFY(!dialog.input()->picture().isNull());
+    QTRY_VERIFY(!dialog.ground().isNull());
     QVERIFY(!dialog.hasOutput()); // there is no observer yet
 
     const auto cellOfFirst = [&] {
         const ObserverPoint point = panel->options().observers.value(0);
         return DemGround(path("dem.tif"), 1).toCells(point.position());
     };
-    QTest::mouseClick(dialog.input(), Qt::LeftButton, {}, placeOf(*dialog.input(), {250, 750}));
+    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, placeOf(*dialog.map(), {250, 750}));
     QCOMPARE(panel->options().observers.size(), 1);
-    QVERIFY(QLineF(cellOfFirst(), {250, 750}).length() < 1000.0 / dialog.input()->width() * 2);
+    QVERIFY(QLineF(cellOfFirst(), {250, 750}).length() < 1000.0 / dialog.map()->width() * 2);
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
 
-    const QImage before = dialog.output()->picture();
-    QTest::mouseClick(dialog.input(), Qt::LeftButton, {}, placeOf(*dialog.input(), {500, 250}));
+    const QImage before = dialog.product();
+    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, placeOf(*dialog.map(), {500, 250}));
     QCOMPARE(panel->options().observers.size(), 1); // the click moves the current observer
-    const QPoint from = placeOf(*dialog.input(), cellOfFirst());
-    const QPoint to = placeOf(*dialog.input(), {800, 800});
+    const QPoint from = placeOf(*dialog.map(), cellOfFirst());
+    const QPoint to = placeOf(*dialog.map(), {800, 800});
     for (const bool escape : {true, false}) {
         const QPointF start = cellOfFirst();
-        QTest::mousePress(dialog.input(), Qt::LeftButton, {}, from);
+        QTest::mousePress(dialog.map(), Qt::LeftButton, {}, from);
         for (const QPoint &place : {(from + to) / 2, to}) {
             QMouseEvent move(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton, {});
-            QApplication::sendEvent(dialog.input(), &move);
+            QApplication::sendEvent(dialog.map(), &move);
         }
         if (escape)
-            QTest::keyClick(dialog.input(), Qt::Key_Escape); // leaves the drag, not the window
-        QTest::mouseRelease(dialog.input(), Qt::LeftButton, {}, to);
+            QTest::keyClick(dialog.map(), Qt::Key_Escape); // leaves the drag, not the window
+        QTest::mouseRelease(dialog.map(), Qt::LeftButton, {}, to);
         QCOMPARE(cellOfFirst() == start, escape);
         QVERIFY(dialog.window.isVisible());
     }
-    QVERIFY(QLineF(cellOfFirst(), {800, 800}).length() < 1000.0 / dialog.input()->width() * 2);
-    QTRY_VERIFY_WITH_TIMEOUT(dialog.output()->picture() != before, 10000);
+    QVERIFY(QLineF(cellOfFirst(), {800, 800}).length() < 1000.0 / dialog.map()->width() * 2);
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.product() != before, 10000);
 }
 
 void PreviewsTest::observersOfAnyKind()
@@ -345,9 +357,9 @@ void PreviewsTest::observersOfAnyKind()
     QVERIFY(model->setData(model->index(0, ObserverPointsModel::DistanceColumn), "1e9"));
     for (const char *unusable : {"inf", "nan", "-1", "1e10"})
         QVERIFY2(!model->setData(model->index(0, ObserverPointsModel::DistanceColumn), unusable), unusable);
-    QVERIFY(!dialog.input()->grab().isNull()); // drawing so large a circle ends
+    QVERIFY(!dialog.map()->grab().isNull()); // drawing so large a circle ends
     panel->placeObserver(-1, ground.toGround({200.5, 200.5}));
-    QTest::mouseClick(dialog.input(), Qt::LeftButton, {}, placeOf(*dialog.input(), {800.5, 800.5}));
+    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, placeOf(*dialog.map(), {800.5, 800.5}));
     QCOMPARE(panel->currentRow(), 0); // a click on the mark of an observer selects it
     QCOMPARE(panel->options().observers.at(1).position(), ground.toGround({200.5, 200.5}));
     QVERIFY(Prompt::takeShown().isEmpty());
@@ -361,13 +373,13 @@ void PreviewsTest::anotherFileOfTheName()
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
     QVERIFY(writeHill(path("dem.tif"), 300));
     dialog.window.setInputDem(path("dem.tif"));
-    QCOMPARE(dialog.input()->view(), QRectF(0, 0, 300, 300));
-    QTRY_COMPARE(dialog.input()->picture().width(), 300);
+    QCOMPARE(dialog.map()->view(), QRectF(0, 0, 300, 300));
+    QTRY_COMPARE(dialog.ground().width(), 300);
 
     dialog.find<QPushButton>("m_pPBShowPreview")->click();
     dialog.window.setInputDem(path("bands.tif"));
     dialog.find<QComboBox>("m_pCBBand")->setCurrentIndex(1);
-    QVERIFY(dialog.input()->picture().isNull()); // not the picture of the DEM before
+    QVERIFY(dialog.ground().isNull()); // not the picture of the DEM before
 }
 
 void PreviewsTest::aPartIsSeenAtFullResolution()
@@ -377,15 +389,14 @@ void PreviewsTest::aPartIsSeenAtFullResolution()
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
     const auto note = dialog.find<QLabel>("m_pLPreviewNote");
     const QString wholeNote = note->text();
-    const QImage whole = dialog.input()->picture();
+    const QImage whole = dialog.ground();
     for (int turn = 0; turn < 8; ++turn)
-        QTest::keyClick(dialog.input(), Qt::Key_Plus);
-    QCOMPARE(dialog.output()->view(), dialog.input()->view()); // both previews show the same part
+        QTest::keyClick(dialog.map(), Qt::Key_Plus);
+    QCOMPARE(dialog.map()->view(), dialog.map()->view()); // both previews show the same part
     QTRY_VERIFY_WITH_TIMEOUT(note->text() != wholeNote && dialog.hasOutput(), 10000);
-    QVERIFY(std::min(dialog.input()->picture().width(), dialog.input()->picture().height())
-            < 600); // the part is not enlarged
-    QTest::keyClick(dialog.output(), Qt::Key_Home);
-    QTRY_COMPARE(dialog.input()->picture(), whole);
+    QVERIFY(std::min(dialog.ground().width(), dialog.ground().height()) < 600); // the part is not enlarged
+    QTest::keyClick(dialog.map(), Qt::Key_Home);
+    QTRY_COMPARE(dialog.ground(), whole);
 }
 
 void PreviewsTest::launchStopsPreviews()
@@ -442,7 +453,7 @@ void PreviewsTest::manyChangesLeaveNothing()
                 buttons.at(random.bounded(int(buttons.size())))->click();
                 break;
             default:
-                QTest::keyClick(dialog.output(), random.bounded(2) ? Qt::Key_Plus : Qt::Key_Right);
+                QTest::keyClick(dialog.map(), random.bounded(2) ? Qt::Key_Plus : Qt::Key_Right);
             }
             QTest::qWait(change % 20 == 0 ? 420
                                           : random.bounded(3)); // long enough for a run to start now and then

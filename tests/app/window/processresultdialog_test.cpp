@@ -1,4 +1,4 @@
-#include "app/preview/PreviewLabel.h"
+#include "app/preview/MapView.h"
 #include "tests/support/maindialog.h"
 
 #include <QClipboard>
@@ -66,7 +66,7 @@ void ProcessResultDialogTest::buttons()
     processResultDialog dialog(result, nullptr, services);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the desktop did not take"));
     dialog.findChild<QPushButton *>("m_pPBShowResult")->click();
-    QTRY_VERIFY(!dialog.findChild<PreviewLabel *>("m_pLPreview")->picture().isNull());
+    QTRY_VERIFY(!dialog.findChild<MapView *>("m_pLPreview")->map().ground.isEmpty());
     dialog.findChild<QPushButton *>("m_pPBOpenWith")->click();
     dialog.findChild<QPushButton *>("m_pPBOpenFolder")->click();
     dialog.findChild<QPushButton *>("m_pPBCopyCommand")->click();

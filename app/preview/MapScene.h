@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/preview/map/mappicture.h"
+#include "app/preview/map/productlook.h"
+#include "dataset/demground.h"
+#include "dataset/deminfo.h"
+
+#include <array>
+
+/// A DEM, its reduced copies and its product, as layers of a map. Cells are those of the map, with north above
+/// and west at the left, where nothing else is said; "ground" are coordinates of the DEM.
+class MapScene
+{
+public:
+    /// Shows another DEM, or another band of it. Returns whether its cells are others, so that all layers are
+    /// gone.
+    bool setDem(const DemInfo &dem);
+
+    const DemInfo &dem() const { return m_dem; }
+    const DemGround &ground() const { return m_ground; }
+    QSize size() const { return {m_ground.width(), m_ground.height()}; }
+    const Mirroring &mirroring() const { return m_mirroring; }
+
+    QPointF toGround(const QPointF &cell) const;
+    QPointF toCells(const QPointF &ground) const;
+    /// The part of the DEM for a part of the map, and the other way round.
+    QRect otherSide(const QRect &part) const;
+    /// Width and height of a cell of the map around a place, in metres on the ground, or in units where their
+    /// length is not known.
+    QSizeF cellMetres(const QPointF &cell) const;
+    /// Whether the length of a unit of the coordinates is known.
+    bool isScaleKnown() const;
+
+    /// Adds a reduced copy as ground. part: cells of the DEM that it covers.
+    void addCopy(const QString &copy, const QRect &part);
+    /// Columns and rows of the copy that was added last, and the part of the DEM that it covers.
+    QSize copySize() const { return m_copySize; }
+    QRect copyPart() const { return m_copyPart; }
+
+    /// Adds a product of the copy that was added last. renewed: the options have changed, so that earlier
+    /// pictures of the product do not show the same.
+    void addProduct(const ProductPicture &product, const ProductLook &look, bool renewed);
+    /// Adds a picture of lines over the relief, on a transparent ground.
+    void addLines(const QImage &lines, bool renewed);
+    void clearProduct();
+
+    /// The layers; opacity and swipe are those of an empty map.
+    const MapPicture &layers() const { return m_layers; }
+
+    /// The product that was added last, its look, and its value in a cell: NaN without data, and outside.
+    const ProductPicture &product() const { return m_product; }
+    const ProductLook &look() const { return m_look; }
+    double productValue(const QPointF &cell) const;
+
+    /// Area in square metres of a cell of a picture that covers the copy's part, by the picture's row; not
+    /// callable where the length of a unit is not known. The function must not outlive the scene.
+    std::function<double(int)> cellArea(const QSize &picture) const;
+
+    /// The affine transform, in GDAL's order, from pixels of a picture of the copy's part to the ground.
+    std::array<double, 6> pictureToGround(const QSize &picture) const;
+
+private:
+    void addLayer(const QImage &picture, bool renewed);
+
+    DemInfo m_dem;
+    DemGround m_ground;
+    Mirroring m_mirroring;
+    MapPicture m_layers;
+    QImage m_relief; ///< of the copy
+    QSize m_copySize;
+    QRect m_copyPart; ///< cells of the DEM
+    ProductPicture m_product;
+    ProductLook m_look;
+    QRect m_productPart; ///< cells of the map that m_product covers
+};

@@ -1,0 +1,487 @@
+#include "app/preview/MapView.h"
+
+#include "app/preview/map/scalebar.h"
+#include "app/preview/previewgeometry.h"
+
+#include <QApplication>
+#include <QGestureEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPainter>
+#include <QPinchGesture>
+#include <QWheelEvent>
+
+#include <cmath>
+#include <utility>
+
+namespace
+{
+
+constexpr double zoomStep = 1.25;
+constexpr double doubleClickStep = 2.0;
+constexpr double swipeReach = 7.0; // pixels around the swipe line in which the mouse takes hold of it
+
+} // namespace
+
+MapView::MapView(QWidget *parent)
+    : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    grabGesture(Qt::PinchGesture);
+}
+
+void MapView::setMap(const MapPicture &map)
+{
+    m_map = map;
+    m_map.paper = palette().color(QPalette::Base);
+    m_ground = QImage();
+    m_outdated = false;
+    update();
+}
+
+void MapView::setText(const QString &text)
+{
+    m_text = text;
+    update();
+}
+
+void MapView::setView(const QSize &dem, const QRectF &view)
+{
+    m_dem = dem;
+    m_view = view;
+    m_ground = QImage();
+    update();
+}
+
+void MapView::setMarks(const QVector<MapMark> &marks)
+{
+    m_marks = marks;
+    if (m_drag == Drag::Mark) { // the dragged mark may no longer exist
+        m_drag = Drag::None;
+        m_pressed.reset();
+        setCursor(Qt::CrossCursor);
+    }
+    update();
+}
+
+void MapView::setLine(const QPolygonF &line)
+{
+    m_line = line;
+    m_linePlace.reset();
+    update();
+}
+
+void MapView::setLinePlace(const std::optional<QPointF> &cell)
+{
+    m_linePlace = cell;
+    update();
+}
+
+void MapView::setLight(const std::optional<double> &direction)
+{
+    m_light = direction;
+    update();
+}
+
+void MapView::setScale(double metresPerCell, bool known)
+{
+    m_metresPerCell = metresPerCell;
+    m_scaleKnown = known;
+    update();
+}
+
+void MapView::setOutdated(bool outdated)
+{
+    m_outdated = outdated;
+    update();
+}
+
+/// The place of the visible cells in the widget.
+QRectF MapView::shownArea() const
+{
+    return shownRect(m_view, size());
+}
+
+Places MapView::places() const
+{
+    return {m_view, shownArea()};
+}
+
+QPointF MapView::cellAt(int x, int y, const QSize &shown) const
+{
+    return m_view.topLeft() + QPointF(x * m_view.width() / shown.width(), y * m_view.height() / shown.height());
+}
+
+QPointF MapView::toCells(const QPointF &place) const
+{
+    return places().toCells(place);
+}
+
+QPointF MapView::toPlace(const QPointF &cell) const
+{
+    return places().toPlace(cell);
+}
+
+/// Draws the layers once for each change, so that moving the swipe line or a mark costs little.
+void MapView::drawCanvases()
+{
+    const double scale = devicePixelRatioF();
+    const QSize size = (shownArea().size() * scale).toSize().expandedTo({1, 1});
+    if (m_ground.size() == size)
+        return;
+    m_ground = m_map.groundCanvas(m_view, size, scale);
+    m_product = m_map.productCanvas(m_view, size, scale, m_ground);
+}
+
+void MapView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_map.ground.isEmpty() || m_view.isEmpty()) {
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(rect().adjusted(20, 0, -20, 0), Qt::AlignCenter | Qt::TextWordWrap, m_text);
+        return;
+    }
+    const QRectF area = shownArea();
+    painter.setClipRect(area);
+    paintMap(painter);
+    paintOver(painter);
+    if (m_map.swipe && m_map.hasProduct())
+        paintSwipe(painter, area);
+    paintText(painter);
+    painter.setClipping(false);
+    painter.setPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
+    painter.setBrush(Qt::NoBrush);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.drawRect(area.toRect().adjusted(0, 0, -1, -1));
+}
+
+void MapView::paintMap(QPainter &painter)
+{
+    constexpr double pale = 0.45;
+    drawCanvases();
+    if (!m_outdated) {
+        m_map.compose(painter, shownArea(), m_ground, m_product);
+        return;
+    }
+    MapPicture faint = m_map;
+    faint.opacity *= pale;
+    faint.compose(painter, shownArea(), m_ground, m_product);
+}
+
+/// The marks, the light, the line and the scale bar.
+void MapView::paintOver(QPainter &painter)
+{
+    const Places here = places();
+    if (!m_line.isEmpty()) {
+        const QPointF place = m_linePlace ? here.toPlace(*m_linePlace) : QPointF();
+        paintMapLine(painter, here.toPlaces(m_line), m_linePlace ? &place : nullptr);
+    }
+    paintMarks(painter, m_marks, here);
+    if (m_light)
+        paintLight(painter, here.area, *m_light);
+    constexpr double room = 0.28; // of the map's width
+    const double metresPerPixel = m_metresPerCell * m_view.width() / here.area.width();
+    const ScaleBar bar = scaleBar(metresPerPixel, room * here.area.width(), m_scaleKnown, locale());
+    if (bar.metres <= 0.0)
+        return;
+    constexpr double margin = 10.0;
+    const double textHeight = fontMetrics().height();
+    const double textWidth = QFontMetricsF(font()).horizontalAdvance(bar.text);
+    const QPointF end = here.area.bottomLeft() + QPointF(margin + 8.0, -margin - 8.0);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(255, 255, 255, 205));
+    painter.drawRoundedRect(QRectF(end + QPointF(-8.0, -textHeight - 8.0),
+                                   QSizeF(std::max(bar.length, textWidth) + 16.0, textHeight + 16.0)),
+                            3.0, 3.0);
+    painter.setPen(QPen(QColor(30, 36, 44), 1.6, Qt::SolidLine, Qt::FlatCap));
+    painter.drawPolyline(QPolygonF(
+        {end + QPointF(0.0, -5.0), end, end + QPointF(bar.length, 0.0), end + QPointF(bar.length, -5.0)}));
+    painter.drawText(end + QPointF(0.0, -7.0), bar.text);
+}
+
+void MapView::paintSwipe(QPainter &painter, const QRectF &area) const
+{
+    constexpr double knob = 9.0;
+    const double x = area.left() + area.width() * *m_map.swipe;
+    painter.setPen(QPen(QColor(0, 0, 0, 110), 3.6));
+    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+    painter.setPen(QPen(Qt::white, 2.0));
+    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+    const QPointF middle(x, area.center().y());
+    painter.setPen(QPen(QColor(0, 0, 0, 130), 1.0));
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(middle, knob, knob);
+    painter.setPen(QPen(QColor(40, 52, 64), 1.6));
+    for (const double side : {-1.0, 1.0}) {
+        const QPointF tip = middle + QPointF(side * 5.5, 0.0);
+        painter.drawPolyline(
+            QPolygonF({tip + QPointF(-side * 3.0, -3.0), tip, tip + QPointF(-side * 3.0, 3.0)}));
+    }
+}
+
+/// The text, on a band across the upper part of the map.
+void MapView::paintText(QPainter &painter)
+{
+    if (m_text.isEmpty())
+        return;
+    constexpr int side = 30;
+    constexpr int inset = 8;
+    const QRect area = shownArea().toRect();
+    const QRect room = area.adjusted(side, area.height() / 8, -side, 0);
+    const QRect text = painter.boundingRect(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_text);
+    painter.setPen(Qt::NoPen);
+    QColor band = palette().color(QPalette::Base);
+    band.setAlpha(225);
+    painter.setBrush(band);
+    painter.drawRoundedRect(text.adjusted(-inset, -inset, inset, inset), 4.0, 4.0);
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_text);
+}
+
+QImage MapView::picture()
+{
+    drawCanvases();
+    const double scale = devicePixelRatioF();
+    QImage picture(m_ground.size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
+    painter.translate(-shownArea().topLeft());
+    m_map.compose(painter, shownArea(), m_ground, m_product);
+    const double length = std::exchange(m_metresPerCell, 0.0); // a saved picture has its bar below the map
+    paintOver(painter);
+    m_metresPerCell = length;
+    return picture;
+}
+
+void MapView::zoom(const QPointF &place, double factor)
+{
+    if (!m_view.isEmpty())
+        emit viewChanged(zoomed(m_view, toCells(place), factor, m_dem, size()));
+}
+
+void MapView::slot_zoomIn()
+{
+    zoom(shownArea().center(), zoomStep);
+}
+
+void MapView::slot_zoomOut()
+{
+    zoom(shownArea().center(), 1.0 / zoomStep);
+}
+
+void MapView::slot_showWhole()
+{
+    emit viewChanged(QRectF(QPointF(0.0, 0.0), QSizeF(m_dem)));
+}
+
+bool MapView::event(QEvent *event)
+{
+    if (event->type() == QEvent::NativeGesture) {
+        const auto gesture = static_cast<QNativeGestureEvent *>(event);
+        if (gesture->gestureType() == Qt::ZoomNativeGesture) {
+            zoom(mapFromGlobal(gesture->globalPos()), 1.0 + gesture->value());
+            return true;
+        }
+    }
+    if (event->type() == QEvent::Gesture) {
+        const auto gestures = static_cast<QGestureEvent *>(event);
+        if (const auto pinch = static_cast<QPinchGesture *>(gestures->gesture(Qt::PinchGesture))) {
+            if (pinch->changeFlags().testFlag(QPinchGesture::ScaleFactorChanged) && pinch->scaleFactor() > 0.0)
+                zoom(mapFromGlobal(pinch->hotSpot().toPoint()), pinch->scaleFactor());
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
+void MapView::wheelEvent(QWheelEvent *event)
+{
+    constexpr double notch = 120.0; // a step of a usual wheel, in eighths of a degree
+    if (event->angleDelta().y() != 0)
+        zoom(event->position(), std::pow(zoomStep, event->angleDelta().y() / notch));
+    event->accept();
+}
+
+bool MapView::isOnSwipe(const QPointF &place) const
+{
+    const QRectF area = shownArea();
+    return m_map.swipe && m_map.hasProduct() && area.contains(place)
+        && std::abs(place.x() - area.left() - area.width() * *m_map.swipe) <= swipeReach;
+}
+
+Qt::CursorShape MapView::restingCursor(const QPointF &place) const
+{
+    if (markAt(m_marks, places(), place) >= 0)
+        return Qt::PointingHandCursor;
+    return isOnSwipe(place) ? Qt::SplitHCursor : Qt::CrossCursor;
+}
+
+void MapView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || m_map.ground.isEmpty() || m_view.isEmpty())
+        return;
+    m_pressed = event->localPos();
+    m_viewAtPress = m_view;
+    m_draggedMark = markAt(m_marks, places(), event->localPos());
+    m_drag = m_draggedMark >= 0 ? Drag::Mark : isOnSwipe(event->localPos()) ? Drag::Swipe : Drag::View;
+    m_marksAtPress = m_marks;
+    m_moved = false;
+}
+
+void MapView::hover(const QPointF &place)
+{
+    if (shownArea().contains(place))
+        emit hovered(toCells(place));
+    else
+        emit left();
+}
+
+void MapView::mouseMoveEvent(QMouseEvent *event)
+{
+    const QPointF place = event->localPos();
+    if (m_view.isEmpty() || m_map.ground.isEmpty())
+        return;
+    if (!m_pressed) {
+        hover(place);
+        setCursor(restingCursor(place));
+        return;
+    }
+    const QPointF way = place - *m_pressed;
+    m_moved = m_moved || way.manhattanLength() >= QApplication::startDragDistance();
+    if (m_drag == Drag::Swipe) {
+        dragSwipe(place);
+        return;
+    }
+    if (!m_moved)
+        return;
+    setCursor(Qt::ClosedHandCursor);
+    if (m_drag == Drag::Mark)
+        dragMark(place);
+    else
+        emit viewChanged(moved(m_viewAtPress, -way * (m_view.width() / shownArea().width()), m_dem));
+}
+
+void MapView::dragMark(const QPointF &place)
+{
+    const QRectF area = shownArea();
+    MapMark &mark = m_marks[m_draggedMark];
+    const QPointF cell = toCells({qBound(area.left(), place.x(), area.right() - 0.01),
+                                  qBound(area.top(), place.y(), area.bottom() - 0.01)});
+    mark.range.translate(cell - mark.position);
+    mark.position = cell;
+    update();
+    emit hovered(cell);
+    emit markMoving(m_draggedMark, cell);
+}
+
+void MapView::dragSwipe(const QPointF &place)
+{
+    const QRectF area = shownArea();
+    m_map.swipe = qBound(0.0, (place.x() - area.left()) / area.width(), 1.0);
+    update();
+    emit swipeMoved(*m_map.swipe);
+}
+
+void MapView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || !m_pressed)
+        return;
+    const QPointF place = *m_pressed;
+    m_pressed.reset();
+    setCursor(restingCursor(event->localPos()));
+    const Drag drag = std::exchange(m_drag, Drag::None);
+    if (drag == Drag::Swipe)
+        return;
+    if (m_moved) {
+        if (drag == Drag::Mark)
+            emit markMoved(m_draggedMark, m_marks.at(m_draggedMark).position);
+        return;
+    }
+    const QRectF area = shownArea();
+    if (drag == Drag::Mark && !m_marks.at(m_draggedMark).current)
+        emit markClicked(m_draggedMark);
+    else if (area.contains(place))
+        emit clicked(static_cast<int>(place.x() - area.x()), static_cast<int>(place.y() - area.y()),
+                     area.size().toSize());
+}
+
+void MapView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && m_doubleClickZooms && !m_map.ground.isEmpty())
+        zoom(event->localPos(), doubleClickStep);
+}
+
+/// Ends a drag as if it had never begun.
+void MapView::cancelDrag()
+{
+    m_pressed.reset();
+    m_marks = m_marksAtPress;
+    setCursor(Qt::CrossCursor);
+    update();
+    const Drag drag = std::exchange(m_drag, Drag::None);
+    if (drag == Drag::Mark)
+        emit markMoving(m_draggedMark, m_marks.at(m_draggedMark).position);
+    else if (drag == Drag::View)
+        emit viewChanged(m_viewAtPress);
+}
+
+void MapView::keyPressEvent(QKeyEvent *event)
+{
+    const QSizeF step = m_view.size() / 8.0;
+    switch (event->key()) {
+    case Qt::Key_Plus:
+        slot_zoomIn();
+        return;
+    case Qt::Key_Minus:
+        slot_zoomOut();
+        return;
+    case Qt::Key_0:
+    case Qt::Key_Home:
+        slot_showWhole();
+        return;
+    case Qt::Key_Left:
+        emit viewChanged(moved(m_view, {-step.width(), 0.0}, m_dem));
+        return;
+    case Qt::Key_Right:
+        emit viewChanged(moved(m_view, {step.width(), 0.0}, m_dem));
+        return;
+    case Qt::Key_Up:
+        emit viewChanged(moved(m_view, {0.0, -step.height()}, m_dem));
+        return;
+    case Qt::Key_Down:
+        emit viewChanged(moved(m_view, {0.0, step.height()}, m_dem));
+        return;
+    case Qt::Key_D:
+        emit opacityChosen(0.0);
+        return;
+    case Qt::Key_P:
+        emit opacityChosen(1.0);
+        return;
+    case Qt::Key_Escape:
+        if (m_pressed)
+            cancelDrag();
+        else
+            QWidget::keyPressEvent(event);
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void MapView::leaveEvent(QEvent *)
+{
+    emit left();
+}
+
+void MapView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        setMap(MapPicture(m_map));
+    QWidget::changeEvent(event);
+}

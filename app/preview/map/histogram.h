@@ -1,0 +1,18 @@
+#pragma once
+
+#include "dataset/elevationgrid.h"
+
+#include <QVector>
+
+/// How often elevations occur in a DEM.
+struct Histogram
+{
+    double minimum = 0.0;   ///< lower end of the first bar, in the unit of the elevations
+    double maximum = 0.0;   ///< upper end of the last bar
+    QVector<double> shares; ///< of each bar, as a part of the highest bar, 0 to 1; empty: no cell has data
+
+    bool isEmpty() const { return shares.isEmpty(); }
+};
+
+/// The histogram of a sample in bars of equal width.
+Histogram histogramOf(const ElevationGrid &sample, int bars);

@@ -1,0 +1,267 @@
+#include "app/preview/map/productlook.h"
+
+#include "colortable/toolcolors.h"
+#include "dataset/rasterpicture.h"
+#include "messages/label.h"
+#include "panels/options/contourlevels.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr int stripColors = 128;
+constexpr int mostMarks = 60; // more lines would fill the histogram
+
+QString spaced(const QString &unit)
+{
+    return unit.isEmpty() ? QString() : QStringLiteral(" ") + unit;
+}
+
+ProductLook lookOf(const ShadedOptions &, const QString &)
+{
+    return {ProductForm::Shade, RampKind::Grey, false, labelText({"MESS_ECLAIREMENT", "Éclairement"}), {}};
+}
+
+ProductLook lookOf(const SlopeOptions &options, const QString &)
+{
+    return {ProductForm::Values, RampKind::Steepness, false, labelText({"MESS_PENTE", "Pente"}),
+            options.percent ? QStringLiteral(" %") : QStringLiteral("°")};
+}
+
+ProductLook lookOf(const AspectOptions &options, const QString &)
+{
+    return {ProductForm::Values, RampKind::Direction, options.trigonometric,
+            labelText({"MESS_ORIENTATION", "Orientation"}), QStringLiteral("°")};
+}
+
+ProductLook lookOf(const TerrainIndexOptions &options, const QString &unit)
+{
+    constexpr int position = 1;
+    const QString names[] = {QStringLiteral("TRI"), QStringLiteral("TPI"),
+                             labelText({"MESS_RUGOSITE", "Rugosité"})};
+    return {ProductForm::Values, options.type == position ? RampKind::Position : RampKind::Variation, false,
+            names[std::clamp(options.type, 0, terrainIndexCount - 1)], spaced(unit)};
+}
+
+ProductLook lookOf(const ContourOptions &, const QString &)
+{
+    return {ProductForm::Lines, RampKind::Grey, false, {}, {}};
+}
+
+ProductLook lookOf(const ColorReliefOptions &, const QString &)
+{
+    return {};
+}
+
+ProductLook lookOf(const IntervisibilityOptions &, const QString &)
+{
+    return {};
+}
+
+QString pointName(int point)
+{
+    static constexpr Label label{"MESS_ROSE_VENTS", "N NNE NE ENE E ESE SE SSE S SSO SO OSO O ONO NO NNO"};
+    return labelText(label).split(QLatin1Char(' ')).value(point);
+}
+
+using Tick = MapLegend::Strip::Tick;
+
+void addRamp(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
+{
+    constexpr double quarter = 90.0;
+    MapLegend::Strip &strip = legend.strip;
+    const ValueRamp &ramp = facts.product.ramp;
+    strip.low = ramp.low;
+    strip.high = ramp.high;
+    for (int at = 0; at < stripColors; ++at)
+        strip.colors += ramp.color(ramp.low + (ramp.high - ramp.low) * (at + 0.5) / stripColors);
+    if (ramp.kind == RampKind::Grey) { // light has no unit that a reader could use
+        strip.ticks = {{ramp.low, labelText({"MESS_OMBRE", "ombre"})},
+                       {ramp.high, labelText({"MESS_CLARTE", "lumière"})}};
+        return;
+    }
+    legend.unit = facts.look.unit.trimmed();
+    if (ramp.kind != RampKind::Direction) {
+        strip.ticks = roundStripTicks(ramp.low, ramp.high, legendStripHeight, locale);
+        return;
+    }
+    for (double angle = 0.0; angle <= ramp.high; angle += quarter)
+        strip.ticks += {angle,
+                        QStringLiteral("%1  %2").arg(locale.toString(angle, 'f', 0),
+                                                     pointName(compassPoint(angle, ramp.trigonometric)))};
+}
+
+void addOptions(MapLegend &legend, const LegendFacts &facts, const ColorReliefOptions &, const QLocale &locale)
+{
+    const QList<QuvoColorDef> entries = elevationEntries(facts.table);
+    const bool isPercent = !entries.isEmpty() && entries.first().percent;
+    if (entries.size() < 2 || (isPercent && !facts.extremes.known))
+        return;
+    const auto elevationOf = [&](const QuvoColorDef &entry) {
+        return entry.percent
+            ? facts.extremes.minimum + entry.value / 100.0 * (facts.extremes.maximum - facts.extremes.minimum)
+            : entry.value;
+    };
+    MapLegend::Strip &strip = legend.strip;
+    strip.low = elevationOf(entries.first());
+    strip.high = elevationOf(entries.last());
+    if (facts.extremes.known && facts.extremes.minimum < strip.high && facts.extremes.maximum > strip.low) {
+        strip.low = std::max(strip.low, facts.extremes.minimum);
+        strip.high = std::min(strip.high, facts.extremes.maximum);
+    }
+    if (!(strip.high > strip.low))
+        return;
+    const ToolColors colors(facts.table, facts.extremes.minimum, facts.extremes.maximum);
+    for (int at = 0; at < stripColors; ++at)
+        strip.colors += colors.color(strip.low + (strip.high - strip.low) * (at + 0.5) / stripColors);
+    strip.ticks = roundStripTicks(strip.low, strip.high, legendStripHeight, locale);
+    legend.unit = facts.elevationUnit;
+    for (int at = 0; at < std::min(mostMarks, static_cast<int>(entries.size())); ++at)
+        legend.marks += {elevationOf(entries.at(at)), entries.at(at).color};
+}
+
+/// The cells of a zone, and their area in square metres.
+struct Zone
+{
+    double cells = 0.0;
+    double area = 0.0;
+};
+
+Zone zoneOf(const QImage &picture, QRgb color, const std::function<double(int)> &cellArea)
+{
+    Zone zone;
+    for (int row = 0; row < picture.height(); ++row) {
+        const auto pixels = reinterpret_cast<const QRgb *>(picture.constScanLine(row));
+        const auto cells = static_cast<double>(std::count(pixels, pixels + picture.width(), color));
+        zone.cells += cells;
+        zone.area += cells * (cellArea ? cellArea(row) : 0.0);
+    }
+    return zone;
+}
+
+void addOptions(MapLegend &legend, const LegendFacts &facts, const IntervisibilityOptions &options,
+                const QLocale &locale)
+{
+    const QImage picture = facts.product.picture.convertToFormat(QImage::Format_ARGB32);
+    const double all = static_cast<double>(picture.width()) * picture.height();
+    if (all <= 0.0)
+        return;
+    const std::pair<QString, Label> zones[] = {{options.visibleColor, {"MESS_ZONE_VUE", "Vu"}},
+                                               {options.hiddenColor, {"MESS_ZONE_CACHEE", "Caché"}},
+                                               {options.noDataColor, {"MESS_ZONE_INCONNUE", "Sans donnée"}}};
+    for (const auto &[name, label] : zones) {
+        const QColor color(name);
+        const Zone zone = zoneOf(picture, color.rgb(), facts.cellArea);
+        if (zone.cells > 0.0)
+            legend.rows += {color, false, false, labelText(label),
+                            shareText(facts.cellArea ? zone.area : -1.0, zone.cells / all, locale)};
+    }
+}
+
+void addOptions(MapLegend &legend, const LegendFacts &facts, const ContourOptions &options,
+                const QLocale &locale)
+{
+    const QColor lines(0x8a, 0x5a, 0x32);
+    const auto fixed = readLevels(options.fixedLevels);
+    QVector<double> levels = fixed.value_or(QVector<double>());
+    QString text = labelText({"MESS_NIVEAUX_FIXES", "Niveaux choisis"});
+    if (levels.isEmpty()) {
+        if (!options.interval || !(*options.interval > 0.0))
+            return;
+        const double offset = options.offset.value_or(0.0);
+        text = labelText({"MESS_EQUIDISTANCE", "Tous les %1"})
+                   .arg(locale.toString(*options.interval, 'g', 6) + spaced(facts.elevationUnit));
+        if (levelCount(facts.extremes, *options.interval, offset) <= mostMarks) {
+            const double first =
+                std::ceil((facts.extremes.minimum - offset) / *options.interval) * *options.interval + offset;
+            for (double level = first; facts.extremes.known && level <= facts.extremes.maximum;
+                 level += *options.interval)
+                levels += level;
+        }
+    }
+    legend.rows += {lines, false, true, text, {}};
+    for (int at = 0; at < std::min(mostMarks, static_cast<int>(levels.size())); ++at)
+        legend.marks += {levels.at(at), lines};
+}
+
+template <class Options>
+void addOptions(MapLegend &legend, const LegendFacts &facts, const Options &, const QLocale &locale)
+{
+    if (!facts.product.picture.isNull())
+        addRamp(legend, facts, locale);
+}
+
+bool hasVoids(const QImage &picture)
+{
+    for (int row = 0; row < picture.height(); ++row) {
+        const auto pixels = reinterpret_cast<const QRgb *>(picture.constScanLine(row));
+        if (std::any_of(pixels, pixels + picture.width(), [](QRgb pixel) { return qAlpha(pixel) == 0; }))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+ProductLook lookOf(const ProcessOptions &options, const QString &elevationUnit)
+{
+    return std::visit([&](const auto &record) { return lookOf(record, elevationUnit); }, options);
+}
+
+ElevationGrid readElevations(const QString &path, int band, const Mirroring &mirroring)
+{
+    constexpr int everyCell = 8 * longestReducedSide;
+    constexpr int slice = 100; // ms
+    ElevationGridReader reader(path, band, everyCell);
+    while (reader.advance(slice)) { }
+    return reader.problem().isEmpty() ? mirrored(reader.grid(), mirroring) : ElevationGrid();
+}
+
+ProductPicture readProduct(const QString &path, const ProductLook &look, const Mirroring &mirroring)
+{
+    ProductPicture product;
+    if (look.form == ProductForm::Values || look.form == ProductForm::Shade)
+        product.values = readElevations(path, 1, mirroring);
+    if (look.form == ProductForm::Values) {
+        product.ramp = rampOver(product.values, look.ramp, look.trigonometric);
+        product.picture = rampPicture(product.values, product.ramp);
+        return product;
+    }
+    const RasterPicture picture(path);
+    product.picture = picture.read(QRect(QPoint(0, 0), picture.size()), picture.size())
+                          .mirrored(mirroring.columns, mirroring.rows);
+    return product;
+}
+
+MapLegend legendOf(const LegendFacts &facts, const QLocale &locale)
+{
+    MapLegend legend;
+    legend.title = facts.title;
+    std::visit([&](const auto &options) { addOptions(legend, facts, options, locale); }, facts.options);
+    if (facts.look.form != ProductForm::Lines
+        && hasVoids(facts.product.picture.convertToFormat(QImage::Format_ARGB32)))
+        legend.rows += {QColor(), true, false, labelText({"MESS_ZONE_INCONNUE", "Sans donnée"}), {}};
+    legend.histogramTitle = labelText({"MESS_HISTO_TITRE", "Altitudes"})
+        + (facts.elevationUnit.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(facts.elevationUnit));
+    legend.elevations = facts.elevations;
+    return legend;
+}
+
+QString valueText(const ProductLook &look, double value, const QLocale &locale)
+{
+    constexpr int digits = 4;
+    if (look.name.isEmpty())
+        return {};
+    if (std::isnan(value))
+        return look.name + QLatin1Char(' ') + labelText({"MESS_SANS_DONNEE", "sans donnée"});
+    const bool isDirection = look.ramp == RampKind::Direction;
+    const QString number = isDirection || look.form == ProductForm::Shade ? locale.toString(value, 'f', 0)
+        : std::abs(value) >= 10.0                                         ? locale.toString(value, 'f', 1)
+                                  : locale.toString(value, 'g', digits - 1);
+    const QString text = look.name + QLatin1Char(' ') + number + look.unit;
+    return isDirection ? text + QLatin1Char(' ') + pointName(compassPoint(value, look.trigonometric)) : text;
+}

@@ -1,0 +1,170 @@
+#include "app/preview/mapmarks.h"
+
+#include <QColor>
+#include <QFontMetricsF>
+#include <QLineF>
+#include <QPainter>
+#include <QString>
+#include <QtMath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+const QColor markColor(200, 85, 61);
+const QColor offColor(120, 132, 144);
+constexpr double discRadius = 9.0;
+constexpr double dotRadius = 4.0;
+constexpr int mostDiscs = 150; // more numbers would hide the map and each other
+constexpr int mostDots = 2500; // more dots are drawn as points
+
+bool isVisible(const MapMark &mark, const Places &places)
+{
+    return places.view.adjusted(-1.0, -1.0, 1.0, 1.0).contains(mark.position);
+}
+
+void paintRange(QPainter &painter, const MapMark &mark, const Places &places)
+{
+    if (mark.range.isEmpty() || !mark.enabled)
+        return;
+    const QPolygonF range = places.toPlaces(mark.range);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor(255, 255, 255, 170), 3.0));
+    painter.drawPolygon(range);
+    painter.setPen(QPen(mark.current ? markColor : QColor(55, 67, 79), 1.3, Qt::DashLine));
+    painter.drawPolygon(range);
+}
+
+void paintDisc(QPainter &painter, const MapMark &mark, const QPointF &place)
+{
+    const double radius = mark.current ? discRadius + 2.0 : discRadius;
+    if (mark.current) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(0, 0, 0, 90));
+        painter.drawEllipse(place, radius + 3.0, radius + 3.0);
+    }
+    painter.setPen(QPen(Qt::white, mark.current ? 2.4 : 1.6));
+    painter.setBrush(mark.enabled ? markColor : offColor);
+    painter.drawEllipse(place, radius, radius);
+    if (mark.number == 0)
+        return;
+    const QString text = QString::number(mark.number);
+    QFont font = painter.font();
+    font.setBold(true);
+    font.setPixelSize(text.size() > 2 ? 8 : 11);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRectF(place - QPointF(20.0, 20.0), QSizeF(40.0, 40.0)), Qt::AlignCenter, text);
+}
+
+void paintDots(QPainter &painter, const QVector<const MapMark *> &marks, const Places &places)
+{
+    if (marks.size() > mostDots) {
+        for (const bool enabled : {false, true}) {
+            QVector<QPointF> points;
+            for (const MapMark *mark : marks) {
+                if (mark->enabled == enabled)
+                    points += places.toPlace(mark->position);
+            }
+            painter.setPen(QPen(Qt::white, 5.0, Qt::SolidLine, Qt::SquareCap));
+            painter.drawPoints(points.constData(), static_cast<int>(points.size()));
+            painter.setPen(QPen(enabled ? markColor : offColor, 3.0, Qt::SolidLine, Qt::SquareCap));
+            painter.drawPoints(points.constData(), static_cast<int>(points.size()));
+        }
+        return;
+    }
+    painter.setPen(QPen(Qt::white, 1.4));
+    for (const MapMark *mark : marks) {
+        painter.setBrush(mark->enabled ? markColor : offColor);
+        painter.drawEllipse(places.toPlace(mark->position), dotRadius, dotRadius);
+    }
+}
+
+} // namespace
+
+QPolygonF Places::toPlaces(const QPolygonF &cells) const
+{
+    QPolygonF line;
+    for (const QPointF &cell : cells)
+        line += toPlace(cell);
+    return line;
+}
+
+void paintMarks(QPainter &painter, const QVector<MapMark> &marks, const Places &places)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, marks.size() <= mostDots);
+    QVector<const MapMark *> visible;
+    const MapMark *current = nullptr;
+    for (const MapMark &mark : marks) {
+        paintRange(painter, mark, places);
+        if (mark.current)
+            current = &mark;
+        else if (isVisible(mark, places))
+            visible += &mark;
+    }
+    if (visible.size() > mostDiscs) {
+        paintDots(painter, visible, places);
+    } else {
+        for (const MapMark *mark : visible)
+            paintDisc(painter, *mark, places.toPlace(mark->position));
+    }
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    if (current && isVisible(*current, places))
+        paintDisc(painter, *current, places.toPlace(current->position));
+    painter.restore();
+}
+
+int markAt(const QVector<MapMark> &marks, const Places &places, const QPointF &place)
+{
+    constexpr double reach = discRadius + 1.0;
+    int found = -1;
+    for (int mark = 0; mark < marks.size(); ++mark) {
+        const QPointF way = places.toPlace(marks.at(mark).position) - place;
+        if (std::hypot(way.x(), way.y()) > reach)
+            continue;
+        if (marks.at(mark).current) // it is drawn above the others
+            return mark;
+        found = mark;
+    }
+    return found;
+}
+
+void paintLight(QPainter &painter, const QRectF &area, double direction)
+{
+    constexpr double radius = 18.0;
+    constexpr double sun = 4.5;
+    const QPointF centre = area.topLeft() + QPointF(radius + 14.0, radius + 14.0);
+    const double angle = qDegreesToRadians(direction);
+    const QPointF towardsLight(std::sin(angle), -std::cos(angle));
+    const QPointF across(-towardsLight.y(), towardsLight.x());
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(255, 255, 255, 200));
+    painter.drawEllipse(centre, radius + 4.0, radius + 4.0);
+
+    const QPointF from = centre + towardsLight * (radius - sun - 1.0);
+    const QPointF tip = centre - towardsLight * (radius - 2.0);
+    painter.setPen(QPen(QColor(90, 70, 20), 1.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(from, tip);
+    painter.drawLine(tip, tip + towardsLight * 6.0 + across * 4.0);
+    painter.drawLine(tip, tip + towardsLight * 6.0 - across * 4.0);
+    painter.setPen(QPen(QColor(176, 122, 30), 1.2));
+    painter.setBrush(QColor(240, 185, 60));
+    painter.drawEllipse(centre + towardsLight * (radius - sun), sun, sun);
+}
+
+void paintMapLine(QPainter &painter, const QPolygonF &line, const QPointF *place)
+{
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor(255, 255, 255, 190), 4.0, Qt::SolidLine, Qt::RoundCap));
+    painter.drawPolyline(line);
+    painter.setPen(QPen(QColor(40, 52, 64), 1.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawPolyline(line);
+    if (!place)
+        return;
+    painter.setPen(QPen(Qt::white, 1.5));
+    painter.setBrush(QColor(40, 52, 64));
+    painter.drawEllipse(*place, dotRadius, dotRadius);
+}
