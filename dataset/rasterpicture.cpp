@@ -71,21 +71,30 @@ RasterPicture::RasterPicture(const QString &path, int band)
         m_range = asItIs ? Range{0.0, 255.0} : stretchRange();
 }
 
-QImage RasterPicture::read(const QRect &part, const QSize &size) const
+QImage RasterPicture::read(const QRect &part, const QSize &size, bool classes) const
 {
     if (!m_dataset || size.isEmpty() || !QRect(QPoint(0, 0), m_size).contains(part))
         return {};
     const GdalMessages messages;
-    return m_colourBands > 0 ? readColours(part, size) : readGrey(part, size);
+    return m_colourBands > 0 ? readColours(part, size, classes) : readGrey(part, size);
 }
 
-QImage RasterPicture::readColours(const QRect &part, const QSize &size) const
+QVector<float> RasterPicture::values(const QRect &part, const QSize &size) const
+{
+    if (!m_dataset || size.isEmpty() || !QRect(QPoint(0, 0), m_size).contains(part))
+        return {};
+    const GdalMessages messages;
+    const Cells cells = readCells(*m_dataset->GetRasterBand(m_band), part, size);
+    return QVector<float>(cells.begin(), cells.end());
+}
+
+QImage RasterPicture::readColours(const QRect &part, const QSize &size, bool classes) const
 {
     constexpr int opacity = 3;
     QImage image(size, QImage::Format_RGBA8888);
     image.fill(Qt::white); // opaque where there is no fourth band
     GDALRasterIOExtraArg extra = resampling(part, size);
-    if (m_colourBands > opacity) // an average would mix in the colours of transparent cells
+    if (classes || m_colourBands > opacity) // an average would mix in the colours of transparent cells
         extra.eResampleAlg = GRIORA_NearestNeighbour;
     const CPLErr error = m_dataset->RasterIO(GF_Read, part.x(), part.y(), part.width(), part.height(),
                                              image.bits(), size.width(), size.height(), GDT_Byte, m_colourBands,

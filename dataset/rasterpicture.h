@@ -4,6 +4,7 @@
 #include <QRect>
 #include <QSize>
 #include <QString>
+#include <QVector>
 
 #include <memory>
 #include <optional>
@@ -31,8 +32,13 @@ public:
     QSize size() const { return m_size; }
 
     /// Reads a part (in cells, within the raster) into a picture of the given size. Null when the part cannot
-    /// be read. The stretch is the same for every part.
-    QImage read(const QRect &part, const QSize &size) const;
+    /// be read. The stretch is the same for every part. classes: each pixel has the colour of one cell, because
+    /// a mixture of colours would mean nothing.
+    QImage read(const QRect &part, const QSize &size, bool classes = false) const;
+
+    /// Reads the values of the band that is shown in grey, or of the first one, of a part like read(), by rows.
+    /// Cells without data are NaN. Empty when the part cannot be read.
+    QVector<float> values(const QRect &part, const QSize &size) const;
 
 private:
     struct Range
@@ -41,7 +47,7 @@ private:
         double high;
     };
 
-    QImage readColours(const QRect &part, const QSize &size) const;
+    QImage readColours(const QRect &part, const QSize &size, bool classes) const;
     QImage readGrey(const QRect &part, const QSize &size) const;
     Range stretchRange() const;
 

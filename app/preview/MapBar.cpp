@@ -102,6 +102,12 @@ void MapBar::setOpacity(double opacity)
     m_slider->setValue(qRound(opacity * wholeSlider));
 }
 
+void MapBar::hideComparison()
+{
+    for (QWidget *widget : QList<QWidget *>{m_ground, m_slider, m_swipe})
+        widget->hide();
+}
+
 void MapBar::setProgress(int percent)
 {
     if (percent < 0) {

@@ -23,6 +23,9 @@ public:
     /// The opacity of the product, 0 to 1, without a signal.
     void setOpacity(double opacity);
 
+    /// Hides what compares the DEM with the product: there is no DEM.
+    void hideComparison();
+
     /// Percentage of the running step; -1: none runs. slow() follows when it has taken a while.
     void setProgress(int percent);
 

@@ -1,23 +1,23 @@
 #include "app/preview/PreviewDialog.h"
 
+#include "app/preview/mapsaving.h"
 #include "app/preview/previewgeometry.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
 #include "ui_PreviewDialog.h"
 
+#include <QClipboard>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QLocale>
+#include <QToolButton>
 
-namespace
+#include <cmath>
+
+void showProduct(const QString &file, const std::optional<ProductSource> &source, QWidget *parent,
+                 const ShellServices &services)
 {
-
-constexpr double zoomStep = 1.5;
-
-} // namespace
-
-void showProduct(const QString &file, QWidget *parent, const ShellServices &services)
-{
-    auto dialog = new PreviewDialog(file, parent, services);
+    auto dialog = new PreviewDialog(file, source, parent, services);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     if (dialog->canShow()) {
         dialog->open();
@@ -27,69 +27,71 @@ void showProduct(const QString &file, QWidget *parent, const ShellServices &serv
     }
 }
 
-PreviewDialog::PreviewDialog(const QString &file, QWidget *parent, const ShellServices &services)
+PreviewDialog::PreviewDialog(const QString &file, const std::optional<ProductSource> &source, QWidget *parent,
+                             const ShellServices &services)
     : QDialog(parent)
     , m_form(std::make_unique<Ui::PreviewDialog>())
     , m_file(file)
     , m_services(services)
-    , m_raster(file)
-    , m_ground(file, 1)
-    , m_vector(m_raster.isOpen() ? VectorPicture() : VectorPicture(file))
+    , m_reading(file, source)
 {
     constexpr int pauseBeforeReading = 60; // ms; a turn of the wheel sends several events
-    constexpr int vectorCells = 4096;      // on the longer side; about the pixels of a large screen
     m_form->setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint, true);
     setWindowTitle(QFileInfo(file).fileName());
     m_pause.setSingleShot(true);
     m_pause.setInterval(pauseBeforeReading);
-    connect(&m_pause, &QTimer::timeout, this, &PreviewDialog::read);
-    connect(&m_drawing, &QTimer::timeout, this, &PreviewDialog::drawSlice);
+    connect(&m_pause, &QTimer::timeout, this, &PreviewDialog::beginReading);
+    connect(&m_slices, &QTimer::timeout, this, &PreviewDialog::readSlice);
     connect(m_form->m_pLPreview, &MapView::viewChanged, this, &PreviewDialog::setView);
     connect(m_form->m_pLPreview, &MapView::hovered, this, &PreviewDialog::showReadout);
     connect(m_form->m_pLPreview, &MapView::left, m_form->m_pLReadout, &QLabel::clear);
-    connect(m_form->m_pPBZoomIn, &QPushButton::clicked, this, &PreviewDialog::slot_zoomIn);
-    connect(m_form->m_pPBZoomOut, &QPushButton::clicked, this, &PreviewDialog::slot_zoomOut);
-    connect(m_form->m_pPBWhole, &QPushButton::clicked, this, &PreviewDialog::slot_showWhole);
     connect(m_form->m_pPBOpenWith, &QPushButton::clicked, this, &PreviewDialog::slot_openWith);
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &QDialog::accept);
-
-    if (m_vector.isOpen()) {
-        m_extent = m_vector.extent();
-        if (m_extent.isEmpty()) // the file has no line, or one that runs along an axis
-            m_extent.adjust(-0.5, -0.5, 0.5, 0.5);
-        m_size =
-            m_extent.size().scaled(vectorCells, vectorCells, Qt::KeepAspectRatio).toSize().expandedTo({1, 1});
-    } else {
-        m_size = m_raster.size();
+    connectBar();
+    m_form->m_pMapBar->setProductName(source ? source->title : QString());
+    if (!source) {
+        m_form->m_pMapBar->hideComparison();
+        m_form->m_pMapBar->legendButton()->hide();
+        m_form->m_pMapLegend->hide();
     }
-    slot_showWhole();
+    setView(QRectF(QPointF(0.0, 0.0), QSizeF(m_reading.size())));
 }
 
 PreviewDialog::~PreviewDialog() = default;
 
+void PreviewDialog::connectBar()
+{
+    MapBar *bar = m_form->m_pMapBar;
+    MapView *map = m_form->m_pLPreview;
+    const auto setOpacity = [this](double opacity) {
+        m_map.opacity = opacity;
+        m_form->m_pMapBar->setOpacity(opacity);
+        m_form->m_pLPreview->setMap(m_map);
+    };
+    connect(bar, &MapBar::opacityChanged, this, setOpacity);
+    connect(map, &MapView::opacityChosen, this, setOpacity);
+    connect(map, &MapView::swipeMoved, this, [this](double share) { m_map.swipe = share; });
+    connect(bar->swipeButton(), &QToolButton::toggled, this, [this](bool on) {
+        m_map.swipe = on ? std::optional(0.5) : std::nullopt;
+        m_form->m_pLPreview->setMap(m_map);
+    });
+    connect(bar->legendButton(), &QToolButton::toggled, m_form->m_pMapLegend, &QWidget::setVisible);
+    connect(bar, &MapBar::zoomInClicked, map, &MapView::slot_zoomIn);
+    connect(bar, &MapBar::zoomOutClicked, map, &MapView::slot_zoomOut);
+    connect(bar, &MapBar::wholeClicked, map, &MapView::slot_showWhole);
+    connect(bar, &MapBar::copyClicked, this, &PreviewDialog::slot_copyPicture);
+    connect(bar, &MapBar::saveClicked, this, &PreviewDialog::slot_savePicture);
+}
+
 void PreviewDialog::setView(const QRectF &view)
 {
     m_view = view;
-    m_form->m_pLPreview->setView(m_size, view);
-    m_drawing.stop();
+    m_form->m_pLPreview->setView(m_reading.size(), view);
+    m_form->m_pLPreview->setScale(m_reading.cellMetres(view.center()).width(), m_reading.isScaleKnown());
+    m_slices.stop();
     m_pause.start();
-}
-
-void PreviewDialog::slot_zoomIn()
-{
-    setView(zoomed(m_view, m_view.center(), zoomStep, m_size, m_form->m_pLPreview->size()));
-}
-
-void PreviewDialog::slot_zoomOut()
-{
-    setView(zoomed(m_view, m_view.center(), 1.0 / zoomStep, m_size, m_form->m_pLPreview->size()));
-}
-
-void PreviewDialog::slot_showWhole()
-{
-    setView(QRectF(QPointF(0.0, 0.0), QSizeF(m_size)));
 }
 
 void PreviewDialog::slot_openWith()
@@ -105,80 +107,69 @@ void PreviewDialog::resizeEvent(QResizeEvent *event)
     QDialog::resizeEvent(event);
 }
 
-void PreviewDialog::read()
+void PreviewDialog::beginReading()
 {
-    if (m_raster.isOpen())
-        readRaster();
-    else if (m_vector.isOpen())
-        beginVector();
+    if (!m_reading.isOpen())
+        return;
+    const QSizeF room = m_form->m_pLPreview->size() * devicePixelRatioF();
+    m_reading.begin(m_view, room.toSize(), devicePixelRatioF());
+    m_form->m_pMapBar->setProgress(0);
+    m_slices.start(0);
 }
 
-/// Adds a picture of some cells; the coarser one stays around it.
-void PreviewDialog::addPicture(const QImage &picture, const QRectF &part)
+void PreviewDialog::readSlice()
 {
-    if (!picture.isNull())
-        MapPicture::add(m_map.ground, {picture, part});
+    constexpr int slice = 30; // ms
+    if (m_reading.advance(slice)) {
+        m_form->m_pMapBar->setProgress(m_reading.percent());
+        if (m_reading.isVector() || m_map.ground.isEmpty())
+            showMap();
+        return;
+    }
+    m_slices.stop();
+    m_form->m_pMapBar->setProgress(-1);
+    showMap();
+    m_form->m_pMapLegend->setLegend(legendOf(m_reading.legendFacts(), locale()));
+}
+
+void PreviewDialog::showMap()
+{
+    m_reading.addTo(m_map);
     m_form->m_pLPreview->setMap(m_map);
-}
-
-void PreviewDialog::readRaster()
-{
-    const QRect part = m_view.toAlignedRect().intersected(QRect(QPoint(0, 0), m_size));
-    const QSizeF room = m_form->m_pLPreview->size() * devicePixelRatioF();
-    const QSize size = QSizeF(part.size()).scaled(room, Qt::KeepAspectRatio).toSize();
-    const QSize enough = size.boundedTo(part.size()).expandedTo({1, 1}); // more pixels than cells show no more
-    addPicture(m_raster.read(part, enough), part);
-}
-
-void PreviewDialog::beginVector()
-{
-    const QSizeF room = m_form->m_pLPreview->size() * devicePixelRatioF();
-    m_drawn = QImage(m_view.size().scaled(room, Qt::KeepAspectRatio).toSize().expandedTo({1, 1}),
-                     QImage::Format_ARGB32_Premultiplied);
-    m_drawn.fill(Qt::white);
-    m_drawnView = m_view;
-    const QPointF origin = toGround(m_view.topLeft());
-    const QPointF end = toGround(m_view.bottomRight());
-    m_vector.begin(m_drawn,
-                   {origin.x(), (end.x() - origin.x()) / m_drawn.width(), 0.0, origin.y(), 0.0,
-                    (end.y() - origin.y()) / m_drawn.height()},
-                   devicePixelRatioF());
-    m_drawing.start(0);
-}
-
-void PreviewDialog::drawSlice()
-{
-    constexpr int slice = 40; // ms
-    const bool hasMore = m_vector.advance(slice);
-    addPicture(m_drawn.copy(), m_drawnView);
-    m_form->m_pLReadout->setText(hasMore ? tr("Dessin : %1 %", "MESS_VUE_DESSIN").arg(m_vector.percent())
-                                         : QString());
-    if (!hasMore)
-        m_drawing.stop();
-}
-
-QPointF PreviewDialog::toGround(const QPointF &cell) const
-{
-    if (m_raster.isOpen())
-        return m_ground.toGround(cell);
-    return {m_extent.left() + cell.x() / m_size.width() * m_extent.width(),
-            m_extent.bottom() - cell.y() / m_size.height() * m_extent.height()}; // y grows northwards
 }
 
 void PreviewDialog::showReadout(const QPointF &cell)
 {
-    const QPointF ground = toGround(cell);
-    const int decimals =
-        coordinateDecimals(m_raster.isOpen() ? m_ground.cellSize() : m_extent.width() / m_size.width());
+    const QPointF ground = m_reading.toGround(cell);
+    const int decimals = coordinateDecimals(m_reading.cellSize());
     QString text =
         QStringLiteral("X %1   Y %2")
             .arg(locale().toString(ground.x(), 'f', decimals), locale().toString(ground.y(), 'f', decimals));
-    if (m_raster.isOpen() && m_raster.isGrey()) {
-        const auto value = m_ground.elevation(ground);
+    const double value = m_reading.value(cell);
+    if (!m_reading.look().name.isEmpty())
+        text += QStringLiteral("   ") + valueText(m_reading.look(), value, locale());
+    else if (m_reading.look().form == ProductForm::Shade)
         text += QStringLiteral("   ")
             + labelText({"MESS_VALEUR", "Valeur %1"})
-                  .arg(value ? locale().toString(*value, 'g', 7)
-                             : labelText({"MESS_SANS_DONNEE", "sans donnée"}));
-    }
+                  .arg(std::isnan(value) ? labelText({"MESS_SANS_DONNEE", "sans donnée"})
+                                         : locale().toString(value, 'g', 7));
     m_form->m_pLReadout->setText(text);
+}
+
+MapPage PreviewDialog::page()
+{
+    const double metres = m_reading.isOpen() ? m_reading.cellMetres(m_view.center()).width() : 0.0;
+    return mapPage(*m_form->m_pLPreview, m_view, metres, m_reading.isScaleKnown(), QFileInfo(m_file).fileName(),
+                   m_form->m_pMapLegend->legend());
+}
+
+void PreviewDialog::slot_copyPicture()
+{
+    QGuiApplication::clipboard()->setImage(QImage::fromData(mapFile(page(), MapFileFormat::Png)));
+}
+
+void PreviewDialog::slot_savePicture()
+{
+    const QFileInfo product(m_file);
+    saveMap(this, page(), product.path() + QLatin1Char('/') + product.completeBaseName());
 }

@@ -389,14 +389,8 @@ void PreviewPane::showNote()
 
 MapPage PreviewPane::page()
 {
-    constexpr double legendWidth = 150.0;
-    constexpr double pageWidth = 560.0; // of the map, in points
-    const QSizeF shown = shownRect(m_visible, m_view->size()).size();
-    const QSizeF size = shown * (pageWidth / std::max(shown.width(), 1.0));
-    const auto widthOf = [](const QString &text, bool bold) { return pageTextWidth(text, bold); };
-    const double metres = m_scene.cellMetres(m_visible.center()).width() * m_visible.width() / pageWidth;
-    return {m_view->picture(), size, mapFooter(metres, m_scene.isScaleKnown(), pageWidth, m_note->text()),
-            legendDrawing(m_legend->legend(), legendWidth, widthOf, locale())};
+    return mapPage(*m_view, m_visible, m_scene.cellMetres(m_visible.center()).width(), m_scene.isScaleKnown(),
+                   m_note->text(), m_legend->legend());
 }
 
 void PreviewPane::slot_copyPicture()

@@ -1,6 +1,8 @@
 #include "app/preview/mapsaving.h"
 
+#include "app/preview/MapView.h"
 #include "app/preview/map/scalebar.h"
+#include "app/preview/previewgeometry.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
@@ -9,6 +11,30 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
+
+namespace
+{
+
+/// The line below a map: a scale bar over at most a third of `width`, and a text beside it.
+MapDrawing mapFooter(double metresPerPoint, bool known, double width, const QString &text)
+{
+    constexpr double line = 16.0;
+    MapDrawing footer;
+    footer.size = {width, line * 1.5};
+    double left = 0.0;
+    const ScaleBar bar = scaleBar(metresPerPoint, width / 3.0, known, QLocale());
+    if (bar.metres > 0.0) {
+        footer.texts += {{0.0, drawingTextSize}, bar.text};
+        const double y = line + 2.0;
+        footer.lines += {{{0.0, y - 4.0}, {0.0, y}, {bar.length, y}, {bar.length, y - 4.0}}, QColor(), 1.4};
+        left = bar.length + line;
+    }
+    const auto widthOf = [](const QString &words, bool bold) { return pageTextWidth(words, bold); };
+    footer.texts += {{left + 40.0, line + 2.0}, elided(text, width - left - 40.0, widthOf)};
+    return footer;
+}
+
+} // namespace
 
 void saveMap(QWidget *parent, const MapPage &page, const QString &proposal)
 {
@@ -39,20 +65,14 @@ void saveMap(QWidget *parent, const MapPage &page, const QString &proposal)
                                   QDir::toNativeSeparators(file), target.errorString()));
 }
 
-MapDrawing mapFooter(double metresPerPoint, bool known, double width, const QString &text)
+MapPage mapPage(MapView &map, const QRectF &view, double metresPerCell, bool known, const QString &text,
+                const MapLegend &legend)
 {
-    constexpr double line = 16.0;
-    MapDrawing footer;
-    footer.size = {width, line * 1.5};
-    double left = 0.0;
-    const ScaleBar bar = scaleBar(metresPerPoint, width / 3.0, known, QLocale());
-    if (bar.metres > 0.0) {
-        footer.texts += {{0.0, drawingTextSize}, bar.text};
-        const double y = line + 2.0;
-        footer.lines += {{{0.0, y - 4.0}, {0.0, y}, {bar.length, y}, {bar.length, y - 4.0}}, QColor(), 1.4};
-        left = bar.length + line;
-    }
+    constexpr double legendWidth = 150.0; // in points, like the next
+    constexpr double mapWidth = 560.0;
+    const QSizeF shown = shownRect(view, map.size()).size();
+    const QSizeF size = shown * (mapWidth / std::max(shown.width(), 1.0));
     const auto widthOf = [](const QString &words, bool bold) { return pageTextWidth(words, bold); };
-    footer.texts += {{left + 40.0, line + 2.0}, elided(text, width - left - 40.0, widthOf)};
-    return footer;
+    return {map.picture(), size, mapFooter(metresPerCell * view.width() / mapWidth, known, mapWidth, text),
+            legendDrawing(legend, legendWidth, widthOf, QLocale())};
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "app/preview/map/mapfile.h"
+#include "app/preview/map/maplegend.h"
 
 #include <QString>
 
+class MapView;
 class QWidget;
 
 /// Asks for a file and writes the page into it, as its name's ending says: PNG, SVG or PDF. An existing file is
@@ -11,6 +13,7 @@ class QWidget;
 /// the file without its ending, with its folder.
 void saveMap(QWidget *parent, const MapPage &page, const QString &proposal);
 
-/// The line below a map: a scale bar of `metresPerPoint` over at most a third of `width`, and a text beside it.
-/// known: whether the length of a unit is known.
-MapDrawing mapFooter(double metresPerPoint, bool known, double width, const QString &text);
+/// The page of what a map shows: the visible cells with the marks over them, below them a scale bar and a line
+/// of text, beside them the legend. metresPerCell, known: as MapView::setScale().
+MapPage mapPage(MapView &map, const QRectF &view, double metresPerCell, bool known, const QString &text,
+                const MapLegend &legend);

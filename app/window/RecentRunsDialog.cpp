@@ -1,6 +1,7 @@
 #include "app/window/RecentRunsDialog.h"
 
 #include "app/preview/PreviewDialog.h"
+#include "app/window/runresults.h"
 #include "dataset/views/mosaic.h"
 #include "messages/Prompt.h"
 
@@ -135,7 +136,8 @@ void RecentRunsDialog::updateButtons()
 
 void RecentRunsDialog::showResult()
 {
-    showProduct(m_runs.at(m_pTable->currentRow()).recipe.output, this);
+    const Recipe &recipe = m_runs.at(m_pTable->currentRow()).recipe;
+    showProduct(recipe.output, productSource(recipe), this);
 }
 
 void RecentRunsDialog::choose(int row)

@@ -47,7 +47,7 @@ processResultDialog::~processResultDialog() = default;
 
 void processResultDialog::slot_showResult()
 {
-    showProduct(m_result.file, this, m_services);
+    showProduct(m_result.file, m_result.source, this, m_services);
 }
 
 void processResultDialog::slot_openFolder()

@@ -393,6 +393,7 @@ bool quvoGdalUtilities::launch()
     const Recipe settings = recipeOf(plan.request, m_tabs->currentPanel()->processOptions());
     m_settings->beginRun(settings);
     m_launchedCommand = copiedCommand(plan, settings, m_tools);
+    m_launchedSource = productSource(settings);
     const QString icon = QStringLiteral(":/QuvoGdalUtilities/images/icones/")
         + QString::fromLatin1(processRow(*plan.request.process).icon);
     m_run.start(plan, std::move(lock), true, icon);
@@ -418,6 +419,7 @@ void quvoGdalUtilities::slot_processFailed(const QString &)
 void quvoGdalUtilities::showResult(ProcessResult result)
 {
     result.shellCommand = m_launchedCommand;
+    result.source = m_launchedSource;
     auto dialog = new processResultDialog(result, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();

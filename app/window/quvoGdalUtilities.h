@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/preview/Previews.h"
+#include "app/preview/ProductReading.h"
 #include "app/process/outputoptions.h"
 #include "app/process/tools.h"
 #include "app/recipe/recipe.h"
@@ -144,7 +145,8 @@ private:
     std::unique_ptr<SettingsMenu> m_settings;
     std::unique_ptr<DemSources> m_sources;
     std::unique_ptr<WindowShape> m_shape;
-    OutputOptions m_rasterOptions; ///< output options of raster products
-    OutputOptions m_vectorOptions; ///< output options of vector products
-    QString m_launchedCommand;     ///< command for a shell that makes the product of the last run
+    OutputOptions m_rasterOptions;                 ///< output options of raster products
+    OutputOptions m_vectorOptions;                 ///< output options of vector products
+    std::optional<ProductSource> m_launchedSource; ///< what the product of the last run is made of
+    QString m_launchedCommand; ///< command for a shell that makes the product of the last run
 };

@@ -23,6 +23,11 @@ constexpr Label ended{"MESS_FIN_TRAIT", "Fin du traitement"};
 
 } // namespace
 
+ProductSource productSource(const Recipe &recipe)
+{
+    return {recipe.options, recipe.input, recipe.band, labelText(processRow(processOf(recipe.options)).title)};
+}
+
 ProcessResult finishedResult(const ProductRun &run)
 {
     ProcessResult result = resultOf(

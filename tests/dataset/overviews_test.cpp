@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <gdal.h>
+
 #include <csignal>
 #include <sys/resource.h>
 
@@ -17,6 +19,7 @@ class OverviewsTest : public QObject
 private slots:
     void factors();
     void aFullDiskLeavesNothing();
+    void averagesAreRecognised();
 };
 
 void OverviewsTest::factors()
@@ -48,6 +51,25 @@ void OverviewsTest::aFullDiskLeavesNothing()
         QCOMPARE(setrlimit(RLIMIT_FSIZE, &before), 0);
         QVERIFY2(!problem.isEmpty() && !QFile::exists(overviewFile(raster)), qPrintable(problem));
         QCOMPARE(buildOverviews(raster, goOn).problem, QString());
+    }
+}
+
+void OverviewsTest::averagesAreRecognised()
+{
+    setUpGdal();
+    const QTemporaryDir folder;
+    for (const char *type : {"Float32", "Int16"}) {
+        for (const char *resampling : {"NEAREST", "AVERAGE"}) {
+            const QString raster = folder.filePath(QStringLiteral("%1 %2.tif").arg(type, resampling));
+            QVERIFY(writeHill(folder.filePath("hill.tif"), 600));
+            QVERIFY(copyRaster(folder.filePath("hill.tif"), raster, {"-ot", type}));
+            QVERIFY(!hasAveragedOverviews(raster, 1));
+            const auto file = GDALOpen(raster.toUtf8().constData(), GA_ReadOnly);
+            int factors[] = {2, 4};
+            QCOMPARE(GDALBuildOverviews(file, resampling, 2, factors, 0, nullptr, nullptr, nullptr), CE_None);
+            GDALClose(file);
+            QCOMPARE(hasAveragedOverviews(raster, 1), *resampling == 'A');
+        }
     }
 }
 

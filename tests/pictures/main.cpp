@@ -38,6 +38,7 @@
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProcess>
 #include <QSplitter>
 #include <QStyleFactory>
 #include <QTabBar>
@@ -298,7 +299,13 @@ void addResults(Album &album)
     processResultDialog good(result, nullptr);
     album.add(good, QStringLiteral("result_done"));
 
-    PreviewDialog relief(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"), nullptr);
+    const QString dem = QStringLiteral(QUVO_TREE "/samples/sample_dem.tif");
+    const QString slope = QDir::tempPath() + QStringLiteral("/terrain/dem_slope.tif");
+    QProcess::execute(
+        findTools(QStringLiteral(QUVO_TREE)).dem,
+        {QStringLiteral("slope"), dem, slope, QStringLiteral("-q"), QStringLiteral("-compute_edges")});
+    PreviewDialog relief(
+        slope, ProductSource{SlopeOptions(), dem, 1, labelText(processRow(Process::Slope).title)}, nullptr);
     relief.show();
     waitForPreview();
     album.add(relief, QStringLiteral("preview"));

@@ -40,7 +40,7 @@ struct MapDrawing
     QVector<Box> boxes; ///< drawn in this order, before the lines and the texts
     QVector<Line> lines;
     QVector<Text> texts;
-    QSizeF size;
+    QSizeF size{0.0, 0.0};
 
     /// Adds the other drawing's shapes, moved by `by`. The size stays.
     void add(const MapDrawing &other, const QPointF &by);

@@ -137,8 +137,8 @@ QVector<MapLegend::Strip::Tick> roundStripTicks(double low, double high, double 
 MapDrawing legendDrawing(const MapLegend &legend, double width, const TextWidth &widthOf, const QLocale &locale)
 {
     Layout layout(width, widthOf);
-    layout.text(legend.title, true);
-    layout.text(legend.unit);
+    layout.text(legend.unit.isEmpty() ? legend.title : QStringLiteral("%1 (%2)").arg(legend.title, legend.unit),
+                true);
     layout.strip(legend.strip);
     if (!legend.rows.isEmpty())
         layout.gap(6.0);

@@ -40,7 +40,7 @@ struct MapLegend
     };
 
     QString title; ///< name of the product
-    QString unit;  ///< of the values, on the line below the title; may be empty
+    QString unit;  ///< of the values, behind the title; may be empty
     Strip strip;
     QVector<Row> rows;
     QString histogramTitle;

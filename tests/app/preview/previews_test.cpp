@@ -79,10 +79,10 @@ QPoint placeOf(const MapView &label, const QPointF &cell)
         .toPoint();
 }
 
-/// The picture that a large view shows.
+/// The product that a large view shows.
 QImage pictureOf(const MapView &view)
 {
-    return view.map().ground.isEmpty() ? QImage() : view.map().ground.last().picture;
+    return view.map().product.isEmpty() ? QImage() : view.map().product.last().picture;
 }
 
 /// Whether a child process of this one is alive.
@@ -284,15 +284,16 @@ void PreviewsTest::vectorProducts()
     QVERIFY(coloured(dialog.lines()) < coloured(tenMetres));
 
     QCOMPARE(QProcess::execute(m_tools.contour, {"-q", "-i", "10", path("dem.tif"), path("lines.shp")}), 0);
-    PreviewDialog large(path("lines.shp"), nullptr);
+    const ProductSource source{ContourOptions{.interval = 10.0}, path("dem.tif"), 1, "Contours"};
+    PreviewDialog large(path("lines.shp"), source, nullptr);
     QVERIFY(large.canShow());
     large.show();
     const auto label = large.findChild<MapView *>();
     QTRY_VERIFY(coloured(pictureOf(*label)) > 500);
     const QImage whole = pictureOf(*label);
-    large.slot_zoomIn();
+    large.findChild<MapView *>()->slot_zoomIn();
     QTRY_VERIFY(coloured(pictureOf(*label)) > 0 && pictureOf(*label) != whole);
-    QVERIFY(!PreviewDialog(path("none.tif"), nullptr).canShow());
+    QVERIFY(!PreviewDialog(path("none.tif"), std::nullopt, nullptr).canShow());
 }
 
 void PreviewsTest::observersAreSetInThePicture()
