@@ -74,12 +74,12 @@ set(layers
     "app/main.cpp: app/startup app/process app/window dataset messages"
     "resources: "
     "samples: dataset vectordraw"
-    "bench: app/process app/preview runner dataset vectordraw"
+    "bench: app/process app/preview app/window panels runner dataset vectordraw"
 )
 
 # Text that may stand only in some files: a pattern, and a pattern of those files.
 set(rules
-    "QProcess[^a-zA-Z]|<QProcess>" "^runner/"
+    "QProcess[^a-zA-Z]|<QProcess>" "^(runner|bench)/"
     "QMessageBox" "^messages/Prompt"
     "QFileDialog" "^dataset/QuvoFilerDialog"
     "QSettings" "^app/startup/(settings|environment)"
