@@ -21,7 +21,8 @@ public:
         viewport()->setAutoFillBackground(false);
     }
 
-    /// The panel's minimum, and a scroll bar beside it. QScrollArea would limit the hint to a few lines of text.
+    /// The panel's minimum, and a scroll bar beside it. QScrollArea would limit the hint to a few lines of
+    /// text.
     QSize sizeHint() const override
     {
         return widget()->minimumSizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);

@@ -4,8 +4,8 @@
 #include <QTabWidget>
 
 /// A tab bar that shows the titles of all tabs where they fit. Where they do not, the current tab keeps its
-/// title, and the others show their icon alone with the title as tool tip. tabText() returns the title in either
-/// case. Every tab needs an icon.
+/// title, and the others show their icon alone with the title as tool tip. tabText() returns the title in
+/// either case. Every tab needs an icon.
 class ProcessTabBar : public QTabBar
 {
     Q_OBJECT

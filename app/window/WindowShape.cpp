@@ -19,7 +19,7 @@ namespace
 /// What a window's frame adds on common desktops; it is not known before the window is shown.
 constexpr QSize windowFrame(12, 40);
 
-constexpr int leastMapWidth = 340; // pixels; a narrower map shows too little to be worth its place
+constexpr int leastMapWidth = 440; // pixels; a narrower map cuts its own texts
 
 QVector<QRect> availableScreens()
 {
@@ -160,7 +160,8 @@ void WindowShape::toggleMap()
     arrange();
 }
 
-/// Widens the window by the map, within the screen; a window that would stay too narrow for both keeps its size.
+/// Widens the window by the map, within the screen; a window that would stay too narrow for both keeps its
+/// size.
 void WindowShape::growForMap()
 {
     if (m_window.isMaximized() || m_window.isFullScreen())

@@ -33,8 +33,8 @@ public:
     /// Sets the texts of the button and fits the panels' width, after a change of language.
     void applyTexts();
 
-    /// Shows or hides the map; the window grows or shrinks by its width as far as the screen allows. In a window
-    /// that is too narrow for both, changes panels and map.
+    /// Shows or hides the map; the window grows or shrinks by its width as far as the screen allows. In a
+    /// window that is too narrow for both, changes panels and map.
     void toggleMap();
 
     /// Hides the map and disables its button. The user's choice is kept for the next start.

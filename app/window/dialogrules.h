@@ -20,7 +20,12 @@ struct PaneWidths
     int map = 0;       ///< least width of the map
 };
 
-enum class ShownPanes { Both, Panel, Map };
+enum class ShownPanes
+{
+    Both,
+    Panel,
+    Map
+};
 
 bool fitSideBySide(const PaneWidths &widths);
 

@@ -75,7 +75,8 @@ void WindowShapeTest::panes()
     QFETCH(int, available);
     QFETCH(bool, wanted);
     QFETCH(bool, inFront);
-    QTEST(shownPanes({.available = available, .panel = 500, .handle = 10, .map = 350}, wanted, inFront), "shown");
+    QTEST(shownPanes({.available = available, .panel = 500, .handle = 10, .map = 350}, wanted, inFront),
+          "shown");
 }
 
 void WindowShapeTest::firstSizes_data()
@@ -158,7 +159,9 @@ void WindowShapeTest::oneKeyChangesPanelAndMap()
 
 void WindowShapeTest::choiceComesBack()
 {
-    const auto stored = [] { return QSettings("KARVEX", "Riglios").value("LastGeometry/showPreview").toBool(); };
+    const auto stored = [] {
+        return QSettings("KARVEX", "Riglios").value("LastGeometry/showPreview").toBool();
+    };
     {
         Dialog dialog(m_tools, narrow);
         QTest::keyClick(&dialog.window, Qt::Key_F6);
