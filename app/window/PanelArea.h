@@ -3,7 +3,9 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-/// Holds an option panel. Shows it in full where the tab is large enough, and with a scroll bar otherwise.
+#include <algorithm>
+
+/// Holds an option panel. Shows it in full where the tab is large enough, and with scroll bars otherwise.
 class PanelArea : public QScrollArea
 {
     Q_OBJECT
@@ -14,18 +16,18 @@ public:
     {
         setFrameShape(QFrame::NoFrame);
         setWidgetResizable(true);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWidget(panel);
         panel->setAutoFillBackground(false); // the tab's background shows
         viewport()->setAutoFillBackground(false);
     }
 
-    /// The panel's minimum. QScrollArea would limit the hint to a few lines of text.
-    QSize sizeHint() const override { return widget()->minimumSizeHint(); }
-
-    /// At least as wide as the panel with a scroll bar, so that the panel is never cut at its side.
-    QSize minimumSizeHint() const override
+    /// The panel's minimum, and a scroll bar beside it. QScrollArea would limit the hint to a few lines of
+    /// text.
+    QSize sizeHint() const override
     {
-        return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), 200};
+        return widget()->minimumSizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);
     }
+
+    /// A narrower panel could be scrolled, but hardly be used.
+    QSize minimumSizeHint() const override { return QSize(300, 200).boundedTo(sizeHint()); }
 };

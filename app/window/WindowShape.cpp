@@ -1,14 +1,14 @@
 #include "app/window/WindowShape.h"
 
-#include "app/preview/PreviewPane.h"
-
 #include <QDialog>
+#include <QEvent>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLayout>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QSplitter>
-#include <QTabBar>
 #include <QTabWidget>
 
 #include <algorithm>
@@ -19,6 +19,8 @@ namespace
 /// What a window's frame adds on common desktops; it is not known before the window is shown.
 constexpr QSize windowFrame(12, 40);
 
+constexpr int leastMapWidth = 440; // pixels; a narrower map cuts its own texts
+
 QVector<QRect> availableScreens()
 {
     QVector<QRect> areas;
@@ -27,34 +29,52 @@ QVector<QRect> availableScreens()
     return areas;
 }
 
+/// Gives the focus to the first control of an area.
+void focusFirst(const QWidget &area)
+{
+    for (QWidget *control = area.nextInFocusChain(); control != &area; control = control->nextInFocusChain()) {
+        if (area.isAncestorOf(control) && control->isVisible() && control->isEnabled()
+            && (control->focusPolicy() & Qt::TabFocus)) {
+            control->setFocus(Qt::TabFocusReason);
+            return;
+        }
+    }
+}
+
 } // namespace
 
-WindowShape::WindowShape(QDialog &window, QTabWidget &tabs, QSplitter &splitter, PreviewPane &previews,
+WindowShape::WindowShape(QDialog &window, QTabWidget &tabs, QSplitter &splitter, QWidget &map,
                          QPushButton &button)
     : m_window(window)
     , m_tabs(tabs)
     , m_splitter(splitter)
-    , m_previews(previews)
+    , m_map(map)
     , m_button(button)
-{ }
+{
+    m_splitter.setStretchFactor(0, 0);
+    m_splitter.setStretchFactor(1, 1);
+    m_splitter.installEventFilter(this);
+    connect(&m_splitter, &QSplitter::splitterMoved, this, [this](int position) { m_chosenWidth = position; });
+    connect(new QShortcut(Qt::Key_F6, &m_window), &QShortcut::activated, this, &WindowShape::changePane);
+}
 
 void WindowShape::restore()
 {
     m_geometry = readLastGeometry();
-    m_splitter.setStretchFactor(1, 1);
-    m_previews.hide();
-    const QVector<QRect> screens = availableScreens();
-    const int needed =
-        m_window.minimumSizeHint().width() + m_splitter.handleWidth() + m_previews.minimumSizeHint().width();
-    const bool fits = std::any_of(screens.begin(), screens.end(),
-                                  [&](const QRect &screen) { return screen.width() >= needed; });
-    m_previews.setVisible(m_geometry.showPreview && fits);
-    m_button.setChecked(m_geometry.showPreview && fits);
     const QSize size = m_geometry.isDefault ? firstSize() : m_geometry.size;
-    const QRect visible = visibleGeometry({m_geometry.position, size}, windowFrame, screens);
+    const QRect visible = visibleGeometry({m_geometry.position, size}, windowFrame, availableScreens());
     m_window.resize(visible.size());
     m_window.move(visible.topLeft());
-    fitSplitter();
+    arrange();
+}
+
+/// The stored size's default is that of the dialog without the map.
+QSize WindowShape::firstSize() const
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!m_geometry.showPreview || !screen)
+        return m_geometry.size;
+    return firstWindowSize(screen->availableSize(), windowFrame);
 }
 
 void WindowShape::save()
@@ -64,63 +84,117 @@ void WindowShape::save()
     writeLastGeometry(m_geometry);
 }
 
-void WindowShape::fitTabs()
-{
-    if (m_tabs.width() < m_tabs.tabBar()->sizeHint().width())
-        fitSplitter();
-}
-
-/// Divides the width: the tabs receive what their titles need, the previews the rest.
-void WindowShape::fitSplitter()
-{
-    const int tabs = m_tabs.tabBar()->sizeHint().width();
-    m_splitter.setSizes({tabs, std::max(0, m_window.width() - tabs)});
-}
-
-/// The stored size's default is that of the dialog without previews, which come beside it.
-QSize WindowShape::firstSize() const
-{
-    return {std::max(m_geometry.size.width(), tabsWidth()) + previewsWidth(),
-            std::max(m_geometry.size.height(), m_window.minimumSizeHint().height())};
-}
-
-int WindowShape::tabsWidth() const
+PaneWidths WindowShape::widths() const
 {
     const QMargins margins = m_window.layout()->contentsMargins();
-    return m_tabs.tabBar()->sizeHint().width() + margins.left() + margins.right();
+    return {.available = m_window.width() - margins.left() - margins.right(),
+            .panel = m_tabs.sizeHint().width(),
+            .handle = m_splitter.handleWidth(),
+            .map = std::max(leastMapWidth, m_map.minimumSizeHint().width())};
 }
 
-int WindowShape::previewsWidth() const
+void WindowShape::arrange()
 {
-    return m_previews.isHidden() ? 0 : m_splitter.handleWidth() + m_previews.sizeHint().width();
+    const PaneWidths room = widths();
+    const ShownPanes shown = shownPanes(room, isMapWanted(), m_isMapInFront);
+    const bool mapWasShown = !m_map.isHidden();
+    const bool showsMap = shown != ShownPanes::Panel;
+    m_tabs.setVisible(shown != ShownPanes::Map);
+    m_map.setVisible(showsMap);
+    if (shown == ShownPanes::Both) {
+        const int most = room.available - room.handle - room.map;
+        const int panel = std::min(m_chosenWidth > 0 ? m_chosenWidth : room.panel, most);
+        m_splitter.setSizes({panel, room.available - room.handle - panel});
+    }
+    updateButton();
+    if (showsMap != mapWasShown)
+        emit mapShown(showsMap);
 }
 
-int WindowShape::widthHint() const
+bool WindowShape::eventFilter(QObject *watched, QEvent *event)
 {
-    return tabsWidth() + previewsWidth();
+    if (event->type() == QEvent::Resize || event->type() == QEvent::Show)
+        arrange();
+    return QObject::eventFilter(watched, event);
 }
 
-bool WindowShape::togglePreviews()
+void WindowShape::applyTexts()
 {
-    const bool show = m_previews.isHidden();
-    m_geometry.showPreview = show;
-    showPreviews(show);
-    return show;
+    arrange();
 }
 
-void WindowShape::showPreviews(bool show)
+/// Where only one of panel and map has room, the button says which one it brings.
+void WindowShape::updateButton()
 {
-    const int room = m_splitter.handleWidth() + (show ? m_previews.sizeHint() : m_previews.size()).width();
-    m_previews.setVisible(show);
-    m_button.setChecked(show);
-    if (!m_window.isMaximized() && !m_window.isFullScreen())
-        m_window.resize(m_window.width() + (show ? room : -room), m_window.height());
-    if (show)
-        fitSplitter();
+    const bool changes = !fitSideBySide(widths()) && !m_isMapRemoved;
+    const bool isMapShown = !m_map.isHidden();
+    m_button.setCheckable(!changes);
+    m_button.setChecked(isMapShown);
+    QString title;
+    QString meaning = tr("Afficher les aperçus", "MESS_APERCUS");
+    if (changes) {
+        title = isMapShown ? tr("Options", "MESS_VOLET_OPTIONS") : tr("Carte", "MESS_VOLET_CARTE");
+        meaning = isMapShown ? tr("Revenir aux options du traitement", "MESS_VOLET_OPT_EXPL")
+                             : tr("Afficher la carte à la place des options", "MESS_VOLET_CARTE_EXPL");
+    }
+    m_button.setText(title);
+    m_button.setAccessibleName(meaning);
+    m_button.setToolTip(meaning + QStringLiteral(" (F6)"));
 }
 
-void WindowShape::removePreviews()
+void WindowShape::toggleMap()
 {
-    showPreviews(false);
+    if (m_isMapRemoved)
+        return;
+    if (!m_geometry.showPreview) {
+        m_geometry.showPreview = true;
+        m_isMapInFront = true;
+        growForMap();
+    } else if (!fitSideBySide(widths())) {
+        m_isMapInFront = !m_isMapInFront;
+    } else {
+        m_geometry.showPreview = false;
+        if (!m_window.isMaximized() && !m_window.isFullScreen())
+            m_window.resize(m_window.width() - m_splitter.handleWidth() - m_map.width(), m_window.height());
+    }
+    arrange();
+}
+
+/// Widens the window by the map, within the screen; a window that would stay too narrow for both keeps its
+/// size.
+void WindowShape::growForMap()
+{
+    if (m_window.isMaximized() || m_window.isFullScreen())
+        return;
+    const QRect screen = m_window.screen()->availableGeometry();
+    PaneWidths room = widths();
+    const int most = std::max(0, screen.width() - windowFrame.width() - m_window.width());
+    const int more = std::min(room.handle + m_map.sizeHint().width(), most);
+    room.available += more;
+    if (!fitSideBySide(room))
+        return;
+    m_window.resize(m_window.width() + more, m_window.height());
+    const int over = m_window.x() + m_window.width() + windowFrame.width() - (screen.right() + 1);
+    if (over > 0)
+        m_window.move(m_window.x() - over, m_window.y());
+}
+
+void WindowShape::changePane()
+{
+    if (m_isMapRemoved)
+        return;
+    const bool wasInMap = m_map.isAncestorOf(m_window.focusWidget());
+    if (!m_geometry.showPreview || !fitSideBySide(widths())) {
+        toggleMap();
+        focusFirst(m_map.isHidden() ? *m_tabs.currentWidget() : m_map);
+    } else {
+        focusFirst(wasInMap ? *m_tabs.currentWidget() : m_map);
+    }
+}
+
+void WindowShape::removeMap()
+{
+    m_isMapRemoved = true;
+    arrange();
     m_button.setEnabled(false);
 }

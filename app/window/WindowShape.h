@@ -1,54 +1,68 @@
 #pragma once
 
 #include "app/startup/settings.h"
+#include "app/window/dialogrules.h"
 
-#include <QSize>
+#include <QObject>
 
-class PreviewPane;
 class QDialog;
 class QPushButton;
 class QSplitter;
 class QTabWidget;
+class QWidget;
 
-/// Keeps size and position of the main dialog from one start to the next, and shows or hides the previews
-/// beside its tabs.
-class WindowShape
+/// Keeps size and position of the main dialog from one start to the next, and shows the option panels and the
+/// map (the previews) side by side, or one of them where the window is too narrow for both.
+///
+/// The panels have their natural width until the user moves the splitter; the map has the rest. F6 changes
+/// panel and map, in a window that shows both the one that has the focus.
+class WindowShape : public QObject
 {
+    Q_OBJECT
+
 public:
     /// All widgets belong to the dialog and outlive this object. `button` is the one that shows and hides the
-    /// previews.
-    WindowShape(QDialog &window, QTabWidget &tabs, QSplitter &splitter, PreviewPane &previews,
-                QPushButton &button);
+    /// map.
+    WindowShape(QDialog &window, QTabWidget &tabs, QSplitter &splitter, QWidget &map, QPushButton &button);
 
-    /// Restores what save() stored, within the screens. Where every screen is too narrow for the previews, they
-    /// stay hidden until the user shows them.
+    /// Restores what save() stored, within the screens. Where the window is too narrow for both, the panels are
+    /// in front.
     void restore();
     void save();
 
-    /// Widens the tabs where their titles no longer fit, as after a change of language.
-    void fitTabs();
+    /// Sets the texts of the button and fits the panels' width, after a change of language.
+    void applyTexts();
 
-    /// Width in pixels that all tabs need, with the previews where they are shown.
-    int widthHint() const;
+    /// Shows or hides the map; the window grows or shrinks by its width as far as the screen allows. In a
+    /// window that is too narrow for both, changes panels and map.
+    void toggleMap();
 
-    /// Shows or hides the previews; the window grows or shrinks by their width. Returns whether they are shown
-    /// now.
-    bool togglePreviews();
+    /// Hides the map and disables its button. The user's choice is kept for the next start.
+    void removeMap();
 
-    /// Hides the previews and disables their button. The user's choice is kept for the next start.
-    void removePreviews();
+signals:
+    /// The map appeared or went, by the user's choice or because the room for it changed.
+    void mapShown(bool shown);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    PaneWidths widths() const;
+    bool isMapWanted() const { return m_geometry.showPreview && !m_isMapRemoved; }
+    void arrange();
+    void updateButton();
+    void changePane();
+    void growForMap();
     QSize firstSize() const;
-    int tabsWidth() const;
-    int previewsWidth() const;
-    void showPreviews(bool show);
-    void fitSplitter();
 
     QDialog &m_window;
     QTabWidget &m_tabs;
     QSplitter &m_splitter;
-    PreviewPane &m_previews;
+    QWidget &m_map;
     QPushButton &m_button;
     LastGeometry m_geometry;
+    bool m_isMapInFront = false; ///< where the window is too narrow for both
+    bool m_isMapRemoved = false;
+    int m_chosenWidth = 0; ///< width of the panels that the user gave them; 0: their natural width
 };

@@ -11,3 +11,26 @@ QString commandCopiedText()
 {
     return labelText({"MESS_REGL_COPIEE", "La commande est dans le presse-papiers."});
 }
+
+bool fitSideBySide(const PaneWidths &widths)
+{
+    return widths.panel + widths.handle + widths.map <= widths.available;
+}
+
+ShownPanes shownPanes(const PaneWidths &widths, bool mapWanted, bool mapInFront)
+{
+    if (!mapWanted)
+        return ShownPanes::Panel;
+    if (fitSideBySide(widths))
+        return ShownPanes::Both;
+    return mapInFront ? ShownPanes::Map : ShownPanes::Panel;
+}
+
+QSize firstWindowSize(const QSize &screen, const QSize &frame)
+{
+    constexpr double part = 0.9;
+    constexpr QSize enough(1200, 700); // a smaller window is worth all of the screen
+    constexpr QSize largest(1800, 1100);
+    const QSize whole = screen - frame;
+    return (QSizeF(screen) * part).toSize().expandedTo(enough).boundedTo(largest).boundedTo(whole);
+}

@@ -169,13 +169,9 @@ void quvoGdalUtilities::connectPreviews()
         const QFileInfo product(currentRequest().output);
         return product.path() + QLatin1Char('/') + product.completeBaseName();
     });
+    connect(m_shape.get(), &WindowShape::mapShown, &m_previews, &Previews::setShown);
     slot_updateOutputFilePreview();
     m_previews.setShown(!pane->isHidden());
-}
-
-QSize quvoGdalUtilities::sizeHint() const
-{
-    return QDialog::sizeHint().expandedTo({m_shape->widthHint(), 0});
 }
 
 void quvoGdalUtilities::setInputDem(const QString &path)
@@ -470,7 +466,7 @@ void quvoGdalUtilities::slot_updatePreviewComputingProgress(int percent)
 
 void quvoGdalUtilities::slot_previewProcessFailed(const QString &toolText)
 {
-    m_shape->removePreviews();
+    m_shape->removeMap();
     const QString text =
         tr("Une erreur est survenue lors de la création d'une vue réduite du MNT.\nLe mécanisme "
            "de preview doit être désactivé.",
@@ -480,7 +476,7 @@ void quvoGdalUtilities::slot_previewProcessFailed(const QString &toolText)
 
 void quvoGdalUtilities::slot_dialogExtension()
 {
-    m_previews.setShown(m_shape->togglePreviews());
+    m_shape->toggleMap();
 }
 
 void quvoGdalUtilities::slot_updateMarkerPosition()
@@ -550,7 +546,7 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
         m_form->retranslateUi(this);
         applyTexts();
         m_part->applyTexts();
-        m_shape->fitTabs();
+        m_shape->applyTexts();
         slot_updateOutputFilePreview();
         updateLook();
     }

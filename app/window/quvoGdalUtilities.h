@@ -67,9 +67,6 @@ public:
     /// touched.
     void abandonRun();
 
-    /// Wide enough for every tab and, while they are shown, for the previews.
-    QSize sizeHint() const override;
-
 public slots:
     void slot_showInputFilePreview();
     void slot_updateOutputFilePreview();
@@ -79,7 +76,8 @@ public slots:
     void slot_updatePreviewComputingProgress(int percent);
     /// Removes the previews until the program is started again, and warns with the tool's text.
     void slot_previewProcessFailed(const QString &toolText);
-    /// Shows or hides the previews; the window grows or shrinks by their width.
+    /// Shows or hides the previews; the window grows or shrinks by their width. In a window that is too narrow
+    /// for both, changes options and previews.
     void slot_dialogExtension();
     void slot_updateMarkerPosition();
     /// On the intervisibility tab, moves the current observer to the place (MapView::clicked()), or adds

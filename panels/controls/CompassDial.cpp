@@ -17,7 +17,7 @@ constexpr int fullTurn = 360; // degrees
 
 QSize CompassDial::sizeHint() const
 {
-    return {220, 220};
+    return {190, 190};
 }
 
 QSize CompassDial::minimumSizeHint() const

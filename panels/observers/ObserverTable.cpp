@@ -25,6 +25,8 @@ ObserverTable::ObserverTable(QTableView *view, ObserverPointsModel &model)
     view->setItemDelegate(new PointDelegate(view));
     view->setContextMenuPolicy(Qt::ActionsContextMenu);
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    view->horizontalHeader()->setSectionResizeMode(ObserverPointsModel::EnabledColumn, QHeaderView::Fixed);
+    view->horizontalHeader()->setSectionResizeMode(ObserverPointsModel::ModeColumn, QHeaderView::Fixed);
     // One height for all rows: heights by content would measure every row at every change.
     view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     fitRowHeight();
@@ -183,7 +185,28 @@ void ObserverTable::retranslate()
         tr("Coller ajoute des lignes « x y [hauteur [mode [distance]]] » ; la barre d'espace active un point.",
            "MESS_OBS_TABLE_EXPL"));
     m_model.retranslate();
+    fitColumns();
     showHistory();
+}
+
+/// Sets the widths that depend on texts alone, and the least width at which each column shows its title and the
+/// largest usual number.
+void ObserverTable::fitColumns()
+{
+    QHeaderView *titles = m_view->horizontalHeader();
+    const int margin = 2 * m_view->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, m_view) + 12;
+    const int number = m_view->fontMetrics().horizontalAdvance(QStringLiteral("100000.000")) + margin;
+    int width = m_view->verticalHeader()->sizeHint().width() + 2 * m_view->frameWidth();
+    for (int column = 0; column < ObserverPointsModel::ColumnCount; ++column) {
+        const int title = titles->sectionSizeHint(column);
+        const bool isNumber =
+            column == ObserverPointsModel::HeightColumn || column == ObserverPointsModel::DistanceColumn;
+        const int least = isNumber ? std::max(title, number) : title + margin;
+        if (!isNumber)
+            titles->resizeSection(column, least);
+        width += least;
+    }
+    m_view->setMinimumWidth(width);
 }
 
 void ObserverTable::fitRowHeight()
@@ -214,7 +237,9 @@ bool ObserverTable::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent *>(event)))
         return true;
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         fitRowHeight();
+        fitColumns();
+    }
     return QObject::eventFilter(watched, event);
 }

@@ -57,6 +57,7 @@ signals:
 private:
     bool handleKey(const QKeyEvent &key);
     void fitRowHeight();
+    void fitColumns();
     void toggleClicked(const QModelIndex &index);
     void enable(const QVector<int> &rows, bool on);
     void choosePresentRow(const QVector<int> &rows);

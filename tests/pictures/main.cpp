@@ -6,7 +6,6 @@
 // with the colours of a dark desktop.
 
 #include "app/preview/PreviewDialog.h"
-#include "app/preview/PreviewPane.h"
 #include "app/series/SeriesResultDialog.h"
 #include "app/startup/startupoptions.h"
 #include "app/window/AboutDialog.h"
@@ -39,9 +38,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QProcess>
-#include <QSplitter>
 #include <QStyleFactory>
-#include <QTabBar>
 #include <QTabWidget>
 #include <QTextBrowser>
 #include <QTimer>
@@ -132,13 +129,8 @@ void addMainDialog(Album &album)
     for (int point = 0; point < 3; ++point)
         dialog.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
     dialog.findChild<QLineEdit *>(QStringLiteral("m_pLEElevationInterval"))->setText(QStringLiteral("100.000"));
-    if (dialog.findChild<PreviewPane *>()->isHidden()) // the offscreen screen is too small for them
-        dialog.slot_dialogExtension();
-    dialog.resize(dialog.sizeHint().expandedTo({707, 740}));
+    dialog.resize(1354, 728); // larger than the screen of the offscreen platform
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
-    const int tabsWidth = tabs->tabBar()->sizeHint().width();
-    dialog.findChild<QSplitter *>(QStringLiteral("m_pSplitter"))
-        ->setSizes({tabsWidth, dialog.width() - tabsWidth});
     for (int index = 0; index < tabs->count(); ++index) {
         if (!tabs->isTabVisible(index))
             continue;

@@ -57,8 +57,7 @@ struct Dialog : ShownDialog
     explicit Dialog(const ToolPaths &tools)
         : ShownDialog(tools)
     {
-        if (!find<PreviewPane>("m_pGrpBPreviews")->isVisible()) // the window hides them on a small screen
-            find<QPushButton>("m_pPBShowPreview")->click();
+        window.resize(1400, 800); // wide enough for options and previews
     }
     MapView *map() { return find<MapView>("m_pLInputImgPreview"); }
     const MapScene &scene() { return find<PreviewPane>("m_pGrpBPreviews")->scene(); }
