@@ -66,7 +66,8 @@ set(layers
     "app/recipe: app/process panels/options colortable dataset dataset/views messages"
     "app/run: app/process app/recipe panels/options runner dataset dataset/views messages"
     "app/preview/map: app/preview/previewgeometry.h panels/options colortable dataset messages"
-    "app/preview: app/preview/map app/process colortable panels panels/options runner dataset dataset/views messages"
+    "app/preview/live: viewshed viewshed/io panels/options dataset"
+    "app/preview: app/preview/map app/preview/live app/process colortable panels panels/options runner dataset dataset/views messages"
     "app/series: app/process app/recipe app/run panels/options runner dataset dataset/chooser dataset/views messages"
     "app/window/input: app/startup app/process app/series panels panels/options dataset dataset/chooser dataset/extraction dataset/views messages"
     "app/window: app/startup app/process app/recipe app/run app/preview app/window/input panels panels/options runner dataset dataset/views messages"
@@ -74,7 +75,7 @@ set(layers
     "app/main.cpp: app/startup app/process app/window dataset messages"
     "resources: "
     "samples: dataset vectordraw"
-    "bench: app/process app/preview runner dataset vectordraw"
+    "bench: app/process app/preview app/preview/live panels/options viewshed viewshed/io runner dataset vectordraw"
 )
 
 # Text that may stand only in some files: a pattern, and a pattern of those files.
