@@ -112,7 +112,7 @@ void ProfileView::savePicture()
 {
     const QLocale locale;
     const QString title =
-        verdictText(m_profile, m_unit, locale) + QStringLiteral(" · ") + conditionsText(m_profile, locale);
+        verdictText(m_profile, m_unit, locale) + QLatin1Char(' ') + conditionsText(m_profile, locale);
     confirm(saveProfilePicture(this, {m_profile, m_unit, m_colors, title}, m_dem));
 }
 

@@ -63,6 +63,7 @@ QByteArray pictureBytes(const ProfilePicture &picture, const QString &ending)
     plot.setProfile(picture.profile, picture.unit, picture.colors);
     QwtText title(picture.title);
     title.setFont(plot.font());
+    title.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
     plot.setTitle(title);
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("profile.") + ending));
