@@ -66,7 +66,9 @@ set(layers
     "app/recipe: app/process panels/options colortable dataset dataset/views messages"
     "app/run: app/process app/recipe panels/options runner dataset dataset/views messages"
     "app/preview/map: app/preview/previewgeometry.h panels/options colortable dataset messages"
-    "app/preview: app/preview/map app/process colortable panels panels/options runner dataset dataset/views messages"
+    "app/preview/live: viewshed viewshed/io panels/options dataset"
+    "app/preview/profile: app/preview/live viewshed panels/options dataset messages"
+    "app/preview: app/preview/map app/preview/live app/preview/profile app/process colortable panels panels/options runner dataset dataset/views messages"
     "app/series: app/process app/recipe app/run panels/options runner dataset dataset/chooser dataset/views messages"
     "app/window/input: app/startup app/process app/series panels panels/options dataset dataset/chooser dataset/extraction dataset/views messages"
     "app/window: app/startup app/process app/recipe app/run app/preview app/window/input panels panels/options runner dataset dataset/views messages"
@@ -74,7 +76,7 @@ set(layers
     "app/main.cpp: app/startup app/process app/window dataset messages"
     "resources: "
     "samples: dataset vectordraw"
-    "bench: app/process app/preview app/window panels runner dataset vectordraw"
+    "bench: app/process app/preview app/preview/live app/preview/profile app/window panels panels/options viewshed viewshed/io runner dataset vectordraw"
 )
 
 # Text that may stand only in some files: a pattern, and a pattern of those files.
@@ -84,7 +86,7 @@ set(rules
     "QFileDialog" "^dataset/QuvoFilerDialog"
     "QSettings" "^app/startup/(settings|environment)"
     "<QtWidgets/" "^$"
-    "<[Qq]wt|Qwt[A-Z]" "^panels/(shadedOptionsWidget|controls/CompassDial)"
+    "<[Qq]wt|Qwt[A-Z]" "^(panels/shadedOptionsWidget|panels/controls/CompassDial|app/preview/profile/)"
     "qgetenv|getenv *\\(|qEnvironmentVariable" "^(app/startup/environment|messages/dico|.*/main\\.cpp)"
 )
 

@@ -6,6 +6,7 @@
 // with the colours of a dark desktop.
 
 #include "app/preview/PreviewDialog.h"
+#include "app/preview/profile/ProfileView.h"
 #include "app/series/SeriesResultDialog.h"
 #include "app/startup/startupoptions.h"
 #include "app/window/AboutDialog.h"
@@ -156,6 +157,32 @@ void addMainDialog(Album &album)
     QMenu &inputs = *dialog.findChild<QToolButton *>(QStringLiteral("m_pPBSelectInputDEM"))->menu();
     inputs.resize(inputs.sizeHint());
     album.add(inputs, QStringLiteral("input_menu"));
+}
+
+void addProfile(Album &album)
+{
+    const QString dem = QStringLiteral(QUVO_TREE "/samples/sample_dem.tif");
+    const auto terrain = LiveTerrain::read(dem, 1).terrain;
+    if (!terrain)
+        return;
+    const DemGround ground(dem, 1);
+    const QSizeF size(terrain->width(), terrain->height());
+    const QPointF eye = terrain->toGround({0.2 * size.width(), 0.3 * size.height()});
+    const ToolObserver observer{eye.x(), eye.y(), ground.surfaceElevation(eye).value_or(0.0) + 30.0, 0.0};
+    ProfileView view;
+    view.setDem(dem, ground.elevationUnit());
+    view.resize(760, 180);
+    album.add(view, QStringLiteral("profile_empty"));
+    int number = 0;
+    for (const QPointF &far : {QPointF(0.9, 0.6), QPointF(1.2, 0.5), QPointF(0.21, 0.32)}) {
+        const QPointF end = terrain->toGround({far.x() * size.width(), far.y() * size.height()});
+        view.setProfile(profileAlong(*terrain, observer, end, {.targetHeight = 0.0, .curvature = 0.85714}));
+        if (++number > 1)
+            view.setCursor(0.6 * view.profile().length);
+        album.add(view, QStringLiteral("profile_%1").arg(number));
+    }
+    view.resize(420, 140);
+    album.add(view, QStringLiteral("profile_small"));
 }
 
 void addTableEditor(Album &album)
@@ -365,6 +392,7 @@ int main(int argc, char *argv[])
     addProgress(album);
     addResults(album);
     addChooser(album);
+    addProfile(album);
     addTableEditor(album);
     addSmallDialogs(album);
     addExtraction(album);

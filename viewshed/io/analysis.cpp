@@ -2,6 +2,7 @@
 
 #include "viewshed/horizon.h"
 #include "viewshed/io/georeference.h"
+#include "viewshed/io/observersight.h"
 #include "viewshed/jobs.h"
 #include "viewshed/problem.h"
 
@@ -14,22 +15,6 @@ namespace viewshed
 
 namespace
 {
-
-/// The observer's sight; the eye's position counts from the raster's first cell.
-Sight sightOf(const Observer &observer, const Georeference &georeference, const Raster &raster,
-              const Options &options)
-{
-    const auto [column, row] = georeference.positionOf(observer.x, observer.y);
-    if (!(std::abs(column) < largestSide && std::abs(row) < largestSide))
-        throw Problem(observer.name + " is too far from the raster.");
-    Sight sight;
-    sight.eye = Eye::at(column, row, observer.z);
-    sight.targetHeight = options.targetHeight;
-    sight.ground = georeference.groundAt(observer.y);
-    sight.curvatureDrop = options.curvature / (2.0 * georeference.semiMajorAxis()) / raster.metresOfHeight();
-    sight.reach = observer.reach;
-    return sight;
-}
 
 /// The parts that are computed one after the other for an observer. `alone`: there is no other observer.
 /// Several observers share the elevations in memory, so their windows are not cut: each would have to be read
@@ -208,7 +193,8 @@ Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, 
     const double available = memoryForHeights(raster, threads);
     std::vector<Sight> sights;
     for (const Observer &observer : observers) {
-        sights.push_back(sightOf(observer, georeference, raster, options));
+        sights.push_back(sightOf(observer, georeference, raster.metresOfHeight(),
+                                 {.targetHeight = options.targetHeight, .curvature = options.curvature}));
         checkMemory(observer, sights.back(), raster, alone, available);
     }
     Survey survey(raster, options, threads);

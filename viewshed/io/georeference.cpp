@@ -34,6 +34,8 @@ Metres metresOfAngle(const OGRSpatialReference &crs, double latitude)
             .y = angle * primeVertical * (1.0 - e2) / w};
 }
 
+constexpr double half = 0.5; // the geotransform counts from the first cell's corner
+
 } // namespace
 
 Georeference::Georeference(GDALDataset &dataset)
@@ -55,12 +57,20 @@ Georeference::Georeference(GDALDataset &dataset)
 }
 
 Georeference::~Georeference() = default;
+Georeference::Georeference(Georeference &&) noexcept = default;
 
 Georeference::Position Georeference::positionOf(double x, double y) const
 {
-    constexpr double half = 0.5; // the geotransform counts from the first cell's corner
     return {.column = m_inverse[0] + m_inverse[1] * x + m_inverse[2] * y - half,
             .row = m_inverse[3] + m_inverse[4] * x + m_inverse[5] * y - half};
+}
+
+Georeference::Coordinates Georeference::coordinatesOf(const Position &position) const
+{
+    const double column = position.column + half;
+    const double row = position.row + half;
+    return {.x = m_transform[0] + m_transform[1] * column + m_transform[2] * row,
+            .y = m_transform[3] + m_transform[4] * column + m_transform[5] * row};
 }
 
 GroundForm Georeference::groundAt(double y) const

@@ -20,6 +20,7 @@ public:
     /// Throws Problem if the ground control points yield no geotransform or if it has no inverse.
     explicit Georeference(GDALDataset &dataset);
     ~Georeference();
+    Georeference(Georeference &&) noexcept;
 
     /// A position in cells; (0, 0) is the centre of the raster's first cell.
     struct Position
@@ -29,6 +30,15 @@ public:
     };
     /// x and y are coordinates of the raster's coordinate system. The result may lie outside the raster.
     Position positionOf(double x, double y) const;
+
+    /// Coordinates of the raster's coordinate system.
+    struct Coordinates
+    {
+        double x;
+        double y;
+    };
+    /// The reverse of positionOf().
+    Coordinates coordinatesOf(const Position &position) const;
 
     /// The squared metres of a step in cells near a point with the coordinate y. In a geographic coordinate
     /// system, y is the latitude, and the ellipsoid's radii of curvature at that latitude count; otherwise the
