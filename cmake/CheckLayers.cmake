@@ -68,7 +68,7 @@ set(layers
     "app/preview/map: app/preview/previewgeometry.h panels/options colortable dataset messages"
     "app/preview/live: viewshed viewshed/io panels/options dataset"
     "app/preview/profile: app/preview/live viewshed panels/options dataset messages"
-    "app/preview: app/preview/map app/preview/live app/preview/profile app/process colortable panels panels/options runner dataset dataset/views messages"
+    "app/preview: app/preview/map app/preview/live app/preview/profile app/process colortable panels panels/options runner dataset dataset/views messages viewshed/lineofsight.h viewshed/problem.h"
     "app/series: app/process app/recipe app/run panels/options runner dataset dataset/chooser dataset/views messages"
     "app/window/input: app/startup app/process app/series panels panels/options dataset dataset/chooser dataset/extraction dataset/views messages"
     "app/window: app/startup app/process app/recipe app/run app/preview app/window/input panels panels/options runner dataset dataset/views messages"

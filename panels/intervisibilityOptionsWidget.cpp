@@ -6,6 +6,7 @@
 #include "ui_intervisibilityOptionsWidget.h"
 
 #include <QEvent>
+#include <QTimer>
 
 namespace
 {
@@ -192,7 +193,12 @@ void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &positio
         return;
     }
     chooseObserver(row);
-    m_model.setPoint(row, point);
+    const bool isGroundless = point.enabled && m_ground.isOpen()
+        && !absoluteAltitude(point, m_ground.surfaceElevation(point.position()));
+    if (isGroundless) // the box is shown when the mouse has let the observer go
+        QTimer::singleShot(0, this, [this] { m_table->warnOfGroundless(); });
+    else
+        m_model.setPoint(row, point);
 }
 
 void intervisibilityOptionsWidget::setDem(const DemInfo &dem)

@@ -51,7 +51,8 @@ public:
     void chooseObserver(int row);
 
     /// Moves the observer of the row to a position in the DEM's coordinates and makes the row the current one.
-    /// For row -1 adds an observer at the position, with the default height, mode and distance.
+    /// Where the observer's height needs a ground and the position has none, the observer stays and a message
+    /// box says so. For row -1 adds an observer at the position, with the default height, mode and distance.
     void placeObserver(int row, const QPointF &position);
 
 signals:

@@ -376,8 +376,8 @@ void MapView::dragMark(const QPointF &place)
     mark.range.translate(cell - mark.position);
     mark.position = cell;
     update();
-    emit hovered(cell);
     emit markMoving(m_draggedMark, cell);
+    emit hovered(cell);
 }
 
 void MapView::dragSwipe(const QPointF &place)

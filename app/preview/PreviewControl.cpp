@@ -10,6 +10,7 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilit
     : m_pane(pane)
     , m_runs(runs)
     , m_observers(observers)
+    , m_live(pane, observers)
 {
     connect(&runs, &Previews::reductionStarted, &pane, [&pane] { pane.setReducing(0); });
     connect(&runs, &Previews::computationStarted, &pane, [this] {
@@ -33,6 +34,7 @@ void PreviewControl::setDem(const DemInfo &dem)
     const DemInfo before = std::exchange(m_dem, dem);
     if (m_pane.setDem(dem)) {
         m_pane.setReducing(-1);
+        m_live.setCopy({}, 1);
         m_runs.setDem(m_pane.dem());
     } else if (!dem.isSameBandAs(before)) {
         showInput();
@@ -50,6 +52,7 @@ void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool v
         if (m_panel)
             m_panel->setChangeListener({});
         m_panel = panel;
+        m_live.setShown(m_panel == &m_observers);
         if (m_panel)
             m_panel->setChangeListener([this] { followChange(); });
         update(true);
@@ -107,11 +110,13 @@ void PreviewControl::showInput()
     m_pane.setReducing(-1);
     if (!m_runs.copy().isEmpty())
         m_pane.showInput(m_runs.copy(), m_runs.part());
+    m_live.setCopy(m_runs.copy(), m_dem.band);
 }
 
 void PreviewControl::showOutput()
 {
     m_pane.setComputing(-1);
+    m_live.dropLate();
     const QString table = m_runs.productRequest().toolInput.colorTableFile;
     ShownProduct product{.file = m_runs.product(),
                          .options = m_computedOptions,
@@ -129,12 +134,14 @@ void PreviewControl::showObservers()
     const bool shown = m_panel == &m_observers;
     m_pane.setObservers(shown ? m_observers.options().observers : QList<ObserverPoint>(),
                         m_observers.currentRow());
+    m_live.updateOptions();
 }
 
 void PreviewControl::placeObserver(int x, int y, const QSize &shown)
 {
-    if (m_panel == &m_observers)
-        moveObserver(m_observers.currentRow(), m_pane.groundAt(x, y, shown));
+    const QPointF ground = m_pane.groundAt(x, y, shown);
+    if (m_panel == &m_observers && !m_live.pin(ground))
+        moveObserver(m_observers.currentRow(), ground);
 }
 
 void PreviewControl::moveObserver(int row, const QPointF &ground)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/preview/LiveObservers.h"
 #include "app/preview/PreviewPane.h"
 #include "app/preview/Previews.h"
 
@@ -45,6 +46,7 @@ private:
     PreviewPane &m_pane;
     Previews &m_runs;
     intervisibilityOptionsWidget &m_observers;
+    LiveObservers m_live;
     optionsWidget *m_panel = nullptr;
     bool m_vector = false;
     bool m_isRenewed = true;          ///< the options changed since the product that is shown was computed

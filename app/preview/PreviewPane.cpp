@@ -39,8 +39,10 @@ PreviewPane::PreviewPane(QWidget *parent)
     m_legend->setObjectName(QStringLiteral("m_pMapLegend"));
     m_note->setObjectName(QStringLiteral("m_pLPreviewNote"));
     m_readout->setObjectName(QStringLiteral("m_pLPreviewReadout"));
-    for (QLabel *line : {m_note, m_readout}) // a long text is no reason for a wider window
+    for (QLabel *line : {m_note, m_readout}) { // a long text is no reason for a wider window
         line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        line->setMinimumHeight(fontMetrics().height()); // nor an empty one for a larger map
+    }
     connect(&m_drawing, &QTimer::timeout, this, &PreviewPane::drawLines);
     connect(&m_sampling, &QTimer::timeout, this, &PreviewPane::readHistogram);
     connectView();
@@ -70,6 +72,17 @@ void PreviewPane::connectView()
     connect(m_bar, &MapBar::slow, m_view, [this] { m_view->setOutdated(true); });
     connect(m_bar->swipeButton(), &QToolButton::toggled, this, &PreviewPane::setSwipe);
     connect(m_bar->legendButton(), &QToolButton::toggled, this, &PreviewPane::fitLegend);
+}
+
+QToolButton *PreviewPane::profileButton() const
+{
+    return m_bar->profileButton();
+}
+
+void PreviewPane::addBelow(QWidget *widget)
+{
+    const int belowMap = 2; // after the bar and the row of the map
+    static_cast<QVBoxLayout *>(layout())->insertWidget(belowMap, widget);
 }
 
 bool PreviewPane::setDem(const DemInfo &dem)

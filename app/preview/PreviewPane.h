@@ -17,8 +17,8 @@
 class LegendView;
 class MapBar;
 class MapView;
-class QBoxLayout;
 class QLabel;
+class QToolButton;
 
 /// A product of the reduced copy that is shown, and what its legend needs to know.
 struct ShownProduct
@@ -83,6 +83,10 @@ public:
     void setPlacing(bool placing);
 
     MapView *view() const { return m_view; }
+    QToolButton *profileButton() const;
+
+    /// Puts a widget below the map; the pane owns it from then on.
+    void addBelow(QWidget *widget);
 
     /// The DEM's coordinates at the place that MapView::clicked() reports.
     QPointF groundAt(int x, int y, const QSize &shown) const;

@@ -315,10 +315,9 @@ QList<ToolObserver> ObserverPointsModel::observers(const DemGround &copy) const
 {
     QList<ToolObserver> observers;
     for (const Row &row : m_rows) {
-        const auto ground = copy.surfaceElevation(row.point.position());
-        const auto altitude = absoluteAltitude(row.point, ground ? ground : row.ground);
-        if (row.point.enabled && altitude)
-            observers += {row.point.x, row.point.y, *altitude, row.point.maxDistance};
+        const auto observer = toolObserver(row.point, copy.surfaceElevation(row.point.position()), row.ground);
+        if (observer)
+            observers += *observer;
     }
     return observers;
 }

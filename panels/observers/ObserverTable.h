@@ -51,6 +51,9 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+    /// Says that a place has no ground for an observer whose height counts from it.
+    void warnOfGroundless();
+
 signals:
     void pasteRequested();
 
@@ -61,7 +64,6 @@ private:
     void toggleClicked(const QModelIndex &index);
     void enable(const QVector<int> &rows, bool on);
     void choosePresentRow(const QVector<int> &rows);
-    void warnOfGroundless();
     void showHistory();
     QVector<int> selectedRows() const;
 

@@ -62,6 +62,15 @@ std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::op
     return ground ? std::optional<double>(*ground + point.height) : std::nullopt;
 }
 
+std::optional<ToolObserver> toolObserver(const ObserverPoint &point, const std::optional<double> &copyGround,
+                                         const std::optional<double> &demGround)
+{
+    const auto altitude = absoluteAltitude(point, copyGround ? copyGround : demGround);
+    if (!point.enabled || !altitude)
+        return std::nullopt;
+    return ToolObserver{point.x, point.y, *altitude, point.maxDistance};
+}
+
 PointLinesReading readPointLines(const QString &text, const ObserverPoint &defaults)
 {
     static const QRegularExpression separators(QStringLiteral("[\\s;]+"));

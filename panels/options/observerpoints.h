@@ -88,6 +88,12 @@ struct ToolObserver
     double maxDistance; ///< in metres
 };
 
+/// The observer as the tool reads it from a copy of the DEM. copyGround: elevation of the copy under the
+/// observer; an observer on the DEM's own ground might stand below that of the copy. demGround: that of the
+/// DEM, for a place where the copy has no data. Nothing for an observer that is off or has no altitude.
+std::optional<ToolObserver> toolObserver(const ObserverPoint &point, const std::optional<double> &copyGround,
+                                         const std::optional<double> &demGround);
+
 /// Writes the shapefile "point.shp" into the folder: a layer "point" of 2.5D points without a CRS, with the
 /// distances in the field "Max_Dist". Returns its path; empty after any failure.
 QString writePointFile(const QString &folder, const QList<ToolObserver> &observers);
