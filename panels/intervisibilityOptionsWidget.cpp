@@ -193,12 +193,17 @@ void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &positio
         return;
     }
     chooseObserver(row);
-    const bool isGroundless = point.enabled && m_ground.isOpen()
-        && !absoluteAltitude(point, m_ground.surfaceElevation(point.position()));
-    if (isGroundless) // the box is shown when the mouse has let the observer go
+    m_model.setPoint(row, point);
+}
+
+void intervisibilityOptionsWidget::dropObserver(int row, const QPointF &position)
+{
+    const ObserverPoint point = row >= 0 ? m_model.point(row) : defaultPoint();
+    const bool needsGround = point.enabled && point.mode == AltitudeMode::Relative;
+    if (!needsGround || !m_ground.isOpen() || m_ground.surfaceElevation(position))
+        placeObserver(row, position);
+    else // the box is shown when the mouse has let the observer go
         QTimer::singleShot(0, this, [this] { m_table->warnOfGroundless(); });
-    else
-        m_model.setPoint(row, point);
 }
 
 void intervisibilityOptionsWidget::setDem(const DemInfo &dem)

@@ -51,9 +51,12 @@ public:
     void chooseObserver(int row);
 
     /// Moves the observer of the row to a position in the DEM's coordinates and makes the row the current one.
-    /// Where the observer's height needs a ground and the position has none, the observer stays and a message
-    /// box says so. For row -1 adds an observer at the position, with the default height, mode and distance.
+    /// For row -1 adds an observer at the position, with the default height, mode and distance.
     void placeObserver(int row, const QPointF &position);
+
+    /// Places an observer as the mouse has let it go. Where its height needs a ground and the position has
+    /// none, nothing changes, and a message box says so.
+    void dropObserver(int row, const QPointF &position);
 
 signals:
     void completeChanged();

@@ -146,6 +146,6 @@ void PreviewControl::placeObserver(int x, int y, const QSize &shown)
 
 void PreviewControl::moveObserver(int row, const QPointF &ground)
 {
-    m_observers.placeObserver(row, ground);
+    m_observers.dropObserver(row, ground);
     showObservers(); // an observer that could not be moved stands where it stood
 }
