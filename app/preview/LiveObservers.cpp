@@ -31,7 +31,8 @@ LiveObservers::LiveObservers(PreviewPane &pane, intervisibilityOptionsWidget &pa
     connect(m_profile, &ProfileView::closeRequested, pane.profileButton(),
             [&pane] { pane.profileButton()->setChecked(false); });
     connect(m_profile, &ProfileView::hovered, this, [this](double distance) {
-        m_pane.view()->setLinePlace(m_pane.scene().toCells(sampleAt(m_profile->profile(), distance).point));
+        m_pane.view()->setLinePlace(
+            m_pane.scene().grid().toCells(sampleAt(m_profile->profile(), distance).point));
     });
     connect(m_profile, &ProfileView::left, this, [this] { m_pane.view()->setLinePlace({}); });
     pane.setPlaceText([this](const QPointF &cell) { return seenText(cell); });
@@ -114,7 +115,7 @@ void LiveObservers::hover(const QPointF &cell)
 {
     if (m_profile->isHidden() || m_isPinned)
         return;
-    m_far = m_pane.scene().toGround(cell);
+    m_far = m_pane.scene().grid().toGround(cell);
     showProfile();
 }
 
@@ -135,8 +136,8 @@ void LiveObservers::showProfile()
         m_profile->setProfile(profile);
     QPolygonF line;
     if (profile.samples.size() > 1)
-        line << m_pane.scene().toCells(profile.samples.first().point)
-             << m_pane.scene().toCells(profile.samples.last().point);
+        line << m_pane.scene().grid().toCells(profile.samples.first().point)
+             << m_pane.scene().grid().toCells(profile.samples.last().point);
     m_pane.view()->setLine(line);
 }
 
@@ -147,7 +148,7 @@ QString LiveObservers::seenText(const QPointF &cell)
     const LiveTerrain *terrain = m_isShown ? m_copy.terrain() : nullptr;
     if (!terrain || m_options.observers.isEmpty() || m_options.observers.size() > mostObservers)
         return {};
-    const QPointF target = terrain->toCells(m_pane.scene().toGround(cell));
+    const QPointF target = terrain->toCells(m_pane.scene().grid().toGround(cell));
     const int column = qRound(target.x());
     const int row = qRound(target.y());
     QStringList seers;

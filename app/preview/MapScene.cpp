@@ -2,7 +2,6 @@
 
 #include "app/preview/map/relief.h"
 
-#include <cmath>
 #include <limits>
 
 bool MapScene::setDem(const DemInfo &dem)
@@ -10,11 +9,8 @@ bool MapScene::setDem(const DemInfo &dem)
     const bool another = !dem.isSameFileAs(m_dem);
     const bool anotherBand = !dem.isSameBandAs(m_dem);
     if (anotherBand)
-        m_ground = dem.path.isEmpty() ? DemGround() : DemGround(dem.path, dem.band);
+        m_grid = dem.path.isEmpty() ? MapGrid() : MapGrid(dem.path, dem.band);
     m_dem = dem;
-    m_mirroring = m_ground.isGeoreferenced()
-        ? Mirroring{.columns = m_ground.columnsRunWest(), .rows = m_ground.rowsRunNorth()}
-        : Mirroring();
     if (!anotherBand)
         return false;
     m_layers.ground.clear();
@@ -24,46 +20,15 @@ bool MapScene::setDem(const DemInfo &dem)
     return another;
 }
 
-QPointF MapScene::toGround(const QPointF &cell) const
-{
-    return m_ground.toGround(mirrored(cell, size(), m_mirroring));
-}
-
-QPointF MapScene::toCells(const QPointF &ground) const
-{
-    return mirrored(m_ground.toCells(ground), size(), m_mirroring);
-}
-
-QRect MapScene::otherSide(const QRect &part) const
-{
-    return mirrored(part, size(), m_mirroring);
-}
-
-QSizeF MapScene::cellMetres(const QPointF &cell) const
-{
-    const QPointF here = toGround(cell);
-    const QSizeF metres = m_ground.metresPerUnit(here);
-    const auto length = [&](const QPointF &there) {
-        const QPointF way = there - here;
-        return std::hypot(way.x() * metres.width(), way.y() * metres.height());
-    };
-    return {length(toGround(cell + QPointF(1.0, 0.0))), length(toGround(cell + QPointF(0.0, 1.0)))};
-}
-
-bool MapScene::isScaleKnown() const
-{
-    return !m_ground.crs().isEmpty();
-}
-
 void MapScene::addCopy(const QString &copy, const QRect &part)
 {
-    const ElevationGrid elevations = readElevations(copy, m_dem.band, m_mirroring);
+    const ElevationGrid elevations = readElevations(copy, m_dem.band, m_grid.mirroring());
     m_copySize = {elevations.width, elevations.height};
     m_copyPart = part;
     if (elevations.isEmpty())
         return;
-    const QRect shown = otherSide(part);
-    const QSizeF cell = cellMetres(QRectF(shown).center());
+    const QRect shown = m_grid.otherSide(part);
+    const QSizeF cell = m_grid.cellMetres(QRectF(shown).center());
     m_relief = softRelief(
         elevations,
         {cell.width() * part.width() / elevations.width, cell.height() * part.height() / elevations.height});
@@ -74,7 +39,7 @@ void MapScene::addProduct(const ProductPicture &product, const ProductLook &look
 {
     m_product = product;
     m_look = look;
-    m_productPart = otherSide(m_copyPart);
+    m_productPart = m_grid.otherSide(m_copyPart);
     m_layers.transparent = false;
     if (look.ramp == RampKind::Direction) // 0, a direction to the north, stands in cells without data, too
         m_product.picture = withoutVoids(product.picture, m_relief);
@@ -95,7 +60,7 @@ void MapScene::addLayer(const QImage &picture, bool renewed)
     if (renewed || m_layers.transparent) // lines of two pictures would be seen at once
         m_layers.product.clear();
     if (!picture.isNull())
-        MapPicture::add(m_layers.product, {picture, otherSide(m_copyPart)});
+        MapPicture::add(m_layers.product, {picture, m_grid.otherSide(m_copyPart)});
 }
 
 void MapScene::clearProduct()
@@ -117,28 +82,4 @@ double MapScene::productValue(const QPointF &cell) const
     if (column < 0 || row < 0 || column >= values.width || row >= values.height)
         return std::numeric_limits<double>::quiet_NaN();
     return static_cast<double>(values.cells.at(row * values.width + column));
-}
-
-std::function<double(int)> MapScene::cellArea(const QSize &picture) const
-{
-    if (!isScaleKnown() || picture.isEmpty())
-        return {};
-    const QRect shown = otherSide(m_copyPart);
-    return [this, picture, shown](int row) {
-        const double rows = static_cast<double>(shown.height()) / picture.height();
-        const double columns = static_cast<double>(shown.width()) / picture.width();
-        const QSizeF cell = cellMetres({QRectF(shown).center().x(), shown.top() + (row + 0.5) * rows});
-        return cell.width() * columns * cell.height() * rows;
-    };
-}
-
-std::array<double, 6> MapScene::pictureToGround(const QSize &picture) const
-{
-    const QRect part = otherSide(m_copyPart);
-    const QPointF origin = toGround(part.topLeft());
-    const QPointF right =
-        toGround(part.topLeft() + QPointF(part.width() / double(picture.width()), 0.0)) - origin;
-    const QPointF down =
-        toGround(part.topLeft() + QPointF(0.0, part.height() / double(picture.height()))) - origin;
-    return {origin.x(), right.x(), down.x(), origin.y(), right.y(), down.y()};
 }

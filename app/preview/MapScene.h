@@ -1,11 +1,9 @@
 #pragma once
 
+#include "app/preview/MapGrid.h"
 #include "app/preview/map/mappicture.h"
 #include "app/preview/map/productlook.h"
-#include "dataset/demground.h"
 #include "dataset/deminfo.h"
-
-#include <array>
 
 /// A DEM, its reduced copies and its product, as layers of a map. Cells are those of the map, with north above
 /// and west at the left, where nothing else is said; "ground" are coordinates of the DEM.
@@ -17,19 +15,9 @@ public:
     bool setDem(const DemInfo &dem);
 
     const DemInfo &dem() const { return m_dem; }
-    const DemGround &ground() const { return m_ground; }
-    QSize size() const { return {m_ground.width(), m_ground.height()}; }
-    const Mirroring &mirroring() const { return m_mirroring; }
-
-    QPointF toGround(const QPointF &cell) const;
-    QPointF toCells(const QPointF &ground) const;
-    /// The part of the DEM for a part of the map, and the other way round.
-    QRect otherSide(const QRect &part) const;
-    /// Width and height of a cell of the map around a place, in metres on the ground, or in units where their
-    /// length is not known.
-    QSizeF cellMetres(const QPointF &cell) const;
-    /// Whether the length of a unit of the coordinates is known.
-    bool isScaleKnown() const;
+    const MapGrid &grid() const { return m_grid; }
+    const DemGround &ground() const { return m_grid.ground(); }
+    QSize size() const { return m_grid.size(); }
 
     /// Adds a reduced copy as ground. part: cells of the DEM that it covers.
     void addCopy(const QString &copy, const QRect &part);
@@ -52,19 +40,11 @@ public:
     const ProductLook &look() const { return m_look; }
     double productValue(const QPointF &cell) const;
 
-    /// Area in square metres of a cell of a picture that covers the copy's part, by the picture's row; not
-    /// callable where the length of a unit is not known. The function must not outlive the scene.
-    std::function<double(int)> cellArea(const QSize &picture) const;
-
-    /// The affine transform, in GDAL's order, from pixels of a picture of the copy's part to the ground.
-    std::array<double, 6> pictureToGround(const QSize &picture) const;
-
 private:
     void addLayer(const QImage &picture, bool renewed);
 
     DemInfo m_dem;
-    DemGround m_ground;
-    Mirroring m_mirroring;
+    MapGrid m_grid;
     MapPicture m_layers;
     QImage m_relief; ///< of the copy
     QSize m_copySize;

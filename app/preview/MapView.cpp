@@ -12,6 +12,7 @@
 #include <QPinchGesture>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -21,6 +22,16 @@ namespace
 constexpr double zoomStep = 1.25;
 constexpr double doubleClickStep = 2.0;
 constexpr double swipeReach = 7.0; // pixels around the swipe line in which the mouse takes hold of it
+
+/// Whether the layers are the same pictures in the same places.
+bool isSame(const QVector<MapLayer> &layers, const QVector<MapLayer> &others)
+{
+    return std::equal(layers.begin(), layers.end(), others.begin(), others.end(),
+                      [](const MapLayer &layer, const MapLayer &other) {
+                          return layer.part == other.part
+                              && layer.picture.cacheKey() == other.picture.cacheKey();
+                      });
+}
 
 } // namespace
 
@@ -35,10 +46,16 @@ MapView::MapView(QWidget *parent)
 
 void MapView::setMap(const MapPicture &map)
 {
-    m_map = map;
-    m_map.paper = palette().color(QPalette::Base);
-    m_ground = QImage();
-    m_outdated = false;
+    MapPicture next = map;
+    next.paper = palette().color(QPalette::Base);
+    const bool sameGround = isSame(next.ground, m_map.ground) && next.paper == m_map.paper;
+    if (!sameGround)
+        m_ground = QImage();
+    if (!sameGround || next.transparent != m_map.transparent || !isSame(next.product, m_map.product)) {
+        m_hasProduct = false;
+        m_outdated = false;
+    }
+    m_map = next;
     update();
 }
 
@@ -130,10 +147,13 @@ void MapView::drawCanvases()
 {
     const double scale = devicePixelRatioF();
     const QSize size = (shownArea().size() * scale).toSize().expandedTo({1, 1});
-    if (m_ground.size() == size)
-        return;
-    m_ground = m_map.groundCanvas(m_view, size, scale);
-    m_product = m_map.productCanvas(m_view, size, scale, m_ground);
+    if (m_ground.size() != size) {
+        m_ground = m_map.groundCanvas(m_view, size, scale);
+        m_hasProduct = false;
+    }
+    if (!m_hasProduct)
+        m_product = m_map.productCanvas(m_view, size, scale, m_ground);
+    m_hasProduct = true;
 }
 
 void MapView::paintEvent(QPaintEvent *)
@@ -150,7 +170,7 @@ void MapView::paintEvent(QPaintEvent *)
     paintMap(painter);
     paintOver(painter);
     if (m_map.swipe && m_map.hasProduct())
-        paintSwipe(painter, area);
+        paintSwipe(painter, area, *m_map.swipe);
     paintText(painter);
     painter.setClipping(false);
     painter.setPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
@@ -185,42 +205,8 @@ void MapView::paintOver(QPainter &painter)
         paintLight(painter, here.area, *m_light);
     constexpr double room = 0.28; // of the map's width
     const double metresPerPixel = m_metresPerCell * m_view.width() / here.area.width();
-    const ScaleBar bar = scaleBar(metresPerPixel, room * here.area.width(), m_scaleKnown, locale());
-    if (bar.metres <= 0.0)
-        return;
-    constexpr double margin = 10.0;
-    const double textHeight = fontMetrics().height();
-    const double textWidth = QFontMetricsF(font()).horizontalAdvance(bar.text);
-    const QPointF end = here.area.bottomLeft() + QPointF(margin + 8.0, -margin - 8.0);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(255, 255, 255, 205));
-    painter.drawRoundedRect(QRectF(end + QPointF(-8.0, -textHeight - 8.0),
-                                   QSizeF(std::max(bar.length, textWidth) + 16.0, textHeight + 16.0)),
-                            3.0, 3.0);
-    painter.setPen(QPen(QColor(30, 36, 44), 1.6, Qt::SolidLine, Qt::FlatCap));
-    painter.drawPolyline(QPolygonF(
-        {end + QPointF(0.0, -5.0), end, end + QPointF(bar.length, 0.0), end + QPointF(bar.length, -5.0)}));
-    painter.drawText(end + QPointF(0.0, -7.0), bar.text);
-}
-
-void MapView::paintSwipe(QPainter &painter, const QRectF &area) const
-{
-    constexpr double knob = 9.0;
-    const double x = area.left() + area.width() * *m_map.swipe;
-    painter.setPen(QPen(QColor(0, 0, 0, 110), 3.6));
-    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
-    painter.setPen(QPen(Qt::white, 2.0));
-    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
-    const QPointF middle(x, area.center().y());
-    painter.setPen(QPen(QColor(0, 0, 0, 130), 1.0));
-    painter.setBrush(Qt::white);
-    painter.drawEllipse(middle, knob, knob);
-    painter.setPen(QPen(QColor(40, 52, 64), 1.6));
-    for (const double side : {-1.0, 1.0}) {
-        const QPointF tip = middle + QPointF(side * 5.5, 0.0);
-        painter.drawPolyline(
-            QPolygonF({tip + QPointF(-side * 3.0, -3.0), tip, tip + QPointF(-side * 3.0, 3.0)}));
-    }
+    paintScaleBar(painter, here.area,
+                  scaleBar(metresPerPixel, room * here.area.width(), m_scaleKnown, locale()));
 }
 
 /// The text, on a band across the upper part of the map.

@@ -45,7 +45,7 @@ public:
     /// length of a unit of the coordinates is not known.
     void setScale(double metresPerCell, bool known);
 
-    /// Draws the product pale, because it does not show the present options. setMap() ends that.
+    /// Draws the product pale, because it does not show the present options. Another product ends that.
     void setOutdated(bool outdated);
 
     /// Whether a double click zooms. It does not where a click already does something.
@@ -120,7 +120,6 @@ private:
     void paintMap(QPainter &painter);
     void paintOver(QPainter &painter);
     void paintText(QPainter &painter);
-    void paintSwipe(QPainter &painter, const QRectF &area) const;
     bool isOnSwipe(const QPointF &place) const;
     void zoom(const QPointF &place, double factor);
     void hover(const QPointF &place);
@@ -130,8 +129,9 @@ private:
     Qt::CursorShape restingCursor(const QPointF &place) const;
 
     MapPicture m_map;
-    QImage m_ground;  ///< canvas of the ground as it is shown; null: it has to be drawn
-    QImage m_product; ///< canvas of the product over it
+    QImage m_ground;           ///< canvas of the ground as it is shown; null: it has to be drawn
+    QImage m_product;          ///< canvas of the product over it
+    bool m_hasProduct = false; ///< that canvas is drawn
     QString m_text;
     QSize m_dem;
     QRectF m_view;

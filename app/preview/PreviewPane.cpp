@@ -5,6 +5,7 @@
 #include "app/preview/MapView.h"
 #include "app/preview/mapsaving.h"
 #include "app/preview/previewgeometry.h"
+#include "panels/options/lightazimuth.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -57,10 +58,11 @@ void PreviewPane::connectView()
     connect(m_view, &MapView::hovered, this, &PreviewPane::showReadout);
     connect(m_view, &MapView::left, m_readout, &QLabel::clear);
     connect(m_view, &MapView::markClicked, this, &PreviewPane::observerChosen);
-    connect(m_view, &MapView::markMoving, this,
-            [this](int mark, const QPointF &cell) { emit observerMoving(mark, m_scene.toGround(cell)); });
+    connect(m_view, &MapView::markMoving, this, [this](int mark, const QPointF &cell) {
+        emit observerMoving(mark, m_scene.grid().toGround(cell));
+    });
     connect(m_view, &MapView::markMoved, this,
-            [this](int mark, const QPointF &cell) { emit observerMoved(mark, m_scene.toGround(cell)); });
+            [this](int mark, const QPointF &cell) { emit observerMoved(mark, m_scene.grid().toGround(cell)); });
     connect(m_view, &MapView::opacityChosen, this, &PreviewPane::setOpacity);
     connect(m_view, &MapView::swipeMoved, this, [this](double share) { m_swipe = share; });
     connect(m_bar, &MapBar::opacityChanged, this, &PreviewPane::setOpacity);
@@ -123,15 +125,15 @@ PreviewDem PreviewPane::dem() const
 QRect PreviewPane::part() const
 {
     const bool whole = m_visible.size() == QSizeF(m_scene.size());
-    return m_scene.otherSide(previewPart(whole ? QRectF() : m_visible, m_scene.size(), m_observerCells));
+    return m_scene.grid().otherSide(previewPart(whole ? QRectF() : m_visible, m_scene.size(), m_observerCells));
 }
 
 void PreviewPane::setView(const QRectF &view)
 {
     m_visible = view;
     m_view->setView(m_scene.size(), view);
-    m_view->setScale(m_scene.ground().isOpen() ? m_scene.cellMetres(view.center()).width() : 0.0,
-                     m_scene.isScaleKnown());
+    m_view->setScale(m_scene.ground().isOpen() ? m_scene.grid().cellMetres(view.center()).width() : 0.0,
+                     m_scene.grid().isScaleKnown());
     reportPart();
 }
 
@@ -184,7 +186,7 @@ bool PreviewPane::showOutput(const ShownProduct &product)
     if (!product.vector) {
         const ProductLook look = lookOf(product.options, m_scene.ground().elevationUnit());
         const ProductPicture picture =
-            readProduct(product.file, look, product.turned ? Mirroring() : m_scene.mirroring());
+            readProduct(product.file, look, product.turned ? Mirroring() : m_scene.grid().mirroring());
         m_scene.addProduct(picture, look, product.renewed);
         showLayers();
         showLegend();
@@ -195,7 +197,7 @@ bool PreviewPane::showOutput(const ShownProduct &product)
         return false;
     constexpr double lineWidth = 0.9; // points on the screen, whatever the size of the picture
     constexpr int most = 4096;        // pixels a side
-    const QRect part = m_scene.otherSide(m_scene.copyPart());
+    const QRect part = m_scene.grid().otherSide(m_scene.copyPart());
     const QRectF shown = shownRect(m_visible, m_view->size());
     const double scale = m_visible.isEmpty() ? 1.0 : shown.width() / m_visible.width() * devicePixelRatioF();
     const QSize size = (QSizeF(part.size()) * scale).toSize().expandedTo({1, 1});
@@ -203,7 +205,10 @@ bool PreviewPane::showOutput(const ShownProduct &product)
                                                                  : size,
                      QImage::Format_ARGB32_Premultiplied);
     m_drawn.fill(Qt::transparent);
-    m_lines.begin(m_drawn, m_scene.pictureToGround(m_drawn.size()), lineWidth * devicePixelRatioF());
+    m_lines.begin(m_drawn,
+                  pixelsToGround([this](const QPointF &cell) { return m_scene.grid().toGround(cell); }, part,
+                                 m_drawn.size()),
+                  lineWidth * devicePixelRatioF());
     m_linesRenewed = product.renewed;
     m_drawing.start(0);
     showLegend();
@@ -234,8 +239,9 @@ void PreviewPane::showLiveOutput(const QImage &picture, const IntervisibilityOpt
 {
     stopDrawing();
     m_shown = ShownProduct{.options = options};
-    m_scene.addProduct({picture.mirrored(m_scene.mirroring().columns, m_scene.mirroring().rows), {}, {}},
-                       lookOf(options, m_scene.ground().elevationUnit()), true);
+    m_scene.addProduct(
+        {picture.mirrored(m_scene.grid().mirroring().columns, m_scene.grid().mirroring().rows), {}, {}},
+        lookOf(options, m_scene.ground().elevationUnit()), true);
     showLayers();
     showLegend();
 }
@@ -287,7 +293,8 @@ void PreviewPane::showLegend()
         facts.product = m_scene.product();
         facts.table = m_shown->table;
         facts.extremes = m_scene.dem().extremes;
-        facts.cellArea = m_scene.cellArea(facts.product.picture.size());
+        facts.cellArea = m_scene.grid().pixelArea(m_scene.grid().otherSide(m_scene.copyPart()),
+                                                  facts.product.picture.size());
     }
     m_legend->setLegend(legendOf(facts, locale()));
 }
@@ -313,7 +320,7 @@ QPolygonF PreviewPane::rangeOf(const ObserverPoint &observer) const
         const double angle = 2.0 * M_PI * corner / corners;
         const QPointF way(observer.maxDistance / metres.width() * std::cos(angle),
                           observer.maxDistance / metres.height() * std::sin(angle));
-        range += m_scene.toCells(observer.position() + way);
+        range += m_scene.grid().toCells(observer.position() + way);
     }
     constexpr double mostCells = 1e9; // a larger circle cannot be seen, and Qt would dash it without end
     const QRectF box = range.boundingRect();
@@ -328,7 +335,7 @@ void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int curren
     for (int row = 0; m_scene.ground().isOpen() && row < observers.size(); ++row) {
         const ObserverPoint &observer = observers.at(row);
         const bool isCurrent = row == current;
-        const QPointF cell = m_scene.toCells(observer.position());
+        const QPointF cell = m_scene.grid().toCells(observer.position());
         const bool hasRange = isCurrent || observers.size() <= mostRanges;
         marks += {cell, hasRange ? rangeOf(observer) : QPolygonF(), row + 1, observer.enabled, isCurrent};
         if (observer.enabled)
@@ -340,7 +347,7 @@ void PreviewPane::setObservers(const QList<ObserverPoint> &observers, int curren
 
 void PreviewPane::setCompass(const std::optional<double> &compass)
 {
-    m_view->setLight(compass ? std::optional(lightDirection(*compass)) : std::nullopt);
+    m_view->setLight(compass ? std::optional(lightAzimuth(*compass)) : std::nullopt);
 }
 
 void PreviewPane::setPlacing(bool placing)
@@ -350,13 +357,13 @@ void PreviewPane::setPlacing(bool placing)
 
 QPointF PreviewPane::groundAt(int x, int y, const QSize &shown) const
 {
-    return m_scene.toGround(m_view->cellAt(x, y, shown));
+    return m_scene.grid().toGround(m_view->cellAt(x, y, shown));
 }
 
 void PreviewPane::showReadout(const QPointF &cell)
 {
     const DemGround &ground = m_scene.ground();
-    const QPointF place = m_scene.toGround(cell);
+    const QPointF place = m_scene.grid().toGround(cell);
     const int decimals = coordinateDecimals(ground.cellSize());
     const auto elevation = ground.elevation(place);
     QString text =
@@ -402,8 +409,8 @@ void PreviewPane::showNote()
 
 MapPage PreviewPane::page()
 {
-    return mapPage(*m_view, m_visible, m_scene.cellMetres(m_visible.center()).width(), m_scene.isScaleKnown(),
-                   m_note->text(), m_legend->legend());
+    return mapPage(*m_view, m_visible, m_scene.grid().cellMetres(m_visible.center()).width(),
+                   m_scene.grid().isScaleKnown(), m_note->text(), m_legend->legend());
 }
 
 void PreviewPane::slot_copyPicture()

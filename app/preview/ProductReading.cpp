@@ -14,13 +14,6 @@ namespace
 constexpr int vectorCells = 4096; // on the longer side of lines without a DEM
 constexpr int stripRows = 32;     // of the picture, read at a time
 
-Mirroring mirroringOf(const DemGround &ground)
-{
-    return ground.isGeoreferenced()
-        ? Mirroring{.columns = ground.columnsRunWest(), .rows = ground.rowsRunNorth()}
-        : Mirroring();
-}
-
 } // namespace
 
 ProductReading::ProductReading(const QString &file, const std::optional<ProductSource> &source)
@@ -28,17 +21,16 @@ ProductReading::ProductReading(const QString &file, const std::optional<ProductS
     , m_raster(file)
     , m_lines(m_raster.isOpen() ? VectorPicture() : VectorPicture(file))
     , m_dem(source ? RasterPicture(source->dem, source->band) : RasterPicture())
-    , m_demGround(source ? DemGround(source->dem, source->band) : DemGround())
-    , m_ground(m_raster.isOpen() ? DemGround(file, 1) : m_demGround)
+    , m_demGrid(source ? MapGrid(source->dem, source->band) : MapGrid())
+    , m_grid(m_raster.isOpen() ? MapGrid(file, 1) : m_demGrid)
 {
     m_look.form = m_raster.isOpen() && m_raster.isGrey() ? ProductForm::Shade : ProductForm::Colors;
     if (source)
-        m_look = lookOf(source->options, m_demGround.elevationUnit());
+        m_look = lookOf(source->options, m_demGrid.ground().elevationUnit());
     else if (m_lines.isOpen())
         m_look.form = ProductForm::Lines;
-    m_mirroring = mirroringOf(m_ground);
-    if (m_ground.isOpen()) {
-        m_size = {m_ground.width(), m_ground.height()};
+    if (m_grid.isOpen()) {
+        m_size = m_grid.size();
         return;
     }
     if (!m_lines.isOpen())
@@ -51,31 +43,20 @@ ProductReading::ProductReading(const QString &file, const std::optional<ProductS
 
 QPointF ProductReading::toGround(const QPointF &cell) const
 {
-    if (m_ground.isOpen())
-        return m_ground.toGround(mirrored(cell, m_size, m_mirroring));
+    if (m_grid.isOpen())
+        return m_grid.toGround(cell);
     return {m_extent.left() + cell.x() / m_size.width() * m_extent.width(),
             m_extent.bottom() - cell.y() / m_size.height() * m_extent.height()}; // y grows northwards
 }
 
 QSizeF ProductReading::cellMetres(const QPointF &cell) const
 {
-    const QPointF here = toGround(cell);
-    const QSizeF metres = m_ground.metresPerUnit(here);
-    const auto length = [&](const QPointF &there) {
-        return std::hypot((there - here).x() * metres.width(), (there - here).y() * metres.height());
-    };
-    return {length(toGround(cell + QPointF(1.0, 0.0))), length(toGround(cell + QPointF(0.0, 1.0)))};
+    return m_grid.isOpen() ? m_grid.cellMetres(cell) : QSizeF(0.0, 0.0);
 }
 
 double ProductReading::cellSize() const
 {
-    return m_ground.isOpen() ? m_ground.cellSize() : m_extent.width() / std::max(1, m_size.width());
-}
-
-/// The part of the file for a part of the map.
-QRect ProductReading::filePart(const QRect &part) const
-{
-    return mirrored(part, m_size, m_mirroring);
+    return m_grid.isOpen() ? m_grid.ground().cellSize() : m_extent.width() / std::max(1, m_size.width());
 }
 
 /// The cells of the DEM for a part of the map; empty where they are not the product's own cells, as after a
@@ -83,12 +64,13 @@ QRect ProductReading::filePart(const QRect &part) const
 QRect ProductReading::demPart(const QRect &part) const
 {
     constexpr double tolerance = 0.01; // cells
-    if (!m_dem.isOpen() || m_look.form == ProductForm::Shade || m_demGround.crs() != m_ground.crs())
+    if (!m_dem.isOpen() || m_look.form == ProductForm::Shade
+        || m_demGrid.ground().crs() != m_grid.ground().crs())
         return {};
-    const QRect own = filePart(part);
-    const QPointF first = m_demGround.toCells(m_ground.toGround(own.topLeft()));
-    const QPointF last =
-        m_demGround.toCells(m_ground.toGround(own.topLeft() + QPointF(own.width(), own.height())));
+    const QRect own = m_grid.otherSide(part);
+    const QPointF first = m_demGrid.ground().toCells(m_grid.ground().toGround(own.topLeft()));
+    const QPointF last = m_demGrid.ground().toCells(
+        m_grid.ground().toGround(own.topLeft() + QPointF(own.width(), own.height())));
     const QRect there(qRound(first.x()), qRound(first.y()), own.width(), own.height());
     const bool sameCells = std::abs(first.x() - there.x()) < tolerance
         && std::abs(first.y() - there.y()) < tolerance
@@ -117,12 +99,8 @@ void ProductReading::begin(const QRectF &view, const QSize &pixels, double lineW
         return;
     m_drawn = QImage(m_pixels, QImage::Format_ARGB32_Premultiplied);
     m_drawn.fill(Qt::transparent);
-    const QPointF origin = toGround(m_part.topLeft());
-    const QPointF right = toGround(m_part.topLeft() + QPointF(m_part.width(), 0.0)) - origin;
-    const QPointF down = toGround(m_part.topLeft() + QPointF(0.0, m_part.height())) - origin;
     m_lines.begin(m_drawn,
-                  {origin.x(), right.x() / m_pixels.width(), down.x() / m_pixels.height(), origin.y(),
-                   right.y() / m_pixels.width(), down.y() / m_pixels.height()},
+                  pixelsToGround([this](const QPointF &cell) { return toGround(cell); }, m_part, m_pixels),
                   lineWidth);
     m_isDrawing = true;
 }
@@ -130,7 +108,7 @@ void ProductReading::begin(const QRectF &view, const QSize &pixels, double lineW
 /// Reads some rows of the picture, from those of the file that they show.
 void ProductReading::readStrip()
 {
-    const QRect file = filePart(m_part);
+    const QRect file = m_grid.otherSide(m_part);
     const QRect dem = demPart(m_part);
     const int end = std::min(m_nextRow + stripRows, m_pixels.height());
     const auto rowOf = [&](int row) {
@@ -187,14 +165,14 @@ void ProductReading::addTo(MapPicture &map) const
     QImage relief;
     if (!m_heights.isEmpty()) {
         const QSizeF cell = cellMetres(QRectF(m_part).center());
-        relief = softRelief(mirrored(m_heights, m_mirroring),
+        relief = softRelief(mirrored(m_heights, m_grid.mirroring()),
                             {cell.width() * m_part.width() / m_pixels.width(),
                              cell.height() * m_part.height() / m_pixels.height()});
     }
-    QImage picture =
-        m_lines.isOpen() ? m_drawn.copy() : m_colors.mirrored(m_mirroring.columns, m_mirroring.rows);
+    QImage picture = m_lines.isOpen() ? m_drawn.copy()
+                                      : m_colors.mirrored(m_grid.mirroring().columns, m_grid.mirroring().rows);
     if (!m_values.isEmpty())
-        picture = rampPicture(mirrored(m_values, m_mirroring),
+        picture = rampPicture(mirrored(m_values, m_grid.mirroring()),
                               m_ramp.value_or(rampOver(m_values, m_look.ramp, m_look.trigonometric)));
     map.transparent = m_lines.isOpen();
     QImage ground = relief;
@@ -211,7 +189,7 @@ void ProductReading::addTo(MapPicture &map) const
 double ProductReading::value(const QPointF &cell) const
 {
     const bool hasNumbers = m_raster.isOpen() && m_raster.isGrey();
-    const auto value = hasNumbers ? m_ground.elevation(toGround(cell)) : std::nullopt;
+    const auto value = hasNumbers ? m_grid.ground().elevation(toGround(cell)) : std::nullopt;
     return value.value_or(std::numeric_limits<double>::quiet_NaN());
 }
 
@@ -219,7 +197,7 @@ LegendFacts ProductReading::legendFacts() const
 {
     LegendFacts facts;
     facts.look = m_look;
-    facts.elevationUnit = m_demGround.elevationUnit();
+    facts.elevationUnit = m_demGrid.ground().elevationUnit();
     if (!m_source)
         return facts;
     facts.title = m_source->title;
@@ -230,15 +208,6 @@ LegendFacts ProductReading::legendFacts() const
         facts.product.ramp = m_ramp.value_or(rampOver(m_values, m_look.ramp, m_look.trigonometric));
         facts.product.picture = rampPicture(m_values, facts.product.ramp);
     }
-    if (!isScaleKnown())
-        return facts;
-    const QRect part = m_part;
-    const QSize pixels = m_pixels;
-    facts.cellArea = [this, part, pixels](int row) {
-        const double rows = static_cast<double>(part.height()) / pixels.height();
-        const double columns = static_cast<double>(part.width()) / pixels.width();
-        const QSizeF cell = cellMetres({QRectF(part).center().x(), part.top() + (row + 0.5) * rows});
-        return cell.width() * columns * cell.height() * rows;
-    };
+    facts.cellArea = m_grid.pixelArea(m_part, m_pixels);
     return facts;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "app/preview/MapGrid.h"
 #include "app/preview/map/mappicture.h"
 #include "app/preview/map/productlook.h"
-#include "dataset/demground.h"
 #include "dataset/rasterpicture.h"
 #include "dataset/vectorpicture.h"
 
@@ -32,9 +32,9 @@ public:
     /// Columns and rows of the map.
     QSize size() const { return m_size; }
     QPointF toGround(const QPointF &cell) const;
-    /// Width and height of a cell around a place in metres; 1 each where the length of a unit is not known.
+    /// As MapGrid has them; a cell of lines without a DEM has no length.
     QSizeF cellMetres(const QPointF &cell) const;
-    bool isScaleKnown() const { return !m_ground.crs().isEmpty(); }
+    bool isScaleKnown() const { return m_grid.isScaleKnown(); }
     /// The shorter side of a cell, in units of the coordinates.
     double cellSize() const;
 
@@ -61,16 +61,14 @@ public:
 private:
     void readStrip();
     QRect demPart(const QRect &part) const;
-    QRect filePart(const QRect &part) const;
 
     std::optional<ProductSource> m_source;
     ProductLook m_look;
     RasterPicture m_raster;
     VectorPicture m_lines;
     RasterPicture m_dem;
-    DemGround m_demGround;
-    DemGround m_ground; ///< of the product, or of the DEM under lines
-    Mirroring m_mirroring;
+    MapGrid m_demGrid;
+    MapGrid m_grid;  ///< of the product, or of the DEM under lines
     QRectF m_extent; ///< of lines without a DEM, in their coordinates
     QSize m_size;
 

@@ -168,3 +168,43 @@ void paintMapLine(QPainter &painter, const QPolygonF &line, const QPointF *place
     painter.setBrush(QColor(40, 52, 64));
     painter.drawEllipse(*place, dotRadius, dotRadius);
 }
+
+void paintScaleBar(QPainter &painter, const QRectF &area, const ScaleBar &bar)
+{
+    if (bar.metres <= 0.0)
+        return;
+    constexpr double margin = 18.0;
+    constexpr double inset = 8.0;
+    const QFontMetricsF metrics(painter.font());
+    const double width = std::max(bar.length, metrics.horizontalAdvance(bar.text));
+    const QPointF end = area.bottomLeft() + QPointF(margin, -margin);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(255, 255, 255, 205));
+    painter.drawRoundedRect(QRectF(end + QPointF(-inset, -metrics.height() - inset),
+                                   QSizeF(width + 2.0 * inset, metrics.height() + 2.0 * inset)),
+                            3.0, 3.0);
+    painter.setPen(QPen(QColor(30, 36, 44), 1.6, Qt::SolidLine, Qt::FlatCap));
+    painter.drawPolyline(QPolygonF(
+        {end + QPointF(0.0, -5.0), end, end + QPointF(bar.length, 0.0), end + QPointF(bar.length, -5.0)}));
+    painter.drawText(end + QPointF(0.0, -7.0), bar.text);
+}
+
+void paintSwipe(QPainter &painter, const QRectF &area, double share)
+{
+    constexpr double knob = 9.0;
+    const double x = area.left() + area.width() * share;
+    painter.setPen(QPen(QColor(0, 0, 0, 110), 3.6));
+    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+    painter.setPen(QPen(Qt::white, 2.0));
+    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+    const QPointF middle(x, area.center().y());
+    painter.setPen(QPen(QColor(0, 0, 0, 130), 1.0));
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(middle, knob, knob);
+    painter.setPen(QPen(QColor(40, 52, 64), 1.6));
+    for (const double side : {-1.0, 1.0}) {
+        const QPointF tip = middle + QPointF(side * 5.5, 0.0);
+        painter.drawPolyline(
+            QPolygonF({tip + QPointF(-side * 3.0, -3.0), tip, tip + QPointF(-side * 3.0, 3.0)}));
+    }
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/preview/map/scalebar.h"
+
 #include <QPointF>
 #include <QPolygonF>
 #include <QRectF>
@@ -48,3 +50,9 @@ void paintLight(QPainter &painter, const QRectF &area, double direction);
 
 /// Draws a line with a light rim, so that it is seen on any colour, and a place on it.
 void paintMapLine(QPainter &painter, const QPolygonF &line, const QPointF *place);
+
+/// Draws the scale bar in the lower left corner of `area`; none where it has no length.
+void paintScaleBar(QPainter &painter, const QRectF &area, const ScaleBar &bar);
+
+/// Draws the line between the DEM and its product, at a share of the width, with a knob to take hold of.
+void paintSwipe(QPainter &painter, const QRectF &area, double share);

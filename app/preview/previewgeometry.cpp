@@ -130,12 +130,6 @@ ElevationGrid mirrored(ElevationGrid grid, const Mirroring &mirroring)
     return grid;
 }
 
-double lightDirection(double compass)
-{
-    const double turn = std::fmod(270.0 - compass, 360.0);
-    return turn < 0.0 ? turn + 360.0 : turn;
-}
-
 int coordinateDecimals(double cellSize)
 {
     constexpr int most = 8;

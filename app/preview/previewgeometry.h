@@ -72,10 +72,6 @@ QRect mirrored(const QRect &part, const QSize &dem, const Mirroring &mirroring);
 /// A grid with those sides exchanged.
 ElevationGrid mirrored(ElevationGrid grid, const Mirroring &mirroring);
 
-/// The azimuth that a shaded relief is lit from, in degrees (0 to 360) clockwise from the picture's upper edge,
-/// which is north: the azimuth that the tool receives for the compass reading.
-double lightDirection(double compass);
-
 /// Number of decimals by which coordinates of neighbouring cells of that size differ.
 int coordinateDecimals(double cellSize);
 

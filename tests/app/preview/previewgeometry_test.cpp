@@ -10,7 +10,6 @@ private slots:
     void parts();
     void reductions();
     void zooming();
-    void lightDirections();
     void mirroredPlaces();
     void numbers();
 };
@@ -71,13 +70,6 @@ void PreviewGeometryTest::mirroredPlaces()
     const ElevationGrid grid{3, 2, {1, 2, 3, 4, 5, 6}};
     QCOMPARE(mirrored(grid, {.columns = true, .rows = false}).cells, QVector<float>({3, 2, 1, 6, 5, 4}));
     QCOMPARE(mirrored(grid, {.columns = false, .rows = true}).cells, QVector<float>({4, 5, 6, 1, 2, 3}));
-}
-
-void PreviewGeometryTest::lightDirections()
-{
-    QCOMPARE(lightDirection(315.0), 315.0);
-    QCOMPARE(lightDirection(0.0), 270.0);
-    QCOMPARE(lightDirection(225.0), 45.0);
 }
 
 void PreviewGeometryTest::numbers()
