@@ -120,7 +120,8 @@ void ProductReading::readStrip()
     const auto read = [&](const RasterPicture &raster, const QRect &part, ElevationGrid &grid) {
         const QVector<float> cells =
             raster.values({part.left(), part.top() + first, part.width(), count}, size);
-        std::copy(cells.begin(), cells.end(), grid.cells.begin() + m_nextRow * m_pixels.width());
+        std::copy(cells.begin(), cells.end(),
+                  grid.cells.begin() + static_cast<std::ptrdiff_t>(m_nextRow) * m_pixels.width());
     };
     if (!m_values.isEmpty())
         read(m_raster, file, m_values);

@@ -50,7 +50,9 @@ void drawHatch(cairo_t *context, const QRectF &place)
     cairo_clip(context);
     cairo_set_source_rgb(context, 0.69, 0.25, 0.59); // as voidHatch()
     cairo_set_line_width(context, 0.8);
-    for (double x = place.left() - place.height(); x < place.right(); x += step) {
+    const int lines = static_cast<int>((place.width() + place.height()) / step) + 1;
+    for (int line = 0; line < lines; ++line) {
+        const double x = place.left() - place.height() + line * step;
         cairo_move_to(context, x, place.bottom());
         cairo_line_to(context, x + place.height(), place.top());
     }

@@ -38,7 +38,7 @@ QBrush voidHatch(const QColor &paper, double scale)
     for (const int shift : {-side, 0, side}) // the neighbours' lines reach into the corners
         painter.drawLine(QPointF(shift - 1.0, side + 1.0), QPointF(shift + side + 1.0, -1.0));
     painter.end();
-    return QBrush(tile);
+    return {tile};
 }
 
 void MapPicture::add(QVector<MapLayer> &layers, const MapLayer &layer)

@@ -89,10 +89,12 @@ void addRamp(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
         strip.ticks = roundStripTicks(ramp.low, ramp.high, legendStripHeight, locale);
         return;
     }
-    for (double angle = 0.0; angle <= ramp.high; angle += quarter)
+    for (int turn = 0; turn * quarter <= ramp.high; ++turn) {
+        const double angle = turn * quarter;
         strip.ticks += {angle,
                         QStringLiteral("%1  %2").arg(locale.toString(angle, 'f', 0),
                                                      pointName(compassPoint(angle, ramp.trigonometric)))};
+    }
 }
 
 void addOptions(MapLegend &legend, const LegendFacts &facts, const ColorReliefOptions &, const QLocale &locale)

@@ -41,7 +41,7 @@ QRgb between(const Stops &stops, double place)
     const double at = std::clamp(place, 0.0, 1.0) * (stops.size() - 1);
     const int below = std::min(static_cast<int>(at), static_cast<int>(stops.size()) - 2);
     const double share = at - below;
-    const auto mix = [share](int from, int to) { return static_cast<int>(from + share * (to - from) + 0.5); };
+    const auto mix = [share](int from, int to) { return qRound(from + share * (to - from)); };
     const QRgb from = stops.at(below);
     const QRgb to = stops.at(below + 1);
     return qRgb(mix(qRed(from), qRed(to)), mix(qGreen(from), qGreen(to)), mix(qBlue(from), qBlue(to)));
