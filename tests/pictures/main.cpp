@@ -5,6 +5,7 @@
 // The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language, and once
 // with the colours of a dark desktop.
 
+#include "app/preview/MapView.h"
 #include "app/preview/PreviewDialog.h"
 #include "app/preview/profile/ProfileView.h"
 #include "app/series/SeriesResultDialog.h"
@@ -108,12 +109,19 @@ void addProgress(Album &album)
     album.add(wheel, QStringLiteral("wheel"));
 }
 
-/// Longer than the pause after a change and a run on a reduced copy take.
-void waitForPreview()
+/// Waits until a map shows a product, which takes a moment on a busy machine.
+void waitForPreview(const QWidget *window = nullptr)
 {
-    QEventLoop loop;
-    QTimer::singleShot(1500, &loop, &QEventLoop::quit);
-    loop.exec();
+    const auto map = window ? window->findChild<MapView *>() : nullptr;
+    const auto wait = [](int milliseconds) {
+        QEventLoop loop;
+        QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+        loop.exec();
+    };
+    constexpr int patience = 20; // seconds at most
+    for (int turn = 0; map && !map->map().hasProduct() && turn < 2 * patience; ++turn)
+        wait(500);
+    wait(1500); // the last slices of a drawing, and windows without a map
 }
 
 void addMainDialog(Album &album)
@@ -131,12 +139,13 @@ void addMainDialog(Album &album)
         dialog.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
     dialog.findChild<QLineEdit *>(QStringLiteral("m_pLEElevationInterval"))->setText(QStringLiteral("100.000"));
     dialog.resize(1354, 728); // larger than the screen of the offscreen platform
+    dialog.show();            // a map that nobody sees is not computed
     const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
     for (int index = 0; index < tabs->count(); ++index) {
         if (!tabs->isTabVisible(index))
             continue;
         tabs->setCurrentIndex(index);
-        waitForPreview();
+        waitForPreview(&dialog);
         album.add(dialog, tabs->widget(index)->objectName());
     }
     // The notes below the fields of options that cannot be used.
@@ -326,7 +335,7 @@ void addResults(Album &album)
     PreviewDialog relief(
         slope, ProductSource{SlopeOptions(), dem, 1, labelText(processRow(Process::Slope).title)}, nullptr);
     relief.show();
-    waitForPreview();
+    waitForPreview(&relief);
     album.add(relief, QStringLiteral("preview"));
 
     result.picture = QStringLiteral(":/QuvoGdalUtilities/images/cancel2.png");

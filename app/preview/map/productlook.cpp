@@ -242,7 +242,9 @@ ProductPicture readProduct(const QString &path, const ProductLook &look, const M
 MapLegend legendOf(const LegendFacts &facts, const QLocale &locale)
 {
     MapLegend legend;
-    legend.title = facts.title;
+    const bool isIndex =
+        std::holds_alternative<TerrainIndexOptions>(facts.options) && !facts.look.name.isEmpty();
+    legend.title = isIndex ? facts.look.name : facts.title; // three indices share a tab
     std::visit([&](const auto &options) { addOptions(legend, facts, options, locale); }, facts.options);
     if (facts.look.form != ProductForm::Lines
         && hasVoids(facts.product.picture.convertToFormat(QImage::Format_ARGB32)))
