@@ -318,6 +318,8 @@ void MapView::mousePressEvent(QMouseEvent *event)
     m_drag = m_draggedMark >= 0 ? Drag::Mark : isOnSwipe(event->localPos()) ? Drag::Swipe : Drag::View;
     m_marksAtPress = m_marks;
     m_moved = false;
+    if (m_draggedMark >= 0) // a pin is held by its head, and its point moves
+        m_grip = toPlace(m_marks.at(m_draggedMark).position) - event->localPos();
 }
 
 void MapView::hover(const QPointF &place)
@@ -357,8 +359,9 @@ void MapView::dragMark(const QPointF &place)
 {
     const QRectF area = shownArea();
     MapMark &mark = m_marks[m_draggedMark];
-    const QPointF cell = toCells({qBound(area.left(), place.x(), area.right() - 0.01),
-                                  qBound(area.top(), place.y(), area.bottom() - 0.01)});
+    const QPointF point = place + m_grip;
+    const QPointF cell = toCells({qBound(area.left(), point.x(), area.right() - 0.01),
+                                  qBound(area.top(), point.y(), area.bottom() - 0.01)});
     mark.range.translate(cell - mark.position);
     mark.position = cell;
     update();

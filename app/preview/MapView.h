@@ -145,6 +145,7 @@ private:
     bool m_doubleClickZooms = true;
     Drag m_drag = Drag::None;
     int m_draggedMark = -1;
+    QPointF m_grip;                   ///< from the mouse to the dragged mark's place, in pixels
     std::optional<QPointF> m_pressed; ///< place where the left button went down
     bool m_moved = false;             ///< the mouse has left that place
     QRectF m_viewAtPress;

@@ -2,8 +2,10 @@
 
 #include <QColor>
 #include <QFontMetricsF>
+#include <QIcon>
 #include <QLineF>
 #include <QPainter>
+#include <QPixmap>
 #include <QString>
 #include <QtMath>
 
@@ -17,12 +19,21 @@ const QColor markColor(200, 85, 61);
 const QColor offColor(120, 132, 144);
 constexpr double discRadius = 9.0;
 constexpr double dotRadius = 4.0;
+constexpr double pinSide = 38.0;
+constexpr double pinPoint = 22.5 / 24.0; // place of the point and of the head's middle in the picture's height
+constexpr double pinMiddle = 9.0 / 24.0;
 constexpr int mostDiscs = 150; // more numbers would hide the map and each other
 constexpr int mostDots = 2500; // more dots are drawn as points
 
 bool isVisible(const MapMark &mark, const Places &places)
 {
     return places.view.adjusted(-1.0, -1.0, 1.0, 1.0).contains(mark.position);
+}
+
+/// The middle of a pin's head.
+QPointF pinHead(const QPointF &place)
+{
+    return place - QPointF(0.0, pinSide * (pinPoint - pinMiddle));
 }
 
 void paintRange(QPainter &painter, const MapMark &mark, const Places &places)
@@ -37,17 +48,8 @@ void paintRange(QPainter &painter, const MapMark &mark, const Places &places)
     painter.drawPolygon(range);
 }
 
-void paintDisc(QPainter &painter, const MapMark &mark, const QPointF &place)
+void paintNumber(QPainter &painter, const MapMark &mark, const QPointF &place)
 {
-    const double radius = mark.current ? discRadius + 2.0 : discRadius;
-    if (mark.current) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor(0, 0, 0, 90));
-        painter.drawEllipse(place, radius + 3.0, radius + 3.0);
-    }
-    painter.setPen(QPen(Qt::white, mark.current ? 2.4 : 1.6));
-    painter.setBrush(mark.enabled ? markColor : offColor);
-    painter.drawEllipse(place, radius, radius);
     if (mark.number == 0)
         return;
     const QString text = QString::number(mark.number);
@@ -57,6 +59,28 @@ void paintDisc(QPainter &painter, const MapMark &mark, const QPointF &place)
     painter.setFont(font);
     painter.setPen(Qt::white);
     painter.drawText(QRectF(place - QPointF(20.0, 20.0), QSizeF(40.0, 40.0)), Qt::AlignCenter, text);
+}
+
+void paintDisc(QPainter &painter, const MapMark &mark, const QPointF &place)
+{
+    painter.setPen(QPen(Qt::white, 1.6));
+    painter.setBrush(mark.enabled ? markColor : offColor);
+    painter.drawEllipse(place, discRadius, discRadius);
+    paintNumber(painter, mark, place);
+}
+
+/// The current observer: a pin whose point stands on its place, with the number in its head.
+void paintPin(QPainter &painter, const MapMark &mark, const QPointF &place)
+{
+    const QPixmap pin = QIcon(QStringLiteral(":/QuvoGdalUtilities/images/marker3.png")).pixmap(qRound(pinSide));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(QRectF(place - QPointF(pinSide / 2.0, pinSide * pinPoint), QSizeF(pinSide, pinSide)),
+                       pin, QRectF(pin.rect()));
+    const QPointF head = pinHead(place);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(mark.enabled ? markColor : offColor);
+    painter.drawEllipse(head, discRadius, discRadius);
+    paintNumber(painter, mark, head);
 }
 
 void paintDots(QPainter &painter, const QVector<const MapMark *> &marks, const Places &places)
@@ -113,7 +137,7 @@ void paintMarks(QPainter &painter, const QVector<MapMark> &marks, const Places &
     }
     painter.setRenderHint(QPainter::Antialiasing, true);
     if (current && isVisible(*current, places))
-        paintDisc(painter, *current, places.toPlace(current->position));
+        paintPin(painter, *current, places.toPlace(current->position));
     painter.restore();
 }
 
@@ -122,12 +146,14 @@ int markAt(const QVector<MapMark> &marks, const Places &places, const QPointF &p
     constexpr double reach = discRadius + 1.0;
     int found = -1;
     for (int mark = 0; mark < marks.size(); ++mark) {
-        const QPointF way = places.toPlace(marks.at(mark).position) - place;
-        if (std::hypot(way.x(), way.y()) > reach)
-            continue;
-        if (marks.at(mark).current) // it is drawn above the others
+        const QPointF point = places.toPlace(marks.at(mark).position);
+        const QPointF way = place - point;
+        const QPointF headWay = place - pinHead(point);
+        const bool isCurrent = marks.at(mark).current; // it is drawn above the others
+        if (isCurrent && std::min(std::hypot(way.x(), way.y()), std::hypot(headWay.x(), headWay.y())) <= reach)
             return mark;
-        found = mark;
+        if (std::hypot(way.x(), way.y()) <= reach)
+            found = mark;
     }
     return found;
 }

@@ -135,8 +135,8 @@ void addMainDialog(Album &album)
     dialog.setInputDem(folder.filePath(QStringLiteral("dem.tif")));
     dialog.findChild<colorReliefOptionsWidget *>()->loadLibrary(
         QStringLiteral(QUVO_TREE "/libraries/colormap"));
-    for (int point = 0; point < 3; ++point)
-        dialog.findChild<intervisibilityOptionsWidget *>()->slot_addNewPoint();
+    for (const QPointF &place : {QPointF(548700, 5151300), QPointF(566300, 5154400), QPointF(560200, 5141100)})
+        dialog.findChild<intervisibilityOptionsWidget *>()->placeObserver(-1, place);
     dialog.findChild<QLineEdit *>(QStringLiteral("m_pLEElevationInterval"))->setText(QStringLiteral("100.000"));
     dialog.resize(1354, 728); // larger than the screen of the offscreen platform
     dialog.show();            // a map that nobody sees is not computed
