@@ -214,9 +214,14 @@ void MapWindowTest::manyChangesLeaveNothing()
                 QTest::qWait(turn % 20 == 0 ? 300 : random.bounded(3)); // now and then a run starts
             }
             dialog.showTab(lastTab);
-            QTest::qWait(50 + random.bounded(100)); // the last change finds a run under way
-            dialog.find<QAbstractSlider>("m_pAltitudeSlider")->setValue(random.bounded(90));
-            dialog.panel()->placeObserver(0, dialog.scene().toGround(start * random.generateDouble()));
+            QTRY_VERIFY_WITH_TIMEOUT(dialog.isSettled(), wait);
+            for (int turn = 0; turn < 2; ++turn) { // the last change finds a run under way
+                if (lastTab == 4)
+                    dialog.panel()->placeObserver(0, dialog.scene().toGround(start * random.generateDouble()));
+                else
+                    dialog.find<QAbstractSlider>("m_pAltitudeSlider")->setValue(random.bounded(90));
+                QTest::qWait(15 * (1 - turn));
+            }
             anew.window.setRecipe(dialog.window.recipe());
             emit anew.map()->viewChanged(dialog.map()->view());
             const auto isSame = [&] {
@@ -316,17 +321,25 @@ void MapWindowTest::zoomNeverEmptiesTheMap()
     for (const Qt::Key key :
          {Qt::Key_Plus, Qt::Key_Plus, Qt::Key_Plus, Qt::Key_Right, Qt::Key_Minus, Qt::Key_Down, Qt::Key_Plus}) {
         QTest::keyClick(dialog.map(), key);
-        for (int turn = 0; turn < 12; ++turn) {
-            QVERIFY(isCovered());
-            QTest::qWait(10);
-        }
+        QVERIFY(isCovered());
+        QTest::qWait(30);
     }
     const auto isFine = [&](const MapLayer &layer) { return cellSize(layer) == 1.0 && covers(layer); };
-    QTRY_VERIFY_WITH_TIMEOUT(isFine(map.ground.last()) && isFine(map.product.last()), wait);
+    for (int turn = 0; turn < 5; ++turn) { // more parts than the map keeps
+        QTRY_VERIFY_WITH_TIMEOUT(isFine(map.ground.last()) && isFine(map.product.last()), wait);
+        QTest::keyClick(dialog.map(), turn % 2 ? Qt::Key_Left : Qt::Key_Up);
+        QVERIFY(isCovered());
+    }
     QTest::keyClick(dialog.map(), Qt::Key_0);
     QVERIFY(isCovered());
     QTRY_VERIFY_WITH_TIMEOUT(cellSize(map.product.last()) == 1.25 && !hasChildren(), wait);
-    QVERIFY(isCovered());
+
+    for (int turn = 0; turn < 4; ++turn)
+        QTest::keyClick(dialog.map(), Qt::Key_Plus);
+    QTRY_VERIFY_WITH_TIMEOUT(isFine(map.product.last()), wait);
+    QCOMPARE(map.product.size(), 2);
+    dialog.find<QRadioButton>("m_pRBPercentSlope")->click();
+    QTRY_COMPARE_WITH_TIMEOUT(map.product.size(), 1, wait); // that of the whole is of other options
 }
 
 void MapWindowTest::copiesAreAverages()
