@@ -196,14 +196,17 @@ void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &positio
     m_model.setPoint(row, point);
 }
 
-void intervisibilityOptionsWidget::dropObserver(int row, const QPointF &position)
+bool intervisibilityOptionsWidget::dropObserver(int row, const QPointF &position)
 {
     const ObserverPoint point = row >= 0 ? m_model.point(row) : defaultPoint();
     const bool needsGround = point.enabled && point.mode == AltitudeMode::Relative;
-    if (!needsGround || !m_ground.isOpen() || m_ground.surfaceElevation(position))
-        placeObserver(row, position);
-    else // the box is shown when the mouse has let the observer go
+    if (needsGround && m_ground.isOpen() && !m_ground.surfaceElevation(position)) {
+        // The box is shown when the mouse has let the observer go.
         QTimer::singleShot(0, this, [this] { m_table->warnOfGroundless(); });
+        return false;
+    }
+    placeObserver(row, position);
+    return true;
 }
 
 void intervisibilityOptionsWidget::setDem(const DemInfo &dem)

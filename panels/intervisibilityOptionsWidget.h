@@ -55,8 +55,8 @@ public:
     void placeObserver(int row, const QPointF &position);
 
     /// Places an observer as the mouse has let it go. Where its height needs a ground and the position has
-    /// none, nothing changes, and a message box says so.
-    void dropObserver(int row, const QPointF &position);
+    /// none, nothing changes, and a message box says so. Returns whether the observer was placed.
+    bool dropObserver(int row, const QPointF &position);
 
 signals:
     void completeChanged();

@@ -84,6 +84,11 @@ void LiveObservers::follow(int row, const QPointF &ground)
     m_viewshed.request(reading.request);
 }
 
+void LiveObservers::stay(int row)
+{
+    follow(row, m_panel.options().observers.value(row).position());
+}
+
 void LiveObservers::showSeen(int number, const SeenCells &cells)
 {
     Q_UNUSED(number)

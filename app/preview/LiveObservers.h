@@ -33,6 +33,10 @@ public:
     /// The tool's own product is here: a live picture that is still under way would hide it.
     void dropLate() { m_viewshed.cancel(); }
 
+    /// A dragged observer could not be moved: shows what it sees where it still stands, in place of what it saw
+    /// on the way. `row` may be -1: nothing is shown.
+    void stay(int row);
+
     /// Where the profile is shown, pins its far end at a place of the DEM, or lets it follow the mouse again.
     /// Returns whether it is shown.
     bool pin(const QPointF &ground);

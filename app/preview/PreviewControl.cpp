@@ -146,6 +146,7 @@ void PreviewControl::placeObserver(int x, int y, const QSize &shown)
 
 void PreviewControl::moveObserver(int row, const QPointF &ground)
 {
-    m_observers.dropObserver(row, ground);
+    if (!m_observers.dropObserver(row, ground))
+        m_live.stay(row);
     showObservers(); // an observer that could not be moved stands where it stood
 }

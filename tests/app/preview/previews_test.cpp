@@ -1,36 +1,26 @@
-#include "app/preview/MapView.h"
 #include "app/preview/PreviewDialog.h"
-#include "app/preview/PreviewPane.h"
-#include "app/preview/previewgeometry.h"
 #include "dataset/rasterpicture.h"
 #include "panels/colorReliefOptionsWidget.h"
-#include "panels/intervisibilityOptionsWidget.h"
 #include "tests/support/files.h"
-#include "tests/support/maindialog.h"
+#include "tests/support/mapdialog.h"
 
-#include <QAbstractSlider>
-#include <QCheckBox>
 #include <QComboBox>
-#include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMouseEvent>
 #include <QProcess>
 #include <QRadioButton>
-#include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QTabWidget>
 #include <QTableView>
 
 #include <gdal_priv.h>
 
-class PreviewsTest : public MainDialogFixture
+class PreviewsTest : public MapFixture
 {
     Q_OBJECT
 
 private slots:
     void initTestCase() { setUpProgram(); }
-    void init();
+    void init() { setUpMap(1000); }
 
     void placesAndCoordinates_data();
     void placesAndCoordinates();
@@ -45,38 +35,12 @@ private slots:
     void aPartIsSeenAtFullResolution();
     void launchStopsPreviews();
     void failureIsReportedOnce();
-    void manyChangesLeaveNothing();
 };
 
 namespace
 {
 
-/// The dialog with its previews shown.
-struct Dialog : ShownDialog
-{
-    explicit Dialog(const ToolPaths &tools)
-        : ShownDialog(tools)
-    {
-        window.resize(1400, 800); // wide enough for options and previews
-    }
-    MapView *map() { return find<MapView>("m_pLInputImgPreview"); }
-    const MapScene &scene() { return find<PreviewPane>("m_pGrpBPreviews")->scene(); }
-    /// The finest picture of the ground, and the product as its tool made it.
-    QImage ground() { return hasGround() ? map()->map().ground.last().picture : QImage(); }
-    QImage product() { return scene().product().picture; }
-    QImage lines() { return hasOutput() ? map()->map().product.last().picture : QImage(); }
-    bool hasGround() { return !map()->map().ground.isEmpty(); }
-    void showTab(int tab) { find<QTabWidget>("m_pTabWidget")->setCurrentIndex(tab); }
-    bool hasOutput() { return map()->map().hasProduct(); }
-};
-
-/// The place of a cell in the widget.
-QPoint placeOf(const MapView &label, const QPointF &cell)
-{
-    const QRectF shown = shownRect(label.view(), label.size());
-    return (shown.topLeft() + (cell - label.view().topLeft()) * (shown.width() / label.view().width()))
-        .toPoint();
-}
+using Dialog = MapDialog;
 
 /// The product that a large view shows.
 QImage pictureOf(const MapView &view)
@@ -84,22 +48,7 @@ QImage pictureOf(const MapView &view)
     return view.map().product.isEmpty() ? QImage() : view.map().product.last().picture;
 }
 
-/// Whether a child process of this one is alive.
-bool hasChildren()
-{
-    QFile children(QStringLiteral("/proc/self/task/%1/children").arg(QCoreApplication::applicationPid()));
-    return children.open(QIODevice::ReadOnly) && !children.readAll().trimmed().isEmpty();
-}
-
 } // namespace
-
-void PreviewsTest::init()
-{
-    qunsetenv("TMPDIR");
-    setUpTest(1000);
-    QVERIFY(QDir().mkpath(path("tmp")));
-    qputenv("TMPDIR", path("tmp").toUtf8());
-}
 
 void PreviewsTest::placesAndCoordinates_data()
 {
@@ -187,16 +136,12 @@ void PreviewsTest::productIsTheToolsOwn()
     dialog.window.setInputDem(path("dem.tif"));
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
 
-    const auto fileNamed = [this](const QString &name) {
-        QDirIterator files(path("tmp"), {name}, QDir::Files, QDirIterator::Subdirectories);
-        return files.hasNext() ? files.next() : QString();
-    };
-    arguments.replaceInStrings(QRegularExpression("^in$"), fileNamed("tempoReducedImg"));
+    arguments.replaceInStrings(QRegularExpression("^in$"), mapFileNamed("tempoReducedImg"));
     arguments.replaceInStrings(QRegularExpression("^out$"), path("by hand.tif"));
     arguments.replaceInStrings(QRegularExpression("^table$"),
                                QStringLiteral(QUVO_TREE "/libraries/colormap/dtm.txt"));
     QCOMPARE(QProcess::execute(m_tools.dem, arguments), 0);
-    QVERIFY(bytesOf(fileNamed("tempoPreviewImage")) == bytesOf(path("by hand.tif")));
+    QVERIFY(bytesOf(mapFileNamed("tempoPreviewImage")) == bytesOf(path("by hand.tif")));
     const ProductPicture byHand = readProduct(path("by hand.tif"), dialog.scene().look(), {});
     QCOMPARE(byHand.picture.size(), QSize(800, 800));
     QCOMPARE(dialog.product(), byHand.picture);
@@ -308,23 +253,21 @@ void PreviewsTest::observersAreSetInThePicture()
         const ObserverPoint point = panel->options().observers.value(0);
         return DemGround(path("dem.tif"), 1).toCells(point.position());
     };
-    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, placeOf(*dialog.map(), {250, 750}));
+    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, dialog.placeOf({250, 750}));
     QCOMPARE(panel->options().observers.size(), 1);
     QVERIFY(QLineF(cellOfFirst(), {250, 750}).length() < 1000.0 / dialog.map()->width() * 2);
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000);
 
     const QImage before = dialog.product();
-    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, placeOf(*dialog.map(), {500, 250}));
+    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, dialog.placeOf({500, 250}));
     QCOMPARE(panel->options().observers.size(), 1); // the click moves the current observer
-    const QPoint from = placeOf(*dialog.map(), cellOfFirst());
-    const QPoint to = placeOf(*dialog.map(), {800, 800});
+    const QPoint from = dialog.placeOf(cellOfFirst());
+    const QPoint to = dialog.placeOf({800, 800});
     for (const bool escape : {true, false}) {
         const QPointF start = cellOfFirst();
         QTest::mousePress(dialog.map(), Qt::LeftButton, {}, from);
-        for (const QPoint &place : {(from + to) / 2, to}) {
-            QMouseEvent move(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton, {});
-            QApplication::sendEvent(dialog.map(), &move);
-        }
+        for (const QPoint &place : {(from + to) / 2, to})
+            dialog.moveTo(place);
         if (escape)
             QTest::keyClick(dialog.map(), Qt::Key_Escape); // leaves the drag, not the window
         QTest::mouseRelease(dialog.map(), Qt::LeftButton, {}, to);
@@ -359,7 +302,7 @@ void PreviewsTest::observersOfAnyKind()
         QVERIFY2(!model->setData(model->index(0, ObserverPointsModel::DistanceColumn), unusable), unusable);
     QVERIFY(!dialog.map()->grab().isNull()); // drawing so large a circle ends
     panel->placeObserver(-1, ground.toGround({200.5, 200.5}));
-    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, placeOf(*dialog.map(), {800.5, 800.5}));
+    QTest::mouseClick(dialog.map(), Qt::LeftButton, {}, dialog.placeOf({800.5, 800.5}));
     QCOMPARE(panel->currentRow(), 0); // a click on the mark of an observer selects it
     QCOMPARE(panel->options().observers.at(1).position(), ground.toGround({200.5, 200.5}));
     QVERIFY(Prompt::takeShown().isEmpty());
@@ -426,43 +369,6 @@ void PreviewsTest::failureIsReportedOnce()
     dialog.window.close();
     QVERIFY(
         QSettings("KARVEX", "Riglios").value("LastGeometry/showPreview").toBool()); // the user's choice is kept
-}
-
-void PreviewsTest::manyChangesLeaveNothing()
-{
-    {
-        Dialog dialog(m_tools);
-        dialog.window.setInputDem(path("dem.tif"));
-        QRandomGenerator random(7);
-        const QList<QAbstractSlider *> sliders = dialog.window.findChildren<QAbstractSlider *>();
-        const QList<QCheckBox *> boxes = dialog.window.findChildren<QCheckBox *>();
-        const QList<QRadioButton *> buttons = dialog.window.findChildren<QRadioButton *>();
-        dialog.find<QLineEdit>("m_pLEElevationInterval")->setText("10.000");
-        for (int change = 0; change < 200; ++change) {
-            switch (random.bounded(5)) {
-            case 0:
-                dialog.showTab(random.bounded(7));
-                break;
-            case 1:
-                sliders.at(random.bounded(int(sliders.size())))->setValue(random.bounded(90));
-                break;
-            case 2:
-                boxes.at(random.bounded(int(boxes.size())))->toggle();
-                break;
-            case 3:
-                buttons.at(random.bounded(int(buttons.size())))->click();
-                break;
-            default:
-                QTest::keyClick(dialog.map(), random.bounded(2) ? Qt::Key_Plus : Qt::Key_Right);
-            }
-            QTest::qWait(change % 20 == 0 ? 420
-                                          : random.bounded(3)); // long enough for a run to start now and then
-        }
-        QVERIFY(Prompt::takeShown().isEmpty());
-    }
-    QVERIFY(!hasChildren());
-    QVERIFY(QDir(path("tmp")).isEmpty());
-    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList{"dem.tif"});
 }
 
 QTEST_MAIN(PreviewsTest)
