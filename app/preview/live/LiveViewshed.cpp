@@ -1,5 +1,7 @@
 #include "app/preview/live/LiveViewshed.h"
 
+#include <algorithm>
+#include <memory>
 #include <new>
 
 namespace
@@ -80,22 +82,22 @@ void LiveViewshed::compute(const LiveRequest &request, int era)
 {
     const Clock::time_point start = Clock::now();
     try {
-        SeenCells cells{seenCells(request, threads, [&](double) { checkInterruption(era); }), request.ground};
-        cells.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        const auto cells = std::make_shared<SeenCells>(
+            SeenCells{seenCells(request, threads, [&](double) { checkInterruption(era); }), request.ground});
+        cells->milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        const double cost = cells->milliseconds / std::max(cellsToSweep(request), 1.0);
         m_mayInterrupt = true;
         QMetaObject::invokeMethod(
             this,
-            [this, era, number = request.number,
-             cost = cells.milliseconds / std::max(cellsToSweep(request), 1.0),
-             cells = std::make_shared<const SeenCells>(std::move(cells))] {
+            [this, era, number = request.number, cost, cells] {
                 m_millisecondsPerCell = cost;
                 deliver(era, number, *cells);
             },
             Qt::QueuedConnection);
     } catch (const Interrupted &) {
         // A computation in the place of an interrupted one runs to its end. If each could be interrupted, a
-        // hand that moves on every 150 ms would never see a picture that takes 200 ms. After cancel() nobody has
-        // waited for a picture.
+        // hand that moves on every 150 ms would never see a picture that takes 200 ms. After cancel() nobody
+        // has waited for a picture.
         const std::lock_guard lock(m_guard);
         m_mayInterrupt = era != m_era;
     } catch (const std::bad_alloc &) {

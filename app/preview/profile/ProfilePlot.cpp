@@ -31,8 +31,7 @@ public:
     QwtText label(double value) const override
     {
         constexpr int digits = 6;
-        return QwtText(
-            (QLocale().toString(value / m_perUnit, 'g', digits) + QLatin1Char(' ') + m_unit).trimmed());
+        return {(QLocale().toString(value / m_perUnit, 'g', digits) + QLatin1Char(' ') + m_unit).trimmed()};
     }
 
 private:

@@ -89,7 +89,8 @@ void LiveViewshedTest::initTestCase()
     QRandomGenerator random(7);
     QVector<float> heights;
     for (int cell = 0; cell < width * height; ++cell) {
-        const double wave = 60.0 * std::sin(cell % width / 17.0) * std::cos(cell / width / 11.0);
+        const int row = cell / width;
+        const double wave = 60.0 * std::sin(cell % width / 17.0) * std::cos(row / 11.0);
         heights += random.bounded(40) == 0 ? -9999.F : static_cast<float>(100.0 + wave + random.bounded(12.0));
     }
     QVERIFY(writeRaster(path("utm.tif"), width, height, heights));

@@ -182,8 +182,10 @@ void ProfileTest::ties()
 {
     // An eye in the plane of the ground sees all of it: a tie is visible.
     QVector<float> plane;
-    for (int cell = 0; cell < 40 * 30; ++cell)
-        plane += static_cast<float>(3 * (cell % 40) + 7 * (cell / 40));
+    for (int row = 0; row < 30; ++row) {
+        for (int column = 0; column < 40; ++column)
+            plane += static_cast<float>(3 * column + 7 * row);
+    }
     const auto terrain = terrainOf(40, 30, plane);
     for (const QPointF &far : {QPointF(39, 29), QPointF(39, 0), QPointF(20, 20), QPointF(7, 29)}) {
         const Profile profile = profileOf(*terrain, {0, 0}, 0.0, far, flat);
