@@ -34,7 +34,12 @@ void LegendView::paintEvent(QPaintEvent *)
         return QFontMetricsF(measured).horizontalAdvance(text);
     };
     painter.scale(scale, scale);
-    const MapDrawing drawing = legendDrawing(m_legend, width() / scale, widthOf, locale());
+    constexpr double leastStrip = 48.0;
+    MapDrawing drawing = legendDrawing(m_legend, width() / scale, widthOf, locale());
+    const double missing = drawing.size.height() - height() / scale;
+    if (missing > 0.0) // a lower strip leaves room for the histogram
+        drawing = legendDrawing(m_legend, width() / scale, widthOf, locale(),
+                                std::max(leastStrip, legendStripHeight - missing));
     paintDrawing(painter, drawing, face, palette().color(QPalette::WindowText),
                  palette().color(QPalette::Base));
 }

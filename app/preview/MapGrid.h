@@ -22,6 +22,9 @@ public:
     /// The sides that the raster's rows and columns have the other way round.
     const Mirroring &mirroring() const { return m_mirroring; }
 
+    /// Whether the rows do not run from west to east.
+    bool isRotated() const { return m_facts.toGround[2] != 0.0 || m_facts.toGround[4] != 0.0; }
+
     QPointF toGround(const QPointF &cell) const;
     QPointF toCells(const QPointF &ground) const;
     /// The part of the raster for a part of the map, and the other way round.

@@ -2,6 +2,8 @@
 
 #include "app/preview/map/relief.h"
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 bool MapScene::setDem(const DemInfo &dem)
@@ -25,6 +27,8 @@ void MapScene::addCopy(const QString &copy, const QRect &part)
     const ElevationGrid elevations = readElevations(copy, m_dem.band, m_grid.mirroring());
     m_copySize = {elevations.width, elevations.height};
     m_copyPart = part;
+    m_hasVoids = std::any_of(elevations.cells.begin(), elevations.cells.end(),
+                             [](float cell) { return std::isnan(cell); });
     if (elevations.isEmpty())
         return;
     const QRect shown = m_grid.otherSide(part);
@@ -41,10 +45,9 @@ void MapScene::addProduct(const ProductPicture &product, const ProductLook &look
     m_look = look;
     m_productPart = m_grid.otherSide(m_copyPart);
     m_layers.transparent = false;
-    if (look.ramp == RampKind::Direction) // 0, a direction to the north, stands in cells without data, too
-        m_product.picture = withoutVoids(product.picture, m_relief);
-    addLayer(look.form == ProductForm::Shade ? m_product.picture : overRelief(m_product.picture, m_relief),
-             renewed);
+    // A cell without data may have a colour of its own in the product, or 0, which is a direction to the north.
+    const QImage picture = withoutVoids(product.picture, m_relief);
+    addLayer(look.form == ProductForm::Shade ? picture : overRelief(picture, m_relief), renewed);
 }
 
 void MapScene::addLines(const QImage &lines, bool renewed)

@@ -21,6 +21,8 @@ public:
 
     /// Adds a reduced copy as ground. part: cells of the DEM that it covers.
     void addCopy(const QString &copy, const QRect &part);
+    /// Whether the copy has cells without data.
+    bool hasVoids() const { return m_hasVoids; }
     /// Columns and rows of the copy that was added last, and the part of the DEM that it covers.
     QSize copySize() const { return m_copySize; }
     QRect copyPart() const { return m_copyPart; }
@@ -47,6 +49,7 @@ private:
     MapGrid m_grid;
     MapPicture m_layers;
     QImage m_relief; ///< of the copy
+    bool m_hasVoids = false;
     QSize m_copySize;
     QRect m_copyPart; ///< cells of the DEM
     ProductPicture m_product;

@@ -40,7 +40,7 @@ MapView::MapView(QWidget *parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setMouseTracking(true);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::WheelFocus); // keys belong to what the wheel has just moved
     grabGesture(Qt::PinchGesture);
 }
 

@@ -3,6 +3,9 @@
 #include "app/preview/MapView.h"
 #include "colortable/colortablefile.h"
 #include "panels/intervisibilityOptionsWidget.h"
+#include "panels/options/contourlevels.h"
+
+#include <QLocale>
 
 #include <utility>
 
@@ -54,20 +57,19 @@ void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool v
         m_panel = panel;
         m_live.setShown(m_panel == &m_observers);
         if (m_panel)
-            m_panel->setChangeListener([this] { followChange(); });
+            m_panel->setChangeListener([this] { update(false); });
         update(true);
         return;
     }
-    // The product of a change that was taken up at once is on its way or here already.
-    if (!std::exchange(m_hasFollowed, false) || !m_panel || m_panel->processOptions() != m_usedOptions)
+    // The panel reports each change twice: as it happens, and once it has settled. The product of the first
+    // report is on its way or here already.
+    if (!m_panel || m_panel->processOptions() != m_usedOptions)
         update(false);
 }
 
-/// Takes up a change of options as it happens, before the panel reports that it has settled.
-void PreviewControl::followChange()
+void PreviewControl::refresh()
 {
     update(false);
-    m_hasFollowed = true;
 }
 
 /// Why no preview of the product can be computed, or what the user can do for one, in sentences; empty when one
@@ -76,6 +78,11 @@ QString PreviewControl::previewProblem() const
 {
     if (m_panel == &m_observers && m_observers.options().observers.isEmpty())
         return PreviewPane::tr("Cliquez sur la carte pour placer un observateur.", "MESS_APERCU_CLIQUER");
+    const auto *contours = m_panel ? std::get_if<ContourOptions>(&m_usedOptions) : nullptr;
+    const bool hasNoLevels = contours && !contours->interval && contours->fixedLevels.trimmed().isEmpty();
+    if (const auto interval = hasNoLevels ? roundInterval(m_dem.extremes) : std::nullopt)
+        return PreviewPane::tr("Indiquez un intervalle, par exemple %1.", "MESS_APERCU_INTERV")
+            .arg(QLocale().toString(*interval, 'g', 6));
     if (!m_panel || !m_panel->isComplete() || !optionsProblem(m_panel->processOptions()).isEmpty())
         return PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS");
     if (m_dem.searching && needsExtremes(m_panel->processOptions()))
@@ -86,6 +93,8 @@ QString PreviewControl::previewProblem() const
 /// The options, the process or the DEM changed. another: what is shown is of another process.
 void PreviewControl::update(bool another)
 {
+    if (m_panel)
+        m_usedOptions = m_panel->processOptions();
     const QString problem = m_dem.path.isEmpty() ? QString() : previewProblem();
     const bool isComplete = !m_dem.path.isEmpty() && problem.isEmpty();
     if (!m_dem.path.isEmpty() && (another || !isComplete))
@@ -93,9 +102,6 @@ void PreviewControl::update(bool another)
     else if (isComplete)
         m_pane.view()->setText({});
     m_isRenewed = true;
-    m_hasFollowed = false;
-    if (m_panel)
-        m_usedOptions = m_panel->processOptions();
     m_pane.setCompass(m_panel ? compassOf(m_usedOptions) : std::nullopt);
     m_pane.setPlacing(m_panel == &m_observers);
     showObservers();

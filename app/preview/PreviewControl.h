@@ -21,10 +21,12 @@ public:
     /// The DEM or band changed, or its extreme values became known.
     void setDem(const DemInfo &dem);
 
-    /// Another panel became the current one, its options have settled, or the way to the product changed.
-    /// `panel` may be null: no tab is current. `name`: title of the product. `vector`: the product is a vector
-    /// file.
+    /// Another panel became the current one, or its options have settled. `panel` may be null: no tab is
+    /// current. `name`: title of the product. `vector`: the product is a vector file.
     void showPanel(optionsWidget *panel, const QString &name, bool vector);
+
+    /// The way to the product changed, or the language of the texts.
+    void refresh();
 
     /// Shows the reduced copy or the product that the runs have just made.
     void showInput();
@@ -39,7 +41,6 @@ public:
 
 private:
     QString previewProblem() const;
-    void followChange();
     void update(bool clear);
     void moveObserver(int row, const QPointF &ground);
 
@@ -50,7 +51,6 @@ private:
     optionsWidget *m_panel = nullptr;
     bool m_vector = false;
     bool m_isRenewed = true;          ///< the options changed since the product that is shown was computed
-    bool m_hasFollowed = false;       ///< the last change of options has been taken up already
     ProcessOptions m_usedOptions;     ///< those that were taken up last
     ProcessOptions m_computedOptions; ///< those of the computation that was started last
     DemInfo m_dem;

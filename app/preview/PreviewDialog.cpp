@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLocale>
+#include <QScreen>
 #include <QToolButton>
 
 #include <cmath>
@@ -49,6 +50,9 @@ PreviewDialog::PreviewDialog(const QString &file, const std::optional<ProductSou
     connect(m_form->m_pLPreview, &MapView::left, m_form->m_pLReadout, &QLabel::clear);
     connect(m_form->m_pPBOpenWith, &QPushButton::clicked, this, &PreviewDialog::slot_openWith);
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &QDialog::accept);
+    constexpr int frame = 60; // what the desktop adds around a window
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        resize(size().boundedTo(screen->availableSize() - QSize(frame, frame)));
     connectBar();
     m_form->m_pMapBar->setProductName(source ? source->title : QString());
     if (!source) {

@@ -12,6 +12,7 @@
 #include <QEvent>
 #include <QLabel>
 #include <QLocale>
+#include <QSplitter>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QtMath>
@@ -23,17 +24,22 @@ PreviewPane::PreviewPane(QWidget *parent)
     , m_bar(new MapBar)
     , m_view(new MapView)
     , m_legend(new LegendView)
+    , m_parts(new QSplitter(Qt::Vertical))
     , m_note(new QLabel)
     , m_readout(new QLabel)
 {
     auto layout = new QVBoxLayout(this);
     layout->setSpacing(6);
     layout->addWidget(m_bar);
-    auto row = new QHBoxLayout;
+    auto map = new QWidget;
+    auto row = new QHBoxLayout(map);
+    row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(10);
     row->addWidget(m_view, 1);
     row->addWidget(m_legend);
-    layout->addLayout(row, 1);
+    m_parts->addWidget(map);
+    m_parts->setChildrenCollapsible(false);
+    layout->addWidget(m_parts, 1);
     layout->addWidget(m_readout);
     layout->addWidget(m_note);
     m_view->setObjectName(QStringLiteral("m_pLInputImgPreview"));
@@ -46,6 +52,7 @@ PreviewPane::PreviewPane(QWidget *parent)
     }
     connect(&m_drawing, &QTimer::timeout, this, &PreviewPane::drawLines);
     connect(&m_sampling, &QTimer::timeout, this, &PreviewPane::readHistogram);
+    m_readout->hide();
     connectView();
     applyTexts();
 }
@@ -56,7 +63,10 @@ void PreviewPane::connectView()
 {
     connect(m_view, &MapView::viewChanged, this, &PreviewPane::setView);
     connect(m_view, &MapView::hovered, this, &PreviewPane::showReadout);
-    connect(m_view, &MapView::left, m_readout, &QLabel::clear);
+    connect(m_view, &MapView::left, this, [this] {
+        m_readout->clear();
+        showLine(m_note);
+    });
     connect(m_view, &MapView::markClicked, this, &PreviewPane::observerChosen);
     connect(m_view, &MapView::markMoving, this, [this](int mark, const QPointF &cell) {
         emit observerMoving(mark, m_scene.grid().toGround(cell));
@@ -83,8 +93,8 @@ QToolButton *PreviewPane::profileButton() const
 
 void PreviewPane::addBelow(QWidget *widget)
 {
-    const int belowMap = 2; // after the bar and the row of the map
-    static_cast<QVBoxLayout *>(layout())->insertWidget(belowMap, widget);
+    m_parts->addWidget(widget);
+    m_parts->setStretchFactor(0, 1);
 }
 
 bool PreviewPane::setDem(const DemInfo &dem)
@@ -94,14 +104,14 @@ bool PreviewPane::setDem(const DemInfo &dem)
     if (anotherBand) {
         stopDrawing();
         m_shown.reset();
-        m_histogram = {};
+        m_sampled = {};
         m_sample = dem.path.isEmpty()
             ? nullptr
             : std::make_unique<ElevationGridReader>(dem.path, dem.band, longestReducedSide);
         m_sampling.start(0);
         showLayers();
-        showLegend();
     }
+    updateHistogram(); // its ends are the extremes, once they are known
     if (!another)
         return false;
     m_observerCells.clear();
@@ -270,13 +280,19 @@ void PreviewPane::setComputing(int percent)
 void PreviewPane::readHistogram()
 {
     constexpr int slice = 8; // ms
-    constexpr int bars = 48;
     if (m_sample && m_sample->advance(slice))
         return;
     m_sampling.stop();
     if (m_sample)
-        m_histogram = histogramOf(m_sample->grid(), bars);
+        m_sampled = m_sample->grid();
     m_sample.reset();
+    updateHistogram();
+}
+
+void PreviewPane::updateHistogram()
+{
+    constexpr int bars = 48;
+    m_histogram = histogramOf(m_sampled, m_scene.dem().extremes, bars);
     showLegend();
 }
 
@@ -285,6 +301,7 @@ void PreviewPane::showLegend()
     LegendFacts facts;
     facts.elevationUnit = m_scene.ground().elevationUnit();
     facts.elevations = m_histogram;
+    facts.hasVoids = m_scene.hasVoids();
     facts.look.form = ProductForm::Lines; // without a product there are no cells to count
     if (m_shown) {
         facts.title = m_bar->productName();
@@ -377,6 +394,14 @@ void PreviewPane::showReadout(const QPointF &cell)
             text += QStringLiteral("   ") + part;
     }
     m_readout->setText(text);
+    showLine(m_readout);
+}
+
+/// Both lines share one place: the read-out while the mouse is over the map, and otherwise the note.
+void PreviewPane::showLine(QLabel *line)
+{
+    for (QLabel *other : {m_note, m_readout})
+        other->setVisible(other == line);
 }
 
 /// Says how large the cells are that the product was computed on.
@@ -402,6 +427,10 @@ void PreviewPane::showNote()
             ? tr("Aperçu calculé sur des cellules de %1 (MNT : %2).", "MESS_APERCU_CELLULES")
                   .arg(text(cell * reduction), text(cell))
             : tr("Aperçu à la résolution du MNT (cellules de %1).", "MESS_APERCU_EXACT").arg(text(cell)));
+    if (m_scene.grid().isRotated())
+        m_note->setText(
+            m_note->text() + QLatin1Char(' ')
+            + tr("Le MNT est tourné : le haut de la carte n'est pas le nord.", "MESS_APERCU_TOURNE"));
     m_note->setToolTip(tr("La molette agrandit une partie du MNT, alors calculée plus finement ; faites-la "
                           "glisser pour la déplacer.",
                           "MESS_APERCU_EXPL"));

@@ -18,6 +18,7 @@ class LegendView;
 class MapBar;
 class MapView;
 class QLabel;
+class QSplitter;
 class QToolButton;
 
 /// A product of the reduced copy that is shown, and what its legend needs to know.
@@ -131,8 +132,10 @@ private:
     void drawLines();
     void stopDrawing();
     void readHistogram();
+    void updateHistogram();
     void showReadout(const QPointF &cell);
     void showNote();
+    void showLine(QLabel *line);
     void applyTexts();
     QPolygonF rangeOf(const ObserverPoint &observer) const;
     MapPage page();
@@ -140,6 +143,7 @@ private:
     MapBar *m_bar;
     MapView *m_view;
     LegendView *m_legend;
+    QSplitter *m_parts; ///< the map, and what is added below it
     QLabel *m_note;
     QLabel *m_readout;
     MapScene m_scene;
@@ -155,6 +159,7 @@ private:
     std::unique_ptr<ElevationGridReader> m_sample; ///< of the DEM, for the histogram
     QTimer m_sampling;                             ///< reads it in slices
     Histogram m_histogram;
+    ElevationGrid m_sampled;             ///< what was read of it, once all of it is
     std::optional<ShownProduct> m_shown; ///< the product that the legend describes
     PlaceText m_placeText;
     NameProposal m_nameProposal;

@@ -184,7 +184,8 @@ void ProductReading::addTo(MapPicture &map) const
     MapPicture::add(map.ground, {ground, m_part});
     if (m_lines.isOpen())
         map.product.clear(); // lines of two pictures would be seen at once
-    MapPicture::add(map.product, {m_lines.isOpen() ? picture : overRelief(picture, relief), m_part});
+    MapPicture::add(map.product,
+                    {m_lines.isOpen() ? picture : overRelief(withoutVoids(picture, relief), relief), m_part});
 }
 
 double ProductReading::value(const QPointF &cell) const
@@ -209,6 +210,8 @@ LegendFacts ProductReading::legendFacts() const
         facts.product.ramp = m_ramp.value_or(rampOver(m_values, m_look.ramp, m_look.trigonometric));
         facts.product.picture = rampPicture(m_values, facts.product.ramp);
     }
+    facts.hasVoids = std::any_of(m_heights.cells.begin(), m_heights.cells.end(),
+                                 [](float height) { return std::isnan(height); });
     facts.cellArea = m_grid.pixelArea(m_part, m_pixels);
     return facts;
 }

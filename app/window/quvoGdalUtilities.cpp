@@ -312,7 +312,7 @@ void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
     updateOutputFormat();
     m_output->changeExtension(extensionsBefore, currentExtensions());
     slot_activeLaunchButton();
-    slot_updateOutputFilePreview(); // a DEM that is read as it is has another product
+    m_previewControl->refresh(); // a DEM that is read as it is has another product
     updateLook();
 }
 
@@ -548,6 +548,7 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
         m_part->applyTexts();
         m_shape->applyTexts();
         slot_updateOutputFilePreview();
+        m_previewControl->refresh();
         updateLook();
     }
     QDialog::changeEvent(event);

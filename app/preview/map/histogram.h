@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dataset/elevationgrid.h"
+#include "dataset/extremes.h"
 
 #include <QVector>
 
@@ -14,5 +15,6 @@ struct Histogram
     bool isEmpty() const { return shares.isEmpty(); }
 };
 
-/// The histogram of a sample in bars of equal width.
-Histogram histogramOf(const ElevationGrid &sample, int bars);
+/// The histogram of a sample in bars of equal width. extremes: those of the DEM, which a sample may miss; the
+/// sample's own count where they are not known.
+Histogram histogramOf(const ElevationGrid &sample, const Extremes &extremes, int bars);

@@ -21,8 +21,9 @@ constexpr double section = 14.0; ///< between the parts of a legend
 class Layout
 {
 public:
-    Layout(double width, const TextWidth &widthOf)
+    Layout(double width, double stripHeight, const TextWidth &widthOf)
         : m_width(width)
+        , m_stripHeight(stripHeight)
         , m_widthOf(widthOf)
     { }
 
@@ -42,25 +43,29 @@ public:
         if (strip.colors.isEmpty())
             return;
         m_y += lineHeight / 2.0;
-        const double step = legendStripHeight / static_cast<double>(strip.colors.size());
+        const double step = m_stripHeight / static_cast<double>(strip.colors.size());
         const double overlap = 0.5; // no seam of the background between two colours
         for (int at = 0; at < strip.colors.size(); ++at) {
-            const double bottom = m_y + legendStripHeight - at * step;
+            const double bottom = m_y + m_stripHeight - at * step;
             m_drawing.boxes += {{margin, bottom - step, stripWidth, step + (at > 0 ? overlap : 0.0)},
                                 QColor::fromRgba(strip.colors.at(at)),
                                 false,
                                 false};
         }
-        m_drawing.boxes += {{margin, m_y, stripWidth, legendStripHeight}, Qt::transparent};
+        m_drawing.boxes += {{margin, m_y, stripWidth, m_stripHeight}, Qt::transparent};
+        double free = m_y + m_stripHeight + lineHeight; // the next tick stands above this place
         for (const auto &tick : strip.ticks) {
             const double share = (tick.value - strip.low) / (strip.high - strip.low);
-            const double y = m_y + legendStripHeight * (1.0 - share);
+            const double y = m_y + m_stripHeight * (1.0 - share);
+            if (y > free - drawingTextSize)
+                continue;
+            free = y;
             m_drawing.lines += {{{margin + stripWidth, y}, {margin + stripWidth + 3.0, y}}, QColor(), 0.8};
             const double left = margin + stripWidth + textGap;
             m_drawing.texts +=
                 {{left, y + drawingTextSize / 3.0}, elided(tick.text, m_width - left, m_widthOf)};
         }
-        m_y += legendStripHeight + lineHeight / 2.0;
+        m_y += m_stripHeight + lineHeight / 2.0;
     }
 
     void row(const MapLegend::Row &row)
@@ -115,6 +120,7 @@ public:
 
 private:
     double m_width;
+    double m_stripHeight;
     const TextWidth &m_widthOf;
     MapDrawing m_drawing;
     double m_y = 0.0;
@@ -134,9 +140,10 @@ QVector<MapLegend::Strip::Tick> roundStripTicks(double low, double high, double 
     return ticks;
 }
 
-MapDrawing legendDrawing(const MapLegend &legend, double width, const TextWidth &widthOf, const QLocale &locale)
+MapDrawing legendDrawing(const MapLegend &legend, double width, const TextWidth &widthOf, const QLocale &locale,
+                         double stripHeight)
 {
-    Layout layout(width, widthOf);
+    Layout layout(width, stripHeight, widthOf);
     layout.text(legend.unit.isEmpty() ? legend.title : QStringLiteral("%1 (%2)").arg(legend.title, legend.unit),
                 true);
     layout.strip(legend.strip);

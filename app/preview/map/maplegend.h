@@ -48,15 +48,16 @@ struct MapLegend
     QVector<Mark> marks;
 };
 
-/// Ticks at round values, about one for each 24 points of a strip of that height.
-QVector<MapLegend::Strip::Tick> roundStripTicks(double low, double high, double height, const QLocale &locale);
-
 /// Height of the strip of colours, in points.
 constexpr double legendStripHeight = 132.0;
 
-/// The shapes of the legend, `width` points wide. locale: of the numbers at the histogram's ends.
-MapDrawing legendDrawing(const MapLegend &legend, double width, const TextWidth &widthOf,
-                         const QLocale &locale);
+/// Ticks at round values, about one for each 24 points of a strip of that height.
+QVector<MapLegend::Strip::Tick> roundStripTicks(double low, double high, double height, const QLocale &locale);
+
+/// The shapes of the legend, `width` points wide. locale: of the numbers at the histogram's ends. stripHeight:
+/// of the strip of colours; in a low one some ticks are left out.
+MapDrawing legendDrawing(const MapLegend &legend, double width, const TextWidth &widthOf, const QLocale &locale,
+                         double stripHeight = legendStripHeight);
 
 /// An area and its part of the whole, as "12.4 km² (31.0 %)", in m² where it is small. area: in square metres;
 /// negative: not known, the text is the share alone.

@@ -159,7 +159,7 @@ void addOptions(MapLegend &legend, const LegendFacts &facts, const Intervisibili
         const QColor color(name);
         const Zone zone = zoneOf(picture, color.rgb(), facts.cellArea);
         if (zone.cells > 0.0)
-            legend.rows += {color, false, false, labelText(label),
+            legend.rows += {color, name == options.noDataColor, false, labelText(label),
                             shareText(facts.cellArea ? zone.area : -1.0, zone.cells / all, locale)};
     }
 }
@@ -246,8 +246,9 @@ MapLegend legendOf(const LegendFacts &facts, const QLocale &locale)
         std::holds_alternative<TerrainIndexOptions>(facts.options) && !facts.look.name.isEmpty();
     legend.title = isIndex ? facts.look.name : facts.title; // three indices share a tab
     std::visit([&](const auto &options) { addOptions(legend, facts, options, locale); }, facts.options);
-    if (facts.look.form != ProductForm::Lines
-        && hasVoids(facts.product.picture.convertToFormat(QImage::Format_ARGB32)))
+    const bool countsVoids = std::holds_alternative<IntervisibilityOptions>(facts.options);
+    if (facts.look.form != ProductForm::Lines && !countsVoids
+        && (facts.hasVoids || hasVoids(facts.product.picture.convertToFormat(QImage::Format_ARGB32))))
         legend.rows += {QColor(), true, false, labelText({"MESS_ZONE_INCONNUE", "Sans donnée"}), {}};
     legend.histogramTitle = labelText({"MESS_HISTO_TITRE", "Altitudes"})
         + (facts.elevationUnit.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(facts.elevationUnit));

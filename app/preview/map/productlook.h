@@ -55,6 +55,7 @@ struct LegendFacts
     ProcessOptions options;
     ProductLook look;
     ProductPicture product;
+    bool hasVoids = false;     ///< the DEM has cells without data
     QList<QuvoColorDef> table; ///< that the tool of a colour relief has read
     Extremes extremes;         ///< of the DEM, for percentages of the table
     QString elevationUnit;

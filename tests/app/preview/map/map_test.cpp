@@ -205,8 +205,10 @@ void MapTest::legends()
     facts.look.form = ProductForm::Lines;
     facts.extremes = {true, true, 95.0, 405.0};
     facts.elevationUnit = "m";
-    facts.elevations = histogramOf({4, 1, {95, 100, 405, none}}, 2);
-    QCOMPARE(facts.elevations.shares, (QVector<double>{1.0, 0.5}));
+    const ElevationGrid sample{4, 1, {95, 100, 405, none}};
+    QCOMPARE(histogramOf(sample, {}, 2).shares, (QVector<double>{1.0, 0.5}));
+    facts.elevations = histogramOf(sample, facts.extremes, 2);
+    QCOMPARE(histogramOf(sample, {true, true, 0.0, 1000.0}, 4).shares, (QVector<double>{1.0, 0.5, 0.0, 0.0}));
     MapLegend legend = legendOf(facts, english);
     QCOMPARE(legend.rows.first().text, QString("Tous les 100 m"));
     QCOMPARE(legend.marks.size(), 3); // 130, 230 and 330 m
