@@ -10,6 +10,7 @@
 #include <QProcess>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QSlider>
 #include <QTableView>
 
 #include <gdal_priv.h>
@@ -34,6 +35,7 @@ private slots:
     void anotherFileOfTheName();
     void aPartIsSeenAtFullResolution();
     void launchStopsPreviews();
+    void aChangeIsComputedOnce();
     void failureIsReportedOnce();
 };
 
@@ -351,6 +353,26 @@ void PreviewsTest::launchStopsPreviews()
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("dem_hillshade.tif")), 10000);
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), 10000); // the previews start again after the run
     QVERIFY(RasterPicture(path("dem_hillshade.tif")).isOpen());
+}
+
+/// A panel reports a change as it happens and again once it has settled: the second report computes nothing.
+void PreviewsTest::aChangeIsComputedOnce()
+{
+    const QString log = path("runs");
+    m_tools.dem = writeScript(path("tool.exe"),
+                              "echo run >>'" + log.toUtf8().replace("'", "'\\''") + "'\nexec '"
+                                  + m_tools.dem.toUtf8().replace("'", "'\\''") + "' \"$@\"\n");
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.isSettled(), 10000);
+    QTest::qWait(500); // the DEM's extremes are found
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.isSettled(), 10000);
+    const auto before = bytesOf(log).count('\n');
+    const QImage product = dialog.product();
+    dialog.find<QSlider>("m_pAltitudeSlider")->setValue(60);
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.product() != product, 10000);
+    QTest::qWait(400); // longer than the panel waits before it reports that it has settled
+    QCOMPARE(bytesOf(log).count('\n'), before + 1);
 }
 
 void PreviewsTest::failureIsReportedOnce()

@@ -241,6 +241,9 @@ void MapTest::zones()
     QCOMPARE(legend.rows.size(), 2); // no cell is without data
     QCOMPARE(legend.rows.at(0).detail, QString("4.0 km² (20.0 %)"));
     QCOMPARE(legend.rows.at(1).detail, QString("8.0 km² (80.0 %)"));
+    facts.product.picture.setPixelColor(9, 9, QColor(options.noDataColor));
+    QVERIFY(legendOf(facts, english).rows.at(2).hatched && !legendOf(facts, english).rows.at(1).hatched);
+    facts.product.picture.setPixelColor(9, 9, QColor(options.hiddenColor));
     facts.cellArea = {};
     QCOMPARE(legendOf(facts, english).rows.at(0).detail, QString("20.0 %"));
     QCOMPARE(shareText(1234.0, 0.5, english), QString("1,234 m² (50.0 %)"));
