@@ -27,6 +27,8 @@ PreviewPane::PreviewPane(QWidget *parent)
     , m_parts(new QSplitter(Qt::Vertical))
     , m_note(new QLabel)
     , m_readout(new QLabel)
+    , m_lines(this)
+    , m_histogram(this)
 {
     auto layout = new QVBoxLayout(this);
     layout->setSpacing(6);
@@ -50,8 +52,8 @@ PreviewPane::PreviewPane(QWidget *parent)
         line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
         line->setMinimumHeight(fontMetrics().height()); // nor an empty one for a larger map
     }
-    connect(&m_drawing, &QTimer::timeout, this, &PreviewPane::drawLines);
-    connect(&m_sampling, &QTimer::timeout, this, &PreviewPane::readHistogram);
+    connect(&m_lines, &LineDrawing::drawn, this, &PreviewPane::showLines);
+    connect(&m_histogram, &DemHistogram::changed, this, &PreviewPane::showLegend);
     m_readout->hide();
     connectView();
     applyTexts();
@@ -104,14 +106,10 @@ bool PreviewPane::setDem(const DemInfo &dem)
     if (anotherBand) {
         stopDrawing();
         m_shown.reset();
-        m_sampled = {};
-        m_sample = dem.path.isEmpty()
-            ? nullptr
-            : std::make_unique<ElevationGridReader>(dem.path, dem.band, longestReducedSide);
-        m_sampling.start(0);
+        m_histogram.begin(dem.path, dem.band);
         showLayers();
     }
-    updateHistogram(); // its ends are the extremes, once they are known
+    m_histogram.setExtremes(dem.extremes);
     if (!another)
         return false;
     m_observerCells.clear();
@@ -202,47 +200,39 @@ bool PreviewPane::showOutput(const ShownProduct &product)
         showLegend();
         return !picture.picture.isNull();
     }
-    m_lines = VectorPicture(product.file);
-    if (!m_lines.isOpen())
+    m_linesRenewed = product.renewed;
+    if (!beginLines(product.file))
         return false;
+    showLegend();
+    return true;
+}
+
+/// Begins to draw the lines of the copy's part as finely as the screen shows them.
+bool PreviewPane::beginLines(const QString &file)
+{
     constexpr double lineWidth = 0.9; // points on the screen, whatever the size of the picture
     constexpr int most = 4096;        // pixels a side
     const QRect part = m_scene.grid().otherSide(m_scene.copyPart());
     const QRectF shown = shownRect(m_visible, m_view->size());
     const double scale = m_visible.isEmpty() ? 1.0 : shown.width() / m_visible.width() * devicePixelRatioF();
-    const QSize size = (QSizeF(part.size()) * scale).toSize().expandedTo({1, 1});
-    m_drawn = QImage(size.width() > most || size.height() > most ? size.scaled(most, most, Qt::KeepAspectRatio)
-                                                                 : size,
-                     QImage::Format_ARGB32_Premultiplied);
-    m_drawn.fill(Qt::transparent);
-    m_lines.begin(m_drawn,
-                  pixelsToGround([this](const QPointF &cell) { return m_scene.grid().toGround(cell); }, part,
-                                 m_drawn.size()),
-                  lineWidth * devicePixelRatioF());
-    m_linesRenewed = product.renewed;
-    m_drawing.start(0);
-    showLegend();
-    return true;
+    QSize size = (QSizeF(part.size()) * scale).toSize().expandedTo({1, 1});
+    if (size.width() > most || size.height() > most)
+        size.scale(most, most, Qt::KeepAspectRatio);
+    const auto toGround = [this](const QPointF &cell) { return m_scene.grid().toGround(cell); };
+    return m_lines.begin(file, size, pixelsToGround(toGround, part, size), lineWidth * devicePixelRatioF());
 }
 
-void PreviewPane::drawLines()
+void PreviewPane::showLines(const QImage &lines, int percent)
 {
-    constexpr int slice = 25; // ms
-    const bool hasMore = m_lines.advance(slice);
-    m_scene.addLines(m_drawn.copy(), m_linesRenewed);
+    m_scene.addLines(lines, m_linesRenewed);
     showLayers();
-    if (hasMore)
-        m_bar->setProgress(m_lines.percent());
-    else
-        stopDrawing();
+    m_bar->setProgress(percent);
 }
 
 void PreviewPane::stopDrawing()
 {
-    if (!m_drawing.isActive())
-        return;
-    m_drawing.stop();
-    m_bar->setProgress(-1);
+    if (m_lines.stop())
+        m_bar->setProgress(-1);
 }
 
 void PreviewPane::showLiveOutput(const QImage &picture, const IntervisibilityOptions &options)
@@ -276,31 +266,11 @@ void PreviewPane::setComputing(int percent)
     m_bar->setProgress(percent);
 }
 
-/// Reads the sample for the histogram in slices that the hand does not feel.
-void PreviewPane::readHistogram()
-{
-    constexpr int slice = 8; // ms
-    if (m_sample && m_sample->advance(slice))
-        return;
-    m_sampling.stop();
-    if (m_sample)
-        m_sampled = m_sample->grid();
-    m_sample.reset();
-    updateHistogram();
-}
-
-void PreviewPane::updateHistogram()
-{
-    constexpr int bars = 48;
-    m_histogram = histogramOf(m_sampled, m_scene.dem().extremes, bars);
-    showLegend();
-}
-
 void PreviewPane::showLegend()
 {
     LegendFacts facts;
     facts.elevationUnit = m_scene.ground().elevationUnit();
-    facts.elevations = m_histogram;
+    facts.elevations = m_histogram.histogram();
     facts.hasVoids = m_scene.hasVoids();
     facts.look.form = ProductForm::Lines; // without a product there are no cells to count
     if (m_shown) {

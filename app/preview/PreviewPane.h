@@ -1,17 +1,15 @@
 #pragma once
 
+#include "app/preview/DemHistogram.h"
+#include "app/preview/LineDrawing.h"
 #include "app/preview/MapScene.h"
 #include "app/preview/Previews.h"
 #include "app/preview/map/mapfile.h"
-#include "dataset/elevationgrid.h"
-#include "dataset/vectorpicture.h"
 #include "panels/options/observerpoints.h"
 
 #include <QGroupBox>
 #include <QImage>
-#include <QTimer>
 
-#include <memory>
 #include <optional>
 
 class LegendView;
@@ -129,10 +127,9 @@ private:
     void showLegend();
     void fitLegend();
     void reportPart();
-    void drawLines();
+    bool beginLines(const QString &file);
+    void showLines(const QImage &lines, int percent);
     void stopDrawing();
-    void readHistogram();
-    void updateHistogram();
     void showReadout(const QPointF &cell);
     void showNote();
     void showLine(QLabel *line);
@@ -152,14 +149,9 @@ private:
     QRectF m_visible;                 ///< visible cells of the map
     QVector<QPointF> m_observerCells; ///< cells of the enabled observers
     QRect m_reportedPart;             ///< part(), in cells of the DEM, when it was last reported
-    QImage m_drawn;                   ///< the picture that m_lines draws into
-    VectorPicture m_lines;            ///< the vector product
-    bool m_linesRenewed = true;
-    QTimer m_drawing;                              ///< draws the vector product in slices
-    std::unique_ptr<ElevationGridReader> m_sample; ///< of the DEM, for the histogram
-    QTimer m_sampling;                             ///< reads it in slices
-    Histogram m_histogram;
-    ElevationGrid m_sampled;             ///< what was read of it, once all of it is
+    LineDrawing m_lines;              ///< draws a vector product
+    bool m_linesRenewed = true;       ///< ShownProduct::renewed of those lines
+    DemHistogram m_histogram;
     std::optional<ShownProduct> m_shown; ///< the product that the legend describes
     PlaceText m_placeText;
     NameProposal m_nameProposal;
