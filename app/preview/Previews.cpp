@@ -72,6 +72,7 @@ void Previews::setShown(bool shown)
 void Previews::setDem(const PreviewDem &dem)
 {
     m_dem = dem;
+    m_hasAverages.reset();
     setPart(QRect(QPoint(0, 0), dem.size));
 }
 
@@ -197,7 +198,9 @@ void Previews::reduce()
                         .copy = copy};
     constexpr double quickCells = 40e6; // they are read in about a second
     const double cells = static_cast<double>(m_part.width()) * m_part.height();
-    reduction.ignoresOverviews = cells <= quickCells && !hasAveragedOverviews(m_dem.path, m_dem.band);
+    if (cells <= quickCells && !m_hasAverages)
+        m_hasAverages = hasAveragedOverviews(m_dem.path, m_dem.band);
+    reduction.ignoresOverviews = cells <= quickCells && !*m_hasAverages;
     ProductSteps steps;
     steps.steps = {{.command = processCommand(m_tools.translate, reductionArguments(reduction))}};
     begin(PreviewStep::Reduce, steps, {copy, QStringLiteral("GTiff"), QuvoOutputFileKind::Raster});

@@ -119,6 +119,7 @@ private:
     QTimer m_pause;    ///< waits for further changes before the next step begins
     QTimer m_patience; ///< runs while a computation may end although its options have changed
     PreviewDem m_dem;
+    std::optional<bool> m_hasAverages; ///< hasAveragedOverviews() of the DEM, once it was needed
     QRect m_part;
     QString m_copy;        ///< path of the reduced copy in use: m_wholeCopy or m_partCopy
     QString m_wholeCopy;   ///< path of the copy of the whole DEM, which is kept while parts are shown
