@@ -7,8 +7,8 @@
 
 #include <memory>
 
-/// The histogram of a DEM's elevations. A sample of its cells is read in slices of the event loop, so short
-/// that the hand does not feel them.
+/// The histogram of a DEM's elevations. A sample of the DEM's cells is read in slices of a few milliseconds, and
+/// the event loop handles the user's input between two slices.
 class DemHistogram : public QObject
 {
     Q_OBJECT

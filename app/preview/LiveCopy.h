@@ -24,8 +24,8 @@ public:
 private:
     QString m_copy;
     int m_band = 1;
-    DemGround m_dem;
-    DemGround m_ground; ///< of the copy
+    DemGround m_dem;    ///< the ground of the DEM itself
+    DemGround m_ground; ///< the ground of the copy
     bool m_isRead = false;
     std::shared_ptr<const LiveTerrain> m_terrain;
 };

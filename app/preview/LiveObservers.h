@@ -55,7 +55,7 @@ private:
     LiveCopy m_copy;
     LiveViewshed m_viewshed;
     IntervisibilityOptions m_options; ///< those of the live picture
-    int m_number = 0;                 ///< of the last request
+    int m_number = 0;                 ///< the number of the last request
     bool m_isShown = false;
     std::optional<QPointF> m_far; ///< the profile's far end, in the DEM's coordinates
     bool m_isPinned = false;

@@ -48,7 +48,7 @@ private:
     DemInfo m_dem;
     MapGrid m_grid;
     MapPicture m_layers;
-    QImage m_relief; ///< of the copy
+    QImage m_relief; ///< the relief of the copy that was added last
     bool m_hasVoids = false;
     QSize m_copySize;
     QRect m_copyPart; ///< cells of the DEM

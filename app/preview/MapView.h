@@ -77,8 +77,8 @@ signals:
 
     /// The user clicked a mark other than the current one. `mark`: its index.
     void markClicked(int mark);
-    /// The user drags a mark, and has let it go at a cell. markMoving() with the mark's own cell follows a drag
-    /// that was given up.
+    /// The user drags a mark (markMoving()), and has let it go at a cell (markMoved()). When the user gives up a
+    /// drag with Escape, markMoving() reports the cell where the drag began.
     void markMoving(int mark, const QPointF &cell);
     void markMoved(int mark, const QPointF &cell);
 
@@ -129,9 +129,9 @@ private:
     Qt::CursorShape restingCursor(const QPointF &place) const;
 
     MapPicture m_map;
-    QImage m_ground;           ///< canvas of the ground as it is shown; null: it has to be drawn
-    QImage m_product;          ///< canvas of the product over it
-    bool m_hasProduct = false; ///< that canvas is drawn
+    QImage m_ground;           ///< the ground in pixels of the screen; a null image has to be drawn anew
+    QImage m_product;          ///< the product over the ground, in pixels of the screen
+    bool m_hasProduct = false; ///< whether m_product shows the present layers
     QString m_text;
     QSize m_dem;
     QRectF m_view;
