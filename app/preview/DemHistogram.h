@@ -7,8 +7,8 @@
 
 #include <memory>
 
-/// The histogram of a DEM's elevations. A sample of the DEM's cells is read in slices of a few milliseconds, and
-/// the event loop handles the user's input between two slices.
+/// The histogram of a DEM's elevations. A sample of the DEM's cells is read in slices of a few milliseconds,
+/// and the event loop handles the user's input between two slices.
 class DemHistogram : public QObject
 {
     Q_OBJECT

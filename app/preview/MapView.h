@@ -77,8 +77,8 @@ signals:
 
     /// The user clicked a mark other than the current one. `mark`: its index.
     void markClicked(int mark);
-    /// The user drags a mark (markMoving()), and has let it go at a cell (markMoved()). When the user gives up a
-    /// drag with Escape, markMoving() reports the cell where the drag began.
+    /// The user drags a mark (markMoving()), and has let it go at a cell (markMoved()). When the user gives up
+    /// a drag with Escape, markMoving() reports the cell where the drag began.
     void markMoving(int mark, const QPointF &cell);
     void markMoved(int mark, const QPointF &cell);
 
