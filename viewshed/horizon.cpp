@@ -64,12 +64,6 @@ double shortestStepSquared(const GroundForm &ground)
     return std::max(eigenvalue * roundedDown, 0.0);
 }
 
-bool isWithinExactRange(const Terrain &terrain, const Eye &eye)
-{
-    return std::max(std::abs(eye.column()), std::abs(eye.column() - terrain.width())) < exactRange
-        && std::max(std::abs(eye.row()), std::abs(eye.row() - terrain.height())) < exactRange;
-}
-
 /// Sets the bit of the cell at whose very centre the eye stands, if there is one: no leaf contains this cell.
 void addOwnCell(const Scene &scene)
 {
@@ -98,7 +92,7 @@ void addHorizonViewshed(BitGrid &seen, const Terrain &terrain, const BlockMaxima
     const double greatest = boundOfHeights(terrain, maxima, sight);
     constexpr double greatestSupported = 1e200; // its products must stay far above the skyline's gap, -1e290
     const Window whole{.left = 0, .top = 0, .width = terrain.width(), .height = terrain.height()};
-    if (!isWithinExactRange(terrain, sight.eye) || !(greatest < greatestSupported)) {
+    if (!(greatest < greatestSupported)) {
         add(seen, plainViewshed(terrain, sight, threads, progress),
             {.window = whole, .firstRow = 0, .endRow = terrain.height()});
         return;

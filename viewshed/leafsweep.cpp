@@ -13,7 +13,7 @@ namespace
 
 /// The direction at which leaf number `leaf` begins and the leaf before it ends. The leaves of a sector cover
 /// m = -1 to 1. Their ends are shifted by 2^-40, so that no cell lies exactly at an end: the direction of a
-/// cell is a quotient of lattice numbers, which equals a multiple of 1/32 or differs from it by 2^-31 at least.
+/// cell is a quotient of lattice numbers, which equals a multiple of 1/32 or differs from it by 2^-35 at least.
 /// Every cell is thus inside one leaf of a sector, and a cell on a diagonal is inside both adjoining sectors.
 double leafEnd(int leaf)
 {

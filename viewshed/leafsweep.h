@@ -39,12 +39,12 @@ inline constexpr int leavesPerSector = 64;
 ///    otherwise, which concerns two rings at most. A piece that is kept keeps its coefficients, so such errors
 ///    add up only over a chain of replacements, each by a slightly lower piece at the same direction. E leaves
 ///    room for a chain of more than a hundred replacements that all have the greatest error.
+///
+/// Different directions must be different numbers. Directions are quotients of lattice numbers below 2^30, as
+/// an eye and a cell are each less than largestSide cells from the terrain's first cell. Cells are 2^10 lattice
+/// points apart, so the difference of two directions is a multiple of 2^10 over the product of both distances:
+/// 2^-50 at least. Rounding moves a number up to 1 by 2^-54 at most.
 inline constexpr double horizonRounding = 0x1p-36;
-
-/// The greatest distance between an eye and a cell, in cells along either axis, for which two different
-/// directions are different numbers. Directions are quotients of lattice numbers below 2^26, so two of them
-/// differ by 2^-52 at least, and rounding moves a number up to 1 by 2^-54 at most.
-inline constexpr double exactRange = 65536.0;
 
 /// What the leaves of one sight share. The references must outlive the sweeps.
 struct Scene

@@ -2,6 +2,7 @@
 
 #include "viewshed/jobs.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace viewshed
@@ -31,13 +32,14 @@ template <class AboveEye> bool hasNeighbour(const AboveEye &aboveEye, int line, 
 }
 
 /// Whether the ground hides the target at a crossing with one family of grid lines: the columns, or the rows.
-/// aboveEye(line, place) is the height above the eye of the cell number `place` of the line, NaN without data.
+/// The terrain has the lines 0 to `lines` - 1. aboveEye(line, place) is the height above the eye of the cell
+/// number `place` of the line, NaN without data.
 /// The eye's coordinates are lattice points along the view (counted in lines) and across it (in places);
 /// `target` is the target's height above the eye. The position of a crossing is kept in whole numbers, and the
 /// comparison of heights is multiplied out, so that no quotient is rounded.
 template <class AboveEye>
-bool isHidden(const AboveEye &aboveEye, std::int64_t eyeAlong, std::int64_t eyeAcross, int targetLine,
-              int targetPlace, double target)
+bool isHidden(const AboveEye &aboveEye, int lines, std::int64_t eyeAlong, std::int64_t eyeAcross,
+              int targetLine, int targetPlace, double target)
 {
     constexpr std::int64_t unit = latticePoints;
     const std::int64_t along = targetLine * unit - eyeAlong;
@@ -50,7 +52,9 @@ bool isHidden(const AboveEye &aboveEye, std::int64_t eyeAlong, std::int64_t eyeA
     const int direction = along > 0 ? 1 : -1;
     const std::int64_t eyeLine = divided(eyeAlong, unit).whole;
     const bool eyeOnLine = eyeLine * unit == eyeAlong;
-    int line = static_cast<int>(direction > 0 ? eyeLine + 1 : eyeLine - (eyeOnLine ? 1 : 0));
+    // An eye may be thousands of lines away from the terrain; there is no ground on those.
+    int line = static_cast<int>(direction > 0 ? std::max<std::int64_t>(eyeLine + 1, 0)
+                                              : std::min<std::int64_t>(eyeLine - (eyeOnLine ? 1 : 0), lines - 1));
     std::int64_t distance = std::abs(line * unit - eyeAlong);
     auto [place, rest] = divided(eyeAcross * length + across * distance, whole);
     const Quotient step = divided(across * unit, whole);
@@ -83,8 +87,8 @@ bool sees(const Terrain &terrain, const Sight &sight, int column, int row)
     const auto transposed = [&](int y, int x) { return aboveEye(x, y); };
     const double target = aboveEye(column, row) + sight.targetHeight;
     const Eye &eye = sight.eye;
-    return !std::isnan(target) && !isHidden(aboveEye, eye.x, eye.y, column, row, target)
-        && !isHidden(transposed, eye.y, eye.x, row, column, target);
+    return !std::isnan(target) && !isHidden(aboveEye, terrain.width(), eye.x, eye.y, column, row, target)
+        && !isHidden(transposed, terrain.height(), eye.y, eye.x, row, column, target);
 }
 
 BitGrid plainViewshed(const Terrain &terrain, const Sight &sight, int threads, const Progress &progress)

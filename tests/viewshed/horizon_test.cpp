@@ -4,6 +4,8 @@
 #include <QTest>
 
 #include <algorithm>
+#include <array>
+#include <numbers>
 #include <random>
 
 using namespace viewshed;
@@ -17,6 +19,7 @@ private slots:
     void equalsTheReference_data();
     void equalsTheReference();
     void largerTerrain();
+    void farEyes();
 };
 
 namespace
@@ -189,6 +192,29 @@ void HorizonTest::largerTerrain()
         for (const double voids : {0.0, 0.01}) {
             const Terrain terrain = terrainOf(ground, 401, 307, voids, random);
             const QString wrong = differences(terrain, sightOn(terrain, random), 2, voids > 0.0);
+            QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+        }
+    }
+}
+
+/// Eyes up to as far away as an eye may be, off the cells' centres, whose lines of sight graze the ground.
+void HorizonTest::farEyes()
+{
+    Random random(11);
+    for (const double distance : {70'000.0, 333'000.0, largestSide - 100.0}) {
+        for (int round = 0; round < 40; ++round) {
+            const Ground ground = std::array{Ground::Smooth, Ground::Noise, Ground::Sea}[round % 3];
+            const Terrain terrain = terrainOf(ground, 65, 70, round % 2 == 0 ? 0.0 : 0.1, random);
+            const double angle = round % 4 == 0 ? std::numbers::pi / 4 * round : between(random, 0.0, 6.3);
+            Sight sight;
+            sight.curvatureDrop = round % 5 == 0 ? 1e-9 : 0.0;
+            const double greatest = std::max(std::abs(std::cos(angle)), std::abs(std::sin(angle)));
+            const double column = between(random, 0.0, 65.0) + distance * std::cos(angle) / greatest;
+            const double row = between(random, 0.0, 70.0) + distance * std::sin(angle) / greatest;
+            sight.eye = Eye::at(round % 3 == 0 ? std::round(column) : column, row,
+                                distance * between(random, -0.1, 1.0));
+            sight.targetHeight = round % 7 == 0 ? 1.0 : 0.0;
+            const QString wrong = differences(terrain, sight, 2, false);
             QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
         }
     }
