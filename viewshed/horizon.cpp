@@ -3,10 +3,13 @@
 #include "viewshed/combine.h"
 #include "viewshed/jobs.h"
 #include "viewshed/leafsweep.h"
+#include "viewshed/seencells.h"
 
 #include <algorithm>
-#include <memory>
+#include <atomic>
 #include <mutex>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace viewshed
@@ -14,31 +17,6 @@ namespace viewshed
 
 namespace
 {
-
-/// The workspaces that no thread uses at the moment.
-class IdleWorkspaces
-{
-public:
-    /// Returns an idle workspace, or a new one.
-    std::unique_ptr<Workspace> acquire(const SkylineKernels &kernels)
-    {
-        const std::lock_guard lock(m_guard);
-        if (m_idle.empty())
-            return std::make_unique<Workspace>(kernels);
-        std::unique_ptr<Workspace> workspace = std::move(m_idle.back());
-        m_idle.pop_back();
-        return workspace;
-    }
-    void release(std::unique_ptr<Workspace> workspace)
-    {
-        const std::lock_guard lock(m_guard);
-        m_idle.push_back(std::move(workspace));
-    }
-
-private:
-    std::mutex m_guard;
-    std::vector<std::unique_ptr<Workspace>> m_idle;
-};
 
 /// A bound of every height above or below the eye, after the Earth's curvature and with the target height, in
 /// the DEM's vertical unit.
@@ -64,19 +42,239 @@ double shortestStepSquared(const GroundForm &ground)
     return std::max(eigenvalue * roundedDown, 0.0);
 }
 
-/// Sets the bit of the cell at whose very centre the eye stands, if there is one: no leaf contains this cell.
-void addOwnCell(const Scene &scene)
+/// The number of leaves of a sector: their rings should be about a hundred cells wide at the window's edge, since
+/// each ring costs as much as some dozen cells, but enough leaves to occupy the threads.
+int leavesFor(const Sight &sight, const Window &window)
 {
-    const Eye &eye = scene.sight.eye;
+    const double cells = std::max({std::abs(sight.eye.column() - window.left),
+                                   std::abs(sight.eye.column() - window.left - window.width),
+                                   std::abs(sight.eye.row() - window.top),
+                                   std::abs(sight.eye.row() - window.top - window.height)});
+    constexpr double widest = 96.0;
+    int leaves = 1;
+    while (leaves < mostLeaves && 2.0 * cells / leaves > widest)
+        leaves *= 2;
+    return leaves;
+}
+
+/// Sets a bit, while other threads set bits in the same words.
+void setBit(BitGrid &grid, int column, int row)
+{
+    std::uint64_t &word = grid.row(row)[column / BitGrid::bitsPerWord];
+    std::atomic_ref(word).fetch_or(std::uint64_t(1) << (column % BitGrid::bitsPerWord), std::memory_order_relaxed);
+}
+
+/// Sets the bits of the seen cells by the plain definition, for heights that a sweep cannot take.
+void addPlain(BitGrid &seen, const Window &window, const Terrain &terrain, const Sight &sight, int threads,
+              const Progress &progress)
+{
+    const Window cells = windowOf(sight, terrain.width(), terrain.height());
+    const auto addRow = [&](int index) {
+        const int row = cells.top + index;
+        for (int column = cells.left; column < cells.left + cells.width; ++column) {
+            if (sight.reaches(column, row) && sees(terrain, sight, column, row))
+                setBit(seen, column - window.left, row - window.top);
+        }
+    };
+    runJobs(cells.height, threads, addRow, progress);
+}
+
+/// Reports the heights by the plain definition, for heights that a sweep cannot take.
+void findPlainHeights(const Scene &scene, const HeightsFound &found, int threads, const Progress &progress)
+{
+    const auto findRow = [&](int index) {
+        std::vector<double> heights;
+        for (int column = 0; column < scene.window.width; ++column)
+            heights.push_back(plainTargetHeight(scene.terrain, scene.sight, scene.window.left + column,
+                                                scene.window.top + index));
+        found({.column = scene.window.left,
+               .row = scene.window.top + index,
+               .columnStep = 1,
+               .rowStep = 0,
+               .count = scene.window.width},
+              heights.data());
+    };
+    runJobs(scene.window.height, threads, findRow, progress);
+}
+
+/// Takes nothing from the rings.
+class NoSink : public RingSink
+{
+public:
+    void ring(const SweptRing & /*swept*/) override { }
+};
+
+/// Keeps the places of a skyline's edges while it lives.
+class Traced
+{
+public:
+    explicit Traced(Skyline &skyline)
+        : m_skyline(skyline)
+    {
+        skyline.setTraced(true);
+    }
+    ~Traced() { m_skyline.setTraced(false); }
+    Traced(const Traced &) = delete;
+    Traced &operator=(const Traced &) = delete;
+
+private:
+    Skyline &m_skyline;
+};
+
+/// Products with heights above this would come near to the skyline's gap, -1e290.
+constexpr double greatestSupported = 1e200;
+
+/// The cell at whose very centre the eye stands, which no leaf contains: its column and row; nothing if there is
+/// no such cell with data.
+std::optional<std::pair<int, int>> ownCell(const Terrain &terrain, const Eye &eye)
+{
     const double column = eye.column();
     const double row = eye.row();
     const int x = static_cast<int>(column);
     const int y = static_cast<int>(row);
-    if (x == column && y == row && !std::isnan(scene.terrain.at(x, y)) && scene.sight.reaches(x, y))
-        scene.seen.set(x, y, true);
+    if (x != column || y != row || std::isnan(terrain.at(x, y)))
+        return {};
+    return std::pair{x, y};
+}
+
+bool isSupported(const Scene &scene)
+{
+    return scene.errorPerCell < greatestSupported * horizonRounding;
 }
 
 } // namespace
+
+/// The buffers of one thread's sweeps, passed from one leaf to the next so that memory is allocated only a few
+/// times.
+struct Sweeper::Workspace
+{
+    explicit Workspace(const SkylineKernels &kernels)
+        : skyline(kernels)
+        , panel(kernels)
+    { }
+
+    Skyline skyline;
+    Panel panel;
+    SeenBuffers seen;
+    std::vector<double> heights;
+};
+
+/// The workspaces that no thread uses at the moment.
+class Sweeper::Idle
+{
+public:
+    /// Returns an idle workspace, or a new one.
+    std::unique_ptr<Workspace> acquire(const SkylineKernels &kernels)
+    {
+        const std::lock_guard lock(m_guard);
+        if (m_idle.empty())
+            return std::make_unique<Workspace>(kernels);
+        std::unique_ptr<Workspace> workspace = std::move(m_idle.back());
+        m_idle.pop_back();
+        return workspace;
+    }
+    void release(std::unique_ptr<Workspace> workspace)
+    {
+        const std::lock_guard lock(m_guard);
+        m_idle.push_back(std::move(workspace));
+    }
+
+private:
+    std::mutex m_guard;
+    std::vector<std::unique_ptr<Workspace>> m_idle;
+};
+
+Sweeper::Sweeper(const Terrain &terrain, const BlockMaxima &maxima, VectorPath path)
+    : m_terrain(terrain)
+    , m_maxima(maxima)
+    , m_path(path)
+    , m_idle(std::make_unique<Idle>())
+{ }
+
+Sweeper::~Sweeper() = default;
+
+Scene Sweeper::sceneOf(const Sight &sight) const
+{
+    const Window window = windowOf(sight, m_terrain.width(), m_terrain.height());
+    return {.terrain = m_terrain,
+            .maxima = m_maxima,
+            .sight = sight,
+            .window = window,
+            .leavesPerSector = leavesFor(sight, window),
+            .errorPerCell = boundOfHeights(m_terrain, m_maxima, sight) * horizonRounding,
+            .shortestStepSquared = shortestStepSquared(sight.ground),
+            .kernels = kernelsOf(m_path)};
+}
+
+/// Calls sweep(frame, leaf, workspace) for each leaf.
+template <class Sweep>
+void Sweeper::sweepLeaves(const Scene &scene, int threads, const Progress &progress, Sweep sweep)
+{
+    if (scene.window.width == 0)
+        return;
+    const auto sweepLeaf = [&](int job) {
+        const int sector = job % sectors;
+        const Frame frame{.linesAreColumns = sector < 2, .awayStep = sector % 2 == 0 ? 1 : -1};
+        std::unique_ptr<Workspace> workspace = m_idle->acquire(scene.kernels);
+        sweep(frame, job / sectors, *workspace);
+        m_idle->release(std::move(workspace));
+    };
+    runJobs(sectors * scene.leavesPerSector, threads, sweepLeaf, progress);
+}
+
+void Sweeper::addSeen(BitGrid &seen, const Window &window, const Sight &sight, int threads,
+                      const Progress &progress)
+{
+    const Scene scene = sceneOf(sight);
+    if (!isSupported(scene)) {
+        addPlain(seen, window, m_terrain, sight, threads, progress);
+        return;
+    }
+    if (const auto own = ownCell(m_terrain, sight.eye); own && sight.reaches(own->first, own->second)
+        && sees(m_terrain, sight, own->first, own->second))
+        setBit(seen, own->first - window.left, own->second - window.top);
+    sweepLeaves(scene, threads, progress, [&](const Frame &frame, int leaf, Workspace &workspace) {
+        SeenCells sink(scene, frame, seen, window, workspace.seen);
+        LeafSweep(scene, frame, leaf, workspace.skyline, workspace.panel).run(sink);
+    });
+}
+
+void Sweeper::findHeights(const Sight &sight, const HeightsFound &found, int threads, const Progress &progress)
+{
+    Sight toGround = sight;
+    toGround.targetHeight = 0.0;
+    const Scene scene = sceneOf(toGround);
+    if (!isSupported(scene)) {
+        findPlainHeights(scene, found, threads, progress);
+        return;
+    }
+    if (const auto own = ownCell(m_terrain, sight.eye)) {
+        const double height = plainTargetHeight(m_terrain, toGround, own->first, own->second);
+        found({.column = own->first, .row = own->second, .columnStep = 1, .rowStep = 0, .count = 1}, &height);
+    }
+    sweepLeaves(scene, threads, progress, [&](const Frame &frame, int leaf, Workspace &workspace) {
+        TargetHeights sink(scene, frame, found, workspace.heights);
+        LeafSweep(scene, frame, leaf, workspace.skyline, workspace.panel).run(sink);
+    });
+}
+
+HorizonLine Sweeper::horizonLine(const Sight &sight, double metresOfHeight, int threads,
+                                 const Progress &progress)
+{
+    Scene scene = sceneOf(sight);
+    scene.endsAtReach = true;
+    HorizonLine line(sight, metresOfHeight);
+    std::mutex guard; // of `line`
+    sweepLeaves(scene, threads, progress, [&](const Frame &frame, int leaf, Workspace &workspace) {
+        Traced traced(workspace.skyline);
+        NoSink sink;
+        LeafSweep(scene, frame, leaf, workspace.skyline, workspace.panel).run(sink);
+        const std::lock_guard lock(guard);
+        line.add(frame, leaf, workspace.skyline.horizon());
+    });
+    line.finish();
+    return line;
+}
 
 BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight, int threads,
                         const Progress &progress, VectorPath path)
@@ -89,34 +287,8 @@ BitGrid horizonViewshed(const Terrain &terrain, const BlockMaxima &maxima, const
 void addHorizonViewshed(BitGrid &seen, const Terrain &terrain, const BlockMaxima &maxima, const Sight &sight,
                         int threads, const Progress &progress, VectorPath path)
 {
-    const double greatest = boundOfHeights(terrain, maxima, sight);
-    constexpr double greatestSupported = 1e200; // its products must stay far above the skyline's gap, -1e290
     const Window whole{.left = 0, .top = 0, .width = terrain.width(), .height = terrain.height()};
-    if (!(greatest < greatestSupported)) {
-        add(seen, plainViewshed(terrain, sight, threads, progress),
-            {.window = whole, .firstRow = 0, .endRow = terrain.height()});
-        return;
-    }
-
-    const Scene scene{.terrain = terrain,
-                      .maxima = maxima,
-                      .sight = sight,
-                      .window = windowOf(sight, terrain.width(), terrain.height()),
-                      .errorPerCell = greatest * horizonRounding,
-                      .shortestStepSquared = shortestStepSquared(sight.ground),
-                      .kernels = kernelsOf(path),
-                      .seen = seen};
-    addOwnCell(scene);
-    IdleWorkspaces workspaces;
-    const auto sweepLeaf = [&](int job) {
-        const int sector = job % sectors;
-        const Frame frame{.linesAreColumns = sector < 2, .awayStep = sector % 2 == 0 ? 1 : -1};
-        std::unique_ptr<Workspace> workspace = workspaces.acquire(scene.kernels);
-        LeafSweep(scene, frame, job / sectors, *workspace).run();
-        workspaces.release(std::move(workspace));
-    };
-    if (scene.window.width > 0)
-        runJobs(sectors * leavesPerSector, threads, sweepLeaf, progress);
+    Sweeper(terrain, maxima, path).addSeen(seen, whole, sight, threads, progress);
 }
 
 } // namespace viewshed

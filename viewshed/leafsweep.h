@@ -1,19 +1,16 @@
 #pragma once
 
-#include "viewshed/bitgrid.h"
 #include "viewshed/blockmaxima.h"
 #include "viewshed/combine.h"
 #include "viewshed/panel.h"
+#include "viewshed/ringsink.h"
 #include "viewshed/skyline.h"
-
-#include <cstdint>
-#include <vector>
 
 namespace viewshed
 {
 
 inline constexpr int sectors = 4;
-inline constexpr int leavesPerSector = 64;
+inline constexpr int mostLeaves = 64; ///< of a sector
 
 /// Rounding
 ///
@@ -53,52 +50,33 @@ struct Scene
     const BlockMaxima &maxima; ///< of `terrain`
     const Sight &sight;
     Window window;              ///< the part of the terrain that holds every cell within the sight's reach
+    int leavesPerSector;        ///< a power of 2 up to mostLeaves
     double errorPerCell;        ///< E / ahead, see "Rounding"; in the DEM's vertical unit
     double shortestStepSquared; ///< lower bound of the squared length of a step of one cell, in square metres
     const SkylineKernels &kernels;
-    BitGrid &seen; ///< of the terrain's size; several threads set bits in it
+    bool endsAtReach = false; ///< whether the ground beyond the sight's reach is taken to have no data
 };
 
-/// The buffers of a sweep. A thread passes the same workspace to one sweep after the other, so that memory is
-/// allocated only a few times.
-struct Workspace
-{
-    explicit Workspace(const SkylineKernels &kernels)
-        : skyline(kernels)
-        , panel(kernels)
-    { }
-
-    Skyline skyline;
-    Panel panel;
-    std::vector<std::uint64_t> seenVertices; ///< for each vertex of the ring 1 if it is seen, else 0
-    std::vector<std::uint64_t> columnBits;   ///< for each place of the panel the bits of one block's columns
-};
-
-/// Walks the rings of one leaf outwards, from the eye to the edge of the scene's window, and sets the bits of
-/// the cells that are seen. The glossary in horizon.h explains the terms.
+/// Walks the rings of one leaf outwards, from the eye to the edge of the scene's window. The glossary in
+/// horizon.h explains the terms.
 class LeafSweep
 {
 public:
-    /// Leaf number `leaf` (0 to leavesPerSector - 1, by growing m) of the sector that `frame` describes. No
-    /// other sweep may use the workspace at the same time.
-    LeafSweep(const Scene &scene, const Frame &frame, int leaf, Workspace &workspace);
+    /// Leaf number `leaf` (0 to scene.leavesPerSector - 1, by growing m) of the sector that `frame` describes.
+    /// No other sweep may use the skyline or the panel at the same time; the skyline is started anew.
+    LeafSweep(const Scene &scene, const Frame &frame, int leaf, Skyline &skyline, Panel &panel);
 
-    void run();
+    /// Passes each ring to the sink before it raises the skyline by it, which at the end holds the horizon of
+    /// the whole leaf.
+    void run(RingSink &sink);
 
 private:
     double ahead(int line) const { return (line - m_eyeLine) * m_frame.awayStep; }
     Places placesAround(double ahead) const;
-    void sweepBlock(int nearestLine, int farthestLine);
+    void sweepBlock(int nearestLine, int farthestLine, RingSink &sink);
     double greatestElevation(int line, Places places) const;
     bool isHidden(int nearestLine, int farthestLine, double greatest);
-    void sweepLine(int line);
-    void decide(int line, const Ring &ring, int firstPlace, const double *limits);
-    void decideDoubtful(int line, const Ring &ring, int firstPlace, const double *limits, int doubtful);
-    void dropBeyondReach(int line, const Ring &ring, int firstPlace);
-    void collectColumn(int line, const Ring &ring, int firstPlace);
-    void storeRow(int line, const Ring &ring, int firstPlace);
-    void storeColumns(int line);
-    void store(int column, int row, std::uint64_t bits);
+    void sweepLine(int line, bool raises, RingSink &sink);
 
     const Scene &m_scene;
     Frame m_frame;
@@ -111,8 +89,6 @@ private:
     bool m_nothingAboveEye = true; ///< no cell of the blocks so far is above the eye's level plane
     Skyline &m_skyline;
     Panel &m_panel;
-    std::vector<std::uint64_t> &m_seenVertices;
-    std::vector<std::uint64_t> &m_columnBits;
 };
 
 } // namespace viewshed

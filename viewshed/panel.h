@@ -55,6 +55,17 @@ public:
             std::fill(m_heights.begin(), m_heights.end(), noHeight);
         terrain.withCells([&](const auto *heights) { copy(heights, terrain, sight, frame); });
     }
+    /// Takes the data from the cells that are farther from the eye than the sight's reach.
+    void dropBeyondReach(const Sight &sight, const Frame &frame)
+    {
+        double *height = m_heights.data();
+        for (int line = m_lines.first; line <= m_lines.last; ++line) {
+            for (int place = m_places.first; place <= m_places.last; ++place, ++height) {
+                const double square = sight.squaredMetres(frame.column(line, place), frame.row(line, place));
+                *height = square > sight.reach * sight.reach ? noHeight : *height;
+            }
+        }
+    }
     int firstPlace() const { return m_places.first; }
     /// The height above the eye of the cell at `place`, followed by those of the next places of the line. NaN
     /// without data.

@@ -25,6 +25,8 @@ void Skyline::Envelope::restart(double from, std::size_t room)
         a.resize(room);
         b.resize(room);
     }
+    if (traced && places.size() < room)
+        places.resize(room);
     ends[0] = from;
     count = 0;
 }
@@ -38,6 +40,8 @@ void Skyline::Envelope::append(double end, const Piece &piece)
     if (count == 0 || this->piece(count - 1) != piece) {
         a[count] = piece.a;
         b[count] = piece.b;
+        if (traced)
+            places[count] = piece.place;
         ++count;
     }
     ends[count] = end;
@@ -48,6 +52,8 @@ void Skyline::Envelope::appendPoint(const Piece &piece)
 {
     a[count] = piece.a;
     b[count] = piece.b;
+    if (traced)
+        places[count] = piece.place;
     ++count;
     ends[count] = ends[count - 1];
 }
@@ -57,6 +63,8 @@ void Skyline::Envelope::appendCopy(const Envelope &other, std::size_t first, std
 {
     std::copy(other.a.data() + first, other.a.data() + end, a.data() + count);
     std::copy(other.b.data() + first, other.b.data() + end, b.data() + count);
+    if (traced)
+        std::copy(other.places.data() + first, other.places.data() + end, places.data() + count);
     std::copy(other.ends.data() + first + 1, other.ends.data() + end + 1, ends.data() + count + 1);
     count += end - first;
 }
@@ -65,12 +73,18 @@ Skyline::Skyline(const SkylineKernels &kernels)
     : m_kernels(kernels)
 { }
 
+void Skyline::setTraced(bool traced)
+{
+    m_horizon.traced = traced;
+    m_merged.traced = traced;
+}
+
 void Skyline::restart(double from, double to)
 {
     m_from = from;
     m_to = to;
     m_horizon.restart(from, 1);
-    m_horizon.append(to, {gapHeight, 0.0});
+    m_horizon.append(to, {gapHeight, 0.0, {}});
     m_knowsLowest = false;
 }
 
@@ -117,7 +131,7 @@ Skyline::Edge Skyline::edgeAlong(const Ring &ring, int interval) const
     const double a = (left * ring.side(interval + 1) - right * ring.side(interval)) / ring.ahead;
     return {.from = std::max(direction(interval), m_from),
             .to = std::min(direction(interval + 1), m_to),
-            .piece = {.a = a, .b = b},
+            .piece = {.a = a, .b = b, .place = {.distance = ring.ahead, .sideways = false}},
             .exists = !std::isnan(b)};
 }
 
@@ -128,7 +142,7 @@ Skyline::Edge Skyline::edgeFromNearer(const Ring &ring, int interval) const
 {
     const bool rightwards = ring.side(interval) > 0.0;
     if (!rightwards && !(ring.side(interval + 1) < 0.0))
-        return {.from = 0.0, .to = 0.0, .piece = {.a = 0.0, .b = 0.0}, .exists = false};
+        return {.from = 0.0, .to = 0.0, .piece = {.a = 0.0, .b = 0.0, .place = {}}, .exists = false};
     const int vertex = rightwards ? interval : interval + 1;
     const double side = ring.side(vertex);
     const double height = ring.heights[vertex];
@@ -138,7 +152,7 @@ Skyline::Edge Skyline::edgeFromNearer(const Ring &ring, int interval) const
     const double outer = nearerAhead > 0.0 ? side / nearerAhead : std::copysign(beyondSector, side);
     Edge edge{.from = direction(interval),
               .to = direction(interval + 1),
-              .piece = {.a = a, .b = b},
+              .piece = {.a = a, .b = b, .place = {.distance = side, .sideways = true}},
               .exists = !std::isnan(b)};
     (rightwards ? edge.to : edge.from) = rightwards ? std::min(outer, edge.to) : std::max(outer, edge.from);
     edge.from = std::max(edge.from, m_from);
@@ -200,6 +214,9 @@ void Skyline::replaceRun(const Ring &ring, int first, int end)
     m_kernels.edges(ring, first, end, m_merged.a.data() + m_merged.count, m_merged.b.data() + m_merged.count);
     std::copy(m_directions.data() + first + 1, m_directions.data() + end + 1,
               m_merged.ends.data() + m_merged.count + 1);
+    if (m_merged.traced)
+        std::fill_n(m_merged.places.data() + m_merged.count, end - first,
+                    EdgePlace{.distance = ring.ahead, .sideways = false});
     m_merged.count += static_cast<std::size_t>(end - first);
     while (m_horizon.ends[m_next + 1] < direction(end))
         ++m_next;
@@ -209,7 +226,7 @@ void Skyline::mergeInterval(const Ring &ring, int interval)
 {
     if (isLonePoint(ring, interval)) {
         copyUpTo(direction(interval));
-        m_merged.appendPoint({ring.heights[interval] / ring.ahead, 0.0});
+        m_merged.appendPoint({ring.heights[interval] / ring.ahead, 0.0, {.distance = ring.ahead, .sideways = false}});
     }
     Edge along = edgeAlong(ring, interval);
     const Edge fromNearer = edgeFromNearer(ring, interval);
@@ -289,6 +306,20 @@ void Skyline::appendHigher(double from, double to, const Piece &old, const Piece
         m_merged.append(crossing, atFrom > 0.0 ? edge : old);
         m_merged.append(to, atFrom > 0.0 ? old : edge);
     }
+}
+
+std::vector<HorizonPiece> Skyline::horizon() const
+{
+    std::vector<HorizonPiece> pieces;
+    for (std::size_t index = 0; index < m_horizon.count; ++index) {
+        if (m_horizon.a[index] > gapHeight / 2.0)
+            pieces.push_back({.from = m_horizon.ends[index],
+                              .to = m_horizon.ends[index + 1],
+                              .a = m_horizon.a[index],
+                              .b = m_horizon.b[index],
+                              .place = m_horizon.places[index]});
+    }
+    return pieces;
 }
 
 } // namespace viewshed

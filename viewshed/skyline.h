@@ -8,6 +8,26 @@
 namespace viewshed
 {
 
+/// Where the edge lies from which a piece of a horizon comes: at a distance ahead of the eye, in cells, or, if it
+/// leads straight away from ring to ring, at a distance to the side.
+struct EdgePlace
+{
+    double distance = 0.0;
+    bool sideways = false;
+
+    bool operator==(const EdgePlace &) const = default;
+};
+
+/// One piece of a horizon: g = a + b · m for the directions m from `from` to `to`.
+struct HorizonPiece
+{
+    double from;
+    double to;
+    double a;
+    double b;
+    EdgePlace place;
+};
+
 /// The horizon of one leaf: how high the ground from the eye up to some ring reaches, for each direction of a
 /// narrow range. The glossary in horizon.h explains the terms.
 ///
@@ -25,6 +45,9 @@ public:
     /// Call restart() before any other function. `kernels` must outlive the skyline.
     explicit Skyline(const SkylineKernels &kernels);
 
+    /// Whether the horizon also keeps the place of each piece's edge, from the next restart() on. It costs time.
+    void setTraced(bool traced);
+
     /// Makes the horizon a gap over the directions `from` to `to`. No vertex of a later ring may lie exactly at
     /// `from` or `to`.
     void restart(double from, double to);
@@ -40,11 +63,15 @@ public:
     /// first.
     void raise(const Ring &ring);
 
+    /// The horizon's pieces in order, without the gaps; setTraced() must be on.
+    std::vector<HorizonPiece> horizon() const;
+
 private:
     struct Piece
     {
         double a;
         double b;
+        EdgePlace place; ///< only kept if the horizon is traced
 
         double at(double m) const { return a + b * m; }
         bool operator==(const Piece &) const = default;
@@ -57,9 +84,14 @@ private:
         std::vector<double> ends;
         std::vector<double> a;
         std::vector<double> b;
+        std::vector<EdgePlace> places; ///< used if `traced`
         std::size_t count = 0;
+        bool traced = false;
 
-        Piece piece(std::size_t index) const { return {a[index], b[index]}; }
+        Piece piece(std::size_t index) const
+        {
+            return {a[index], b[index], traced ? places[index] : EdgePlace()};
+        }
         Pieces pieces() const { return {ends.data(), a.data(), b.data(), static_cast<int>(count)}; }
         /// Removes all pieces, and makes room for `room` of them.
         void restart(double from, std::size_t room);

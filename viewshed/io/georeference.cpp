@@ -44,6 +44,7 @@ Georeference::Georeference(GDALDataset &dataset)
     const OGRSpatialReference *crs = dataset.GetSpatialRef();
     if (dataset.GetGeoTransform(m_transform.data()) != CE_None) {
         m_transform = {0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
+        m_north = dataset.GetGCPCount() > 0 ? 1.0 : -1.0;
         if (dataset.GetGCPCount() > 0) {
             if (GDALGCPsToGeoTransform(dataset.GetGCPCount(), dataset.GetGCPs(), m_transform.data(), TRUE) == 0)
                 throw Problem("The raster's ground control points yield no geotransform.");
@@ -73,20 +74,17 @@ Georeference::Coordinates Georeference::coordinatesOf(const Position &position) 
             .y = m_transform[3] + m_transform[4] * column + m_transform[5] * row};
 }
 
-GroundForm Georeference::groundAt(double y) const
+GroundSteps Georeference::stepsAt(double y) const
 {
     Metres metres{1.0, 1.0};
     if (m_crs && m_crs->IsGeographic())
         metres = metresOfAngle(*m_crs, y);
     else if (m_crs)
         metres = {m_crs->GetLinearUnits(), m_crs->GetLinearUnits()};
-    const double columnX = m_transform[1] * metres.x;
-    const double columnY = m_transform[4] * metres.y;
-    const double rowX = m_transform[2] * metres.x;
-    const double rowY = m_transform[5] * metres.y;
-    return {.xx = columnX * columnX + columnY * columnY,
-            .xy = columnX * rowX + columnY * rowY,
-            .yy = rowX * rowX + rowY * rowY};
+    return {.columnEast = m_transform[1] * metres.x,
+            .columnNorth = m_transform[4] * metres.y * m_north,
+            .rowEast = m_transform[2] * metres.x,
+            .rowNorth = m_transform[5] * metres.y * m_north};
 }
 
 double Georeference::semiMajorAxis() const

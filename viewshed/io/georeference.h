@@ -43,7 +43,10 @@ public:
     /// The squared metres of a step in cells near a point with the coordinate y. In a geographic coordinate
     /// system, y is the latitude, and the ellipsoid's radii of curvature at that latitude count; otherwise the
     /// coordinate system's linear unit counts. Without a coordinate system, a unit is a metre.
-    GroundForm groundAt(double y) const;
+    GroundForm groundAt(double y) const { return stepsAt(y).form(); }
+    /// The same as the way that a step leads. North is where y grows, or up where the raster has no
+    /// georeference.
+    GroundSteps stepsAt(double y) const;
 
     /// The semi-major axis of the coordinate system's ellipsoid in metres; that of WGS 84 if it is not known.
     double semiMajorAxis() const;
@@ -51,6 +54,7 @@ public:
 private:
     std::array<double, 6> m_transform;
     std::array<double, 6> m_inverse{};
+    double m_north = 1.0; ///< 1 if y grows to the north, else -1
     std::unique_ptr<OGRSpatialReference> m_crs; ///< null without a coordinate system
 };
 
