@@ -42,14 +42,13 @@ double shortestStepSquared(const GroundForm &ground)
     return std::max(eigenvalue * roundedDown, 0.0);
 }
 
-/// The number of leaves of a sector: their rings should be about a hundred cells wide at the window's edge, since
-/// each ring costs as much as some dozen cells, but enough leaves to occupy the threads.
+/// The number of leaves of a sector: their rings should be about a hundred cells wide at the window's edge,
+/// since each ring costs as much as some dozen cells, but enough leaves to occupy the threads.
 int leavesFor(const Sight &sight, const Window &window)
 {
-    const double cells = std::max({std::abs(sight.eye.column() - window.left),
-                                   std::abs(sight.eye.column() - window.left - window.width),
-                                   std::abs(sight.eye.row() - window.top),
-                                   std::abs(sight.eye.row() - window.top - window.height)});
+    const double cells = std::max(
+        {std::abs(sight.eye.column() - window.left), std::abs(sight.eye.column() - window.left - window.width),
+         std::abs(sight.eye.row() - window.top), std::abs(sight.eye.row() - window.top - window.height)});
     constexpr double widest = 96.0;
     int leaves = 1;
     while (leaves < mostLeaves && 2.0 * cells / leaves > widest)
@@ -61,7 +60,8 @@ int leavesFor(const Sight &sight, const Window &window)
 void setBit(BitGrid &grid, int column, int row)
 {
     std::uint64_t &word = grid.row(row)[column / BitGrid::bitsPerWord];
-    std::atomic_ref(word).fetch_or(std::uint64_t(1) << (column % BitGrid::bitsPerWord), std::memory_order_relaxed);
+    std::atomic_ref(word).fetch_or(std::uint64_t(1) << (column % BitGrid::bitsPerWord),
+                                   std::memory_order_relaxed);
 }
 
 /// Sets the bits of the seen cells by the plain definition, for heights that a sweep cannot take.
@@ -124,8 +124,8 @@ private:
 /// Products with heights above this would come near to the skyline's gap, -1e290.
 constexpr double greatestSupported = 1e200;
 
-/// The cell at whose very centre the eye stands, which no leaf contains: its column and row; nothing if there is
-/// no such cell with data.
+/// The cell at whose very centre the eye stands, which no leaf contains: its column and row; nothing if there
+/// is no such cell with data.
 std::optional<std::pair<int, int>> ownCell(const Terrain &terrain, const Eye &eye)
 {
     const double column = eye.column();
@@ -230,8 +230,8 @@ void Sweeper::addSeen(BitGrid &seen, const Window &window, const Sight &sight, i
         addPlain(seen, window, m_terrain, sight, threads, progress);
         return;
     }
-    if (const auto own = ownCell(m_terrain, sight.eye); own && sight.reaches(own->first, own->second)
-        && sees(m_terrain, sight, own->first, own->second))
+    if (const auto own = ownCell(m_terrain, sight.eye);
+        own && sight.reaches(own->first, own->second) && sees(m_terrain, sight, own->first, own->second))
         setBit(seen, own->first - window.left, own->second - window.top);
     sweepLeaves(scene, threads, progress, [&](const Frame &frame, int leaf, Workspace &workspace) {
         SeenCells sink(scene, frame, seen, window, workspace.seen);

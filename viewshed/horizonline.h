@@ -23,8 +23,8 @@ struct HorizonPoint
     double z; ///< elevation of the ground, in the DEM's vertical unit
 };
 
-/// The horizon around an eye: in each direction the point of the ground that appears highest. The ground is that
-/// of sees(), linear between two neighbouring cell centres, at all columns and rows of cell centres.
+/// The horizon around an eye: in each direction the point of the ground that appears highest. The ground is
+/// that of sees(), linear between two neighbouring cell centres, at all columns and rows of cell centres.
 class HorizonLine
 {
 public:
@@ -36,17 +36,17 @@ public:
     void add(const Frame &frame, int leaf, std::vector<HorizonPiece> pieces);
     void finish();
 
-    /// The points at which the line bends or leaps, clockwise from the least azimuth on; two points have the same
-    /// azimuth where it leaps. Between two neighbouring points it is one straight edge of the ground, or there is
-    /// no ground at all: then the second point's `startsAnew` is set.
+    /// The points at which the line bends or leaps, clockwise from the least azimuth on; two points have the
+    /// same azimuth where it leaps. Between two neighbouring points it is one straight edge of the ground, or
+    /// there is no ground at all: then the second point's `startsAnew` is set.
     struct Breakpoint : HorizonPoint
     {
         bool startsAnew; ///< whether there is no ground between the point before and this one
     };
     const std::vector<Breakpoint> &breakpoints() const { return m_breakpoints; }
 
-    /// The horizon at an azimuth in degrees; where it leaps, the higher point. Nothing if there is no ground in this
-    /// direction.
+    /// The horizon at an azimuth in degrees; where it leaps, the higher point. Nothing if there is no ground in
+    /// this direction.
     std::optional<HorizonPoint> at(double azimuth) const;
 
 private:

@@ -8,10 +8,11 @@ namespace viewshed
 namespace
 {
 
-/// The direction at which leaf number `leaf` of a sector begins and the leaf before it ends. All leaves together
-/// cover m = -1 to 1. Their ends are shifted by 2^-40, so that no cell lies exactly at an end: the direction of a
-/// cell is a quotient of lattice numbers, which equals a multiple of 1/32 or differs from it by 2^-35 at least.
-/// Every cell is thus inside one leaf of a sector, and a cell on a diagonal is inside both adjoining sectors.
+/// The direction at which leaf number `leaf` of a sector begins and the leaf before it ends. All leaves
+/// together cover m = -1 to 1. Their ends are shifted by 2^-40, so that no cell lies exactly at an end: the
+/// direction of a cell is a quotient of lattice numbers, which equals a multiple of 1/32 or differs from it by
+/// 2^-35 at least. Every cell is thus inside one leaf of a sector, and a cell on a diagonal is inside both
+/// adjoining sectors.
 double leafEnd(int leaf, int leaves)
 {
     constexpr double shift = 0x1p-40;
@@ -74,8 +75,8 @@ Places LeafSweep::placesAround(double ahead) const
     return places;
 }
 
-/// Sweeps the lines of one row (or column) of blocks. If their cells are all hidden, the horizon is not raised, and
-/// the lines are skipped unless the sink wants them.
+/// Sweeps the lines of one row (or column) of blocks. If their cells are all hidden, the horizon is not raised,
+/// and the lines are skipped unless the sink wants them.
 void LeafSweep::sweepBlock(int nearestLine, int farthestLine, RingSink &sink)
 {
     const Places near = placesAround(ahead(nearestLine));

@@ -32,14 +32,14 @@ template <class AboveEye> bool hasNeighbour(const AboveEye &aboveEye, int line, 
 }
 
 /// Visits the crossings of a line of sight with one family of grid lines, the columns or the rows, from the eye
-/// on. The terrain has the lines 0 to `lines` - 1. aboveEye(line, place) is the height above the eye of the cell
-/// number `place` of the line, NaN without data. The eye's coordinates are lattice points along the view (counted
-/// in lines) and across it (in places). The position of a crossing is kept in whole numbers, and heights are
-/// multiplied out, so that no quotient is rounded.
+/// on. The terrain has the lines 0 to `lines` - 1. aboveEye(line, place) is the height above the eye of the
+/// cell number `place` of the line, NaN without data. The eye's coordinates are lattice points along the view
+/// (counted in lines) and across it (in places). The position of a crossing is kept in whole numbers, and
+/// heights are multiplied out, so that no quotient is rounded.
 ///
-/// Calls visit(height, scale, counts) for each crossing: the line of sight to a target at the height t above the
-/// eye is at t · scale where the ground is at `height`, and the crossing is to be ignored unless counts(). The
-/// height is NaN without data. Ends early, and returns true, when visit() does.
+/// Calls visit(height, scale, counts) for each crossing: the line of sight to a target at the height t above
+/// the eye is at t · scale where the ground is at `height`, and the crossing is to be ignored unless counts().
+/// The height is NaN without data. Ends early, and returns true, when visit() does.
 template <class AboveEye, class Visit>
 bool visitCrossings(const AboveEye &aboveEye, int lines, std::int64_t eyeAlong, std::int64_t eyeAcross,
                     int targetLine, int targetPlace, const Visit &visit)
@@ -56,8 +56,9 @@ bool visitCrossings(const AboveEye &aboveEye, int lines, std::int64_t eyeAlong, 
     const std::int64_t eyeLine = divided(eyeAlong, unit).whole;
     const bool eyeOnLine = eyeLine * unit == eyeAlong;
     // An eye may be thousands of lines away from the terrain; there is no ground on those.
-    int line = static_cast<int>(direction > 0 ? std::max<std::int64_t>(eyeLine + 1, 0)
-                                              : std::min<std::int64_t>(eyeLine - (eyeOnLine ? 1 : 0), lines - 1));
+    int line =
+        static_cast<int>(direction > 0 ? std::max<std::int64_t>(eyeLine + 1, 0)
+                                       : std::min<std::int64_t>(eyeLine - (eyeOnLine ? 1 : 0), lines - 1));
     std::int64_t distance = std::abs(line * unit - eyeAlong);
     auto [place, rest] = divided(eyeAcross * length + across * distance, whole);
     const Quotient step = divided(across * unit, whole);
@@ -123,8 +124,7 @@ double hiddenHeight(const Terrain &terrain, const Sight &sight, int column, int 
     if (sees(terrain, toGround, column, row))
         return 0.0;
     constexpr double least = std::numeric_limits<float>::min(); // rounding must not make the ground visible
-    return std::max(limitOf(terrain, sight, column, row)
-                        - sight.aboveEye(terrain.at(column, row), column, row),
+    return std::max(limitOf(terrain, sight, column, row) - sight.aboveEye(terrain.at(column, row), column, row),
                     least);
 }
 

@@ -25,13 +25,13 @@ namespace viewshed
 bool sees(const Terrain &terrain, const Sight &sight, int column, int row);
 
 /// The height above the eye that the ground between the eye and the cell's centre reaches there: a target at or
-/// above it is not hidden. Found at the same crossings as in sees(), each divided once; minus infinity if there is
-/// no ground in between. In the DEM's vertical unit.
+/// above it is not hidden. Found at the same crossings as in sees(), each divided once; minus infinity if there
+/// is no ground in between. In the DEM's vertical unit.
 double limitOf(const Terrain &terrain, const Sight &sight, int column, int row);
 
-/// How far the ground of a cell with data is below the least height at which the eye sees a target there, in the
-/// DEM's vertical unit: 0 if the ground itself is seen, else a positive number. The sight's target height and
-/// its field of view are not considered.
+/// How far the ground of a cell with data is below the least height at which the eye sees a target there, in
+/// the DEM's vertical unit: 0 if the ground itself is seen, else a positive number. The sight's target height
+/// and its field of view are not considered.
 double hiddenHeight(const Terrain &terrain, const Sight &sight, int column, int row);
 
 /// The height of a target that no height makes visible: its cell is out of reach, or outside the field of view.
@@ -41,9 +41,9 @@ inline constexpr double neverSeen = std::numeric_limits<double>::infinity();
 /// sight's field of view; neverSeen if there is none. `ground` is the cell's height above the eye.
 double heightWithinSlopes(double height, double ground, const Sight &sight, int column, int row);
 
-/// The least height above the ground at which the eye sees a target on the cell: 0 if it sees the ground itself,
-/// neverSeen if it sees no target there, NaN for a cell without data. In the DEM's vertical unit. The sight's
-/// target height is not considered. This is the definition for each faster computation.
+/// The least height above the ground at which the eye sees a target on the cell: 0 if it sees the ground
+/// itself, neverSeen if it sees no target there, NaN for a cell without data. In the DEM's vertical unit. The
+/// sight's target height is not considered. This is the definition for each faster computation.
 double plainTargetHeight(const Terrain &terrain, const Sight &sight, int column, int row);
 
 /// Receives the share of the work that is done, from 0 to 1. Called by the thread that started the work.

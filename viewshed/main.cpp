@@ -1,10 +1,13 @@
-// gdal_intervisibility.exe: paints which cells of a DEM observers see.
+// gdal_intervisibility.exe: computes what observers see of a DEM.
 
 #include "viewshed/io/analysis.h"
 #include "viewshed/io/inputfiles.h"
+#include "viewshed/io/numbers.h"
 #include "viewshed/io/observers.h"
 #include "viewshed/io/picture.h"
 #include "viewshed/io/raster_io.h"
+#include "viewshed/io/statisticsfile.h"
+#include "viewshed/io/stop.h"
 #include "viewshed/options.h"
 
 #include <gdal_priv.h>
@@ -14,7 +17,9 @@
 #include <cstdio>
 #include <exception>
 #include <map>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace
@@ -74,21 +79,63 @@ void ignoreWriteSignals()
 #endif
 }
 
-/// One run from the input files to the picture. Throws Problem or std::bad_alloc.
-void paint(const Options &options)
+/// Writes the product to its file, and keeps it and the side files once all of them are complete; either may be
+/// null.
+void write(const Analysis &analysis, const Raster &raster, const Options &options, std::size_t observers,
+           SkylineFile *skylines, SideText *statistics)
+{
+    const ProductForm forms[] = {pictureForm, countForm(observers), heightForm};
+    ProductFile product(raster, options, forms[static_cast<int>(options.output)]);
+    switch (options.output) {
+    case Output::Picture:
+        writePicture(product.dataset(), analysis, options);
+        break;
+    case Output::Count:
+        writeCounts(product.dataset(), analysis);
+        break;
+    case Output::Height:
+        writeHeights(product.dataset(), analysis);
+        break;
+    }
+    product.close();
+    if (skylines != nullptr)
+        skylines->keep();
+    if (statistics != nullptr)
+        statistics->keep();
+    product.keep();
+}
+
+/// One run from the input files to the product. Throws Problem or std::bad_alloc.
+void compute(const Options &options)
 {
     const InputFiles inputs = inputFiles(options);
     const Raster raster(options.source, options.band);
     const std::vector<Observer> observers = readObservers(options.pointFile);
     checkDestination(options, inputs);
+    const Georeference georeference(raster.dataset());
+    std::unique_ptr<SkylineFile> skylines;
+    std::optional<SideText> statistics;
+    if (!options.skyline.empty() || !options.statistics.empty())
+        catchStopSignals();
+    if (!options.skyline.empty())
+        skylines = createSkylineFile({.path = options.skyline, .step = options.skylineStep}, raster.dataset(),
+                                     georeference);
+    if (!options.statistics.empty())
+        statistics.emplace(options.statistics);
+
     const int threads = static_cast<int>(std::thread::hardware_concurrency());
     // The last tenth of the progress is for writing. GDAL ends the line when 1 is reported, so that comes last.
     constexpr double computing = 0.9;
     const auto report = [](double done) { GDALTermProgress(done, nullptr, nullptr); };
     report(0.0);
     const Analysis analysis =
-        analysed(raster, observers, options, threads, [&](double done) { report(computing * done); });
-    writePicture(analysis, raster, options);
+        analysed(raster, georeference, observers, options, skylines.get(), threads, [&](double done) {
+            checkStop();
+            report(computing * done);
+        });
+    if (statistics)
+        writeStatistics(*statistics, analysis, observers, georeference);
+    write(analysis, raster, options, observers.size(), skylines.get(), statistics ? &*statistics : nullptr);
     report(1.0);
 }
 
@@ -106,7 +153,7 @@ int run(const std::vector<std::string> &arguments)
         const Warnings warnings;
         ignoreWriteSignals();
         GDALAllRegister();
-        paint(options);
+        compute(options);
         break;
     }
     }

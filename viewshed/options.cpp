@@ -3,6 +3,7 @@
 #include "viewshed/problem.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <functional>
@@ -16,6 +17,10 @@ namespace viewshed
 
 namespace
 {
+
+/// Degrees between two directions of a horizon.
+constexpr double leastStep = 0.001;
+constexpr double greatestStep = 180.0;
 
 constexpr int lastBand = std::numeric_limits<int>::max();
 
@@ -35,6 +40,14 @@ template <class Number> std::string words(Number number)
     std::ostringstream text;
     text << std::setprecision(std::numeric_limits<double>::digits10) << number;
     return text.str();
+}
+
+bool hasSuffix(const std::string &name, const std::string &suffix)
+{
+    const auto same = [](unsigned char one, unsigned char other) { return std::tolower(one) == other; };
+    return name.size() > suffix.size()
+        && std::equal(name.end() - static_cast<std::ptrdiff_t>(suffix.size()), name.end(), suffix.begin(),
+                      same);
 }
 
 /// Reads the arguments one after the other. Each function for a value throws Problem with the option's name.
@@ -94,6 +107,32 @@ public:
         throw Problem("The option " + m_name + " takes OVERWRITE, OR or AND, not " + quoted(text) + ".");
     }
 
+    Output output()
+    {
+        const std::string &text = value();
+        if (text == "picture")
+            return Output::Picture;
+        if (text == "count")
+            return Output::Count;
+        if (text == "height")
+            return Output::Height;
+        throw Problem("The option " + m_name + " takes picture, count or height, not " + quoted(text) + ".");
+    }
+
+    /// A file whose name ends in one of the suffixes, whatever their case.
+    std::string file(const std::vector<std::string> &suffixes)
+    {
+        const std::string &text = value();
+        std::string list;
+        for (const std::string &suffix : suffixes) {
+            if (hasSuffix(text, suffix))
+                return text;
+            list += (list.empty() ? "" : " or ") + suffix;
+        }
+        throw Problem("The option " + m_name + " takes a file whose name ends in " + list + ", not "
+                      + quoted(text) + ".");
+    }
+
     std::string pair()
     {
         const std::string &text = value();
@@ -108,8 +147,27 @@ private:
     std::string m_name; ///< the option that next() returned last
 };
 
+/// Two of the files that a run writes must not be the same one.
+void checkDifferent(const Options &options)
+{
+    const std::pair<const std::string *, const char *> files[] = {{&options.destination, "-DstFile"},
+                                                                  {&options.skyline, "-Skyline"},
+                                                                  {&options.statistics, "-Statistics"}};
+    for (const auto &[one, name] : files) {
+        for (const auto &[other, otherName] : files) {
+            if (one != other && !one->empty() && *one == *other)
+                throw Problem(std::string("The options ") + name + " and " + otherName
+                              + " name the same file.");
+        }
+    }
+}
+
 void checkComplete(const Options &options)
 {
+    checkDifferent(options);
+    if (options.skylineStep > 0.0 && options.skyline.empty())
+        throw Problem("The option -SkylineStep needs -Skyline.");
+
     for (const auto &[value, name] : {std::pair{&options.source, "-SrcFile"},
                                       {&options.destination, "-DstFile"},
                                       {&options.pointFile, "-point_file"}}) {
@@ -135,6 +193,13 @@ Options parsedOptions(const std::vector<std::string> &given)
         {"-COZ", [&] { options.seen = arguments.color(); }},
         {"-CNoData", [&] { options.noData = arguments.color(); }},
         {"-co", [&] { options.creationOptions.push_back(arguments.pair()); }},
+        {"-Output", [&] { options.output = arguments.output(); }},
+        {"-Skyline",
+         [&] {
+             options.skyline = arguments.file({".csv", ".json", ".gpkg"});
+         }},
+        {"-SkylineStep", [&] { options.skylineStep = arguments.number(leastStep, greatestStep); }},
+        {"-Statistics", [&] { options.statistics = arguments.file({".csv"}); }},
         {"-cc", [&] { options.curvature = arguments.number(-greatestCurvature, greatestCurvature); }},
         {"--help", [&] { options.request = Options::Request::Help; }},
         {"--version", [&] { options.request = Options::Request::Version; }},
@@ -154,29 +219,55 @@ Options parsedOptions(const std::vector<std::string> &given)
 
 std::string usage()
 {
-    return "Usage: gdal_intervisibility.exe -SrcFile <dem> -DstFile <picture.tif> -point_file <points> "
+    return "Usage: gdal_intervisibility.exe -SrcFile <dem> -DstFile <file.tif> -point_file <points> "
            "[options]\n"
            "\n"
-           "Paints each cell of a DEM in one of three colours: seen by the observers, hidden, or without "
-           "data.\n"
+           "Computes what observers see of a DEM: a picture in three colours (seen, hidden, without data), "
+           "the\n"
+           "number of observers that see each cell, or the least height at which something would be seen.\n"
            "\n"
            "  -SrcFile <dem>         raster of elevations\n"
            "  -iBand <n>             its band (1)\n"
-           "  -DstFile <file>        GeoTIFF to create, 3 bands of bytes\n"
+           "  -DstFile <file>        GeoTIFF to create\n"
            "  -point_file <file>     observers: points with z, the absolute altitude of the eye, and the "
-           "field\n"
-           "                         Max_Dist, the greatest distance in metres (0, negative: without limit)\n"
+           "fields\n"
+           "                         below\n"
+           "  -Output <what>         picture: 3 bands of bytes, the colours (default). count: how many "
+           "observers\n"
+           "                         see the cell, UInt16 or UInt32. height: the least height above the ground "
+           "at\n"
+           "                         which a target is seen by at least one observer (by all with AND), "
+           "Float32;\n"
+           "                         0 where the ground is seen, -9999 without data and where no height helps\n"
            "  -DstOp <operation>     several observers: OVERWRITE (each replaces those before it "
            "within\n"
            "                         its distance), OR (at least one sees the cell), AND (all see it)\n"
-           "  -SH <height>           height of the target above the ground (0)\n"
+           "  -SH <height>           height of the target above the ground (0); not for -Output height\n"
            "  -COZ <r> <g> <b>       colour of visible cells (0 158 115)\n"
            "  -CNOZ <r> <g> <b>      colour of the other cells (213 94 0)\n"
            "  -CNoData <r> <g> <b>   colour of cells without data (0 0 0)\n"
            "  -co <NAME=VALUE>       creation option of GeoTIFF; may be repeated\n"
            "  -cc <coefficient>      factor on the Earth's curvature (0.85714 includes refraction, 0 is a "
            "plane)\n"
-           "  --version, --help\n";
+           "  -Skyline <file>        writes the horizon of each observer: .csv or .json (azimuth and angle in\n"
+           "                         degrees, distance in metres), or .gpkg (lines, and the outline of the "
+           "area\n"
+           "                         seen)\n"
+           "  -SkylineStep <step>    degrees from one direction of the horizon to the next; without it, every\n"
+           "                         point at which the horizon bends is written\n"
+           "  -Statistics <file>     writes the area that each observer sees, .csv\n"
+           "  --version, --help\n"
+           "\n"
+           "Fields of the observers, all of them optional; a missing value is as if there were no such field:\n"
+           "  Max_Dist, RADIUS2      greatest distance of a target in metres; 0, negative: without limit\n"
+           "  RADIUS1                least distance of a target in metres\n"
+           "  OFFSETA                is added to the altitude of the eye\n"
+           "  OFFSETB                height of this observer's targets, in the place of -SH\n"
+           "  AZIMUTH1, AZIMUTH2     sector that is seen, in degrees clockwise from north: from AZIMUTH1 on, "
+           "up\n"
+           "                         to but not including AZIMUTH2\n"
+           "  VERT1, VERT2           greatest and least angle of sight above the horizontal, in degrees\n"
+           "  NAME                   name of the observer\n";
 }
 
 } // namespace viewshed

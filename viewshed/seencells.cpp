@@ -31,8 +31,8 @@ void SeenCells::ring(const SweptRing &swept)
     const double error = ring.ahead * m_scene.errorPerCell;
     if (m_seenVertices.size() <= static_cast<std::size_t>(ring.intervals))
         m_seenVertices.resize(static_cast<std::size_t>(ring.intervals) + 1);
-    const int doubtful = m_scene.kernels.classify(ring, swept.limits, m_scene.sight.targetHeight, error,
-                                                  m_seenVertices.data());
+    const int doubtful =
+        m_scene.kernels.classify(ring, swept.limits, m_scene.sight.targetHeight, error, m_seenVertices.data());
     decideDoubtful(swept, doubtful);
     if (m_scene.sight.hasBounds() || m_scene.sight.field.hasSlopes())
         dropUnseen(swept);

@@ -41,8 +41,8 @@ private:
     const Scene &m_scene;
     Frame m_frame;
     BitGrid &m_seen;
-    int m_firstWord; ///< of a row of the terrain, the word with which a row of m_seen begins
-    int m_firstRow;  ///< the terrain's row with which m_seen begins
+    int m_firstWord;      ///< of a row of the terrain, the word with which a row of m_seen begins
+    int m_firstRow;       ///< the terrain's row with which m_seen begins
     int m_firstPlace = 0; ///< the place of the first of m_columnBits
     std::vector<std::uint64_t> &m_seenVertices;
     std::vector<std::uint64_t> &m_columnBits;

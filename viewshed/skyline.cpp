@@ -226,7 +226,8 @@ void Skyline::mergeInterval(const Ring &ring, int interval)
 {
     if (isLonePoint(ring, interval)) {
         copyUpTo(direction(interval));
-        m_merged.appendPoint({ring.heights[interval] / ring.ahead, 0.0, {.distance = ring.ahead, .sideways = false}});
+        m_merged.appendPoint(
+            {ring.heights[interval] / ring.ahead, 0.0, {.distance = ring.ahead, .sideways = false}});
     }
     Edge along = edgeAlong(ring, interval);
     const Edge fromNearer = edgeFromNearer(ring, interval);

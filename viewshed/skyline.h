@@ -8,8 +8,8 @@
 namespace viewshed
 {
 
-/// Where the edge lies from which a piece of a horizon comes: at a distance ahead of the eye, in cells, or, if it
-/// leads straight away from ring to ring, at a distance to the side.
+/// Where the edge lies from which a piece of a horizon comes: at a distance ahead of the eye, in cells, or, if
+/// it leads straight away from ring to ring, at a distance to the side.
 struct EdgePlace
 {
     double distance = 0.0;
@@ -45,7 +45,8 @@ public:
     /// Call restart() before any other function. `kernels` must outlive the skyline.
     explicit Skyline(const SkylineKernels &kernels);
 
-    /// Whether the horizon also keeps the place of each piece's edge, from the next restart() on. It costs time.
+    /// Whether the horizon also keeps the place of each piece's edge, from the next restart() on. It costs
+    /// time.
     void setTraced(bool traced);
 
     /// Makes the horizon a gap over the directions `from` to `to`. No vertex of a later ring may lie exactly at

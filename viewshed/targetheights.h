@@ -19,9 +19,9 @@ struct CellLine
 };
 
 /// Receives the least height above the ground at which a target on each of the cells is seen, as
-/// plainTargetHeight() returns it, in the DEM's vertical unit; NaN for a cell about which nothing is said. Called
-/// by several threads at a time, with different cells but for those on a diagonal of the eye, for which two
-/// threads report the same height.
+/// plainTargetHeight() returns it, in the DEM's vertical unit; NaN for a cell about which nothing is said.
+/// Called by several threads at a time, with different cells but for those on a diagonal of the eye, for which
+/// two threads report the same height.
 using HeightsFound = std::function<void(const CellLine &cells, const double *heights)>;
 
 /// Reports how high a target on each cell of a leaf must be to be seen.

@@ -260,8 +260,8 @@ void HorizonTest::targetHeights()
 {
     Random random(17);
     for (int round = 0; round < 300; ++round) {
-        const Ground ground = std::array{Ground::Smooth, Ground::Steps, Ground::Noise, Ground::Sea, Ground::Plane}
-            [static_cast<std::size_t>(round) % 5];
+        const Ground ground = std::array{Ground::Smooth, Ground::Steps, Ground::Noise, Ground::Sea,
+                                         Ground::Plane}[static_cast<std::size_t>(round) % 5];
         const Terrain terrain = terrainOf(ground, 20 + round % 60, 15 + round % 37, round % 3 * 0.1, random);
         Sight sight = sightOn(terrain, random);
         if (round % 4 == 3)
@@ -275,9 +275,14 @@ void HorizonTest::targetHeights()
                     QVERIFY(std::isnan(plain) ? std::isnan(height) : std::isnan(height) || std::isinf(height));
                     continue;
                 }
-                QVERIFY2((std::isinf(plain) && std::isinf(height)) || std::abs(height - plain) <= 1e-12 + 1e-9 * plain,
+                QVERIFY2((std::isinf(plain) && std::isinf(height))
+                             || std::abs(height - plain) <= 1e-12 + 1e-9 * plain,
                          qPrintable(QStringLiteral("round %1, (%2, %3): %4, not %5")
-                                        .arg(round).arg(column).arg(row).arg(height).arg(plain)));
+                                        .arg(round)
+                                        .arg(column)
+                                        .arg(row)
+                                        .arg(height)
+                                        .arg(plain)));
                 if (std::isinf(plain))
                     continue;
                 // A target of this height is seen, one a millimetre lower is not, unless it is in the ground.
@@ -348,8 +353,8 @@ InSector inSector(const HorizonPoint &point, const Sight &sight, const Frame &fr
     const double columns = point.column - sight.eye.column();
     const double rows = point.row - sight.eye.row();
     const double ahead = frame.linesAreColumns ? columns * frame.awayStep : rows * frame.awayStep;
-    const double lowered = point.z - sight.eye.z
-        - sight.curvatureDrop * sight.ground.squaredMetres(columns, rows);
+    const double lowered =
+        point.z - sight.eye.z - sight.curvatureDrop * sight.ground.squaredMetres(columns, rows);
     return {(frame.linesAreColumns ? rows : columns) / ahead, lowered / ahead};
 }
 
@@ -367,21 +372,33 @@ void HorizonTest::horizonLines()
         if (round % 2 == 0)
             limitField(sight, random);
         else
-            sight.steps = {.columnEast = std::sqrt(sight.ground.xx),
-                           .rowEast = sight.ground.xy / std::sqrt(sight.ground.xx),
-                           .rowNorth = -std::sqrt(sight.ground.yy
-                                                  - sight.ground.xy * sight.ground.xy / sight.ground.xx)};
+            sight.steps = {
+                .columnEast = std::sqrt(sight.ground.xx),
+                .rowEast = sight.ground.xy / std::sqrt(sight.ground.xx),
+                .rowNorth = -std::sqrt(sight.ground.yy - sight.ground.xy * sight.ground.xy / sight.ground.xx)};
         const BlockMaxima maxima(terrain, 1);
         const HorizonLine line = Sweeper(terrain, maxima).horizonLine(sight, 2.0, round % 2 + 1);
         const auto &points = line.breakpoints();
         for (std::size_t index = 0; index < points.size(); ++index) {
             const HorizonLine::Breakpoint &one = points[index];
             const HorizonLine::Breakpoint &next = points[(index + 1) % points.size()];
-            QVERIFY2(index + 1 == points.size() || one.azimuth <= next.azimuth, qPrintable(QStringLiteral("round %1 %2 %3 / %4 %5 %6 / %7 %8").arg(round).arg(one.azimuth,0,'g',17).arg(one.column).arg(one.row).arg(next.azimuth,0,'g',17).arg(next.column).arg(next.row).arg(sight.eye.column()).arg(sight.eye.row())));
+            QVERIFY2(index + 1 == points.size() || one.azimuth <= next.azimuth,
+                     qPrintable(QStringLiteral("round %1 %2 %3 / %4 %5 %6 / %7 %8")
+                                    .arg(round)
+                                    .arg(one.azimuth, 0, 'g', 17)
+                                    .arg(one.column)
+                                    .arg(one.row)
+                                    .arg(next.azimuth, 0, 'g', 17)
+                                    .arg(next.column)
+                                    .arg(next.row)
+                                    .arg(sight.eye.column())
+                                    .arg(sight.eye.row())));
             const double radians = std::numbers::pi / 180.0;
-            const InSector onePlace = inSector(one, sight, frameOf(one.column - sight.eye.column(), one.row - sight.eye.row()));
+            const InSector onePlace =
+                inSector(one, sight, frameOf(one.column - sight.eye.column(), one.row - sight.eye.row()));
             Q_UNUSED(onePlace)
-            const double metres = std::sqrt(sight.ground.squaredMetres(one.column - sight.eye.column(), one.row - sight.eye.row()));
+            const double metres = std::sqrt(
+                sight.ground.squaredMetres(one.column - sight.eye.column(), one.row - sight.eye.row()));
             QVERIFY(std::abs(one.distance - metres) < 1e-9 * metres);
             const double lowered = one.z - sight.eye.z - sight.curvatureDrop * metres * metres;
             QVERIFY(std::abs(one.angle * radians - std::atan2(2.0 * lowered, metres)) < 1e-9);
@@ -405,12 +422,19 @@ void HorizonTest::horizonLines()
             const double plain = plainHorizon(terrain, sight, frame, m);
             const double g = std::lerp(from.g, to.g, part);
             QVERIFY2(std::abs(plain - g) < 1e-9 * std::max(1.0, std::abs(plain)),
-                     qPrintable(QStringLiteral("round %1, azimuth %2: %3, not %4; %5 to %6").arg(round).arg(one.azimuth).arg(g).arg(plain).arg(from.m).arg(to.m)));
+                     qPrintable(QStringLiteral("round %1, azimuth %2: %3, not %4; %5 to %6")
+                                    .arg(round)
+                                    .arg(one.azimuth)
+                                    .arg(g)
+                                    .arg(plain)
+                                    .arg(from.m)
+                                    .arg(to.m)));
         }
         for (int azimuth = 0; azimuth < 360; azimuth += 7) {
             const double east = std::sin(azimuth * std::numbers::pi / 180.0 + 1e-5);
             const double north = std::cos(azimuth * std::numbers::pi / 180.0 + 1e-5);
-            const std::optional<HorizonPoint> point = line.at(sight.steps.azimuth(0, 0) + azimuth + 1e-5 * 180.0 / std::numbers::pi);
+            const std::optional<HorizonPoint> point =
+                line.at(sight.steps.azimuth(0, 0) + azimuth + 1e-5 * 180.0 / std::numbers::pi);
             const GroundSteps &steps = sight.steps;
             const double scale = steps.columnEast * steps.rowNorth - steps.rowEast * steps.columnNorth;
             const double columns = (east * steps.rowNorth - north * steps.rowEast) / scale;
@@ -420,15 +444,14 @@ void HorizonTest::horizonLines()
             const double plain = plainHorizon(terrain, sight, frame, m);
             QCOMPARE(point.has_value(), !std::isinf(plain));
             if (point)
-                QVERIFY(std::abs(inSector(*point, sight, frame).g - plain) < 1e-9 * std::max(1.0, std::abs(plain)));
+                QVERIFY(std::abs(inSector(*point, sight, frame).g - plain)
+                        < 1e-9 * std::max(1.0, std::abs(plain)));
         }
     }
 }
 
 /// Angles that can be computed by hand: a cone around the eye, and a straight wall.
-void HorizonTest::coneAndWall()
-{
-}
+void HorizonTest::coneAndWall() { }
 
 QTEST_GUILESS_MAIN(HorizonTest)
 #include "horizon_test.moc"

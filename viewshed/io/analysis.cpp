@@ -1,13 +1,11 @@
 #include "viewshed/io/analysis.h"
 
-#include "viewshed/horizon.h"
-#include "viewshed/io/georeference.h"
 #include "viewshed/io/observersight.h"
-#include "viewshed/jobs.h"
+#include "viewshed/io/survey.h"
+#include "viewshed/observergroups.h"
 #include "viewshed/problem.h"
 
-#include <gdal_priv.h>
-
+#include <algorithm>
 #include <cmath>
 
 namespace viewshed
@@ -26,11 +24,18 @@ std::vector<Part> partsFor(const Sight &sight, const Raster &raster, bool alone)
 }
 
 /// The memory in bytes that is left for elevations. Throws Problem if there is none.
-double memoryForHeights(const Raster &raster, int threads)
+double memoryForHeights(const Raster &raster, const Options &options, std::size_t observers, int threads)
 {
     constexpr double share = 0.9; // the rest of the available memory is left to GDAL
-    constexpr double bytesPerCell =
-        0.375; // of the raster: bits for the seen cells, the voids and one observer's result
+    constexpr double bitsPerByte = 8.0;
+    // Of the raster: bits for the seen cells, the voids and one observer's result.
+    double bytesPerCell = 3.0 / bitsPerByte;
+    if (options.output == Output::Count)
+        bytesPerCell += SightCounter::bitsPerCell(observers) / bitsPerByte;
+    if (options.output == Output::Height) // of all observers, and of one of several
+        bytesPerCell += (options.combination == Combination::And && observers > 1 ? 2.0 : 1.0) * sizeof(float);
+    if (!options.statistics.empty())
+        bytesPerCell += 3.0 / bitsPerByte; // the cells within reach, and those with data
     const double available =
         share * availableMemory() - bytesPerCell * raster.width() * static_cast<double>(raster.height());
     if (available <= 0.0)
@@ -63,150 +68,54 @@ void checkMemory(const Observer &observer, const Sight &sight, const Raster &ras
                   + std::to_string(static_cast<long long>(distance)) + " m would fit.");
 }
 
-/// The one window of the raster that is in memory.
-class LoadedWindow
+/// The order in which the observers may be computed: that of their places, unless each replaces those before
+/// it, or their horizons are written in their own order.
+GroupOrder orderFor(const Options &options, const SkylineFile *skylines)
 {
-public:
-    LoadedWindow(const Raster &raster, int threads)
-        : m_raster(raster)
-        , m_threads(threads)
-    { }
-
-    const Window &window() const { return m_window; }
-    const Terrain &terrain() const { return *m_terrain; }
-    const BlockMaxima &maxima() const { return *m_maxima; }
-
-    /// Frees the memory; there is no terrain until the next load().
-    void release() { m_terrain.reset(); }
-
-    /// Makes sure that all of `window` is in memory, and returns whether it had to be read. Until the first
-    /// call there is no terrain.
-    bool load(const Window &window)
-    {
-        if (m_terrain && m_window.holds(window))
-            return false;
-        release(); // two windows may not fit into the memory
-        m_maxima.emplace(window.width, window.height);
-        m_terrain.emplace(m_raster.read(window, m_threads, [this](const Terrain &terrain, int first, int end) {
-            m_maxima->scanRows(terrain, first, end);
-        }));
-        m_maxima->finish(*m_terrain, m_threads);
-        m_window = window;
-        return true;
-    }
-
-private:
-    const Raster &m_raster;
-    int m_threads;
-    Window m_window;
-    std::optional<Terrain> m_terrain;
-    std::optional<BlockMaxima> m_maxima;
-};
-
-/// Computes the parts of all observers in turn, and collects the results.
-class Survey
-{
-public:
-    Survey(const Raster &raster, const Options &options, int threads)
-        : m_raster(raster)
-        , m_options(options)
-        , m_threads(threads)
-        , m_whole{.left = 0, .top = 0, .width = raster.width(), .height = raster.height()}
-        , m_loaded(raster, threads)
-        , m_analysis{.seen = BitGrid(raster.width(), raster.height()), .voids = {}}
-    { }
-
-    /// Combines what one observer sees in one part with the results so far. `first`: it is the first observer.
-    void addPart(const Sight &sight, const Part &part, bool first, const Progress &progress)
-    {
-        if (m_loaded.load(part.window))
-            addVoids();
-        const Window &window = m_loaded.window();
-        const Sight sightInWindow = within(sight, window);
-        if (window == m_whole && (first || m_options.combination == Combination::Or)) {
-            addHorizonViewshed(m_analysis.seen, m_loaded.terrain(), m_loaded.maxima(), sightInWindow, m_threads,
-                               progress);
-            return;
-        }
-        const BitGrid seen =
-            horizonViewshed(m_loaded.terrain(), m_loaded.maxima(), sightInWindow, m_threads, progress);
-        if (first)
-            add(m_analysis.seen, seen,
-                window == part.window ? part : Part{window, window.top, window.top + window.height});
-        else
-            combine(m_analysis.seen, seen, window, sightInWindow, m_options.combination);
-    }
-    /// To be called once, at the end.
-    Analysis result()
-    {
-        if (m_knownRows < m_whole.height) {
-            m_loaded.release();
-            m_raster.addVoids(m_knownRows, m_threads, voids());
-        }
-        return std::move(m_analysis);
-    }
-
-private:
-    /// Collects the voids of the loaded window if it has the raster's full width and follows the rows whose
-    /// voids are known.
-    void addVoids()
-    {
-        const Window &window = m_loaded.window();
-        if (window.width < m_whole.width || window.top > m_knownRows)
-            return;
-        m_knownRows = std::max(m_knownRows, window.top + window.height);
-        const auto doBlockRow = [&](int blockRow) {
-            const int first = blockRow * BlockMaxima::side;
-            const int end = std::min(first + BlockMaxima::side, window.height);
-            for (int row = first; row < end && m_loaded.maxima().hasVoids(blockRow); ++row)
-                m_loaded.terrain().findVoids(row, voids().row(window.top + row));
-        };
-        if (!m_loaded.maxima().hasVoids())
-            return;
-        voids(); // before the threads need it
-        runJobs((window.height + BlockMaxima::side - 1) / BlockMaxima::side, m_threads, doBlockRow, {});
-    }
-
-    BitGrid &voids()
-    {
-        if (!m_analysis.voids)
-            m_analysis.voids.emplace(m_whole.width, m_whole.height);
-        return *m_analysis.voids;
-    }
-
-    const Raster &m_raster;
-    const Options &m_options;
-    int m_threads;
-    Window m_whole;
-    LoadedWindow m_loaded;
-    int m_knownRows = 0; ///< the voids of the rows above this one are known
-    Analysis m_analysis;
-};
+    const bool replaces = options.output == Output::Picture && options.combination == Combination::Overwrite;
+    return replaces || skylines != nullptr ? GroupOrder::Fixed : GroupOrder::ByPlace;
+}
 
 } // namespace
 
-Analysis analysed(const Raster &raster, const std::vector<Observer> &observers, const Options &options,
+Analysis analysed(const Raster &raster, const Georeference &georeference,
+                  const std::vector<Observer> &observers, const Options &options, SkylineFile *skylines,
                   int threads, const Progress &progress)
 {
-    const Georeference georeference(raster.dataset());
-    const bool alone = observers.size() == 1;
-    const double available = memoryForHeights(raster, threads);
+    const bool alone = observers.size() == 1 && skylines == nullptr && options.statistics.empty();
+    const double available = memoryForHeights(raster, options, observers.size(), threads);
     std::vector<Sight> sights;
+    std::vector<Window> windows;
     for (const Observer &observer : observers) {
         sights.push_back(sightOf(observer, georeference, raster.metresOfHeight(),
                                  {.targetHeight = options.targetHeight, .curvature = options.curvature}));
         checkMemory(observer, sights.back(), raster, alone, available);
+        windows.push_back(windowOf(sights.back(), raster.width(), raster.height()));
     }
-    Survey survey(raster, options, threads);
-    for (std::size_t index = 0; index < sights.size(); ++index) {
-        const std::vector<Part> parts = partsFor(sights[index], raster, alone);
-        for (std::size_t part = 0; part < parts.size(); ++part) {
-            const auto reportPart = [&](double done) {
-                progress((static_cast<double>(index * parts.size() + part) + done)
-                         / static_cast<double>(sights.size() * parts.size()));
-            };
-            survey.addPart(sights[index], parts[part], index == 0, reportPart);
-        }
+    Survey survey({.raster = raster,
+                   .georeference = georeference,
+                   .observers = observers,
+                   .sights = sights,
+                   .options = options,
+                   .skylines = skylines,
+                   .threads = threads});
+    if (alone) {
+        const std::vector<Part> parts = partsOf(sights.front(), windows.front());
+        for (std::size_t part = 0; part < parts.size(); ++part)
+            survey.add(parts[part], {0}, [&](double done) {
+                progress((static_cast<double>(part) + done) / static_cast<double>(parts.size()));
+            });
+        return survey.result();
+    }
+    const double mostCells = available / static_cast<double>(Terrain::bytesPerCell(raster.storage()));
+    std::size_t before = 0;
+    for (const ObserverGroup &group : observerGroups(windows, orderFor(options, skylines), mostCells)) {
+        const Window &window = group.window;
+        const auto share = static_cast<double>(group.observers.size());
+        survey.add({window, window.top, window.top + window.height}, group.observers, [&](double done) {
+            progress((static_cast<double>(before) + done * share) / static_cast<double>(observers.size()));
+        });
+        before += group.observers.size();
     }
     return survey.result();
 }

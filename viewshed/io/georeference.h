@@ -54,7 +54,7 @@ public:
 private:
     std::array<double, 6> m_transform;
     std::array<double, 6> m_inverse{};
-    double m_north = 1.0; ///< 1 if y grows to the north, else -1
+    double m_north = 1.0;                       ///< 1 if y grows to the north, else -1
     std::unique_ptr<OGRSpatialReference> m_crs; ///< null without a coordinate system
 };
 
