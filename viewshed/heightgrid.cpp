@@ -4,7 +4,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cmath>
+#include <bit>
+#include <cstdint>
 
 namespace viewshed
 {
@@ -14,44 +15,42 @@ namespace
 
 constexpr auto never = static_cast<float>(neverSeen);
 
-/// The least float that is not below the number.
+/// The least float that is not below the number, which must not be negative; NaN for NaN.
 float roundedUp(double number)
 {
     const auto nearest = static_cast<float>(number);
-    return static_cast<double>(nearest) < number ? std::nextafter(nearest, never) : nearest;
+    // The floats above zero are in the order of their bits.
+    const std::uint32_t next = std::bit_cast<std::uint32_t>(nearest) + (static_cast<double>(nearest) < number ? 1 : 0);
+    return std::bit_cast<float>(next);
 }
 
 } // namespace
 
 HeightGrid::HeightGrid(const Window &window, float height)
     : m_window(window)
-    , m_heights(static_cast<std::size_t>(window.width) * static_cast<std::size_t>(window.height), height)
-{ }
-
-void HeightGrid::lower(const CellLine &cells, const double *heights, const HeightTarget &target)
+    , m_heights(static_cast<std::size_t>(window.width) * static_cast<std::size_t>(window.height))
 {
-    const int firstRow = cells.row + target.top;
-    int first = 0;
-    int end = cells.count;
-    if (cells.rowStep != 0) {
-        first = std::max(first, target.firstRow - firstRow);
-        end = std::min(end, target.endRow - firstRow);
-    } else if (firstRow < target.firstRow || firstRow >= target.endRow) {
+    std::fill_n(m_heights.data(), m_heights.size(), height);
+}
+
+void HeightGrid::lower(const RowOfCells &cells, const double *heights, const HeightTarget &target)
+{
+    const int row = cells.row + target.top;
+    if (row < target.firstRow || row >= target.endRow)
+        return;
+    float *const to = m_heights.data() + offset(row) + cells.column + target.left - m_window.left;
+    if (!target.contended) {
+        for (int cell = 0; cell < cells.count; ++cell) {
+            const float height = roundedUp(heights[cell]);
+            to[cell] = height < to[cell] ? height : to[cell];
+        }
         return;
     }
-    if (end <= first)
-        return;
-    const std::ptrdiff_t step = cells.rowStep * std::ptrdiff_t(m_window.width) + cells.columnStep;
-    float *to = m_heights.data() + offset(firstRow + first * cells.rowStep) + cells.column + target.left
-        - m_window.left + std::ptrdiff_t(first) * cells.columnStep;
-    for (int cell = first; cell < end; ++cell, to += step) {
+    for (int cell = 0; cell < cells.count; ++cell) {
         const float height = roundedUp(heights[cell]);
-        const std::atomic_ref held(*to); // two threads write the same height to the cells on a diagonal
+        const std::atomic_ref held(to[cell]);
         float old = held.load(std::memory_order_relaxed);
-        if (!target.contended && height < old)
-            held.store(height, std::memory_order_relaxed);
-        while (target.contended && height < old
-               && !held.compare_exchange_weak(old, height, std::memory_order_relaxed)) { }
+        while (height < old && !held.compare_exchange_weak(old, height, std::memory_order_relaxed)) { }
     }
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "viewshed/combine.h"
+#include "viewshed/hugearray.h"
 #include "viewshed/targetheights.h"
-
-#include <vector>
 
 namespace viewshed
 {
@@ -33,7 +32,7 @@ public:
 
     /// Takes the lower one of each height and the one held so far; ignores NaN. Several threads may call it at
     /// a time as HeightsFound states.
-    void lower(const CellLine &cells, const double *heights, const HeightTarget &target);
+    void lower(const RowOfCells &cells, const double *heights, const HeightTarget &target);
 
     /// Combines the heights of one observer with those of the observers before it, over the whole of this grid:
     /// the lower one counts, or the greater one. Where `other` has no cell, its height is neverSeen.
@@ -51,7 +50,7 @@ private:
     }
 
     Window m_window;
-    std::vector<float> m_heights;
+    HugeArray<float> m_heights;
 };
 
 } // namespace viewshed

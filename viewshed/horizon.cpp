@@ -49,7 +49,9 @@ int leavesFor(const Sight &sight, const Window &window)
     const double cells = std::max(
         {std::abs(sight.eye.column() - window.left), std::abs(sight.eye.column() - window.left - window.width),
          std::abs(sight.eye.row() - window.top), std::abs(sight.eye.row() - window.top - window.height)});
-    constexpr double widest = 96.0;
+    // Of a ring at the window's edge, in cells, as measured.
+    constexpr double smallWindow = 512.0;
+    const double widest = cells <= smallWindow ? 200.0 : 96.0;
     int leaves = 1;
     while (leaves < mostLeaves && 2.0 * cells / leaves > widest)
         leaves *= 2;
@@ -89,8 +91,6 @@ void findPlainHeights(const Scene &scene, const HeightsFound &found, int threads
                                                 scene.window.top + index));
         found({.column = scene.window.left,
                .row = scene.window.top + index,
-               .columnStep = 1,
-               .rowStep = 0,
                .count = scene.window.width},
               heights.data());
     };
@@ -104,22 +104,14 @@ public:
     void ring(const SweptRing & /*swept*/) override { }
 };
 
-/// Keeps the places of a skyline's edges while it lives.
-class Traced
+/// The factor of `Rounding` in leafsweep.h.
+double roundingFor(const Terrain &terrain, const Eye &eye)
 {
-public:
-    explicit Traced(Skyline &skyline)
-        : m_skyline(skyline)
-    {
-        skyline.setTraced(true);
-    }
-    ~Traced() { m_skyline.setTraced(false); }
-    Traced(const Traced &) = delete;
-    Traced &operator=(const Traced &) = delete;
-
-private:
-    Skyline &m_skyline;
-};
+    constexpr double outside = 4.0;
+    const double columns = std::max(-eye.column(), eye.column() - (terrain.width() - 1));
+    const double rows = std::max(-eye.row(), eye.row() - (terrain.height() - 1));
+    return std::max(columns, rows) >= outside ? outsideRounding : horizonRounding;
+}
 
 /// Products with heights above this would come near to the skyline's gap, -1e290.
 constexpr double greatestSupported = 1e200;
@@ -139,7 +131,7 @@ std::optional<std::pair<int, int>> ownCell(const Terrain &terrain, const Eye &ey
 
 bool isSupported(const Scene &scene)
 {
-    return scene.errorPerCell < greatestSupported * horizonRounding;
+    return scene.errorPerCell < greatestSupported * outsideRounding;
 }
 
 } // namespace
@@ -150,13 +142,15 @@ struct Sweeper::Workspace
 {
     explicit Workspace(const SkylineKernels &kernels)
         : skyline(kernels)
+        , traced(kernels)
         , panel(kernels)
     { }
 
     Skyline skyline;
+    TracedSkyline traced;
     Panel panel;
     SeenBuffers seen;
-    std::vector<double> heights;
+    HeightBuffers heights;
 };
 
 /// The workspaces that no thread uses at the moment.
@@ -201,7 +195,7 @@ Scene Sweeper::sceneOf(const Sight &sight) const
             .sight = sight,
             .window = window,
             .leavesPerSector = leavesFor(sight, window),
-            .errorPerCell = boundOfHeights(m_terrain, m_maxima, sight) * horizonRounding,
+            .errorPerCell = boundOfHeights(m_terrain, m_maxima, sight) * roundingFor(m_terrain, sight.eye),
             .shortestStepSquared = shortestStepSquared(sight.ground),
             .kernels = kernelsOf(m_path)};
 }
@@ -250,7 +244,7 @@ void Sweeper::findHeights(const Sight &sight, const HeightsFound &found, int thr
     }
     if (const auto own = ownCell(m_terrain, sight.eye)) {
         const double height = plainTargetHeight(m_terrain, toGround, own->first, own->second);
-        found({.column = own->first, .row = own->second, .columnStep = 1, .rowStep = 0, .count = 1}, &height);
+        found({.column = own->first, .row = own->second, .count = 1}, &height);
     }
     sweepLeaves(scene, threads, progress, [&](const Frame &frame, int leaf, Workspace &workspace) {
         TargetHeights sink(scene, frame, found, workspace.heights);
@@ -266,11 +260,10 @@ HorizonLine Sweeper::horizonLine(const Sight &sight, double metresOfHeight, int 
     HorizonLine line(sight, metresOfHeight);
     std::mutex guard; // of `line`
     sweepLeaves(scene, threads, progress, [&](const Frame &frame, int leaf, Workspace &workspace) {
-        Traced traced(workspace.skyline);
         NoSink sink;
-        LeafSweep(scene, frame, leaf, workspace.skyline, workspace.panel).run(sink);
+        LeafSweep(scene, frame, leaf, workspace.traced, workspace.panel).run(sink);
         const std::lock_guard lock(guard);
-        line.add(frame, leaf, workspace.skyline.horizon());
+        line.add(frame, leaf, workspace.traced.horizon());
     });
     line.finish();
     return line;

@@ -31,7 +31,8 @@ Places rowsOf(const Window &window)
 
 } // namespace
 
-LeafSweep::LeafSweep(const Scene &scene, const Frame &frame, int leaf, Skyline &skyline, Panel &panel)
+template <class Line>
+LeafSweep<Line>::LeafSweep(const Scene &scene, const Frame &frame, int leaf, Line &skyline, Panel &panel)
     : m_scene(scene)
     , m_frame(frame)
     , m_from(leafEnd(leaf, scene.leavesPerSector))
@@ -46,7 +47,8 @@ LeafSweep::LeafSweep(const Scene &scene, const Frame &frame, int leaf, Skyline &
     m_skyline.restart(m_from, m_to);
 }
 
-void LeafSweep::run(RingSink &sink)
+template <class Line>
+void LeafSweep<Line>::run(RingSink &sink)
 {
     const bool grows = m_frame.awayStep > 0;
     const double next = grows ? std::floor(m_eyeLine) + 1.0 : std::ceil(m_eyeLine) - 1.0;
@@ -63,7 +65,8 @@ void LeafSweep::run(RingSink &sink)
 
 /// The places of the cells between the leaf's ends at the distance `ahead`, and one more at either end. They
 /// may lie outside the terrain.
-Places LeafSweep::placesAround(double ahead) const
+template <class Line>
+Places LeafSweep<Line>::placesAround(double ahead) const
 {
     Places places{.first = static_cast<int>(std::floor(m_from * ahead + m_eyePlace)),
                   .last = static_cast<int>(std::ceil(m_to * ahead + m_eyePlace))};
@@ -75,9 +78,36 @@ Places LeafSweep::placesAround(double ahead) const
     return places;
 }
 
+/// The places of the window at the distance `ahead` that the sight may reach, and one or two more at either end. No line
+/// of sight to a cell within reach crosses the line elsewhere. Empty if the line is beyond reach.
+template <class Line> Places LeafSweep<Line>::reachedPlaces(double ahead) const
+{
+    const Places all{.first = m_places.first - 1, .last = m_places.last + 1};
+    const double reach = m_scene.sight.reach;
+    if (std::isinf(reach))
+        return all;
+    // The cells within reach form an ellipse; the line cuts it at the two sides that solve the quadratic equation
+    // along · side² + 2 · mixed · side + across = reach².
+    const GroundForm &ground = m_scene.sight.ground;
+    const double step = ahead * m_frame.awayStep;
+    const double along = m_frame.linesAreColumns ? ground.yy : ground.xx;
+    const double mixed = ground.xy * step;
+    const double across = (m_frame.linesAreColumns ? ground.xx : ground.yy) * step * step;
+    if (!(along > 0.0))
+        return all;
+    const double square = mixed * mixed - along * (across - reach * reach);
+    constexpr double rounding = 1e-12;
+    if (square < -rounding * along * (across + reach * reach))
+        return {.first = 0, .last = -1};
+    const double root = std::sqrt(std::max(square, 0.0));
+    return {.first = std::max(all.first, static_cast<int>(std::floor(m_eyePlace - (mixed + root) / along)) - 1),
+            .last = std::min(all.last, static_cast<int>(std::ceil(m_eyePlace + (root - mixed) / along)) + 1)};
+}
+
 /// Sweeps the lines of one row (or column) of blocks. If their cells are all hidden, the horizon is not raised,
 /// and the lines are skipped unless the sink wants them.
-void LeafSweep::sweepBlock(int nearestLine, int farthestLine, RingSink &sink)
+template <class Line>
+void LeafSweep<Line>::sweepBlock(int nearestLine, int farthestLine, RingSink &sink)
 {
     const Places near = placesAround(ahead(nearestLine));
     const Places far = placesAround(ahead(farthestLine));
@@ -104,7 +134,8 @@ void LeafSweep::sweepBlock(int nearestLine, int farthestLine, RingSink &sink)
 }
 
 /// The greatest elevation in and around the blocks that hold the places of the line.
-double LeafSweep::greatestElevation(int line, Places places) const
+template <class Line>
+double LeafSweep<Line>::greatestElevation(int line, Places places) const
 {
     constexpr int block = BlockMaxima::side;
     const int first = std::max(places.first, m_places.first) / block;
@@ -116,7 +147,8 @@ double LeafSweep::greatestElevation(int line, Places places) const
 
 /// Whether a cell with the greatest elevation would be hidden anywhere between the two lines. It is compared
 /// where it appears highest: at the nearer end if it is above the eye, at the farther end if it is below.
-bool LeafSweep::isHidden(int nearestLine, int farthestLine, double greatest)
+template <class Line>
+bool LeafSweep<Line>::isHidden(int nearestLine, int farthestLine, double greatest)
 {
     const Sight &sight = m_scene.sight;
     const double nearestEdge = ahead(nearestLine) - 1.0; // edges lead back to the line before the nearest one
@@ -127,13 +159,14 @@ bool LeafSweep::isHidden(int nearestLine, int farthestLine, double greatest)
     return top / (top > 0.0 ? nearestEdge : ahead(farthestLine)) < m_skyline.lowest() - m_scene.errorPerCell;
 }
 
-void LeafSweep::sweepLine(int line, bool raises, RingSink &sink)
+template <class Line>
+void LeafSweep<Line>::sweepLine(int line, bool raises, RingSink &sink)
 {
     Ring ring;
     ring.ahead = ahead(line);
-    Places vertices = placesAround(ring.ahead);
-    vertices = {.first = std::max(vertices.first, m_places.first - 1),
-                .last = std::min(vertices.last, m_places.last + 1)};
+    const Places leaf = placesAround(ring.ahead);
+    const Places reached = reachedPlaces(ring.ahead);
+    const Places vertices{.first = std::max(leaf.first, reached.first), .last = std::min(leaf.last, reached.last)};
     ring.intervals = vertices.last - vertices.first;
     if (ring.intervals < 1)
         return;
@@ -150,5 +183,8 @@ void LeafSweep::sweepLine(int line, bool raises, RingSink &sink)
     if (raises)
         m_skyline.raise(ring);
 }
+
+template class LeafSweep<Skyline>;
+template class LeafSweep<TracedSkyline>;
 
 } // namespace viewshed

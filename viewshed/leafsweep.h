@@ -37,11 +37,17 @@ inline constexpr int mostLeaves = 64; ///< of a sector
 ///    add up only over a chain of replacements, each by a slightly lower piece at the same direction. E leaves
 ///    room for a chain of more than a hundred replacements that all have the greatest error.
 ///
+/// An eye at least 4 cells away from the terrain has no ring nearer than that. The sum of 1 is then below
+/// ahead · H · 2^-47, that of 2 below ahead · H · 2^-50, and each of the choices of 3 errs by less than
+/// ahead · H · 2^-46; outsideRounding leaves room for a chain of more than a hundred of them. At great distances the
+/// smaller E matters: H is the height that such an eye looks down from.
+///
 /// Different directions must be different numbers. Directions are quotients of lattice numbers below 2^30, as
 /// an eye and a cell are each less than largestSide cells from the terrain's first cell. Cells are 2^10 lattice
 /// points apart, so the difference of two directions is a multiple of 2^10 over the product of both distances:
 /// 2^-50 at least. Rounding moves a number up to 1 by 2^-54 at most.
 inline constexpr double horizonRounding = 0x1p-36;
+inline constexpr double outsideRounding = 0x1p-39;
 
 /// What the leaves of one sight share. The references must outlive the sweeps.
 struct Scene
@@ -58,13 +64,13 @@ struct Scene
 };
 
 /// Walks the rings of one leaf outwards, from the eye to the edge of the scene's window. The glossary in
-/// horizon.h explains the terms.
-class LeafSweep
+/// horizon.h explains the terms. `Line` is Skyline or TracedSkyline.
+template <class Line> class LeafSweep
 {
 public:
     /// Leaf number `leaf` (0 to scene.leavesPerSector - 1, by growing m) of the sector that `frame` describes.
     /// No other sweep may use the skyline or the panel at the same time; the skyline is started anew.
-    LeafSweep(const Scene &scene, const Frame &frame, int leaf, Skyline &skyline, Panel &panel);
+    LeafSweep(const Scene &scene, const Frame &frame, int leaf, Line &skyline, Panel &panel);
 
     /// Passes each ring to the sink before it raises the skyline by it, which at the end holds the horizon of
     /// the whole leaf.
@@ -73,6 +79,7 @@ public:
 private:
     double ahead(int line) const { return (line - m_eyeLine) * m_frame.awayStep; }
     Places placesAround(double ahead) const;
+    Places reachedPlaces(double ahead) const;
     void sweepBlock(int nearestLine, int farthestLine, RingSink &sink);
     double greatestElevation(int line, Places places) const;
     bool isHidden(int nearestLine, int farthestLine, double greatest);
@@ -87,7 +94,7 @@ private:
     Places m_lines;                ///< the window's lines
     Places m_places;               ///< the window's places
     bool m_nothingAboveEye = true; ///< no cell of the blocks so far is above the eye's level plane
-    Skyline &m_skyline;
+    Line &m_skyline;
     Panel &m_panel;
 };
 

@@ -74,15 +74,27 @@ void SeenCells::decideDoubtful(const SweptRing &swept, int doubtful)
 void SeenCells::dropUnseen(const SweptRing &swept)
 {
     const Sight &sight = m_scene.sight;
-    for (int vertex = 0; vertex <= swept.ring.intervals; ++vertex) {
+    const auto isUnseen = [&](int vertex) {
         const int column = m_frame.column(swept.line, swept.firstPlace + vertex);
         const int row = m_frame.row(swept.line, swept.firstPlace + vertex);
-        std::uint64_t &seen = m_seenVertices[static_cast<std::size_t>(vertex)];
-        if (seen != 0
-            && !(sight.reaches(column, row)
-                 && sight.isWithinSlopes(swept.ring.heights[vertex] + sight.targetHeight, column, row)))
-            seen = 0;
+        return !sight.reaches(column, row)
+            || !sight.isWithinSlopes(swept.ring.heights[vertex] + sight.targetHeight, column, row);
+    };
+    std::uint64_t *const seen = m_seenVertices.data();
+    const int last = swept.ring.intervals;
+    if (sight.field.hasBounds() || sight.field.hasSlopes()) {
+        for (int vertex = 0; vertex <= last; ++vertex) {
+            if (seen[vertex] != 0 && isUnseen(vertex))
+                seen[vertex] = 0;
+        }
+        return;
     }
+    // The cells within reach form an ellipse, so those of a ring follow each other.
+    int first = 0;
+    for (; first <= last && isUnseen(first); ++first)
+        seen[first] = 0;
+    for (int vertex = last; vertex > first && isUnseen(vertex); --vertex)
+        seen[vertex] = 0;
 }
 
 /// Collects the bits of one column in m_columnBits. Where lines are columns, a word of the grid holds cells of

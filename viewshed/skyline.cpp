@@ -18,29 +18,33 @@ constexpr double beyondSector = 4.0;
 
 } // namespace
 
-void Skyline::Envelope::restart(double from, std::size_t room)
+template <class Place>
+void SkylineOf<Place>::Envelope::restart(double from, std::size_t room)
 {
     if (a.size() < room) {
         ends.resize(room + 1);
         a.resize(room);
         b.resize(room);
     }
-    if (traced && places.size() < room)
-        places.resize(room);
+    if constexpr (traced) {
+        if (places.size() < room)
+            places.resize(room);
+    }
     ends[0] = from;
     count = 0;
 }
 
 /// Continues the envelope with `piece` up to the direction `end`. Does nothing if the envelope already reaches
 /// it; lengthens the last piece if that is the same one.
-void Skyline::Envelope::append(double end, const Piece &piece)
+template <class Place>
+void SkylineOf<Place>::Envelope::append(double end, const Piece &piece)
 {
     if (end <= ends[count])
         return;
     if (count == 0 || this->piece(count - 1) != piece) {
         a[count] = piece.a;
         b[count] = piece.b;
-        if (traced)
+        if constexpr (traced)
             places[count] = piece.place;
         ++count;
     }
@@ -48,38 +52,36 @@ void Skyline::Envelope::append(double end, const Piece &piece)
 }
 
 /// Adds `piece` at the envelope's end as a single direction.
-void Skyline::Envelope::appendPoint(const Piece &piece)
+template <class Place>
+void SkylineOf<Place>::Envelope::appendPoint(const Piece &piece)
 {
     a[count] = piece.a;
     b[count] = piece.b;
-    if (traced)
+    if constexpr (traced)
         places[count] = piece.place;
     ++count;
     ends[count] = ends[count - 1];
 }
 
 /// Adds the pieces `first` to `end` - 1 of another envelope, which must begin where this one ends.
-void Skyline::Envelope::appendCopy(const Envelope &other, std::size_t first, std::size_t end)
+template <class Place>
+void SkylineOf<Place>::Envelope::appendCopy(const Envelope &other, std::size_t first, std::size_t end)
 {
     std::copy(other.a.data() + first, other.a.data() + end, a.data() + count);
     std::copy(other.b.data() + first, other.b.data() + end, b.data() + count);
-    if (traced)
+    if constexpr (traced)
         std::copy(other.places.data() + first, other.places.data() + end, places.data() + count);
     std::copy(other.ends.data() + first + 1, other.ends.data() + end + 1, ends.data() + count + 1);
     count += end - first;
 }
 
-Skyline::Skyline(const SkylineKernels &kernels)
+template <class Place>
+SkylineOf<Place>::SkylineOf(const SkylineKernels &kernels)
     : m_kernels(kernels)
 { }
 
-void Skyline::setTraced(bool traced)
-{
-    m_horizon.traced = traced;
-    m_merged.traced = traced;
-}
-
-void Skyline::restart(double from, double to)
+template <class Place>
+void SkylineOf<Place>::restart(double from, double to)
 {
     m_from = from;
     m_to = to;
@@ -88,7 +90,8 @@ void Skyline::restart(double from, double to)
     m_knowsLowest = false;
 }
 
-double Skyline::lowest()
+template <class Place>
+double SkylineOf<Place>::lowest()
 {
     if (!m_knowsLowest)
         m_lowest = m_kernels.lowest(m_horizon.pieces());
@@ -96,7 +99,8 @@ double Skyline::lowest()
     return m_lowest;
 }
 
-RingLayout Skyline::layout()
+template <class Place>
+RingLayout SkylineOf<Place>::layout()
 {
     return {.directions = m_directions.data(),
             .limits = m_limits.data(),
@@ -105,7 +109,8 @@ RingLayout Skyline::layout()
             .kinkFlags = m_kinkFlags.data()};
 }
 
-const double *Skyline::limits(const Ring &ring)
+template <class Place>
+const double *SkylineOf<Place>::limits(const Ring &ring)
 {
     const auto vertices = static_cast<std::size_t>(ring.intervals) + 1;
     if (m_directions.size() < vertices) {
@@ -123,7 +128,8 @@ const double *Skyline::limits(const Ring &ring)
 }
 
 /// The edge along the ring, between the interval's two cells.
-Skyline::Edge Skyline::edgeAlong(const Ring &ring, int interval) const
+template <class Place>
+typename SkylineOf<Place>::Edge SkylineOf<Place>::edgeAlong(const Ring &ring, int interval) const
 {
     const double left = ring.heights[interval];
     const double right = ring.heights[interval + 1];
@@ -131,14 +137,15 @@ Skyline::Edge Skyline::edgeAlong(const Ring &ring, int interval) const
     const double a = (left * ring.side(interval + 1) - right * ring.side(interval)) / ring.ahead;
     return {.from = std::max(direction(interval), m_from),
             .to = std::min(direction(interval + 1), m_to),
-            .piece = {.a = a, .b = b, .place = {.distance = ring.ahead, .sideways = false}},
+            .piece = {.a = a, .b = b, .place = Place(EdgePlace{.distance = ring.ahead, .sideways = false})},
             .exists = !std::isnan(b)};
 }
 
 /// The edge that leads from the nearer ring to one of the interval's two cells, seen over this interval. Such
 /// an edge is seen on the side of its cell that lies away from straight ahead, so it belongs to the interval's
 /// left cell on the right of the eye, and to the right cell on the left of the eye.
-Skyline::Edge Skyline::edgeFromNearer(const Ring &ring, int interval) const
+template <class Place>
+typename SkylineOf<Place>::Edge SkylineOf<Place>::edgeFromNearer(const Ring &ring, int interval) const
 {
     const bool rightwards = ring.side(interval) > 0.0;
     if (!rightwards && !(ring.side(interval + 1) < 0.0))
@@ -152,7 +159,7 @@ Skyline::Edge Skyline::edgeFromNearer(const Ring &ring, int interval) const
     const double outer = nearerAhead > 0.0 ? side / nearerAhead : std::copysign(beyondSector, side);
     Edge edge{.from = direction(interval),
               .to = direction(interval + 1),
-              .piece = {.a = a, .b = b, .place = {.distance = side, .sideways = true}},
+              .piece = {.a = a, .b = b, .place = Place(EdgePlace{.distance = side, .sideways = true})},
               .exists = !std::isnan(b)};
     (rightwards ? edge.to : edge.from) = rightwards ? std::min(outer, edge.to) : std::max(outer, edge.from);
     edge.from = std::max(edge.from, m_from);
@@ -163,7 +170,8 @@ Skyline::Edge Skyline::edgeFromNearer(const Ring &ring, int interval) const
 
 /// Whether the interval's left cell has no neighbour with data along the ring, but one nearer to the eye or
 /// farther from it. It then counts as ground even where that edge covers no range of directions.
-bool Skyline::isLonePoint(const Ring &ring, int interval) const
+template <class Place>
+bool SkylineOf<Place>::isLonePoint(const Ring &ring, int interval) const
 {
     const bool inside = direction(interval) > m_from;
     return inside && !std::isnan(ring.heights[interval]) && std::isnan(ring.heights[interval + 1])
@@ -171,7 +179,8 @@ bool Skyline::isLonePoint(const Ring &ring, int interval) const
         && !(std::isnan(ring.nearer[interval]) && std::isnan(ring.farther[interval]));
 }
 
-void Skyline::raise(const Ring &ring)
+template <class Place>
+void SkylineOf<Place>::raise(const Ring &ring)
 {
     if (!m_kernels.flagIntervals(ring, m_horizon.pieces(), layout(), m_meetings, m_flags.data()))
         return;
@@ -201,20 +210,22 @@ void Skyline::raise(const Ring &ring)
 /// edge from the nearer ring is then below, too, because it leads from one of the cells to a point of the
 /// horizon within the interval. The leaf's end must not cut the interval, for that point may lie beyond the
 /// end.
-bool Skyline::coversHorizon(int interval) const
+template <class Place>
+bool SkylineOf<Place>::coversHorizon(int interval) const
 {
     return m_flags[static_cast<std::size_t>(interval)] == mayRise && direction(interval) >= m_from
         && direction(interval + 1) <= m_to;
 }
 
 /// Replaces the horizon over the intervals `first` to `end` - 1 by the edges between their cells.
-void Skyline::replaceRun(const Ring &ring, int first, int end)
+template <class Place>
+void SkylineOf<Place>::replaceRun(const Ring &ring, int first, int end)
 {
     copyUpTo(direction(first));
     m_kernels.edges(ring, first, end, m_merged.a.data() + m_merged.count, m_merged.b.data() + m_merged.count);
     std::copy(m_directions.data() + first + 1, m_directions.data() + end + 1,
               m_merged.ends.data() + m_merged.count + 1);
-    if (m_merged.traced)
+    if constexpr (traced)
         std::fill_n(m_merged.places.data() + m_merged.count, end - first,
                     EdgePlace{.distance = ring.ahead, .sideways = false});
     m_merged.count += static_cast<std::size_t>(end - first);
@@ -222,12 +233,13 @@ void Skyline::replaceRun(const Ring &ring, int first, int end)
         ++m_next;
 }
 
-void Skyline::mergeInterval(const Ring &ring, int interval)
+template <class Place>
+void SkylineOf<Place>::mergeInterval(const Ring &ring, int interval)
 {
     if (isLonePoint(ring, interval)) {
         copyUpTo(direction(interval));
         m_merged.appendPoint(
-            {ring.heights[interval] / ring.ahead, 0.0, {.distance = ring.ahead, .sideways = false}});
+            {ring.heights[interval] / ring.ahead, 0.0, Place(EdgePlace{.distance = ring.ahead, .sideways = false})});
     }
     Edge along = edgeAlong(ring, interval);
     const Edge fromNearer = edgeFromNearer(ring, interval);
@@ -250,7 +262,8 @@ void Skyline::mergeInterval(const Ring &ring, int interval)
 }
 
 /// Appends to m_merged what m_horizon holds up to the direction `to`.
-void Skyline::copyUpTo(double to)
+template <class Place>
+void SkylineOf<Place>::copyUpTo(double to)
 {
     const std::size_t first = m_next;
     while (m_next < m_horizon.count && m_horizon.ends[m_next + 1] <= to)
@@ -268,7 +281,8 @@ void Skyline::copyUpTo(double to)
 }
 
 /// Appends to m_merged the horizon up to the edge's end, raised by the edge.
-void Skyline::mergeEdge(const Edge &edge)
+template <class Place>
+void SkylineOf<Place>::mergeEdge(const Edge &edge)
 {
     if (!edge.exists || edge.from >= edge.to)
         return;
@@ -292,7 +306,8 @@ void Skyline::mergeEdge(const Edge &edge)
 }
 
 /// Appends the higher of two pieces over the directions `from` to `to`, in two parts if they cross.
-void Skyline::appendHigher(double from, double to, const Piece &old, const Piece &edge)
+template <class Place>
+void SkylineOf<Place>::appendHigher(double from, double to, const Piece &old, const Piece &edge)
 {
     const double difference = edge.a - old.a;
     const double rise = edge.b - old.b;
@@ -309,7 +324,9 @@ void Skyline::appendHigher(double from, double to, const Piece &old, const Piece
     }
 }
 
-std::vector<HorizonPiece> Skyline::horizon() const
+template <class Place>
+std::vector<HorizonPiece> SkylineOf<Place>::horizon() const
+    requires std::same_as<Place, EdgePlace>
 {
     std::vector<HorizonPiece> pieces;
     for (std::size_t index = 0; index < m_horizon.count; ++index) {
@@ -322,5 +339,8 @@ std::vector<HorizonPiece> Skyline::horizon() const
     }
     return pieces;
 }
+
+template class SkylineOf<NoPlace>;
+template class SkylineOf<EdgePlace>;
 
 } // namespace viewshed

@@ -2,6 +2,7 @@
 
 #include "viewshed/skylinekernels.h"
 
+#include <concepts>
 #include <cstddef>
 #include <vector>
 
@@ -16,6 +17,15 @@ struct EdgePlace
     bool sideways = false;
 
     bool operator==(const EdgePlace &) const = default;
+};
+
+/// In the place of an EdgePlace where nothing needs it.
+struct NoPlace
+{
+    constexpr NoPlace() = default;
+    constexpr explicit NoPlace(const EdgePlace & /*place*/) { }
+
+    bool operator==(const NoPlace &) const = default;
 };
 
 /// One piece of a horizon: g = a + b · m for the directions m from `from` to `to`.
@@ -39,15 +49,13 @@ struct HorizonPiece
 /// Where no edge was added yet, the horizon is a gap far below every height. At a direction where two pieces
 /// meet, the higher one counts. A piece may consist of a single direction: a cell whose only edges lead
 /// straight away from the eye.
-class Skyline
+///
+/// With EdgePlace as `Place`, each piece also keeps the place of its edge, which costs time; with NoPlace it does not.
+template <class Place> class SkylineOf
 {
 public:
     /// Call restart() before any other function. `kernels` must outlive the skyline.
-    explicit Skyline(const SkylineKernels &kernels);
-
-    /// Whether the horizon also keeps the place of each piece's edge, from the next restart() on. It costs
-    /// time.
-    void setTraced(bool traced);
+    explicit SkylineOf(const SkylineKernels &kernels);
 
     /// Makes the horizon a gap over the directions `from` to `to`. No vertex of a later ring may lie exactly at
     /// `from` or `to`.
@@ -64,15 +72,18 @@ public:
     /// first.
     void raise(const Ring &ring);
 
-    /// The horizon's pieces in order, without the gaps; setTraced() must be on.
-    std::vector<HorizonPiece> horizon() const;
+    /// The horizon's pieces in order, without the gaps.
+    std::vector<HorizonPiece> horizon() const
+        requires std::same_as<Place, EdgePlace>;
 
 private:
+    static constexpr bool traced = std::same_as<Place, EdgePlace>;
+
     struct Piece
     {
         double a;
         double b;
-        EdgePlace place; ///< only kept if the horizon is traced
+        [[no_unique_address]] Place place;
 
         double at(double m) const { return a + b * m; }
         bool operator==(const Piece &) const = default;
@@ -85,13 +96,15 @@ private:
         std::vector<double> ends;
         std::vector<double> a;
         std::vector<double> b;
-        std::vector<EdgePlace> places; ///< used if `traced`
+        std::vector<Place> places; ///< empty with NoPlace
         std::size_t count = 0;
-        bool traced = false;
 
         Piece piece(std::size_t index) const
         {
-            return {a[index], b[index], traced ? places[index] : EdgePlace()};
+            if constexpr (traced)
+                return {a[index], b[index], places[index]};
+            else
+                return {a[index], b[index], {}};
         }
         Pieces pieces() const { return {ends.data(), a.data(), b.data(), static_cast<int>(count)}; }
         /// Removes all pieces, and makes room for `room` of them.
@@ -141,5 +154,8 @@ private:
     int m_meetings = 0; ///< number of the horizon's ends that meet a vertex of the ring
     std::vector<int> m_flags;
 };
+
+using Skyline = SkylineOf<NoPlace>;
+using TracedSkyline = SkylineOf<EdgePlace>;
 
 } // namespace viewshed

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "viewshed/hugearray.h"
+
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <memory>
 #include <variant>
 #include <vector>
 
@@ -43,8 +44,8 @@ public:
             return noHeight;
         const std::size_t cell = index(column, row);
         if (const auto *floats = std::get_if<Floats>(&m_cells))
-            return static_cast<double>((*floats)[cell]);
-        return std::get<Doubles>(m_cells)[cell];
+            return static_cast<double>(floats->data()[cell]);
+        return std::get<Doubles>(m_cells).data()[cell];
     }
 
     /// Sets the bit of each cell of the row that has no data, and clears no bit. `words` holds the row's bits
@@ -56,23 +57,19 @@ public:
     template <class Work> decltype(auto) withCells(Work work) const
     {
         if (const auto *floats = std::get_if<Floats>(&m_cells))
-            return work(static_cast<const float *>(floats->get()));
-        return work(static_cast<const double *>(std::get<Doubles>(m_cells).get()));
+            return work(floats->data());
+        return work(std::get<Doubles>(m_cells).data());
     }
     template <class Work> decltype(auto) withCells(Work work)
     {
         if (auto *floats = std::get_if<Floats>(&m_cells))
-            return work(floats->get());
-        return work(std::get<Doubles>(m_cells).get());
+            return work(floats->data());
+        return work(std::get<Doubles>(m_cells).data());
     }
 
 private:
-    struct Release
-    {
-        void operator()(void *cells) const;
-    };
-    using Floats = std::unique_ptr<float[], Release>;
-    using Doubles = std::unique_ptr<double[], Release>;
+    using Floats = HugeArray<float>;
+    using Doubles = HugeArray<double>;
 
     std::size_t index(int column, int row) const
     {

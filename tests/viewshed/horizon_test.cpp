@@ -208,13 +208,11 @@ std::vector<double> foundHeights(const Terrain &terrain, const Sight &sight, int
     std::vector<double> grid(cells, noHeight);
     const BlockMaxima maxima(terrain, threads);
     std::mutex guard;
-    const auto found = [&](const CellLine &line, const double *heights) {
+    const auto found = [&](const RowOfCells &line, const double *heights) {
         const std::lock_guard lock(guard);
         for (int cell = 0; cell < line.count; ++cell) {
-            const int index =
-                (line.row + cell * line.rowStep) * terrain.width() + line.column + cell * line.columnStep;
             if (!std::isnan(heights[cell]))
-                grid[static_cast<std::size_t>(index)] = heights[cell];
+                grid[static_cast<std::size_t>(line.row * terrain.width() + line.column + cell)] = heights[cell];
         }
     };
     Sweeper(terrain, maxima).findHeights(sight, found, threads);

@@ -11,10 +11,13 @@ namespace viewshed
 namespace
 {
 
-/// The memory that results waiting to be combined may take, in bytes.
-constexpr double memoryForFindings = 1 << 28;
+/// Of a larger window, each thread computes a part: the threads then read the same elevations, which are in the
+/// processor's cache. The results of smaller windows that wait to be combined take 1 GB at most.
+constexpr double mostCellsOfThread = 1 << 21;
 /// The most observers that are computed before their results are combined.
-constexpr std::size_t mostFindings = 64;
+constexpr std::size_t mostFindings = 32;
+/// The most observers that are computed before their windows are looked at again, if they need no combining.
+constexpr std::size_t mostShared = 1024;
 
 /// Computes the area of a cell for each row; it differs from row to row in a geographic coordinate system.
 std::vector<double> rowAreas(const Raster &raster, const Georeference &georeference)
@@ -166,19 +169,15 @@ std::size_t Survey::observersAtATime(const Part &part, const std::vector<std::si
         return 1; // the first observer; the results of the others must be combined with its own
     if (left < 2 * static_cast<std::size_t>(m_task.threads) || m_task.threads < 2)
         return 1;
-    if (isDirect(part))
-        return left;
     double cells = 1.0;
     for (std::size_t index = first; index < first + std::min(left, mostFindings); ++index) {
         const Window window =
             windowOf(within(m_task.sights[observers[index]], m_window), m_window.width, m_window.height);
         cells = std::max(cells, static_cast<double>(window.width) * window.height);
     }
-    constexpr double bytesOfBits = 0.25; // for the cells that are seen and those within reach
-    const double bytes = bytesOfBits + (m_task.options.output == Output::Height ? sizeof(float) : 0);
-    const auto most =
-        static_cast<std::size_t>(std::min(memoryForFindings / (bytes * cells), double(mostFindings)));
-    return most < static_cast<std::size_t>(m_task.threads) ? 1 : std::min(most, left);
+    if (cells > mostCellsOfThread)
+        return 1;
+    return std::min(left, isDirect(part) ? mostShared : mostFindings);
 }
 
 /// Whether the next observer's result can be stored in the analysis while it is computed.
@@ -211,7 +210,7 @@ void Survey::addDirectly(const Part &part, std::size_t observer, int threads, bo
                               .contended = contended};
     m_sweeper->findHeights(
         sight,
-        [&](const CellLine &cells, const double *heights) {
+        [&](const RowOfCells &cells, const double *heights) {
             m_analysis.heights->lower(cells, heights, target);
         },
         threads, progress);
@@ -248,7 +247,7 @@ Survey::Finding Survey::found(const Part &part, std::size_t observer, int thread
                                   .endRow = part.endRow,
                                   .contended = false};
         m_sweeper->findHeights(
-            sight, [&](const CellLine &cells, const double *found) { heights.lower(cells, found, target); },
+            sight, [&](const RowOfCells &cells, const double *found) { heights.lower(cells, found, target); },
             threads, progress);
     }
     if (m_task.skylines != nullptr)
