@@ -61,6 +61,8 @@ void LiveObservers::updateOptions()
     if (!m_isShown)
         return;
     m_options = m_panel.options();
+    if (sightResult(m_options) != SightResult::Picture)
+        m_viewshed.cancel();
     m_profile->setColors({QColor(m_options.visibleColor), QColor(m_options.hiddenColor)});
     showProfile();
 }
@@ -75,6 +77,10 @@ void LiveObservers::follow(int row, const QPointF &ground)
     m_options.observers[row].x = ground.x();
     m_options.observers[row].y = ground.y();
     showProfile();
+    if (sightResult(m_options) != SightResult::Picture) { // the tool alone computes numbers
+        m_pane.clearOutput(QString());
+        return;
+    }
     const QList<ToolObserver> observers = m_copy.observers(m_options.observers);
     const LiveRequestReading reading = liveRequest(m_number + 1, *terrain, observers, m_options);
     if (observers.isEmpty() || !reading.problem.isEmpty()
@@ -151,6 +157,8 @@ QString LiveObservers::seenText(const QPointF &cell)
 {
     constexpr int mostObservers = 50; // more take longer than the mouse waits
     const LiveTerrain *terrain = m_isShown ? m_copy.terrain() : nullptr;
+    if (sightResult(m_options) == SightResult::Height) // which does not depend on the height that is looked at here
+        return {};
     if (!terrain || m_options.observers.isEmpty() || m_options.observers.size() > mostObservers)
         return {};
     const QPointF target = terrain->toCells(m_pane.scene().grid().toGround(cell));

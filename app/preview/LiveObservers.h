@@ -10,7 +10,7 @@ class ProfileView;
 class intervisibilityOptionsWidget;
 
 /// What follows the mouse at once on the map of the intervisibility: the zones that an observer sees while it
-/// is dragged, who sees the place under the mouse, and the profile of the ground between the current observer
+/// is dragged (numbers of observers and heights disappear meanwhile), who sees the place under the mouse, and the profile of the ground between the current observer
 /// and that place.
 class LiveObservers : public QObject
 {

@@ -13,7 +13,8 @@ enum class ProblemKind
     Tool,
     Format,
     Input,
-    Output
+    Output,
+    SideFile
 };
 
 /// A run that is ready to start, or the problem that prevents it. The window and the batch program plan their
@@ -30,6 +31,8 @@ struct RunPlan
     QString toolOutput;            ///< the product's name for the tools, in that folder
     QString overviewCommand;       ///< command line that builds the product's overviews; empty: none are built
     QuvoOutputFilesList outputs;   ///< files that the run creates; the product is the first
+    /// Files that the tool writes besides the product, in any folder: one for each of request.toolInput.sideFiles.
+    QuvoOutputFilesList sideOutputs;
     ExpectedProduct expected;      ///< properties that the finished product is checked for
     QStringList touchedInputFiles; ///< files of the DEM in or beside which the tool leaves statistics
     QStringList warnings;          ///< sentences that do not prevent the run
@@ -50,6 +53,14 @@ RunPlan planAt(RunPlan plan, const QString &path);
 /// folder for this run alone.
 ProductSteps stepsOf(const RunPlan &plan, const QString &folder);
 
-/// Path of the first existing file that the run would replace: one of its outputs or, where the format writes
-/// side files, a file with the output's base name. Empty when the run replaces nothing.
+/// Paths that the run writes and that an OutputLock keeps other runs from: the product, and the files that the
+/// tool writes besides it.
+QStringList writtenFiles(const RunPlan &plan);
+
+/// The existing ones of the files that the tool writes besides the product. The run would replace them.
+QStringList existingSideOutputs(const RunPlan &plan);
+
+/// Path of the first existing file that the run would replace: one of its outputs, where the format writes side
+/// files a file with the output's base name, or one of existingSideOutputs(). Empty when the run replaces
+/// nothing.
 QString existingOutput(const RunPlan &plan);
