@@ -29,19 +29,23 @@ bool isUnknownRamp(const QString &name)
 
 QVector<QRgb> rampColors(const QString &name)
 {
+    const QString file = rampFile(name);
+    return file.isEmpty() ? QVector<QRgb>() : evenColors(readColorTable(file).entries);
+}
+
+QVector<QRgb> evenColors(const QList<QuvoColorDef> &table)
+{
     constexpr int steps = 64; // more than the entries of the library's ramps
     constexpr double wholeRange = 100.0;
-    const QString file = rampFile(name);
-    const QList<QuvoColorDef> entries =
-        file.isEmpty() ? QList<QuvoColorDef>() : elevationEntries(readColorTable(file).entries);
+    const QList<QuvoColorDef> entries = elevationEntries(table);
     if (entries.isEmpty())
         return {};
     const bool isRelative = entries.first().percent;
     const double low = isRelative ? 0.0 : entries.first().value;
     const double high = isRelative ? wholeRange : entries.last().value;
-    const ToolColors table(entries, 0.0, wholeRange);
+    const ToolColors tool(entries, 0.0, wholeRange);
     QVector<QRgb> colors;
     for (int step = 0; step <= steps; ++step)
-        colors += table.color(low + (high - low) * step / steps) | 0xff000000U;
+        colors += tool.color(low + (high - low) * step / steps) | 0xff000000U;
     return colors;
 }
