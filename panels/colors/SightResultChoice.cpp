@@ -37,13 +37,13 @@ QString noteOf(SightResult result)
     if (result == SightResult::Count)
         return labelText(
             {"MESS_RES_NOTE_NOMBRE",
-             "Le fichier contient des nombres ; leurs couleurs ne valent que pour la carte. Tous les "
-             "observateurs sont comptés : la visibilité multi-point est sans objet."});
+             "Le fichier contient des nombres, que seule la carte colore. Tous les observateurs comptent, quel "
+             "que soit le choix pour plusieurs points."});
     if (result == SightResult::Height)
         return labelText(
             {"MESS_RES_NOTE_HAUTEUR",
-             "Le fichier contient des nombres, dans l'unité des altitudes du MNT ; leurs couleurs ne valent que "
-             "pour la carte. La hauteur au sol est ce qui est calculé."});
+             "Le fichier contient des nombres, dans l'unité des altitudes du MNT, que seule la carte colore. La "
+             "hauteur au sol ne se choisit pas : elle est calculée."});
     return {};
 }
 

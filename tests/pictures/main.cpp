@@ -126,7 +126,7 @@ void waitForPreview(const QWidget *window = nullptr)
     wait(1500); // the last slices of a drawing, and windows without a map
 }
 
-/// The numbers of an intervisibility, with the panel's upper and lower end.
+/// The numbers of an intervisibility, and the lower end of its panel in a small window.
 void addNumbers(Album &album, quvoGdalUtilities &dialog)
 {
     Recipe recipe = dialog.recipe();
@@ -138,14 +138,15 @@ void addNumbers(Album &album, quvoGdalUtilities &dialog)
         options.skyline = folder + QStringLiteral("dem_intervisibility_horizon.csv");
         dialog.setRecipe(recipe);
         waitForPreview();
-        waitForPreview(&dialog);
+        waitForPreview();
         album.add(dialog, QStringLiteral("intervisibility_") + result);
-        dialog.resize(1000, 700); // a screen of 1024 x 768
-        dialog.show();
-        area.verticalScrollBar()->setValue(area.verticalScrollBar()->maximum());
-        album.add(dialog, QStringLiteral("intervisibility_small_") + result);
-        dialog.resize(1354, 728);
     }
+    const QSize size = dialog.size();
+    dialog.resize(1000, 700); // a screen of 1024 x 768
+    dialog.show();
+    area.verticalScrollBar()->setValue(area.verticalScrollBar()->maximum());
+    album.add(dialog, QStringLiteral("intervisibility_small"));
+    dialog.resize(size);
 }
 
 void addMainDialog(Album &album)
