@@ -17,7 +17,7 @@ namespace
 
 const IntervisibilityOptions defaults;
 constexpr double smallestStep = 0.001; // degrees, as recipes have it
-constexpr double largestStep = 360.0;
+constexpr double largestStep = 180.0;
 
 } // namespace
 
@@ -60,14 +60,16 @@ void intervisibilityOptionsWidget::makeOutputs()
 {
     using Panel = intervisibilityOptionsWidget;
     makeNumberField(m_form->m_pLESkylineStep, smallestStep, largestStep);
-    m_result = std::make_unique<SightResultChoice>(m_form->m_pCBResult, m_form->m_pCBRamp, m_form->m_pResultNote);
+    m_result =
+        std::make_unique<SightResultChoice>(m_form->m_pCBResult, m_form->m_pCBRamp, m_form->m_pResultNote);
     m_skyline = std::make_unique<SideFileField>(
         m_form->m_pChBSkyline, m_form->m_pLESkyline, m_form->m_pPBSkyline, [this](const QString &start) {
             return chosenFile(start, {"MESS_COTE_CHX_HORIZON", "Choisir le fichier de l'horizon"},
                               {"csv", "json", "gpkg"});
         });
     m_statistics = std::make_unique<SideFileField>(
-        m_form->m_pChBStatistics, m_form->m_pLEStatistics, m_form->m_pPBStatistics, [this](const QString &start) {
+        m_form->m_pChBStatistics, m_form->m_pLEStatistics, m_form->m_pPBStatistics,
+        [this](const QString &start) {
             return chosenFile(start, {"MESS_COTE_CHX_STATIST", "Choisir le fichier des statistiques"}, {"csv"});
         });
     connect(m_result.get(), &SightResultChoice::changed, this, &Panel::slot_onOptionsChanged);
@@ -84,8 +86,8 @@ QString intervisibilityOptionsWidget::chosenFile(const QString &start, const Lab
     QStringList filters;
     for (const QString &extension : extensions)
         filters += QStringLiteral("%1 (*.%2)").arg(extension.toUpper(), extension);
-    return QuvoFilerDialog::getSelection(this, QuvoFilerDialog::SaveFile, labelText(title), besideProduct(start),
-                                         filters.join(QStringLiteral(";;")));
+    return QuvoFilerDialog::getSelection(this, QuvoFilerDialog::SaveFile, labelText(title),
+                                         besideProduct(start), filters.join(QStringLiteral(";;")));
 }
 
 /// A relative name counts from the folder of the product.
@@ -481,10 +483,10 @@ void intervisibilityOptionsWidget::applyTexts()
             .arg(tr("Appliquer à tous les points", "MESS_APPLI_TS_PTS").toHtmlEscaped()));
     m_table->retranslate();
     m_result->retranslate();
-    m_form->m_pChBSkyline->setToolTip(
-        tr("La ligne d'horizon de chaque observateur : azimut, angle, distance et position. La fin du nom décide du "
-           "format : .csv, .json ou .gpkg.",
-           "MESS_COTE_HORIZON_EXPL"));
+    m_form->m_pChBSkyline->setToolTip(tr("La ligne d'horizon de chaque observateur : azimut, angle, distance "
+                                         "et position. La fin du nom décide du "
+                                         "format : .csv, .json ou .gpkg.",
+                                         "MESS_COTE_HORIZON_EXPL"));
     m_form->m_pChBStatistics->setToolTip(
         tr("La surface vue, sa part et le point le plus éloigné, par observateur et pour tous (.csv).",
            "MESS_COTE_STATIST_EXPL"));

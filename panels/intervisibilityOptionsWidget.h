@@ -17,8 +17,9 @@ namespace Ui
 class intervisibilityOptionsWidget;
 }
 
-/// Panel of the intervisibility process: what is computed, the observers, how the views of several observers are
-/// combined, the colours of the zones or of the numbers, and the files that are written besides the product.
+/// Panel of the intervisibility process: what is computed, the observers, how the views of several observers
+/// are combined, the colours of the zones or of the numbers, and the files that are written besides the
+/// product.
 class intervisibilityOptionsWidget : public optionsWidget
 {
     Q_OBJECT

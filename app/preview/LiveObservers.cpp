@@ -6,6 +6,7 @@
 #include "viewshed/lineofsight.h"
 #include "viewshed/problem.h"
 
+#include <QLineF>
 #include <QStringList>
 #include <QToolButton>
 
@@ -74,11 +75,15 @@ void LiveObservers::follow(int row, const QPointF &ground)
     m_options = m_panel.options();
     if (!m_isShown || !terrain || row < 0 || row >= m_options.observers.size())
         return;
+    const double way = QLineF(m_options.observers.at(row).position(), ground).length();
     m_options.observers[row].x = ground.x();
     m_options.observers[row].y = ground.y();
     showProfile();
     if (sightResult(m_options) != SightResult::Picture) { // the tool alone computes numbers
+        constexpr double sameCell = 0.001;                // of a cell
         m_pane.clearOutput(QString());
+        if (way < sameCell * m_pane.scene().ground().cellSize())
+            emit numbersWanted();
         return;
     }
     const QList<ToolObserver> observers = m_copy.observers(m_options.observers);
@@ -157,7 +162,8 @@ QString LiveObservers::seenText(const QPointF &cell)
 {
     constexpr int mostObservers = 50; // more take longer than the mouse waits
     const LiveTerrain *terrain = m_isShown ? m_copy.terrain() : nullptr;
-    if (sightResult(m_options) == SightResult::Height) // which does not depend on the height that is looked at here
+    if (sightResult(m_options)
+        == SightResult::Height) // which does not depend on the height that is looked at here
         return {};
     if (!terrain || m_options.observers.isEmpty() || m_options.observers.size() > mostObservers)
         return {};

@@ -27,6 +27,7 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilit
     });
     connect(&pane, &PreviewPane::observerChosen, &observers, &intervisibilityOptionsWidget::chooseObserver);
     connect(&pane, &PreviewPane::partChanged, &runs, &Previews::setPart);
+    connect(&m_live, &LiveObservers::numbersWanted, this, [this] { update(false); });
     connect(&pane, &PreviewPane::observerMoved, this, &PreviewControl::moveObserver);
 }
 

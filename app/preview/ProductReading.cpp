@@ -174,8 +174,8 @@ void ProductReading::addTo(MapPicture &map) const
     QImage picture = m_lines.isOpen() ? m_drawn.copy()
                                       : m_colors.mirrored(m_grid.mirroring().columns, m_grid.mirroring().rows);
     if (!m_values.isEmpty())
-        picture = rampPicture(mirrored(m_values, m_grid.mirroring()),
-                              m_ramp.value_or(rampOf(m_look, m_values)));
+        picture =
+            rampPicture(mirrored(m_values, m_grid.mirroring()), m_ramp.value_or(rampOf(m_look, m_values)));
     map.transparent = m_lines.isOpen();
     QImage ground = relief;
     if (relief.isNull()) { // the product alone is the map

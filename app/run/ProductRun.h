@@ -25,9 +25,9 @@ struct RunOutcome
 
 /// Makes a product in a part folder: runs the tool, checks the product, builds its overviews and moves it to
 /// its place. The old product stays until then, also when the run is stopped or fails. Files that the tool
-/// writes besides the product have part folders of their own and are moved just before it. The window and the batch
-/// program share this class. While no run is on, the script runner's signals belong to another user of the
-/// runner and are ignored.
+/// writes besides the product have part folders of their own and are moved just before it. The window and the
+/// batch program share this class. While no run is on, the script runner's signals belong to another user of
+/// the runner and are ignored.
 class ProductRun : public QObject
 {
     Q_OBJECT

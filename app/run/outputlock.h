@@ -18,7 +18,8 @@ public:
         : OutputLock(QStringList{output})
     { }
 
-    /// Locks several outputs. Where one of them cannot be locked, the lock has a problem, and the caller ends it.
+    /// Locks several outputs. Where one of them cannot be locked, the lock has a problem, and the caller ends
+    /// it.
     explicit OutputLock(const QStringList &outputs);
 
     /// Why an output could not be locked, in a sentence; empty when the lock is held.

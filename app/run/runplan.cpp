@@ -25,7 +25,8 @@ QString formatProblem(const ProcessingRequest &request)
             ? attributeProblem(format, request.toolInput.attribute)
             : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cet ordinateur."})
                   .arg(format);
-    if (processRow(*request.process).tool == Tool::Intervisibility && !outputFormats(*request.process).contains(format))
+    if (processRow(*request.process).tool == Tool::Intervisibility
+        && !outputFormats(*request.process).contains(format))
         return labelText({"MESS_FORMAT_INTERVIS", "L'intervisibilité ne s'écrit qu'en GTiff, pas en « %1 »."})
             .arg(format);
     if (!isRasterOutputFormat(format))
@@ -141,7 +142,8 @@ QString placeSideFiles(RunPlan &plan, const QStringList &inputFiles)
     const QStringList layers{QStringLiteral("skyline"), QStringLiteral("seen")};
     const QDir folder = QFileInfo(plan.request.output).dir();
     for (SideFile &side : plan.request.toolInput.sideFiles) {
-        const OutputName name = checkOutputName(folder.absoluteFilePath(side.path), side.extensions, inputFiles);
+        const OutputName name =
+            checkOutputName(folder.absoluteFilePath(side.path), side.extensions, inputFiles);
         if (!name.problem.isEmpty())
             return side.path + QLatin1Char('\n') + name.problem;
         if (writtenFiles(plan).contains(name.path))
@@ -273,7 +275,10 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     plan.treatmentNote = treatmentText(plan.treatment, plan.dem, request.cellUse, QLocale());
     if (buildsOverviews(plan.request, input))
         plan.overviewCommand = overviewCommand(output.path, tools);
-    plan.expected = {process.product, output.path, input.width, input.height,
+    plan.expected = {process.product,
+                     output.path,
+                     input.width,
+                     input.height,
                      outputLayer(request.outputOptions),
                      process.tool == Tool::Intervisibility ? process.bands : 0};
     // Intermediate files stand beside the product until it is finished.

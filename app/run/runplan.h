@@ -21,17 +21,18 @@ enum class ProblemKind
 /// runs with planRun().
 struct RunPlan
 {
-    ProcessingRequest request;     ///< the output is the path that the run writes: absolute, links resolved
-    ToolPaths tools;               ///< the programs of the command lines
-    DemFacts dem;                  ///< what the file of the input DEM says of its grid and its elevations
-    DemTreatment treatment;        ///< what is done so that the tool understands the DEM
-    QString treatmentNote;         ///< what the treatment does, in one line; empty where there is none
-    QString command;               ///< the tool's whole command line for a DEM that needs no treatment
-    QString workingFolder;         ///< folder that the tools are called in; empty: the current one
-    QString toolOutput;            ///< the product's name for the tools, in that folder
-    QString overviewCommand;       ///< command line that builds the product's overviews; empty: none are built
-    QuvoOutputFilesList outputs;   ///< files that the run creates; the product is the first
-    /// Files that the tool writes besides the product, in any folder: one for each of request.toolInput.sideFiles.
+    ProcessingRequest request;   ///< the output is the path that the run writes: absolute, links resolved
+    ToolPaths tools;             ///< the programs of the command lines
+    DemFacts dem;                ///< what the file of the input DEM says of its grid and its elevations
+    DemTreatment treatment;      ///< what is done so that the tool understands the DEM
+    QString treatmentNote;       ///< what the treatment does, in one line; empty where there is none
+    QString command;             ///< the tool's whole command line for a DEM that needs no treatment
+    QString workingFolder;       ///< folder that the tools are called in; empty: the current one
+    QString toolOutput;          ///< the product's name for the tools, in that folder
+    QString overviewCommand;     ///< command line that builds the product's overviews; empty: none are built
+    QuvoOutputFilesList outputs; ///< files that the run creates; the product is the first
+    /// Files that the tool writes besides the product, in any folder: one for each of
+    /// request.toolInput.sideFiles.
     QuvoOutputFilesList sideOutputs;
     ExpectedProduct expected;      ///< properties that the finished product is checked for
     QStringList touchedInputFiles; ///< files of the DEM in or beside which the tool leaves statistics

@@ -135,8 +135,8 @@ void DemSeries::begin(SeriesRow &row)
 RunPlan DemSeries::planOf(const SeriesRow &row)
 {
     const ProcessOptions options = withOwnSideFiles(m_recipe.options, row.product);
-    const RecipeInput prepared = prepareInput(options, row.dem, m_recipe.band, m_workFolder,
-                                              [this] { return readingWasStopped(); });
+    const RecipeInput prepared =
+        prepareInput(options, row.dem, m_recipe.band, m_workFolder, [this] { return readingWasStopped(); });
     if (!prepared.problem.isEmpty())
         return {.problemKind = ProblemKind::Input, .problem = prepared.problem};
     ProcessingRequest request = requestOf(m_recipe, prepared.toolInput);

@@ -40,10 +40,10 @@ QString noteOf(SightResult result)
              "Le fichier contient des nombres, que seule la carte colore. Tous les observateurs comptent, quel "
              "que soit le choix pour plusieurs points."});
     if (result == SightResult::Height)
-        return labelText(
-            {"MESS_RES_NOTE_HAUTEUR",
-             "Le fichier contient des nombres, dans l'unité des altitudes du MNT, que seule la carte colore. La "
-             "hauteur au sol ne se choisit pas : elle est calculée."});
+        return labelText({"MESS_RES_NOTE_HAUTEUR",
+                          "Le fichier contient des nombres, dans l'unité des altitudes du MNT, que seule la "
+                          "carte colore. La "
+                          "hauteur au sol ne se choisit pas : elle est calculée."});
     return {};
 }
 
@@ -106,8 +106,9 @@ void SightResultChoice::retranslate()
         m_results->setItemText(row, labelText(texts.name));
         m_results->setItemData(row, labelText(texts.toolTip), Qt::ToolTipRole);
     }
-    m_ramps->setToolTip(labelText({"MESS_RES_RAMPE_EXPL",
-                                   "Couleurs des nombres sur la carte et dans sa légende ; le fichier n'en a pas."}));
+    m_ramps->setToolTip(
+        labelText({"MESS_RES_RAMPE_EXPL",
+                   "Couleurs des nombres sur la carte et dans sa légende ; le fichier n'en a pas."}));
     showNote();
 }
 

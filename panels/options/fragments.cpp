@@ -167,8 +167,9 @@ QString sideFileName(const QString &product, const QString &word, const QString 
 QVector<SideFile> sideFiles(const IntervisibilityOptions &options)
 {
     QVector<SideFile> files;
-    const QString step =
-        options.skylineStep ? QStringLiteral("-SkylineStep %1 ").arg(toolNumber(*options.skylineStep)) : QString();
+    const QString step = options.skylineStep
+        ? QStringLiteral("-SkylineStep %1 ").arg(toolNumber(*options.skylineStep))
+        : QString();
     if (!options.skyline.isEmpty())
         files += {QStringLiteral("-Skyline"), options.skyline, {"csv", "json", "gpkg"}, step};
     if (!options.statistics.isEmpty())
@@ -180,7 +181,8 @@ QString sideFileArguments(const QVector<SideFile> &files)
 {
     QString arguments;
     for (const SideFile &file : files)
-        arguments += file.argument + QLatin1Char(' ') + quotedArgument(file.path) + QLatin1Char(' ') + file.more;
+        arguments +=
+            file.argument + QLatin1Char(' ') + quotedArgument(file.path) + QLatin1Char(' ') + file.more;
     return arguments;
 }
 

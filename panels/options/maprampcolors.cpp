@@ -11,7 +11,8 @@ namespace
 
 QString rampFile(const QString &name)
 {
-    const bool isPlain = !name.isEmpty() && !name.contains(QLatin1Char('/')) && !name.contains(QLatin1Char('\\'));
+    const bool isPlain =
+        !name.isEmpty() && !name.contains(QLatin1Char('/')) && !name.contains(QLatin1Char('\\'));
     return isPlain ? tableLibraryFolder() + QLatin1Char('/') + name + QStringLiteral(".txt") : QString();
 }
 

@@ -266,7 +266,7 @@ QVector<RecordField<IntervisibilityOptions>> fieldsOf(const IntervisibilityOptio
                    "table de la bibliothèque qui colore les nombres sur la carte ; le produit n'en dépend pas"),
         QUVO_FIELD(IntervisibilityOptions, skyline, 0, 0, "MESS_OPT_HORIZON",
                    "fichier pour l'horizon de chaque observateur (.csv, .json ou .gpkg) ; vide : aucun"),
-        QUVO_FIELD(IntervisibilityOptions, skylineStep, smallestStep, 360, "MESS_OPT_HORIZON_PAS",
+        QUVO_FIELD(IntervisibilityOptions, skylineStep, smallestStep, 180, "MESS_OPT_HORIZON_PAS",
                    "pas de l'horizon, en degrés ; par défaut chaque changement de pente"),
         QUVO_FIELD(IntervisibilityOptions, statistics, 0, 0, "MESS_OPT_STATIST",
                    "fichier pour ce que voit chaque observateur (.csv) ; vide : aucun"),

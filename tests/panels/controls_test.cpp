@@ -184,10 +184,10 @@ QVector<Row> rows()
 
 /// Controls that the rows leave out because the tests of their panels use them in ways of their own.
 const QStringList testedElsewhere{
-    "views m_pTViewObsPos",                  // keys and cells
-    "views m_pPBAddFromVector",              // dialogs follow
-    "views m_pCBRamp",                       // its tables are those beside the program
-    "views m_pChBSkyline",                   // the files below leave the product, and its preview, as they are
+    "views m_pTViewObsPos",     // keys and cells
+    "views m_pPBAddFromVector", // dialogs follow
+    "views m_pCBRamp",          // its tables are those beside the program
+    "views m_pChBSkyline",      // the files below leave the product, and its preview, as they are
     "views m_pLESkyline",
     "views m_pPBSkyline",
     "views m_pLESkylineStep",

@@ -10,8 +10,8 @@
 #include "tests/support/rasters.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QGroupBox>
@@ -153,7 +153,8 @@ void IntervisibilityPanelTest::fragments()
     options.skyline = "/l'été \"1\"/h.json";
     options.skylineStep = 2.5;
     options.statistics = "/s.csv";
-    QCOMPARE(intervisibilityFragment(options, {}), colours + "-Output height "); // a preview writes no side files
+    QCOMPARE(intervisibilityFragment(options, {}),
+             colours + "-Output height "); // a preview writes no side files
     QCOMPARE(argumentFragment(options),
              colours
                  + "-Output height -Skyline \"/l'été \"\"\"1\"\"\"/h.json\" -SkylineStep 2.5 -Statistics "
@@ -168,7 +169,9 @@ void IntervisibilityPanelTest::results()
     Panel panel(m_dem);
     Prompt::answerBeforehand({});
     panel.paste("500005 5099995\n500025 5099995\n");
-    const auto shown = [&](const char *name) { return panel.widget.findChild<QWidget *>(name)->isVisibleTo(&panel.widget); };
+    const auto shown = [&](const char *name) {
+        return panel.widget.findChild<QWidget *>(name)->isVisibleTo(&panel.widget);
+    };
     const auto choose = [&](const char *word) {
         IntervisibilityOptions options = panel.widget.options();
         options.result = word;

@@ -131,7 +131,8 @@ void addNumbers(Album &album, quvoGdalUtilities &dialog)
 {
     Recipe recipe = dialog.recipe();
     auto &options = std::get<IntervisibilityOptions>(recipe.options);
-    QScrollArea &area = *dialog.findChild<QWidget *>(QStringLiteral("intervisibilityTab"))->findChild<QScrollArea *>();
+    QScrollArea &area =
+        *dialog.findChild<QWidget *>(QStringLiteral("intervisibilityTab"))->findChild<QScrollArea *>();
     const QString folder = QDir::tempPath() + QStringLiteral("/terrain/");
     for (const QString &result : {QStringLiteral("count"), QStringLiteral("height")}) {
         options.result = result;

@@ -85,10 +85,12 @@ QString observersText(double count, const QLocale &locale)
 QString sightText(const ProductLook &look, double value, const QLocale &locale)
 {
     if (look.sight == SightResult::Count)
-        return std::isnan(value) ? labelText({"MESS_SANS_DONNEE", "sans donnée"}) : observersText(value, locale);
+        return std::isnan(value) ? labelText({"MESS_SANS_DONNEE", "sans donnée"})
+                                 : observersText(value, locale);
     if (std::isnan(value))
         return labelText({"MESS_VAL_JAMAIS", "visible à aucune hauteur"});
-    return labelText({"MESS_VAL_AU_DESSUS", "%1 au-dessus du sol"}).arg(locale.toString(value, 'f', 1) + look.unit);
+    return labelText({"MESS_VAL_AU_DESSUS", "%1 au-dessus du sol"})
+        .arg(locale.toString(value, 'f', 1) + look.unit);
 }
 
 QString pointName(int point)
@@ -152,10 +154,10 @@ void addCounts(MapLegend &legend, const LegendFacts &facts, const QLocale &local
     }
     for (int count = highest; count >= 0; --count) {
         if (cells.at(count) > 0.0)
-            legend.rows += {QColor::fromRgba(facts.product.ramp.color(count)), false, false,
-                            observersText(count, locale),
-                            shareText(facts.cellArea ? areas.at(count) : -1.0,
-                                      cells.at(count) / static_cast<double>(values.cells.size()), locale)};
+            legend.rows +=
+                {QColor::fromRgba(facts.product.ramp.color(count)), false, false, observersText(count, locale),
+                 shareText(facts.cellArea ? areas.at(count) : -1.0,
+                           cells.at(count) / static_cast<double>(values.cells.size()), locale)};
     }
 }
 
@@ -322,19 +324,21 @@ MapLegend legendOf(const LegendFacts &facts, const QLocale &locale)
 {
     MapLegend legend;
     // Three indices share a tab, and so do the results of an intervisibility.
-    const bool sharesTab = std::holds_alternative<TerrainIndexOptions>(facts.options)
-        || facts.look.sight != SightResult::Picture;
+    const bool sharesTab =
+        std::holds_alternative<TerrainIndexOptions>(facts.options) || facts.look.sight != SightResult::Picture;
     legend.title = sharesTab && !facts.look.name.isEmpty() ? facts.look.name : facts.title;
     std::visit([&](const auto &options) { addOptions(legend, facts, options, locale); }, facts.options);
     const bool countsVoids = std::holds_alternative<IntervisibilityOptions>(facts.options)
         && facts.look.sight == SightResult::Picture;
     if (facts.look.form != ProductForm::Lines && !countsVoids
         && (facts.hasVoids || hasVoids(facts.product.picture.convertToFormat(QImage::Format_ARGB32))))
-        legend.rows += {QColor(), true, false,
-                        facts.look.sight == SightResult::Height
-                            ? labelText({"MESS_ZONE_JAMAIS", "Visible à aucune hauteur"})
-                            : labelText({"MESS_ZONE_INCONNUE", "Sans donnée"}),
-                        {}};
+        legend.rows +=
+            {QColor(),
+             true,
+             false,
+             facts.look.sight == SightResult::Height ? labelText({"MESS_ZONE_JAMAIS", "Jamais visible"})
+                                                     : labelText({"MESS_ZONE_INCONNUE", "Sans donnée"}),
+             {}};
     legend.histogramTitle = labelText({"MESS_HISTO_TITRE", "Altitudes"})
         + (facts.elevationUnit.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(facts.elevationUnit));
     legend.elevations = facts.elevations;

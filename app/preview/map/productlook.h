@@ -71,6 +71,6 @@ struct LegendFacts
 
 MapLegend legendOf(const LegendFacts &facts, const QLocale &locale);
 
-/// The value of a product as "Pente 23,4°", "Orientation 214° SO" or "3 observateurs"; `value` may be NaN, for a cell without
-/// data. Empty for a product without such values.
+/// The value of a product as "Pente 23,4°", "Orientation 214° SO" or "3 observateurs"; `value` may be NaN, for
+/// a cell without data. Empty for a product without such values.
 QString valueText(const ProductLook &look, double value, const QLocale &locale);

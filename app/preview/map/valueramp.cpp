@@ -99,10 +99,9 @@ ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometri
     ramp.high = sorted.at(static_cast<int>((1.0 - tail) * last));
     if (kind == RampKind::Count) // a few cells that many observers see are what is looked for
         ramp.high = static_cast<double>(
-            *std::max_element(values.cells.begin(), values.cells.end(),
-                              [](float one, float other) {
-                                  return std::isnan(one) ? !std::isnan(other) : one < other;
-                              }));
+            *std::max_element(values.cells.begin(), values.cells.end(), [](float one, float other) {
+                return std::isnan(one) ? !std::isnan(other) : one < other;
+            }));
     if (kind == RampKind::Position) {
         ramp.high = std::max(std::abs(ramp.low), std::abs(ramp.high));
         ramp.low = -ramp.high;

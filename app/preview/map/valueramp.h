@@ -24,14 +24,15 @@ struct ValueRamp
     double low = 0.0;
     double high = 255.0;
     bool trigonometric =
-        false; ///< directions are counter-clockwise from the east, not clockwise from the north
+        false;             ///< directions are counter-clockwise from the east, not clockwise from the north
     QVector<QRgb> stops{}; ///< colours in place of those of the kind, evenly spread; empty: the kind's own
 
     QRgb color(double value) const;
 };
 
 /// A ramp over the values of a product: from its 2nd to its 98th percentile; from 0 where no value is negative;
-/// as far below as above 0 for positions; always the whole circle for directions; from 0 to the highest for counts.
+/// as far below as above 0 for positions; always the whole circle for directions; from 0 to the highest for
+/// counts.
 ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometric = false);
 
 /// The values in the colours of the ramp, one pixel a cell; cells without a value are transparent.

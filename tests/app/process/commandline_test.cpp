@@ -76,13 +76,17 @@ void CommandLineTest::golden_data()
          "-co", "TFW=YES"});
 
     zones.outputOptions.worldFile = false;
-    zones.toolInput.sideFiles = {{"-Skyline", "/à b/h.csv", {}, "-SkylineStep 2 "}, {"-Statistics", "/s.csv", {}}};
+    zones.toolInput.sideFiles = {{"-Skyline", "/à b/h.csv", {}, "-SkylineStep 2 "},
+                                 {"-Statistics", "/s.csv", {}}};
     QTest::newRow("side files")
         << zones
-        << QStringLiteral("-SrcFile \"/a b/dem.tif\" -DstFile \"/out/p.tif\" -iBand 2 -x 1 -Skyline \"/à b/h.csv\" "
-                          "-SkylineStep 2 -Statistics \"/s.csv\"  -co \"TILED=YES\"")
-        << QStringList{"-SrcFile", "/a b/dem.tif", "-DstFile", "/out/p.tif", "-iBand", "2", "-x", "1", "-Skyline",
-                       "/à b/h.csv", "-SkylineStep", "2", "-Statistics", "/s.csv", "-co", "TILED=YES"};
+        << QStringLiteral(
+               "-SrcFile \"/a b/dem.tif\" -DstFile \"/out/p.tif\" -iBand 2 -x 1 -Skyline \"/à b/h.csv\" "
+               "-SkylineStep 2 -Statistics \"/s.csv\"  -co \"TILED=YES\"")
+        << QStringList{
+               "-SrcFile", "/a b/dem.tif", "-DstFile",   "/out/p.tif",   "-iBand", "2",           "-x",
+               "1",        "-Skyline",     "/à b/h.csv", "-SkylineStep", "2",      "-Statistics", "/s.csv",
+               "-co",      "TILED=YES"};
 
     ProcessingRequest lines = request(Process::Contour);
     lines.outputOptions.tiled = true;

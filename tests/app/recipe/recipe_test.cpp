@@ -117,7 +117,8 @@ void RecipeTest::everyProcessComesBack_data()
 void RecipeTest::sideFiles()
 {
     const ProcessOptions read = readRecipe(R"({"format": 1, "process": "intervisibility",
-        "options": {"skyline": "../h.json", "skylineStep": 2}})", QStringLiteral("/some/folder"))
+        "options": {"skyline": "../h.json", "skylineStep": 2}})",
+                                           QStringLiteral("/some/folder"))
                                     .recipe.options;
     QCOMPARE(std::get<IntervisibilityOptions>(read).skyline, QStringLiteral("/some/h.json"));
     // Each DEM of a series has files of its own, and only those that are asked for.

@@ -105,7 +105,8 @@ void SideRunTest::replacesAll()
     QVERIFY(bytesOf(path("zones.tif")).startsWith("II*"));
     QVERIFY2(run.commands().first().contains(path("stat.csv")) && !run.commands().first().contains(".part-"),
              qPrintable(run.commands().first()));
-    QCOMPARE(files().size(), 7); // DEM, source, tool, product, statistics, folder and skyline: nothing is left over
+    QCOMPARE(files().size(),
+             7); // DEM, source, tool, product, statistics, folder and skyline: nothing is left over
 }
 
 void SideRunTest::keepsAll_data()
@@ -115,7 +116,8 @@ void SideRunTest::keepsAll_data()
     QTest::newRow("the tool fails") << QByteArray("echo half >\"$sky\"; echo half >\"$stat\"; exit 3") << "";
     QTest::newRow("no file") << QByteArray("echo new >\"$sky\"") << "stat.csv";
     QTest::newRow("an empty file") << QByteArray("echo new >\"$stat\"; : >\"$sky\"") << "à côté";
-    QTest::newRow("another product") << QByteArray("echo n >\"$sky\"; cp \"$sky\" \"$stat\"; cp dem.tif \"$out\"")
+    QTest::newRow("another product") << QByteArray(
+        "echo n >\"$sky\"; cp \"$sky\" \"$stat\"; cp dem.tif \"$out\"")
                                      << "";
 }
 
@@ -156,13 +158,27 @@ void SideRunTest::badNames_data()
     QTest::addColumn<QString>("skyline");
     QTest::addColumn<QString>("statistics");
     QTest::addColumn<QString>("named");
-    QTest::newRow("both alike") << "a.csv" << "a.csv" << "a.csv";
-    QTest::newRow("extension") << "a.shp" << "" << ".gpkg";
-    QTest::newRow("no such folder") << "none/a.csv" << "" << "none";
-    QTest::newRow("the DEM") << "link.csv" << "" << "link.csv";
-    QTest::newRow("a folder") << "à côté" << "" << "à côté";
-    QTest::newRow("other layers") << "other.gpkg" << "" << "other.gpkg";
-    QTest::newRow("its own layers") << "own.gpkg" << "" << "";
+    QTest::newRow("both alike") << "a.csv"
+                                << "a.csv"
+                                << "a.csv";
+    QTest::newRow("extension") << "a.shp"
+                               << ""
+                               << ".gpkg";
+    QTest::newRow("no such folder") << "none/a.csv"
+                                    << ""
+                                    << "none";
+    QTest::newRow("the DEM") << "link.csv"
+                             << ""
+                             << "link.csv";
+    QTest::newRow("a folder") << "à côté"
+                              << ""
+                              << "à côté";
+    QTest::newRow("other layers") << "other.gpkg"
+                                  << ""
+                                  << "other.gpkg";
+    QTest::newRow("its own layers") << "own.gpkg"
+                                    << ""
+                                    << "";
 }
 
 void SideRunTest::badNames()

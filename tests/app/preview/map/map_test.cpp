@@ -1,9 +1,9 @@
 #include "app/preview/map/mapfile.h"
 #include "app/preview/map/mappicture.h"
 #include "app/preview/map/productlook.h"
-#include "panels/options/maprampcolors.h"
 #include "app/preview/map/relief.h"
 #include "app/preview/map/scalebar.h"
+#include "panels/options/maprampcolors.h"
 
 #include <QPainter>
 #include <QTest>
@@ -260,7 +260,8 @@ void MapTest::sightNumbers()
     QCOMPARE(valueText(count, 3.0, french), QString("3 observateurs"));
     QCOMPARE(valueText(height, 12.5, french), QString("12,5 m au-dessus du sol"));
     QCOMPARE(valueText(height, static_cast<double>(none), french), QString("visible à aucune hauteur"));
-    QCOMPARE(valueText(lookOf(IntervisibilityOptions(), "m"), 3.0, french), QString()); // colours are no numbers
+    QCOMPARE(valueText(lookOf(IntervisibilityOptions(), "m"), 3.0, french),
+             QString()); // colours are no numbers
 
     // Few counts are listed with their areas, up to the one that a single cell has.
     LegendFacts facts;
@@ -275,7 +276,8 @@ void MapTest::sightNumbers()
     MapLegend legend = legendOf(facts, english);
     QCOMPARE(legend.title, QString("Observateurs"));
     QCOMPARE(legend.rows.size(), 3); // 3, 0 and without data
-    QCOMPARE(legend.rows.at(0).text + ' ' + legend.rows.at(0).detail, QString("3 observateurs 1.0 km² (1.0 %)"));
+    QCOMPARE(legend.rows.at(0).text + ' ' + legend.rows.at(0).detail,
+             QString("3 observateurs 1.0 km² (1.0 %)"));
     QVERIFY(legend.strip.colors.isEmpty() && legend.rows.at(2).hatched);
     // Many counts, and heights, have a strip with whole texts.
     facts.product.ramp.high = 40.0;
@@ -283,7 +285,7 @@ void MapTest::sightNumbers()
     facts.look = height;
     legend = legendOf(facts, english);
     QCOMPARE(legend.strip.ticks.at(1).text, QString("10 m"));
-    QCOMPARE(legend.rows.first().text, QString("Visible à aucune hauteur"));
+    QCOMPARE(legend.rows.first().text, QString("Jamais visible"));
 
     const QList<QuvoColorDef> table{
         {QuvoColorDef::noDataValue, Qt::green, false}, {0.0, QColor(0, 0, 0, 9), true}, {100.0, Qt::red, true}};
