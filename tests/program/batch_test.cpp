@@ -392,7 +392,7 @@ void BatchTest::sightNumbers()
 {
     writeFile(path("recette.json"), R"({"format": 1, "process": "intervisibility", "input": "dem.tif",
         "output": "n.tif", "options": {"skyline": "h é.gpkg", "result": "count",
-        "observers": [{"x": 500100, "y": 5099900}, {"x": 500300, "y": 5099700, "height": 50}]}})");
+        "observers": [{"x": 500020, "y": 5099980}, {"x": 500100, "y": 5099900}]}})");
     const QStringList run{path("recette.json"), "--set", "statistics=" + path("s.csv")};
     const Ended ended = batch(run);
     QVERIFY2(ended.code == 0, qPrintable(ended.error));
@@ -401,7 +401,8 @@ void BatchTest::sightNumbers()
     QCOMPARE(bytesOf(path("s.csv")).trimmed().count('\n'), 3); // a head, two observers and all of them
     QVERIFY(bytesOf(path("h é.gpkg")).startsWith("SQLite"));
     const Numbers counts = numbersOf(path("n.tif"));
-    QVERIFY(counts.bands == 1 && counts.lowest == 0.0 && counts.highest == 2.0);
+    QCOMPARE(counts.bands, 1);
+    QCOMPARE(counts.highest, 2.0);
 
     // Files that the run would replace stay, with the product, until that is allowed.
     QVERIFY(QFile::remove(path("n.tif")));
