@@ -32,6 +32,9 @@ QString rasterProblem(GDALDataset &dataset, const ExpectedProduct &expected, con
                           "Le résultat n'a pas la taille du MNT : %1 × %2 au lieu de %3 × %4 cellules."})
             .arg(QString::number(width), QString::number(height), QString::number(expected.width),
                  QString::number(expected.height));
+    if (expected.bands > 0 && dataset.GetRasterCount() != expected.bands)
+        return labelText({"MESS_PROD_BANDES", "Le résultat a %1 bandes au lieu de %2."})
+            .arg(QString::number(dataset.GetRasterCount()), QString::number(expected.bands));
     for (int band = 1; band <= dataset.GetRasterCount(); ++band) {
         double cell = 0.0;
         if (dataset.GetRasterBand(band)->RasterIO(GF_Read, width - 1, height - 1, 1, 1, &cell, 1, 1,

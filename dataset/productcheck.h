@@ -20,6 +20,7 @@ struct ExpectedProduct
     int width = 0;  ///< columns of the input raster; not used for a vector product
     int height = 0; ///< rows of the input raster; not used for a vector product
     QString layer;  ///< name of the vector layer; not used for a raster product
+    int bands = 0;  ///< of a raster product; 0: any number
 };
 
 /// The result of a check.
@@ -33,8 +34,8 @@ struct ProductCheck
 QString firstErrorLine(const QString &standardError);
 
 /// Checks the product of a run that ended with exit code 0. These must hold: no line of the tool's error text
-/// begins with "ERROR"; the disk is not full; the data set opens; a raster has the size of the input, and its
-/// last cell can be read in every band, and a file ".aux.xml" beside it is whole; a vector has the expected
-/// layer, or one single layer of any name, that layer stores geometries and, in a file of up to 64 MiB, all of
-/// its features can be read.
+/// begins with "ERROR"; the disk is not full; the data set opens; a raster has the size of the input and the
+/// expected bands, its last cell can be read in every band, and a file ".aux.xml" beside it is whole; a vector
+/// has the expected layer, or one single layer of any name, that layer stores geometries and, in a file of up
+/// to 64 MiB, all of its features can be read.
 ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standardError);

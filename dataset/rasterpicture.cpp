@@ -28,10 +28,12 @@ GDALRasterIOExtraArg resampling(const QRect &part, const QSize &size)
 }
 
 /// Reads a part of a band; cells without data are NaN. Empty when it cannot be read.
-Cells readCells(GDALRasterBand &band, const QRect &part, const QSize &size)
+Cells readCells(GDALRasterBand &band, const QRect &part, const QSize &size, bool classes = false)
 {
     Cells cells(static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height()));
     GDALRasterIOExtraArg extra = resampling(part, size);
+    if (classes)
+        extra.eResampleAlg = GRIORA_NearestNeighbour;
     if (band.RasterIO(GF_Read, part.x(), part.y(), part.width(), part.height(), cells.data(), size.width(),
                       size.height(), GDT_Float32, 0, 0, &extra)
         != CE_None)
@@ -79,12 +81,12 @@ QImage RasterPicture::read(const QRect &part, const QSize &size, bool classes) c
     return m_colourBands > 0 ? readColours(part, size, classes) : readGrey(part, size);
 }
 
-QVector<float> RasterPicture::values(const QRect &part, const QSize &size) const
+QVector<float> RasterPicture::values(const QRect &part, const QSize &size, bool classes) const
 {
     if (!m_dataset || size.isEmpty() || !QRect(QPoint(0, 0), m_size).contains(part))
         return {};
     const GdalMessages messages;
-    const Cells cells = readCells(*m_dataset->GetRasterBand(m_band), part, size);
+    const Cells cells = readCells(*m_dataset->GetRasterBand(m_band), part, size, classes);
     return QVector<float>(cells.begin(), cells.end());
 }
 

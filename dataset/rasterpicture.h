@@ -37,8 +37,8 @@ public:
     QImage read(const QRect &part, const QSize &size, bool classes = false) const;
 
     /// Reads the values of the band that is shown in grey, or of the first one, of a part like read(), by rows.
-    /// Cells without data are NaN. Empty when the part cannot be read.
-    QVector<float> values(const QRect &part, const QSize &size) const;
+    /// Cells without data are NaN. Empty when the part cannot be read. classes: as in read().
+    QVector<float> values(const QRect &part, const QSize &size, bool classes = false) const;
 
 private:
     struct Range

@@ -7,9 +7,9 @@
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
+#include "panels/options/maprampcolors.h"
 #include "ui_colorReliefOptionsWidget.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QEvent>
 #include <QFileInfo>
@@ -42,7 +42,7 @@ colorReliefOptionsWidget::colorReliefOptionsWidget(WorkFolder &workFolder, QWidg
 {
     m_form->setupUi(this);
     m_tables = std::make_unique<ColorTableList>(*m_form->m_pCBColorTable, m_workFolder);
-    loadLibrary(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
+    loadLibrary(tableLibraryFolder());
     colorReliefOptionsWidget::setDem({});
     showOptions(defaults);
     applyTexts();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panels/colors/SightResultChoice.h"
+#include "panels/controls/SideFileField.h"
 #include "panels/controls/ZoneColor.h"
 #include "panels/observers/ObserverTable.h"
 #include "panels/observers/PositionFields.h"
@@ -15,8 +17,9 @@ namespace Ui
 class intervisibilityOptionsWidget;
 }
 
-/// Panel of the intervisibility process: the observers, how the views of several observers are combined, and
-/// the colours of the zones.
+/// Panel of the intervisibility process: what is computed, the observers, how the views of several observers
+/// are combined, the colours of the zones or of the numbers, and the files that are written besides the
+/// product.
 class intervisibilityOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -38,6 +41,8 @@ public:
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
+    /// The proposed names of the files besides the product follow the product's.
+    void setProduct(const QString &path) override;
 
     IntervisibilityOptions options() const;
 
@@ -93,6 +98,9 @@ private:
     void connectTable();
     void connectControls();
     void connectColors();
+    void makeOutputs();
+    QString chosenFile(const QString &start, const Label &title, const QStringList &extensions);
+    QString besideProduct(const QString &name) const;
     void showOptions(const IntervisibilityOptions &options);
     void applyTexts();
     void updateControls();
@@ -113,4 +121,8 @@ private:
     std::optional<ZoneColor> m_visibleColor;
     std::optional<ZoneColor> m_hiddenColor;
     std::optional<ZoneColor> m_noDataColor;
+    std::unique_ptr<SightResultChoice> m_result;
+    std::unique_ptr<SideFileField> m_skyline;
+    std::unique_ptr<SideFileField> m_statistics;
+    QString m_product; ///< path of the product; empty: it has no name yet
 };

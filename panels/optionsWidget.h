@@ -62,6 +62,9 @@ public:
     /// The format of the product changed: GDAL's short driver name.
     virtual void setOutputFormat(const QString &) { }
 
+    /// The path of the product changed; empty: it has no name yet.
+    virtual void setProduct(const QString &) { }
+
     /// Sentences that the user confirms before a launch begins.
     virtual QStringList launchWarnings() const { return {}; }
 

@@ -26,7 +26,7 @@ void BatchRun::start(const RunPlan &plan, bool overwrite)
         onAborted();
         return;
     }
-    auto lock = std::make_unique<OutputLock>(plan.request.output);
+    auto lock = std::make_unique<OutputLock>(writtenFiles(plan));
     if (!lock->problem().isEmpty()) {
         end(BatchExit::Failed, lock->problem());
         return;
@@ -45,6 +45,8 @@ void BatchRun::start(const RunPlan &plan, bool overwrite)
 void BatchRun::onFinished()
 {
     printOutput(m_progress.finish());
+    for (const QuvoOutputFile &side : m_run.plan().sideOutputs)
+        printOutput(QStringLiteral("  ") + side.path + QLatin1Char('\n'));
     printError(m_run.outcome().toolText);
     for (const QString &warning : m_run.outcome().warnings)
         printError(warning);

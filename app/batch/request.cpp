@@ -140,6 +140,19 @@ QStringList withoutProducts(const QStringList &typed, const ProductNaming &namin
     return dems;
 }
 
+/// The options that name the files beside one product of several.
+QVector<QPair<QString, QString>> sideFileOptions(const Recipe &recipe, const QString &product)
+{
+    QVector<QPair<QString, QString>> options;
+    const QVariantMap before = optionValues(recipe.options);
+    const QVariantMap own = optionValues(withOwnSideFiles(recipe.options, product));
+    for (auto value = own.begin(); value != own.end(); ++value) {
+        if (value.value() != before.value(value.key()))
+            options += {value.key(), value.value().toString()};
+    }
+    return options;
+}
+
 /// The run of the mosaic of the tiles, whose product stands beside the first of them where no name is given.
 BatchRuns mosaicRun(const BatchArguments &arguments, const QStringList &tiles, const ProductNaming &naming)
 {
@@ -219,6 +232,7 @@ BatchRuns splitBatch(const BatchArguments &arguments)
     for (const QString &dem : dems) {
         one.input = dem;
         one.output = productName(dem, naming.suffix, naming.extension);
+        one.options = arguments.options + sideFileOptions(reading.recipe, *one.output);
         runs += one;
     }
     return {runs, {}};

@@ -6,6 +6,7 @@
 #include "viewshed/lineofsight.h"
 #include "viewshed/problem.h"
 
+#include <QLineF>
 #include <QStringList>
 #include <QToolButton>
 
@@ -61,6 +62,8 @@ void LiveObservers::updateOptions()
     if (!m_isShown)
         return;
     m_options = m_panel.options();
+    if (sightResult(m_options) != SightResult::Picture)
+        m_viewshed.cancel();
     m_profile->setColors({QColor(m_options.visibleColor), QColor(m_options.hiddenColor)});
     showProfile();
 }
@@ -72,9 +75,17 @@ void LiveObservers::follow(int row, const QPointF &ground)
     m_options = m_panel.options();
     if (!m_isShown || !terrain || row < 0 || row >= m_options.observers.size())
         return;
+    const double way = QLineF(m_options.observers.at(row).position(), ground).length();
     m_options.observers[row].x = ground.x();
     m_options.observers[row].y = ground.y();
     showProfile();
+    if (sightResult(m_options) != SightResult::Picture) { // the tool alone computes numbers
+        constexpr double sameCell = 0.001;                // of a cell
+        m_pane.clearOutput(QString());
+        if (way < sameCell * m_pane.scene().ground().cellSize())
+            emit numbersWanted();
+        return;
+    }
     const QList<ToolObserver> observers = m_copy.observers(m_options.observers);
     const LiveRequestReading reading = liveRequest(m_number + 1, *terrain, observers, m_options);
     if (observers.isEmpty() || !reading.problem.isEmpty()
@@ -151,6 +162,9 @@ QString LiveObservers::seenText(const QPointF &cell)
 {
     constexpr int mostObservers = 50; // more take longer than the mouse waits
     const LiveTerrain *terrain = m_isShown ? m_copy.terrain() : nullptr;
+    if (sightResult(m_options)
+        == SightResult::Height) // which does not depend on the height that is looked at here
+        return {};
     if (!terrain || m_options.observers.isEmpty() || m_options.observers.size() > mostObservers)
         return {};
     const QPointF target = terrain->toCells(m_pane.scene().grid().toGround(cell));

@@ -10,8 +10,8 @@ class ProfileView;
 class intervisibilityOptionsWidget;
 
 /// What follows the mouse at once on the map of the intervisibility: the zones that an observer sees while it
-/// is dragged, who sees the place under the mouse, and the profile of the ground between the current observer
-/// and that place.
+/// is dragged (numbers of observers and heights disappear meanwhile), who sees the place under the mouse, and
+/// the profile of the ground between the current observer and that place.
 class LiveObservers : public QObject
 {
     Q_OBJECT
@@ -40,6 +40,10 @@ public:
     /// Where the profile is shown, pins its far end at a place of the DEM, or lets it follow the mouse again.
     /// Returns whether it is shown.
     bool pin(const QPointF &ground);
+
+signals:
+    /// Numbers that were removed from the map are right again: the dragged observer is back in its place.
+    void numbersWanted();
 
 private:
     void follow(int row, const QPointF &ground);

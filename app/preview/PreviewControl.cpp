@@ -27,6 +27,7 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilit
     });
     connect(&pane, &PreviewPane::observerChosen, &observers, &intervisibilityOptionsWidget::chooseObserver);
     connect(&pane, &PreviewPane::partChanged, &runs, &Previews::setPart);
+    connect(&m_live, &LiveObservers::numbersWanted, this, [this] { update(false); });
     connect(&pane, &PreviewPane::observerMoved, this, &PreviewControl::moveObserver);
 }
 
@@ -63,7 +64,7 @@ void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool v
     }
     // The panel reports each change twice: as it happens, and once it has settled. The product of the first
     // report is on its way or here already.
-    if (!m_panel || m_panel->processOptions() != m_usedOptions)
+    if (!m_panel || withoutSideFiles(m_panel->processOptions()) != m_usedOptions)
         update(false);
 }
 
@@ -94,7 +95,7 @@ QString PreviewControl::previewProblem() const
 void PreviewControl::update(bool another)
 {
     if (m_panel)
-        m_usedOptions = m_panel->processOptions();
+        m_usedOptions = withoutSideFiles(m_panel->processOptions());
     const QString problem = m_dem.path.isEmpty() ? QString() : previewProblem();
     const bool isComplete = !m_dem.path.isEmpty() && problem.isEmpty();
     if (!m_dem.path.isEmpty() && (another || !isComplete))
@@ -152,7 +153,10 @@ void PreviewControl::placeObserver(int x, int y, const QSize &shown)
 
 void PreviewControl::moveObserver(int row, const QPointF &ground)
 {
-    if (!m_observers.dropObserver(row, ground))
+    const bool isPlaced = m_observers.dropObserver(row, ground);
+    if (sightResult(m_observers.options()) != SightResult::Picture)
+        update(false); // the numbers were removed from the map when the drag began
+    else if (!isPlaced)
         m_live.stay(row);
     showObservers(); // an observer that could not be moved stands where it stood
 }

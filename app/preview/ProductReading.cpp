@@ -117,9 +117,10 @@ void ProductReading::readStrip()
     const int first = rowOf(m_nextRow);
     const int count = std::max(1, rowOf(end) - first);
     const QSize size(m_pixels.width(), end - m_nextRow);
+    const bool isCount = m_look.sight == SightResult::Count; // a mean of whole numbers would be none
     const auto read = [&](const RasterPicture &raster, const QRect &part, ElevationGrid &grid) {
         const QVector<float> cells =
-            raster.values({part.left(), part.top() + first, part.width(), count}, size);
+            raster.values({part.left(), part.top() + first, part.width(), count}, size, isCount);
         std::copy(cells.begin(), cells.end(),
                   grid.cells.begin() + static_cast<std::ptrdiff_t>(m_nextRow) * m_pixels.width());
     };
@@ -149,7 +150,7 @@ bool ProductReading::advance(int milliseconds)
             return true;
     }
     if (!m_values.isEmpty() && !m_ramp && m_part.size() == m_size)
-        m_ramp = rampOver(m_values, m_look.ramp, m_look.trigonometric);
+        m_ramp = rampOf(m_look, m_values);
     if (m_isDrawing)
         m_isDrawing = m_lines.advance(std::max(1, milliseconds - static_cast<int>(timer.elapsed())));
     return m_isDrawing;
@@ -173,8 +174,8 @@ void ProductReading::addTo(MapPicture &map) const
     QImage picture = m_lines.isOpen() ? m_drawn.copy()
                                       : m_colors.mirrored(m_grid.mirroring().columns, m_grid.mirroring().rows);
     if (!m_values.isEmpty())
-        picture = rampPicture(mirrored(m_values, m_grid.mirroring()),
-                              m_ramp.value_or(rampOver(m_values, m_look.ramp, m_look.trigonometric)));
+        picture =
+            rampPicture(mirrored(m_values, m_grid.mirroring()), m_ramp.value_or(rampOf(m_look, m_values)));
     map.transparent = m_lines.isOpen();
     QImage ground = relief;
     if (relief.isNull()) { // the product alone is the map
@@ -207,7 +208,7 @@ LegendFacts ProductReading::legendFacts() const
     facts.product.picture = m_colors;
     facts.product.values = m_values;
     if (!m_values.isEmpty()) {
-        facts.product.ramp = m_ramp.value_or(rampOver(m_values, m_look.ramp, m_look.trigonometric));
+        facts.product.ramp = m_ramp.value_or(rampOf(m_look, m_values));
         facts.product.picture = rampPicture(m_values, facts.product.ramp);
     }
     facts.hasVoids = std::any_of(m_heights.cells.begin(), m_heights.cells.end(),

@@ -1,6 +1,7 @@
 #include "app/process/commandline.h"
 
 #include "dataset/formats.h"
+#include "panels/options/fragments.h"
 #include "runner/quoting.h"
 
 #include <QRegularExpression>
@@ -15,7 +16,7 @@ QString intervisibilityArguments(const ProcessingRequest &request)
     QString text = QStringLiteral("-SrcFile ") + quotedArgument(request.input) + QLatin1Char(' ');
     text += QStringLiteral("-DstFile ") + quotedArgument(request.output) + QLatin1Char(' ');
     text += QStringLiteral("-iBand %1 ").arg(request.band);
-    text += request.toolInput.fragment;
+    text += request.toolInput.fragment + sideFileArguments(request.toolInput.sideFiles);
     text += creationArguments(request.outputOptions);
     return text;
 }
@@ -56,6 +57,16 @@ QString withoutExtension(const QString &path)
 ProductKind productKind(const ProcessingRequest &request)
 {
     return request.process ? processRow(*request.process).product : ProductKind::Raster;
+}
+
+ProcessRow productRow(const ProcessingRequest &request)
+{
+    ProcessRow row = processRow(*request.process);
+    if (request.process != Process::Intervisibility || request.cellUse.sight == SightResult::Picture)
+        return row;
+    row.bands = 1;
+    row.bytesPerCell = request.cellUse.sight == SightResult::Count ? 2 : 4;
+    return row;
 }
 
 QString outputFormat(const ProcessingRequest &request)

@@ -33,6 +33,10 @@ struct ProcessingRequest
 /// The kind of the product; Raster where no process is chosen.
 ProductKind productKind(const ProcessingRequest &request);
 
+/// The row of the request's process with the bands and bytes of the product that it asks for: numbers of
+/// observers and heights have one band each.
+ProcessRow productRow(const ProcessingRequest &request);
+
 /// GDAL's short name of the driver that writes the product.
 QString outputFormat(const ProcessingRequest &request);
 

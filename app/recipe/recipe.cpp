@@ -141,6 +141,20 @@ QString namingInput(const Recipe &recipe)
     return recipe.tiles.isEmpty() ? recipe.input : mosaicName(recipe.tiles);
 }
 
+ProcessOptions withOwnSideFiles(ProcessOptions options, const QString &product)
+{
+    auto *sight = std::get_if<IntervisibilityOptions>(&options);
+    if (!sight)
+        return options;
+    const auto rename = [&product](QString &file, const QString &word) {
+        if (!file.isEmpty())
+            file = sideFileName(product, word, QFileInfo(file).suffix());
+    };
+    rename(sight->skyline, skylineWord);
+    rename(sight->statistics, statisticsWord);
+    return options;
+}
+
 RecipeReading readRecipe(const QByteArray &json, const QString &folder)
 {
     RecipeReading reading;

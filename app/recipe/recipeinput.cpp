@@ -35,6 +35,7 @@ public:
     {
         const ToolObservers observers = prepareObservers(options, m_dem, m_band, m_workFolder);
         m_input.toolInput.fragment = observers.fragment;
+        m_input.toolInput.sideFiles = sideFiles(options);
         m_input.toolInput.readsTemporaryFile = true;
         m_input.sourceFiles = observers.sourceFiles;
         m_input.warnings = observers.warnings;

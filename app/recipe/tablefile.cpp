@@ -3,8 +3,8 @@
 #include "colortable/colortablefile.h"
 #include "dataset/extremes.h"
 #include "messages/label.h"
+#include "panels/options/maprampcolors.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -74,7 +74,7 @@ QString colorTableFile(const QString &name)
     const ColorReliefOptions defaults;
     if (name != defaults.table && QFileInfo::exists(name))
         return name;
-    const QDir library(QCoreApplication::applicationDirPath() + QStringLiteral("/libraries/colormap"));
+    const QDir library(tableLibraryFolder());
     const QString wanted = name.isEmpty() ? defaults.table : name;
     for (const QString &file : {wanted, wanted + QStringLiteral(".txt")}) {
         if (library.exists(file))

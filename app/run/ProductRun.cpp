@@ -6,6 +6,8 @@
 #include "runner/commandsplit.h"
 #include "runner/tooltext.h"
 
+#include <QFileInfo>
+
 namespace
 {
 
@@ -44,15 +46,20 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
     }
     m_partPlan = planAt(plan, m_part->product());
     m_partPlan.outputs.first().before = QStringList(); // nothing was in the part folder
+    const QString sideProblem = beginSideFiles();
+    if (!sideProblem.isEmpty()) {
+        fail(sideProblem);
+        return;
+    }
     const ProductSteps steps = stepsOf(m_partPlan, m_part->stepsFolder());
     if (!steps.problem.isEmpty()) {
-        fail(m_part->withFinalPaths(steps.problem));
+        fail(withFinalPaths(steps.problem));
         return;
     }
     if (needsSteps(plan.request, plan.dem)) {
         m_commands.clear();
         for (const ProductStep &step : steps.steps)
-            m_commands += m_part->withFinalPaths(step.command);
+            m_commands += withFinalPaths(step.command);
         m_partPlan.expected.width = steps.width;
         m_partPlan.expected.height = steps.height;
     }
@@ -62,6 +69,36 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
         m_runner.setPartOfBar(0, overviewsBegin);
     m_runner.run(commandsOf(steps), outputsOf(steps, m_partPlan.outputs),
                  showProgress ? ProgressWindowWithStop : NoProgressWindow, icon);
+}
+
+/// Makes the part folders of the side files and lets the tool write there. Returns why that failed, in a
+/// sentence; empty otherwise.
+QString ProductRun::beginSideFiles()
+{
+    for (SideFile &side : m_partPlan.request.toolInput.sideFiles) {
+        m_sideParts.push_back(std::make_unique<PartFolder>(side.path));
+        if (!m_sideParts.back()->isValid())
+            return partFolderProblem(side.path);
+        side.path = m_sideParts.back()->product();
+    }
+    return {};
+}
+
+/// A sentence where the tool has not written a side file that it was asked for; empty otherwise.
+QString ProductRun::missingSideFile() const
+{
+    for (const auto &part : m_sideParts) {
+        if (QFileInfo(part->product()).size() == 0) // which is also the size of a missing file
+            return labelText({"MESS_COTE_ABSENT", "L'outil n'a pas écrit « %1 »."}).arg(part->product());
+    }
+    return {};
+}
+
+QString ProductRun::withFinalPaths(QString text) const
+{
+    for (const auto &part : m_sideParts)
+        text = part->withFinalPaths(text);
+    return m_part->withFinalPaths(text);
 }
 
 void ProductRun::stop()
@@ -85,6 +122,7 @@ void ProductRun::end()
     m_runner.hideProgress();
     m_runner.setWorkingFolder(QString());
     m_part.reset();
+    m_sideParts.clear();
     m_statisticsFiles.restore();
     m_lock.reset();
 }
@@ -110,7 +148,9 @@ void ProductRun::buildOverviews()
 QString ProductRun::place()
 {
     // Another product of that base name may have come while the tool ran.
-    const QString problem = sharedFileProblem(m_plan.outputs.first());
+    QString problem = sharedFileProblem(m_plan.outputs.first());
+    for (std::size_t at = 0; problem.isEmpty() && at < m_sideParts.size(); ++at)
+        problem = m_sideParts[at]->place(replacedFiles({m_plan.sideOutputs.at(static_cast<int>(at))}));
     return problem.isEmpty() ? m_part->place(replacedFiles(m_plan.outputs)) : problem;
 }
 
@@ -128,7 +168,7 @@ void ProductRun::placeAndEnd()
 /// Ends the run with the product, which is whole even where its overviews could not be built.
 void ProductRun::placeWithoutOverviews(const QString &warning)
 {
-    m_outcome.warnings += m_part->withFinalPaths(warning);
+    m_outcome.warnings += withFinalPaths(warning);
     placeAndEnd();
 }
 
@@ -141,12 +181,14 @@ void ProductRun::onDone()
         return;
     }
     const QString toolText = m_runner.standardErrorOfList();
-    m_outcome.toolText = m_part->withFinalPaths(toldOnce(toolText));
+    m_outcome.toolText = withFinalPaths(toldOnce(toolText));
     m_outcome.exitCode = 0;
-    const ProductCheck check = checkProduct(m_partPlan.expected, toolText);
+    ProductCheck check = checkProduct(m_partPlan.expected, toolText);
+    if (check.problem.isEmpty())
+        check.problem = missingSideFile();
     m_outcome.featureCount = check.featureCount;
     if (!check.problem.isEmpty())
-        fail(m_part->withFinalPaths(check.problem));
+        fail(withFinalPaths(check.problem));
     else if (!m_plan.overviewCommand.isEmpty())
         buildOverviews();
     else
@@ -178,7 +220,7 @@ void ProductRun::onError(const QString &toolText)
                               + QLatin1Char('\n') + toolText.trimmed());
         return;
     }
-    m_outcome.toolText = m_part->withFinalPaths(toldOnce(toolText));
+    m_outcome.toolText = withFinalPaths(toldOnce(toolText));
     const QString startProblem = m_runner.startProblem();
     if (startProblem.isEmpty()) {
         if (m_runner.lastExitCode() != 0)

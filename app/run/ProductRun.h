@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 class QuvoScriptRunner;
 
@@ -23,9 +24,10 @@ struct RunOutcome
 };
 
 /// Makes a product in a part folder: runs the tool, checks the product, builds its overviews and moves it to
-/// its place. The old product stays until then, also when the run is stopped or fails. The window and the batch
-/// program share this class. While no run is on, the script runner's signals belong to another user of the
-/// runner and are ignored.
+/// its place. The old product stays until then, also when the run is stopped or fails. Files that the tool
+/// writes besides the product have part folders of their own and are moved just before it. The window and the
+/// batch program share this class. While no run is on, the script runner's signals belong to another user of
+/// the runner and are ignored.
 class ProductRun : public QObject
 {
     Q_OBJECT
@@ -69,6 +71,9 @@ signals:
     void failed(const QString &toolText);
 
 private:
+    QString beginSideFiles();
+    QString missingSideFile() const;
+    QString withFinalPaths(QString text) const;
     void end();
     void fail(const QString &problem);
     void buildOverviews();
@@ -87,6 +92,7 @@ private:
     StatisticsFiles m_statisticsFiles;
     std::unique_ptr<OutputLock> m_lock; ///< released after the part folder, which other runs would sweep
     std::unique_ptr<PartFolder> m_part;
+    std::vector<std::unique_ptr<PartFolder>> m_sideParts; ///< one for each of RunPlan::sideOutputs
     bool m_showProgress = false;
     QString m_icon;
     bool m_buildingOverviews = false; ///< the product has passed its check

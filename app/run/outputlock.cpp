@@ -45,7 +45,15 @@ bool removeNamelessLock(QLockFile &lock, const QString &file)
 
 } // namespace
 
-OutputLock::OutputLock(const QString &output)
+OutputLock::OutputLock(const QStringList &outputs)
+{
+    for (const QString &output : outputs) {
+        if (m_problem.isEmpty())
+            lock(output);
+    }
+}
+
+void OutputLock::lock(const QString &output)
 {
     const QString canonical = canonicalOutput(output);
     const QString file = hiddenBeside(canonical, QStringLiteral(".lock"));
@@ -53,13 +61,14 @@ OutputLock::OutputLock(const QString &output)
         m_problem = specialFileProblem(file);
         return;
     }
-    m_lock = std::make_unique<QLockFile>(file);
-    m_lock->setStaleLockTime(0); // a lock never becomes stale by its age, only by the end of its process
-    if (m_lock->tryLock() || (removeNamelessLock(*m_lock, file) && m_lock->tryLock())) {
+    m_locks.push_back(std::make_unique<QLockFile>(file));
+    QLockFile &held = *m_locks.back();
+    held.setStaleLockTime(0); // a lock never becomes stale by its age, only by the end of its process
+    if (held.tryLock() || (removeNamelessLock(held, file) && held.tryLock())) {
         sweepPartFolders(canonical, QFileInfo(file).ownerId());
         return;
     }
-    if (m_lock->error() == QLockFile::LockFailedError)
+    if (held.error() == QLockFile::LockFailedError)
         m_problem =
             labelText({"MESS_SORTIE_OCCUPEE", "Un autre traitement écrit déjà dans « %1 » (verrou : %2)."})
                 .arg(output, file);

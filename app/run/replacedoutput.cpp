@@ -83,7 +83,7 @@ QStringList replacedFiles(const QuvoOutputFilesList &outputs)
     return files;
 }
 
-QString otherContentProblem(const QuvoOutputFile &product, const QString &layer)
+QString otherContentProblem(const QuvoOutputFile &product, const QStringList &layers)
 {
     const DataSet dataset = formatTraits(product.driver).isDatabase
         ? openedByItsDriver(product, GDAL_OF_RASTER | GDAL_OF_VECTOR)
@@ -92,9 +92,12 @@ QString otherContentProblem(const QuvoOutputFile &product, const QString &layer)
         return {};
     const bool isVector = product.kind == QuvoOutputFileKind::Vector;
     int others = rasterCount(*dataset) + dataset->GetLayerCount();
-    const bool holdsOurs =
-        isVector ? dataset->GetLayerByName(layer.toUtf8().constData()) != nullptr : rasterCount(*dataset) > 0;
-    others -= holdsOurs ? 1 : 0;
+    if (!isVector && rasterCount(*dataset) > 0)
+        --others;
+    for (const QString &layer : isVector ? layers : QStringList()) {
+        if (dataset->GetLayerByName(layer.toUtf8().constData()))
+            --others;
+    }
     if (others == 0)
         return {};
     return labelText({"MESS_SORTIE_AUTRES",

@@ -14,8 +14,8 @@ QStringList replacedFiles(const QuvoOutputFilesList &outputs);
 
 /// Why the product must not replace the database that stands in its place, in a sentence: the database holds
 /// layers or rasters other than the product's. Empty where it holds none, and for formats that are no
-/// databases. `layer`: the name of a vector product's layer.
-QString otherContentProblem(const QuvoOutputFile &product, const QString &layer);
+/// databases. `layers`: the names of a vector product's layers.
+QString otherContentProblem(const QuvoOutputFile &product, const QStringList &layers);
 
 /// Number of layers of a vector product that a run would replace; 0 for any other file and where none exists.
 int layersReplaced(const QuvoOutputFile &product);

@@ -25,6 +25,10 @@ QString formatProblem(const ProcessingRequest &request)
             ? attributeProblem(format, request.toolInput.attribute)
             : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cet ordinateur."})
                   .arg(format);
+    if (processRow(*request.process).tool == Tool::Intervisibility
+        && !outputFormats(*request.process).contains(format))
+        return labelText({"MESS_FORMAT_INTERVIS", "L'intervisibilité ne s'écrit qu'en GTiff, pas en « %1 »."})
+            .arg(format);
     if (!isRasterOutputFormat(format))
         return labelText({"MESS_FORMAT_INCONNU", "GDAL n'écrit aucun format raster « %1 » sur cet ordinateur."})
             .arg(format);
@@ -124,6 +128,37 @@ QString plainName(const QString &name)
     return isOrdinary ? name : QStringLiteral("./") + name;
 }
 
+QuvoOutputFile sideOutput(const QString &path)
+{
+    if (!path.endsWith(QLatin1String(".gpkg"), Qt::CaseInsensitive))
+        return {.path = path};
+    return {.path = path, .driver = QStringLiteral("GPKG"), .kind = QuvoOutputFileKind::Vector};
+}
+
+/// Resolves the names of the side files in the plan, whose output is known. Returns the first problem, in a
+/// sentence; empty for good names.
+QString placeSideFiles(RunPlan &plan, const QStringList &inputFiles)
+{
+    const QStringList layers{QStringLiteral("skyline"), QStringLiteral("seen")};
+    const QDir folder = QFileInfo(plan.request.output).dir();
+    for (SideFile &side : plan.request.toolInput.sideFiles) {
+        const OutputName name =
+            checkOutputName(folder.absoluteFilePath(side.path), side.extensions, inputFiles);
+        if (!name.problem.isEmpty())
+            return side.path + QLatin1Char('\n') + name.problem;
+        if (writtenFiles(plan).contains(name.path))
+            return labelText({"MESS_COTE_DEUX_FOIS",
+                              "« %1 » serait écrit deux fois ; donnez un autre nom à l'un des fichiers."})
+                .arg(name.path);
+        side.path = name.path;
+        plan.sideOutputs += sideOutput(name.path);
+        const QString problem = otherContentProblem(plan.sideOutputs.last(), layers);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return {};
+}
+
 RunPlan refused(RunPlan plan, ProblemKind kind, const QString &problem)
 {
     plan.problemKind = kind;
@@ -144,7 +179,26 @@ QString existingOutput(const RunPlan &plan)
         if (QFileInfo::exists(file))
             return file;
     }
-    return product.ownsBaseName ? namesakes(product).value(0) : QString();
+    const QString namesake = product.ownsBaseName ? namesakes(product).value(0) : QString();
+    return namesake.isEmpty() ? existingSideOutputs(plan).value(0) : namesake;
+}
+
+QStringList existingSideOutputs(const RunPlan &plan)
+{
+    QStringList files;
+    for (const QuvoOutputFile &side : plan.sideOutputs) {
+        if (QFileInfo::exists(side.path))
+            files += side.path;
+    }
+    return files;
+}
+
+QStringList writtenFiles(const RunPlan &plan)
+{
+    QStringList files{plan.request.output};
+    for (const QuvoOutputFile &side : plan.sideOutputs)
+        files += side.path;
+    return files;
 }
 
 RunPlan planAt(RunPlan plan, const QString &path)
@@ -173,7 +227,7 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     RunPlan plan;
     plan.request = request;
     plan.tools = tools;
-    const ProcessRow &process = processRow(*request.process);
+    const ProcessRow process = productRow(request);
 
     QString problem = toolProblem(tools, process.tool);
     if (!problem.isEmpty())
@@ -204,11 +258,14 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     plan.outputs = declaredOutputs(plan.request);
     problem = neighbourProblem(plan.request, plan.outputs, inputFiles, input.files);
     if (problem.isEmpty())
-        problem = otherContentProblem(plan.outputs.first(), outputLayer(request.outputOptions));
+        problem = otherContentProblem(plan.outputs.first(), {outputLayer(request.outputOptions)});
     if (problem.isEmpty())
         problem = sharedFileProblem(plan.outputs.first());
     if (!problem.isEmpty())
         return refused(plan, ProblemKind::Output, problem);
+    problem = placeSideFiles(plan, inputFiles);
+    if (!problem.isEmpty())
+        return refused(plan, ProblemKind::SideFile, problem);
 
     plan.touchedInputFiles = filesWithStatistics(request.toolInput.colorTableFile, input.files);
     plan.command = runCommand(plan.request, tools);
@@ -218,8 +275,12 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     plan.treatmentNote = treatmentText(plan.treatment, plan.dem, request.cellUse, QLocale());
     if (buildsOverviews(plan.request, input))
         plan.overviewCommand = overviewCommand(output.path, tools);
-    plan.expected = {process.product, output.path, input.width, input.height,
-                     outputLayer(request.outputOptions)};
+    plan.expected = {process.product,
+                     output.path,
+                     input.width,
+                     input.height,
+                     outputLayer(request.outputOptions),
+                     process.tool == Tool::Intervisibility ? process.bands : 0};
     // Intermediate files stand beside the product until it is finished.
     const int copies = needsSteps(plan.request, plan.dem) ? 2 : 1;
     const QSize size = request.part.isNull() ? QSize(input.width, input.height) : request.part.size();

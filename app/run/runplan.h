@@ -13,23 +13,27 @@ enum class ProblemKind
     Tool,
     Format,
     Input,
-    Output
+    Output,
+    SideFile
 };
 
 /// A run that is ready to start, or the problem that prevents it. The window and the batch program plan their
 /// runs with planRun().
 struct RunPlan
 {
-    ProcessingRequest request;     ///< the output is the path that the run writes: absolute, links resolved
-    ToolPaths tools;               ///< the programs of the command lines
-    DemFacts dem;                  ///< what the file of the input DEM says of its grid and its elevations
-    DemTreatment treatment;        ///< what is done so that the tool understands the DEM
-    QString treatmentNote;         ///< what the treatment does, in one line; empty where there is none
-    QString command;               ///< the tool's whole command line for a DEM that needs no treatment
-    QString workingFolder;         ///< folder that the tools are called in; empty: the current one
-    QString toolOutput;            ///< the product's name for the tools, in that folder
-    QString overviewCommand;       ///< command line that builds the product's overviews; empty: none are built
-    QuvoOutputFilesList outputs;   ///< files that the run creates; the product is the first
+    ProcessingRequest request;   ///< the output is the path that the run writes: absolute, links resolved
+    ToolPaths tools;             ///< the programs of the command lines
+    DemFacts dem;                ///< what the file of the input DEM says of its grid and its elevations
+    DemTreatment treatment;      ///< what is done so that the tool understands the DEM
+    QString treatmentNote;       ///< what the treatment does, in one line; empty where there is none
+    QString command;             ///< the tool's whole command line for a DEM that needs no treatment
+    QString workingFolder;       ///< folder that the tools are called in; empty: the current one
+    QString toolOutput;          ///< the product's name for the tools, in that folder
+    QString overviewCommand;     ///< command line that builds the product's overviews; empty: none are built
+    QuvoOutputFilesList outputs; ///< files that the run creates; the product is the first
+    /// Files that the tool writes besides the product, in any folder: one for each of
+    /// request.toolInput.sideFiles.
+    QuvoOutputFilesList sideOutputs;
     ExpectedProduct expected;      ///< properties that the finished product is checked for
     QStringList touchedInputFiles; ///< files of the DEM in or beside which the tool leaves statistics
     QStringList warnings;          ///< sentences that do not prevent the run
@@ -50,6 +54,14 @@ RunPlan planAt(RunPlan plan, const QString &path);
 /// folder for this run alone.
 ProductSteps stepsOf(const RunPlan &plan, const QString &folder);
 
-/// Path of the first existing file that the run would replace: one of its outputs or, where the format writes
-/// side files, a file with the output's base name. Empty when the run replaces nothing.
+/// Paths that the run writes and that an OutputLock keeps other runs from: the product, and the files that the
+/// tool writes besides it.
+QStringList writtenFiles(const RunPlan &plan);
+
+/// The existing ones of the files that the tool writes besides the product. The run would replace them.
+QStringList existingSideOutputs(const RunPlan &plan);
+
+/// Path of the first existing file that the run would replace: one of its outputs, where the format writes side
+/// files a file with the output's base name, or one of existingSideOutputs(). Empty when the run replaces
+/// nothing.
 QString existingOutput(const RunPlan &plan);

@@ -115,7 +115,7 @@ void DemSeries::begin(SeriesRow &row)
         return;
     }
     row.product = plan.request.output;
-    auto lock = std::make_unique<OutputLock>(row.product);
+    auto lock = std::make_unique<OutputLock>(writtenFiles(plan));
     if (!lock->problem().isEmpty()) {
         endRun(SeriesRow::Failed, lock->problem());
         return;
@@ -134,8 +134,9 @@ void DemSeries::begin(SeriesRow &row)
 
 RunPlan DemSeries::planOf(const SeriesRow &row)
 {
-    const RecipeInput prepared = prepareInput(m_recipe.options, row.dem, m_recipe.band, m_workFolder,
-                                              [this] { return readingWasStopped(); });
+    const ProcessOptions options = withOwnSideFiles(m_recipe.options, row.product);
+    const RecipeInput prepared =
+        prepareInput(options, row.dem, m_recipe.band, m_workFolder, [this] { return readingWasStopped(); });
     if (!prepared.problem.isEmpty())
         return {.problemKind = ProblemKind::Input, .problem = prepared.problem};
     ProcessingRequest request = requestOf(m_recipe, prepared.toolInput);

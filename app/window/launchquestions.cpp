@@ -26,6 +26,11 @@ bool mayOverwrite(const RunPlan &plan, QWidget *parent)
     if (existing.isEmpty())
         return true;
     QString question = dico_label("MESS_FICHIER_EXISTANT", existing.toLocal8Bit().constData());
+    for (const QString &side : existingSideOutputs(plan)) {
+        if (side != existing)
+            question += QStringLiteral("\n\n")
+                + labelText({"MESS_COTE_REMPLACE", "« %1 » serait aussi remplacé."}).arg(side);
+    }
     const int layers = layersReplaced(plan.outputs.first());
     if (layers > 1)
         question += QStringLiteral("\n\n")

@@ -212,6 +212,7 @@ void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
         m_output->propose(path.isEmpty() ? path : m_input->namingInput(), QString::fromLatin1(row.suffix),
                           currentExtensions());
     }
+    updateProduct();
     slot_activeLaunchButton();
 }
 
@@ -223,6 +224,7 @@ void quvoGdalUtilities::updateLook()
 
 void quvoGdalUtilities::slot_onOutputFileChanged()
 {
+    updateProduct();
     slot_activeLaunchButton();
 }
 
@@ -328,6 +330,12 @@ void quvoGdalUtilities::updateOutputFormat()
         panel->setOutputFormat(outputFormat(currentRequest()));
 }
 
+void quvoGdalUtilities::updateProduct()
+{
+    if (optionsWidget *panel = m_tabs->currentPanel())
+        panel->setProduct(currentRequest().output);
+}
+
 bool quvoGdalUtilities::isRunning() const
 {
     return m_run.isRunning() || m_sources->series().isRunning();
@@ -379,7 +387,7 @@ bool quvoGdalUtilities::launch()
         return false;
     RunPlan &plan = *planned;
     plan.warnings += m_tabs->currentPanel()->launchWarnings();
-    auto lock = std::make_unique<OutputLock>(plan.request.output);
+    auto lock = std::make_unique<OutputLock>(writtenFiles(plan));
     if (!lock->problem().isEmpty()) {
         Prompt::warning(this, lock->problem());
         return false;

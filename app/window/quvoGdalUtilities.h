@@ -120,6 +120,8 @@ private:
     QStringList currentExtensions() const;
     OutputOptions &outputOptionsOf(Process process);
     void updateOutputFormat();
+    /// Says to the current panel which product its options make.
+    void updateProduct();
     bool isRunning() const;
     std::optional<Recipe> recipeToRun();
     std::optional<RunPlan> currentPlan();

@@ -2,6 +2,7 @@
 
 #include "messages/label.h"
 
+#include <QDir>
 #include <QRegularExpression>
 
 namespace
@@ -34,6 +35,12 @@ ProcessResult finishedResult(const ProductRun &run)
         run, {"MESS_OP_TERMINEE", "Opération terminée"}, QStringLiteral("ok2.png"),
         {"MESS_TRAIT_FINI_RES", "Le traitement s'est déroulé avec succès et le résultat est disponible."});
     result.file = run.plan().request.output;
+    QStringList sides;
+    for (const QuvoOutputFile &side : run.plan().sideOutputs)
+        sides += QDir::toNativeSeparators(side.path);
+    if (!sides.isEmpty())
+        result.text += QStringLiteral("\n\n") + labelText({"MESS_COTE_ECRITS", "Fichiers écrits aussi :"})
+            + QLatin1Char('\n') + sides.join(QLatin1Char('\n'));
     for (const QString &warning : run.outcome().warnings)
         result.text += QStringLiteral("\n\n") + warning;
     return result;

@@ -26,6 +26,11 @@ CellUse useOf(const TerrainIndexOptions &)
     return {.neighbours = true, .heights = true};
 }
 
+CellUse useOf(const IntervisibilityOptions &options)
+{
+    return {.sight = sightResult(options)};
+}
+
 /// The other processes look at each cell by itself, or know the grid themselves.
 template <class Record> CellUse useOf(const Record &)
 {

@@ -17,7 +17,8 @@ struct CellUse
     bool directions = false;
     /// Cells without data hold 0 in the product, like cells without a direction, and no value marks them.
     bool zeroWithoutData = false;
-    bool trigonometric = false; ///< the directions are counter-clockwise from the east
+    bool trigonometric = false;               ///< the directions are counter-clockwise from the east
+    SightResult sight = SightResult::Picture; ///< what the product of an intervisibility holds
 
     bool operator==(const CellUse &other) const = default;
 };

@@ -4,6 +4,8 @@
 #include "runner/quoting.h"
 
 #include <QColor>
+#include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <iterator>
@@ -135,6 +137,55 @@ QString withPointFile(const QString &fragment, const QString &pointFile)
     return QString(fragment).replace(before, pointFileOption + QLatin1Char(' ') + pointFileText(pointFile));
 }
 
+QString sightResultWord(SightResult result)
+{
+    if (result == SightResult::Count)
+        return QStringLiteral("count");
+    return result == SightResult::Height ? QStringLiteral("height") : QStringLiteral("picture");
+}
+
+std::optional<SightResult> readSightResult(const QString &word)
+{
+    for (const SightResult result : {SightResult::Picture, SightResult::Count, SightResult::Height}) {
+        if (word == sightResultWord(result))
+            return result;
+    }
+    return std::nullopt;
+}
+
+SightResult sightResult(const IntervisibilityOptions &options)
+{
+    return readSightResult(options.result).value_or(SightResult::Picture);
+}
+
+QString sideFileName(const QString &product, const QString &word, const QString &extension)
+{
+    const QFileInfo file(product);
+    return file.dir().filePath(QStringLiteral("%1_%2.%3").arg(file.completeBaseName(), word, extension));
+}
+
+QVector<SideFile> sideFiles(const IntervisibilityOptions &options)
+{
+    QVector<SideFile> files;
+    const QString step = options.skylineStep
+        ? QStringLiteral("-SkylineStep %1 ").arg(toolNumber(*options.skylineStep))
+        : QString();
+    if (!options.skyline.isEmpty())
+        files += {QStringLiteral("-Skyline"), options.skyline, {"csv", "json", "gpkg"}, step};
+    if (!options.statistics.isEmpty())
+        files += {QStringLiteral("-Statistics"), options.statistics, {"csv"}};
+    return files;
+}
+
+QString sideFileArguments(const QVector<SideFile> &files)
+{
+    QString arguments;
+    for (const SideFile &file : files)
+        arguments +=
+            file.argument + QLatin1Char(' ') + quotedArgument(file.path) + QLatin1Char(' ') + file.more;
+    return arguments;
+}
+
 QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile)
 {
     const auto color = [](const char *name, const QString &value) {
@@ -155,6 +206,8 @@ QString intervisibilityFragment(const IntervisibilityOptions &options, const QSt
     fragment += color("-CNOZ", options.hiddenColor);
     fragment += color("-COZ", options.visibleColor);
     fragment += color("-CNoData", options.noDataColor);
+    if (const SightResult result = sightResult(options); result != SightResult::Picture)
+        fragment += QStringLiteral("-Output ") + sightResultWord(result) + QLatin1Char(' ');
     return fragment;
 }
 

@@ -2,6 +2,7 @@
 
 #include "colortable/QuvoColorDef.h"
 #include "panels/options/observerpoints.h"
+#include "panels/options/toolinput.h"
 
 #include <QString>
 
@@ -116,6 +117,20 @@ struct ColorReliefOptions
 
 QString colorReliefFragment(const ColorReliefOptions &options);
 
+/// What an intervisibility run computes for each cell.
+enum class SightResult
+{
+    Picture, ///< the colour of its zone
+    Count,   ///< how many observers see it
+    Height   ///< the least height above the ground, in the DEM's unit, at which something there is seen
+};
+
+/// The tool's word for a result: "picture", "count" or "height".
+QString sightResultWord(SightResult result);
+
+/// The result of a word; nothing for any other text.
+std::optional<SightResult> readSightResult(const QString &word);
+
 /// Options of the intervisibility process. The tool reads the observers from a file.
 struct IntervisibilityOptions
 {
@@ -131,12 +146,34 @@ struct IntervisibilityOptions
     QString visibleColor = QStringLiteral("#009e73"); ///< colours are names that QColor knows
     QString hiddenColor = QStringLiteral("#d55e00");
     QString noDataColor = QStringLiteral("#000000");
+    QString result = sightResultWord(SightResult::Picture);
+    QString ramp = QStringLiteral("viridis"); ///< table of the library that colours numbers on the map
+    QString skyline;                   ///< file for the horizon of each observer; empty: it is not written
+    std::optional<double> skylineStep; ///< degrees between its azimuths; nothing: every breakpoint
+    QString statistics;                ///< file for what each observer sees; empty: it is not written
 
     bool operator==(const IntervisibilityOptions &other) const = default;
 };
 
+/// The result of the options; a picture where the word is none of a result.
+SightResult sightResult(const IntervisibilityOptions &options);
+
 /// `pointFile` is the path of the observers' shapefile (writePointFile()); empty: the fragment names no file.
+/// The side files are not part of the fragment, because a preview writes none.
 QString intervisibilityFragment(const IntervisibilityOptions &options, const QString &pointFile);
+
+/// The proposed name of a file that the tool writes besides a product: "<folder>/<product>_<word>.<extension>".
+QString sideFileName(const QString &product, const QString &word, const QString &extension);
+
+// The words of such names.
+inline const QString skylineWord = QStringLiteral("horizon");
+inline const QString statisticsWord = QStringLiteral("statistics");
+
+/// The files besides the product that the options ask for.
+QVector<SideFile> sideFiles(const IntervisibilityOptions &options);
+
+/// The arguments of side files, to be appended to a fragment. Paths are quoted for the runner.
+QString sideFileArguments(const QVector<SideFile> &files);
 
 /// Path of the observers' shapefile in such a fragment; empty where it names none.
 QString pointFileOf(const QString &fragment);

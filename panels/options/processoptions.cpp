@@ -3,6 +3,7 @@
 #include "colortable/colorrows.h"
 #include "dataset/pathencoding.h"
 #include "panels/options/contourlevels.h"
+#include "panels/options/maprampcolors.h"
 
 #include <QColor>
 #include <QDir>
@@ -236,6 +237,7 @@ QVariantMap rowValues(const ColorReliefOptions &options)
 
 QVector<RecordField<IntervisibilityOptions>> fieldsOf(const IntervisibilityOptions &)
 {
+    constexpr double smallestStep = 0.001; // degrees
     return {
         QUVO_FIELD(IntervisibilityOptions, points, 0, 0, "MESS_OPT_OBS_SOURCE",
                    "fichier vecteur dont les points, et les lignes échantillonnées, sont des observateurs"),
@@ -257,6 +259,17 @@ QVector<RecordField<IntervisibilityOptions>> fieldsOf(const IntervisibilityOptio
                    "couleur des zones non visibles"),
         QUVO_FIELD(IntervisibilityOptions, noDataColor, 0, 0, "MESS_OPT_COUL_NDEF",
                    "couleur des zones non définies"),
+        QUVO_FIELD(IntervisibilityOptions, result, 0, 0, "MESS_OPT_RESULTAT",
+                   "picture : image des zones ; count : nombre d'observateurs qui voient la cellule ; height : "
+                   "hauteur minimale visible au-dessus du sol"),
+        QUVO_FIELD(IntervisibilityOptions, ramp, 0, 0, "MESS_OPT_RAMPE",
+                   "table de la bibliothèque qui colore les nombres sur la carte ; le produit n'en dépend pas"),
+        QUVO_FIELD(IntervisibilityOptions, skyline, 0, 0, "MESS_OPT_HORIZON",
+                   "fichier pour l'horizon de chaque observateur (.csv, .json ou .gpkg) ; vide : aucun"),
+        QUVO_FIELD(IntervisibilityOptions, skylineStep, smallestStep, 180, "MESS_OPT_HORIZON_PAS",
+                   "pas de l'horizon, en degrés ; par défaut chaque changement de pente"),
+        QUVO_FIELD(IntervisibilityOptions, statistics, 0, 0, "MESS_OPT_STATIST",
+                   "fichier pour ce que voit chaque observateur (.csv) ; vide : aucun"),
     };
 }
 
@@ -266,6 +279,12 @@ QString fieldProblem(const IntervisibilityOptions &options)
         return labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
     if (options.combination != QLatin1String("OR") && options.combination != QLatin1String("AND"))
         return labelText({"MESS_OBS_COMBIN", "combination doit être OR ou AND."});
+    if (!readSightResult(options.result))
+        return labelText({"MESS_OBS_RESULTAT", "result doit être picture, count ou height, pas « %1 »."})
+            .arg(options.result);
+    if (isUnknownRamp(options.ramp))
+        return labelText({"MESS_OBS_RAMPE", "« %1 » n'est pas une table de couleurs de la bibliothèque."})
+            .arg(options.ramp);
     for (const QString &color : {options.visibleColor, options.hiddenColor, options.noDataColor}) {
         if (!QColor(color).isValid())
             return labelText({"MESS_OBS_COULEUR", "« %1 » n'est pas une couleur ; écrivez-la #RRVVBB."})
@@ -286,6 +305,12 @@ void complete(IntervisibilityOptions &options, const QStringList &givenFields, c
 {
     if (givenFields.contains(QLatin1String("points")) && !options.points.isEmpty())
         options.points = dataSetName(options.points, folder);
+    const auto makeAbsolute = [&](const char *name, QString &path) {
+        if (givenFields.contains(QLatin1String(name)) && !path.isEmpty())
+            path = QDir::cleanPath(QDir(folder).absoluteFilePath(path));
+    };
+    makeAbsolute("skyline", options.skyline);
+    makeAbsolute("statistics", options.statistics);
 }
 
 std::optional<QString> setRows(IntervisibilityOptions &options, const QString &name, const QVariant &value)
@@ -368,7 +393,7 @@ struct Fragment
     QString operator()(const ColorReliefOptions &record) const { return colorReliefFragment(record); }
     QString operator()(const IntervisibilityOptions &record) const
     {
-        return intervisibilityFragment(record, {});
+        return intervisibilityFragment(record, {}) + sideFileArguments(sideFiles(record));
     }
     QString operator()(const ContourOptions &record) const { return contourFragment(record); }
 };
@@ -449,6 +474,16 @@ QVariantMap optionValues(const ProcessOptions &options)
             return values;
         },
         options);
+}
+
+ProcessOptions withoutSideFiles(ProcessOptions options)
+{
+    if (auto *sight = std::get_if<IntervisibilityOptions>(&options)) {
+        sight->skyline.clear();
+        sight->skylineStep.reset();
+        sight->statistics.clear();
+    }
+    return options;
 }
 
 QVector<FieldDescription> describeOptions(const ProcessOptions &options)

@@ -45,6 +45,9 @@ QString setOption(ProcessOptions &options, const QString &name, const QVariant &
 /// is not given; observers and colours are rows.
 QVariantMap optionValues(const ProcessOptions &options);
 
+/// The options without the files that the tool writes besides the product.
+ProcessOptions withoutSideFiles(ProcessOptions options);
+
 /// The fields of the record, with its values as their defaults.
 QVector<FieldDescription> describeOptions(const ProcessOptions &options);
 

@@ -47,6 +47,9 @@ void ProductCheckTest::rasters()
     expected.width = 61;
     QVERIFY(checkProduct(expected, {}).problem.contains("60 × 60"));
     expected.width = 60;
+    expected.bands = 3;
+    QVERIFY(checkProduct(expected, {}).problem.contains("1 bandes au lieu de 3"));
+    expected.bands = 1;
 
     // On a full disk a PNG's position is an empty file.
     writeFile(path + ".aux.xml", "<PAMDataset></PAMDataset>");

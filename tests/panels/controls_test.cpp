@@ -155,6 +155,7 @@ QVector<Row> rows()
         {"views", "m_pPBAddPoint > m_pPBColorZNO=#010203 > m_pPBResetColorZNO", one},
         {"views", "m_pPBAddPoint > m_pPBColorZO=#010203", QString(one).replace("0 158 115", "1 2 3")},
         {"views", "m_pPBAddPoint > m_pPBColorZO=#010203 > m_pPBResetColorZO", one},
+        {"views", "m_pPBAddPoint > m_pCBResult", one + "-Output count "},
         {"views", "m_pPBAddPoint > m_pPBColorNoData=#010203", QString(one).replace("0 0 0", "1 2 3")},
         {"views", "m_pPBAddPoint > m_pPBColorNoData=#010203 > m_pPBResetColorNoData", one},
 
@@ -183,8 +184,16 @@ QVector<Row> rows()
 
 /// Controls that the rows leave out because the tests of their panels use them in ways of their own.
 const QStringList testedElsewhere{
-    "views m_pTViewObsPos",                  // keys and cells
-    "views m_pPBAddFromVector",              // dialogs follow
+    "views m_pTViewObsPos",     // keys and cells
+    "views m_pPBAddFromVector", // dialogs follow
+    "views m_pCBRamp",          // its tables are those beside the program
+    "views m_pChBSkyline",      // the files below leave the product, and its preview, as they are
+    "views m_pLESkyline",
+    "views m_pPBSkyline",
+    "views m_pLESkylineStep",
+    "views m_pChBStatistics",
+    "views m_pLEStatistics",
+    "views m_pPBStatistics",
     "colors m_pLComputeExactStatisticsLink", // changes the DEM's extremes, not an option
     "colors m_pPBEditColorTable",            // opens the editor
 };

@@ -10,6 +10,7 @@
 #include "tests/support/rasters.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -35,6 +36,8 @@ private slots:
     void computingTimes_data();
     void computingTimes();
     void fragments();
+    void results();
+    void sideFiles();
     void samples();
     void pointsAndFile();
     void previewOnCopy();
@@ -146,6 +149,78 @@ void IntervisibilityPanelTest::fragments()
     options.combination.clear();
     options.groundHeight.reset();
     QCOMPARE(intervisibilityFragment(options, {}), colours);
+    options.result = "height";
+    options.skyline = "/l'été \"1\"/h.json";
+    options.skylineStep = 2.5;
+    options.statistics = "/s.csv";
+    QCOMPARE(intervisibilityFragment(options, {}),
+             colours + "-Output height "); // a preview writes no side files
+    QCOMPARE(argumentFragment(options),
+             colours
+                 + "-Output height -Skyline \"/l'été \"\"\"1\"\"\"/h.json\" -SkylineStep 2.5 -Statistics "
+                   "\"/s.csv\" ");
+    options.skyline.clear(); // there is no step without a skyline
+    QCOMPARE(sideFileArguments(::sideFiles(options)), "-Statistics \"/s.csv\" ");
+}
+
+/// What is chosen decides the fragment, what can be set, and what a preview is computed of.
+void IntervisibilityPanelTest::results()
+{
+    Panel panel(m_dem);
+    Prompt::answerBeforehand({});
+    panel.paste("500005 5099995\n500025 5099995\n");
+    const auto shown = [&](const char *name) {
+        return panel.widget.findChild<QWidget *>(name)->isVisibleTo(&panel.widget);
+    };
+    const auto choose = [&](const char *word) {
+        IntervisibilityOptions options = panel.widget.options();
+        options.result = word;
+        panel.widget.setProcessOptions(options);
+        return panel.widget.getCommandArguments();
+    };
+    QVERIFY(!panel.widget.getCommandArguments().contains("-Output") && !shown("m_pResultNote"));
+    QVERIFY(shown("m_pZoneColors") && !shown("m_pCBRamp"));
+    QVERIFY(choose("count").endsWith("-CNoData 0 0 0 -Output count "));
+    QVERIFY(!panel.combines() && panel.field("m_pLESmokeHeight")->isEnabled() && shown("m_pResultNote"));
+    QVERIFY(!shown("m_pZoneColors") && shown("m_pCBRamp"));
+    QVERIFY(choose("height").endsWith("-Output height "));
+    QVERIFY(panel.combines() && !panel.field("m_pLESmokeHeight")->isEnabled());
+    QVERIFY(!choose("picture").contains("-Output") && panel.field("m_pLESmokeHeight")->isEnabled());
+}
+
+/// Names of side files follow the product's until the user writes another one.
+void IntervisibilityPanelTest::sideFiles()
+{
+    Panel panel(m_dem);
+    const auto ask = [&](const char *name) { panel.widget.findChild<QCheckBox *>(name)->click(); };
+    int reports = 0;
+    panel.widget.setChangeListener([&] { ++reports; });
+    const QSignalSpy changes(&panel.widget, &intervisibilityOptionsWidget::completeChanged);
+    panel.widget.setProduct("/à b/zones.tif");
+    QVERIFY(panel.widget.options().skyline.isEmpty() && changes.isEmpty());
+    ask("m_pChBSkyline");
+    QCOMPARE(panel.widget.options().skyline, QString("/à b/zones_horizon.csv"));
+    QVERIFY(panel.field("m_pLESkylineStep")->isEnabled() && changes.size() == 1);
+    panel.field("m_pLESkylineStep")->setText("0"); // which is no step
+    QVERIFY(!panel.widget.options().skylineStep);
+    panel.field("m_pLESkylineStep")->setText("0.5");
+    QCOMPARE(panel.widget.options().skylineStep, std::optional(0.5));
+    panel.widget.setProduct("/c/other.tif");
+    QCOMPARE(panel.widget.options().skyline, QString("/c/other_horizon.csv"));
+    QuvoFilerDialog::answerBeforehand({"/d/mine.gpkg"});
+    panel.click("m_pPBSkyline");
+    QVERIFY(QuvoFilerDialog::takeShown().value(0).contains("/c/other_horizon.csv|CSV (*.csv);;JSON (*.json)"));
+    panel.widget.setProduct("/e/last.tif");
+    QCOMPARE(panel.widget.options().skyline, QString("/d/mine.gpkg"));
+
+    ask("m_pChBStatistics");
+    panel.field("m_pLEStatistics")->setText("s.csv");
+    const auto input = panel.widget.launchInput();
+    QCOMPARE(input->sideFiles.size(), 2);
+    QCOMPARE(input->sideFiles.last().path, QString("/e/s.csv"));
+    QVERIFY(panel.widget.getCommandArguments().endsWith("-Statistics \"/e/s.csv\" "));
+    QVERIFY(panel.widget.previewInput(m_dem.path)->sideFiles.isEmpty());
+    QCOMPARE(reports, 0); // the product that a preview shows is the same
 }
 
 void IntervisibilityPanelTest::samples()

@@ -40,6 +40,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QProcess>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTextBrowser>
@@ -124,6 +126,30 @@ void waitForPreview(const QWidget *window = nullptr)
     wait(1500); // the last slices of a drawing, and windows without a map
 }
 
+/// The numbers of an intervisibility, and the lower end of its panel in a small window.
+void addNumbers(Album &album, quvoGdalUtilities &dialog)
+{
+    Recipe recipe = dialog.recipe();
+    auto &options = std::get<IntervisibilityOptions>(recipe.options);
+    QScrollArea &area =
+        *dialog.findChild<QWidget *>(QStringLiteral("intervisibilityTab"))->findChild<QScrollArea *>();
+    const QString folder = QDir::tempPath() + QStringLiteral("/terrain/");
+    for (const QString &result : {QStringLiteral("count"), QStringLiteral("height")}) {
+        options.result = result;
+        options.skyline = folder + QStringLiteral("dem_intervisibility_horizon.csv");
+        dialog.setRecipe(recipe);
+        waitForPreview();
+        waitForPreview();
+        album.add(dialog, QStringLiteral("intervisibility_") + result);
+    }
+    const QSize size = dialog.size();
+    dialog.resize(1000, 700); // a screen of 1024 x 768
+    dialog.show();
+    area.verticalScrollBar()->setValue(area.verticalScrollBar()->maximum());
+    album.add(dialog, QStringLiteral("intervisibility_small"));
+    dialog.resize(size);
+}
+
 void addMainDialog(Album &album)
 {
     quvoGdalUtilities dialog(findTools(QStringLiteral(QUVO_TREE)), nullptr, {});
@@ -148,6 +174,8 @@ void addMainDialog(Album &album)
         waitForPreview(&dialog);
         album.add(dialog, tabs->widget(index)->objectName());
     }
+    tabs->setCurrentWidget(dialog.findChild<QWidget *>(QStringLiteral("intervisibilityTab")));
+    addNumbers(album, dialog);
     // The notes below the fields of options that cannot be used.
     dialog.setRecipe({.process = QStringLiteral("slope"),
                       .options = SlopeOptions{.scaleIndex = -1, .scaleText = QStringLiteral("1 -of PNG")}});

@@ -1,4 +1,6 @@
+#include "dataset/extremes.h"
 #include "dataset/gdalmessages.h"
+#include "dataset/rasterinfo.h"
 #include "tests/support/files.h"
 #include "tests/support/programs.h"
 #include "tests/support/rasters.h"
@@ -36,6 +38,7 @@ private slots:
     void badArguments();
     void badContours();
     void everyWarningIsShown();
+    void sightNumbers();
     void existingOutputIsKept();
     void inputIsNeverOverwritten();
     void toolFailureLeavesNothing();
@@ -70,6 +73,21 @@ private:
 
 namespace
 {
+
+/// Bands of a raster, and the range of the first one's numbers.
+struct Numbers
+{
+    int bands = 0;
+    double lowest = 0.0;
+    double highest = 0.0;
+};
+
+Numbers numbersOf(const QString &path)
+{
+    ExtremesReader reader(path, 1, ExtremesReader::Exact);
+    while (reader.advance(1000)) { }
+    return {readRasterInfo(path).bandCount, reader.extremes().minimum, reader.extremes().maximum};
+}
 
 const QString wholeProgress = QStringLiteral("0...10...20...30...40...50...60...70...80...90...100 - done.\n");
 
@@ -367,6 +385,49 @@ void BatchTest::everyWarningIsShown()
     QCOMPARE(ended.code, 0);
     // Warnings: an observer without ground, a temporary file in the command, a world file that is not written.
     QCOMPARE(ended.error.trimmed().split('\n').size(), 3);
+}
+
+/// Counts, heights and the files besides them, made by the tool itself.
+void BatchTest::sightNumbers()
+{
+    writeFile(path("recette.json"), R"({"format": 1, "process": "intervisibility", "input": "dem.tif",
+        "output": "n.tif", "options": {"skyline": "h é.gpkg", "result": "count",
+        "observers": [{"x": 500020, "y": 5099980}, {"x": 500100, "y": 5099900}]}})");
+    const QStringList run{path("recette.json"), "--set", "statistics=" + path("s.csv")};
+    const Ended ended = batch(run);
+    QVERIFY2(ended.code == 0, qPrintable(ended.error));
+    QVERIFY2(ended.out.contains(path("h é.gpkg")) && ended.out.contains(path("s.csv")), qPrintable(ended.out));
+    QCOMPARE(files(), (QStringList{"dem.tif", "h é.gpkg", "n.tif", "recette.json", "s.csv"}));
+    QCOMPARE(bytesOf(path("s.csv")).trimmed().count('\n'), 3); // a head, two observers and all of them
+    QVERIFY(bytesOf(path("h é.gpkg")).startsWith("SQLite"));
+    const Numbers counts = numbersOf(path("n.tif"));
+    QCOMPARE(counts.bands, 1);
+    QCOMPARE(counts.highest, 2.0);
+
+    // Files that the run would replace stay, with the product, until that is allowed.
+    QVERIFY(QFile::remove(path("n.tif")));
+    QCOMPARE(batch(run).code, 2);
+    QVERIFY(!QFile::exists(path("n.tif")));
+    const Ended height = batch(run + QStringList{"--set", "result=height", "--overwrite"});
+    QVERIFY2(height.code == 0, qPrintable(height.error));
+    const Numbers heights = numbersOf(path("n.tif"));
+    QVERIFY(heights.bands == 1 && heights.lowest == 0.0 && heights.highest > 2.0);
+
+    // A series names these files after each product.
+    QVERIFY(QFile::copy(path("dem.tif"), path("b.tif")));
+    QCOMPARE(batch(run + QStringList{path("dem.tif"), path("b.tif")}).code, 0);
+    for (const char *name : {"dem_intervisibility_horizon.gpkg", "b_intervisibility_statistics.csv"})
+        QVERIFY2(QFile::exists(path(name)), name);
+
+    for (const QStringList &wrong : QList<QStringList>{{"--set", "result=number"},
+                                                       {"--of", "PNG"},
+                                                       {"--set", "skyline=" + path("h.txt")},
+                                                       {"--set", "ramp=octarine"},
+                                                       {"--set", "skylineStep=-3"}}) {
+        const Ended refused = batch(run + wrong + QStringList{"--overwrite"});
+        QVERIFY2(refused.code == 2 && refused.error.contains(wrong.last().section('=', -1)),
+                 qPrintable(refused.error));
+    }
 }
 
 void BatchTest::existingOutputIsKept()

@@ -4,10 +4,12 @@
 
 ToolOptionsReading toolOptions(const IntervisibilityOptions &options)
 {
+    IntervisibilityOptions picture = options; // only zones are computed here
+    picture.result = sightResultWord(SightResult::Picture);
     // Without the paths of files, the fragment has no blanks but those between its arguments.
     std::vector<std::string> arguments{"-SrcFile", "-", "-DstFile", "-", "-point_file", "-"};
     for (const QString &argument :
-         intervisibilityFragment(options, {}).split(QLatin1Char(' '), Qt::SkipEmptyParts))
+         intervisibilityFragment(picture, {}).split(QLatin1Char(' '), Qt::SkipEmptyParts))
         arguments.push_back(argument.toStdString());
     try {
         return {viewshed::parsedOptions(arguments), {}};

@@ -4,6 +4,7 @@
 #include "dataset/rasterpicture.h"
 #include "messages/label.h"
 #include "panels/options/contourlevels.h"
+#include "panels/options/maprampcolors.h"
 
 #include <QStringList>
 
@@ -57,9 +58,39 @@ ProductLook lookOf(const ColorReliefOptions &, const QString &)
     return {};
 }
 
-ProductLook lookOf(const IntervisibilityOptions &, const QString &)
+ProductLook lookOf(const IntervisibilityOptions &options, const QString &unit)
 {
-    return {};
+    const SightResult sight = sightResult(options);
+    if (sight == SightResult::Picture)
+        return {};
+    const bool isCount = sight == SightResult::Count;
+    return {ProductForm::Values,
+            isCount ? RampKind::Count : RampKind::Variation,
+            false,
+            isCount ? labelText({"MESS_VAL_OBSERVATEURS", "Observateurs"})
+                    : labelText({"MESS_VAL_HAUTEUR", "Hauteur visible"}),
+            isCount ? QString() : spaced(unit),
+            sight,
+            rampColors(options.ramp)};
+}
+
+QString observersText(double count, const QLocale &locale)
+{
+    return qRound(count) == 1
+        ? labelText({"MESS_VAL_UN_OBS", "1 observateur"})
+        : labelText({"MESS_VAL_DES_OBS", "%1 observateurs"}).arg(locale.toString(qRound(count)));
+}
+
+/// The text of a cell's number of observers, or of its least visible height.
+QString sightText(const ProductLook &look, double value, const QLocale &locale)
+{
+    if (look.sight == SightResult::Count)
+        return std::isnan(value) ? labelText({"MESS_SANS_DONNEE", "sans donnée"})
+                                 : observersText(value, locale);
+    if (std::isnan(value))
+        return labelText({"MESS_VAL_JAMAIS", "visible à aucune hauteur"});
+    return labelText({"MESS_VAL_AU_DESSUS", "%1 au-dessus du sol"})
+        .arg(locale.toString(value, 'f', 1) + look.unit);
 }
 
 QString pointName(int point)
@@ -94,6 +125,39 @@ void addRamp(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
         strip.ticks += {angle,
                         QStringLiteral("%1  %2").arg(locale.toString(angle, 'f', 0),
                                                      pointName(compassPoint(angle, ramp.trigonometric)))};
+    }
+}
+
+void addRampOfSight(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
+{
+    addRamp(legend, facts, locale);
+    legend.unit.clear(); // each tick has it
+    const bool isCount = facts.look.sight == SightResult::Count;
+    for (auto &tick : legend.strip.ticks)
+        tick.text = isCount ? observersText(tick.value, locale) : tick.text + facts.look.unit;
+}
+
+/// A few numbers of observers, each with the area that so many see.
+void addCounts(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
+{
+    const ElevationGrid &values = facts.product.values;
+    const int highest = qRound(facts.product.ramp.high);
+    QVector<double> cells(highest + 1);
+    QVector<double> areas(highest + 1);
+    for (int at = 0; at < values.cells.size(); ++at) {
+        const float value = values.cells.at(at);
+        if (std::isnan(value))
+            continue;
+        const int count = std::clamp(qRound(value), 0, highest);
+        cells[count] += 1.0;
+        areas[count] += facts.cellArea ? facts.cellArea(at / values.width) : 0.0;
+    }
+    for (int count = highest; count >= 0; --count) {
+        if (cells.at(count) > 0.0)
+            legend.rows +=
+                {QColor::fromRgba(facts.product.ramp.color(count)), false, false, observersText(count, locale),
+                 shareText(facts.cellArea ? areas.at(count) : -1.0,
+                           cells.at(count) / static_cast<double>(values.cells.size()), locale)};
     }
 }
 
@@ -148,6 +212,16 @@ Zone zoneOf(const QImage &picture, QRgb color, const std::function<double(int)> 
 void addOptions(MapLegend &legend, const LegendFacts &facts, const IntervisibilityOptions &options,
                 const QLocale &locale)
 {
+    constexpr double fewCounts = 6.0;
+    if (facts.look.sight != SightResult::Picture) {
+        if (facts.product.values.isEmpty())
+            return;
+        if (facts.look.sight == SightResult::Count && facts.product.ramp.high <= fewCounts)
+            addCounts(legend, facts, locale);
+        else
+            addRampOfSight(legend, facts, locale);
+        return;
+    }
     const QImage picture = facts.product.picture.convertToFormat(QImage::Format_ARGB32);
     const double all = static_cast<double>(picture.width()) * picture.height();
     if (all <= 0.0)
@@ -214,6 +288,13 @@ ProductLook lookOf(const ProcessOptions &options, const QString &elevationUnit)
     return std::visit([&](const auto &record) { return lookOf(record, elevationUnit); }, options);
 }
 
+ValueRamp rampOf(const ProductLook &look, const ElevationGrid &values)
+{
+    ValueRamp ramp = rampOver(values, look.ramp, look.trigonometric);
+    ramp.stops = look.rampColors;
+    return ramp;
+}
+
 ElevationGrid readElevations(const QString &path, int band, const Mirroring &mirroring)
 {
     constexpr int everyCell = 8 * longestReducedSide;
@@ -229,7 +310,7 @@ ProductPicture readProduct(const QString &path, const ProductLook &look, const M
     if (look.form == ProductForm::Values || look.form == ProductForm::Shade)
         product.values = readElevations(path, 1, mirroring);
     if (look.form == ProductForm::Values) {
-        product.ramp = rampOver(product.values, look.ramp, look.trigonometric);
+        product.ramp = rampOf(look, product.values);
         product.picture = rampPicture(product.values, product.ramp);
         return product;
     }
@@ -242,14 +323,22 @@ ProductPicture readProduct(const QString &path, const ProductLook &look, const M
 MapLegend legendOf(const LegendFacts &facts, const QLocale &locale)
 {
     MapLegend legend;
-    const bool isIndex =
-        std::holds_alternative<TerrainIndexOptions>(facts.options) && !facts.look.name.isEmpty();
-    legend.title = isIndex ? facts.look.name : facts.title; // three indices share a tab
+    // Three indices share a tab, and so do the results of an intervisibility.
+    const bool sharesTab =
+        std::holds_alternative<TerrainIndexOptions>(facts.options) || facts.look.sight != SightResult::Picture;
+    legend.title = sharesTab && !facts.look.name.isEmpty() ? facts.look.name : facts.title;
     std::visit([&](const auto &options) { addOptions(legend, facts, options, locale); }, facts.options);
-    const bool countsVoids = std::holds_alternative<IntervisibilityOptions>(facts.options);
+    const bool countsVoids = std::holds_alternative<IntervisibilityOptions>(facts.options)
+        && facts.look.sight == SightResult::Picture;
     if (facts.look.form != ProductForm::Lines && !countsVoids
         && (facts.hasVoids || hasVoids(facts.product.picture.convertToFormat(QImage::Format_ARGB32))))
-        legend.rows += {QColor(), true, false, labelText({"MESS_ZONE_INCONNUE", "Sans donnée"}), {}};
+        legend.rows +=
+            {QColor(),
+             true,
+             false,
+             facts.look.sight == SightResult::Height ? labelText({"MESS_ZONE_JAMAIS", "Jamais visible"})
+                                                     : labelText({"MESS_ZONE_INCONNUE", "Sans donnée"}),
+             {}};
     legend.histogramTitle = labelText({"MESS_HISTO_TITRE", "Altitudes"})
         + (facts.elevationUnit.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(facts.elevationUnit));
     legend.elevations = facts.elevations;
@@ -261,6 +350,8 @@ QString valueText(const ProductLook &look, double value, const QLocale &locale)
     constexpr int digits = 4;
     if (look.name.isEmpty())
         return {};
+    if (look.sight != SightResult::Picture)
+        return sightText(look, value, locale);
     if (std::isnan(value))
         return look.name + QLatin1Char(' ') + labelText({"MESS_SANS_DONNEE", "sans donnée"});
     const bool isDirection = look.ramp == RampKind::Direction;

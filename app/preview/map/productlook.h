@@ -28,10 +28,15 @@ struct ProductLook
     bool trigonometric = false; ///< directions are counter-clockwise from the east
     QString name;               ///< of a value, before the number: "Pente"; empty: its values are not numbers
     QString unit;               ///< behind the number, with its blank; empty: none
+    SightResult sight = SightResult::Picture; ///< what the numbers of an intervisibility are
+    QVector<QRgb> rampColors{};               ///< in place of those of the kind of ramp; empty: those
 };
 
 /// elevationUnit: for display; empty: not known.
 ProductLook lookOf(const ProcessOptions &options, const QString &elevationUnit);
+
+/// The ramp over the values of a product of that look.
+ValueRamp rampOf(const ProductLook &look, const ElevationGrid &values);
 
 /// A product as the map shows it. North is above and west at the left.
 struct ProductPicture
@@ -66,6 +71,6 @@ struct LegendFacts
 
 MapLegend legendOf(const LegendFacts &facts, const QLocale &locale);
 
-/// The value of a product as "Pente 23,4°" or "Orientation 214° SO"; `value` may be NaN, for a cell without
-/// data. Empty for a product without such values.
+/// The value of a product as "Pente 23,4°", "Orientation 214° SO" or "3 observateurs"; `value` may be NaN, for
+/// a cell without data. Empty for a product without such values.
 QString valueText(const ProductLook &look, double value, const QLocale &locale);

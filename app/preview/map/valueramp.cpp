@@ -25,6 +25,7 @@ const Stops &stopsOf(RampKind kind)
     case RampKind::Steepness:
         return steepness;
     case RampKind::Variation:
+    case RampKind::Count:
         return variation;
     case RampKind::Position:
         return position;
@@ -81,7 +82,7 @@ QVector<float> sortedSample(const ElevationGrid &values)
 
 QRgb ValueRamp::color(double value) const
 {
-    return between(stopsOf(kind), placeOf(*this, value));
+    return between(stops.size() > 1 ? stops : stopsOf(kind), placeOf(*this, value));
 }
 
 ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometric)
@@ -96,6 +97,11 @@ ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometri
     const auto last = static_cast<double>(sorted.size() - 1);
     ramp.low = sorted.at(static_cast<int>(tail * last));
     ramp.high = sorted.at(static_cast<int>((1.0 - tail) * last));
+    if (kind == RampKind::Count) // a few cells that many observers see are what is looked for
+        ramp.high = static_cast<double>(
+            *std::max_element(values.cells.begin(), values.cells.end(), [](float one, float other) {
+                return std::isnan(one) ? !std::isnan(other) : one < other;
+            }));
     if (kind == RampKind::Position) {
         ramp.high = std::max(std::abs(ramp.low), std::abs(ramp.high));
         ramp.low = -ramp.high;

@@ -31,6 +31,7 @@ private slots:
     void init();
 
     void dragShowsWhatTheToolMakes();
+    void numbersAndDrags();
     void dropOnVoidChangesNothing();
     void manyChangesLeaveNothing();
     void optionsAreFollowedWhileTheyChange();
@@ -176,6 +177,54 @@ void MapWindowTest::dragShowsWhatTheToolMakes()
     dialog.showTab(0); // a picture that is under way does not come here
     QTRY_VERIFY_WITH_TIMEOUT(dialog.hasOutput(), wait);
     QCOMPARE(dialog.scene().look().form, ProductForm::Shade);
+}
+
+/// Numbers of another place are not shown while an observer is dragged, and come back wherever it is let go.
+void MapWindowTest::numbersAndDrags()
+{
+    MapDialog dialog(m_tools);
+    open(dialog, 4);
+    IntervisibilityOptions options = dialog.panel()->options();
+    options.observers += options.observers.first();
+    const auto choose = [&](const char *result) {
+        options.result = result;
+        dialog.panel()->setProcessOptions(options);
+        QTRY_VERIFY_WITH_TIMEOUT(dialog.scene().look().sight == sightResult(options) && dialog.isSettled(),
+                                 wait);
+    };
+    const auto readout = [&](const QPointF &cell) {
+        dialog.moveTo(dialog.placeOf(cell), Qt::NoButton);
+        return dialog.find<QLabel>("m_pLPreviewReadout")->text();
+    };
+    choose("count");
+    QCOMPARE(dialog.find<LegendView>("m_pMapLegend")->legend().rows.first().text, QString("2 observateurs"));
+    QVERIFY2(readout(start).contains("2 observateurs"), qPrintable(readout(start)));
+    const QImage before = plain(dialog.product());
+    QTest::mousePress(dialog.map(), Qt::LeftButton, {}, dialog.placeOf(start));
+    dialog.moveTo(dialog.placeOf({400, 600}));
+    QVERIFY(!dialog.hasOutput());
+    QTest::keyClick(dialog.map(), Qt::Key_Escape);
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.isSettled(), wait);
+    QTest::mouseRelease(dialog.map(), Qt::LeftButton, {}, dialog.placeOf({400, 600}));
+    QCOMPARE(plain(dialog.product()), before);
+    QTest::mousePress(dialog.map(), Qt::LeftButton, {}, dialog.placeOf(start));
+    dialog.moveTo(dialog.placeOf({400, 600}));
+    QTest::mouseRelease(dialog.map(), Qt::LeftButton, {}, dialog.placeOf({400, 600}));
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.isSettled(), wait);
+    QVERIFY(plain(dialog.product()) != before);
+    QTest::mousePress(dialog.map(), Qt::LeftButton, {}, dialog.placeOf({400, 600}));
+    Prompt::answerBeforehand({});
+    dialog.moveTo(dialog.placeOf(QRectF(voids).center()));
+    QTest::mouseRelease(dialog.map(), Qt::LeftButton, {}, dialog.placeOf(QRectF(voids).center()));
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.isSettled(), wait);
+    Prompt::takeShown();
+
+    options = dialog.panel()->options();
+    choose("height");
+    const double least = dialog.scene().productValue({700, 300});
+    const QString text = QLocale().toString(least, 'f', 1) + " au-dessus du sol"; // the DEM has no unit
+    QVERIFY2(readout({700, 300}).contains(text) && least > 1.0, qPrintable(readout({700, 300}) + text));
+    QVERIFY2(readout({400, 600}).contains("0,0 au-dessus du sol"), qPrintable(readout({400, 600})));
 }
 
 void MapWindowTest::dropOnVoidChangesNothing()

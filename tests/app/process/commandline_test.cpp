@@ -75,6 +75,19 @@ void CommandLineTest::golden_data()
         {"-SrcFile", "/a b/dem.tif", "-DstFile", "/out/p.tif", "-iBand", "2", "-x", "1", "-co", "TILED=YES",
          "-co", "TFW=YES"});
 
+    zones.outputOptions.worldFile = false;
+    zones.toolInput.sideFiles = {{"-Skyline", "/à b/h.csv", {}, "-SkylineStep 2 "},
+                                 {"-Statistics", "/s.csv", {}}};
+    QTest::newRow("side files")
+        << zones
+        << QStringLiteral(
+               "-SrcFile \"/a b/dem.tif\" -DstFile \"/out/p.tif\" -iBand 2 -x 1 -Skyline \"/à b/h.csv\" "
+               "-SkylineStep 2 -Statistics \"/s.csv\"  -co \"TILED=YES\"")
+        << QStringList{
+               "-SrcFile", "/a b/dem.tif", "-DstFile",   "/out/p.tif",   "-iBand", "2",           "-x",
+               "1",        "-Skyline",     "/à b/h.csv", "-SkylineStep", "2",      "-Statistics", "/s.csv",
+               "-co",      "TILED=YES"};
+
     ProcessingRequest lines = request(Process::Contour);
     lines.outputOptions.tiled = true;
     row("contours", lines, "-b 2 -f \"ESRI Shapefile\" -x 1  -nln \"contour\" \"/a b/dem.tif\" \"/out/p.tif\" ",

@@ -13,6 +13,7 @@ class RecipeTest : public QObject
 private slots:
     void wholeRecipe();
     void tiles();
+    void sideFiles();
     void everyProcessComesBack_data();
     void everyProcessComesBack();
     void problems_data();
@@ -105,7 +106,29 @@ void RecipeTest::everyProcessComesBack_data()
     observers.combination = QStringLiteral("AND");
     observers.groundHeight.reset();
     observers.visibleColor = QStringLiteral("#010203");
+    observers.result = QStringLiteral("height");
+    observers.ramp = QStringLiteral("magma");
+    observers.skyline = QStringLiteral("/é/h.gpkg");
+    observers.skylineStep = 0.25;
+    observers.statistics = QStringLiteral("/é/s.csv");
     row(observers);
+}
+
+void RecipeTest::sideFiles()
+{
+    const ProcessOptions read = readRecipe(R"({"format": 1, "process": "intervisibility",
+        "options": {"skyline": "../h.json", "skylineStep": 2}})",
+                                           QStringLiteral("/some/folder"))
+                                    .recipe.options;
+    QCOMPARE(std::get<IntervisibilityOptions>(read).skyline, QStringLiteral("/some/h.json"));
+    // Each DEM of a series has files of its own, and only those that are asked for.
+    const auto own = std::get<IntervisibilityOptions>(withOwnSideFiles(read, QStringLiteral("/b/dém_2.tif")));
+    QCOMPARE(own.skyline, QStringLiteral("/b/dém_2_horizon.json"));
+    QCOMPARE(own.statistics, QString());
+    QVERIFY(withoutSideFiles(read) == withoutSideFiles(own) && own.skylineStep);
+    auto wrong = own;
+    wrong.result = QStringLiteral("number");
+    QVERIFY(valuesProblem(own).isEmpty() && valuesProblem(wrong).contains("number"));
 }
 
 void RecipeTest::everyProcessComesBack()

@@ -43,10 +43,12 @@ private:
     QString write(const QString &name, const QByteArray &text) const { return writeFile(path(name), text); }
     Recipe recipe(const ProcessOptions &options, const QString &output) const
     {
-        return {.process = processWord(options),
-                .input = path("dem.tif"),
-                .output = path(output),
-                .options = options};
+        Recipe recipe{.process = processWord(options),
+                      .input = path("dem.tif"),
+                      .output = path(output),
+                      .options = options};
+        completeOptions(recipe.options, {"skyline", "statistics"}, m_folder->path());
+        return recipe;
     }
     static void addRows();
 };
@@ -154,6 +156,12 @@ void SettingsMenuTest::addRows()
     observers.observers = {{.x = 500320.0, .y = 5099680.0, .height = 30.0, .maxDistance = 500.0}};
     observers.groundHeight.reset();
     row("intervisibility, one", observers, "g.tif");
+    observers.result = QStringLiteral("height");
+    observers.ramp = QStringLiteral("magma");
+    observers.skyline = QStringLiteral("l'\"horizon\" é.json");
+    observers.skylineStep = 7.5;
+    observers.statistics = QStringLiteral("s.csv");
+    row("intervisibility, heights", observers, "g.tif");
 }
 
 void SettingsMenuTest::settingsComeBack_data()
@@ -282,7 +290,8 @@ void SettingsMenuTest::copiedCommandMakesTheProduct()
     } // this removed the temporary files of the window
     QHash<QString, QByteArray> products;
     const QDir folder(m_folder->path());
-    for (const QString &name : folder.entryList({QFileInfo(settings.output).completeBaseName() + ".*"})) {
+    for (const QString &name :
+         folder.entryList({QFileInfo(settings.output).completeBaseName() + ".*", "s.csv", "*horizon*"})) {
         products.insert(name, bytesOf(path(name)));
         QVERIFY(QFile::remove(path(name)));
     }

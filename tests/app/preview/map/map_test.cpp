@@ -3,6 +3,7 @@
 #include "app/preview/map/productlook.h"
 #include "app/preview/map/relief.h"
 #include "app/preview/map/scalebar.h"
+#include "panels/options/maprampcolors.h"
 
 #include <QPainter>
 #include <QTest>
@@ -23,6 +24,7 @@ private slots:
     void scaleBars();
     void legends();
     void zones();
+    void sightNumbers();
     void files();
 };
 
@@ -247,6 +249,51 @@ void MapTest::zones()
     facts.cellArea = {};
     QCOMPARE(legendOf(facts, english).rows.at(0).detail, QString("20.0 %"));
     QCOMPARE(shareText(1234.0, 0.5, english), QString("1,234 m² (50.0 %)"));
+}
+
+void MapTest::sightNumbers()
+{
+    const QLocale french(QLocale::French);
+    const ProductLook count = lookOf(IntervisibilityOptions{.result = "count"}, "m");
+    const ProductLook height = lookOf(IntervisibilityOptions{.result = "height"}, "m");
+    QCOMPARE(valueText(count, 1.0, french), QString("1 observateur"));
+    QCOMPARE(valueText(count, 3.0, french), QString("3 observateurs"));
+    QCOMPARE(valueText(height, 12.5, french), QString("12,5 m au-dessus du sol"));
+    QCOMPARE(valueText(height, static_cast<double>(none), french), QString("visible à aucune hauteur"));
+    QCOMPARE(valueText(lookOf(IntervisibilityOptions(), "m"), 3.0, french),
+             QString()); // colours are no numbers
+
+    // Few counts are listed with their areas, up to the one that a single cell has.
+    LegendFacts facts;
+    facts.options = IntervisibilityOptions{.result = "count"};
+    facts.look = count;
+    facts.product.values = {10, 10, QVector<float>(100, 0.0f)};
+    facts.product.values.cells[99] = 3.0f;
+    facts.product.values.cells[98] = none;
+    facts.product.ramp = rampOf(count, facts.product.values);
+    facts.product.picture = rampPicture(facts.product.values, facts.product.ramp);
+    facts.cellArea = [](int) { return 1e6; };
+    MapLegend legend = legendOf(facts, english);
+    QCOMPARE(legend.title, QString("Observateurs"));
+    QCOMPARE(legend.rows.size(), 3); // 3, 0 and without data
+    QCOMPARE(legend.rows.at(0).text + ' ' + legend.rows.at(0).detail,
+             QString("3 observateurs 1.0 km² (1.0 %)"));
+    QVERIFY(legend.strip.colors.isEmpty() && legend.rows.at(2).hatched);
+    // Many counts, and heights, have a strip with whole texts.
+    facts.product.ramp.high = 40.0;
+    QCOMPARE(legendOf(facts, english).strip.ticks.at(1).text, QString("10 observateurs"));
+    facts.look = height;
+    legend = legendOf(facts, english);
+    QCOMPARE(legend.strip.ticks.at(1).text, QString("10 m"));
+    QCOMPARE(legend.rows.first().text, QString("Jamais visible"));
+
+    const QList<QuvoColorDef> table{
+        {QuvoColorDef::noDataValue, Qt::green, false}, {0.0, QColor(0, 0, 0, 9), true}, {100.0, Qt::red, true}};
+    ValueRamp ramp{RampKind::Count, 0.0, 4.0};
+    ramp.stops = evenColors(table);
+    QCOMPARE(QColor::fromRgba(ramp.color(0.0)), QColor(0, 0, 0));
+    QVERIFY(std::abs(qRed(ramp.color(2.0)) - 128) <= 1);
+    QCOMPARE(QColor(ramp.color(9.0)), QColor(Qt::red));
 }
 
 void MapTest::files()
