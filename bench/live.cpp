@@ -8,6 +8,7 @@
 #include "app/preview/profile/profile.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
+#include "panels/options/pointfile.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

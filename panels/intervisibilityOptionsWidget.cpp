@@ -5,6 +5,7 @@
 #include "messages/label.h"
 #include "panels/controls/numberfield.h"
 #include "panels/observers/observerimport.h"
+#include "panels/options/pointfile.h"
 #include "ui_intervisibilityOptionsWidget.h"
 
 #include <QDir>
@@ -30,6 +31,7 @@ intervisibilityOptionsWidget::intervisibilityOptionsWidget(WorkFolder &workFolde
     m_form->setupUi(this);
     m_table.emplace(m_form->m_pTViewObsPos, m_model);
     m_table->setHistoryButtons(m_form->m_pTBUndo, m_form->m_pTBRedo);
+    m_table->setColumnsButton(m_form->m_pTBColumns);
     m_position.emplace(m_form->m_pLEPointX, m_form->m_pLEPointY);
     for (QWidget *widget :
          QList<QWidget *>{m_form->m_pLEPointX, m_form->m_pLEPointY, m_form->m_pPBAddPoint,
@@ -116,12 +118,20 @@ void intervisibilityOptionsWidget::connectTable()
     connect(table, &QTableView::clicked, this, &Panel::slot_onCurrentObserverPointChanged);
     connect(table->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &Panel::slot_onCurrentObserverPointChanged);
-    connect(&m_model, &Model::dataChanged, this, &Panel::slot_onCurrentObserverPointChanged);
+    connect(&m_model, &Model::dataChanged, this, [this](const QModelIndex &first) {
+        if (first.column() == Model::SeenColumn) // no observer changed
+            return;
+        slot_onCurrentObserverPointChanged();
+        slot_onOptionsChanged();
+    });
+    connect(&m_model, &Model::layoutChanged, this, [this] {
+        slot_onCurrentObserverPointChanged(); // the numbers of the observers on the map are their rows
+        slot_onOptionsChanged();
+    });
     connect(&m_model, &Model::modelReset, this, &Panel::slot_onCurrentObserverPointChanged);
     for (const auto signal : {&Model::rowsInserted, &Model::rowsRemoved})
         connect(&m_model, signal, this, &Panel::slot_onOptionsChanged);
     connect(&m_model, &Model::modelReset, this, &Panel::slot_onOptionsChanged);
-    connect(&m_model, &Model::dataChanged, this, &Panel::slot_onOptionsChanged);
 }
 
 void intervisibilityOptionsWidget::connectControls()
@@ -268,6 +278,11 @@ void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &positio
     m_model.setPoint(row, point);
 }
 
+void intervisibilityOptionsWidget::setSeenAreas(const QVector<double> &km2ByEnabledObserver)
+{
+    m_model.setSeenAreas(km2ByEnabledObserver);
+}
+
 bool intervisibilityOptionsWidget::dropObserver(int row, const QPointF &position)
 {
     const ObserverPoint point = row >= 0 ? m_model.point(row) : defaultPoint();
@@ -345,7 +360,8 @@ void intervisibilityOptionsWidget::slot_removeAllPoint()
 
 void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()
 {
-    m_table->addPoints(importObservers(m_dem.path, m_ground, defaultPoint(), this));
+    m_table->addPoints(
+        importObservers(m_dem.path, m_ground, defaultPoint(), m_form->m_pPBAddFromVector));
 }
 
 void intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged()

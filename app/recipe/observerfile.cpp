@@ -1,6 +1,7 @@
 #include "app/recipe/observerfile.h"
 
 #include "messages/label.h"
+#include "panels/options/pointfile.h"
 #include "panels/options/vectorobservers.h"
 
 SourceObservers sourceObservers(const IntervisibilityOptions &options, const DemGround &ground)
@@ -8,13 +9,12 @@ SourceObservers sourceObservers(const IntervisibilityOptions &options, const Dem
     SourceObservers observers;
     if (options.points.isEmpty())
         return observers;
-    const VectorObservers source = readVectorObservers(options.points, ground.crs());
+    const VectorObservers source = readVectorObservers(options.points, ground.crs(), options.pointsLayer);
     observers.skippedFeatures = source.skippedFeatures;
     observers.files = source.files;
     const double step = options.step > 0.0 ? options.step : ground.cellSize();
     if (!source.problem.isEmpty()) {
-        observers.problem =
-            labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n') + source.problem;
+        observers.problem = source.problem;
         return observers;
     }
     if (sampledCount(source, step) > mostObservers) {
@@ -46,9 +46,9 @@ ToolObservers prepareObservers(const IntervisibilityOptions &options, const QStr
 
     QList<ToolObserver> observers;
     for (const ObserverPoint &point : points) {
-        const auto altitude = absoluteAltitude(point, ground.surfaceElevation(point.position()));
-        if (point.enabled && altitude)
-            observers += {point.x, point.y, *altitude, point.maxDistance};
+        const auto observer = toolObserver(point, {}, ground.surfaceElevation(point.position()));
+        if (observer)
+            observers += *observer;
         else
             leftOutCount += point.enabled;
     }

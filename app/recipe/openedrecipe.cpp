@@ -119,6 +119,7 @@ void adaptObservers(OpenedRecipe &opened, IntervisibilityOptions &options, const
     const IntervisibilityOptions defaults;
     options.observers += source.points;
     options.points.clear();
+    options.pointsLayer.clear();
     options.height = defaults.height;
     options.mode = defaults.mode;
     options.distance = defaults.distance;

@@ -13,6 +13,13 @@ class RangeValidator : public PointForComma<QDoubleValidator>
 public:
     using PointForComma::PointForComma;
 
+    bool acceptsEmpty = false;
+
+    QValidator::State validate(QString &input, int &cursor) const override
+    {
+        return acceptsEmpty && input.isEmpty() ? Acceptable : PointForComma::validate(input, cursor);
+    }
+
     void fixup(QString &input) const override
     {
         bool isNumber = false;
@@ -22,9 +29,7 @@ public:
     }
 };
 
-} // namespace
-
-QValidator *makeNumberValidator(int decimals, QObject *parent, double lowest, double highest)
+RangeValidator *makeValidator(int decimals, QObject *parent, double lowest, double highest)
 {
     auto validator = new RangeValidator(lowest, highest, decimals, parent);
     QLocale numbers = QLocale::c();
@@ -33,11 +38,26 @@ QValidator *makeNumberValidator(int decimals, QObject *parent, double lowest, do
     return validator;
 }
 
+// The shortest text of the smallest double has 324 decimals: no number that is shown may be refused.
+constexpr int mostDecimals = 324;
+
+} // namespace
+
+QValidator *makeNumberValidator(int decimals, QObject *parent, double lowest, double highest)
+{
+    return makeValidator(decimals, parent, lowest, highest);
+}
+
 void makeNumberField(QLineEdit *field, double lowest, double highest)
 {
-    // The shortest text of the smallest double has 324 decimals: no number that is shown may be refused.
-    constexpr int decimals = 324;
-    field->setValidator(makeNumberValidator(decimals, field, lowest, highest));
+    field->setValidator(makeNumberValidator(mostDecimals, field, lowest, highest));
+}
+
+void makeOptionalNumberField(QLineEdit *field, double lowest, double highest)
+{
+    RangeValidator *validator = makeValidator(mostDecimals, field, lowest, highest);
+    validator->acceptsEmpty = true;
+    field->setValidator(validator);
 }
 
 std::optional<double> fieldNumber(const QString &text)

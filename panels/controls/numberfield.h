@@ -33,6 +33,9 @@ QValidator *makeNumberValidator(int decimals, QObject *parent, double lowest = -
 /// Sets such a validator in the field, with as many decimals as a double can have.
 void makeNumberField(QLineEdit *field, double lowest = -anyNumber, double highest = anyNumber);
 
+/// The same for a field that may also be empty.
+void makeOptionalNumberField(QLineEdit *field, double lowest, double highest);
+
 /// The number in a field's text: nothing for an empty text, 0 for a text that is not a number.
 std::optional<double> fieldNumber(const QString &text);
 

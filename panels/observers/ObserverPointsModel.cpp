@@ -1,7 +1,8 @@
 #include "panels/observers/ObserverPointsModel.h"
 
 #include "messages/label.h"
-#include "panels/controls/numberfield.h"
+
+#include <QLocale>
 
 #include <algorithm>
 
@@ -42,78 +43,70 @@ QString ObserverPointsModel::distanceMeaning() const
     return tr("Distance en m ; 0 : sans limite.", "MESS_OBS_DIST_EN");
 }
 
+QString ObserverPointsModel::columnMeaning(int column) const
+{
+    if (const LimitField *limit = limitOf(column))
+        return labelText(limit->meaning);
+    switch (column) {
+    case HeightColumn:
+    case ModeColumn:
+        return heightMeaning();
+    case DistanceColumn:
+        return distanceMeaning();
+    case SeenColumn:
+        return tr("Surface que voit l'observateur dans le dernier aperçu, en km².", "MESS_OBS_VOIT_EXPL");
+    default:
+        return {};
+    }
+}
+
 QVariant ObserverPointsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (role == Qt::ToolTipRole && orientation == Qt::Horizontal && section != EnabledColumn)
-        return section == DistanceColumn ? distanceMeaning() : heightMeaning();
+    if (role == Qt::ToolTipRole && orientation == Qt::Horizontal) {
+        const QString meaning = columnMeaning(section);
+        const QString sorting = tr("Un clic trie les observateurs.", "MESS_OBS_TRI_EXPL");
+        return meaning.isEmpty() ? sorting : meaning + QLatin1Char(' ') + sorting;
+    }
     if (role != Qt::DisplayRole)
         return {};
-    if (orientation == Qt::Vertical)
-        return section + 1;
-    switch (section) {
-    case EnabledColumn:
-        return labelText({"MESS_ON_OFF", "On/Off"});
-    case HeightColumn:
-        return labelText({"MESS_ALTI_HAUTEUR", "Altitude"});
-    case ModeColumn:
-        return labelText({"MESS_MODE_ALTI", "Mode altitude"});
-    default:
-        return labelText({"MESS_DIST_MAX_OBS_ABR", "Dist. max."});
-    }
+    return orientation == Qt::Vertical ? QVariant(section + 1) : QVariant(columnTitle(section));
 }
 
 Qt::ItemFlags ObserverPointsModel::flags(const QModelIndex &index) const
 {
     const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    return index.column() == EnabledColumn ? flags : flags | Qt::ItemIsEditable;
+    const bool isEdited = index.column() != EnabledColumn && index.column() != SeenColumn;
+    return isEdited ? flags | Qt::ItemIsEditable : flags;
 }
 
-QString ObserverPointsModel::text(const ObserverPoint &point, int column) const
+QString ObserverPointsModel::text(const Row &row, int column) const
 {
-    switch (column) {
-    case EnabledColumn:
-        return point.enabled ? labelText({"MESS_OBS_ACTIF", "Oui"}) : labelText({"MESS_OBS_INACTIF", "Non"});
-    case HeightColumn:
-        return numberText(point.height);
-    case ModeColumn:
-        return altitudeModeText(point.mode);
-    default:
-        return numberText(point.maxDistance);
-    }
+    if (column != SeenColumn)
+        return cellText(row.point, column);
+    return row.seenArea ? QLocale().toString(*row.seenArea, 'f', 2) : QString();
 }
 
 QVariant ObserverPointsModel::data(const QModelIndex &index, int role) const
 {
-    const ObserverPoint &point = m_rows.at(index.row()).point;
+    const Row &row = m_rows.at(index.row());
     if (role == Qt::DisplayRole)
-        return text(point, index.column());
+        return text(row, index.column());
     if (role == Qt::DecorationRole && index.column() == EnabledColumn)
-        return point.enabled ? m_on : m_off;
+        return row.point.enabled ? m_on : m_off;
     if (role == Qt::EditRole)
-        return index.column() == EnabledColumn ? QVariant(point.enabled)
-                                               : QVariant(text(point, index.column()));
-    if (role == Qt::TextAlignmentRole && (index.column() == HeightColumn || index.column() == DistanceColumn))
+        return index.column() == EnabledColumn ? QVariant(row.point.enabled)
+                                               : QVariant(text(row, index.column()));
+    if (role == Qt::TextAlignmentRole && isNumberColumn(index.column()))
         return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     return {};
 }
 
 bool ObserverPointsModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (role != Qt::EditRole)
+    if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable || index.column() == EnabledColumn))
         return false;
     ObserverPoint point = m_rows.at(index.row()).point;
-    bool good = true;
-    if (index.column() == EnabledColumn) {
-        point.enabled = value.toBool();
-    } else if (index.column() == ModeColumn) {
-        const auto mode = readAltitudeMode(value.toString());
-        good = mode.has_value();
-        point.mode = mode.value_or(point.mode);
-    } else {
-        const double number = value.toString().toDouble(&good);
-        (index.column() == HeightColumn ? point.height : point.maxDistance) = number;
-    }
-    good = good && pointProblem(point).isEmpty();
+    const bool good = setCell(point, index.column(), value);
     if (good)
         setPoint(index.row(), point);
     return good;
@@ -203,6 +196,18 @@ void ObserverPointsModel::openSettings(const QList<ObserverPoint> &points)
         m_history.push(new ObserverStep(*this, settingsStep, static_cast<int>(points.size()), edit));
 }
 
+void ObserverPointsModel::sort(int column, Qt::SortOrder order)
+{
+    QVector<SortedObserver> rows;
+    rows.reserve(m_rows.size());
+    for (const Row &row : m_rows)
+        rows += {&row.point, row.seenArea};
+    TableEdit edit;
+    edit.order = sortedRows(rows, column, order);
+    if (!std::is_sorted(edit.order.begin(), edit.order.end()))
+        m_history.push(new ObserverStep(*this, sortingStep, rowCount(), edit));
+}
+
 QString ObserverPointsModel::stepName(int step) const
 {
     const auto *command = static_cast<const ObserverStep *>(m_history.command(step));
@@ -223,6 +228,7 @@ void ObserverPointsModel::change(const NumberedPoints &points)
 {
     if (points.isEmpty())
         return;
+    clearSeenAreas();
     for (const auto &[row, point] : points) {
         const bool moved = m_rows.at(row).point.position() != point.position();
         m_rows[row] = moved ? rowOf(point) : Row{point, m_rows.at(row).ground};
@@ -247,6 +253,7 @@ void ObserverPointsModel::takeOut(const NumberedPoints &points)
 {
     if (points.isEmpty())
         return;
+    clearSeenAreas();
     const int first = points.first().row;
     if (areAdjacent(points)) {
         beginRemoveRows({}, first, points.last().row);
@@ -271,6 +278,7 @@ void ObserverPointsModel::putIn(const NumberedPoints &points)
 {
     if (points.isEmpty())
         return;
+    clearSeenAreas();
     const bool adjacent = areAdjacent(points);
     if (adjacent)
         beginInsertRows({}, points.first().row, points.last().row);
@@ -292,9 +300,68 @@ void ObserverPointsModel::putIn(const NumberedPoints &points)
         endResetModel();
 }
 
+void ObserverPointsModel::reorder(const QVector<int> &order)
+{
+    if (order.isEmpty())
+        return;
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    QVector<Row> rows;
+    QVector<int> places(order.size());
+    rows.reserve(order.size());
+    for (int row = 0; row < order.size(); ++row) {
+        rows += m_rows.at(order.at(row));
+        places[order.at(row)] = row;
+    }
+    m_rows = rows;
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex &each : before)
+        after += index(places.at(each.row()), each.column());
+    changePersistentIndexList(before, after);
+    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+void ObserverPointsModel::setSeenAreas(const QVector<double> &areas)
+{
+    clearSeenAreas();
+    QVector<int> seeing;
+    for (int row = 0; row < m_rows.size(); ++row) {
+        if (m_rows.at(row).point.enabled && !m_rows.at(row).isGroundless())
+            seeing += row;
+    }
+    if (seeing.isEmpty() || seeing.size() != areas.size())
+        return;
+    for (int at = 0; at < areas.size(); ++at)
+        m_rows[seeing.at(at)].seenArea = areas.at(at);
+    m_showsAreas = true;
+    emit dataChanged(index(0, SeenColumn), index(rowCount() - 1, SeenColumn));
+    emit seenAreasShown();
+}
+
+void ObserverPointsModel::clearSeenAreas()
+{
+    if (!m_showsAreas)
+        return;
+    m_showsAreas = false;
+    for (Row &row : m_rows)
+        row.seenArea.reset();
+    emit dataChanged(index(0, SeenColumn), index(rowCount() - 1, SeenColumn));
+}
+
+bool ObserverPointsModel::isUsed(int column, int firstRow, int lastRow) const
+{
+    const LimitField *limit = limitOf(column);
+    return std::any_of(m_rows.begin() + firstRow, m_rows.begin() + lastRow + 1, [&](const Row &row) {
+        return limit ? (row.point.limits.*limit->value).has_value()
+                     : column == NameColumn && !row.point.name.isEmpty();
+    });
+}
+
 void ObserverPointsModel::setGround(const DemGround &ground)
 {
     m_ground = ground;
+    clearSeenAreas();
     for (Row &row : m_rows)
         row.ground = m_ground.surfaceElevation(row.point.position());
 }

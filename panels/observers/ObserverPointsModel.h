@@ -1,13 +1,14 @@
 #pragma once
 
+#include "panels/observers/observercolumns.h"
 #include "panels/observers/observercommands.h"
 
 #include <QAbstractTableModel>
 #include <QIcon>
 #include <QUndoStack>
 
-/// The observers as a table, one row each: enabled, height or altitude, altitude mode, maximum distance. The
-/// model reads the ground under an observer from the DEM once, when the observer or the DEM changes.
+/// The observers as a table, one row each, with the columns of ObserverColumn. The model reads the ground under an
+/// observer from the DEM once, when the observer or the DEM changes.
 ///
 /// Every change of points is a step of the history. A step that adds or changes points also switches off the
 /// enabled points without ground, and pointsSwitchedOff() follows. Undoing and redoing switch off none.
@@ -16,14 +17,7 @@ class ObserverPointsModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Column
-    {
-        EnabledColumn,
-        HeightColumn,
-        ModeColumn,
-        DistanceColumn,
-        ColumnCount
-    };
+    using enum ObserverColumn;
 
     explicit ObserverPointsModel(QObject *parent = nullptr);
 
@@ -45,6 +39,9 @@ public:
     void addPoints(const QList<ObserverPoint> &points);
     /// `rows`: in ascending order, each once.
     void removePoints(const QVector<int> &rows);
+    /// Sorts the points themselves, in the order of sortedRows(). The tool gets them in the new order, and what is
+    /// selected stays selected.
+    void sort(int column, Qt::SortOrder order) override;
     /// Replaces all rows. Enabled points without ground stay enabled.
     void openSettings(const QList<ObserverPoint> &points);
 
@@ -67,10 +64,18 @@ public:
     /// out.
     QList<ToolObserver> observers(const DemGround &copy = {}) const;
 
+    /// Shows the area, in km², that each of observers() sees. A list of another length shows none. The areas are
+    /// shown until a point or the ground changes.
+    void setSeenAreas(const QVector<double> &areas);
+
+    /// Whether one of the points from `firstRow` to `lastRow` has a name, or a limit, for the column.
+    bool isUsed(int column, int firstRow, int lastRow) const;
+
     // Sentences with the unit of a number and what it counts from, in the current language.
 
     QString heightMeaning() const;
     QString distanceMeaning() const;
+    QString columnMeaning(int column) const; ///< empty for a column whose title says all
 
     /// Refreshes the headers after a change of the language.
     void retranslate();
@@ -80,6 +85,8 @@ signals:
     void restored(const QVector<int> &rows);
     /// Enabled points without ground were switched off.
     void pointsSwitchedOff();
+    /// Areas are shown that were not before.
+    void seenAreasShown();
 
 private:
     friend class ObserverStep;
@@ -88,6 +95,7 @@ private:
     {
         ObserverPoint point;
         std::optional<double> ground; ///< elevation of the DEM under the point; nothing where it has no data
+        std::optional<double> seenArea = {}; ///< in km²; nothing while it is not known
 
         bool isGroundless() const { return point.enabled && !absoluteAltitude(point, ground); }
     };
@@ -101,10 +109,14 @@ private:
     void change(const NumberedPoints &points);
     void takeOut(const NumberedPoints &points);
     void putIn(const NumberedPoints &points);
+    /// order[row]: the row where the point stood that goes to `row`; empty: all stay.
+    void reorder(const QVector<int> &order);
+    void clearSeenAreas();
 
-    QString text(const ObserverPoint &point, int column) const;
+    QString text(const Row &row, int column) const;
 
     QVector<Row> m_rows;
+    bool m_showsAreas = false; ///< some row has an area
     DemGround m_ground;
     QUndoStack m_history;
     QIcon m_on;

@@ -2,6 +2,7 @@
 
 #include "messages/Prompt.h"
 #include "panels/observers/PointDelegate.h"
+#include "panels/options/observerlines.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -20,13 +21,13 @@ ObserverTable::ObserverTable(QTableView *view, ObserverPointsModel &model)
     , m_model(model)
     , m_undo(new QAction(QIcon(QStringLiteral(":/QuvoGdalUtilities/images/undo.png")), {}, this))
     , m_redo(new QAction(QIcon(QStringLiteral(":/QuvoGdalUtilities/images/redo.png")), {}, this))
+    , m_copy(new QAction(this))
+    , m_paste(new QAction(this))
 {
     view->setModel(&model);
     view->setItemDelegate(new PointDelegate(view));
     view->setContextMenuPolicy(Qt::ActionsContextMenu);
-    view->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    view->horizontalHeader()->setSectionResizeMode(ObserverPointsModel::EnabledColumn, QHeaderView::Fixed);
-    view->horizontalHeader()->setSectionResizeMode(ObserverPointsModel::ModeColumn, QHeaderView::Fixed);
+    m_columns.emplace(view, model);
     // One height for all rows: heights by content would measure every row at every change.
     view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     fitRowHeight();
@@ -40,6 +41,9 @@ ObserverTable::ObserverTable(QTableView *view, ObserverPointsModel &model)
     for (QAction *action : {m_undo, m_redo})
         action->setShortcutContext(Qt::WidgetShortcut);
     addHistoryKeys(view);
+    view->addActions({m_copy, m_paste});
+    connect(m_copy, &QAction::triggered, this, &ObserverTable::copy);
+    connect(m_paste, &QAction::triggered, this, &ObserverTable::pasteRequested);
     connect(view, &QTableView::clicked, this, &ObserverTable::toggleClicked);
     connect(m_undo, &QAction::triggered, &model.history(), &QUndoStack::undo);
     connect(m_redo, &QAction::triggered, &model.history(), &QUndoStack::redo);
@@ -54,6 +58,11 @@ void ObserverTable::setHistoryButtons(QToolButton *undo, QToolButton *redo)
 {
     undo->setDefaultAction(m_undo);
     redo->setDefaultAction(m_redo);
+}
+
+void ObserverTable::setColumnsButton(QToolButton *button)
+{
+    m_columns->setMenuButton(button);
 }
 
 void ObserverTable::addHistoryKeys(QWidget *widget)
@@ -98,18 +107,28 @@ void ObserverTable::paste(const ObserverPoint &defaults)
 {
     const PointLinesReading reading = readPointLines(QGuiApplication::clipboard()->text(), defaults);
     addPoints(reading.points);
+    constexpr int mostShown = 5;
     QStringList problems;
-    if (reading.invalidLines > 0)
-        problems += tr("%1 lignes ne sont pas des points : x y [hauteur [mode [distance]]].", "MESS_OBS_COLLER")
-                        .arg(reading.invalidLines);
-    if (reading.unusablePoints > 0)
-        problems += tr("Points ignorés, faute de coordonnées, de hauteur ou de distance utilisables : %1. Une "
-                       "distance va de 0 (sans limite) à %2 m.",
-                       "MESS_OBS_INUTILISABLES")
-                        .arg(reading.unusablePoints)
-                        .arg(longestDistance, 0, 'f', 0);
-    if (!problems.isEmpty())
-        Prompt::warning(m_view->window(), problems.join(QStringLiteral("\n\n")));
+    for (const LineProblem &each : reading.problems.mid(0, mostShown))
+        problems += tr("Ligne %1 : %2", "MESS_OBS_LIGNE").arg(QString::number(each.line), each.problem);
+    if (problems.isEmpty())
+        return;
+    if (reading.problems.size() > mostShown)
+        problems += tr("… et %1 autres lignes.", "MESS_OBS_LIGNES_AUTRES").arg(reading.problems.size() - mostShown);
+    problems.prepend(tr("Lignes ignorées : %1. Une ligne s'écrit « x y [hauteur [mode [distance [nom]]]] », ou la "
+                        "première donne les noms des colonnes.",
+                        "MESS_OBS_COLLER")
+                         .arg(reading.problems.size()));
+    Prompt::warning(m_view->window(), problems.join(QLatin1Char('\n')));
+}
+
+void ObserverTable::copy()
+{
+    QList<ObserverPoint> points;
+    for (const int row : selectedRows())
+        points += m_model.point(row);
+    if (!points.isEmpty())
+        QGuiApplication::clipboard()->setText(pointLines(points));
 }
 
 void ObserverTable::removeSelected()
@@ -152,6 +171,8 @@ void ObserverTable::enable(const QVector<int> &rows, bool on)
 /// current where it is one of them.
 void ObserverTable::choosePresentRow(const QVector<int> &rows)
 {
+    if (rows.isEmpty()) // the points were sorted
+        return;
     const int row = std::min(rows.first(), m_model.rowCount() - 1);
     const QItemSelectionModel &selection = *m_view->selectionModel();
     if (row >= 0 && (!std::binary_search(rows.begin(), rows.end(), currentRow()) || !selection.hasSelection()))
@@ -181,32 +202,17 @@ void ObserverTable::showHistory()
 
 void ObserverTable::retranslate()
 {
-    m_view->setToolTip(
-        tr("Coller ajoute des lignes « x y [hauteur [mode [distance]]] » ; la barre d'espace active un point.",
-           "MESS_OBS_TABLE_EXPL"));
+    m_view->setToolTip(tr("Coller ajoute des lignes « x y [hauteur [mode [distance [nom]]]] », ou les colonnes que la "
+                          "première ligne nomme ; la barre d'espace active un point.",
+                          "MESS_OBS_TABLE_EXPL"));
+    const auto withKey = [](const QString &text, QKeySequence::StandardKey key) {
+        return text + QLatin1Char('\t') + QKeySequence(key).toString(QKeySequence::NativeText);
+    };
+    m_copy->setText(withKey(tr("Copier", "MESS_OBS_COPIER"), QKeySequence::Copy));
+    m_paste->setText(withKey(tr("Coller", "MESS_OBS_COLLER_ICI"), QKeySequence::Paste));
     m_model.retranslate();
-    fitColumns();
+    m_columns->retranslate();
     showHistory();
-}
-
-/// Sets the widths that depend on texts alone, and the least width at which each column shows its title and the
-/// largest usual number.
-void ObserverTable::fitColumns()
-{
-    QHeaderView *titles = m_view->horizontalHeader();
-    const int margin = 2 * m_view->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, m_view) + 12;
-    const int number = m_view->fontMetrics().horizontalAdvance(QStringLiteral("100000.000")) + margin;
-    int width = m_view->verticalHeader()->sizeHint().width() + 2 * m_view->frameWidth();
-    for (int column = 0; column < ObserverPointsModel::ColumnCount; ++column) {
-        const int title = titles->sectionSizeHint(column);
-        const bool isNumber =
-            column == ObserverPointsModel::HeightColumn || column == ObserverPointsModel::DistanceColumn;
-        const int least = isNumber ? std::max(title, number) : title + margin;
-        if (!isNumber)
-            titles->resizeSection(column, least);
-        width += least;
-    }
-    m_view->setMinimumWidth(width);
 }
 
 void ObserverTable::fitRowHeight()
@@ -220,6 +226,10 @@ bool ObserverTable::handleKey(const QKeyEvent &key)
 {
     if (key.key() == Qt::Key_Space && key.modifiers() == Qt::NoModifier && currentRow() >= 0) {
         enable(selectedRows(), !m_model.point(currentRow()).enabled);
+        return true;
+    }
+    if (key.matches(QKeySequence::Copy)) {
+        copy();
         return true;
     }
     if (key.matches(QKeySequence::Paste)) {
@@ -239,7 +249,7 @@ bool ObserverTable::eventFilter(QObject *watched, QEvent *event)
         return true;
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         fitRowHeight();
-        fitColumns();
+        m_columns->fit();
     }
     return QObject::eventFilter(watched, event);
 }

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "panels/observers/ObserverPointsModel.h"
+#include "panels/observers/TableColumns.h"
 
 #include <QObject>
+
+#include <optional>
 
 class QAction;
 class QKeyEvent;
@@ -12,7 +15,7 @@ class QToolButton;
 /// The work on the table of observers: its selection and keys, the removal of points, and undo and redo.
 ///
 /// While the table has the focus, the space bar switches the selected points on and off, "delete" removes them,
-/// "paste" emits pasteRequested(), and the keys of undo and redo use the history.
+/// "copy" copies them, "paste" emits pasteRequested(), and the keys of undo and redo use the history.
 class ObserverTable : public QObject
 {
     Q_OBJECT
@@ -36,9 +39,15 @@ public:
     /// Adds the points and makes the last of them current.
     void addPoints(const QList<ObserverPoint> &points);
 
-    /// Adds the points in the lines of the clipboard. A message box counts the lines that are none. `defaults`
-    /// supplies what a line leaves out.
+    /// Lets the button open the menu of columns.
+    void setColumnsButton(QToolButton *button);
+
+    /// Adds the points in the lines of the clipboard, as readPointLines() reads them. A message box names the lines
+    /// that are none. `defaults` supplies what a line leaves out.
     void paste(const ObserverPoint &defaults);
+
+    /// Copies the selected points, or else the current one, to the clipboard in the form that paste() reads.
+    void copy();
 
     /// Removes the selected points. If no row is selected, removes the current point.
     void removeSelected();
@@ -60,7 +69,6 @@ signals:
 private:
     bool handleKey(const QKeyEvent &key);
     void fitRowHeight();
-    void fitColumns();
     void toggleClicked(const QModelIndex &index);
     void enable(const QVector<int> &rows, bool on);
     void choosePresentRow(const QVector<int> &rows);
@@ -71,4 +79,7 @@ private:
     ObserverPointsModel &m_model;
     QAction *m_undo;
     QAction *m_redo;
+    QAction *m_copy;
+    QAction *m_paste;
+    std::optional<TableColumns> m_columns; ///< exists once the view has its model
 };

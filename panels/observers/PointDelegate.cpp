@@ -15,9 +15,11 @@ QWidget *PointDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
         return combo;
     }
     QWidget *editor = QStyledItemDelegate::createEditor(parent, option, index);
-    const bool isHeight = index.column() == ObserverPointsModel::HeightColumn;
-    if (auto field = qobject_cast<QLineEdit *>(editor))
-        makeNumberField(field, isHeight ? -highestAltitude : 0.0, isHeight ? highestAltitude : longestDistance);
+    auto field = qobject_cast<QLineEdit *>(editor);
+    if (field && isNumberColumn(index.column())) {
+        const auto [lowest, highest, mayBeEmpty] = rangeOf(index.column());
+        (mayBeEmpty ? makeOptionalNumberField : makeNumberField)(field, lowest, highest);
+    }
     return editor;
 }
 

@@ -36,7 +36,10 @@ intervisibilityProcessInfoDialog::intervisibilityProcessInfoDialog(const VectorO
     m_form->setupUi(this);
     makeNumberField(m_form->m_pLEPas);
     m_form->m_pLEPas->setText(QString::number(minimumStep, 'g', QLocale::FloatingPointShortest));
-    m_form->m_pLEPas->setEnabled(!source.lines.isEmpty());
+    for (QWidget *widget : QList<QWidget *>{m_form->m_pLabelExplanation, m_form->m_pStepLabel, m_form->m_pLEPas})
+        widget->setVisible(!source.lines.isEmpty()); // points are not sampled
+    m_form->m_pCrsNote->setText(source.crsNotes.join(QLatin1Char('\n')));
+    m_form->m_pCrsNote->setVisible(!source.crsNotes.isEmpty());
     listHeightSources();
     m_timer.setSingleShot(true);
     m_timer.setInterval(typingPause);
@@ -57,7 +60,9 @@ void intervisibilityProcessInfoDialog::listHeightSources()
     combo->addItem(tr("Hauteur par défaut", "MESS_HAUTEUR_DEFAUT"), DefaultHeight);
     if (m_source.hasZ)
         combo->addItem(tr("Coordonnée Z (altitude absolue)", "MESS_HAUTEUR_Z"), ZCoordinate);
-    for (const QString &attribute : m_source.numericAttributes)
+    QStringList attributes = m_source.numericAttributes;
+    attributes.sort();
+    for (const QString &attribute : attributes)
         combo->addItem(attribute, Attribute);
     const bool choice = combo->count() > 1;
     combo->setVisible(choice);

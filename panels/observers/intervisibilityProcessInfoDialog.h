@@ -13,7 +13,8 @@ class intervisibilityProcessInfoDialog;
 }
 
 /// Dialog that asks how to make observers of a vector source: the distance between the samples of its lines,
-/// and where the heights come from. Shows the number of observers and the estimated computing time.
+/// where it has lines, and where the heights come from. Shows the CRS of the source where it is not that of the
+/// DEM, the number of observers and the estimated computing time.
 class intervisibilityProcessInfoDialog : public QDialog
 {
     Q_OBJECT

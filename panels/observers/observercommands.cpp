@@ -10,6 +10,7 @@ const StepName removalStep{{"MESS_ETAPE_SUPPR_1", "suppression d'un point"},
                            {"MESS_ETAPE_SUPPR", "suppression de %1 points"}};
 const StepName changeStep{{"MESS_ETAPE_MODIF_1", "modification d'un point"},
                           {"MESS_ETAPE_MODIF", "modification de %1 points"}};
+const StepName sortingStep{{"MESS_ETAPE_TRI", "tri des points"}, {"MESS_ETAPE_TRI", "tri des points"}};
 const StepName settingsStep{{"MESS_ETAPE_REGLAGES", "remplacement des points par ceux des réglages"},
                             {"MESS_ETAPE_REGLAGES", "remplacement des points par ceux des réglages"}};
 
@@ -25,6 +26,14 @@ QVector<int> rowsOf(const NumberedPoints &putIn, const NumberedPoints &changed, 
     return rows;
 }
 
+QVector<int> inverse(const QVector<int> &order)
+{
+    QVector<int> places(order.size());
+    for (int row = 0; row < order.size(); ++row)
+        places[order.at(row)] = row;
+    return places;
+}
+
 } // namespace
 
 ObserverStep::ObserverStep(ObserverPointsModel &model, const StepName &name, int count, const TableEdit &edit)
@@ -36,6 +45,7 @@ ObserverStep::ObserverStep(ObserverPointsModel &model, const StepName &name, int
 
 void ObserverStep::undo()
 {
+    m_model.reorder(inverse(m_edit.order));
     m_model.takeOut(m_edit.inserted);
     m_model.putIn(m_edit.removed);
     m_model.change(m_edit.before);
@@ -47,6 +57,7 @@ void ObserverStep::redo()
     m_model.change(m_edit.after);
     m_model.takeOut(m_edit.removed);
     m_model.putIn(m_edit.inserted);
+    m_model.reorder(m_edit.order);
     if (m_wasDone)
         emit m_model.restored(rowsOf(m_edit.inserted, m_edit.after, m_edit.removed));
     m_wasDone = true;

@@ -5,10 +5,13 @@
 #include "messages/Prompt.h"
 #include "messages/label.h"
 #include "panels/observers/AbsoluteHeightEditor.h"
+#include "panels/observers/LayerDialog.h"
 #include "panels/observers/intervisibilityProcessInfoDialog.h"
 #include "panels/options/vectorobservers.h"
 
 #include <QFileInfo>
+#include <QLocale>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -41,27 +44,44 @@ void adaptOutsidePoints(QList<ObserverPoint> &points, const DemGround &ground, Q
     }
 }
 
-} // namespace
-
-QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground, const ObserverPoint &values,
-                                     QWidget *parent)
+/// The layer that is imported; empty where the source has only one.
+struct LayerAnswer
 {
-    const QString file = chooseSource(dem, parent);
-    if (file.isEmpty())
+    QString layer;
+    bool cancelled = false;
+};
+
+LayerAnswer chooseLayer(const QVector<VectorLayer> &layers, QWidget *parent)
+{
+    if (layers.size() < 2)
         return {};
-    const VectorObservers source = readVectorObservers(file, ground.crs());
-    if (!source.problem.isEmpty()) {
-        Prompt::critical(parent,
-                         labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QStringLiteral("\n\n")
-                             + source.problem);
+    LayerDialog dialog(layers, parent);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    return {dialog.layer(), !accepted};
+}
+
+/// The way to make observers of a source.
+struct ImportChoices
+{
+    double step = 1.0; ///< between the samples of lines
+    HeightChoice heights;
+    bool cancelled = false;
+};
+
+/// Asks where there is something to choose: a distance between samples, or where the heights come from.
+ImportChoices askChoices(const VectorObservers &source, const DemGround &ground, QWidget *parent)
+{
+    const bool hasHeights = source.hasZ || !source.numericAttributes.isEmpty();
+    if (source.lines.isEmpty() && !hasHeights && sampledCount(source, 1.0) <= mostObservers)
         return {};
-    }
-    intervisibilityProcessInfoDialog choices(source, ground.width(), ground.height(), ground.cellSize(),
-                                             parent);
-    if (choices.exec() != QDialog::Accepted)
-        return {};
-    SampledObservers observers = observersFrom(source, choices.step(), values, choices.heightChoice());
-    adaptOutsidePoints(observers.points, ground, parent);
+    intervisibilityProcessInfoDialog dialog(source, ground.width(), ground.height(), ground.cellSize(), parent);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    return {dialog.step(), dialog.heightChoice(), !accepted};
+}
+
+/// Sentences about what could not be imported.
+QStringList findingsOf(const VectorObservers &source, const SampledObservers &observers)
+{
     QStringList findings;
     if (source.skippedFeatures > 0)
         findings +=
@@ -72,7 +92,53 @@ QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground
         findings += labelText({"MESS_OBS_SANS_HAUTEUR",
                                "Points sans hauteur utilisable, qui ont reçu la hauteur par défaut : %1."})
                         .arg(observers.withoutHeight);
+    if (source.unusableValues > 0)
+        findings += labelText({"MESS_OBS_VALEURS",
+                               "Valeurs ignorées, car aucun observateur ne peut les avoir (azimut, angle, "
+                               "distance ou hauteur) : %1."})
+                        .arg(source.unusableValues);
+    return findings;
+}
+
+/// Shows how many observers came, and which CRS they came from.
+void confirm(int count, const QStringList &crsNotes, QWidget *button)
+{
+    QString text = labelText({"MESS_OBS_IMPORTES", "Observateurs importés : %1."}).arg(QLocale().toString(count));
+    if (!crsNotes.isEmpty())
+        text += QLatin1Char('\n') + crsNotes.join(QLatin1Char('\n'));
+    Prompt::notice(button, text);
+}
+
+} // namespace
+
+QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground, const ObserverPoint &values,
+                                     QWidget *button)
+{
+    QWidget *parent = button->window();
+    const QString file = chooseSource(dem, parent);
+    if (file.isEmpty())
+        return {};
+    const VectorLayers layers = readVectorLayers(file);
+    if (!layers.problem.isEmpty()) {
+        Prompt::critical(parent, layers.problem);
+        return {};
+    }
+    const LayerAnswer layer = chooseLayer(layers.layers, parent);
+    if (layer.cancelled)
+        return {};
+    const VectorObservers source = readVectorObservers(file, ground.crs(), layer.layer);
+    if (!source.problem.isEmpty()) {
+        Prompt::critical(parent, source.problem);
+        return {};
+    }
+    const ImportChoices choices = askChoices(source, ground, parent);
+    if (choices.cancelled)
+        return {};
+    SampledObservers observers = observersFrom(source, choices.step, values, choices.heights);
+    adaptOutsidePoints(observers.points, ground, parent);
+    const QStringList findings = findingsOf(source, observers);
     if (!findings.isEmpty())
         Prompt::warning(parent, findings.join(QStringLiteral("\n\n")));
+    confirm(static_cast<int>(observers.points.size()), source.crsNotes, button);
     return observers.points;
 }

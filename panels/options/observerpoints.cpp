@@ -1,19 +1,11 @@
 #include "panels/options/observerpoints.h"
 
-#include "dataset/gdalmessages.h"
-#include "dataset/pathencoding.h"
 #include "messages/label.h"
 #include "panels/options/recordfields.h"
 
-#include <QDir>
-#include <QFile>
-#include <QRegularExpression>
-
-#include <gdal_priv.h>
-#include <ogrsf_frmts.h>
+#include <QSet>
 
 #include <cmath>
-#include <memory>
 
 QString altitudeModeText(AltitudeMode mode)
 {
@@ -52,7 +44,7 @@ QString pointProblem(const ObserverPoint &point)
         return problem("height", point.height, -highestAltitude, highestAltitude);
     if (!(point.maxDistance >= 0.0 && point.maxDistance <= longestDistance))
         return problem("distance", point.maxDistance, 0.0, longestDistance);
-    return {};
+    return limitsProblem(point.limits);
 }
 
 std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::optional<double> &ground)
@@ -68,37 +60,7 @@ std::optional<ToolObserver> toolObserver(const ObserverPoint &point, const std::
     const auto altitude = absoluteAltitude(point, copyGround ? copyGround : demGround);
     if (!point.enabled || !altitude)
         return std::nullopt;
-    return ToolObserver{point.x, point.y, *altitude, point.maxDistance};
-}
-
-PointLinesReading readPointLines(const QString &text, const ObserverPoint &defaults)
-{
-    static const QRegularExpression separators(QStringLiteral("[\\s;]+"));
-    PointLinesReading reading;
-    for (const QString &line : text.split(QLatin1Char('\n'))) {
-        const QStringList fields = line.split(separators, Qt::SkipEmptyParts);
-        if (fields.isEmpty())
-            continue;
-        ObserverPoint point = defaults;
-        bool good = fields.size() >= 2 && fields.size() <= 5;
-        double *const numbers[] = {&point.x, &point.y, &point.height, nullptr, &point.maxDistance};
-        for (int at = 0; good && at < fields.size(); ++at) {
-            if (numbers[at]) {
-                *numbers[at] = fields.at(at).toDouble(&good); // "nan" and "inf" are numbers, but unusable
-            } else {
-                const auto mode = readAltitudeMode(fields.at(at));
-                good = mode.has_value();
-                point.mode = mode.value_or(point.mode);
-            }
-        }
-        if (!good)
-            ++reading.invalidLines;
-        else if (!pointProblem(point).isEmpty())
-            ++reading.unusablePoints;
-        else
-            reading.points += point;
-    }
-    return reading;
+    return ToolObserver{point.x, point.y, *altitude, point.maxDistance, point.name, point.limits};
 }
 
 namespace
@@ -113,18 +75,46 @@ struct PointRowReading
 
 QVariantMap pointRow(const ObserverPoint &point)
 {
-    return {{QStringLiteral("enabled"), point.enabled},
-            {QStringLiteral("x"), point.x},
-            {QStringLiteral("y"), point.y},
-            {QStringLiteral("height"), point.height},
-            {QStringLiteral("mode"), altitudeModeText(point.mode)},
-            {QStringLiteral("distance"), point.maxDistance}};
+    QVariantMap row{{QStringLiteral("enabled"), point.enabled},
+                    {QStringLiteral("x"), point.x},
+                    {QStringLiteral("y"), point.y},
+                    {QStringLiteral("height"), point.height},
+                    {QStringLiteral("mode"), altitudeModeText(point.mode)},
+                    {QStringLiteral("distance"), point.maxDistance}};
+    if (!point.name.isEmpty())
+        row.insert(QStringLiteral("name"), point.name);
+    for (const LimitField &field : limitFields()) {
+        if (const auto &number = point.limits.*field.value)
+            row.insert(QString::fromLatin1(field.name), *number);
+    }
+    return row;
 }
 
-PointRowReading readPointRow(const QVariantMap &row)
+/// The names of all members that a row may have.
+QSet<QString> knownMembers()
 {
-    PointRowReading reading;
-    ObserverPoint &point = reading.point;
+    QSet<QString> names{QStringLiteral("name")};
+    const QVariantMap always = pointRow({});
+    for (auto member = always.cbegin(); member != always.cend(); ++member)
+        names += member.key();
+    for (const LimitField &field : limitFields())
+        names += QString::fromLatin1(field.name);
+    return names;
+}
+
+QString notANumber(const QString &member)
+{
+    return labelText(
+               {"MESS_OBS_NOMBRE", "Chaque observateur demande les nombres x et y ; %1 n'est pas un nombre."})
+        .arg(member);
+}
+
+// The functions read…() set members of the point from a row. They return the problem in a sentence; empty for
+// good members.
+
+QString readNumbers(const QVariantMap &row, ObserverPoint &point)
+{
+    QString problem;
     const QList<QPair<QString, double *>> numbers{
         {"x", &point.x}, {"y", &point.y}, {"height", &point.height}, {"distance", &point.maxDistance}};
     for (const auto &[name, number] : numbers) {
@@ -133,31 +123,59 @@ PointRowReading readPointRow(const QVariantMap &row)
         if (value)
             *number = *value;
         else if (required || row.contains(name))
-            reading.problem =
-                labelText({"MESS_OBS_NOMBRE",
-                           "Chaque observateur demande les nombres x et y ; %1 n'est pas un nombre."})
-                    .arg(name);
+            problem = notANumber(name);
     }
-    if (row.contains(QStringLiteral("mode"))) {
-        const auto mode = readAltitudeMode(row.value(QStringLiteral("mode")).toString());
+    for (const LimitField &field : limitFields()) {
+        const QVariant value = row.value(QString::fromLatin1(field.name));
+        if (!value.isValid() || isNone(value))
+            continue;
+        point.limits.*field.value = readNumber(value);
+        if (!(point.limits.*field.value))
+            problem = notANumber(QString::fromLatin1(field.name));
+    }
+    return problem;
+}
+
+QString readWords(const QVariantMap &row, ObserverPoint &point)
+{
+    const QString modeName = QStringLiteral("mode");
+    if (row.contains(modeName)) {
+        const auto mode = readAltitudeMode(row.value(modeName).toString());
         if (!mode)
-            reading.problem = labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
-        point.mode = mode.value_or(point.mode);
+            return labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
+        point.mode = *mode;
     }
     const QString enabled = QStringLiteral("enabled");
     if (row.contains(enabled)) {
         const auto on = readSwitch(row.value(enabled));
-        point.enabled = on.value_or(point.enabled);
         if (!on)
-            reading.problem = switchProblem(enabled, row.value(enabled));
+            return switchProblem(enabled, row.value(enabled));
+        point.enabled = *on;
     }
-    const QVariantMap known = pointRow(point);
+    const QString nameName = QStringLiteral("name");
+    if (row.contains(nameName)) {
+        const QVariant name = row.value(nameName);
+        if (name.userType() != QMetaType::QString || name.toString().contains(QChar(0)))
+            return textProblem(nameName);
+        point.name = name.toString();
+    }
+    return {};
+}
+
+PointRowReading readPointRow(const QVariantMap &row)
+{
+    static const QSet<QString> known = knownMembers();
+    PointRowReading reading;
     for (auto member = row.cbegin(); member != row.cend(); ++member) {
         if (!known.contains(member.key()))
             reading.problem = labelText({"MESS_REC_INCONNU", "Membre inconnu : « %1 »."}).arg(member.key());
     }
     if (reading.problem.isEmpty())
-        reading.problem = pointProblem(point);
+        reading.problem = readNumbers(row, reading.point);
+    if (reading.problem.isEmpty())
+        reading.problem = readWords(row, reading.point);
+    if (reading.problem.isEmpty())
+        reading.problem = pointProblem(reading.point);
     return reading;
 }
 
@@ -183,30 +201,4 @@ QVariantList pointRows(const QList<ObserverPoint> &points)
     for (const ObserverPoint &point : points)
         rows += pointRow(point);
     return rows;
-}
-
-QString writePointFile(const QString &folder, const QList<ToolObserver> &observers)
-{
-    const QString path = QDir(folder).filePath(QStringLiteral("point.shp"));
-    const GdalMessages messages; // the caller learns of an error by the empty path
-    GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
-    std::unique_ptr<GDALDataset> file(
-        driver ? driver->Create(encodePath(path).constData(), 0, 0, 0, GDT_Unknown, nullptr) : nullptr);
-    OGRLayer *layer = file ? file->CreateLayer("point", nullptr, wkbPoint25D, nullptr) : nullptr;
-    OGRFieldDefn distance("Max_Dist", OFTReal);
-    constexpr int decimals = 15;
-    distance.SetWidth(10 + 1 + decimals); // room for the digits of longestDistance; GDAL's own width has not
-    distance.SetPrecision(decimals);
-    if (!layer || layer->CreateField(&distance) != OGRERR_NONE)
-        return {};
-    for (const ToolObserver &observer : observers) {
-        OGRFeature feature(layer->GetLayerDefn());
-        OGRPoint point(observer.x, observer.y, observer.z);
-        feature.SetGeometry(&point);
-        feature.SetField(0, observer.maxDistance);
-        if (layer->CreateFeature(&feature) != OGRERR_NONE)
-            return {};
-    }
-    file.reset(); // writes what GDAL still holds; the disk may be full
-    return messages.lastError().isEmpty() ? path : QString();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dataset/demground.h"
+#include "panels/options/observerlimits.h"
 
 #include <QList>
 #include <QString>
@@ -30,6 +31,8 @@ struct ObserverPoint
     double height = 1.7; ///< in the DEM's unit of elevations
     AltitudeMode mode = AltitudeMode::Relative;
     double maxDistance = 100000.0; ///< how far the observer sees, in metres; 0: without limit
+    QString name;                  ///< one line for display and results; empty: no name
+    ObserverLimits limits;
 
     QPointF position() const { return {x, y}; }
     bool operator==(const ObserverPoint &other) const = default;
@@ -53,18 +56,6 @@ QString pointProblem(const ObserverPoint &point);
 /// nothing where the DEM has no data: a relative height has no altitude there.
 std::optional<double> absoluteAltitude(const ObserverPoint &point, const std::optional<double> &ground);
 
-/// Points that were read from lines of text.
-struct PointLinesReading
-{
-    QList<ObserverPoint> points;
-    int invalidLines = 0;   ///< number of lines of another form; they are skipped
-    int unusablePoints = 0; ///< number of lines with a pointProblem(); they are skipped
-};
-
-/// Reads lines "x y [height [mode [distance]]]", separated by tabs, blanks or semicolons, with numbers in the C
-/// locale. `defaults` supplies what a line leaves out.
-PointLinesReading readPointLines(const QString &text, const ObserverPoint &defaults);
-
 /// Points that were read from a recipe's rows.
 struct PointRowsReading
 {
@@ -72,11 +63,11 @@ struct PointRowsReading
     QString problem; ///< which member is not valid, in a sentence; empty for good rows
 };
 
-/// Reads a JSON array of objects with the members x, y, height, mode, distance and enabled. x and y are
-/// required; the others default to those of ObserverPoint.
+/// Reads a JSON array of objects with the members x, y, height, mode, distance, enabled, name and those of
+/// limitFields(). x and y are required; the others default to those of ObserverPoint.
 PointRowsReading readPointRows(const QVariant &value);
 
-/// The points as readPointRows() reads them.
+/// The points as readPointRows() reads them. Empty names and limits that are not given have no member.
 QVariantList pointRows(const QList<ObserverPoint> &points);
 
 /// An observer in the form that the tool reads.
@@ -86,6 +77,8 @@ struct ToolObserver
     double y;
     double z;           ///< altitude above the DEM's zero
     double maxDistance; ///< in metres
+    QString name;       ///< empty: no name
+    ObserverLimits limits;
 };
 
 /// The observer as the tool reads it from a copy of the DEM. copyGround: elevation of the copy under the
@@ -93,7 +86,3 @@ struct ToolObserver
 /// DEM, for a place where the copy has no data. Nothing for an observer that is off or has no altitude.
 std::optional<ToolObserver> toolObserver(const ObserverPoint &point, const std::optional<double> &copyGround,
                                          const std::optional<double> &demGround);
-
-/// Writes the shapefile "point.shp" into the folder: a layer "point" of 2.5D points without a CRS, with the
-/// distances in the field "Max_Dist". Returns its path; empty after any failure.
-QString writePointFile(const QString &folder, const QList<ToolObserver> &observers);

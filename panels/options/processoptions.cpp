@@ -241,6 +241,8 @@ QVector<RecordField<IntervisibilityOptions>> fieldsOf(const IntervisibilityOptio
     return {
         QUVO_FIELD(IntervisibilityOptions, points, 0, 0, "MESS_OPT_OBS_SOURCE",
                    "fichier vecteur dont les points, et les lignes échantillonnées, sont des observateurs"),
+        QUVO_FIELD(IntervisibilityOptions, pointsLayer, 0, 0, "MESS_OPT_OBS_COUCHE",
+                   "couche de ce fichier ; vide : toutes"),
         QUVO_FIELD(IntervisibilityOptions, height, -highestAltitude, highestAltitude, "MESS_OPT_OBS_HAUTEUR",
                    "hauteur ou altitude de ces observateurs"),
         QUVO_FIELD(IntervisibilityOptions, mode, 0, 0, "MESS_OPT_OBS_MODE",

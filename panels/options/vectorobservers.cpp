@@ -3,6 +3,8 @@
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
 #include "dataset/references.h"
+#include "messages/label.h"
+#include "panels/options/layerfields.h"
 
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
@@ -35,17 +37,36 @@ Transformation transformationTo(const QString &crs, const OGRSpatialReference *l
     return Transformation(OGRCreateCoordinateTransformation(&source, &target));
 }
 
-QHash<QString, double> numericValues(const OGRFeature &feature)
+/// "EPSG:4326" or the like, otherwise the name of the CRS.
+QString shortName(const OGRSpatialReference &crs)
 {
-    QHash<QString, double> values;
-    for (int at = 0; at < feature.GetFieldCount(); ++at) {
-        const OGRFieldDefn &field = *feature.GetFieldDefnRef(at);
-        const bool isNumber =
-            field.GetType() == OFTReal || field.GetType() == OFTInteger || field.GetType() == OFTInteger64;
-        if (isNumber && feature.IsFieldSetAndNotNull(at))
-            values.insert(QString::fromUtf8(field.GetNameRef()), feature.GetFieldAsDouble(at));
-    }
-    return values;
+    const char *authority = crs.GetAuthorityName(nullptr);
+    const char *code = crs.GetAuthorityCode(nullptr);
+    return authority && code ? QStringLiteral("%1:%2").arg(QLatin1String(authority), QLatin1String(code))
+                             : QString::fromUtf8(crs.GetName());
+}
+
+/// A sentence about the CRS of a layer; empty where it is that of the DEM.
+QString crsNote(const QString &crs, const OGRSpatialReference *layer)
+{
+    OGRSpatialReference dem;
+    if (!crs.isEmpty())
+        dem.SetFromUserInput(crs.toUtf8().constData());
+    if (crs.isEmpty())
+        return layer ? labelText({"MESS_OBS_SCR_MNT_SANS",
+                                  "Le MNT n'a pas de système de coordonnées : les coordonnées de la source "
+                                  "(%1) sont reprises telles quelles."})
+                           .arg(shortName(*layer))
+                     : QString();
+    if (!layer)
+        return labelText({"MESS_OBS_SCR_SANS",
+                          "La source n'a pas de système de coordonnées : celui du MNT (%1) est supposé."})
+            .arg(shortName(dem));
+    const char *const anyAxes[]{"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES", nullptr};
+    return dem.IsSame(layer, anyAxes)
+        ? QString()
+        : labelText({"MESS_OBS_SCR_AUTRE", "%1 → %2 : les coordonnées sont reprojetées."})
+              .arg(shortName(*layer), shortName(dem));
 }
 
 // The functions add…() add a part of a feature to `found`. They return false when a piece of the part has
@@ -64,11 +85,12 @@ bool addLine(const OGRSimpleCurve &line, VectorObservers &found)
     return !vertices.isEmpty();
 }
 
-bool addSite(const OGRPoint &point, const QHash<QString, double> &values, VectorObservers &found)
+/// `site` holds what the feature of the point says.
+bool addSite(const OGRPoint &point, VectorSite site, VectorObservers &found)
 {
     if (point.IsEmpty() || !isCoordinate(point.getX()) || !isCoordinate(point.getY()))
         return false;
-    VectorSite site{{point.getX(), point.getY()}, std::nullopt, values};
+    site.position = {point.getX(), point.getY()};
     if (point.Is3D() && std::isfinite(point.getZ()))
         site.z = point.getZ();
     found.hasZ = found.hasZ || site.z;
@@ -76,11 +98,11 @@ bool addSite(const OGRPoint &point, const QHash<QString, double> &values, Vector
     return true;
 }
 
-bool addGeometry(const OGRGeometry &geometry, const QHash<QString, double> &values, VectorObservers &found)
+bool addGeometry(const OGRGeometry &geometry, const VectorSite &site, VectorObservers &found)
 {
     switch (wkbFlatten(geometry.getGeometryType())) {
     case wkbPoint:
-        return addSite(*geometry.toPoint(), values, found);
+        return addSite(*geometry.toPoint(), site, found);
     case wkbLineString:
     case wkbLinearRing:
         return addLine(*geometry.toSimpleCurve(), found);
@@ -97,9 +119,21 @@ bool addGeometry(const OGRGeometry &geometry, const QHash<QString, double> &valu
     case wkbGeometryCollection: {
         bool added = !geometry.IsEmpty();
         for (const OGRGeometry *part : *geometry.toGeometryCollection())
-            added = addGeometry(*part, values, found) && added;
+            added = addGeometry(*part, site, found) && added;
         return added;
     }
+    default:
+        return false;
+    }
+}
+
+bool holdsPoints(const OGRGeometry &geometry)
+{
+    switch (wkbFlatten(geometry.getGeometryType())) {
+    case wkbPoint:
+    case wkbMultiPoint:
+    case wkbGeometryCollection:
+        return true;
     default:
         return false;
     }
@@ -111,23 +145,78 @@ void addLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
     const Transformation transformation =
         sameCoordinates ? nullptr : transformationTo(crs, layer.GetSpatialRef());
     const bool possible = sameCoordinates || transformation;
+    LayerFields fields(*layer.GetLayerDefn());
+    bool any = false;
     for (auto &feature : layer) {
         const OGRGeometry *geometry = feature->GetGeometryRef();
         const std::unique_ptr<OGRGeometry> own(geometry && possible ? geometry->getLinearGeometry() : nullptr);
         const bool placed = own && (!transformation || own->transform(transformation.get()) == OGRERR_NONE);
-        const QHash<QString, double> values = numericValues(*feature);
-        const auto sitesBefore = found.sites.size();
-        if (!placed || !addGeometry(*own, values, found)) {
+        const VectorSite site = placed && holdsPoints(*own) ? fields.read(*feature, found) : VectorSite();
+        if (!placed || !addGeometry(*own, site, found))
             ++found.skippedFeatures;
-            continue;
-        }
-        if (found.sites.size() == sitesBefore)
-            continue;
-        for (auto value = values.begin(); value != values.end(); ++value) {
-            if (!found.numericAttributes.contains(value.key()))
-                found.numericAttributes += value.key();
-        }
+        any = true;
     }
+    const QString note = any ? crsNote(crs, layer.GetSpatialRef()) : QString();
+    if (!note.isEmpty() && !found.crsNotes.contains(note))
+        found.crsNotes += note;
+}
+
+LayerGeometry kindOf(OGRwkbGeometryType type)
+{
+    switch (wkbFlatten(type)) {
+    case wkbPoint:
+    case wkbMultiPoint:
+        return LayerGeometry::Points;
+    case wkbLineString:
+    case wkbMultiLineString:
+    case wkbCompoundCurve:
+    case wkbCircularString:
+    case wkbMultiCurve:
+        return LayerGeometry::Lines;
+    case wkbPolygon:
+    case wkbMultiPolygon:
+    case wkbCurvePolygon:
+    case wkbMultiSurface:
+    case wkbTriangle:
+        return LayerGeometry::Areas;
+    default:
+        return LayerGeometry::Mixed;
+    }
+}
+
+/// A vector source that was opened.
+struct OpenedSource
+{
+    std::unique_ptr<GDALDataset> dataset; ///< null after a failure
+    QString problem;                      ///< why, for the user; empty otherwise
+};
+
+OpenedSource openSource(const QString &path)
+{
+    const QString unusable = labelText({"MESS_ERR_FORMAT", "Format non reconnu"}) + QLatin1Char('\n');
+    const QString endless = endlessSourceProblem(path);
+    if (!endless.isEmpty())
+        return {nullptr, unusable + endless};
+    const GdalMessages messages;
+    std::unique_ptr<GDALDataset> source(
+        GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));
+    if (!source)
+        return {nullptr, unusable + (messages.lastError().isEmpty() ? path : messages.lastError())};
+    return {std::move(source), {}};
+}
+
+/// All local files of the source, which is at `path`.
+QStringList filesOf(GDALDataset &source, const QString &path)
+{
+    QStringList files;
+    char **names = source.GetFileList();
+    for (char **name = names; name && *name; ++name)
+        files += decodePath(*name);
+    CSLDestroy(names);
+    const QStringList all = QStringList{path} + files;
+    for (const QString &name : all)
+        files += referencedFiles(name);
+    return files;
 }
 
 double distance(const QPointF &one, const QPointF &other)
@@ -148,29 +237,41 @@ double sampleCount(const QVector<QPointF> &line, double step)
 
 } // namespace
 
-VectorObservers readVectorObservers(const QString &path, const QString &crs)
+VectorLayers readVectorLayers(const QString &path)
+{
+    const OpenedSource source = openSource(path);
+    VectorLayers found{{}, source.problem};
+    if (!source.dataset)
+        return found;
+    for (OGRLayer *layer : source.dataset->GetLayers()) {
+        const qint64 count = layer->GetGeomType() == wkbNone ? 0 : layer->GetFeatureCount();
+        const OGRSpatialReference *crs = layer->GetSpatialRef();
+        if (count > 0)
+            found.layers += {QString::fromUtf8(layer->GetName()), kindOf(layer->GetGeomType()), count,
+                             crs ? shortName(*crs) : QString()};
+    }
+    return found;
+}
+
+VectorObservers readVectorObservers(const QString &path, const QString &crs, const QString &layer)
 {
     VectorObservers found;
-    found.problem = endlessSourceProblem(path);
-    if (!found.problem.isEmpty())
+    const OpenedSource source = openSource(path);
+    found.problem = source.problem;
+    if (!source.dataset)
         return found;
-    const GdalMessages messages;
-    const std::unique_ptr<GDALDataset> source(
-        GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));
-    if (!source) {
-        found.problem = messages.lastError().isEmpty() ? path : messages.lastError();
+    found.files = filesOf(*source.dataset, path);
+    const GdalMessages messages; // features that cannot be transformed are counted
+    if (!layer.isEmpty()) {
+        if (OGRLayer *one = source.dataset->GetLayerByName(layer.toUtf8().constData()))
+            addLayer(*one, crs, found);
+        else
+            found.problem =
+                labelText({"MESS_OBS_SANS_COUCHE", "« %1 » n'a pas de couche « %2 »."}).arg(path, layer);
         return found;
     }
-    char **files = source->GetFileList();
-    for (char **file = files; file && *file; ++file)
-        found.files += decodePath(*file);
-    CSLDestroy(files);
-    const QStringList names = QStringList{path} + found.files;
-    for (const QString &name : names)
-        found.files += referencedFiles(name);
-    for (OGRLayer *layer : source->GetLayers())
-        addLayer(*layer, crs, found);
-    found.numericAttributes.sort();
+    for (OGRLayer *one : source.dataset->GetLayers())
+        addLayer(*one, crs, found);
     return found;
 }
 
@@ -214,20 +315,26 @@ SampledObservers observersFrom(const VectorObservers &source, double step, const
         observers.points.last().y = position.y();
         return observers.points.last();
     };
+    const auto attribute = source.numericAttributes.indexOf(heights.attribute);
+    const bool chosen = heights.fromZ || !heights.attribute.isEmpty();
     const double none = std::numeric_limits<double>::quiet_NaN();
+    observers.points.reserve(source.sites.size());
     for (const VectorSite &site : source.sites) {
         ObserverPoint &point = add(site.position);
-        if (!heights.fromZ && heights.attribute.isEmpty())
-            continue;
-        const double height =
-            heights.fromZ ? site.z.value_or(none) : site.values.value(heights.attribute, none);
-        if (!isAltitude(height)) {
-            ++observers.withoutHeight;
-            continue;
+        point.name = site.name;
+        point.limits = site.limits;
+        point.maxDistance = site.maxDistance.value_or(point.maxDistance);
+        const double height = heights.fromZ ? site.z.value_or(none)
+            : attribute >= 0                ? site.values.value(attribute, none)
+                                            : none;
+        observers.withoutHeight += chosen && !isAltitude(height);
+        if (isAltitude(height)) {
+            point.height = height;
+            if (heights.fromZ)
+                point.mode = AltitudeMode::Absolute;
         }
-        point.height = height;
-        if (heights.fromZ)
-            point.mode = AltitudeMode::Absolute;
+        if (isAltitude(point.height + site.addedHeight))
+            point.height += site.addedHeight;
     }
     for (const QVector<QPointF> &line : source.lines) {
         for (const QPointF &sample : sampledLine(line, step))

@@ -29,6 +29,7 @@
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "panels/observers/AbsoluteHeightEditor.h"
+#include "panels/observers/LayerDialog.h"
 #include "panels/observers/intervisibilityProcessInfoDialog.h"
 #include "runner/ProgressWidget.h"
 #include "runner/QuvoProgressDialog.h"
@@ -257,10 +258,19 @@ void addSmallDialogs(Album &album)
     album.add(vector, QStringLiteral("output_vector"));
     VectorObservers source;
     source.lines += {{0.0, 0.0}, {0.0, 90000.0}};
-    source.sites += {{1.0, 1.0}, 7.0, {}};
+    source.sites += VectorSite{.position = {1.0, 1.0}, .z = 7.0};
     source.hasZ = true;
+    source.crsNotes += labelText({"MESS_OBS_SCR_AUTRE", "%1 → %2 : les coordonnées sont reprojetées."})
+                           .arg(QStringLiteral("EPSG:4326"), QStringLiteral("EPSG:2154"));
     intervisibilityProcessInfoDialog choices(source, 1200, 1200, 30.0);
     album.add(choices, QStringLiteral("import"));
+    source.lines.clear();
+    intervisibilityProcessInfoDialog points(source, 1200, 1200, 30.0);
+    album.add(points, QStringLiteral("import_points"));
+    LayerDialog layers({{QStringLiteral("waypoints"), LayerGeometry::Points, 12500, QStringLiteral("EPSG:4326")},
+                        {QStringLiteral("tracks"), LayerGeometry::Lines, 3, QStringLiteral("EPSG:4326")},
+                        {QStringLiteral("communes"), LayerGeometry::Areas, 36000, {}}});
+    album.add(layers, QStringLiteral("import_layers"));
     AbsoluteHeightEditor editor;
     album.add(editor, QStringLiteral("import_outside"));
 }

@@ -3,6 +3,7 @@
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"
 #include "panels/observers/PositionFields.h"
+#include "panels/options/observerlines.h"
 #include "panels/options/vectorobservers.h"
 #include "tests/support/rasters.h"
 
@@ -13,8 +14,10 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolButton>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 
 class ObserverTableTest : public QObject
@@ -27,6 +30,10 @@ private slots:
     void rowsHaveOneHeight();
     void stepsByKeys();
     void everyStepComesBack();
+    void clicksSort();
+    void hiddenColumns();
+    void seenAreas();
+    void manyPoints();
     void anotherDem();
     void positionIsUndone();
     void unusableNumbers_data();
@@ -51,6 +58,7 @@ struct Table
     explicit Table(const DemGround &ground)
     {
         model.setGround(ground);
+        view.setSelectionBehavior(QAbstractItemView::SelectRows); // as in the form
         view.resize(400, 300);
         view.show();
         view.activateWindow();
@@ -189,12 +197,16 @@ void ObserverTableTest::everyStepComesBack()
             moved.last().point.x = 500000.0 + random.bounded(30);
             moved.last().point.enabled = true;
         }
-        switch (random.bounded(5)) {
+        switch (random.bounded(6)) {
         case 0:
             table.model.removePoints(some);
             break;
         case 1:
             table.model.changePoints(moved);
+            break;
+        case 3:
+            table.model.sort(ObserverPointsModel::HeightColumn,
+                             rows % 2 > 0 ? Qt::DescendingOrder : Qt::AscendingOrder);
             break;
         case 2:
             table.model.openSettings(table.model.points().mid(rows / 2));
@@ -218,6 +230,138 @@ void ObserverTableTest::everyStepComesBack()
         }
     }
     QVERIFY(table.model.points() == states.last());
+}
+
+void ObserverTableTest::clicksSort()
+{
+    Table table(m_ground);
+    QList<ObserverPoint> points;
+    for (const char *name : {"P10", "", "été", "p2", "zone"})
+        points += ObserverPoint{.x = 500005.0,
+                                .y = 5099995.0,
+                                .height = static_cast<double>(points.size()),
+                                .maxDistance = points.isEmpty() ? 0.0 : 500.0 / points.size(),
+                                .name = QString::fromUtf8(name)};
+    table.table.addPoints(points);
+    table.table.choose(3); // "p2"
+    QHeaderView *titles = table.view.horizontalHeader();
+    QCOMPARE(titles->visualIndex(ObserverPointsModel::NameColumn), 1);
+    const auto click = [&](int column) {
+        const QPoint place(titles->sectionViewportPosition(column) + titles->sectionSize(column) / 2, 5);
+        QTest::mouseClick(titles->viewport(), Qt::LeftButton, {}, place);
+    };
+    click(ObserverPointsModel::NameColumn);
+    QCOMPARE(table.heights(), (QList<double>{2, 3, 0, 4, 1})); // without a name: last
+    QVERIFY(table.table.currentRow() == 1 && table.view.selectionModel()->isRowSelected(1, {}));
+    QCOMPARE(table.model.undoName(), QStringLiteral("tri des points"));
+    QVERIFY(titles->isSortIndicatorShown());
+    click(ObserverPointsModel::NameColumn);
+    QCOMPARE(table.heights(), (QList<double>{4, 0, 3, 2, 1}));
+    click(ObserverPointsModel::DistanceColumn); // 0 is no limit
+    QCOMPARE(table.heights(), (QList<double>{4, 3, 2, 1, 0}));
+    const auto steps = table.model.history().count();
+    click(ObserverPointsModel::ModeColumn); // all are equal: no step
+    QCOMPARE(table.model.history().count(), steps);
+    for (int step = 0; step < 3; ++step)
+        QTest::keyClick(&table.view, Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(table.model.points() == points && table.table.currentRow() == 3);
+    QVERIFY(!titles->isSortIndicatorShown());
+}
+
+void ObserverTableTest::hiddenColumns()
+{
+    Table table(m_ground);
+    QToolButton button;
+    table.table.setColumnsButton(&button);
+    table.table.retranslate();
+    const int azimuth = ObserverPointsModel::FirstLimitColumn + 1;
+    const int leastDistance = ObserverPointsModel::SeenColumn - 1;
+    table.addRow(1);
+    for (int column = ObserverPointsModel::FirstLimitColumn; column < ObserverPointsModel::ColumnCount; ++column)
+        QVERIFY(table.view.isColumnHidden(column) && !table.view.isColumnHidden(column - 1 - limitCount));
+    QAction *shown = button.menu()->actions().at(azimuth - ObserverPointsModel::NameColumn);
+    QVERIFY(shown->text() == "Azimut de" && !shown->isChecked());
+    table.table.addPoints({{.limits = {.leastDistance = 5.0}}}); // shows its column
+    QVERIFY(!table.view.isColumnHidden(leastDistance) && table.view.isColumnHidden(azimuth));
+    shown->trigger();
+    QVERIFY(!table.view.isColumnHidden(azimuth));
+
+    // A limit can be typed and emptied again; a name is one line.
+    for (const auto &[typed, value] : QVector<QPair<QString, std::optional<double>>>{
+             {"361", 360.0}, {"12,5", 12.5}, {"", std::nullopt}}) {
+        QLineEdit *editor = table.edit(0, azimuth);
+        QVERIFY(editor);
+        editor->clear();
+        QTest::keyClicks(editor, typed);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(!table.view.viewport()->findChild<QLineEdit *>());
+        QVERIFY2(table.model.point(0).limits.azimuthFrom == value, qPrintable(typed));
+    }
+    table.model.setData(table.model.index(0, ObserverPointsModel::NameColumn), " Pic\tdu Midi\n");
+    QCOMPARE(table.model.point(0).name, QStringLiteral("Pic du Midi"));
+
+    // What is copied is pasted as it was.
+    table.view.selectAll();
+    QTest::keyClick(&table.view, Qt::Key_C, Qt::ControlModifier);
+    table.table.paste({});
+    QCOMPARE(table.model.rowCount(), 4);
+    QVERIFY(table.model.points().mid(2) == table.model.points().mid(0, 2));
+    QCoreApplication::processEvents();
+}
+
+void ObserverTableTest::seenAreas()
+{
+    Table table(m_ground);
+    Prompt::answerBeforehand({});
+    table.addRow(3);
+    table.table.addPoints({{.x = 500025.0, .y = 5099995.0}}); // no ground: the tool does not get it
+    QCoreApplication::processEvents();
+    table.model.setData(table.model.index(1, ObserverPointsModel::EnabledColumn), false);
+    const auto shown = [&] {
+        QStringList texts;
+        for (int row = 0; row < table.model.rowCount(); ++row)
+            texts += table.model.index(row, ObserverPointsModel::SeenColumn).data().toString();
+        return texts.join('|');
+    };
+    const auto set = [&] { table.model.setSeenAreas({1.25, 30.0}); };
+    QVERIFY(table.view.isColumnHidden(ObserverPointsModel::SeenColumn));
+    set();
+    QVERIFY(!table.view.isColumnHidden(ObserverPointsModel::SeenColumn));
+    const QLocale locale;
+    QCOMPARE(shown(), QStringLiteral("%1||%2|").arg(locale.toString(1.25, 'f', 2), locale.toString(30.0, 'f', 2)));
+    table.model.sort(ObserverPointsModel::SeenColumn, Qt::DescendingOrder);
+    QCOMPARE(shown(), QStringLiteral("%1|%2||").arg(locale.toString(30.0, 'f', 2), locale.toString(1.25, 'f', 2)));
+    QVERIFY(!table.model.setData(table.model.index(0, ObserverPointsModel::SeenColumn), "7"));
+    const QVector<std::function<void()>> changes{
+        [&] { table.model.setPoint(2, {.x = 500015.0, .y = 5099995.0}); },
+        [&] { table.model.removePoints({3}); },
+        [&] { table.addRow(1); },
+        [&] { table.model.setGround(m_ground); },
+        [&] { table.model.setSeenAreas({1.0}); }}; // of another list of observers
+    for (const auto &change : changes) {
+        table.model.setSeenAreas(QVector<double>(table.model.observers().size(), 2.0));
+        QVERIFY(shown() != QString(table.model.rowCount() - 1, '|'));
+        change();
+        QCOMPARE(shown(), QString(table.model.rowCount() - 1, '|'));
+    }
+}
+
+void ObserverTableTest::manyPoints()
+{
+    Table table(m_ground);
+    QList<ObserverPoint> points;
+    constexpr int count = 100000;
+    for (int at = 0; at < count; ++at)
+        points += ObserverPoint{.x = 500005.0, .y = 5099995.0, .height = 1.0 * (count - at)};
+    int signalCount = 0;
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(&table.model, signal, this, [&] { ++signalCount; });
+    table.table.addPoints(points);
+    table.view.selectAll();
+    table.model.sort(ObserverPointsModel::HeightColumn, Qt::AscendingOrder);
+    QCOMPARE(table.model.point(0).height, 1.0);
+    table.table.removeSelected();
+    QVERIFY(table.model.rowCount() == 0 && signalCount == 2);
 }
 
 void ObserverTableTest::anotherDem()
@@ -317,7 +461,7 @@ void ObserverTableTest::unusableNumbers()
                              .arg(point.height)
                              .arg(point.maxDistance);
     const PointLinesReading lines = readPointLines(line, {});
-    QVERIFY(lines.points.size() == good && lines.unusablePoints == !good && lines.invalidLines == 0);
+    QVERIFY(lines.points.size() == good && lines.problems.size() == !good);
     if (member == "height" || member == "distance") {
         Table table(m_ground);
         table.addRow(1);
@@ -331,8 +475,9 @@ void ObserverTableTest::unusableHeights()
 {
     VectorObservers source;
     for (const double value : {3.0, std::nan(""), 1e20})
-        source.sites += VectorSite{{}, value, {{"mast", value}}};
+        source.sites += VectorSite{.z = value, .values = {value}};
     source.sites += VectorSite{};
+    source.numericAttributes += "mast";
     const ObserverPoint defaults;
     for (const HeightChoice &choice : {HeightChoice{true, {}}, HeightChoice{false, "mast"}}) {
         const SampledObservers observers = observersFrom(source, 1.0, defaults, choice);

@@ -1,6 +1,7 @@
 #include "app/preview/live/LiveViewshed.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/rasterpicture.h"
+#include "panels/options/pointfile.h"
 #include "tests/support/programs.h"
 #include "tests/support/rasters.h"
 #include "viewshed/io/observers.h"
