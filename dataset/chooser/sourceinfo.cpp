@@ -222,6 +222,21 @@ void describeOthers(SourceInfo &info, SourceWanted wanted, const QString &gdalTe
 
 } // namespace
 
+QVector<LayerFacts> usableLayers(const QString &name)
+{
+    const GdalMessages messages;
+    const Dataset dataset = endlessSourceProblem(name).isEmpty() ? openSource(name, SourceWanted::Vectors) : nullptr;
+    QVector<LayerFacts> layers;
+    for (int index = 0; dataset && index < dataset->GetLayerCount(); ++index) {
+        OGRLayer &layer = *dataset->GetLayer(index);
+        const LayerGeometry geometry = geometryOf(layer.GetGeomType());
+        const long long count = geometry == LayerGeometry::None ? 0 : layer.GetFeatureCount();
+        if (count > 0)
+            layers += {QString::fromUtf8(layer.GetName()), geometry, count, crsText(layer.GetSpatialRef())};
+    }
+    return layers;
+}
+
 QString archiveListing(const QString &path)
 {
     constexpr std::pair<const char *, const char *> endings[] = {{".zip", "/vsizip/"},

@@ -1,40 +1,14 @@
 #include "panels/observers/LayerDialog.h"
 
+#include "dataset/chooser/sourcetexts.h"
+
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLocale>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-namespace
-{
-
-enum ListColumn
-{
-    Name,
-    Geometry,
-    Features,
-    Crs
-};
-
-QString geometryText(LayerGeometry geometry)
-{
-    switch (geometry) {
-    case LayerGeometry::Points:
-        return labelText({"MESS_COUCHE_POINTS", "Points"});
-    case LayerGeometry::Lines:
-        return labelText({"MESS_COUCHE_LIGNES", "Lignes"});
-    case LayerGeometry::Areas:
-        return labelText({"MESS_COUCHE_SURFACES", "Surfaces"});
-    default:
-        return labelText({"MESS_COUCHE_MIXTE", "Diverses"});
-    }
-}
-
-} // namespace
-
-LayerDialog::LayerDialog(const QVector<VectorLayer> &layers, QWidget *parent)
+LayerDialog::LayerDialog(const QVector<LayerFacts> &layers, QWidget *parent)
     : QDialog(parent)
     , m_list(new QTreeWidget(this))
 {
@@ -43,14 +17,16 @@ LayerDialog::LayerDialog(const QVector<VectorLayer> &layers, QWidget *parent)
     question->setBuddy(m_list);
     m_list->setObjectName(QStringLiteral("m_pLayers"));
     m_list->setRootIsDecorated(false);
-    m_list->setHeaderLabels({tr("Nom", "MESS_OBS_NOM"), tr("Géométrie", "MESS_COUCHE_GEOM"),
-                             tr("Objets", "MESS_COUCHE_OBJETS"),
-                             tr("Système de coordonnées", "MESS_COUCHE_SCR")});
-    for (const VectorLayer &layer : layers) {
-        const QString crs = layer.crs.isEmpty() ? tr("inconnu", "MESS_COUCHE_SCR_NUL") : layer.crs;
+    constexpr int countColumn = 2;
+    m_list->setHeaderLabels(partTitles(SourceKind::Vector) + QStringList{tr("Système de coordonnées", "MESS_OBS_SCR")});
+    SourceInfo source;
+    source.layers = layers;
+    const QVector<QStringList> rows = partRows(source);
+    for (int row = 0; row < rows.size(); ++row) {
+        const QString crs = layers.at(row).crs;
         auto item = new QTreeWidgetItem(
-            m_list, {layer.name, geometryText(layer.geometry), QLocale().toString(layer.featureCount), crs});
-        item->setTextAlignment(Features, Qt::AlignRight | Qt::AlignVCenter);
+            m_list, rows.at(row) + QStringList{crs.isEmpty() ? tr("inconnu", "MESS_SRC_SCR_INCONNU") : crs});
+        item->setTextAlignment(countColumn, Qt::AlignRight | Qt::AlignVCenter);
     }
     m_list->setCurrentItem(m_list->topLevelItem(0));
     m_list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
@@ -69,5 +45,5 @@ LayerDialog::LayerDialog(const QVector<VectorLayer> &layers, QWidget *parent)
 
 QString LayerDialog::layer() const
 {
-    return m_list->currentItem()->text(Name);
+    return m_list->currentItem()->text(0);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "panels/options/vectorobservers.h"
+#include "dataset/chooser/sourceinfo.h"
 
 #include <QDialog>
 
@@ -14,7 +14,7 @@ class LayerDialog : public QDialog
 
 public:
     /// `layers`: at least one.
-    explicit LayerDialog(const QVector<VectorLayer> &layers, QWidget *parent = nullptr);
+    explicit LayerDialog(const QVector<LayerFacts> &layers, QWidget *parent = nullptr);
 
     /// Name of the chosen layer.
     QString layer() const;

@@ -51,7 +51,7 @@ struct LayerAnswer
     bool cancelled = false;
 };
 
-LayerAnswer chooseLayer(const QVector<VectorLayer> &layers, QWidget *parent)
+LayerAnswer chooseLayer(const QVector<LayerFacts> &layers, QWidget *parent)
 {
     if (layers.size() < 2)
         return {};
@@ -118,12 +118,7 @@ QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground
     const QString file = chooseSource(dem, parent);
     if (file.isEmpty())
         return {};
-    const VectorLayers layers = readVectorLayers(file);
-    if (!layers.problem.isEmpty()) {
-        Prompt::critical(parent, layers.problem);
-        return {};
-    }
-    const LayerAnswer layer = chooseLayer(layers.layers, parent);
+    const LayerAnswer layer = chooseLayer(usableLayers(file), parent);
     if (layer.cancelled)
         return {};
     const VectorObservers source = readVectorObservers(file, ground.crs(), layer.layer);

@@ -191,6 +191,14 @@ struct LineReading
     QString problem;
 };
 
+/// The fields of a line as a message quotes them.
+QString shortened(const QStringList &fields)
+{
+    constexpr int longest = 40; // characters
+    const QString line = fields.join(QLatin1Char(' ')).simplified();
+    return line.size() > longest ? line.left(longest) + QChar(0x2026) : line;
+}
+
 LineReading readFields(const QStringList &fields, const Layout &layout, const ObserverPoint &defaults)
 {
     LineReading reading{defaults, {}};
@@ -199,7 +207,7 @@ LineReading readFields(const QStringList &fields, const Layout &layout, const Ob
         return at >= fields.size() || fields.at(at).isEmpty();
     };
     if (missing(0) || missing(1))
-        return {{}, labelText({"MESS_OBS_SANS_XY", "il manque x ou y."})};
+        return {{}, labelText({"MESS_OBS_SANS_XY", "« %1 » n'a pas de x et y."}).arg(shortened(fields))};
     const bool tooMany = fields.size() > layout.columns.size();
     for (int at = 0; at < std::min(fields.size(), layout.columns.size()); ++at) {
         const Column *column = layout.columns.at(at);

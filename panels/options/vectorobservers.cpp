@@ -161,29 +161,6 @@ void addLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
         found.crsNotes += note;
 }
 
-LayerGeometry kindOf(OGRwkbGeometryType type)
-{
-    switch (wkbFlatten(type)) {
-    case wkbPoint:
-    case wkbMultiPoint:
-        return LayerGeometry::Points;
-    case wkbLineString:
-    case wkbMultiLineString:
-    case wkbCompoundCurve:
-    case wkbCircularString:
-    case wkbMultiCurve:
-        return LayerGeometry::Lines;
-    case wkbPolygon:
-    case wkbMultiPolygon:
-    case wkbCurvePolygon:
-    case wkbMultiSurface:
-    case wkbTriangle:
-        return LayerGeometry::Areas;
-    default:
-        return LayerGeometry::Mixed;
-    }
-}
-
 /// A vector source that was opened.
 struct OpenedSource
 {
@@ -236,22 +213,6 @@ double sampleCount(const QVector<QPointF> &line, double step)
 }
 
 } // namespace
-
-VectorLayers readVectorLayers(const QString &path)
-{
-    const OpenedSource source = openSource(path);
-    VectorLayers found{{}, source.problem};
-    if (!source.dataset)
-        return found;
-    for (OGRLayer *layer : source.dataset->GetLayers()) {
-        const qint64 count = layer->GetGeomType() == wkbNone ? 0 : layer->GetFeatureCount();
-        const OGRSpatialReference *crs = layer->GetSpatialRef();
-        if (count > 0)
-            found.layers += {QString::fromUtf8(layer->GetName()), kindOf(layer->GetGeomType()), count,
-                             crs ? shortName(*crs) : QString()};
-    }
-    return found;
-}
 
 VectorObservers readVectorObservers(const QString &path, const QString &crs, const QString &layer)
 {

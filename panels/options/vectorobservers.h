@@ -10,33 +10,6 @@
 
 #include <optional>
 
-/// What a layer holds.
-enum class LayerGeometry
-{
-    Points,
-    Lines,
-    Areas,
-    Mixed ///< several kinds, or unknown
-};
-
-/// A layer of a vector source that can make observers.
-struct VectorLayer
-{
-    QString name;
-    LayerGeometry geometry = LayerGeometry::Mixed;
-    qint64 featureCount = 0;
-    QString crs; ///< short name, such as "EPSG:4326"; empty without a CRS
-};
-
-/// The layers of a vector source.
-struct VectorLayers
-{
-    QVector<VectorLayer> layers; ///< those with geometries and at least one feature, in the source's order
-    QString problem; ///< why the source cannot be read, with GDAL's message; empty for a good source
-};
-
-VectorLayers readVectorLayers(const QString &path);
-
 /// A point of a vector source, with what its tool fields say: "OFFSETA", "OFFSETB", "AZIMUTH1" and the others, in
 /// upper or lower case.
 struct VectorSite

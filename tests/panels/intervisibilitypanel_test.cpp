@@ -5,6 +5,7 @@
 #include "messages/Prompt.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "panels/observers/AbsoluteHeightEditor.h"
+#include "panels/observers/LayerDialog.h"
 #include "panels/observers/intervisibilityProcessInfoDialog.h"
 #include "panels/options/computingtime.h"
 #include "tests/support/rasters.h"
@@ -23,6 +24,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QTreeWidget>
 
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
@@ -95,13 +97,19 @@ QString observerFileOf(const QString &fragment)
     return argument.startsWith('"') ? argument.mid(1, argument.size() - 2).replace("\"\"\"", "\"") : argument;
 }
 
-/// Answers the next modal dialog.
-template <class Dialog, class Answer> void answerNext(Answer answer)
+/// Answers the modal dialog of the class that is open after `delay` milliseconds.
+template <class Dialog, class Answer> void answerNext(Answer answer, int delay = 50)
 {
-    QTimer::singleShot(50, [answer] {
+    QTimer::singleShot(delay, [answer] {
         if (auto dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget()))
             answer(*dialog);
     });
+}
+
+/// Answers the dialog after the next one.
+template <class Dialog, class Answer> void answerLater(Answer answer)
+{
+    answerNext<Dialog>(answer, 200);
 }
 
 } // namespace
@@ -253,7 +261,7 @@ void IntervisibilityPanelTest::pointsAndFile()
     panel.paste("500005 5099995\n500015;5099995;2.5;Absolute;0\n500025\t5099995 3 relative 1e9\nnonsense\n1 2 "
                 "x\n1 2 nan\n");
     const QString problems = Prompt::takeShown().value(0);
-    QVERIFY2(problems.contains("Lignes ignorées : 3.") && problems.contains("Ligne 4 : « nonsense »"), qPrintable(problems));
+    QVERIFY2(problems.contains("Lignes ignorées : 3.") && problems.contains("Ligne 4 : « nonsense » n'a pas"), qPrintable(problems));
     QCOMPARE(panel.model->rowCount(), 4);
     QVERIFY(panel.widget.isComplete() && panel.combines());
     const QString fragment = panel.widget.getCommandArguments();
@@ -382,16 +390,21 @@ void IntervisibilityPanelTest::importedSource()
     }
     Panel panel(m_dem);
     Prompt::answerBeforehand({});
+    const auto chooseLayer = [](int row) {
+        answerNext<LayerDialog>([row](LayerDialog &dialog) {
+            const auto list = dialog.findChild<QTreeWidget *>();
+            QCOMPARE(list->topLevelItemCount(), 2);
+            list->setCurrentItem(list->topLevelItem(row));
+            dialog.accept();
+        });
+    };
     const auto import = [&](const char *heights, double outside) {
         QuvoFilerDialog::answerBeforehand({path("vues.gpkg")});
-        answerNext<intervisibilityProcessInfoDialog>([&](intervisibilityProcessInfoDialog &dialog) {
-            QCOMPARE(dialog.findChild<QLabel *>("m_pLabelPointCount")->text(), QStringLiteral("6"));
+        chooseLayer(0);
+        answerLater<intervisibilityProcessInfoDialog>([&](intervisibilityProcessInfoDialog &dialog) {
+            QCOMPARE(dialog.findChild<QLabel *>("m_pLabelPointCount")->text(), QStringLiteral("3"));
+            QVERIFY(!dialog.findChild<QLineEdit *>("m_pLEPas")->isVisible()); // nothing is sampled
             const auto ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
-            const auto step = dialog.findChild<QLineEdit *>("m_pLEPas");
-            step->setText("9.9"); // below a cell
-            QTRY_VERIFY(!ok->isEnabled());
-            step->setText("10");
-            QTRY_VERIFY(ok->isEnabled());
             dialog.findChild<QComboBox *>("m_pCBHeightSource")->setCurrentText(heights);
             answerNext<AbsoluteHeightEditor>([outside](AbsoluteHeightEditor &editor) {
                 editor.findChild<QLineEdit *>("m_pLEAbsHeight")->setText(QString::number(outside));
@@ -402,8 +415,22 @@ void IntervisibilityPanelTest::importedSource()
         panel.click("m_pPBAddFromVector");
     };
     import("mast", 120.0);
-    const QString findings = Prompt::takeShown().value(0);
-    QVERIFY2(findings.contains("2 objets") && findings.contains("par défaut : 1."), qPrintable(findings));
+    const QStringList told = Prompt::takeShown();
+    QVERIFY2(told.value(0).contains("1 objets") && told.value(0).contains("par défaut : 1."),
+             qPrintable(told.value(0)));
+    QCOMPARE(told.value(1), QStringLiteral("Observateurs importés : 3."));
+    QuvoFilerDialog::answerBeforehand({path("vues.gpkg")});
+    chooseLayer(1);
+    answerLater<intervisibilityProcessInfoDialog>([&](intervisibilityProcessInfoDialog &dialog) {
+        const auto ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+        const auto step = dialog.findChild<QLineEdit *>("m_pLEPas");
+        step->setText("9.9"); // below a cell
+        QTRY_VERIFY(!ok->isEnabled());
+        step->setText("10");
+        QTRY_VERIFY(ok->isEnabled());
+        ok->click();
+    });
+    panel.click("m_pPBAddFromVector");
     const QList<ObserverPoint> points = panel.widget.options().observers;
     QCOMPARE(points.size(), 6);
     QVERIFY(points.at(0).height == 5.0 && points.at(0).mode == AltitudeMode::Relative);
@@ -421,10 +448,25 @@ void IntervisibilityPanelTest::importedSource()
     intervisibilityProcessInfoDialog tooMany(other, 9, 9, 1.0);
     QVERIFY(!tooMany.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->isEnabled());
     import("Coordonnée Z (altitude absolue)", 0.0);
-    QCOMPARE(panel.model->rowCount(), 11);
+    QCOMPARE(panel.model->rowCount(), 8);
     QCOMPARE(panel.widget.options().observers.at(6).height, 77.0);
 
+    // Points that leave nothing to choose open no dialog; a line says where they came from.
+    QFile simple(path("simple.geojson"));
+    QVERIFY(simple.open(QIODevice::WriteOnly)
+            && simple.write(R"({"type":"Feature","properties":{"name":"Tour","RADIUS1":5},)"
+                            R"("geometry":{"type":"Point","coordinates":[9.0000646,46.0535294]}})")
+                > 0);
+    simple.close();
     Prompt::takeShown();
+    QuvoFilerDialog::answerBeforehand({simple.fileName()});
+    panel.click("m_pPBAddFromVector");
+    const QString confirmed = Prompt::takeShown().value(0);
+    QVERIFY2(confirmed.contains("importés : 1.") && confirmed.contains("EPSG:4326 → EPSG:32632"),
+             qPrintable(confirmed));
+    QCOMPARE(panel.widget.currentObserver()->name, QStringLiteral("Tour"));
+    QVERIFY(!panel.table->isColumnHidden(ObserverPointsModel::SeenColumn - 1));
+
     QuvoFilerDialog::answerBeforehand({path("absent.gpx")});
     panel.click("m_pPBAddFromVector");
     QVERIFY(Prompt::takeShown().value(0).startsWith("Erreur: Format non reconnu"));

@@ -267,8 +267,8 @@ void addSmallDialogs(Album &album)
     source.lines.clear();
     intervisibilityProcessInfoDialog points(source, 1200, 1200, 30.0);
     album.add(points, QStringLiteral("import_points"));
-    LayerDialog layers({{QStringLiteral("waypoints"), LayerGeometry::Points, 12500, QStringLiteral("EPSG:4326")},
-                        {QStringLiteral("tracks"), LayerGeometry::Lines, 3, QStringLiteral("EPSG:4326")},
+    LayerDialog layers({{QStringLiteral("waypoints"), LayerGeometry::Points, 12500, QStringLiteral("WGS 84 (EPSG:4326)")},
+                        {QStringLiteral("tracks"), LayerGeometry::Lines, 3, QStringLiteral("WGS 84 (EPSG:4326)")},
                         {QStringLiteral("communes"), LayerGeometry::Areas, 36000, {}}});
     album.add(layers, QStringLiteral("import_layers"));
     AbsoluteHeightEditor editor;

@@ -148,6 +148,21 @@ void SourcesTest::vectors()
     QCOMPARE(info.layers.at(0).geometry, LayerGeometry::Points);
     QCOMPARE(info.layers.at(0).count, 1LL);
     QVERIFY(read("points.geojson").problem.contains("vecteur"));
+
+    // A GPX has five layers, of which most are empty; it counts only when all is read.
+    QFile track(m_folder->filePath("trace.gpx"));
+    QVERIFY(track.open(QIODevice::WriteOnly));
+    track.write("<gpx version=\"1.1\" creator=\"t\" xmlns=\"http://www.topografix.com/GPX/1/1\">"
+                "<wpt lat=\"46.5\" lon=\"3\"/><wpt lat=\"46.6\" lon=\"3\"/><trk><trkseg>"
+                "<trkpt lat=\"46\" lon=\"3\"/><trkpt lat=\"47\" lon=\"3\"/></trkseg></trk></gpx>");
+    track.close();
+    QStringList layers;
+    for (const LayerFacts &layer : usableLayers(track.fileName()))
+        layers += QStringLiteral("%1 %2 %3").arg(layer.name, layer.crs).arg(layer.count);
+    QCOMPARE(layers.join(", "),
+             QStringLiteral("waypoints WGS 84 (EPSG:4326) 2, tracks WGS 84 (EPSG:4326) 1, "
+                            "track_points WGS 84 (EPSG:4326) 2"));
+    QVERIFY(usableLayers(m_folder->filePath("absent.gpx")).isEmpty());
 }
 
 /// A text file does not know the extent of its features at once.

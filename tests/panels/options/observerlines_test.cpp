@@ -74,7 +74,7 @@ void ObserverLinesTest::faults_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("problem");
-    const QVector<QPair<const char *, const char *>> rows{{"nonsense", "x ou y"},
+    const QVector<QPair<const char *, const char *>> rows{{"nonsense", "« nonsense » n'a pas"},
                                                           {"1 two", "« two »"},
                                                           {"1\t2\t3\tAbove", "Relative"},
                                                           {"1;2;3;Relative;4;a;b", "colonnes"},

@@ -217,21 +217,11 @@ void VectorObserversTest::layers()
     const QString path = write("trace.gpx", R"(<gpx version="1.1" creator="t" xmlns="http://www.topografix.com/GPX/1/1">
 <wpt lat="46.5" lon="3"><ele>12</ele><name>Un</name></wpt><wpt lat="46.6" lon="3"/>
 <trk><trkseg><trkpt lat="46" lon="3"/><trkpt lat="47" lon="3"/></trkseg></trk></gpx>)");
-    const VectorLayers found = readVectorLayers(path);
-    QStringList texts;
-    for (const VectorLayer &layer : found.layers)
-        texts += QStringLiteral("%1/%2/%3/%4")
-                     .arg(layer.name)
-                     .arg(static_cast<int>(layer.geometry))
-                     .arg(layer.featureCount)
-                     .arg(layer.crs);
-    QCOMPARE(texts.join(' '),
-             QStringLiteral("waypoints/0/2/EPSG:4326 tracks/1/1/EPSG:4326 track_points/0/2/EPSG:4326"));
     const VectorObservers points = readVectorObservers(path, {}, "waypoints");
     QVERIFY(points.sites.size() == 2 && points.lines.isEmpty() && points.sites.first().name == "Un");
     QVERIFY(readVectorObservers(path, {}).lines.size() == 1);
     QVERIFY(readVectorObservers(path, {}, "absent").problem.contains("absent"));
-    QVERIFY(readVectorLayers(m_folder.filePath("absent.gpx")).problem.startsWith("Format non reconnu"));
+    QVERIFY(readVectorObservers("absent.gpx", {}).problem.startsWith("Format non reconnu"));
 }
 
 void VectorObserversTest::manyPoints()
