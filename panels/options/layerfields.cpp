@@ -77,17 +77,27 @@ VectorSite LayerFields::read(const OGRFeature &feature, VectorObservers &found)
         found.unusableValues += number && !good;
         return good ? number : std::nullopt;
     };
+    constexpr double circle = 360.0;
     site.addedHeight = usable(m_addedHeight, -highestAltitude, highestAltitude).value_or(0.0);
     for (const int field : m_distances) {
-        const auto distance = usable(field, 0.0, longestDistance);
+        // Zero and negative distances are no limit.
+        const auto distance = usable(field, -longestDistance, longestDistance);
         const bool isSmaller = distance && *distance > 0.0
             && (site.maxDistance.value_or(0.0) <= 0.0 || *distance < *site.maxDistance);
-        if (isSmaller || !site.maxDistance)
-            site.maxDistance = distance;
+        if (isSmaller || (distance && !site.maxDistance))
+            site.maxDistance = std::max(*distance, 0.0);
     }
     for (int at = 0; at < limitCount; ++at) {
         const LimitField &limit = limitFields().at(at);
-        site.limits.*limit.value = usable(m_limits.at(at), limit.lowest, limit.highest);
+        const bool isAzimuth = limit.highest == circle; // a negative one counts from north, too
+        const auto value = usable(m_limits.at(at), isAzimuth ? -circle : limit.lowest, limit.highest);
+        if (value)
+            site.limits.*limit.value = isAzimuth && *value < 0.0 ? *value + circle : *value;
+    }
+    if (!limitsProblem(site.limits).isEmpty()) {
+        site.limits.angleFrom.reset();
+        site.limits.angleTo.reset();
+        found.unusableValues += 2;
     }
     return site;
 }

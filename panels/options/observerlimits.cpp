@@ -48,5 +48,8 @@ QString limitsProblem(const ObserverLimits &limits)
         if (number && !acceptsLimit(field, *number))
             return numberProblem(QString::fromLatin1(field.name), *number, field.lowest, field.highest, false);
     }
+    if (limits.angleFrom && limits.angleTo && *limits.angleFrom > *limits.angleTo)
+        return labelText({"MESS_OBS_ANGLES", "angleFrom (%1) ne doit pas dépasser angleTo (%2)."})
+            .arg(QString::number(*limits.angleFrom), QString::number(*limits.angleTo));
     return {};
 }

@@ -8,13 +8,26 @@
 namespace
 {
 
-/// The distance as the tool finds it in the shapefile of writePointFile(), whose field has 15 decimals; the
-/// tool takes 0 for no limit.
-double reachOf(double maxDistance)
+/// A number as the tool finds it in the shapefile of writePointFile(), whose fields have 15 decimals.
+double fileNumber(double number)
 {
     constexpr int decimals = 15;
-    const double distance = QString::number(maxDistance, 'f', decimals).toDouble();
+    return QString::number(number, 'f', decimals).toDouble();
+}
+
+/// The tool takes 0 for no limit.
+double reachOf(double maxDistance)
+{
+    const double distance = fileNumber(maxDistance);
     return distance > 0.0 ? distance : std::numeric_limits<double>::infinity();
+}
+
+/// The azimuth as the tool has it: 360 is 0.
+double azimuthOf(const std::optional<double> &azimuth)
+{
+    constexpr double circle = 360.0;
+    const double number = fileNumber(azimuth.value_or(0.0));
+    return number < circle ? number : 0.0;
 }
 
 } // namespace
@@ -64,10 +77,19 @@ viewshed::Sight LiveTerrain::sight(const ToolObserver &observer, const viewshed:
 {
     if (!isCoordinate(observer.x) || !isCoordinate(observer.y) || !isAltitude(observer.z))
         throw viewshed::Problem("The observer has impossible coordinates or an impossible altitude.");
-    return viewshed::sightOf({.name = "The observer",
-                              .x = observer.x,
-                              .y = observer.y,
-                              .z = observer.z,
-                              .reach = reachOf(observer.maxDistance)},
-                             m_georeference, m_metresOfHeight, options);
+    const ObserverLimits &limits = observer.limits;
+    viewshed::Observer eye{.name = "The observer",
+                           .x = observer.x,
+                           .y = observer.y,
+                           .z = observer.z,
+                           .reach = reachOf(observer.maxDistance),
+                           .nearest = fileNumber(limits.leastDistance.value_or(0.0)),
+                           .ownName = {}};
+    if (limits.targetHeight)
+        eye.targetHeight = fileNumber(*limits.targetHeight);
+    eye.fromAzimuth = azimuthOf(limits.azimuthFrom);
+    eye.toAzimuth = azimuthOf(limits.azimuthTo);
+    eye.highestAngle = fileNumber(limits.angleTo.value_or(eye.highestAngle));
+    eye.lowestAngle = fileNumber(limits.angleFrom.value_or(eye.lowestAngle));
+    return viewshed::sightOf(eye, m_georeference, m_metresOfHeight, options);
 }

@@ -99,7 +99,10 @@ void RecipeTest::everyProcessComesBack_data()
                             .mode = AltitudeMode::Absolute,
                             .maxDistance = 0},
                            {}};
+    observers.observers.first().name = QStringLiteral("Nœud");
+    observers.observers.first().limits = {1.0, 2.0, 3.0, 4.0, 5.0, 6.0};
     observers.points = QStringLiteral("/a/tours.gpx");
+    observers.pointsLayer = QStringLiteral("waypoints");
     observers.height = 25.0;
     observers.mode = QStringLiteral("Absolute");
     observers.distance = observers.step = 0.5;

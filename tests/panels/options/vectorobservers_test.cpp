@@ -146,6 +146,7 @@ void VectorObserversTest::recipeRows()
         row.insert(name, value);
         QVERIFY2(readPointRows(QVariantList{row}).problem.contains(name), qPrintable(name));
     }
+    QVERIFY(limitsProblem({.angleFrom = 5.0, .angleTo = 4.0}).contains("angleFrom"));
 }
 
 void VectorObserversTest::toolFields()
@@ -154,7 +155,7 @@ void VectorObserversTest::toolFields()
                                csvHead + "OffsetA,OFFSETB,azimuth1,AZIMUTH2,VERT1,VERT2,RADIUS1,RADIUS2,Max_Dist,"
                                          "mast,nom\n"
                                          "1,2,10,3,45,90,8,-8,5,700,600,25,Tour\n"
-                                         "3,4,,,400,,,,-5,0,800,,\n"
+                                         "3,4,,,400,-90,-9,9,-5,0,800,,\n"
                                          "5,6,,,,,,,,,,,\n");
     const char *const options[]{"AUTODETECT_TYPE=YES", "X_POSSIBLE_NAMES=x", "Y_POSSIBLE_NAMES=y", nullptr};
     const QString shapes = m_folder.filePath("champs.gpkg");
@@ -168,13 +169,14 @@ void VectorObserversTest::toolFields()
     }
     const VectorObservers source = readVectorObservers(shapes, {});
     QVERIFY(source.numericAttributes.contains("mast") && !source.numericAttributes.contains("Max_Dist"));
-    QCOMPARE(source.unusableValues, 2); // an azimuth of 400, a least distance of -5
+    QCOMPARE(source.unusableValues, 4); // an azimuth of 400, angles in the wrong order, a distance of -5
     const ObserverPoint defaults{.height = 2.0, .maxDistance = 90.0};
     const QList<ObserverPoint> points = observersFrom(source, 1.0, defaults).points;
     QCOMPARE(points.size(), 3);
     QVERIFY(points.at(0).height == 12.0 && points.at(0).maxDistance == 600.0 && points.at(0).name == "Tour");
     QVERIFY((points.at(0).limits == ObserverLimits{3.0, 45.0, 90.0, -8.0, 8.0, 5.0}));
-    QVERIFY(points.at(1).maxDistance == 800.0 && points.at(1).limits == ObserverLimits());
+    QVERIFY(points.at(1).maxDistance == 800.0
+            && points.at(1).limits == ObserverLimits{.azimuthTo = 270.0});
     QVERIFY(points.at(2).height == 2.0 && points.at(2).maxDistance == 90.0);
     QCOMPARE(observersFrom(source, 1.0, defaults, {false, "mast"}).points.at(0).height, 35.0);
 }

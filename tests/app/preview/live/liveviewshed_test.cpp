@@ -121,21 +121,23 @@ void LiveViewshedTest::equalsTheTool_data()
     QTest::addColumn<QList<Place>>("places");
     QTest::addColumn<QString>("combination");
     QTest::addColumn<bool>("flat");
+    QTest::addColumn<bool>("limited");
     const QList<Place> one{{71.3, 60.8, 0.0}};
     const QList<Place> three{{71.3, 60.8, 90.0}, {20.0, 100.0, 0.0}, {130.5, 15.2, 70.0}};
     for (const char *copy : {"utm.tif", "degrees.tif", "southup.tif"}) {
         const auto row = [copy](const char *name) -> QTestData & {
             return QTest::addRow("%s %s", copy, name) << QString(copy);
         };
-        row("one") << one << QString() << false;
-        row("one, flat") << one << QString() << true;
-        row("or") << three << "OR" << false;
-        row("and") << three << "AND" << false;
-        row("overwrite") << three << QString() << false;
-        row("outside, flat") << QList<Place>{{-30.0, 50.0, 150.0}} << QString() << true;
+        row("one") << one << QString() << false << false;
+        row("one, flat") << one << QString() << true << false;
+        row("or") << three << "OR" << false << false;
+        row("and") << three << "AND" << false << false;
+        row("overwrite") << three << QString() << false << false;
+        row("or, limited") << three << "OR" << false << true;
+        row("outside, flat") << QList<Place>{{-30.0, 50.0, 150.0}} << QString() << true << false;
     }
     QTest::newRow("far apart, and") << "utm.tif" << QList<Place>{{5.0, 5.0, 20.0}, {120.0, 100.0, 20.0}}
-                                    << "AND" << false;
+                                    << "AND" << false << false;
 }
 
 void LiveViewshedTest::equalsTheTool()
@@ -146,7 +148,12 @@ void LiveViewshedTest::equalsTheTool()
     QFETCH(bool, flat);
     const auto terrain = LiveTerrain::read(path(copy), 1).terrain;
     QVERIFY(terrain);
-    const QList<ToolObserver> observers = observersAt(*terrain, places);
+    QFETCH(bool, limited);
+    QList<ToolObserver> observers = observersAt(*terrain, places);
+    if (limited) {
+        observers[0].limits = {3.0, 100.0 / 3.0, 360.0, -7.5, 0.5, 1000.0 / 3.0};
+        observers[1].limits = {.azimuthFrom = 300.0, .azimuthTo = 80.0};
+    }
     const IntervisibilityOptions options = optionsOf(combination, 1.23456789);
     const QStringList files{"-SrcFile",       path(copy),    "-DstFile",
                             path("seen.tif"), "-point_file", writePointFile(m_folder.path(), observers)};
