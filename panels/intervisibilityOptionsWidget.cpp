@@ -360,8 +360,7 @@ void intervisibilityOptionsWidget::slot_removeAllPoint()
 
 void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()
 {
-    m_table->addPoints(
-        importObservers(m_dem.path, m_ground, defaultPoint(), m_form->m_pPBAddFromVector));
+    m_table->addPoints(importObservers(m_dem.path, m_ground, defaultPoint(), m_form->m_pPBAddFromVector));
 }
 
 void intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged()

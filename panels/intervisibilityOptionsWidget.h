@@ -63,8 +63,8 @@ public:
     /// none, nothing changes, and a message box says so. Returns whether the observer was placed.
     bool dropObserver(int row, const QPointF &position);
 
-    /// Shows in the table how many km² each observer that the tool gets sees, in the table's order. They are shown
-    /// until an observer or the DEM changes; a list of another length shows none.
+    /// Shows in the table how many km² each observer that the tool gets sees, in the table's order. They are
+    /// shown until an observer or the DEM changes; a list of another length shows none.
     void setSeenAreas(const QVector<double> &km2ByEnabledObserver);
 
 signals:

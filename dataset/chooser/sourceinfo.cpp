@@ -225,7 +225,8 @@ void describeOthers(SourceInfo &info, SourceWanted wanted, const QString &gdalTe
 QVector<LayerFacts> usableLayers(const QString &name)
 {
     const GdalMessages messages;
-    const Dataset dataset = endlessSourceProblem(name).isEmpty() ? openSource(name, SourceWanted::Vectors) : nullptr;
+    const Dataset dataset =
+        endlessSourceProblem(name).isEmpty() ? openSource(name, SourceWanted::Vectors) : nullptr;
     QVector<LayerFacts> layers;
     for (int index = 0; dataset && index < dataset->GetLayerCount(); ++index) {
         OGRLayer &layer = *dataset->GetLayer(index);

@@ -90,8 +90,8 @@ struct SourceInfo
 /// are one or two; for data bases their own limits hold.
 SourceInfo readSourceInfo(const QString &name, SourceWanted wanted);
 
-/// The layers of a vector source with geometries and at least one feature, in the source's order. The features are
-/// counted even where all of them must be read for it. Empty for a source that cannot be opened.
+/// The layers of a vector source with geometries and at least one feature, in the source's order. The features
+/// are counted even where all of them must be read for it. Empty for a source that cannot be opened.
 QVector<LayerFacts> usableLayers(const QString &name);
 
 /// The name under which GDAL lists the files of an archive ("/vsizip/a.zip"), by the ending of its name; empty

@@ -18,7 +18,8 @@ LayerDialog::LayerDialog(const QVector<LayerFacts> &layers, QWidget *parent)
     m_list->setObjectName(QStringLiteral("m_pLayers"));
     m_list->setRootIsDecorated(false);
     constexpr int countColumn = 2;
-    m_list->setHeaderLabels(partTitles(SourceKind::Vector) + QStringList{tr("Système de coordonnées", "MESS_OBS_SCR")});
+    m_list->setHeaderLabels(partTitles(SourceKind::Vector)
+                            + QStringList{tr("Système de coordonnées", "MESS_OBS_SCR")});
     SourceInfo source;
     source.layers = layers;
     const QVector<QStringList> rows = partRows(source);

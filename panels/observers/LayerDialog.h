@@ -6,8 +6,8 @@
 
 class QTreeWidget;
 
-/// Dialog that asks which layer of a vector source is imported. It lists name, kind of geometry, number of features
-/// and CRS of each layer; the first one is chosen at first.
+/// Dialog that asks which layer of a vector source is imported. It lists name, kind of geometry, number of
+/// features and CRS of each layer; the first one is chosen at first.
 class LayerDialog : public QDialog
 {
     Q_OBJECT

@@ -7,8 +7,8 @@
 #include <QIcon>
 #include <QUndoStack>
 
-/// The observers as a table, one row each, with the columns of ObserverColumn. The model reads the ground under an
-/// observer from the DEM once, when the observer or the DEM changes.
+/// The observers as a table, one row each, with the columns of ObserverColumn. The model reads the ground under
+/// an observer from the DEM once, when the observer or the DEM changes.
 ///
 /// Every change of points is a step of the history. A step that adds or changes points also switches off the
 /// enabled points without ground, and pointsSwitchedOff() follows. Undoing and redoing switch off none.
@@ -39,8 +39,8 @@ public:
     void addPoints(const QList<ObserverPoint> &points);
     /// `rows`: in ascending order, each once.
     void removePoints(const QVector<int> &rows);
-    /// Sorts the points themselves, in the order of sortedRows(). The tool gets them in the new order, and what is
-    /// selected stays selected.
+    /// Sorts the points themselves, in the order of sortedRows(). The tool gets them in the new order, and what
+    /// is selected stays selected.
     void sort(int column, Qt::SortOrder order) override;
     /// Replaces all rows. Enabled points without ground stay enabled.
     void openSettings(const QList<ObserverPoint> &points);
@@ -64,8 +64,8 @@ public:
     /// out.
     QList<ToolObserver> observers(const DemGround &copy = {}) const;
 
-    /// Shows the area, in km², that each of observers() sees. A list of another length shows none. The areas are
-    /// shown until a point or the ground changes.
+    /// Shows the area, in km², that each of observers() sees. A list of another length shows none. The areas
+    /// are shown until a point or the ground changes.
     void setSeenAreas(const QVector<double> &areas);
 
     /// Whether one of the points from `firstRow` to `lastRow` has a name, or a limit, for the column.

@@ -114,11 +114,13 @@ void ObserverTable::paste(const ObserverPoint &defaults)
     if (problems.isEmpty())
         return;
     if (reading.problems.size() > mostShown)
-        problems += tr("… et %1 autres lignes.", "MESS_OBS_LIGNES_AUTRES").arg(reading.problems.size() - mostShown);
-    problems.prepend(tr("Lignes ignorées : %1. Une ligne s'écrit « x y [hauteur [mode [distance [nom]]]] », ou la "
-                        "première donne les noms des colonnes.",
-                        "MESS_OBS_COLLER")
-                         .arg(reading.problems.size()));
+        problems +=
+            tr("… et %1 autres lignes.", "MESS_OBS_LIGNES_AUTRES").arg(reading.problems.size() - mostShown);
+    problems.prepend(
+        tr("Lignes ignorées : %1. Une ligne s'écrit « x y [hauteur [mode [distance [nom]]]] », ou la "
+           "première donne les noms des colonnes.",
+           "MESS_OBS_COLLER")
+            .arg(reading.problems.size()));
     Prompt::warning(m_view->window(), problems.join(QLatin1Char('\n')));
 }
 
@@ -202,9 +204,10 @@ void ObserverTable::showHistory()
 
 void ObserverTable::retranslate()
 {
-    m_view->setToolTip(tr("Coller ajoute des lignes « x y [hauteur [mode [distance [nom]]]] », ou les colonnes que la "
-                          "première ligne nomme ; la barre d'espace active un point.",
-                          "MESS_OBS_TABLE_EXPL"));
+    m_view->setToolTip(
+        tr("Coller ajoute des lignes « x y [hauteur [mode [distance [nom]]]] », ou les colonnes que la "
+           "première ligne nomme ; la barre d'espace active un point.",
+           "MESS_OBS_TABLE_EXPL"));
     const auto withKey = [](const QString &text, QKeySequence::StandardKey key) {
         return text + QLatin1Char('\t') + QKeySequence(key).toString(QKeySequence::NativeText);
     };

@@ -42,8 +42,8 @@ public:
     /// Lets the button open the menu of columns.
     void setColumnsButton(QToolButton *button);
 
-    /// Adds the points in the lines of the clipboard, as readPointLines() reads them. A message box names the lines
-    /// that are none. `defaults` supplies what a line leaves out.
+    /// Adds the points in the lines of the clipboard, as readPointLines() reads them. A message box names the
+    /// lines that are none. `defaults` supplies what a line leaves out.
     void paste(const ObserverPoint &defaults);
 
     /// Copies the selected points, or else the current one, to the clipboard in the form that paste() reads.

@@ -106,10 +106,11 @@ void TableColumns::fit()
         const int least = leastWidth(column);
         // The usual columns share the table's width; with more of them, the table is scrolled.
         const bool shares = !hasMore && column != EnabledColumn && column != ModeColumn;
-        titles->setSectionResizeMode(column, shares ? QHeaderView::Stretch
+        titles->setSectionResizeMode(column,
+                                     shares ? QHeaderView::Stretch
                                          : column == EnabledColumn || column == ModeColumn
-                                             ? QHeaderView::Fixed
-                                             : QHeaderView::Interactive);
+                                         ? QHeaderView::Fixed
+                                         : QHeaderView::Interactive);
         if (!shares)
             titles->resizeSection(column, least);
         if (column <= NameColumn && !m_view->isColumnHidden(column))

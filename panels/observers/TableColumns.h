@@ -11,10 +11,11 @@ class QAction;
 class QTableView;
 class QToolButton;
 
-/// The columns of the table of observers: which ones are shown, their widths, and sorting by a click on a title.
+/// The columns of the table of observers: which ones are shown, their widths, and sorting by a click on a
+/// title.
 ///
-/// The limits of the observers and the areas that they see are hidden at first. A menu shows and hides them, and
-/// they appear when points come that have values for them.
+/// The limits of the observers and the areas that they see are hidden at first. A menu shows and hides them,
+/// and they appear when points come that have values for them.
 class TableColumns : public QObject
 {
     Q_OBJECT

@@ -36,7 +36,8 @@ intervisibilityProcessInfoDialog::intervisibilityProcessInfoDialog(const VectorO
     m_form->setupUi(this);
     makeNumberField(m_form->m_pLEPas);
     m_form->m_pLEPas->setText(QString::number(minimumStep, 'g', QLocale::FloatingPointShortest));
-    for (QWidget *widget : QList<QWidget *>{m_form->m_pLabelExplanation, m_form->m_pStepLabel, m_form->m_pLEPas})
+    for (QWidget *widget :
+         QList<QWidget *>{m_form->m_pLabelExplanation, m_form->m_pStepLabel, m_form->m_pLEPas})
         widget->setVisible(!source.lines.isEmpty()); // points are not sampled
     m_form->m_pCrsNote->setText(source.crsNotes.join(QLatin1Char('\n')));
     m_form->m_pCrsNote->setVisible(!source.crsNotes.isEmpty());

@@ -149,7 +149,8 @@ QVector<int> sortedRows(const QVector<SortedObserver> &rows, int column, Qt::Sor
     collator.setNumericMode(true); // "P2" before "P10"
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::vector<std::optional<QCollatorSortKey>> keys(rows.size());
-    std::for_each(sorted.begin(), end, [&](int row) { keys[row] = collator.sortKey(rows.at(row).point->name); });
+    std::for_each(sorted.begin(), end,
+                  [&](int row) { keys[row] = collator.sortKey(rows.at(row).point->name); });
     sortPart(sorted, end, order, [&](int one, int other) { return keys[one]->compare(*keys[other]) < 0; });
     return sorted;
 }

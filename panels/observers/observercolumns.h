@@ -33,8 +33,8 @@ QString columnTitle(int column);
 /// text of a number reads back as the same number.
 QString cellText(const ObserverPoint &point, int column);
 
-/// Sets the value of the point from a boolean (EnabledColumn) or from a text. Returns false, and leaves the point
-/// as it is, where the text makes no such value or the point would have a pointProblem().
+/// Sets the value of the point from a boolean (EnabledColumn) or from a text. Returns false, and leaves the
+/// point as it is, where the text makes no such value or the point would have a pointProblem().
 bool setCell(ObserverPoint &point, int column, const QVariant &value);
 
 /// The numbers that a column accepts.

@@ -32,15 +32,15 @@ struct NumberedPoint
 /// Points in the order of their rows, each row once.
 using NumberedPoints = QVector<NumberedPoint>;
 
-/// What a step does: first some rows get other points, then rows are removed, then rows are inserted, then the rows
-/// are sorted.
+/// What a step does: first some rows get other points, then rows are removed, then rows are inserted, then the
+/// rows are sorted.
 struct TableEdit
 {
     NumberedPoints before; ///< the changed rows with their points before the step
     NumberedPoints after;  ///< the same rows with their points after the step
     NumberedPoints removed;
     NumberedPoints inserted; ///< with the rows where they stand after the step
-    QVector<int> order;      ///< order[row]: the row where the point stood that goes to `row`; empty: not sorted
+    QVector<int> order; ///< order[row]: the row where the point stood that goes to `row`; empty: not sorted
 };
 
 /// A step in the history of the table. It holds points and no elevations: the DEM may be another one when the

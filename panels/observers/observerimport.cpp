@@ -103,7 +103,8 @@ QStringList findingsOf(const VectorObservers &source, const SampledObservers &ob
 /// Shows how many observers came, and which CRS they came from.
 void confirm(int count, const QStringList &crsNotes, QWidget *button)
 {
-    QString text = labelText({"MESS_OBS_IMPORTES", "Observateurs importés : %1."}).arg(QLocale().toString(count));
+    QString text =
+        labelText({"MESS_OBS_IMPORTES", "Observateurs importés : %1."}).arg(QLocale().toString(count));
     if (!crsNotes.isEmpty())
         text += QLatin1Char('\n') + crsNotes.join(QLatin1Char('\n'));
     Prompt::notice(button, text);

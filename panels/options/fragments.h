@@ -136,7 +136,7 @@ struct IntervisibilityOptions
 {
     QList<ObserverPoint> observers;
     QString points;                         ///< path of a vector source with more observers; empty: no source
-    QString pointsLayer; ///< name of the layer of that source; empty: all its layers
+    QString pointsLayer;                    ///< name of the layer of that source; empty: all its layers
     double height = ObserverPoint().height; ///< height of the source's observers
     QString mode = altitudeModeText(ObserverPoint().mode); ///< altitude mode of that height
     double distance = ObserverPoint().maxDistance;         ///< how far they see, in metres; 0: without limit

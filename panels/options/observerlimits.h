@@ -11,13 +11,13 @@
 /// nothing.
 struct ObserverLimits
 {
-    std::optional<double> targetHeight;  ///< of what is seen, above the ground, in the DEM's unit of elevations;
-                                         ///< without it the ground height of the run counts
-    std::optional<double> azimuthFrom;   ///< degrees from north, clockwise; the first direction that is seen;
-                                         ///< equal azimuths, as 0 and 360 are, are all directions
-    std::optional<double> azimuthTo;     ///< degrees; the direction where the view ends, itself not seen
-    std::optional<double> angleFrom;     ///< lowest angle that is seen, in degrees above the horizontal
-    std::optional<double> angleTo;       ///< highest angle that is seen
+    std::optional<double> targetHeight; ///< of what is seen, above the ground, in the DEM's unit of elevations;
+                                        ///< without it the ground height of the run counts
+    std::optional<double> azimuthFrom;  ///< degrees from north, clockwise; the first direction that is seen;
+                                        ///< equal azimuths, as 0 and 360 are, are all directions
+    std::optional<double> azimuthTo;    ///< degrees; the direction where the view ends, itself not seen
+    std::optional<double> angleFrom;    ///< lowest angle that is seen, in degrees above the horizontal
+    std::optional<double> angleTo;      ///< highest angle that is seen
     std::optional<double> leastDistance; ///< nearer ground is not seen, in metres
 
     bool operator==(const ObserverLimits &other) const = default;

@@ -68,7 +68,8 @@ Column limitColumn(const LimitField &field)
         const auto &number = point.limits.*member;
         return number ? exactText(*number) : QString();
     };
-    return {QString::fromLatin1(field.name), {QString::fromLatin1(field.toolField).toLower()}, set, text, false};
+    return {
+        QString::fromLatin1(field.name), {QString::fromLatin1(field.toolField).toLower()}, set, text, false};
 }
 
 QString setMode(const QString &text, ObserverPoint &point)
@@ -139,7 +140,7 @@ QChar separatorOf(const QString &line)
             return separator;
     }
     return line.contains(QLatin1Char(' ')) || !line.contains(QLatin1Char(',')) ? QLatin1Char(' ')
-                                                                                : QLatin1Char(',');
+                                                                               : QLatin1Char(',');
 }
 
 QStringList fieldsOf(const QString &line, QChar separator)

@@ -23,10 +23,10 @@ struct PointLinesReading
 /// Reads a point from each line that is not empty. Columns are separated by tabs, or else semicolons, or else
 /// blanks, or else commas; a number has a decimal point or, where commas do not separate, a decimal comma.
 ///
-/// The first line may name the columns, in any order and in upper or lower case: the names of members of recipes,
-/// those of the tool's fields, and the usual ones such as "nom", "hauteur", "lat". x and y are required, and
-/// columns of other names are skipped. Without such a line the columns are "x y [height [mode [distance
-/// [name]]]]". `defaults` supplies what a line leaves out.
+/// The first line may name the columns, in any order and in upper or lower case: the names of members of
+/// recipes, those of the tool's fields, and the usual ones such as "nom", "hauteur", "lat". x and y are
+/// required, and columns of other names are skipped. Without such a line the columns are "x y [height [mode
+/// [distance [name]]]]". `defaults` supplies what a line leaves out.
 PointLinesReading readPointLines(const QString &text, const ObserverPoint &defaults);
 
 /// The points as readPointLines() reads them, exactly: a line of names, then a line for each point, with tabs

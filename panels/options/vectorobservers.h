@@ -10,14 +10,15 @@
 
 #include <optional>
 
-/// A point of a vector source, with what its tool fields say: "OFFSETA", "OFFSETB", "AZIMUTH1" and the others, in
-/// upper or lower case.
+/// A point of a vector source, with what its tool fields say: "OFFSETA", "OFFSETB", "AZIMUTH1" and the others,
+/// in upper or lower case.
 struct VectorSite
 {
     QPointF position;        ///< in the DEM's coordinates
     std::optional<double> z; ///< z coordinate of the geometry; nothing for a point without z
-    QVector<double> values;  ///< of VectorObservers::numericAttributes, by their order; NaN or left out: no value
-    QString name;            ///< from a text field called name, nom, label or the like; empty: no name
+    QVector<double>
+        values;   ///< of VectorObservers::numericAttributes, by their order; NaN or left out: no value
+    QString name; ///< from a text field called name, nom, label or the like; empty: no name
     double addedHeight = 0.0;          ///< OFFSETA
     std::optional<double> maxDistance; ///< the smaller of RADIUS2 and Max_Dist, where 0 is no limit; in metres
     ObserverLimits limits;
@@ -29,13 +30,14 @@ struct VectorObservers
     QVector<VectorSite> sites;
     QList<QVector<QPointF>> lines; ///< lines and rings; a multi-part geometry adds each of its parts
     bool hasZ = false;             ///< at least one site has a z coordinate
-    QStringList numericAttributes; ///< names of the numeric attributes of layers with sites, without the tool fields
-    int skippedFeatures = 0;       ///< number of features without a geometry that the DEM's CRS can express,
-                                   ///< or with coordinates that are none
-    int unusableValues = 0;        ///< number of values in tool fields that no observer can have
-    QStringList crsNotes;          ///< a sentence for each way in which a layer's CRS is not that of the DEM
-    QStringList files;             ///< paths of the local files of the source
-    QString problem; ///< why nothing could be read, with GDAL's message; empty for a good source
+    QStringList
+        numericAttributes;   ///< names of the numeric attributes of layers with sites, without the tool fields
+    int skippedFeatures = 0; ///< number of features without a geometry that the DEM's CRS can express,
+                             ///< or with coordinates that are none
+    int unusableValues = 0;  ///< number of values in tool fields that no observer can have
+    QStringList crsNotes;    ///< a sentence for each way in which a layer's CRS is not that of the DEM
+    QStringList files;       ///< paths of the local files of the source
+    QString problem;         ///< why nothing could be read, with GDAL's message; empty for a good source
 };
 
 /// The most observers that are imported: a run with more would take weeks.

@@ -261,7 +261,8 @@ void IntervisibilityPanelTest::pointsAndFile()
     panel.paste("500005 5099995\n500015;5099995;2.5;Absolute;0\n500025\t5099995 3 relative 1e9\nnonsense\n1 2 "
                 "x\n1 2 nan\n");
     const QString problems = Prompt::takeShown().value(0);
-    QVERIFY2(problems.contains("Lignes ignorées : 3.") && problems.contains("Ligne 4 : « nonsense » n'a pas"), qPrintable(problems));
+    QVERIFY2(problems.contains("Lignes ignorées : 3.") && problems.contains("Ligne 4 : « nonsense » n'a pas"),
+             qPrintable(problems));
     QCOMPARE(panel.model->rowCount(), 4);
     QVERIFY(panel.widget.isComplete() && panel.combines());
     const QString fragment = panel.widget.getCommandArguments();

@@ -250,6 +250,21 @@ void addTableEditor(Album &album)
     }
 }
 
+/// The observers with names and all columns.
+void addObservers(Album &album)
+{
+    WorkFolder workFolder;
+    intervisibilityOptionsWidget panel(workFolder);
+    IntervisibilityOptions options;
+    options.observers = {
+        {.name = QStringLiteral("Tour du Guet"), .limits = {2.0, 350.0, 20.0, -10.0, 5.0, 100.0}},
+        {.height = 1200.0, .mode = AltitudeMode::Absolute, .name = QStringLiteral("Pic")}};
+    panel.setProcessOptions(options);
+    panel.setSeenAreas({12.5, 1034.0});
+    panel.resize(900, 600);
+    album.add(panel, QStringLiteral("observers"));
+}
+
 void addSmallDialogs(Album &album)
 {
     outputFileAdvancedOptionsDialog raster(Process::ShadedRelief, {}, QString());
@@ -267,9 +282,10 @@ void addSmallDialogs(Album &album)
     source.lines.clear();
     intervisibilityProcessInfoDialog points(source, 1200, 1200, 30.0);
     album.add(points, QStringLiteral("import_points"));
-    LayerDialog layers({{QStringLiteral("waypoints"), LayerGeometry::Points, 12500, QStringLiteral("WGS 84 (EPSG:4326)")},
-                        {QStringLiteral("tracks"), LayerGeometry::Lines, 3, QStringLiteral("WGS 84 (EPSG:4326)")},
-                        {QStringLiteral("communes"), LayerGeometry::Areas, 36000, {}}});
+    LayerDialog layers(
+        {{QStringLiteral("waypoints"), LayerGeometry::Points, 12500, QStringLiteral("WGS 84 (EPSG:4326)")},
+         {QStringLiteral("tracks"), LayerGeometry::Lines, 3, QStringLiteral("WGS 84 (EPSG:4326)")},
+         {QStringLiteral("communes"), LayerGeometry::Areas, 36000, {}}});
     album.add(layers, QStringLiteral("import_layers"));
     AbsoluteHeightEditor editor;
     album.add(editor, QStringLiteral("import_outside"));
@@ -441,6 +457,7 @@ int main(int argc, char *argv[])
     addChooser(album);
     addProfile(album);
     addTableEditor(album);
+    addObservers(album);
     addSmallDialogs(album);
     addExtraction(album);
     addSettings(album);

@@ -277,7 +277,8 @@ void ObserverTableTest::hiddenColumns()
     const int azimuth = ObserverPointsModel::FirstLimitColumn + 1;
     const int leastDistance = ObserverPointsModel::SeenColumn - 1;
     table.addRow(1);
-    for (int column = ObserverPointsModel::FirstLimitColumn; column < ObserverPointsModel::ColumnCount; ++column)
+    for (int column = ObserverPointsModel::FirstLimitColumn; column < ObserverPointsModel::ColumnCount;
+         ++column)
         QVERIFY(table.view.isColumnHidden(column) && !table.view.isColumnHidden(column - 1 - limitCount));
     QAction *shown = button.menu()->actions().at(azimuth - ObserverPointsModel::NameColumn);
     QVERIFY(shown->text() == "Azimut de" && !shown->isChecked());
@@ -287,8 +288,8 @@ void ObserverTableTest::hiddenColumns()
     QVERIFY(!table.view.isColumnHidden(azimuth));
 
     // A limit can be typed and emptied again; a name is one line.
-    for (const auto &[typed, value] : QVector<QPair<QString, std::optional<double>>>{
-             {"361", 360.0}, {"12,5", 12.5}, {"", std::nullopt}}) {
+    for (const auto &[typed, value] :
+         QVector<QPair<QString, std::optional<double>>>{{"361", 360.0}, {"12,5", 12.5}, {"", std::nullopt}}) {
         QLineEdit *editor = table.edit(0, azimuth);
         QVERIFY(editor);
         editor->clear();
@@ -328,14 +329,15 @@ void ObserverTableTest::seenAreas()
     set();
     QVERIFY(!table.view.isColumnHidden(ObserverPointsModel::SeenColumn));
     const QLocale locale;
-    QCOMPARE(shown(), QStringLiteral("%1||%2|").arg(locale.toString(1.25, 'f', 2), locale.toString(30.0, 'f', 2)));
+    QCOMPARE(shown(),
+             QStringLiteral("%1||%2|").arg(locale.toString(1.25, 'f', 2), locale.toString(30.0, 'f', 2)));
     table.model.sort(ObserverPointsModel::SeenColumn, Qt::DescendingOrder);
-    QCOMPARE(shown(), QStringLiteral("%1|%2||").arg(locale.toString(30.0, 'f', 2), locale.toString(1.25, 'f', 2)));
+    QCOMPARE(shown(),
+             QStringLiteral("%1|%2||").arg(locale.toString(30.0, 'f', 2), locale.toString(1.25, 'f', 2)));
     QVERIFY(!table.model.setData(table.model.index(0, ObserverPointsModel::SeenColumn), "7"));
     const QVector<std::function<void()>> changes{
         [&] { table.model.setPoint(2, {.x = 500015.0, .y = 5099995.0}); },
-        [&] { table.model.removePoints({3}); },
-        [&] { table.addRow(1); },
+        [&] { table.model.removePoints({3}); }, [&] { table.addRow(1); },
         [&] { table.model.setGround(m_ground); },
         [&] { table.model.setSeenAreas({1.0}); }}; // of another list of observers
     for (const auto &change : changes) {

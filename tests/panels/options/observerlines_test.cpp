@@ -22,7 +22,8 @@ const ObserverPoint defaults{.height = 9.0, .maxDistance = 77.0};
 /// A line for a point with its values; "-" for what it has of `defaults`.
 QString described(const ObserverPoint &point)
 {
-    QStringList words{QString::number(point.x, 'g', 12), QString::number(point.y, 'g', 12),
+    QStringList words{QString::number(point.x, 'g', 12),
+                      QString::number(point.y, 'g', 12),
                       point.height == defaults.height ? "-" : QString::number(point.height),
                       point.mode == defaults.mode ? "-" : altitudeModeText(point.mode),
                       point.maxDistance == defaults.maxDistance ? "-" : QString::number(point.maxDistance),
@@ -53,7 +54,8 @@ void ObserverLinesTest::forms_data()
         {"names", "Nom;Y;X;Hauteur;foo\nA b;2,5;1;;x\n", "1|2.5|-|-|-|A b"},
         {"names, commas", "name,lon,lat,z\n\"Mont Blanc\",6.86,45.83,2", "6.86|45.83|2|-|-|Mont Blanc"},
         {"names and blanks", "x, y, name\n1, 2, a b", "1|2|-|-|-|a b"},
-        {"limits", "x\ty\tAZIMUTH1\tazimuthTo\tVert1\tangleFrom\tRADIUS1\tOFFSETB\tMax_Dist\n1\t2\t3\t4\t5\t-6\t7\t8\t9",
+        {"limits",
+         "x\ty\tAZIMUTH1\tazimuthTo\tVert1\tangleFrom\tRADIUS1\tOFFSETB\tMax_Dist\n1\t2\t3\t4\t5\t-6\t7\t8\t9",
          "1|2|-|-|9||targetHeight=8|azimuthFrom=3|azimuthTo=4|angleFrom=-6|angleTo=5|leastDistance=7"}};
     for (const auto &[name, text, points] : rows)
         QTest::addRow("%s", name) << QString::fromUtf8(text) << QString::fromUtf8(points);
@@ -74,13 +76,10 @@ void ObserverLinesTest::faults_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("problem");
-    const QVector<QPair<const char *, const char *>> rows{{"nonsense", "« nonsense » n'a pas"},
-                                                          {"1 two", "« two »"},
-                                                          {"1\t2\t3\tAbove", "Relative"},
-                                                          {"1;2;3;Relative;4;a;b", "colonnes"},
-                                                          {"1 2 1.234,5", "« 1.234,5 »"},
-                                                          {"1 2 inf", "height"},
-                                                          {"1;2;3;Relative;-4", "distance"}};
+    const QVector<QPair<const char *, const char *>> rows{
+        {"nonsense", "« nonsense » n'a pas"}, {"1 two", "« two »"},           {"1\t2\t3\tAbove", "Relative"},
+        {"1;2;3;Relative;4;a;b", "colonnes"}, {"1 2 1.234,5", "« 1.234,5 »"}, {"1 2 inf", "height"},
+        {"1;2;3;Relative;-4", "distance"}};
     for (const auto &[line, problem] : rows)
         QTest::addRow("%s", line) << QString::fromUtf8(line) << QString::fromUtf8(problem);
 }

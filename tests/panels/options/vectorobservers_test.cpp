@@ -56,7 +56,8 @@ QString wktOf(int epsg)
 
 QString feature(const QString &properties, const QString &geometry)
 {
-    return QStringLiteral("{\"type\":\"Feature\",\"properties\":{%1},\"geometry\":%2}").arg(properties, geometry);
+    return QStringLiteral("{\"type\":\"Feature\",\"properties\":{%1},\"geometry\":%2}")
+        .arg(properties, geometry);
 }
 
 QByteArray collection(const QStringList &features)
@@ -152,16 +153,17 @@ void VectorObserversTest::recipeRows()
 void VectorObserversTest::toolFields()
 {
     const QString path = write("champs.csv",
-                               csvHead + "OffsetA,OFFSETB,azimuth1,AZIMUTH2,VERT1,VERT2,RADIUS1,RADIUS2,Max_Dist,"
-                                         "mast,nom\n"
-                                         "1,2,10,3,45,90,8,-8,5,700,600,25,Tour\n"
-                                         "3,4,,,400,-90,-9,9,-5,0,800,,\n"
-                                         "5,6,,,,,,,,,,,\n");
+                               csvHead
+                                   + "OffsetA,OFFSETB,azimuth1,AZIMUTH2,VERT1,VERT2,RADIUS1,RADIUS2,Max_Dist,"
+                                     "mast,nom\n"
+                                     "1,2,10,3,45,90,8,-8,5,700,600,25,Tour\n"
+                                     "3,4,,,400,-90,-9,9,-5,0,800,,\n"
+                                     "5,6,,,,,,,,,,,\n");
     const char *const options[]{"AUTODETECT_TYPE=YES", "X_POSSIBLE_NAMES=x", "Y_POSSIBLE_NAMES=y", nullptr};
     const QString shapes = m_folder.filePath("champs.gpkg");
     {
-        const std::unique_ptr<GDALDataset> source(GDALDataset::Open(
-            encodePath(path).constData(), GDAL_OF_VECTOR, nullptr, options));
+        const std::unique_ptr<GDALDataset> source(
+            GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR, nullptr, options));
         GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("GPKG");
         const std::unique_ptr<GDALDataset> copy(
             driver->Create(encodePath(shapes).constData(), 0, 0, 0, GDT_Unknown, nullptr));
@@ -175,8 +177,7 @@ void VectorObserversTest::toolFields()
     QCOMPARE(points.size(), 3);
     QVERIFY(points.at(0).height == 12.0 && points.at(0).maxDistance == 600.0 && points.at(0).name == "Tour");
     QVERIFY((points.at(0).limits == ObserverLimits{3.0, 45.0, 90.0, -8.0, 8.0, 5.0}));
-    QVERIFY(points.at(1).maxDistance == 800.0
-            && points.at(1).limits == ObserverLimits{.azimuthTo = 270.0});
+    QVERIFY(points.at(1).maxDistance == 800.0 && points.at(1).limits == ObserverLimits{.azimuthTo = 270.0});
     QVERIFY(points.at(2).height == 2.0 && points.at(2).maxDistance == 90.0);
     QCOMPARE(observersFrom(source, 1.0, defaults, {false, "mast"}).points.at(0).height, 35.0);
 }
@@ -185,10 +186,14 @@ void VectorObserversTest::nameFields_data()
 {
     QTest::addColumn<QString>("properties");
     QTest::addColumn<QString>("name");
-    QTest::newRow("best") << R"("ID":"7","Label":"a","NAME":" b\n c ")" << "b c";
-    QTest::newRow("French") << R"("id":"7","nom":"é")" << "é";
-    QTest::newRow("number") << R"("id":7,"name":8)" << "";
-    QTest::newRow("empty") << R"("name":null,"x":"y")" << "";
+    QTest::newRow("best") << R"("ID":"7","Label":"a","NAME":" b\n c ")"
+                          << "b c";
+    QTest::newRow("French") << R"("id":"7","nom":"é")"
+                            << "é";
+    QTest::newRow("number") << R"("id":7,"name":8)"
+                            << "";
+    QTest::newRow("empty") << R"("name":null,"x":"y")"
+                           << "";
 }
 
 void VectorObserversTest::nameFields()
@@ -216,7 +221,8 @@ void VectorObserversTest::references()
 
 void VectorObserversTest::layers()
 {
-    const QString path = write("trace.gpx", R"(<gpx version="1.1" creator="t" xmlns="http://www.topografix.com/GPX/1/1">
+    const QString path =
+        write("trace.gpx", R"(<gpx version="1.1" creator="t" xmlns="http://www.topografix.com/GPX/1/1">
 <wpt lat="46.5" lon="3"><ele>12</ele><name>Un</name></wpt><wpt lat="46.6" lon="3"/>
 <trk><trkseg><trkpt lat="46" lon="3"/><trkpt lat="47" lon="3"/></trkseg></trk></gpx>)");
     const VectorObservers points = readVectorObservers(path, {}, "waypoints");
