@@ -93,7 +93,7 @@ int TableColumns::leastWidth(int column) const
         return title + margin;
     const bool isLong = column == HeightColumn || column == DistanceColumn;
     const QString usual = isLong ? QStringLiteral("100000.000") : QStringLiteral("360.000");
-    return std::max(title, m_view->fontMetrics().horizontalAdvance(usual) + margin);
+    return std::max(title + margin / 2, m_view->fontMetrics().horizontalAdvance(usual) + margin);
 }
 
 void TableColumns::fit()
@@ -112,7 +112,7 @@ void TableColumns::fit()
                                          ? QHeaderView::Fixed
                                          : QHeaderView::Interactive);
         if (!shares)
-            titles->resizeSection(column, least);
+            titles->resizeSection(column, column == NameColumn ? 2 * least : least); // names are longer than numbers
         if (column <= NameColumn && !m_view->isColumnHidden(column))
             width += least;
     }
