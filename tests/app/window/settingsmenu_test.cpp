@@ -209,8 +209,12 @@ void SettingsMenuTest::vectorSourceBecomesRows()
     QCOMPARE(Prompt::takeShown(), QStringList());
     const auto options = std::get<IntervisibilityOptions>(dialog.window.recipe().options);
     QCOMPARE(options.observers.size(), 1);
-    const ObserverPoint expected{
-        .x = 500320.0, .y = 5099680.0, .height = 25.0, .mode = AltitudeMode::Absolute, .maxDistance = 300.0};
+    const ObserverPoint expected{.x = 500320.0,
+                                 .y = 5099680.0,
+                                 .height = 25.0,
+                                 .mode = AltitudeMode::Absolute,
+                                 .maxDistance = 300.0,
+                                 .name = QStringLiteral("1")}; // a CSV holds texts
     QVERIFY(options.observers.first() == expected && options.points.isEmpty());
 }
 
