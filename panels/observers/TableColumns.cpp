@@ -112,7 +112,8 @@ void TableColumns::fit()
                                          ? QHeaderView::Fixed
                                          : QHeaderView::Interactive);
         if (!shares)
-            titles->resizeSection(column, column == NameColumn ? 2 * least : least); // names are longer than numbers
+            titles->resizeSection(column,
+                                  column == NameColumn ? 2 * least : least); // names are longer than numbers
         if (column <= NameColumn && !m_view->isColumnHidden(column))
             width += least;
     }
