@@ -45,7 +45,8 @@ set(layers
     "messages: "
     "vectordraw: "
     "viewshed: "
-    "viewshed/io: viewshed"
+    "viewshed/sweep: viewshed"
+    "viewshed/io: viewshed viewshed/sweep"
     "viewshed/main.cpp: viewshed viewshed/io"
     "colortable: messages colortable/formats/colornames.h colortable/formats/foreigntable.h colortable/formats/palettes.h"
     "colortable/formats: colortable messages"
@@ -66,7 +67,7 @@ set(layers
     "app/recipe: app/process panels/options colortable dataset dataset/views messages"
     "app/run: app/process app/recipe panels/options runner dataset dataset/views messages"
     "app/preview/map: app/preview/previewgeometry.h panels/options colortable dataset messages"
-    "app/preview/live: viewshed viewshed/io panels/options dataset"
+    "app/preview/live: viewshed viewshed/sweep viewshed/io panels/options dataset"
     "app/preview/profile: app/preview/live viewshed panels/options dataset messages"
     "app/preview: app/preview/map app/preview/live app/preview/profile app/process colortable panels panels/options runner dataset dataset/views messages viewshed/lineofsight.h viewshed/problem.h"
     "app/series: app/process app/recipe app/run panels/options runner dataset dataset/chooser dataset/views messages"
@@ -76,7 +77,7 @@ set(layers
     "app/main.cpp: app/startup app/process app/window dataset messages"
     "resources: "
     "samples: dataset vectordraw"
-    "bench: app/process app/preview app/preview/live app/preview/profile app/window panels panels/options viewshed viewshed/io runner dataset vectordraw"
+    "bench: app/process app/preview app/preview/live app/preview/profile app/window panels panels/options viewshed viewshed/sweep viewshed/io runner dataset vectordraw"
 )
 
 # Text that may stand only in some files: a pattern, and a pattern of those files.
@@ -93,7 +94,7 @@ set(rules
 # Text that must not stand in some files: a pattern of the files, and the pattern of the text.
 set(bans
     "^viewshed/" "#include *<Q"
-    "^(viewshed/([^/m]|m[^a])[^/]*$|vectordraw/(stylestring|geometry))" "#include *<(gdal|ogr|cpl|cairo|pango)"
+    "^(viewshed/(sweep/|([^/m]|m[^a])[^/]*$)|vectordraw/(stylestring|geometry))" "#include *<(gdal|ogr|cpl|cairo|pango)"
 )
 
 set(rooms "")

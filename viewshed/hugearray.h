@@ -11,8 +11,8 @@
 namespace viewshed
 {
 
-/// An array of numbers, uninitialized, in huge pages of memory where the system has them: the page faults of small
-/// pages cost more time than reading the numbers from a file.
+/// An array of numbers, uninitialized, in huge pages of memory where the system has them: the page faults of
+/// small pages cost more time than reading the numbers from a file.
 template <class Number> class HugeArray
 {
 public:
@@ -27,9 +27,18 @@ public:
 #endif
     }
 
-    std::size_t size() const { return m_size; }
-    Number *data() { return m_numbers.get(); }
-    const Number *data() const { return m_numbers.get(); }
+    std::size_t size() const
+    {
+        return m_size;
+    }
+    Number *data()
+    {
+        return m_numbers.get();
+    }
+    const Number *data() const
+    {
+        return m_numbers.get();
+    }
 
 private:
     static constexpr std::align_val_t page{std::size_t(1) << 21};

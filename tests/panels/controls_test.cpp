@@ -194,7 +194,7 @@ const QStringList testedElsewhere{
     "views m_pChBStatistics",
     "views m_pLEStatistics",
     "views m_pPBStatistics",
-    "views m_pTBColumns",       // opens a menu
+    "views m_pTBColumns",                    // opens a menu
     "colors m_pLComputeExactStatisticsLink", // changes the DEM's extremes, not an option
     "colors m_pPBEditColorTable",            // opens the editor
 };

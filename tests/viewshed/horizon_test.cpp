@@ -1,5 +1,5 @@
 #include "viewshed/combine.h"
-#include "viewshed/horizon.h"
+#include "viewshed/sweep/horizon.h"
 
 #include <QTest>
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "viewshed/bitgrid.h"
-#include "viewshed/heightgrid.h"
 #include "viewshed/io/observers.h"
 #include "viewshed/io/raster_io.h"
 #include "viewshed/io/skylinefile.h"
@@ -9,6 +8,7 @@
 #include "viewshed/options.h"
 #include "viewshed/seenarea.h"
 #include "viewshed/sightcounter.h"
+#include "viewshed/sweep/heightgrid.h"
 
 #include <optional>
 

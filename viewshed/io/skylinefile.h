@@ -2,9 +2,9 @@
 
 #include "viewshed/bitgrid.h"
 #include "viewshed/combine.h"
-#include "viewshed/horizonline.h"
 #include "viewshed/io/georeference.h"
 #include "viewshed/io/observers.h"
+#include "viewshed/sweep/horizonline.h"
 
 #include <memory>
 

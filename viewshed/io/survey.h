@@ -1,7 +1,7 @@
 #pragma once
 
-#include "viewshed/horizon.h"
 #include "viewshed/io/analysis.h"
+#include "viewshed/sweep/horizon.h"
 
 #include <memory>
 

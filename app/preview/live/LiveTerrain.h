@@ -2,9 +2,9 @@
 
 #include "panels/options/observerpoints.h"
 #include "viewshed/bitgrid.h"
-#include "viewshed/blockmaxima.h"
 #include "viewshed/io/georeference.h"
 #include "viewshed/io/observersight.h"
+#include "viewshed/sweep/blockmaxima.h"
 
 #include <QPointF>
 #include <QString>

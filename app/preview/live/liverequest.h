@@ -2,8 +2,8 @@
 
 #include "app/preview/live/LiveTerrain.h"
 #include "panels/options/fragments.h"
-#include "viewshed/horizon.h"
 #include "viewshed/options.h"
+#include "viewshed/sweep/horizon.h"
 
 #include <QImage>
 #include <QList>

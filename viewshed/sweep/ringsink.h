@@ -1,7 +1,7 @@
 #pragma once
 
-#include "viewshed/panel.h"
-#include "viewshed/skylinekernels.h"
+#include "viewshed/sweep/panel.h"
+#include "viewshed/sweep/skylinekernels.h"
 
 namespace viewshed
 {

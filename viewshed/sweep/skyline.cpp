@@ -1,4 +1,4 @@
-#include "viewshed/skyline.h"
+#include "viewshed/sweep/skyline.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,8 +18,7 @@ constexpr double beyondSector = 4.0;
 
 } // namespace
 
-template <class Place>
-void SkylineOf<Place>::Envelope::restart(double from, std::size_t room)
+template <class Place> void SkylineOf<Place>::Envelope::restart(double from, std::size_t room)
 {
     if (a.size() < room) {
         ends.resize(room + 1);
@@ -36,8 +35,7 @@ void SkylineOf<Place>::Envelope::restart(double from, std::size_t room)
 
 /// Continues the envelope with `piece` up to the direction `end`. Does nothing if the envelope already reaches
 /// it; lengthens the last piece if that is the same one.
-template <class Place>
-void SkylineOf<Place>::Envelope::append(double end, const Piece &piece)
+template <class Place> void SkylineOf<Place>::Envelope::append(double end, const Piece &piece)
 {
     if (end <= ends[count])
         return;
@@ -52,8 +50,7 @@ void SkylineOf<Place>::Envelope::append(double end, const Piece &piece)
 }
 
 /// Adds `piece` at the envelope's end as a single direction.
-template <class Place>
-void SkylineOf<Place>::Envelope::appendPoint(const Piece &piece)
+template <class Place> void SkylineOf<Place>::Envelope::appendPoint(const Piece &piece)
 {
     a[count] = piece.a;
     b[count] = piece.b;
@@ -80,8 +77,7 @@ SkylineOf<Place>::SkylineOf(const SkylineKernels &kernels)
     : m_kernels(kernels)
 { }
 
-template <class Place>
-void SkylineOf<Place>::restart(double from, double to)
+template <class Place> void SkylineOf<Place>::restart(double from, double to)
 {
     m_from = from;
     m_to = to;
@@ -90,8 +86,7 @@ void SkylineOf<Place>::restart(double from, double to)
     m_knowsLowest = false;
 }
 
-template <class Place>
-double SkylineOf<Place>::lowest()
+template <class Place> double SkylineOf<Place>::lowest()
 {
     if (!m_knowsLowest)
         m_lowest = m_kernels.lowest(m_horizon.pieces());
@@ -99,8 +94,7 @@ double SkylineOf<Place>::lowest()
     return m_lowest;
 }
 
-template <class Place>
-RingLayout SkylineOf<Place>::layout()
+template <class Place> RingLayout SkylineOf<Place>::layout()
 {
     return {.directions = m_directions.data(),
             .limits = m_limits.data(),
@@ -109,8 +103,7 @@ RingLayout SkylineOf<Place>::layout()
             .kinkFlags = m_kinkFlags.data()};
 }
 
-template <class Place>
-const double *SkylineOf<Place>::limits(const Ring &ring)
+template <class Place> const double *SkylineOf<Place>::limits(const Ring &ring)
 {
     const auto vertices = static_cast<std::size_t>(ring.intervals) + 1;
     if (m_directions.size() < vertices) {
@@ -170,8 +163,7 @@ typename SkylineOf<Place>::Edge SkylineOf<Place>::edgeFromNearer(const Ring &rin
 
 /// Whether the interval's left cell has no neighbour with data along the ring, but one nearer to the eye or
 /// farther from it. It then counts as ground even where that edge covers no range of directions.
-template <class Place>
-bool SkylineOf<Place>::isLonePoint(const Ring &ring, int interval) const
+template <class Place> bool SkylineOf<Place>::isLonePoint(const Ring &ring, int interval) const
 {
     const bool inside = direction(interval) > m_from;
     return inside && !std::isnan(ring.heights[interval]) && std::isnan(ring.heights[interval + 1])
@@ -179,8 +171,7 @@ bool SkylineOf<Place>::isLonePoint(const Ring &ring, int interval) const
         && !(std::isnan(ring.nearer[interval]) && std::isnan(ring.farther[interval]));
 }
 
-template <class Place>
-void SkylineOf<Place>::raise(const Ring &ring)
+template <class Place> void SkylineOf<Place>::raise(const Ring &ring)
 {
     if (!m_kernels.flagIntervals(ring, m_horizon.pieces(), layout(), m_meetings, m_flags.data()))
         return;
@@ -210,16 +201,14 @@ void SkylineOf<Place>::raise(const Ring &ring)
 /// edge from the nearer ring is then below, too, because it leads from one of the cells to a point of the
 /// horizon within the interval. The leaf's end must not cut the interval, for that point may lie beyond the
 /// end.
-template <class Place>
-bool SkylineOf<Place>::coversHorizon(int interval) const
+template <class Place> bool SkylineOf<Place>::coversHorizon(int interval) const
 {
     return m_flags[static_cast<std::size_t>(interval)] == mayRise && direction(interval) >= m_from
         && direction(interval + 1) <= m_to;
 }
 
 /// Replaces the horizon over the intervals `first` to `end` - 1 by the edges between their cells.
-template <class Place>
-void SkylineOf<Place>::replaceRun(const Ring &ring, int first, int end)
+template <class Place> void SkylineOf<Place>::replaceRun(const Ring &ring, int first, int end)
 {
     copyUpTo(direction(first));
     m_kernels.edges(ring, first, end, m_merged.a.data() + m_merged.count, m_merged.b.data() + m_merged.count);
@@ -233,13 +222,12 @@ void SkylineOf<Place>::replaceRun(const Ring &ring, int first, int end)
         ++m_next;
 }
 
-template <class Place>
-void SkylineOf<Place>::mergeInterval(const Ring &ring, int interval)
+template <class Place> void SkylineOf<Place>::mergeInterval(const Ring &ring, int interval)
 {
     if (isLonePoint(ring, interval)) {
         copyUpTo(direction(interval));
-        m_merged.appendPoint(
-            {ring.heights[interval] / ring.ahead, 0.0, Place(EdgePlace{.distance = ring.ahead, .sideways = false})});
+        m_merged.appendPoint({ring.heights[interval] / ring.ahead, 0.0,
+                              Place(EdgePlace{.distance = ring.ahead, .sideways = false})});
     }
     Edge along = edgeAlong(ring, interval);
     const Edge fromNearer = edgeFromNearer(ring, interval);
@@ -262,8 +250,7 @@ void SkylineOf<Place>::mergeInterval(const Ring &ring, int interval)
 }
 
 /// Appends to m_merged what m_horizon holds up to the direction `to`.
-template <class Place>
-void SkylineOf<Place>::copyUpTo(double to)
+template <class Place> void SkylineOf<Place>::copyUpTo(double to)
 {
     const std::size_t first = m_next;
     while (m_next < m_horizon.count && m_horizon.ends[m_next + 1] <= to)
@@ -281,8 +268,7 @@ void SkylineOf<Place>::copyUpTo(double to)
 }
 
 /// Appends to m_merged the horizon up to the edge's end, raised by the edge.
-template <class Place>
-void SkylineOf<Place>::mergeEdge(const Edge &edge)
+template <class Place> void SkylineOf<Place>::mergeEdge(const Edge &edge)
 {
     if (!edge.exists || edge.from >= edge.to)
         return;
@@ -325,8 +311,7 @@ void SkylineOf<Place>::appendHigher(double from, double to, const Piece &old, co
 }
 
 template <class Place>
-std::vector<HorizonPiece> SkylineOf<Place>::horizon() const
-    requires std::same_as<Place, EdgePlace>
+std::vector<HorizonPiece> SkylineOf<Place>::horizon() const requires std::same_as<Place, EdgePlace>
 {
     std::vector<HorizonPiece> pieces;
     for (std::size_t index = 0; index < m_horizon.count; ++index) {

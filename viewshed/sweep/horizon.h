@@ -1,11 +1,11 @@
 #pragma once
 
-#include "viewshed/blockmaxima.h"
-#include "viewshed/horizonline.h"
-#include "viewshed/leafsweep.h"
 #include "viewshed/lineofsight.h"
-#include "viewshed/skylinekernels.h"
-#include "viewshed/targetheights.h"
+#include "viewshed/sweep/blockmaxima.h"
+#include "viewshed/sweep/horizonline.h"
+#include "viewshed/sweep/leafsweep.h"
+#include "viewshed/sweep/skylinekernels.h"
+#include "viewshed/sweep/targetheights.h"
 
 #include <memory>
 

@@ -1,9 +1,9 @@
-#include "viewshed/horizon.h"
+#include "viewshed/sweep/horizon.h"
 
 #include "viewshed/combine.h"
 #include "viewshed/jobs.h"
-#include "viewshed/leafsweep.h"
-#include "viewshed/seencells.h"
+#include "viewshed/sweep/leafsweep.h"
+#include "viewshed/sweep/seencells.h"
 
 #include <algorithm>
 #include <atomic>
@@ -89,9 +89,7 @@ void findPlainHeights(const Scene &scene, const HeightsFound &found, int threads
         for (int column = 0; column < scene.window.width; ++column)
             heights.push_back(plainTargetHeight(scene.terrain, scene.sight, scene.window.left + column,
                                                 scene.window.top + index));
-        found({.column = scene.window.left,
-               .row = scene.window.top + index,
-               .count = scene.window.width},
+        found({.column = scene.window.left, .row = scene.window.top + index, .count = scene.window.width},
               heights.data());
     };
     runJobs(scene.window.height, threads, findRow, progress);

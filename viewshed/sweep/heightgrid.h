@@ -2,7 +2,7 @@
 
 #include "viewshed/combine.h"
 #include "viewshed/hugearray.h"
-#include "viewshed/targetheights.h"
+#include "viewshed/sweep/targetheights.h"
 
 namespace viewshed
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "viewshed/panel.h"
-#include "viewshed/skyline.h"
+#include "viewshed/sweep/panel.h"
+#include "viewshed/sweep/skyline.h"
 
 #include <array>
 #include <cstddef>

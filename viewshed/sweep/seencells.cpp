@@ -1,4 +1,4 @@
-#include "viewshed/seencells.h"
+#include "viewshed/sweep/seencells.h"
 
 #include "viewshed/lineofsight.h"
 

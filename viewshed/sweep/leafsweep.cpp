@@ -1,4 +1,4 @@
-#include "viewshed/leafsweep.h"
+#include "viewshed/sweep/leafsweep.h"
 
 #include <algorithm>
 
@@ -47,8 +47,7 @@ LeafSweep<Line>::LeafSweep(const Scene &scene, const Frame &frame, int leaf, Lin
     m_skyline.restart(m_from, m_to);
 }
 
-template <class Line>
-void LeafSweep<Line>::run(RingSink &sink)
+template <class Line> void LeafSweep<Line>::run(RingSink &sink)
 {
     const bool grows = m_frame.awayStep > 0;
     const double next = grows ? std::floor(m_eyeLine) + 1.0 : std::ceil(m_eyeLine) - 1.0;
@@ -65,8 +64,7 @@ void LeafSweep<Line>::run(RingSink &sink)
 
 /// The places of the cells between the leaf's ends at the distance `ahead`, and one more at either end. They
 /// may lie outside the terrain.
-template <class Line>
-Places LeafSweep<Line>::placesAround(double ahead) const
+template <class Line> Places LeafSweep<Line>::placesAround(double ahead) const
 {
     Places places{.first = static_cast<int>(std::floor(m_from * ahead + m_eyePlace)),
                   .last = static_cast<int>(std::ceil(m_to * ahead + m_eyePlace))};
@@ -78,16 +76,16 @@ Places LeafSweep<Line>::placesAround(double ahead) const
     return places;
 }
 
-/// The places of the window at the distance `ahead` that the sight may reach, and one or two more at either end. No line
-/// of sight to a cell within reach crosses the line elsewhere. Empty if the line is beyond reach.
+/// The places of the window at the distance `ahead` that the sight may reach, and one or two more at either
+/// end. No line of sight to a cell within reach crosses the line elsewhere. Empty if the line is beyond reach.
 template <class Line> Places LeafSweep<Line>::reachedPlaces(double ahead) const
 {
     const Places all{.first = m_places.first - 1, .last = m_places.last + 1};
     const double reach = m_scene.sight.reach;
     if (std::isinf(reach))
         return all;
-    // The cells within reach form an ellipse; the line cuts it at the two sides that solve the quadratic equation
-    // along · side² + 2 · mixed · side + across = reach².
+    // The cells within reach form an ellipse; the line cuts it at the two sides that solve the quadratic
+    // equation along · side² + 2 · mixed · side + across = reach².
     const GroundForm &ground = m_scene.sight.ground;
     const double step = ahead * m_frame.awayStep;
     const double along = m_frame.linesAreColumns ? ground.yy : ground.xx;
@@ -106,8 +104,7 @@ template <class Line> Places LeafSweep<Line>::reachedPlaces(double ahead) const
 
 /// Sweeps the lines of one row (or column) of blocks. If their cells are all hidden, the horizon is not raised,
 /// and the lines are skipped unless the sink wants them.
-template <class Line>
-void LeafSweep<Line>::sweepBlock(int nearestLine, int farthestLine, RingSink &sink)
+template <class Line> void LeafSweep<Line>::sweepBlock(int nearestLine, int farthestLine, RingSink &sink)
 {
     const Places near = placesAround(ahead(nearestLine));
     const Places far = placesAround(ahead(farthestLine));
@@ -134,8 +131,7 @@ void LeafSweep<Line>::sweepBlock(int nearestLine, int farthestLine, RingSink &si
 }
 
 /// The greatest elevation in and around the blocks that hold the places of the line.
-template <class Line>
-double LeafSweep<Line>::greatestElevation(int line, Places places) const
+template <class Line> double LeafSweep<Line>::greatestElevation(int line, Places places) const
 {
     constexpr int block = BlockMaxima::side;
     const int first = std::max(places.first, m_places.first) / block;
@@ -147,8 +143,7 @@ double LeafSweep<Line>::greatestElevation(int line, Places places) const
 
 /// Whether a cell with the greatest elevation would be hidden anywhere between the two lines. It is compared
 /// where it appears highest: at the nearer end if it is above the eye, at the farther end if it is below.
-template <class Line>
-bool LeafSweep<Line>::isHidden(int nearestLine, int farthestLine, double greatest)
+template <class Line> bool LeafSweep<Line>::isHidden(int nearestLine, int farthestLine, double greatest)
 {
     const Sight &sight = m_scene.sight;
     const double nearestEdge = ahead(nearestLine) - 1.0; // edges lead back to the line before the nearest one
@@ -159,14 +154,14 @@ bool LeafSweep<Line>::isHidden(int nearestLine, int farthestLine, double greates
     return top / (top > 0.0 ? nearestEdge : ahead(farthestLine)) < m_skyline.lowest() - m_scene.errorPerCell;
 }
 
-template <class Line>
-void LeafSweep<Line>::sweepLine(int line, bool raises, RingSink &sink)
+template <class Line> void LeafSweep<Line>::sweepLine(int line, bool raises, RingSink &sink)
 {
     Ring ring;
     ring.ahead = ahead(line);
     const Places leaf = placesAround(ring.ahead);
     const Places reached = reachedPlaces(ring.ahead);
-    const Places vertices{.first = std::max(leaf.first, reached.first), .last = std::min(leaf.last, reached.last)};
+    const Places vertices{.first = std::max(leaf.first, reached.first),
+                          .last = std::min(leaf.last, reached.last)};
     ring.intervals = vertices.last - vertices.first;
     if (ring.intervals < 1)
         return;

@@ -1,4 +1,4 @@
-#include "viewshed/skylinekernels.h"
+#include "viewshed/sweep/skylinekernels.h"
 
 #include <algorithm>
 #include <cmath>

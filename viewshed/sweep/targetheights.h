@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewshed/leafsweep.h"
+#include "viewshed/sweep/leafsweep.h"
 
 #include <functional>
 #include <vector>
@@ -17,16 +17,16 @@ struct RowOfCells
 };
 
 /// Receives the least height above the ground at which a target on each of the cells is seen, as
-/// plainTargetHeight() returns it, in the DEM's vertical unit; NaN for a cell without data. Called by several threads
-/// at a time, and at most once for each cell.
+/// plainTargetHeight() returns it, in the DEM's vertical unit; NaN for a cell without data. Called by several
+/// threads at a time, and at most once for each cell.
 using HeightsFound = std::function<void(const RowOfCells &cells, const double *heights)>;
 
 /// The buffers of TargetHeights. A thread passes the same ones to one leaf after the other.
 struct HeightBuffers
 {
     std::vector<double> ring; ///< for each vertex of the ring its height
-    /// Where lines are columns, for each place of the panel the heights of one block's columns, and which of them the
-    /// leaf holds.
+    /// Where lines are columns, for each place of the panel the heights of one block's columns, and which of
+    /// them the leaf holds.
     std::vector<double> columns;
     std::vector<Places> columnsOfPlaces;
 };
@@ -35,8 +35,8 @@ struct HeightBuffers
 class TargetHeights : public RingSink
 {
 public:
-    /// `frame` is that of the leaf. All must outlive the sink, and no other sink may use the buffers at the same
-    /// time.
+    /// `frame` is that of the leaf. All must outlive the sink, and no other sink may use the buffers at the
+    /// same time.
     TargetHeights(const Scene &scene, const Frame &frame, const HeightsFound &found, HeightBuffers &buffers);
 
     bool wantsHiddenRings() const override { return true; }

@@ -1,4 +1,4 @@
-#include "viewshed/horizonline.h"
+#include "viewshed/sweep/horizonline.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "viewshed/heightgrid.h"
+#include "viewshed/sweep/heightgrid.h"
 
 #include "viewshed/lineofsight.h"
 
@@ -20,7 +20,8 @@ float roundedUp(double number)
 {
     const auto nearest = static_cast<float>(number);
     // The floats above zero are in the order of their bits.
-    const std::uint32_t next = std::bit_cast<std::uint32_t>(nearest) + (static_cast<double>(nearest) < number ? 1 : 0);
+    const std::uint32_t next =
+        std::bit_cast<std::uint32_t>(nearest) + (static_cast<double>(nearest) < number ? 1 : 0);
     return std::bit_cast<float>(next);
 }
 

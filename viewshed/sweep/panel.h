@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewshed/skylinekernels.h"
+#include "viewshed/sweep/skylinekernels.h"
 #include "viewshed/terrain.h"
 
 #include <algorithm>

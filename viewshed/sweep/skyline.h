@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewshed/skylinekernels.h"
+#include "viewshed/sweep/skylinekernels.h"
 
 #include <concepts>
 #include <cstddef>
@@ -50,7 +50,8 @@ struct HorizonPiece
 /// meet, the higher one counts. A piece may consist of a single direction: a cell whose only edges lead
 /// straight away from the eye.
 ///
-/// With EdgePlace as `Place`, each piece also keeps the place of its edge, which costs time; with NoPlace it does not.
+/// With EdgePlace as `Place`, each piece also keeps the place of its edge, which costs time; with NoPlace it
+/// does not.
 template <class Place> class SkylineOf
 {
 public:
@@ -73,8 +74,7 @@ public:
     void raise(const Ring &ring);
 
     /// The horizon's pieces in order, without the gaps.
-    std::vector<HorizonPiece> horizon() const
-        requires std::same_as<Place, EdgePlace>;
+    std::vector<HorizonPiece> horizon() const requires std::same_as<Place, EdgePlace>;
 
 private:
     static constexpr bool traced = std::same_as<Place, EdgePlace>;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "viewshed/blockmaxima.h"
 #include "viewshed/combine.h"
-#include "viewshed/panel.h"
-#include "viewshed/ringsink.h"
-#include "viewshed/skyline.h"
+#include "viewshed/sweep/blockmaxima.h"
+#include "viewshed/sweep/panel.h"
+#include "viewshed/sweep/ringsink.h"
+#include "viewshed/sweep/skyline.h"
 
 namespace viewshed
 {
@@ -39,8 +39,8 @@ inline constexpr int mostLeaves = 64; ///< of a sector
 ///
 /// An eye at least 4 cells away from the terrain has no ring nearer than that. The sum of 1 is then below
 /// ahead · H · 2^-47, that of 2 below ahead · H · 2^-50, and each of the choices of 3 errs by less than
-/// ahead · H · 2^-46; outsideRounding leaves room for a chain of more than a hundred of them. At great distances the
-/// smaller E matters: H is the height that such an eye looks down from.
+/// ahead · H · 2^-46; outsideRounding leaves room for a chain of more than a hundred of them. At great
+/// distances the smaller E matters: H is the height that such an eye looks down from.
 ///
 /// Different directions must be different numbers. Directions are quotients of lattice numbers below 2^30, as
 /// an eye and a cell are each less than largestSide cells from the terrain's first cell. Cells are 2^10 lattice

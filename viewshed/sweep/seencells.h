@@ -1,7 +1,7 @@
 #pragma once
 
 #include "viewshed/bitgrid.h"
-#include "viewshed/leafsweep.h"
+#include "viewshed/sweep/leafsweep.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "viewshed/blockmaxima.h"
+#include "viewshed/sweep/blockmaxima.h"
 
 #include "viewshed/jobs.h"
 

@@ -1,4 +1,4 @@
-#include "viewshed/targetheights.h"
+#include "viewshed/sweep/targetheights.h"
 
 #include "viewshed/lineofsight.h"
 
@@ -74,8 +74,8 @@ void TargetHeights::ring(const SweptRing &swept)
         m_found({.column = swept.firstPlace + own.first, .row = swept.line, .count = count}, heights);
 }
 
-/// Collects the heights of one column. They are reported once a block and not once a line, because neighbours in a
-/// row are neighbours in memory.
+/// Collects the heights of one column. They are reported once a block and not once a line, because neighbours
+/// in a row are neighbours in memory.
 void TargetHeights::collectColumn(int line, int firstPlace, int count)
 {
     constexpr int side = BlockMaxima::side;
@@ -86,9 +86,9 @@ void TargetHeights::collectColumn(int line, int firstPlace, int count)
         *to = m_buffers.ring[static_cast<std::size_t>(cell)];
     Places *columns = m_buffers.columnsOfPlaces.data() + first;
     for (int cell = 0; cell < count; ++cell, ++columns)
-        *columns = columns->last < columns->first ? Places{inBlock, inBlock}
-                                                  : Places{std::min(columns->first, inBlock),
-                                                           std::max(columns->last, inBlock)};
+        *columns = columns->last < columns->first
+            ? Places{inBlock, inBlock}
+            : Places{std::min(columns->first, inBlock), std::max(columns->last, inBlock)};
 }
 
 void TargetHeights::endBlock(int nearestLine)
