@@ -207,6 +207,14 @@ void checkDestination(const Options &options, const InputFiles &inputs)
                 throw Problem("The picture would replace " + file.string() + ", which is an input" + choose);
         }
     }
+    for (const auto &[side, name] :
+         {std::pair{&options.skyline, "-Skyline"}, {&options.statistics, "-Statistics"}}) {
+        for (const fs::path &file : inputs.files) {
+            if (!side->empty() && isSameFile(file, localFile(*side)))
+                throw Problem("The option " + std::string(name) + " would replace " + file.string()
+                              + ", which is an input; choose another file.");
+        }
+    }
     if (!destination.empty() && !inputs.unknown.empty())
         throw Problem("The picture would replace " + destination.string()
                       + ", and nothing shows whether the input " + inputs.unknown.front().substr(0, 200)

@@ -24,8 +24,8 @@ struct InputFiles
 /// an input is a pipe, a socket or a device, because opening it could wait for ever.
 InputFiles inputFiles(const Options &options);
 
-/// Throws Problem if the destination exists and is not a regular file, if the picture or what it replaces is
-/// one of the inputs, or if the destination exists and an input's files are unknown.
+/// Throws Problem if the destination exists and is not a regular file, if the product, what it replaces or a
+/// side file is one of the inputs, or if the destination exists and an input's files are unknown.
 void checkDestination(const Options &options, const InputFiles &inputs);
 
 /// The files besides `destination` that creating the picture may write with these creation options.
