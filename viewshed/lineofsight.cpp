@@ -136,7 +136,9 @@ double heightWithinSlopes(double height, double ground, const Sight &sight, int 
     if (metres == 0.0)
         return height;
     const double raised = std::max(height, sight.field.lowestSlope * metres - ground);
-    return ground + raised > sight.field.highestSlope * metres ? neverSeen : raised;
+    if (ground + raised > sight.field.highestSlope * metres)
+        return neverSeen;
+    return raised;
 }
 
 double plainTargetHeight(const Terrain &terrain, const Sight &sight, int column, int row)

@@ -56,6 +56,7 @@ std::vector<ObserverGroup> observerGroups(const std::vector<Window> &windows, Gr
     std::iota(numbers.begin(), numbers.end(), std::size_t(0));
     if (order == GroupOrder::ByPlace) {
         std::vector<std::uint64_t> places;
+        places.reserve(windows.size());
         for (const Window &window : windows)
             places.push_back(placeOf(window));
         std::stable_sort(numbers.begin(), numbers.end(),

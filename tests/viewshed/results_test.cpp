@@ -50,7 +50,7 @@ void ResultsTest::counts()
     Random random(1);
     SightCounter counter(width, height);
     counter.makeRoom(observers);
-    std::vector<std::uint32_t> expected(width * height);
+    std::vector<std::uint32_t> expected(std::size_t(width) * height);
     const Window windows[] = {
         {0, 0, width, height}, {64, 2, 70, 5}, {128, 0, 72, 1}, {64, 8, 1, 1}, {0, 3, 64, 6}};
     for (std::size_t observer = 0; observer < observers; ++observer) {
@@ -65,9 +65,9 @@ void ResultsTest::counts()
                     seen.test(column, row) ? 1 : 0;
         }
     }
-    std::vector<std::uint32_t> counts(width * height);
+    std::vector<std::uint32_t> counts(std::size_t(width) * height);
     for (int row = 0; row < height; ++row)
-        counter.readRow(row, counts.data() + row * width);
+        counter.readRow(row, counts.data() + std::ptrdiff_t(row) * width);
     QCOMPARE(counts, expected);
     QVERIFY(*std::max_element(counts.begin(), counts.end()) < observers);
 }
@@ -153,6 +153,7 @@ void ResultsTest::groups()
 {
     // Two crowds far apart, given in turn, and an observer who reaches nothing.
     std::vector<Window> windows;
+    windows.reserve(21);
     for (int index = 0; index < 20; ++index)
         windows.push_back({index % 2 * 64'000, index * 10, 256, 256});
     windows.push_back({});

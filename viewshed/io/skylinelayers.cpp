@@ -15,7 +15,7 @@ namespace
 
 Problem notWritten()
 {
-    return Problem("The skylines cannot be written: " + std::string(CPLGetLastErrorMsg()));
+    return Problem{"The skylines cannot be written: " + std::string(CPLGetLastErrorMsg())};
 }
 
 OGRLayer *createLayer(GDALDataset &dataset, const char *name, const OGRSpatialReference *crs,

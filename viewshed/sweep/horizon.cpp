@@ -86,6 +86,7 @@ void findPlainHeights(const Scene &scene, const HeightsFound &found, int threads
 {
     const auto findRow = [&](int index) {
         std::vector<double> heights;
+        heights.reserve(static_cast<std::size_t>(scene.window.width));
         for (int column = 0; column < scene.window.width; ++column)
             heights.push_back(plainTargetHeight(scene.terrain, scene.sight, scene.window.left + column,
                                                 scene.window.top + index));

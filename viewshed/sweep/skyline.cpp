@@ -310,17 +310,13 @@ void SkylineOf<Place>::appendHigher(double from, double to, const Piece &old, co
     }
 }
 
-template <class Place>
-std::vector<HorizonPiece> SkylineOf<Place>::horizon() const requires std::same_as<Place, EdgePlace>
+template <class Place> std::vector<HorizonPieceOf<Place>> SkylineOf<Place>::horizon() const
 {
-    std::vector<HorizonPiece> pieces;
+    std::vector<HorizonPieceOf<Place>> pieces;
     for (std::size_t index = 0; index < m_horizon.count; ++index) {
-        if (m_horizon.a[index] > gapHeight / 2.0)
-            pieces.push_back({.from = m_horizon.ends[index],
-                              .to = m_horizon.ends[index + 1],
-                              .a = m_horizon.a[index],
-                              .b = m_horizon.b[index],
-                              .place = m_horizon.places[index]});
+        const Piece piece = m_horizon.piece(index);
+        if (piece.a > gapHeight / 2.0)
+            pieces.push_back({m_horizon.ends[index], m_horizon.ends[index + 1], piece.a, piece.b, piece.place});
     }
     return pieces;
 }

@@ -29,14 +29,15 @@ struct NoPlace
 };
 
 /// One piece of a horizon: g = a + b · m for the directions m from `from` to `to`.
-struct HorizonPiece
+template <class Place> struct HorizonPieceOf
 {
     double from;
     double to;
     double a;
     double b;
-    EdgePlace place;
+    [[no_unique_address]] Place place;
 };
+using HorizonPiece = HorizonPieceOf<EdgePlace>;
 
 /// The horizon of one leaf: how high the ground from the eye up to some ring reaches, for each direction of a
 /// narrow range. The glossary in horizon.h explains the terms.
@@ -74,7 +75,7 @@ public:
     void raise(const Ring &ring);
 
     /// The horizon's pieces in order, without the gaps.
-    std::vector<HorizonPiece> horizon() const requires std::same_as<Place, EdgePlace>;
+    std::vector<HorizonPieceOf<Place>> horizon() const;
 
 private:
     static constexpr bool traced = std::same_as<Place, EdgePlace>;

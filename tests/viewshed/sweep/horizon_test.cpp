@@ -150,7 +150,8 @@ void HorizonTest::farEyes()
     Random random(11);
     for (const double distance : {70'000.0, 333'000.0, largestSide - 100.0}) {
         for (int round = 0; round < 40; ++round) {
-            const Ground ground = std::array{Ground::Smooth, Ground::Noise, Ground::Sea}[round % 3];
+            const Ground ground =
+                std::array{Ground::Smooth, Ground::Noise, Ground::Sea}[std::size_t(round) % 3];
             const Terrain terrain = terrainOf(ground, 65, 70, round % 2 == 0 ? 0.0 : 0.1, random);
             const double angle = round % 4 == 0 ? std::numbers::pi / 4 * round : between(random, 0.0, 6.3);
             Sight sight;
