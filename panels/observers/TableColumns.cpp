@@ -104,14 +104,14 @@ void TableColumns::fit()
     int width = m_view->verticalHeader()->sizeHint().width() + 2 * m_view->frameWidth();
     for (int column = 0; column < ColumnCount; ++column) {
         const int least = leastWidth(column);
-        // The usual columns share the table's width; with more of them, the table is scrolled.
-        const bool shares = !hasMore && column != EnabledColumn && column != ModeColumn;
+        // The names take what the usual columns leave of the table's width; with more of them, the table is scrolled.
+        const bool takesRest = !hasMore && column == NameColumn;
         titles->setSectionResizeMode(column,
-                                     shares ? QHeaderView::Stretch
+                                     takesRest ? QHeaderView::Stretch
                                          : column == EnabledColumn || column == ModeColumn
                                          ? QHeaderView::Fixed
                                          : QHeaderView::Interactive);
-        if (!shares)
+        if (!takesRest)
             titles->resizeSection(column,
                                   column == NameColumn ? 2 * least : least); // names are longer than numbers
         if (column <= NameColumn && !m_view->isColumnHidden(column))
