@@ -1,6 +1,7 @@
 #include "dataset/extraction/vectorextent.h"
 
 #include "dataset/gdalmessages.h"
+#include "dataset/layercrs.h"
 #include "dataset/pathencoding.h"
 #include "dataset/references.h"
 #include "messages/label.h"
@@ -30,7 +31,7 @@ std::optional<QRectF> layerExtent(OGRLayer &layer, const OGRSpatialReference *de
     OGREnvelope box;
     if (layer.GetExtent(&box, TRUE) != OGRERR_NONE)
         return std::nullopt;
-    if (const OGRSpatialReference *own = layer.GetSpatialRef(); own && dem) {
+    if (const OGRSpatialReference *own = layerCrs(layer); own && dem) {
         OGRSpatialReference source(*own);
         source.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
         const std::unique_ptr<OGRCoordinateTransformation> transformation(
@@ -74,7 +75,7 @@ VectorExtent readVectorExtent(const QString &file, const QString &demCrs)
             continue;
         extent.ground = found ? united(extent.ground, *box) : *box;
         found = true;
-        if (!layer->GetSpatialRef() || demCrs.isEmpty())
+        if (!layerCrs(*layer) || demCrs.isEmpty())
             extent.note = labelText({"MESS_EXTR_SANS_CRS",
                                      "Le fichier ou le MNT n'a pas de système de coordonnées : les coordonnées "
                                      "sont prises pour celles du MNT."});

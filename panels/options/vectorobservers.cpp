@@ -1,6 +1,7 @@
 #include "panels/options/vectorobservers.h"
 
 #include "dataset/gdalmessages.h"
+#include "dataset/layercrs.h"
 #include "dataset/pathencoding.h"
 #include "dataset/references.h"
 #include "messages/label.h"
@@ -141,9 +142,8 @@ bool holdsPoints(const OGRGeometry &geometry)
 
 void addLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
 {
-    const bool sameCoordinates = crs.isEmpty() || !layer.GetSpatialRef(); // as far as the files say
-    const Transformation transformation =
-        sameCoordinates ? nullptr : transformationTo(crs, layer.GetSpatialRef());
+    const bool sameCoordinates = crs.isEmpty() || !layerCrs(layer); // as far as the files say
+    const Transformation transformation = sameCoordinates ? nullptr : transformationTo(crs, layerCrs(layer));
     const bool possible = sameCoordinates || transformation;
     LayerFields fields(*layer.GetLayerDefn());
     bool any = false;
@@ -156,7 +156,7 @@ void addLayer(OGRLayer &layer, const QString &crs, VectorObservers &found)
             ++found.skippedFeatures;
         any = true;
     }
-    const QString note = any ? crsNote(crs, layer.GetSpatialRef()) : QString();
+    const QString note = any ? crsNote(crs, layerCrs(layer)) : QString();
     if (!note.isEmpty() && !found.crsNotes.contains(note))
         found.crsNotes += note;
 }
