@@ -105,7 +105,8 @@ void TableColumns::fit()
     int width = m_view->verticalHeader()->sizeHint().width() + 2 * m_view->frameWidth();
     for (int column = 0; column < ColumnCount; ++column) {
         const int least = leastWidth(column);
-        // The names take what the usual columns leave of the table's width; with more of them, the table is scrolled.
+        // The names take what the usual columns leave of the table's width; with more of them, the table is
+        // scrolled.
         const bool takesRest = !hasMore && column == NameColumn;
         titles->setSectionResizeMode(column,
                                      takesRest ? QHeaderView::Stretch

@@ -136,8 +136,8 @@ void addRampOfCounts(MapLegend &legend, const LegendFacts &facts, const QLocale 
         tick.text = observersText(tick.value, locale);
 }
 
-/// The strip of the least visible heights, whose round steps are evenly spread, above the box of the ground that
-/// is seen.
+/// The strip of the least visible heights, whose round steps are evenly spread, above the box of the ground
+/// that is seen.
 void addHeights(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
 {
     const ValueRamp &ramp = facts.product.ramp;
@@ -153,8 +153,8 @@ void addHeights(MapLegend &legend, const LegendFacts &facts, const QLocale &loca
     }
     for (const double height : ramp.steps)
         strip.ticks += {ramp.placeOf(height), locale.toString(height, 'f', 0) + facts.look.unit};
-    legend.rows += {
-        QColor::fromRgb(seenGroundColor), false, false, labelText({"MESS_ZONE_SOL_VU", "Sol visible"}), {}};
+    legend.rows +=
+        {QColor::fromRgb(seenGroundColor), false, false, labelText({"MESS_ZONE_SOL_VU", "Sol visible"}), {}};
 }
 
 /// A few numbers of observers, each with the area that so many see.

@@ -82,7 +82,8 @@ double ValueRamp::placeOf(double value) const
     const auto last = steps.size() - 1;
     const auto above = std::upper_bound(steps.begin() + 1, steps.end() - 1, value) - steps.begin();
     const auto at = static_cast<int>(above);
-    return (at - 1 + (value - steps.at(at - 1)) / (steps.at(at) - steps.at(at - 1))) / static_cast<double>(last);
+    return (at - 1 + (value - steps.at(at - 1)) / (steps.at(at) - steps.at(at - 1)))
+        / static_cast<double>(last);
 }
 
 QRgb ValueRamp::color(double value) const
@@ -94,11 +95,11 @@ QRgb ValueRamp::color(double value) const
 
 QVector<double> heightSteps(double highest)
 {
-    constexpr double least = 10.0;
+    const double last = std::clamp(highest, 10.0, 1000.0);
     QVector<double> steps{0.0, 2.0, 5.0};
-    for (double power = 10.0; steps.last() < std::max(highest, least); power *= 10.0) {
+    for (double power = 10.0; steps.last() < last; power *= 10.0) {
         for (const double factor : {1.0, 2.0, 5.0}) {
-            if (steps.last() < std::max(highest, least))
+            if (steps.last() < last)
                 steps += factor * power;
         }
     }

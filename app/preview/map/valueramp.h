@@ -15,7 +15,7 @@ enum class RampKind
     Position,  ///< brown below zero, white at zero, green above
     Direction, ///< a circle of colours: north and 360° are one colour
     Count,     ///< whole numbers, coloured as Variation
-    Height     ///< heights above the ground, coloured as Variation by round steps, with a colour of its own for 0
+    Height ///< heights above the ground, coloured as Variation by round steps, with a colour of its own for 0
 };
 
 /// The colours of values from `low` to `high`; values beyond are coloured like the ends.
@@ -32,8 +32,8 @@ struct ValueRamp
     /// among mountains. Empty: the colours follow the values themselves.
     QVector<double> steps{};
 
-    /// The place of a value on the strip of colours: 0 at the low end to 1 at the high end, and beyond for values
-    /// beyond.
+    /// The place of a value on the strip of colours: 0 at the low end to 1 at the high end, and beyond for
+    /// values beyond.
     double placeOf(double value) const;
 
     QRgb color(double value) const;
@@ -43,7 +43,7 @@ struct ValueRamp
 constexpr QRgb seenGroundColor = 0xffffd454;
 
 /// The round heights 0, 2, 5, 10, 20, 50 and so on, up to the first that is not below `highest`; at least up to
-/// 10.
+/// 10 and at most up to 1000, so that the heights of masts keep most of the colours beside mountains.
 QVector<double> heightSteps(double highest);
 
 /// A ramp over the values of a product: from its 2nd to its 98th percentile; from 0 where no value is negative;

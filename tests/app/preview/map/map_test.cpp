@@ -99,6 +99,7 @@ void MapTest::ramps()
     QCOMPARE(heightSteps(0.0), (QVector<double>{0, 2, 5, 10}));
     QCOMPARE(heightSteps(100.5), (QVector<double>{0, 2, 5, 10, 20, 50, 100, 200}));
     QCOMPARE(heightSteps(200.0).last(), 200.0);
+    QCOMPARE(heightSteps(8000.0).last(), 1000.0);
     // Low masts have colours of their own beside mountains, and the ground that is seen has one.
     const ElevationGrid heights{4, 1, {0.0f, 0.1f, 5.0f, 180.0f}};
     ValueRamp masts = rampOver(heights, RampKind::Height);
