@@ -6,6 +6,7 @@
 #include "panels/controls/numberfield.h"
 #include "panels/observers/observerimport.h"
 #include "panels/options/pointfile.h"
+#include "panels/options/previewobservers.h"
 #include "ui_intervisibilityOptionsWidget.h"
 
 #include <QDir>
@@ -124,6 +125,7 @@ void intervisibilityOptionsWidget::connectTable()
         slot_onCurrentObserverPointChanged();
         slot_onOptionsChanged();
     });
+    connect(&*m_table, &ObserverTable::seenAreasWanted, this, [this] { reportChange(); });
     connect(&m_model, &Model::layoutChanged, this, [this] {
         slot_onCurrentObserverPointChanged(); // the numbers of the observers on the map are their rows
         slot_onOptionsChanged();
@@ -174,25 +176,30 @@ void intervisibilityOptionsWidget::connectColors()
 
 QString intervisibilityOptionsWidget::getCommandArguments()
 {
-    return argumentsWith(m_model.observers()) + sideFileArguments(sideFiles(options()));
+    return argumentsWith(m_workFolder.newFolder(), m_model.observers())
+        + sideFileArguments(sideFiles(options()));
 }
 
 std::optional<ToolInput> intervisibilityOptionsWidget::launchInput()
 {
-    return ToolInput{.fragment = argumentsWith(m_model.observers()),
+    return ToolInput{.fragment = argumentsWith(m_workFolder.newFolder(), m_model.observers()),
                      .readsTemporaryFile = true,
                      .sideFiles = sideFiles(options())};
 }
 
 std::optional<ToolInput> intervisibilityOptionsWidget::previewInput(const QString &copy)
 {
-    return ToolInput{.fragment = argumentsWith(m_model.observers(DemGround(copy, m_dem.band))),
-                     .readsTemporaryFile = true};
+    const QString folder = m_workFolder.newFolder();
+    ToolInput input{.fragment =
+                        argumentsWith(folder, m_model.observers(DemGround(copy, m_dem.band), mostPreviewed)),
+                    .readsTemporaryFile = true};
+    if (m_table->showsSeenAreas() && observerCount() <= mostPreviewed && !folder.isEmpty())
+        input.sideFiles += {statisticsArgument, folder + QStringLiteral("/seen.csv"), {"csv"}};
+    return input;
 }
 
-QString intervisibilityOptionsWidget::argumentsWith(const QList<ToolObserver> &observers)
+QString intervisibilityOptionsWidget::argumentsWith(const QString &folder, const QList<ToolObserver> &observers)
 {
-    const QString folder = m_workFolder.newFolder();
     const QString file = folder.isEmpty() ? QString() : writePointFile(folder, observers);
     return intervisibilityFragment(options(), file);
 }
@@ -253,6 +260,11 @@ std::optional<ObserverPoint> intervisibilityOptionsWidget::currentObserver() con
 {
     const int row = currentRow();
     return row >= 0 ? std::optional<ObserverPoint>(m_model.point(row)) : std::nullopt;
+}
+
+int intervisibilityOptionsWidget::observerCount() const
+{
+    return m_model.enabledCount() - m_model.groundlessCount();
 }
 
 int intervisibilityOptionsWidget::currentRow() const

@@ -37,7 +37,8 @@ public:
     QString getCommandArguments() override;
     std::optional<ToolInput> launchInput() override;
     /// Relative heights count from the ground of the copy: an observer on the DEM's own ground might stand
-    /// below that of the copy.
+    /// below that of the copy. The tool gets at most mostPreviewed observers. Where
+    /// the table shows the areas that they see, the tool writes its statistics, a file beside the other inputs.
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setDem(const DemInfo &dem) override;
@@ -48,6 +49,9 @@ public:
 
     /// The point of the table's current row; nothing where no row is current.
     std::optional<ObserverPoint> currentObserver() const;
+
+    /// Number of observers that a launch passes to the tool.
+    int observerCount() const;
 
     /// The table's current row, counted from 0; -1 where no row is current.
     int currentRow() const;
@@ -110,8 +114,8 @@ private:
     void updateControls();
     /// A point with the default height, mode and distance, in the centre of the DEM.
     ObserverPoint defaultPoint() const;
-    /// Writes the observers' file and returns the argument fragment that names it.
-    QString argumentsWith(const QList<ToolObserver> &observers);
+    /// Writes the observers' file into the folder and returns the argument fragment that names it.
+    QString argumentsWith(const QString &folder, const QList<ToolObserver> &observers);
     void changeColor(ZoneColor &color);
     void resetColor(ZoneColor &color);
 

@@ -4,7 +4,10 @@
 #include "colortable/colortablefile.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "panels/options/contourlevels.h"
+#include "panels/options/fragments.h"
+#include "panels/options/previewobservers.h"
 
+#include <QFile>
 #include <QLocale>
 
 #include <utility>
@@ -91,6 +94,16 @@ QString PreviewControl::previewProblem() const
     return m_panel->launchWarnings().join(QLatin1Char('\n'));
 }
 
+/// Says that the preview shows the views of some observers only; empty where it shows those of all.
+QString PreviewControl::sampleRemark() const
+{
+    const int count = m_panel == &m_observers ? m_observers.observerCount() : 0;
+    if (count <= mostPreviewed)
+        return {};
+    return PreviewPane::tr("Aperçu avec %1 des %2 observateurs.", "MESS_APERCU_ECHANT")
+        .arg(QLocale().toString(mostPreviewed), QLocale().toString(count));
+}
+
 /// The options, the process or the DEM changed. another: what is shown is of another process.
 void PreviewControl::update(bool another)
 {
@@ -105,6 +118,7 @@ void PreviewControl::update(bool another)
     m_isRenewed = true;
     m_pane.setCompass(m_panel ? compassOf(m_usedOptions) : std::nullopt);
     m_pane.setPlacing(m_panel == &m_observers);
+    m_pane.setRemark(sampleRemark());
     showObservers();
     if (another)
         m_runs.replace(isComplete);
@@ -134,6 +148,20 @@ void PreviewControl::showOutput()
     if (!m_pane.showOutput(product))
         m_pane.clearOutput(QString());
     m_isRenewed = m_runs.isProductOutdated();
+    showSeenAreas();
+}
+
+/// Shows in the table what each observer sees, where the tool has written it.
+void PreviewControl::showSeenAreas()
+{
+    const bool isWhole = m_runs.part().size() == m_pane.dem().size; // what lies outside of a part counts, too
+    if (!isWhole || m_runs.isProductOutdated())
+        return;
+    for (const SideFile &side : m_runs.productRequest().toolInput.sideFiles) {
+        QFile file(side.path);
+        if (side.argument == statisticsArgument && file.open(QIODevice::ReadOnly))
+            m_observers.setSeenAreas(readSeenAreas(QString::fromUtf8(file.readAll())));
+    }
 }
 
 void PreviewControl::showObservers()

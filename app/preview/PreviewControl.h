@@ -41,7 +41,9 @@ public:
 
 private:
     QString previewProblem() const;
+    QString sampleRemark() const;
     void update(bool clear);
+    void showSeenAreas();
     void moveObserver(int row, const QPointF &ground);
 
     PreviewPane &m_pane;

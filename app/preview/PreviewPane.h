@@ -68,6 +68,9 @@ public:
     /// it is being computed.
     void clearOutput(const QString &text);
 
+    /// Says below the map what else the product does not show; empty: nothing.
+    void setRemark(const QString &remark);
+
     /// Percentage of the running step; -1: it does not run. A step that takes a while shows a turning wheel.
     void setReducing(int percent);
     void setComputing(int percent);
@@ -142,6 +145,7 @@ private:
     LegendView *m_legend;
     QSplitter *m_parts; ///< the map, and what is added below it
     QLabel *m_note;
+    QString m_remark; ///< setRemark()
     QLabel *m_readout;
     MapScene m_scene;
     double m_opacity = 1.0;

@@ -146,6 +146,11 @@ void Previews::stopStaleStep()
 void Previews::endStep(bool succeeded)
 {
     m_queue.end(succeeded);
+    removeSideFiles();
+}
+
+void Previews::removeSideFiles()
+{
     m_workFolder.removeFolders(m_firstSideFolder, m_endOfSideFolders);
     m_firstSideFolder = m_endOfSideFolders = 0;
 }
@@ -255,7 +260,7 @@ void Previews::onDone()
     if (step == PreviewStep::None)
         return;
     m_isOutdated = m_queue.isOutdated();
-    endStep(true);
+    m_queue.end(true);
     if (step == PreviewStep::Reduce) {
         if (isWhole())
             m_wholeSource = sourceName(m_dem, m_part);
@@ -263,6 +268,7 @@ void Previews::onDone()
     } else {
         emit computed();
     }
+    removeSideFiles();
     if (!m_pause.isActive())
         runNext();
 }

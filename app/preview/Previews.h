@@ -76,7 +76,8 @@ public:
     /// Path of the product, valid from computed() to the next change.
     QString product() const { return m_product; }
 
-    /// The request that the product was made with.
+    /// The request that the product was made with. The files of its toolInput exist until the slots of
+    /// computed() have ended.
     const ProcessingRequest &productRequest() const { return m_request; }
 
     /// Whether product() is that of options which have changed since.
@@ -107,6 +108,7 @@ private:
     void compute();
     bool isWhole() const { return m_part.size() == m_dem.size; }
     void endStep(bool succeeded);
+    void removeSideFiles();
     void onProgress(int percent);
     void onDone();
     void onError(const QString &toolText);

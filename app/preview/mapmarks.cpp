@@ -1,5 +1,6 @@
 #include "app/preview/mapmarks.h"
 
+#include <QBitArray>
 #include <QColor>
 #include <QFontMetricsF>
 #include <QIcon>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -83,19 +85,33 @@ void paintPin(QPainter &painter, const MapMark &mark, const QPointF &place)
     paintNumber(painter, mark, head);
 }
 
+/// The pixels in which there are marks, each once: many marks may share a pixel.
+QVector<QPoint> pixelsOf(const QVector<const MapMark *> &marks, bool enabled, const Places &places)
+{
+    const QRect area = places.area.toAlignedRect().adjusted(-1, -1, 1, 1);
+    QBitArray isTaken(area.width() * area.height());
+    QVector<QPoint> pixels;
+    for (const MapMark *mark : marks) {
+        const QPoint pixel = places.toPlace(mark->position).toPoint();
+        const int at = (pixel.y() - area.y()) * area.width() + pixel.x() - area.x();
+        if (mark->enabled != enabled || !area.contains(pixel) || isTaken.testBit(at))
+            continue;
+        isTaken.setBit(at);
+        pixels += pixel;
+    }
+    return pixels;
+}
+
 void paintDots(QPainter &painter, const QVector<const MapMark *> &marks, const Places &places)
 {
     if (marks.size() > mostDots) {
         for (const bool enabled : {false, true}) {
-            QVector<QPointF> points;
-            for (const MapMark *mark : marks) {
-                if (mark->enabled == enabled)
-                    points += places.toPlace(mark->position);
+            const QVector<QPoint> pixels = pixelsOf(marks, enabled, places);
+            for (const auto &[reach, color] :
+                 {std::pair(2, QColor(Qt::white)), {1, enabled ? markColor : offColor}}) {
+                for (const QPoint &pixel : pixels)
+                    painter.fillRect(pixel.x() - reach, pixel.y() - reach, 2 * reach + 1, 2 * reach + 1, color);
             }
-            painter.setPen(QPen(Qt::white, 5.0, Qt::SolidLine, Qt::SquareCap));
-            painter.drawPoints(points.constData(), static_cast<int>(points.size()));
-            painter.setPen(QPen(enabled ? markColor : offColor, 3.0, Qt::SolidLine, Qt::SquareCap));
-            painter.drawPoints(points.constData(), static_cast<int>(points.size()));
         }
         return;
     }

@@ -1,6 +1,7 @@
 #include "panels/observers/ObserverPointsModel.h"
 
 #include "messages/label.h"
+#include "panels/options/previewobservers.h"
 
 #include <QLocale>
 
@@ -54,7 +55,11 @@ QString ObserverPointsModel::columnMeaning(int column) const
     case DistanceColumn:
         return distanceMeaning();
     case SeenColumn:
-        return tr("Surface que voit l'observateur dans le dernier aperçu, en km².", "MESS_OBS_VOIT_EXPL");
+        return tr("Surface que voit l'observateur, en km², environ : l'aperçu la calcule sur une copie réduite "
+                  "du MNT "
+                  "entier, pour %1 observateurs au plus.",
+                  "MESS_OBS_VOIT_EXPL")
+            .arg(QLocale().toString(mostPreviewed));
     default:
         return {};
     }
@@ -114,11 +119,13 @@ bool ObserverPointsModel::setData(const QModelIndex &index, const QVariant &valu
 
 QList<ObserverPoint> ObserverPointsModel::points() const
 {
-    QList<ObserverPoint> points;
-    points.reserve(m_rows.size());
-    for (const Row &row : m_rows)
-        points += row.point;
-    return points;
+    if (!m_points) {
+        m_points.emplace();
+        m_points->reserve(m_rows.size());
+        for (const Row &row : m_rows)
+            *m_points += row.point;
+    }
+    return *m_points;
 }
 
 ObserverPointsModel::Row ObserverPointsModel::rowOf(const ObserverPoint &point) const
@@ -233,6 +240,7 @@ void ObserverPointsModel::change(const NumberedPoints &points)
         const bool moved = m_rows.at(row).point.position() != point.position();
         m_rows[row] = moved ? rowOf(point) : Row{point, m_rows.at(row).ground};
     }
+    m_points.reset();
     emit dataChanged(index(points.first().row, 0), index(points.last().row, ColumnCount - 1));
 }
 
@@ -258,6 +266,7 @@ void ObserverPointsModel::takeOut(const NumberedPoints &points)
     if (areAdjacent(points)) {
         beginRemoveRows({}, first, points.last().row);
         m_rows.erase(m_rows.begin() + first, m_rows.begin() + points.last().row + 1);
+        m_points.reset();
         endRemoveRows();
         return;
     }
@@ -271,6 +280,7 @@ void ObserverPointsModel::takeOut(const NumberedPoints &points)
             left += m_rows.at(row);
     }
     m_rows = left;
+    m_points.reset();
     endResetModel();
 }
 
@@ -294,6 +304,7 @@ void ObserverPointsModel::putIn(const NumberedPoints &points)
     }
     all += m_rows.mid(old);
     m_rows = all;
+    m_points.reset();
     if (adjacent)
         endInsertRows();
     else
@@ -313,6 +324,7 @@ void ObserverPointsModel::reorder(const QVector<int> &order)
         places[order.at(row)] = row;
     }
     m_rows = rows;
+    m_points.reset();
     const QModelIndexList before = persistentIndexList();
     QModelIndexList after;
     after.reserve(before.size());
@@ -322,21 +334,27 @@ void ObserverPointsModel::reorder(const QVector<int> &order)
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-void ObserverPointsModel::setSeenAreas(const QVector<double> &areas)
+/// The rows of observers() without a limit on their number.
+QVector<int> ObserverPointsModel::seeingRows() const
 {
-    clearSeenAreas();
     QVector<int> seeing;
     for (int row = 0; row < m_rows.size(); ++row) {
         if (m_rows.at(row).point.enabled && !m_rows.at(row).isGroundless())
             seeing += row;
     }
+    return seeing;
+}
+
+void ObserverPointsModel::setSeenAreas(const QVector<double> &areas)
+{
+    clearSeenAreas();
+    const QVector<int> seeing = seeingRows();
     if (seeing.isEmpty() || seeing.size() != areas.size())
         return;
     for (int at = 0; at < areas.size(); ++at)
         m_rows[seeing.at(at)].seenArea = areas.at(at);
     m_showsAreas = true;
     emit dataChanged(index(0, SeenColumn), index(rowCount() - 1, SeenColumn));
-    emit seenAreasShown();
 }
 
 void ObserverPointsModel::clearSeenAreas()
@@ -378,10 +396,14 @@ int ObserverPointsModel::enabledCount() const
         std::count_if(m_rows.begin(), m_rows.end(), [](const Row &row) { return row.point.enabled; }));
 }
 
-QList<ToolObserver> ObserverPointsModel::observers(const DemGround &copy) const
+QList<ToolObserver> ObserverPointsModel::observers(const DemGround &copy, int most) const
 {
     QList<ToolObserver> observers;
-    for (const Row &row : m_rows) {
+    const QVector<int> seeing = seeingRows();
+    const int count = std::min(most, static_cast<int>(seeing.size()));
+    for (int at = 0; at < count; ++at) {
+        const Row &row =
+            m_rows.at(seeing.at(static_cast<int>(static_cast<qint64>(at) * seeing.size() / count)));
         const auto observer = toolObserver(row.point, copy.surfaceElevation(row.point.position()), row.ground);
         if (observer)
             observers += *observer;

@@ -7,6 +7,9 @@
 #include <QIcon>
 #include <QUndoStack>
 
+#include <limits>
+#include <optional>
+
 /// The observers as a table, one row each, with the columns of ObserverColumn. The model reads the ground under
 /// an observer from the DEM once, when the observer or the DEM changes.
 ///
@@ -32,6 +35,7 @@ public:
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
     const ObserverPoint &point(int row) const { return m_rows.at(row).point; }
+    /// The list is made once after each change: panel and previews query it several times for one edit.
     QList<ObserverPoint> points() const;
     void setPoint(int row, const ObserverPoint &point) { changePoints({{row, point}}); }
     /// Points that are as before are not part of the step; without any other there is no step.
@@ -61,8 +65,8 @@ public:
 
     /// The enabled points with their absolute altitudes. Relative heights count from the ground of `copy`, a
     /// reduced copy of the DEM, where it has data, and otherwise from the DEM's. Points without ground are left
-    /// out.
-    QList<ToolObserver> observers(const DemGround &copy = {}) const;
+    /// out. Of more than `most` such points, so many are returned, spread evenly over the table.
+    QList<ToolObserver> observers(const DemGround &copy = {}, int most = std::numeric_limits<int>::max()) const;
 
     /// Shows the area, in km², that each of observers() sees. A list of another length shows none. The areas
     /// are shown until a point or the ground changes.
@@ -85,8 +89,6 @@ signals:
     void restored(const QVector<int> &rows);
     /// Enabled points without ground were switched off.
     void pointsSwitchedOff();
-    /// Areas are shown that were not before.
-    void seenAreasShown();
 
 private:
     friend class ObserverStep;
@@ -113,10 +115,12 @@ private:
     void reorder(const QVector<int> &order);
     void clearSeenAreas();
 
+    QVector<int> seeingRows() const;
     QString text(const Row &row, int column) const;
 
     QVector<Row> m_rows;
-    bool m_showsAreas = false; ///< some row has an area
+    mutable std::optional<QList<ObserverPoint>> m_points; ///< those of the rows; nothing after a change
+    bool m_showsAreas = false;                            ///< some row has an area
     DemGround m_ground;
     QUndoStack m_history;
     QIcon m_on;

@@ -28,6 +28,10 @@ ObserverTable::ObserverTable(QTableView *view, ObserverPointsModel &model)
     view->setItemDelegate(new PointDelegate(view));
     view->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_columns.emplace(view, model);
+    connect(&*m_columns, &TableColumns::shown, this, [this](int column) {
+        if (column == ObserverPointsModel::SeenColumn)
+            emit seenAreasWanted();
+    });
     // One height for all rows: heights by content would measure every row at every change.
     view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     fitRowHeight();
@@ -131,6 +135,11 @@ void ObserverTable::copy()
         points += m_model.point(row);
     if (!points.isEmpty())
         QGuiApplication::clipboard()->setText(pointLines(points));
+}
+
+bool ObserverTable::showsSeenAreas() const
+{
+    return !m_view->isColumnHidden(ObserverPointsModel::SeenColumn);
 }
 
 void ObserverTable::removeSelected()

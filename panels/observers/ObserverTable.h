@@ -55,6 +55,9 @@ public:
     /// Removes all points after a question.
     void removeAll();
 
+    /// Whether the column of the areas that the observers see is visible.
+    bool showsSeenAreas() const;
+
     /// Shows the texts in the current language.
     void retranslate();
 
@@ -65,6 +68,8 @@ public:
 
 signals:
     void pasteRequested();
+    /// The column of the areas that the observers see became visible.
+    void seenAreasWanted();
 
 private:
     bool handleKey(const QKeyEvent &key);

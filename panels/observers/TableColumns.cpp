@@ -32,7 +32,6 @@ TableColumns::TableColumns(QTableView *view, ObserverPointsModel &model)
     connect(&model, &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex &, int first, int last) { showUsed(first, last); });
     connect(&model, &QAbstractItemModel::modelReset, this, [this] { showUsed(0, m_model.rowCount() - 1); });
-    connect(&model, &ObserverPointsModel::seenAreasShown, this, [this] { m_actions.last()->setChecked(true); });
 }
 
 void TableColumns::setMenuButton(QToolButton *button)
@@ -45,6 +44,8 @@ void TableColumns::show(int column, bool on)
 {
     m_view->setColumnHidden(column, !on);
     fit();
+    if (on)
+        emit shown(column);
 }
 
 void TableColumns::showUsed(int firstRow, int lastRow)

@@ -15,7 +15,7 @@ class QToolButton;
 /// title.
 ///
 /// The limits of the observers and the areas that they see are hidden at first. A menu shows and hides them,
-/// and they appear when points come that have values for them.
+/// and limits appear when points come that have values for them.
 class TableColumns : public QObject
 {
     Q_OBJECT
@@ -32,6 +32,10 @@ public:
 
     /// Adapts the widths to titles and fonts.
     void fit();
+
+signals:
+    /// The user, or new points, made the column visible.
+    void shown(int column);
 
 private:
     /// How the rows are sorted.

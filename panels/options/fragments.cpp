@@ -173,7 +173,7 @@ QVector<SideFile> sideFiles(const IntervisibilityOptions &options)
     if (!options.skyline.isEmpty())
         files += {QStringLiteral("-Skyline"), options.skyline, {"csv", "json", "gpkg"}, step};
     if (!options.statistics.isEmpty())
-        files += {QStringLiteral("-Statistics"), options.statistics, {"csv"}};
+        files += {statisticsArgument, options.statistics, {"csv"}};
     return files;
 }
 

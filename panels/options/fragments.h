@@ -169,6 +169,8 @@ QString sideFileName(const QString &product, const QString &word, const QString 
 // The words of such names.
 inline const QString skylineWord = QStringLiteral("horizon");
 inline const QString statisticsWord = QStringLiteral("statistics");
+/// The switch of the tool that the path of the statistics follows.
+inline const QString statisticsArgument = QStringLiteral("-Statistics");
 
 /// The files besides the product that the options ask for.
 QVector<SideFile> sideFiles(const IntervisibilityOptions &options);

@@ -8,6 +8,7 @@
 #include "panels/observers/LayerDialog.h"
 #include "panels/observers/intervisibilityProcessInfoDialog.h"
 #include "panels/options/computingtime.h"
+#include "panels/options/previewobservers.h"
 #include "tests/support/rasters.h"
 
 #include <QApplication>
@@ -43,6 +44,7 @@ private slots:
     void samples();
     void pointsAndFile();
     void previewOnCopy();
+    void previewOfManyObservers();
     void groundless();
     void tableByKeys();
     void importedSource();
@@ -295,6 +297,51 @@ void IntervisibilityPanelTest::previewOnCopy()
              (QVector<QVector<double>>{{500005, 5099995, 16.7, 100000},
                                        {500025, 5099995, 31.7, 100000}, // no data in the copy: the DEM's ground
                                        {500015, 5099985, 5, 100000}}));
+}
+
+void IntervisibilityPanelTest::previewOfManyObservers()
+{
+    Panel panel(m_dem);
+    IntervisibilityOptions options;
+    const auto add = [&](int count) {
+        for (int at = 0; at < count; ++at)
+            options.observers += ObserverPoint{.x = 500005.0, .y = 5099995.0, .height = 1.0 * at};
+        panel.widget.setProcessOptions(options);
+    };
+    const auto input = [&] { return *panel.widget.previewInput(m_dem.path); };
+    add(mostPreviewed);
+    QVERIFY(input().sideFiles.isEmpty());
+    panel.table->setColumnHidden(ObserverPointsModel::SeenColumn, false);
+    QCOMPARE(input().sideFiles.size(), 1);
+    add(mostPreviewed + 2);
+    QVERIFY(input().sideFiles.isEmpty());
+    const auto sample = fileContent(observerFileOf(input().fragment));
+    QVERIFY(sample.size() == mostPreviewed && sample.first().at(2) == 10.0);
+    QVERIFY(sample.last().at(2) > mostPreviewed - 2); // from the end of the list, which is as long again
+    const auto all = fileContent(observerFileOf(panel.widget.launchInput()->fragment));
+    QCOMPARE(all.size(), options.observers.size());
+
+    // Panel and previews query the list several times for each edit: it is copied once.
+    const auto points = [&] { return panel.widget.options().observers; };
+    QVERIFY(points().isSharedWith(points()));
+    const QVector<std::function<void()>> edits{
+        [&] { panel.model->setData(panel.model->index(1, ObserverPointsModel::HeightColumn), 7.5); },
+        [&] { panel.model->sort(ObserverPointsModel::HeightColumn, Qt::DescendingOrder); },
+        [&] { panel.click("m_pPBAddPoint"); },
+        [&] { panel.click("m_pPBRemovePoint"); },
+        [&] { panel.click("m_pTBUndo"); },
+        [&] {
+            panel.widget.placeObserver(3, {500015.0, 5099995.0});
+        }};
+    for (const auto &edit : edits) {
+        const auto before = points();
+        panel.widget.chooseObserver(1);
+        edit();
+        QVERIFY(points() != before);
+        QCOMPARE(points().size(), panel.model->rowCount());
+        QCOMPARE(points().at(1).height,
+                 panel.model->index(1, ObserverPointsModel::HeightColumn).data(Qt::EditRole).toDouble());
+    }
 }
 
 void IntervisibilityPanelTest::groundless()

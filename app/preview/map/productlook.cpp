@@ -65,7 +65,7 @@ ProductLook lookOf(const IntervisibilityOptions &options, const QString &unit)
         return {};
     const bool isCount = sight == SightResult::Count;
     return {ProductForm::Values,
-            isCount ? RampKind::Count : RampKind::Variation,
+            isCount ? RampKind::Count : RampKind::Height,
             false,
             isCount ? labelText({"MESS_VAL_OBSERVATEURS", "Observateurs"})
                     : labelText({"MESS_VAL_HAUTEUR", "Hauteur visible"}),
@@ -128,13 +128,33 @@ void addRamp(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
     }
 }
 
-void addRampOfSight(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
+void addRampOfCounts(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
 {
     addRamp(legend, facts, locale);
     legend.unit.clear(); // each tick has it
-    const bool isCount = facts.look.sight == SightResult::Count;
     for (auto &tick : legend.strip.ticks)
-        tick.text = isCount ? observersText(tick.value, locale) : tick.text + facts.look.unit;
+        tick.text = observersText(tick.value, locale);
+}
+
+/// The strip of the least visible heights, whose round steps are evenly spread, above the box of the ground
+/// that is seen.
+void addHeights(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
+{
+    const ValueRamp &ramp = facts.product.ramp;
+    MapLegend::Strip &strip = legend.strip;
+    const auto intervals = ramp.steps.size() - 1;
+    strip.low = 0.0;
+    strip.high = 1.0;
+    for (int at = 0; at < stripColors; ++at) {
+        const double place = (at + 0.5) / stripColors * static_cast<double>(intervals);
+        const int below = static_cast<int>(place);
+        const double step = ramp.steps.at(below + 1) - ramp.steps.at(below);
+        strip.colors += ramp.color(ramp.steps.at(below) + (place - below) * step);
+    }
+    for (const double height : ramp.steps)
+        strip.ticks += {ramp.placeOf(height), locale.toString(height, 'f', 0) + facts.look.unit};
+    legend.rows +=
+        {QColor::fromRgb(seenGroundColor), false, false, labelText({"MESS_ZONE_SOL_VU", "Sol visible"}), {}};
 }
 
 /// A few numbers of observers, each with the area that so many see.
@@ -218,8 +238,10 @@ void addOptions(MapLegend &legend, const LegendFacts &facts, const Intervisibili
             return;
         if (facts.look.sight == SightResult::Count && facts.product.ramp.high <= fewCounts)
             addCounts(legend, facts, locale);
+        else if (facts.look.sight == SightResult::Height)
+            addHeights(legend, facts, locale);
         else
-            addRampOfSight(legend, facts, locale);
+            addRampOfCounts(legend, facts, locale);
         return;
     }
     const QImage picture = facts.product.picture.convertToFormat(QImage::Format_ARGB32);

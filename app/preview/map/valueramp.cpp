@@ -26,6 +26,7 @@ const Stops &stopsOf(RampKind kind)
         return steepness;
     case RampKind::Variation:
     case RampKind::Count:
+    case RampKind::Height:
         return variation;
     case RampKind::Position:
         return position;
@@ -55,14 +56,6 @@ double azimuthOf(double angle, bool trigonometric)
     return turned < 0.0 ? turned + circle : turned;
 }
 
-/// The place of a value on its ramp, from 0 to 1.
-double placeOf(const ValueRamp &ramp, double value)
-{
-    if (ramp.kind == RampKind::Direction)
-        return azimuthOf(value, ramp.trigonometric) / circle;
-    return ramp.high > ramp.low ? (value - ramp.low) / (ramp.high - ramp.low) : 0.5;
-}
-
 /// Values of some cells in rising order: enough for percentiles, and few enough for every frame of a picture
 /// that follows the user's hand.
 QVector<float> sortedSample(const ElevationGrid &values)
@@ -80,9 +73,37 @@ QVector<float> sortedSample(const ElevationGrid &values)
 
 } // namespace
 
+double ValueRamp::placeOf(double value) const
+{
+    if (kind == RampKind::Direction)
+        return azimuthOf(value, trigonometric) / circle;
+    if (steps.size() < 2)
+        return high > low ? (value - low) / (high - low) : 0.5;
+    const auto last = steps.size() - 1;
+    const auto above = std::upper_bound(steps.begin() + 1, steps.end() - 1, value) - steps.begin();
+    const auto at = static_cast<int>(above);
+    return (at - 1 + (value - steps.at(at - 1)) / (steps.at(at) - steps.at(at - 1)))
+        / static_cast<double>(last);
+}
+
 QRgb ValueRamp::color(double value) const
 {
-    return between(stops.size() > 1 ? stops : stopsOf(kind), placeOf(*this, value));
+    if (kind == RampKind::Height && value <= 0.0)
+        return seenGroundColor;
+    return between(stops.size() > 1 ? stops : stopsOf(kind), placeOf(value));
+}
+
+QVector<double> heightSteps(double highest)
+{
+    const double last = std::clamp(highest, 10.0, 1000.0);
+    QVector<double> steps{0.0, 2.0, 5.0};
+    for (double power = 10.0; steps.last() < last; power *= 10.0) {
+        for (const double factor : {1.0, 2.0, 5.0}) {
+            if (steps.last() < last)
+                steps += factor * power;
+        }
+    }
+    return steps;
 }
 
 ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometric)
@@ -92,6 +113,8 @@ ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometri
     if (kind == RampKind::Direction)
         return ramp;
     const QVector<float> sorted = sortedSample(values);
+    if (kind == RampKind::Height)
+        ramp.steps = heightSteps(0.0);
     if (sorted.isEmpty())
         return ramp;
     const auto last = static_cast<double>(sorted.size() - 1);
@@ -102,6 +125,12 @@ ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometri
             *std::max_element(values.cells.begin(), values.cells.end(), [](float one, float other) {
                 return std::isnan(one) ? !std::isnan(other) : one < other;
             }));
+    if (kind == RampKind::Height) {
+        ramp.steps = heightSteps(ramp.high);
+        ramp.low = ramp.steps.first();
+        ramp.high = ramp.steps.last();
+        return ramp;
+    }
     if (kind == RampKind::Position) {
         ramp.high = std::max(std::abs(ramp.low), std::abs(ramp.high));
         ramp.low = -ramp.high;
@@ -113,10 +142,30 @@ ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometri
     return ramp;
 }
 
+namespace
+{
+
+/// The picture of a ramp with steps, whose colours are not evenly spread over the values.
+QImage steppedPicture(const ElevationGrid &values, const ValueRamp &ramp)
+{
+    QImage picture(values.width, values.height, QImage::Format_ARGB32_Premultiplied);
+    for (int row = 0; row < values.height; ++row) {
+        auto pixels = reinterpret_cast<QRgb *>(picture.scanLine(row));
+        const float *line = values.cells.constData() + static_cast<std::ptrdiff_t>(row) * values.width;
+        for (int column = 0; column < values.width; ++column)
+            pixels[column] = std::isnan(line[column]) ? 0 : ramp.color(line[column]);
+    }
+    return picture;
+}
+
+} // namespace
+
 QImage rampPicture(const ElevationGrid &values, const ValueRamp &ramp)
 {
     if (values.isEmpty())
         return {};
+    if (!ramp.steps.isEmpty())
+        return steppedPicture(values, ramp);
     constexpr int steps = 1024; // more colours than the ramps have
     const double first = ramp.kind == RampKind::Direction ? 0.0 : ramp.low;
     const double span = ramp.kind == RampKind::Direction ? circle : ramp.high - ramp.low;

@@ -15,6 +15,7 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSet>
+#include <QTableView>
 #include <QToolButton>
 
 #include <gdal_priv.h>
@@ -32,6 +33,7 @@ private slots:
 
     void dragShowsWhatTheToolMakes();
     void numbersAndDrags();
+    void seenAreasFollow();
     void dropOnVoidChangesNothing();
     void manyChangesLeaveNothing();
     void optionsAreFollowedWhileTheyChange();
@@ -180,6 +182,27 @@ void MapWindowTest::dragShowsWhatTheToolMakes()
 }
 
 /// Numbers of another place are not shown while an observer is dragged, and come back wherever it is let go.
+/// The column of the seen areas follows the preview while it is shown.
+void MapWindowTest::seenAreasFollow()
+{
+    MapDialog dialog(m_tools);
+    open(dialog, 4);
+    const auto table = dialog.panel()->findChild<QTableView *>();
+    const auto area = [&] {
+        return table->model()->index(0, ObserverPointsModel::SeenColumn).data().toString();
+    };
+    QVERIFY(area().isEmpty());
+    QAction *column = dialog.panel()->findChild<QToolButton *>("m_pTBColumns")->menu()->actions().last();
+    column->trigger();
+    QTRY_VERIFY_WITH_TIMEOUT(!area().isEmpty(), wait);
+    const QString before = area();
+    QVERIFY2(QLocale().toDouble(before) > 0.5, qPrintable(before)); // of 100 km²
+    table->model()->setData(table->model()->index(0, ObserverPointsModel::HeightColumn), "80");
+    QVERIFY(area().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!area().isEmpty(), wait);
+    QVERIFY(QLocale().toDouble(area()) > QLocale().toDouble(before));
+}
+
 void MapWindowTest::numbersAndDrags()
 {
     MapDialog dialog(m_tools);

@@ -96,6 +96,21 @@ void MapTest::ramps()
     const ValueRamp turned = rampOver(values, RampKind::Direction, true);
     QCOMPARE(turned.color(90.0), circle.color(0.0)); // both are the north
     QCOMPARE(turned.color(180.0), circle.color(270.0));
+    QCOMPARE(heightSteps(0.0), (QVector<double>{0, 2, 5, 10}));
+    QCOMPARE(heightSteps(100.5), (QVector<double>{0, 2, 5, 10, 20, 50, 100, 200}));
+    QCOMPARE(heightSteps(200.0).last(), 200.0);
+    QCOMPARE(heightSteps(8000.0).last(), 1000.0);
+    // Low masts have colours of their own beside mountains, and the ground that is seen has one.
+    const ElevationGrid heights{4, 1, {0.0f, 0.1f, 5.0f, 180.0f}};
+    ValueRamp masts = rampOver(heights, RampKind::Height);
+    masts.steps = heightSteps(200.0);
+    QCOMPARE(masts.placeOf(5.0), 2.0 / 7.0);
+    QCOMPARE(masts.placeOf(35.0), 4.5 / 7.0);
+    QCOMPARE(masts.color(900.0), masts.color(200.0));
+    const QImage mastPicture = rampPicture(heights, masts);
+    QCOMPARE(mastPicture.pixel(0, 0), seenGroundColor);
+    QVERIFY(qGreen(mastPicture.pixel(1, 0)) - qGreen(mastPicture.pixel(2, 0)) > 20);
+    QVERIFY(mastPicture.pixel(1, 0) != seenGroundColor);
     const ElevationGrid level{2, 1, {7, 7}};
     QVERIFY(rampOver(level, RampKind::Variation).high > rampOver(level, RampKind::Variation).low);
 }
@@ -283,9 +298,15 @@ void MapTest::sightNumbers()
     facts.product.ramp.high = 40.0;
     QCOMPARE(legendOf(facts, english).strip.ticks.at(1).text, QString("10 observateurs"));
     facts.look = height;
+    facts.product.ramp = rampOf(height, facts.product.values);
     legend = legendOf(facts, english);
-    QCOMPARE(legend.strip.ticks.at(1).text, QString("10 m"));
-    QCOMPARE(legend.rows.first().text, QString("Jamais visible"));
+    QCOMPARE(legend.strip.ticks.at(2).text, QString("5 m"));
+    QCOMPARE(legend.strip.ticks.at(2).value, 2.0 / 3.0); // of 0, 2, 5 and 10
+    QCOMPARE(legend.rows.first().text, QString("Sol visible"));
+    QCOMPARE(legend.rows.last().text, QString("Jamais visible"));
+    facts.product.values.cells.fill(none);
+    facts.product.ramp = rampOf(height, facts.product.values);
+    QCOMPARE(legendOf(facts, english).strip.ticks.size(), 4);
 
     const QList<QuvoColorDef> table{
         {QuvoColorDef::noDataValue, Qt::green, false}, {0.0, QColor(0, 0, 0, 9), true}, {100.0, Qt::red, true}};
