@@ -100,8 +100,12 @@ QString PreviewControl::sampleRemark() const
     const int count = m_panel == &m_observers ? m_observers.observerCount() : 0;
     if (count <= mostPreviewed)
         return {};
-    return PreviewPane::tr("Aperçu avec %1 des %2 observateurs.", "MESS_APERCU_ECHANT")
-        .arg(QLocale().toString(mostPreviewed), QLocale().toString(count));
+    const QString remark = sightResult(m_observers.options())
+            == SightResult::Count // the map's numbers are smaller than the product's
+        ? PreviewPane::tr("Aperçu avec %1 des %2 observateurs : la carte ne compte que ceux-là.",
+                          "MESS_APERCU_ECHANT_N")
+        : PreviewPane::tr("Aperçu avec %1 des %2 observateurs.", "MESS_APERCU_ECHANT");
+    return remark.arg(QLocale().toString(mostPreviewed), QLocale().toString(count));
 }
 
 /// The options, the process or the DEM changed. another: what is shown is of another process.

@@ -403,9 +403,10 @@ void PreviewPane::showNote()
             + tr("Le MNT est tourné : le haut de la carte n'est pas le nord.", "MESS_APERCU_TOURNE"));
     if (!m_remark.isEmpty())
         m_note->setText(m_remark + QLatin1Char(' ') + m_note->text());
-    m_note->setToolTip(tr("La molette agrandit une partie du MNT, alors calculée plus finement ; faites-la "
-                          "glisser pour la déplacer.",
-                          "MESS_APERCU_EXPL"));
+    m_note->setToolTip(m_note->text() + QLatin1Char('\n')
+                       + tr("La molette agrandit une partie du MNT, alors calculée plus finement ; faites-la "
+                            "glisser pour la déplacer.",
+                            "MESS_APERCU_EXPL"));
 }
 
 void PreviewPane::setRemark(const QString &remark)

@@ -102,17 +102,30 @@ QVector<QPoint> pixelsOf(const QVector<const MapMark *> &marks, bool enabled, co
     return pixels;
 }
 
+/// Draws the marks of one kind as small squares, or, where these would hide the map, as single pixels of some
+/// of them.
+void paintPixels(QPainter &painter, QVector<QPoint> pixels, const QColor &color, const Places &places)
+{
+    constexpr double mostCovered = 0.1; // share of the map
+    const double area = places.area.width() * places.area.height();
+    constexpr double square = 25.0; // pixels of one, with its rim
+    if (square * pixels.size() <= mostCovered * area) {
+        for (const auto &[reach, filling] : {std::pair(2, QColor(Qt::white)), {1, color}}) {
+            for (const QPoint &pixel : pixels)
+                painter.fillRect(pixel.x() - reach, pixel.y() - reach, 2 * reach + 1, 2 * reach + 1, filling);
+        }
+        return;
+    }
+    const int step = std::max(qCeil(pixels.size() / (mostCovered * area)), 1);
+    for (int at = 0; at < pixels.size(); at += step)
+        painter.fillRect(QRect(pixels[at], QSize(1, 1)), color);
+}
+
 void paintDots(QPainter &painter, const QVector<const MapMark *> &marks, const Places &places)
 {
     if (marks.size() > mostDots) {
-        for (const bool enabled : {false, true}) {
-            const QVector<QPoint> pixels = pixelsOf(marks, enabled, places);
-            for (const auto &[reach, color] :
-                 {std::pair(2, QColor(Qt::white)), {1, enabled ? markColor : offColor}}) {
-                for (const QPoint &pixel : pixels)
-                    painter.fillRect(pixel.x() - reach, pixel.y() - reach, 2 * reach + 1, 2 * reach + 1, color);
-            }
-        }
+        for (const bool enabled : {false, true})
+            paintPixels(painter, pixelsOf(marks, enabled, places), enabled ? markColor : offColor, places);
         return;
     }
     painter.setPen(QPen(Qt::white, 1.4));
