@@ -57,7 +57,7 @@ void paintNumber(QPainter &painter, const MapMark &mark, const QPointF &place)
     const QString text = QString::number(mark.number);
     QFont font = painter.font();
     font.setBold(true);
-    font.setPixelSize(text.size() > 2 ? 8 : 11);
+    font.setPixelSize(text.size() > 4 ? 6 : text.size() > 2 ? 8 : 11);
     painter.setFont(font);
     painter.setPen(Qt::white);
     painter.drawText(QRectF(place - QPointF(20.0, 20.0), QSizeF(40.0, 40.0)), Qt::AlignCenter, text);

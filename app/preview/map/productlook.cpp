@@ -89,7 +89,9 @@ QString sightText(const ProductLook &look, double value, const QLocale &locale)
                                  : observersText(value, locale);
     if (std::isnan(value))
         return labelText({"MESS_VAL_JAMAIS", "visible à aucune hauteur"});
-    return labelText({"MESS_VAL_AU_DESSUS", "%1 au-dessus du sol"})
+    if (value <= 0.0)
+        return labelText({"MESS_VAL_SOL_VU", "sol visible"});
+    return labelText({"MESS_VAL_AU_DESSUS", "visible à partir de %1 au-dessus du sol"})
         .arg(locale.toString(value, 'f', 1) + look.unit);
 }
 
@@ -151,8 +153,11 @@ void addHeights(MapLegend &legend, const LegendFacts &facts, const QLocale &loca
         const double step = ramp.steps.at(below + 1) - ramp.steps.at(below);
         strip.colors += ramp.color(ramp.steps.at(below) + (place - below) * step);
     }
-    for (const double height : ramp.steps)
-        strip.ticks += {ramp.placeOf(height), locale.toString(height, 'f', 0) + facts.look.unit};
+    for (const double height : ramp.steps) {
+        // All higher ones have the colour of the last step, too.
+        const QString sign = height == ramp.steps.last() ? QStringLiteral("≥ ") : QString();
+        strip.ticks += {ramp.placeOf(height), sign + locale.toString(height, 'f', 0) + facts.look.unit};
+    }
     legend.rows +=
         {QColor::fromRgb(seenGroundColor), false, false, labelText({"MESS_ZONE_SOL_VU", "Sol visible"}), {}};
 }

@@ -40,7 +40,7 @@ struct ValueRamp
 };
 
 /// Colour of the cells whose ground itself is seen, on a ramp of the kind Height.
-constexpr QRgb seenGroundColor = 0xffffd454;
+constexpr QRgb seenGroundColor = 0xfff0603c;
 
 /// The round heights 0, 2, 5, 10, 20, 50 and so on, up to the first that is not below `highest`; at least up to
 /// 10 and at most up to 1000, so that the heights of masts keep most of the colours beside mountains.
