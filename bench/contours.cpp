@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <random>
 #include <string>
@@ -64,7 +65,9 @@ std::string writeContours(const char *dem, const char *interval)
     const DataSet raster = fineDem(dem);
     if (!raster)
         return {};
-    const std::string file = std::string(CPLGenerateTempFilename("contours")) + ".shp";
+    const std::string file = (std::filesystem::temp_directory_path()
+                              / ("contours" + std::to_string(std::random_device()()) + ".shp"))
+                                 .string();
     GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
     const DataSet lines(driver->Create(file.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
     OGRLayer *layer = lines->CreateLayer("contours", nullptr, wkbLineString);

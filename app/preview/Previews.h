@@ -65,8 +65,6 @@ public:
     void hold();
     void release();
 
-    /// Whether a failure has switched the previews off.
-
     PreviewStep running() const { return m_queue.running(); }
 
     /// Path of the reduced copy of part(); empty while there is none.

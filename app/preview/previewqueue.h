@@ -67,8 +67,6 @@ public:
     /// Whether the owner should stop the running step.
     bool isStale() const { return m_stale; }
 
-    /// Whether a failure switched the previews off.
-
 private:
     void outdate(PreviewStep from);
 

@@ -133,16 +133,16 @@ ObserverPointsModel::Row ObserverPointsModel::rowOf(const ObserverPoint &point) 
     return {point, m_ground.surfaceElevation(point.position())};
 }
 
-bool ObserverPointsModel::switchOffGroundless(QVector<Row> &rows) const
+int ObserverPointsModel::switchOffGroundless(QVector<Row> &rows) const
 {
-    bool any = false;
+    int count = 0;
     for (Row &row : rows) {
         if (m_ground.isOpen() && row.isGroundless()) {
             row.point.enabled = false;
-            any = true;
+            ++count;
         }
     }
-    return any;
+    return count;
 }
 
 void ObserverPointsModel::takeStep(const StepName &name, const NumberedPoints &changed,
@@ -155,7 +155,7 @@ void ObserverPointsModel::takeStep(const StepName &name, const NumberedPoints &c
     }
     for (const ObserverPoint &point : added)
         rows += rowOf(point);
-    const bool switchedOff = switchOffGroundless(rows);
+    const int switchedOff = switchOffGroundless(rows);
     TableEdit edit;
     for (int row = 0; row < rows.size(); ++row) {
         if (row >= m_rows.size()) {
@@ -168,8 +168,8 @@ void ObserverPointsModel::takeStep(const StepName &name, const NumberedPoints &c
     const auto count = edit.inserted.isEmpty() ? edit.after.size() : edit.inserted.size();
     if (count > 0)
         m_history.push(new ObserverStep(*this, name, static_cast<int>(count), edit));
-    if (switchedOff)
-        emit pointsSwitchedOff();
+    if (switchedOff > 0)
+        emit pointsSwitchedOff(switchedOff);
 }
 
 void ObserverPointsModel::changePoints(const NumberedPoints &points)

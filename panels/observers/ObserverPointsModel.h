@@ -87,8 +87,8 @@ public:
 signals:
     /// The history was used. `rows` are those of the step in ascending order; some of them may no longer exist.
     void restored(const QVector<int> &rows);
-    /// Enabled points without ground were switched off.
-    void pointsSwitchedOff();
+    /// `count` enabled points without ground were switched off.
+    void pointsSwitchedOff(int count);
 
 private:
     friend class ObserverStep;
@@ -104,7 +104,7 @@ private:
 
     Row rowOf(const ObserverPoint &point) const;
     void takeStep(const StepName &name, const NumberedPoints &changed, const QList<ObserverPoint> &added);
-    bool switchOffGroundless(QVector<Row> &rows) const;
+    int switchOffGroundless(QVector<Row> &rows) const;
     QString stepName(int step) const;
 
     // What steps are made of: they change the rows, and no history.

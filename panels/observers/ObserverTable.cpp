@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QTableView>
 #include <QToolButton>
 
@@ -190,13 +191,18 @@ void ObserverTable::choosePresentRow(const QVector<int> &rows)
         choose(row);
 }
 
-void ObserverTable::warnOfGroundless()
+void ObserverTable::warnOfGroundless(int count)
 {
+    const QString several = count > 1 ? QLatin1Char('\n')
+            + tr("%1 observateurs sont dans ce cas ; ils sont désactivés.", "MESS_OBS_DESACTIVES")
+                  .arg(QLocale().toString(count))
+                                      : QString();
     Prompt::warning(
         m_view->window(),
         tr("La position de l'observateur est dans une zone non informée du MNT; l'altitude absolue de "
            "l'observateur ne peut donc pas être calculée.Veuillez spécifier une altitude absolue.",
-           "MESS_ATN_POS_NODATA"));
+           "MESS_ATN_POS_NODATA")
+            + several);
 }
 
 void ObserverTable::showHistory()

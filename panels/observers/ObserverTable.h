@@ -63,8 +63,9 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-    /// Says that a place has no ground for an observer whose height counts from it.
-    void warnOfGroundless();
+    /// Says that a place has no ground for an observer whose height counts from it; of several observers, also
+    /// how many these are, and that they were switched off.
+    void warnOfGroundless(int count = 1);
 
 signals:
     void pasteRequested();

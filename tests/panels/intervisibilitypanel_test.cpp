@@ -348,6 +348,9 @@ void IntervisibilityPanelTest::groundless()
 {
     Panel panel(m_dem);
     Prompt::answerBeforehand({});
+    Panel(m_dem).paste("1 2\n3 4\n500005 5099995\n"); // several at a time: how many they are
+    const QStringList several = Prompt::takeShown();
+    QVERIFY2(several.value(0).contains("2 observateurs sont dans ce cas"), qPrintable(several.join('|')));
     panel.paste("500005 5099995\n");
     QSignalSpy moved(&panel.widget, &intervisibilityOptionsWidget::currentObserverPointChanged);
     panel.field("m_pLEPointX")->clear();
