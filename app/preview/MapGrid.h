@@ -46,7 +46,8 @@ private:
     Mirroring m_mirroring;
 };
 
-/// The affine transform, in GDAL's order, from the pixels of a picture of `pixels` that shows the cells `part`
-/// to ground coordinates. toGround: converts a cell of the map to ground coordinates.
+/// The affine transform, in GDAL's order, from the pixels of a picture to ground coordinates. The picture has
+/// the size `pixels` and shows the map's cells `part`; `toGround` converts a cell of the map to ground
+/// coordinates.
 std::array<double, 6> pixelsToGround(const std::function<QPointF(const QPointF &)> &toGround, const QRect &part,
                                      const QSize &pixels);

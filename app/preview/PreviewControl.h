@@ -21,8 +21,8 @@ public:
     /// The DEM or band changed, or its extreme values became known.
     void setDem(const DemInfo &dem);
 
-    /// Another panel became the current one, or its options have settled. `panel` may be null: no tab is
-    /// current. `name`: title of the product. `vector`: the product is a vector file.
+    /// Another panel became the current one, or its options have settled. `panel` is null while
+    /// no tab is current. `name` is the product's title, `vector` says whether the product is a vector file.
     void showPanel(optionsWidget *panel, const QString &name, bool vector);
 
     /// The way to the product changed, or the language of the texts.

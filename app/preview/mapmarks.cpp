@@ -102,9 +102,9 @@ QVector<QPoint> pixelsOf(const QVector<const MapMark *> &marks, bool enabled, co
     return pixels;
 }
 
-/// Draws the marks of one kind as small squares, or, where these would hide the map, as single pixels of some
-/// of them.
-void paintPixels(QPainter &painter, QVector<QPoint> pixels, const QColor &color, const Places &places)
+/// Draws a small square at each of the pixels. If the squares would hide too much of the map, draws single
+/// pixels instead, and only for every second or third mark where even these would hide it.
+void paintPixels(QPainter &painter, const QVector<QPoint> &pixels, const QColor &color, const Places &places)
 {
     constexpr double mostCovered = 0.1; // share of the map
     const double area = places.area.width() * places.area.height();

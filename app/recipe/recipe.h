@@ -45,8 +45,8 @@ RecipeReading readRecipe(const QByteArray &json, const QString &folder);
 /// The file whose folder and base name name the products of the recipe's DEM: the input, or mosaicName().
 QString namingInput(const Recipe &recipe);
 
-/// The options with the files that the tool writes besides a product named after this product, as for each DEM
-/// of a series. Options that ask for no such file are not changed.
+/// Returns the options for one DEM of a series: each file that the tool is to write besides the product gets a
+/// name made from `product`, the product's file. Other options are not changed.
 ProcessOptions withOwnSideFiles(ProcessOptions options, const QString &product);
 
 /// Reads a recipe file of at most 64 MiB. The problem begins with the file's name.

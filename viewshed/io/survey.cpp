@@ -203,16 +203,20 @@ void Survey::addDirectly(const Part &part, std::size_t observer, int threads, bo
         m_sweeper->addSeen(m_analysis.seen, raster, sight, threads, progress);
         return;
     }
+    addHeights(*m_analysis.heights, part, sight, threads, contended, progress);
+}
+
+/// Lowers the heights of a grid to those of one sight, whose eye counts from the terrain's first cell.
+void Survey::addHeights(HeightGrid &heights, const Part &part, const Sight &sight, int threads, bool contended,
+                        const Progress &progress)
+{
     const HeightTarget target{.left = m_window.left,
                               .top = m_window.top,
                               .firstRow = part.firstRow,
                               .endRow = part.endRow,
                               .contended = contended};
     m_sweeper->findHeights(
-        sight,
-        [&](const RowOfCells &cells, const double *heights) {
-            m_analysis.heights->lower(cells, heights, target);
-        },
+        sight, [&](const RowOfCells &cells, const double *found) { heights.lower(cells, found, target); },
         threads, progress);
 }
 
@@ -240,15 +244,8 @@ Survey::Finding Survey::found(const Part &part, std::size_t observer, int thread
     if (needsSeen)
         m_sweeper->addSeen(finding.seen, window, sight, threads, progress);
     if (options.output == Output::Height) {
-        HeightGrid &heights = finding.heights.emplace(finding.window, static_cast<float>(neverSeen));
-        const HeightTarget target{.left = m_window.left,
-                                  .top = m_window.top,
-                                  .firstRow = part.firstRow,
-                                  .endRow = part.endRow,
-                                  .contended = false};
-        m_sweeper->findHeights(
-            sight, [&](const RowOfCells &cells, const double *found) { heights.lower(cells, found, target); },
-            threads, progress);
+        finding.heights.emplace(finding.window, static_cast<float>(neverSeen));
+        addHeights(*finding.heights, part, sight, threads, false, progress);
     }
     if (m_task.skylines != nullptr)
         finding.line = m_sweeper->horizonLine(sight, m_task.raster.metresOfHeight(), threads, progress);

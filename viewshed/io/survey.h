@@ -42,6 +42,8 @@ private:
     bool isDirect(const Part &part) const;
     void addDirectly(const Part &part, std::size_t observer, int threads, bool contended,
                      const Progress &progress);
+    void addHeights(HeightGrid &heights, const Part &part, const Sight &sight, int threads, bool contended,
+                    const Progress &progress);
     Finding found(const Part &part, std::size_t observer, int threads, const Progress &progress);
     void measure(Finding &finding, const Sight &sight) const;
     void absorb(Finding &finding, const Part &part);

@@ -96,8 +96,8 @@ void LiveViewshed::compute(const LiveRequest &request, int era)
             Qt::QueuedConnection);
     } catch (const Interrupted &) {
         // A computation in the place of an interrupted one runs to its end. If each could be interrupted, a
-        // hand that moves on every 150 ms would never see a picture that takes 200 ms. After cancel() nobody
-        // has waited for a picture.
+        // hand that moves on every 150 ms would never see a picture that takes 200 ms. After cancel()
+        // nobody waits for a picture, so the next computation may be interrupted again.
         const std::lock_guard lock(m_guard);
         m_mayInterrupt = era != m_era;
     } catch (const std::bad_alloc &) {

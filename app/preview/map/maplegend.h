@@ -54,8 +54,8 @@ constexpr double legendStripHeight = 132.0;
 /// Ticks at round values, about one for each 24 points of a strip of that height.
 QVector<MapLegend::Strip::Tick> roundStripTicks(double low, double high, double height, const QLocale &locale);
 
-/// The shapes of the legend, `width` points wide. locale: of the numbers at the histogram's ends. stripHeight:
-/// of the strip of colours; in a low one some ticks are left out.
+/// The shapes of the legend, `width` points wide. `locale` formats the numbers at the histogram's ends. The
+/// strip of colours is `stripHeight` points high; if that is too low for all its ticks, some are left out.
 MapDrawing legendDrawing(const MapLegend &legend, double width, const TextWidth &widthOf, const QLocale &locale,
                          double stripHeight = legendStripHeight);
 

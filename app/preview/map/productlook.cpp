@@ -138,8 +138,8 @@ void addRampOfCounts(MapLegend &legend, const LegendFacts &facts, const QLocale 
         tick.text = observersText(tick.value, locale);
 }
 
-/// The strip of the least visible heights, whose round steps are evenly spread, above the box of the ground
-/// that is seen.
+/// Adds the strip of colours of the least visible heights, whose round steps are evenly spread, and the box
+/// below it for ground that is itself seen.
 void addHeights(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
 {
     const ValueRamp &ramp = facts.product.ramp;
@@ -162,7 +162,8 @@ void addHeights(MapLegend &legend, const LegendFacts &facts, const QLocale &loca
         {QColor::fromRgb(seenGroundColor), false, false, labelText({"MESS_ZONE_SOL_VU", "Sol visible"}), {}};
 }
 
-/// A few numbers of observers, each with the area that so many see.
+/// Adds a box for each number of observers that occurs, if these are few, with the area that this number of
+/// observers sees.
 void addCounts(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
 {
     const ElevationGrid &values = facts.product.values;
