@@ -1,6 +1,5 @@
 #include "panels/intervisibilityOptionsWidget.h"
 
-#include "dataset/QuvoFilerDialog.h"
 #include "dataset/workfolder.h"
 #include "messages/label.h"
 #include "panels/controls/numberfield.h"
@@ -9,17 +8,13 @@
 #include "panels/options/previewobservers.h"
 #include "ui_intervisibilityOptionsWidget.h"
 
-#include <QDir>
 #include <QEvent>
-#include <QFileInfo>
 #include <QTimer>
 
 namespace
 {
 
 const IntervisibilityOptions defaults;
-constexpr double smallestStep = 0.001; // degrees, as recipes have it
-constexpr double largestStep = 180.0;
 
 } // namespace
 
@@ -62,53 +57,20 @@ intervisibilityOptionsWidget::~intervisibilityOptionsWidget() = default;
 void intervisibilityOptionsWidget::makeOutputs()
 {
     using Panel = intervisibilityOptionsWidget;
-    makeNumberField(m_form->m_pLESkylineStep, smallestStep, largestStep);
     m_result =
         std::make_unique<SightResultChoice>(m_form->m_pCBResult, m_form->m_pCBRamp, m_form->m_pResultNote);
-    m_skyline = std::make_unique<SideFileField>(
-        m_form->m_pChBSkyline, m_form->m_pLESkyline, m_form->m_pPBSkyline, [this](const QString &start) {
-            return chosenFile(start, {"MESS_COTE_CHX_HORIZON", "Choisir le fichier de l'horizon"},
-                              {"csv", "json", "gpkg"});
-        });
-    m_statistics = std::make_unique<SideFileField>(
-        m_form->m_pChBStatistics, m_form->m_pLEStatistics, m_form->m_pPBStatistics,
-        [this](const QString &start) {
-            return chosenFile(start, {"MESS_COTE_CHX_STATIST", "Choisir le fichier des statistiques"}, {"csv"});
-        });
+    m_sideFiles = std::make_unique<SightSideFiles>(
+        SightSideFiles::Row{m_form->m_pChBSkyline, m_form->m_pLESkyline, m_form->m_pPBSkyline},
+        SightSideFiles::Row{m_form->m_pChBStatistics, m_form->m_pLEStatistics, m_form->m_pPBStatistics},
+        m_form->m_pLabelSkylineStep, m_form->m_pLESkylineStep);
     connect(m_result.get(), &SightResultChoice::changed, this, &Panel::slot_onOptionsChanged);
     // The product does not depend on these files, so that no new preview of it is needed.
-    for (SideFileField *field : {m_skyline.get(), m_statistics.get()})
-        connect(field, &SideFileField::changed, this, &Panel::completeChanged);
-    connect(m_form->m_pChBSkyline, &QCheckBox::toggled, this, &Panel::updateControls);
-    connect(m_form->m_pLESkylineStep, &QLineEdit::textChanged, this, &Panel::completeChanged);
-}
-
-QString intervisibilityOptionsWidget::chosenFile(const QString &start, const Label &title,
-                                                 const QStringList &extensions)
-{
-    QStringList filters;
-    for (const QString &extension : extensions)
-        filters += QStringLiteral("%1 (*.%2)").arg(extension.toUpper(), extension);
-    return QuvoFilerDialog::getSelection(this, QuvoFilerDialog::SaveFile, labelText(title),
-                                         besideProduct(start), filters.join(QStringLiteral(";;")));
-}
-
-/// A relative name counts from the folder of the product.
-QString intervisibilityOptionsWidget::besideProduct(const QString &name) const
-{
-    return name.isEmpty() || m_product.isEmpty()
-        ? name
-        : QDir::cleanPath(QFileInfo(m_product).absoluteDir().absoluteFilePath(name));
+    connect(m_sideFiles.get(), &SightSideFiles::changed, this, &Panel::completeChanged);
 }
 
 void intervisibilityOptionsWidget::setProduct(const QString &path)
 {
-    const auto proposal = [&path](const QString &word) {
-        return path.isEmpty() ? QString() : sideFileName(path, word, QStringLiteral("csv"));
-    };
-    m_product = path;
-    m_skyline->propose(proposal(skylineWord));
-    m_statistics->propose(proposal(statisticsWord));
+    m_sideFiles->setProduct(path);
 }
 
 void intervisibilityOptionsWidget::connectTable()
@@ -223,10 +185,7 @@ IntervisibilityOptions intervisibilityOptionsWidget::options() const
     options.noDataColor = m_noDataColor->name();
     options.result = sightResultWord(m_result->result());
     options.ramp = m_result->ramp();
-    options.skyline = besideProduct(m_skyline->name());
-    if (m_form->m_pLESkylineStep->hasAcceptableInput())
-        options.skylineStep = fieldNumber(m_form->m_pLESkylineStep->text());
-    options.statistics = besideProduct(m_statistics->name());
+    m_sideFiles->addTo(options);
     return options;
 }
 
@@ -251,9 +210,7 @@ void intervisibilityOptionsWidget::showOptions(const IntervisibilityOptions &opt
     m_hiddenColor->set(options.hiddenColor);
     m_noDataColor->set(options.noDataColor);
     m_result->set(sightResult(options), options.ramp);
-    m_skyline->set(options.skyline);
-    m_form->m_pLESkylineStep->setText(numberText(options.skylineStep));
-    m_statistics->set(options.statistics);
+    m_sideFiles->show(options);
 }
 
 std::optional<ObserverPoint> intervisibilityOptionsWidget::currentObserver() const
@@ -329,8 +286,6 @@ void intervisibilityOptionsWidget::updateControls()
     m_form->m_pZoneColors->setVisible(result == SightResult::Picture);
     for (QWidget *widget : QList<QWidget *>{m_form->m_pLabelRamp, m_form->m_pCBRamp})
         widget->setVisible(result != SightResult::Picture);
-    for (QWidget *widget : QList<QWidget *>{m_form->m_pLabelSkylineStep, m_form->m_pLESkylineStep})
-        widget->setEnabled(m_form->m_pChBSkyline->isChecked());
     m_form->m_pPBAddPoint->setEnabled(m_ground.isOpen());
     m_form->m_pPBAddFromVector->setEnabled(m_ground.isOpen());
     m_form->m_pPBRemovePoint->setEnabled(currentRow() >= 0);
@@ -510,14 +465,7 @@ void intervisibilityOptionsWidget::applyTexts()
             .arg(tr("Appliquer à tous les points", "MESS_APPLI_TS_PTS").toHtmlEscaped()));
     m_table->retranslate();
     m_result->retranslate();
-    m_form->m_pChBSkyline->setToolTip(tr("La ligne d'horizon de chaque observateur : azimut, angle, distance "
-                                         "et position. La fin du nom décide du "
-                                         "format : .csv, .json ou .gpkg.",
-                                         "MESS_COTE_HORIZON_EXPL"));
-    m_form->m_pChBStatistics->setToolTip(
-        tr("La surface vue, sa part et le point le plus éloigné, par observateur et pour tous (.csv).",
-           "MESS_COTE_STATIST_EXPL"));
-    m_form->m_pLESkylineStep->setPlaceholderText(tr("chaque changement de pente", "MESS_COTE_PAS_TOUS"));
+    m_sideFiles->retranslate();
     m_form->m_pLEAltitude->setToolTip(m_model.heightMeaning());
     m_form->m_pLEMaxDistance->setToolTip(m_model.distanceMeaning());
     m_form->m_pDefaultsNote->setText(m_model.heightMeaning() + QLatin1Char(' ') + m_model.distanceMeaning());

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "panels/colors/SightResultChoice.h"
-#include "panels/controls/SideFileField.h"
 #include "panels/controls/ZoneColor.h"
 #include "panels/observers/ObserverTable.h"
 #include "panels/observers/PositionFields.h"
+#include "panels/observers/SightSideFiles.h"
 #include "panels/optionsWidget.h"
 
 #include <memory>
@@ -107,8 +107,6 @@ private:
     void connectControls();
     void connectColors();
     void makeOutputs();
-    QString chosenFile(const QString &start, const Label &title, const QStringList &extensions);
-    QString besideProduct(const QString &name) const;
     void showOptions(const IntervisibilityOptions &options);
     void applyTexts();
     void updateControls();
@@ -130,7 +128,5 @@ private:
     std::optional<ZoneColor> m_hiddenColor;
     std::optional<ZoneColor> m_noDataColor;
     std::unique_ptr<SightResultChoice> m_result;
-    std::unique_ptr<SideFileField> m_skyline;
-    std::unique_ptr<SideFileField> m_statistics;
-    QString m_product; ///< path of the product; empty: it has no name yet
+    std::unique_ptr<SightSideFiles> m_sideFiles;
 };
