@@ -261,7 +261,7 @@ void addObservers(Album &album)
         {.height = 1200.0, .mode = AltitudeMode::Absolute, .name = QStringLiteral("Pic")}};
     panel.setProcessOptions(options);
     panel.setSeenAreas({12.5, 1034.0});
-    panel.resize(1150, 780);
+    panel.resize(1500, 1000);
     album.add(panel, QStringLiteral("observers"));
 }
 
