@@ -78,14 +78,14 @@ void ResultsTest::heights()
     const Window whole{.left = 0, .top = 0, .width = 4, .height = 2};
     const HeightTarget target{.left = 1, .top = 0, .firstRow = 1, .endRow = 2, .contended = false};
     HeightGrid lowest(whole, never);
-    const double first[] = {0.1, 5.0, noHeight};
+    const double first[] = {0.7, 5.0, noHeight};
     const double second[] = {3.0, neverSeen, 4.0};
     lowest.lower({.column = 0, .row = 1, .count = 3}, first, target);
     lowest.lower({.column = 0, .row = 0, .count = 3}, first, target); // outside the rows that count
     lowest.lower({.column = 0, .row = 1, .count = 3}, second, target);
     QVERIFY(lowest.row(0)[1] == never && lowest.row(1)[0] == never);
-    // A target as high as the float says is not below the limit.
-    QVERIFY(double(lowest.row(1)[1]) >= 0.1 && double(lowest.row(1)[1]) < 0.1 + 1e-7);
+    // A target as high as the float says is not below the limit; the float nearest to 0.7 would be.
+    QVERIFY(double(lowest.row(1)[1]) >= 0.7 && double(lowest.row(1)[1]) < 0.7 + 1e-7);
     QCOMPARE(lowest.row(1)[2], 5.0F);
     QCOMPARE(lowest.row(1)[3], 4.0F);
 
