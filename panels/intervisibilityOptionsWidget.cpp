@@ -3,6 +3,7 @@
 #include "dataset/workfolder.h"
 #include "messages/label.h"
 #include "panels/controls/numberfield.h"
+#include "panels/observers/ComputingEstimate.h"
 #include "panels/observers/observerimport.h"
 #include "panels/options/pointfile.h"
 #include "panels/options/previewobservers.h"
@@ -29,12 +30,15 @@ intervisibilityOptionsWidget::intervisibilityOptionsWidget(WorkFolder &workFolde
     m_table->setHistoryButtons(m_form->m_pTBUndo, m_form->m_pTBRedo);
     m_table->setColumnsButton(m_form->m_pTBColumns);
     m_position.emplace(m_form->m_pLEPointX, m_form->m_pLEPointY);
+    m_timeNote.emplace(*m_form->m_pTimeNote, m_model);
     for (QWidget *widget :
          QList<QWidget *>{m_form->m_pLEPointX, m_form->m_pLEPointY, m_form->m_pPBAddPoint,
                           m_form->m_pPBAddFromVector, m_form->m_pPBRemovePoint, m_form->m_pPBRemoveAll})
         m_table->addHistoryKeys(widget);
     makeNumberField(m_form->m_pLEAltitude, -highestAltitude, highestAltitude);
     makeNumberField(m_form->m_pLEMaxDistance, 0.0, longestDistance);
+    m_form->m_pLEMaxDistance->setMinimumWidth(
+        fontMetrics().horizontalAdvance(QStringLiteral("x%1x").arg(numberText(ObserverPoint().maxDistance))));
     makeNumberField(m_form->m_pLESmokeHeight);
     m_visibleColor.emplace(m_form->m_pPBColorZO, m_form->m_pPBResetColorZO, defaults.visibleColor);
     m_hiddenColor.emplace(m_form->m_pPBColorZNO, m_form->m_pPBResetColorZNO, defaults.hiddenColor);
@@ -65,7 +69,10 @@ void intervisibilityOptionsWidget::makeOutputs()
         m_form->m_pLabelSkylineStep, m_form->m_pLESkylineStep);
     connect(m_result.get(), &SightResultChoice::changed, this, &Panel::slot_onOptionsChanged);
     // The product does not depend on these files, so that no new preview of it is needed.
-    connect(m_sideFiles.get(), &SightSideFiles::changed, this, &Panel::completeChanged);
+    connect(m_sideFiles.get(), &SightSideFiles::changed, this, [this] {
+        m_timeNote->setSkyline(!options().skyline.isEmpty());
+        emit completeChanged();
+    });
 }
 
 void intervisibilityOptionsWidget::setProduct(const QString &path)
@@ -252,6 +259,11 @@ void intervisibilityOptionsWidget::setSeenAreas(const QVector<double> &km2ByEnab
     m_model.setSeenAreas(km2ByEnabledObserver);
 }
 
+void intervisibilityOptionsWidget::setPreviewTime(double seconds, const QString &copy)
+{
+    m_timeNote->showFor(seconds, DemGround(copy, m_dem.band), m_ground);
+}
+
 bool intervisibilityOptionsWidget::dropObserver(int row, const QPointF &position)
 {
     const ObserverPoint point = row >= 0 ? m_model.point(row) : defaultPoint();
@@ -327,7 +339,16 @@ void intervisibilityOptionsWidget::slot_removeAllPoint()
 
 void intervisibilityOptionsWidget::slot_addPointListFromOgrDS()
 {
-    m_table->addPoints(importObservers(m_dem.path, m_ground, defaultPoint(), m_form->m_pPBAddFromVector));
+    std::optional<ComputingEstimate> estimate;
+    if (m_timeNote->timing())
+        estimate.emplace(*m_timeNote->timing(), m_workFolder, m_ground, m_dem.band,
+                         [this](const QString &points) {
+                             IntervisibilityOptions combined = options();
+                             combined.combined = true; // as they are once the observers are in the table
+                             return intervisibilityFragment(combined, points);
+                         });
+    m_table->addPoints(importObservers(m_dem.path, m_ground, defaultPoint(), estimate ? &*estimate : nullptr,
+                                       m_form->m_pPBAddFromVector));
 }
 
 void intervisibilityOptionsWidget::slot_onCurrentObserverPointChanged()
@@ -354,6 +375,7 @@ void intervisibilityOptionsWidget::slot_onApplyToAllPoint()
 void intervisibilityOptionsWidget::slot_onOptionsChanged()
 {
     m_position->show(currentObserver());
+    m_timeNote->clear();
     updateControls();
     reportChange();
     emit completeChanged();
@@ -464,6 +486,7 @@ void intervisibilityOptionsWidget::applyTexts()
         QStringLiteral("<a href=\"all\">%1</a>")
             .arg(tr("Appliquer à tous les points", "MESS_APPLI_TS_PTS").toHtmlEscaped()));
     m_table->retranslate();
+    m_timeNote->retranslate();
     m_result->retranslate();
     m_sideFiles->retranslate();
     m_form->m_pLEAltitude->setToolTip(m_model.heightMeaning());

@@ -2,6 +2,7 @@
 
 #include "panels/colors/SightResultChoice.h"
 #include "panels/controls/ZoneColor.h"
+#include "panels/observers/ComputingNote.h"
 #include "panels/observers/ObserverTable.h"
 #include "panels/observers/PositionFields.h"
 #include "panels/observers/SightSideFiles.h"
@@ -71,6 +72,12 @@ public:
     /// shown until an observer or the DEM changes; a list of another length shows none.
     void setSeenAreas(const QVector<double> &km2ByEnabledObserver);
 
+    /// Brings what times the tool; it outlives the panel's use of it. Null: no computing time is measured.
+    void setTiming(SightTiming *timing) { m_timeNote->setTiming(timing); }
+
+    /// A preview of all the DEM, made from the reduced copy, took so long.
+    void setPreviewTime(double seconds, const QString &copy);
+
 signals:
     void completeChanged();
     /// Another row became the current one, or its point changed.
@@ -124,6 +131,7 @@ private:
     DemGround m_ground;
     std::optional<ObserverTable> m_table; ///< this and the next members exist once the form is set up
     std::optional<PositionFields> m_position;
+    std::optional<ComputingNote> m_timeNote;
     std::optional<ZoneColor> m_visibleColor;
     std::optional<ZoneColor> m_hiddenColor;
     std::optional<ZoneColor> m_noDataColor;

@@ -12,12 +12,15 @@
 
 #include <utility>
 
-PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilityOptionsWidget &observers)
+PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, const ToolPaths &tools,
+                               WorkFolder &workFolder, intervisibilityOptionsWidget &observers)
     : m_pane(pane)
     , m_runs(runs)
     , m_observers(observers)
     , m_live(pane, observers)
+    , m_clock(runs, tools, workFolder)
 {
+    m_observers.setTiming(&m_clock);
     connect(&runs, &Previews::reductionStarted, &pane, [&pane] { pane.setReducing(0); });
     connect(&runs, &Previews::computationStarted, &pane, [this] {
         m_pane.setComputing(0);
@@ -34,7 +37,10 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, intervisibilit
     connect(&pane, &PreviewPane::observerMoved, this, &PreviewControl::moveObserver);
 }
 
-PreviewControl::~PreviewControl() = default;
+PreviewControl::~PreviewControl()
+{
+    m_observers.setTiming(nullptr);
+}
 
 void PreviewControl::setDem(const DemInfo &dem)
 {
@@ -152,15 +158,16 @@ void PreviewControl::showOutput()
     if (!m_pane.showOutput(product))
         m_pane.clearOutput(QString());
     m_isRenewed = m_runs.isProductOutdated();
+    const bool isWhole = m_runs.part().size() == m_pane.dem().size; // what lies outside of a part counts, too
+    if (m_panel != &m_observers || !isWhole || m_runs.isProductOutdated())
+        return;
     showSeenAreas();
+    m_observers.setPreviewTime(m_runs.computingSeconds(), m_runs.copy());
 }
 
 /// Shows in the table what each observer sees, where the tool has written it.
 void PreviewControl::showSeenAreas()
 {
-    const bool isWhole = m_runs.part().size() == m_pane.dem().size; // what lies outside of a part counts, too
-    if (!isWhole || m_runs.isProductOutdated())
-        return;
     for (const SideFile &side : m_runs.productRequest().toolInput.sideFiles) {
         QFile file(side.path);
         if (side.argument == statisticsArgument && file.open(QIODevice::ReadOnly))

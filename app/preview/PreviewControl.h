@@ -3,6 +3,7 @@
 #include "app/preview/LiveObservers.h"
 #include "app/preview/PreviewPane.h"
 #include "app/preview/Previews.h"
+#include "app/preview/SightClock.h"
 
 class intervisibilityOptionsWidget;
 class optionsWidget;
@@ -14,8 +15,9 @@ class PreviewControl : public QObject
     Q_OBJECT
 
 public:
-    /// `pane`, `runs` and `observers`, the panel of the observers, outlive this object.
-    PreviewControl(PreviewPane &pane, Previews &runs, intervisibilityOptionsWidget &observers);
+    /// `pane`, `runs`, `workFolder` and `observers`, the panel of the observers, outlive this object.
+    PreviewControl(PreviewPane &pane, Previews &runs, const ToolPaths &tools, WorkFolder &workFolder,
+                   intervisibilityOptionsWidget &observers);
     ~PreviewControl() override;
 
     /// The DEM or band changed, or its extreme values became known.
@@ -50,6 +52,7 @@ private:
     Previews &m_runs;
     intervisibilityOptionsWidget &m_observers;
     LiveObservers m_live;
+    SightClock m_clock;
     optionsWidget *m_panel = nullptr;
     bool m_vector = false;
     bool m_isRenewed = true;          ///< the options changed since the product that is shown was computed

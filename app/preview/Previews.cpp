@@ -88,6 +88,12 @@ void Previews::setPart(const QRect &part)
     scheduleNext(isWhole() ? 0 : pauseAfterMove);
 }
 
+QString Previews::wholeCopy() const
+{
+    const QRect whole(QPoint(0, 0), m_dem.size);
+    return !m_wholeSource.isEmpty() && m_wholeSource == sourceName(m_dem, whole) ? m_wholeCopy : QString();
+}
+
 void Previews::update(bool complete)
 {
     m_queue.setComplete(complete);
@@ -183,6 +189,7 @@ void Previews::begin(PreviewStep step, const ProductSteps &steps, const QuvoOutp
         return;
     }
     m_patience.start(patience);
+    m_computing.start();
     m_runner.setShares(sharesOf(steps));
     m_runner.run(commandsOf(steps), outputsOf(steps, {output}), NoProgressWindow);
 }
@@ -266,6 +273,7 @@ void Previews::onDone()
             m_wholeSource = sourceName(m_dem, m_part);
         emit reduced();
     } else {
+        m_computingSeconds = static_cast<double>(m_computing.nsecsElapsed()) / 1e9;
         emit computed();
     }
     removeSideFiles();

@@ -5,6 +5,7 @@
 #include "app/process/tools.h"
 #include "dataset/workfolder.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QRect>
 #include <QSize>
@@ -71,6 +72,13 @@ public:
     QString copy() const { return m_queue.hasReduction() ? m_copy : QString(); }
     QRect part() const { return m_part; }
 
+    /// Path of the reduced copy of the whole DEM, which may be shown or not; empty while there is none.
+    QString wholeCopy() const;
+    const PreviewDem &dem() const { return m_dem; }
+
+    /// How long the tool ran for the product, in seconds.
+    double computingSeconds() const { return m_computingSeconds; }
+
     /// Path of the product, valid from computed() to the next change.
     QString product() const { return m_product; }
 
@@ -128,6 +136,8 @@ private:
     QString m_product;     ///< path of the product in use: m_rasterProduct or m_vectorProduct
     QString m_rasterProduct;
     ProcessingRequest m_request;
+    QElapsedTimer m_computing;
+    double m_computingSeconds = 0.0;
     bool m_isOutdated = false;
     bool m_isTurned = false; ///< isProductTurned() of the product in use
     QString m_vectorProduct;

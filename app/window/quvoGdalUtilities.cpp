@@ -150,7 +150,7 @@ void quvoGdalUtilities::connectPreviews()
 {
     PreviewPane *pane = m_form->m_pGrpBPreviews;
     intervisibilityOptionsWidget &observers = m_tabs->intervisibilityPanel();
-    m_previewControl = std::make_unique<PreviewControl>(*pane, m_previews, observers);
+    m_previewControl = std::make_unique<PreviewControl>(*pane, m_previews, m_tools, m_workFolder, observers);
     connect(&m_previews, &Previews::reduced, this, &quvoGdalUtilities::slot_showInputFilePreview);
     connect(&m_previews, &Previews::reducingProgress, this, &quvoGdalUtilities::slot_updateReducingProgress);
     connect(&m_previews, &Previews::reductionFailed, this, &quvoGdalUtilities::slot_reduceProcessFailed);

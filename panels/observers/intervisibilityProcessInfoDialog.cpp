@@ -1,6 +1,7 @@
 #include "panels/observers/intervisibilityProcessInfoDialog.h"
 
 #include "panels/controls/numberfield.h"
+#include "panels/observers/ComputingEstimate.h"
 #include "panels/options/computingtime.h"
 #include "ui_intervisibilityProcessInfoDialog.h"
 
@@ -55,6 +56,16 @@ intervisibilityProcessInfoDialog::intervisibilityProcessInfoDialog(const VectorO
 
 intervisibilityProcessInfoDialog::~intervisibilityProcessInfoDialog() = default;
 
+void intervisibilityProcessInfoDialog::setEstimate(ComputingEstimate &estimate, const ObserverPoint &values)
+{
+    m_estimate = &estimate;
+    m_values = values;
+    connect(m_estimate, &ComputingEstimate::known, this, [this](double seconds) {
+        m_form->m_pLabelTimeHere->setText(QLatin1Char('(') + hereText(seconds) + QLatin1Char(')'));
+    });
+    this->estimate();
+}
+
 void intervisibilityProcessInfoDialog::listHeightSources()
 {
     QComboBox *combo = m_form->m_pCBHeightSource;
@@ -85,6 +96,9 @@ void intervisibilityProcessInfoDialog::slot_onChangePas()
 {
     // OK waits for the estimate, so that Return right after typing does not import with an unchecked step.
     m_form->m_pButtonBox->button(QDialogButtonBox::Ok)->setEnabled(false);
+    if (m_estimate)
+        m_estimate->stop();
+    m_form->m_pLabelTimeHere->clear();
     m_timer.start();
 }
 
@@ -104,5 +118,15 @@ void intervisibilityProcessInfoDialog::estimate()
         tr("Cela fait plus de %1 observateurs ; choisissez un pas plus grand.", "MESS_OBS_LIMITE")
             .arg(mostObservers, 0, 'f', 0));
     m_form->m_pLabelEstimateTime->setText(computingTimeText(estimatedSeconds(m_width, m_height, count)));
+    if (ok->isEnabled())
+        measure(count);
     QGuiApplication::restoreOverrideCursor();
+}
+
+void intervisibilityProcessInfoDialog::measure(double count)
+{
+    m_form->m_pLabelTimeHere->clear();
+    if (m_estimate)
+        m_estimate->begin(
+            someObserversFrom(m_source, step(), m_values, heightChoice(), ComputingEstimate::enough), count);
 }

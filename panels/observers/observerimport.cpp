@@ -69,12 +69,15 @@ struct ImportChoices
 };
 
 /// Asks where there is something to choose: a distance between samples, or where the heights come from.
-ImportChoices askChoices(const VectorObservers &source, const DemGround &ground, QWidget *parent)
+ImportChoices askChoices(const VectorObservers &source, const DemGround &ground, const ObserverPoint &values,
+                         ComputingEstimate *estimate, QWidget *parent)
 {
     const bool hasHeights = source.hasZ || !source.numericAttributes.isEmpty();
     if (source.lines.isEmpty() && !hasHeights && sampledCount(source, 1.0) <= mostObservers)
         return {};
     intervisibilityProcessInfoDialog dialog(source, ground.width(), ground.height(), ground.cellSize(), parent);
+    if (estimate)
+        dialog.setEstimate(*estimate, values);
     const bool accepted = dialog.exec() == QDialog::Accepted;
     return {dialog.step(), dialog.heightChoice(), !accepted};
 }
@@ -113,7 +116,7 @@ void confirm(int count, const QStringList &crsNotes, QWidget *button)
 } // namespace
 
 QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground, const ObserverPoint &values,
-                                     QWidget *button)
+                                     ComputingEstimate *estimate, QWidget *button)
 {
     QWidget *parent = button->window();
     const QString file = chooseSource(dem, parent);
@@ -127,7 +130,7 @@ QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground
         Prompt::critical(parent, source.problem);
         return {};
     }
-    const ImportChoices choices = askChoices(source, ground, parent);
+    const ImportChoices choices = askChoices(source, ground, values, estimate, parent);
     if (choices.cancelled)
         return {};
     SampledObservers observers = observersFrom(source, choices.step, values, choices.heights);

@@ -2,6 +2,7 @@
 
 #include "panels/options/observerpoints.h"
 
+class ComputingEstimate;
 class DemGround;
 class QWidget;
 
@@ -14,6 +15,7 @@ class QWidget;
 /// failure.
 ///
 /// `dem` is the DEM's path: the file dialog begins in its folder. `values` supplies height, mode and distance
-/// of the observers where the source has no heights.
+/// of the observers where the source has no heights. `estimate` measures what the dialog says of the computing
+/// time; it may be null.
 QList<ObserverPoint> importObservers(const QString &dem, const DemGround &ground, const ObserverPoint &values,
-                                     QWidget *button);
+                                     ComputingEstimate *estimate, QWidget *button);

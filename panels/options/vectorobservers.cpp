@@ -303,3 +303,14 @@ SampledObservers observersFrom(const VectorObservers &source, double step, const
     }
     return observers;
 }
+
+QList<ObserverPoint> someObserversFrom(const VectorObservers &source, double step,
+                                       const ObserverPoint &defaults, const HeightChoice &heights, int most)
+{
+    const double every = std::max(1.0, std::ceil(sampledCount(source, step) / most));
+    VectorObservers some = source;
+    some.sites.clear();
+    for (double at = 0.0; at < source.sites.size(); at += every)
+        some.sites += source.sites.at(static_cast<int>(at));
+    return observersFrom(some, step * every, defaults, heights).points;
+}

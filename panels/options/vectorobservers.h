@@ -71,6 +71,10 @@ struct SampledObservers
 SampledObservers observersFrom(const VectorObservers &source, double step, const ObserverPoint &defaults,
                                const HeightChoice &heights = {});
 
+/// About `most` of these observers, spread evenly: all of them where there are no more.
+QList<ObserverPoint> someObserversFrom(const VectorObservers &source, double step,
+                                       const ObserverPoint &defaults, const HeightChoice &heights, int most);
+
 /// Points on a line every `step` along its length, beginning at its first vertex and at most `mostObservers`. A
 /// closed line does not repeat its first point at the end.
 QVector<QPointF> sampledLine(const QVector<QPointF> &line, double step);

@@ -48,6 +48,7 @@ private slots:
     void groundless();
     void tableByKeys();
     void importedSource();
+    void timeHere();
 
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
@@ -76,6 +77,24 @@ struct Panel
         QCoreApplication::processEvents();
     }
     bool combines() const { return widget.findChild<QGroupBox *>("m_pGBVisibiliyMultiPoints")->isEnabled(); }
+};
+
+/// A timing whose times are known when the test says so.
+struct HeldTiming : SightTiming
+{
+    QString file;
+    QStringList fragments;
+    std::function<void(const SightTimes &)> then;
+
+    QString copy() const override { return file; }
+    void measure(const QString &fragment, std::function<void(const SightTimes &)> next) override
+    {
+        fragments += fragment;
+        then = std::move(next);
+    }
+    void stop() override { then = nullptr; }
+    bool isBusy() const override { return static_cast<bool>(then); }
+    void answer(const SightTimes &times) { std::exchange(then, nullptr)(times); }
 };
 
 /// x, y, z and distance of each point of a shapefile.
@@ -521,6 +540,70 @@ void IntervisibilityPanelTest::importedSource()
     QuvoFilerDialog::answerBeforehand({path("absent.gpx")});
     panel.click("m_pPBAddFromVector");
     QVERIFY(Prompt::takeShown().value(0).startsWith("Erreur: Format non reconnu"));
+}
+
+void IntervisibilityPanelTest::timeHere()
+{
+    const QString dem = path("wide.tif");
+    QVERIFY(writeRaster(dem, 40, 40, QVector<float>(1600, 5.0f)));
+    QVERIFY(writeRaster(path("copy.tif"), 40, 40, QVector<float>(1600, 5.0f)));
+    Panel panel({dem, 1});
+    HeldTiming timing;
+    timing.file = path("copy.tif");
+    panel.widget.setTiming(&timing);
+    QFile file(path("walk.geojson"));
+    QVERIFY(file.open(QIODevice::WriteOnly)
+            && file.write(R"({"type":"Feature","properties":{},"geometry":{"type":"LineString",)"
+                          R"("coordinates":[[9.0001,46.0530],[9.0050,46.0530]]}})")
+                > 0);
+    file.close();
+    QuvoFilerDialog::answerBeforehand({file.fileName()});
+    answerNext<intervisibilityProcessInfoDialog>([&](intervisibilityProcessInfoDialog &dialog) {
+        const auto here = dialog.findChild<QLabel *>("m_pLabelTimeHere");
+        QVERIFY(here->text().isEmpty() && timing.then);
+        const QVector<QVector<double>> points = fileContent(observerFileOf(timing.fragments.last()));
+        QCOMPARE(points.size(), 10); // of 38
+        QVERIFY(timing.fragments.last().contains("-DstOp OR"));
+        timing.answer({0.05, 0.15}); // the copy is as large as the DEM: 38 observers take 3.8 times as long
+        QCOMPARE(here->text(), QStringLiteral("(ici moins de 1 s)"));
+        const auto step = dialog.findChild<QLineEdit *>("m_pLEPas");
+        step->setText("100");
+        QVERIFY(here->text().isEmpty());
+        QTRY_VERIFY(timing.then);
+        QCOMPARE(fileContent(observerFileOf(timing.fragments.last())).size(), 4);
+        timing.answer({0.05, 30.05});
+        QCOMPARE(here->text(), QStringLiteral("(ici environ 30\u00A0s)"));
+        step->setText("50");
+        QTRY_VERIFY(timing.then);
+        dialog.reject();
+    });
+    panel.click("m_pPBAddFromVector");
+    QVERIFY(!timing.then); // ended with the dialog
+    QVERIFY(!QFile::exists(observerFileOf(timing.fragments.last())));
+
+    // The line below the table speaks of many observers, and only of those that were previewed.
+    const auto note = panel.widget.findChild<QLabel *>("m_pTimeNote");
+    QString lines;
+    for (int at = 0; at < 21; ++at)
+        lines += QStringLiteral("%1 5099900\n").arg(500005 + 10 * at);
+    panel.paste(lines.section('\n', 0, 19));
+    panel.widget.setPreviewTime(10.0, timing.file);
+    QVERIFY(!timing.then && note->isHidden());
+    panel.paste(lines.section('\n', 20));
+    panel.widget.setPreviewTime(10.05, timing.file);
+    QVERIFY(timing.then && timing.fragments.last().isEmpty());
+    timing.answer({0.05, 0.0});
+    QCOMPARE(note->text(), QStringLiteral("Durée du calcul : ici environ 10\u00A0s."));
+    QVERIFY(!note->isHidden());
+    panel.widget.setPreviewTime(20.0, timing.file);
+    const auto late = std::exchange(timing.then, nullptr);
+    QVERIFY(late);
+    panel.field("m_pLESmokeHeight")->setText("3");
+    late({0.05, 0.0});
+    QVERIFY(note->isHidden());
+    panel.widget.setProduct(path("vu.tif"));
+    panel.widget.findChild<QCheckBox *>("m_pChBSkyline")->setChecked(true);
+    QVERIFY(note->text().contains("sans l'horizon"));
 }
 
 QTEST_MAIN(IntervisibilityPanelTest)

@@ -1,4 +1,5 @@
 #include "app/preview/PreviewDialog.h"
+#include "dataset/QuvoFilerDialog.h"
 #include "dataset/rasterpicture.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "tests/support/files.h"
@@ -8,10 +9,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QSlider>
 #include <QTableView>
+#include <QTimer>
 
 #include <gdal_priv.h>
 
@@ -32,6 +35,7 @@ private slots:
     void vectorProducts();
     void observersAreSetInThePicture();
     void observersOfAnyKind();
+    void theToolIsTimed();
     void anotherFileOfTheName();
     void aPartIsSeenAtFullResolution();
     void launchStopsPreviews();
@@ -308,6 +312,49 @@ void PreviewsTest::observersOfAnyKind()
     QCOMPARE(panel->currentRow(), 0); // a click on the mark of an observer selects it
     QCOMPARE(panel->options().observers.at(1).position(), ground.toGround({200.5, 200.5}));
     QVERIFY(Prompt::takeShown().isEmpty());
+}
+
+void PreviewsTest::theToolIsTimed()
+{
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    dialog.showTab(4);
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.hasGround(), 10000);
+    const DemGround ground(path("dem.tif"), 1);
+    QFile file(path("line.csv"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const QPointF begin = ground.toGround({10, 10});
+    const QPointF end = ground.toGround({900, 900});
+    file.write(QStringLiteral("id,WKT\n1,\"LINESTRING(%1 %2,%3 %4)\"\n")
+                   .arg(begin.x(), 0, 'f')
+                   .arg(begin.y(), 0, 'f')
+                   .arg(end.x(), 0, 'f')
+                   .arg(end.y(), 0, 'f')
+                   .toUtf8());
+    file.close();
+    QuvoFilerDialog::answerBeforehand({file.fileName()});
+    QTimer::singleShot(100, this, [&] {
+        QTRY_VERIFY(QApplication::activeModalWidget());
+        QWidget *question = QApplication::activeModalWidget();
+        const auto here = question->findChild<QLabel *>("m_pLabelTimeHere");
+        QVERIFY(here);
+        QTRY_VERIFY_WITH_TIMEOUT(here->text().startsWith("(ici "), 10000);
+        question->close();
+    });
+    dialog.find<QPushButton>("m_pPBAddFromVector")->click();
+    QVERIFY(mapFileNamed("timed.tif").isEmpty());
+
+    QList<ObserverPoint> many;
+    for (int at = 0; at < 30; ++at) {
+        const QPointF place = ground.toGround({100.0 + 20.0 * at, 500.0});
+        many += {.x = place.x(), .y = place.y()};
+    }
+    IntervisibilityOptions options = dialog.panel()->options();
+    options.observers = many;
+    dialog.panel()->setProcessOptions(options);
+    const auto note = dialog.find<QLabel>("m_pTimeNote");
+    QTRY_VERIFY_WITH_TIMEOUT(note->isVisible() && note->text().contains("ici "), 10000);
+    QTRY_VERIFY(!hasChildren());
 }
 
 void PreviewsTest::anotherFileOfTheName()
