@@ -28,12 +28,12 @@ void BatchRun::start(const RunPlan &plan, bool overwrite)
     }
     auto lock = std::make_unique<OutputLock>(writtenFiles(plan));
     if (!lock->problem().isEmpty()) {
-        end(BatchExit::Failed, lock->problem());
+        end(lock->isHeldByOther() ? BatchExit::TryAgain : BatchExit::Failed, lock->problem());
         return;
     }
     const QString existing = existingOutput(plan);
     if (!existing.isEmpty() && !overwrite) {
-        end(BatchExit::BadArguments,
+        end(BatchExit::Refused,
             labelText({"MESS_LOT_EXISTE", "« %1 » existe déjà ; --overwrite le remplace."}).arg(existing));
         return;
     }
@@ -56,7 +56,7 @@ void BatchRun::onFinished()
 void BatchRun::onAborted()
 {
     abandonProgress();
-    end(BatchExit::Failed, stoppedText());
+    end(stoppedExit(), stoppedText());
 }
 
 void BatchRun::onFailed()
@@ -69,7 +69,8 @@ void BatchRun::onFailed()
     printError(m_run.outcome().toolText);
     const QString failure =
         labelText({"MESS_ERR_CREAT_IMG", "Une erreur est survenue lors de la création de l'image de sortie."});
-    end(BatchExit::Failed, m_run.outcome().problem.isEmpty() ? failure : m_run.outcome().problem);
+    end(exitOfFailure(m_run.outcome(), m_run.plan()),
+        m_run.outcome().problem.isEmpty() ? failure : m_run.outcome().problem);
 }
 
 void BatchRun::abandonProgress()

@@ -18,7 +18,7 @@ void BatchSeries::next()
     ++m_current;
     const bool stopped = StopSignals::stopWasRequested();
     if (m_current == m_runs.size() || stopped) {
-        emit finished(stopped ? BatchExit::Failed : m_exit);
+        emit finished(stopped ? stoppedExit() : m_exit);
         return;
     }
     const BatchArguments &arguments = m_runs.at(m_current);

@@ -86,6 +86,7 @@ void declareOptions(QCommandLineParser &parser)
         {{QStringLiteral("v"), versionName}, text("MESS_LOT_VERSION", "Affiche la version.")},
         {{QStringLiteral("h"), helpName}, text("MESS_LOT_AIDE", "Affiche cette aide.")},
     });
+    declareTileOptions(parser);
 }
 
 BatchAction actionOf(const QCommandLineParser &parser)
@@ -154,6 +155,9 @@ QString readDems(BatchArguments &arguments, const QCommandLineParser &parser)
         return tooFewTilesProblem();
     if (arguments.mosaic && parser.isSet(QStringLiteral("input")))
         return labelText({"MESS_LOT_MOSAIQUE_INPUT", "--input ne s'emploie pas avec --mosaic."});
+    arguments.tiles = readTileArguments(parser, !arguments.dems.isEmpty());
+    if (!arguments.tiles.problem.isEmpty())
+        return arguments.tiles.problem;
     for (const char *option : {"input", "output"}) {
         if (!arguments.dems.isEmpty() && !arguments.mosaic && parser.isSet(QLatin1String(option)))
             return labelText({"MESS_LOT_PLUSIEURS",

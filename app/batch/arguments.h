@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/batch/tilearguments.h"
 #include "app/process/outputoptions.h"
 
 #include <QByteArray>
@@ -43,6 +44,7 @@ struct BatchArguments
     QString raster;              ///< path of the raster that another action than Run and PrintCommand works on
     bool overwrite = false;      ///< a run may replace existing files
     QVector<QPair<QString, QString>> options; ///< name and value of each --set, in the order given
+    TileArguments tiles;
     QString problem; ///< why the command line is not valid, in a sentence; empty for a good one
 };
 

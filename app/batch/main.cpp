@@ -2,6 +2,7 @@
 #include "app/batch/arguments.h"
 #include "app/batch/rastertasks.h"
 #include "app/batch/request.h"
+#include "app/batch/tiletask.h"
 #include "app/run/runplan.h"
 #include "app/startup/StopSignals.h"
 #include "app/startup/console.h"
@@ -74,8 +75,7 @@ int run(const StopSignals &stopSignals, const BatchRequest &batch, bool overwrit
     const RunPlan plan =
         planRun(batch.request, findTools(QCoreApplication::applicationDirPath()), batch.otherInputs);
     if (plan.problemKind != ProblemKind::None)
-        return refuse(plan.problem,
-                      plan.problemKind == ProblemKind::Tool ? BatchExit::Failed : BatchExit::BadArguments);
+        return refuse(plan.problem, exitOfProblem(plan.problemKind));
     printError(plan.treatmentNote);
     for (const QString &warning : plan.warnings)
         printError(warning);
@@ -93,9 +93,9 @@ int runOrPrintOne(const StopSignals &stopSignals, const BatchArguments &argument
     WorkFolder workFolder;
     const BatchRequest batch = assembleBatch(arguments, workFolder);
     if (StopSignals::stopWasRequested())
-        return refuse(stoppedText(), BatchExit::Failed);
+        return refuse(stoppedText(), stoppedExit());
     if (!batch.problem.isEmpty())
-        return refuse(batch.problem, BatchExit::BadArguments);
+        return refuse(batch.problem, batch.exit);
     for (const QString &warning : batch.warnings)
         printError(warning);
     if (arguments.action == BatchAction::Run)
@@ -116,6 +116,8 @@ int runSeries(const StopSignals &stopSignals, const QVector<BatchArguments> &run
 int runOrPrint(const BatchArguments &arguments)
 {
     const StopSignals stopSignals;
+    if (arguments.tiles.tiles)
+        return static_cast<int>(runTiles(stopSignals, arguments));
     const BatchRuns batch = splitBatch(arguments);
     if (!batch.problem.isEmpty())
         return refuse(batch.problem, BatchExit::BadArguments);

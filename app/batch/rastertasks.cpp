@@ -96,5 +96,5 @@ BatchExit runRasterTask(const BatchArguments &arguments)
     if (isDone)
         return BatchExit::Done;
     printError(end.isStopped ? stoppedText() : end.problem);
-    return BatchExit::Failed;
+    return end.isStopped ? stoppedExit() : BatchExit::Failed;
 }

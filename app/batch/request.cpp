@@ -172,8 +172,10 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     BatchRequest batch;
     const RecipeReading reading = combinedRecipe(arguments);
     batch.problem = reading.problem;
+    batch.exit = BatchExit::BadArguments;
     if (!batch.problem.isEmpty())
         return batch;
+    batch.exit = BatchExit::BadInput;
     const Recipe &recipe = reading.recipe;
     QString dem = dataSetName(recipe.input, QDir::currentPath());
     if (recipe.tiles.isEmpty()) {
@@ -210,6 +212,17 @@ BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFold
     return batch;
 }
 
+RecipeReading recipeForDems(const BatchArguments &arguments)
+{
+    BatchArguments one = arguments;
+    if (!arguments.mosaic) {
+        one.dems.clear();
+        one.input = arguments.dems.first();
+    }
+    one.output = arguments.dems.first(); // a placeholder until the format is known
+    return combinedRecipe(one);
+}
+
 BatchRuns splitBatch(const BatchArguments &arguments)
 {
     if (arguments.dems.isEmpty())
@@ -219,8 +232,7 @@ BatchRuns splitBatch(const BatchArguments &arguments)
         one.dems.clear();
         one.input = arguments.dems.first();
     }
-    one.output = arguments.dems.first(); // a placeholder until the format is known
-    const RecipeReading reading = combinedRecipe(one);
+    const RecipeReading reading = recipeForDems(arguments);
     if (!reading.problem.isEmpty())
         return {{}, reading.problem};
     const ProductNaming naming = namingOf(reading.recipe);

@@ -1,20 +1,14 @@
 #pragma once
 
 #include "app/batch/arguments.h"
+#include "app/batch/exitcode.h"
 #include "app/process/commandline.h"
+#include "app/recipe/recipe.h"
 #include "dataset/workfolder.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVector>
-
-/// Exit codes of the batch program.
-enum class BatchExit
-{
-    Done = 0,
-    Failed = 1, ///< the run failed or was stopped
-    BadArguments = 2,
-};
 
 /// A run as the batch program's arguments and their recipe describe it.
 struct BatchRequest
@@ -23,11 +17,15 @@ struct BatchRequest
     QStringList otherInputs;   ///< files besides the DEM that the output must not replace, such as the recipe
     QStringList warnings;      ///< sentences that do not prevent the run
     QString problem;           ///< why the run cannot start, in a sentence; empty when it can
+    BatchExit exit = BatchExit::Done; ///< the code that goes with the problem
 };
 
 /// Reads the recipe, combines it with the arguments and prepares the tool's input, whose files it writes to the
 /// work folder. The DEM is read only where the options depend on it.
 BatchRequest assembleBatch(const BatchArguments &arguments, WorkFolder &workFolder);
+
+/// The recipe with the options of the command line, for DEMs that take the place of the recipe's own input.
+RecipeReading recipeForDems(const BatchArguments &arguments);
 
 /// The runs that a command line describes.
 struct BatchRuns

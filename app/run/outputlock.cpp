@@ -68,7 +68,8 @@ void OutputLock::lock(const QString &output)
         sweepPartFolders(canonical, QFileInfo(file).ownerId());
         return;
     }
-    if (held.error() == QLockFile::LockFailedError)
+    m_isHeldByOther = held.error() == QLockFile::LockFailedError;
+    if (m_isHeldByOther)
         m_problem =
             labelText({"MESS_SORTIE_OCCUPEE", "Un autre traitement écrit déjà dans « %1 » (verrou : %2)."})
                 .arg(output, file);

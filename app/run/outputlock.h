@@ -25,9 +25,13 @@ public:
     /// Why an output could not be locked, in a sentence; empty when the lock is held.
     QString problem() const { return m_problem; }
 
+    /// Whether the problem is that another run holds the lock, which it will give back.
+    bool isHeldByOther() const { return m_isHeldByOther; }
+
 private:
     void lock(const QString &output);
 
     std::vector<std::unique_ptr<QLockFile>> m_locks;
     QString m_problem;
+    bool m_isHeldByOther = false;
 };

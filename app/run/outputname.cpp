@@ -158,6 +158,7 @@ OutputName checkOutputName(const QString &name, const QStringList &extensions, c
         return output;
     output.path = linkTarget(QFileInfo(withExtension(name, extensions)).absoluteFilePath());
     output.problem = placeProblem(QFileInfo(output.path), inputFiles);
+    output.isInput = isOneOf(output.path, inputFiles);
     return output;
 }
 

@@ -8,8 +8,9 @@
 /// The result of checking an output name.
 struct OutputName
 {
-    QString path;    ///< absolute path that the run writes, with an extension, links resolved
-    QString problem; ///< why the name cannot be used, in a sentence; empty for a good name
+    QString path;         ///< absolute path that the run writes, with an extension, links resolved
+    QString problem;      ///< why the name cannot be used, in a sentence; empty for a good name
+    bool isInput = false; ///< the problem is that the name leads to a file of the input
 };
 
 /// Appends the first extension to a name whose last part has no extension.

@@ -253,7 +253,7 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     const OutputName output =
         checkOutputName(request.output, formatExtensions(outputFormat(request)), inputFiles);
     if (!output.problem.isEmpty())
-        return refused(plan, ProblemKind::Output, output.problem);
+        return refused(plan, output.isInput ? ProblemKind::Replacement : ProblemKind::Output, output.problem);
     plan.request.output = output.path;
     plan.outputs = declaredOutputs(plan.request);
     problem = neighbourProblem(plan.request, plan.outputs, inputFiles, input.files);
@@ -262,7 +262,7 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
     if (problem.isEmpty())
         problem = sharedFileProblem(plan.outputs.first());
     if (!problem.isEmpty())
-        return refused(plan, ProblemKind::Output, problem);
+        return refused(plan, ProblemKind::Replacement, problem);
     problem = placeSideFiles(plan, inputFiles);
     if (!problem.isEmpty())
         return refused(plan, ProblemKind::SideFile, problem);

@@ -14,6 +14,7 @@ enum class ProblemKind
     Format,
     Input,
     Output,
+    Replacement, ///< the run would replace one of its inputs, or a file that is not only a product
     SideFile
 };
 

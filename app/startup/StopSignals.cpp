@@ -14,16 +14,17 @@ namespace
 {
 
 // A signal handler reaches the rest of the program only through globals: kept so on purpose.
-std::atomic<bool> requested{false};
+std::atomic<int> requested{0}; // number of the first signal
 int wakeUpPipe[2] = {-1, -1};
 
 #ifdef Q_OS_UNIX
 
 constexpr int stopSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
-extern "C" void onStopSignal(int)
+extern "C" void onStopSignal(int signal)
 {
-    requested = true;
+    int none = 0;
+    requested.compare_exchange_strong(none, signal);
     [[maybe_unused]] const auto written = ::write(wakeUpPipe[1], "", 1);
 }
 
@@ -84,6 +85,11 @@ StopSignals::~StopSignals()
 }
 
 bool StopSignals::stopWasRequested()
+{
+    return requested != 0;
+}
+
+int StopSignals::stopSignal()
 {
     return requested;
 }

@@ -21,6 +21,9 @@ public:
     /// Whether a signal asked the process to end. True at once, before the event loop emits stopRequested().
     static bool stopWasRequested();
 
+    /// Number of the signal that asked first (SIGINT is 2); 0 where none did.
+    static int stopSignal();
+
 signals:
     void stopRequested();
 

@@ -14,7 +14,7 @@ void warnAboutOutput(const QString &name, const QString &problem, QWidget *paren
 
 void warnAboutProblem(const RunPlan &plan, QWidget *parent)
 {
-    if (plan.problemKind == ProblemKind::Output)
+    if (plan.problemKind == ProblemKind::Output || plan.problemKind == ProblemKind::Replacement)
         warnAboutOutput(plan.request.output, plan.problem, parent);
     else
         Prompt::warning(parent, plan.problem);

@@ -6,9 +6,9 @@
 #include "messages/label.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSaveFile>
 
 #include <gdal_priv.h>
 #include <gdal_utils.h>
@@ -91,6 +91,13 @@ VirtualRaster virtualRaster(const QStringList &paths, const QStringList &units)
     return {decodePath(*xml), {}};
 }
 
+/// Names the files below the folder of the virtual raster relative to it, so that the folder can be moved.
+QString withRelativeNames(QString xml, const QString &folder)
+{
+    const QString absolute = QStringLiteral("relativeToVRT=\"0\">") + folder.toHtmlEscaped() + QLatin1Char('/');
+    return xml.replace(absolute, QStringLiteral("relativeToVRT=\"1\">"));
+}
+
 /// The sentence about the tiles that GDAL or the disk refuses, with their words.
 QString refusedText(const QString &words)
 {
@@ -102,6 +109,11 @@ QString refusedText(const QString &words)
 
 Mosaic makeMosaic(const QStringList &paths, WorkFolder &workFolder)
 {
+    return writeMosaic(paths, QDir(workFolder.newFolder()).filePath(QFileInfo(mosaicName(paths)).fileName()));
+}
+
+Mosaic writeMosaic(const QStringList &paths, const QString &path)
+{
     Mosaic mosaic;
     const Tiles read = readTiles(paths);
     mosaic.problem = read.problem;
@@ -112,14 +124,16 @@ Mosaic makeMosaic(const QStringList &paths, WorkFolder &workFolder)
         mosaic.problem = refusedText(raster.problem);
         return mosaic;
     }
-    QFile file(QDir(workFolder.newFolder()).filePath(QFileInfo(mosaicName(paths)).fileName()));
+    QSaveFile file(path);
     // Names of files go back as the bytes that GDAL wrote into its text.
-    const QByteArray text = encodePath(onWholeCells(raster.xml));
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+    const QByteArray text =
+        encodePath(withRelativeNames(onWholeCells(raster.xml), QFileInfo(path).absolutePath()));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
         mosaic.problem = refusedText(file.errorString());
         return mosaic;
     }
-    mosaic.path = file.fileName();
+    mosaic.path = path;
+    mosaic.cells = tileCells(read.tiles);
     if (!read.tiles.first().noData.value(0) && leaveGaps(read.tiles))
         mosaic.warnings += labelText({"MESS_MOSAIQUE_VIDES",
                                       "Les tuiles laissent des vides, et n'ont pas de valeur sans donnée : "

@@ -2,15 +2,18 @@
 
 #include "dataset/workfolder.h"
 
+#include <QRect>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 // Several tiles as one DEM.
 
 /// A virtual raster that shows tiles as one DEM.
 struct Mosaic
 {
-    QString path;         ///< the virtual raster, in a folder of its own; empty where there is a problem
+    QString path;         ///< the virtual raster; empty where there is a problem
+    QVector<QRect> cells; ///< of the mosaic that each tile holds, in the order of the tiles
     QStringList warnings; ///< sentences about what the DEM lacks
     QString problem;      ///< why the tiles are not one DEM, in a sentence that names them; empty otherwise
 };
@@ -19,6 +22,9 @@ struct Mosaic
 /// Each tile is opened, but no cell is read, and nothing is written beside the tiles. Where tiles overlap, the
 /// later one is shown. `tiles`: at least two absolute paths, or names in GDAL's virtual file systems.
 Mosaic makeMosaic(const QStringList &tiles, WorkFolder &workFolder);
+
+/// Writes the virtual raster to a file, completely or not at all. Otherwise as above.
+Mosaic writeMosaic(const QStringList &tiles, const QString &file);
 
 /// The path that a mosaic would have beside its first tile, "<folder>/<base>_mosaic.vrt". Products take folder
 /// and name from it. No such file is written. Empty without tiles.

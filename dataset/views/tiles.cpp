@@ -7,7 +7,6 @@
 
 #include <QFileInfo>
 #include <QLocale>
-#include <QRect>
 
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
@@ -243,4 +242,17 @@ bool leaveGaps(const QVector<Tile> &tiles)
     return std::any_of(rows.begin(), rows.end(), [&](int row) {
         return row <= whole.bottom() && !coverRow(rectangles, row, whole.left(), whole.left() + whole.width());
     });
+}
+
+QVector<QRect> tileCells(const QVector<Tile> &tiles)
+{
+    QVector<QRect> cells;
+    QRect whole;
+    for (const Tile &tile : tiles) {
+        cells += cellsOf(tiles.first(), tile);
+        whole |= cells.last();
+    }
+    for (QRect &each : cells)
+        each.translate(-whole.topLeft());
+    return cells;
 }

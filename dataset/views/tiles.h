@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -41,3 +42,6 @@ QString tileDifference(const Tile &first, const Tile &other);
 
 /// Whether the rectangle around the tiles has cells that no tile holds. The tiles must fit each other.
 bool leaveGaps(const QVector<Tile> &tiles);
+
+/// The cells of the rectangle around the tiles that each tile holds. The tiles must fit each other.
+QVector<QRect> tileCells(const QVector<Tile> &tiles);

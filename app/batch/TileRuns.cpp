@@ -1,0 +1,269 @@
+#include "app/batch/TileRuns.h"
+
+#include "app/batch/BatchRun.h"
+#include "app/run/replacedoutput.h"
+#include "app/startup/console.h"
+#include "app/tiles/tilejoin.h"
+#include "app/tiles/tilemarks.h"
+#include "dataset/views/mosaic.h"
+#include "messages/label.h"
+#include "runner/quoting.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QTimer>
+
+namespace
+{
+
+TileShare tilesOf(const TilePlan &plan, const TileArguments &arguments)
+{
+    const TaskNumber task = arguments.task.value_or(TaskNumber());
+    return shareOf(plan.grid.count(), task.task, task.tasks);
+}
+
+QString taskText(const TileArguments &arguments)
+{
+    return arguments.task ? QStringLiteral("%1/%2").arg(arguments.task->task).arg(arguments.task->tasks)
+                          : QString();
+}
+
+} // namespace
+
+TileRuns::TileRuns(const StopSignals &stopSignals, const TilePlan &plan, const QString &folder,
+                   const TileArguments &arguments, bool overwrite)
+    : m_plan(plan)
+    , m_folder(folder)
+    , m_arguments(arguments)
+    , m_overwrite(overwrite)
+    , m_share(tilesOf(plan, arguments))
+    , m_tiles(m_plan)
+    , m_log(arguments.jsonLog, taskText(arguments))
+    , m_scriptRunner(nullptr)
+    , m_run(m_scriptRunner)
+{
+    connect(&m_scriptRunner, &QuvoScriptRunner::updateProgress, this,
+            [this](int percent) { m_log.progress(m_scriptRunner.listProgress(percent)); });
+    connect(&m_run, &ProductRun::finished, this, &TileRuns::onFinished);
+    connect(&m_run, &ProductRun::aborted, this, &TileRuns::onAborted);
+    connect(&m_run, &ProductRun::failed, this, &TileRuns::onFailed);
+    connect(&stopSignals, &StopSignals::stopRequested, &m_run, &ProductRun::stop);
+    connect(&m_scriptRunner, &QuvoScriptRunner::done, this, [this] {
+        if (m_part)
+            endJoin(m_part->place(replacedFiles({joinedOutput()})));
+    });
+    connect(&m_scriptRunner, &QuvoScriptRunner::error, this, [this](const QString &text) {
+        if (m_part)
+            endJoin(text);
+    });
+    connect(&stopSignals, &StopSignals::stopRequested, this, [this] {
+        if (m_part) {
+            m_scriptRunner.stop();
+            endJoin(stoppedText());
+        }
+    });
+}
+
+void TileRuns::start()
+{
+    m_next = m_share.begin;
+    if (m_arguments.onlyJoin) {
+        join();
+        return;
+    }
+    const QString problem = prepare();
+    if (!problem.isEmpty()) {
+        printError(problem);
+        emit finished(BatchExit::BadInput);
+        return;
+    }
+    next();
+}
+
+/// Prepares what all tiles need: their folders, and the files that the tool reads. Returns why that failed, in
+/// a sentence; empty otherwise.
+QString TileRuns::prepare()
+{
+    const QString problem = makeTileFolders(m_folder);
+    if (!problem.isEmpty())
+        return problem;
+    m_input = prepareInput(m_plan.recipe.options, m_plan.recipe.input, m_plan.recipe.band, m_workFolder,
+                           &StopSignals::stopWasRequested);
+    for (const QString &warning : qAsConst(m_input.warnings))
+        printError(warning);
+    return m_input.problem;
+}
+
+/// From the event loop, which delivers stop signals: a run may end inside its own start.
+void TileRuns::nextLater()
+{
+    QTimer::singleShot(0, this, &TileRuns::next);
+}
+
+void TileRuns::next()
+{
+    if (StopSignals::stopWasRequested()) {
+        printError(stoppedText());
+        emit finished(stoppedExit());
+        return;
+    }
+    if (m_next == m_share.end || m_exit == BatchExit::TryAgain) {
+        const TileJoin join = m_arguments.join.value_or(m_arguments.task ? TileJoin::None : TileJoin::Vrt);
+        if (m_exit == BatchExit::Done && join != TileJoin::None)
+            this->join();
+        else
+            emit finished(m_exit);
+        return;
+    }
+    startTile(m_tiles.tile(m_next++));
+}
+
+void TileRuns::startTile(const PlannedTile &tile)
+{
+    m_tile = tile;
+    const QString product = tileProduct(m_folder, tile.name, tileExtension(m_plan));
+    m_log.begin(tile.name, product);
+    if (m_arguments.skipDone && isTileDone(m_folder, tile, product)) {
+        endTile("skipped", BatchExit::Done, {});
+        return;
+    }
+    const QString changed = changedInputProblem(m_plan, tile.inputs);
+    if (!changed.isEmpty()) {
+        endTile("failed", BatchExit::BadInput, changed);
+        return;
+    }
+    ProcessingRequest request = tileRequest(m_plan, tile, m_input.toolInput);
+    request.output = product;
+    QStringList sources;
+    for (const int input : tile.inputs)
+        sources += m_plan.inputs.at(input).path;
+    const RunPlan run = planRun(request, findTools(QCoreApplication::applicationDirPath()), sources);
+    if (!run.problem.isEmpty()) {
+        endTile("failed", exitOfProblem(run.problemKind), run.problem);
+        return;
+    }
+    if (m_treatmentNote != run.treatmentNote)
+        printError(run.treatmentNote);
+    m_treatmentNote = run.treatmentNote;
+    startRun(run);
+}
+
+void TileRuns::startRun(const RunPlan &run)
+{
+    auto lock = std::make_unique<OutputLock>(writtenFiles(run));
+    if (!lock->problem().isEmpty()) {
+        endTile("failed", lock->isHeldByOther() ? BatchExit::TryAgain : BatchExit::Failed, lock->problem());
+        return;
+    }
+    const QString existing = existingOutput(run);
+    if (!existing.isEmpty() && !m_overwrite && !m_arguments.skipDone) {
+        endTile("failed", BatchExit::Refused,
+                labelText({"MESS_LOT_EXISTE", "« %1 » existe déjà ; --overwrite le remplace."}).arg(existing));
+        return;
+    }
+    m_run.start(run, std::move(lock), false, QString());
+}
+
+void TileRuns::endTile(const char *state, BatchExit exit, const QString &problem)
+{
+    m_log.end(state);
+    printError(problem);
+    // What a later try may mend counts less than what it will not.
+    if (exit != BatchExit::Done && (m_exit == BatchExit::Done || m_exit == BatchExit::TryAgain))
+        m_exit = exit;
+    nextLater();
+}
+
+void TileRuns::onFinished()
+{
+    m_log.command(m_run.commands().join(QLatin1Char('\n')));
+    printError(m_run.outcome().toolText);
+    const QString problem = markTile(m_folder, m_tile, m_run.plan().request.output);
+    endTile(problem.isEmpty() ? "done" : "failed", problem.isEmpty() ? BatchExit::Done : BatchExit::TryAgain,
+            problem);
+}
+
+void TileRuns::onAborted()
+{
+    m_log.end("stopped");
+    next(); // which says that the run was stopped
+}
+
+void TileRuns::onFailed()
+{
+    if (StopSignals::stopWasRequested()) { // Ctrl-C ended the tool before this program could stop it
+        onAborted();
+        return;
+    }
+    const RunOutcome &outcome = m_run.outcome();
+    printError(outcome.toolText);
+    m_log.command(m_run.commands().join(QLatin1Char('\n')));
+    endTile("failed", exitOfFailure(outcome, m_run.plan()), outcome.problem);
+}
+
+void TileRuns::join()
+{
+    const TileSet set = finishedTiles(m_folder, m_plan);
+    if (!set.missing.isEmpty()) {
+        printError(missingTilesProblem(set.missing));
+        emit finished(BatchExit::Failed);
+        return;
+    }
+    if (m_arguments.join == TileJoin::Cog)
+        joinAsCog(set.products);
+    else
+        joinAsVrt(set.products);
+}
+
+void TileRuns::joinAsVrt(const QStringList &products)
+{
+    const QString file = joinedProduct(m_folder, m_plan, QStringLiteral("vrt"));
+    m_log.begin(QStringLiteral("vrt"), file);
+    endJoin(writeMosaic(products, file).problem);
+}
+
+/// Writes the GeoTIFF from a virtual raster of the tiles, in a part folder as every product.
+void TileRuns::joinAsCog(const QStringList &products)
+{
+    const QString file = joinedProduct(m_folder, m_plan, QStringLiteral("tif"));
+    m_log.begin(QStringLiteral("cog"), file);
+    m_joinLock = std::make_unique<OutputLock>(file);
+    if (!m_joinLock->problem().isEmpty()) {
+        endJoin(m_joinLock->problem());
+        return;
+    }
+    const QString view = m_workFolder.newFolder() + QStringLiteral("/tiles.vrt");
+    const QString problem = writeMosaic(products, view).problem;
+    if (!problem.isEmpty()) {
+        endJoin(problem);
+        return;
+    }
+    m_part = std::make_unique<PartFolder>(file);
+    const QString command =
+        processCommand(findTools(QCoreApplication::applicationDirPath()).translate,
+                       QStringLiteral("-strict -of COG -co BIGTIFF=IF_SAFER ") + quotedArgument(view)
+                           + QLatin1Char(' ') + quotedArgument(m_part->product()));
+    m_log.command(command);
+    m_scriptRunner.run({{command, QString()}}, {{}}, NoProgressWindow);
+}
+
+QuvoOutputFile TileRuns::joinedOutput() const
+{
+    return {.path = joinedProduct(m_folder, m_plan, QStringLiteral("tif")),
+            .driver = QStringLiteral("GTiff"),
+            .kind = QuvoOutputFileKind::Raster};
+}
+
+void TileRuns::endJoin(const QString &problem)
+{
+    const bool isStopped = StopSignals::stopWasRequested();
+    const bool isBusy = m_joinLock && m_joinLock->isHeldByOther();
+    m_part.reset();
+    m_joinLock.reset();
+    m_log.end(problem.isEmpty() ? "joined" : isStopped ? "stopped" : "failed");
+    printError(problem);
+    emit finished(problem.isEmpty()                     ? BatchExit::Done
+                      : isStopped                       ? stoppedExit()
+                      : isBusy || saysDiskFull(problem) ? BatchExit::TryAgain
+                                                        : BatchExit::Failed);
+}

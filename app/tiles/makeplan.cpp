@@ -1,0 +1,144 @@
+#include "app/tiles/makeplan.h"
+
+#include "app/process/productsteps.h"
+#include "app/startup/versions.h"
+#include "colortable/colortablefile.h"
+#include "dataset/extremes.h"
+#include "dataset/views/mosaic.h"
+#include "messages/label.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QtMath>
+
+#include <gdal.h>
+
+#include <algorithm>
+
+namespace
+{
+
+TilePlanning refused(const QString &problem, bool isInputProblem)
+{
+    TilePlanning planning;
+    planning.problem = problem;
+    planning.isInputProblem = isInputProblem;
+    return planning;
+}
+
+/// Turns percentages of a table into elevations of the whole DEM, as the DEM tool does.
+QString fixPercentages(QList<QuvoColorDef> &colors, const QString &dem, int band, const StopCheck &isStopped)
+{
+    const auto isPercentage = [](const QuvoColorDef &color) { return color.percent && !color.isNoData(); };
+    if (std::none_of(colors.begin(), colors.end(), isPercentage))
+        return {};
+    constexpr int slice = 200; // ms
+    ExtremesReader reader(dem, band, ExtremesReader::Exact);
+    while (!isStopped() && reader.advance(slice)) { }
+    const Extremes extremes = reader.extremes();
+    if (!extremes.known)
+        return labelText({"MESS_TC_SANS_ALTITUDE",
+                          "Le MNT n'a pas d'altitudes lisibles sur lesquelles étaler la table couleur."});
+    constexpr double all = 100.0;
+    for (QuvoColorDef &color : colors) {
+        if (isPercentage(color))
+            color = {extremes.minimum + (extremes.maximum - extremes.minimum) * color.value / all, color.color};
+    }
+    return {};
+}
+
+/// Puts the colours themselves into the options, at elevations. Returns why that failed, in a sentence; empty
+/// otherwise.
+QString fixColors(ProcessOptions &options, const QString &dem, int band, WorkFolder &workFolder,
+                  const StopCheck &isStopped)
+{
+    auto *relief = std::get_if<ColorReliefOptions>(&options);
+    if (!relief)
+        return {};
+    const ToolTable table = prepareTable(*relief, dem, band, workFolder, isStopped);
+    if (!table.problem.isEmpty())
+        return table.problem;
+    holdTableByValue(options, table.file);
+    return fixPercentages(relief->colors, dem, band, isStopped);
+}
+
+} // namespace
+
+QString tilesProblem(const Recipe &recipe)
+{
+    const Process process = processOf(recipe.options);
+    if (process == Process::Contour || process == Process::Intervisibility)
+        return labelText({"MESS_TUILES_TRAITEMENT", "Le traitement « %1 » ne se fait pas en tuiles."})
+            .arg(recipe.process);
+    if (!recipe.part.isNull())
+        return labelText({"MESS_TUILES_PARTIE", "Une partie du MNT (part) ne se fait pas en tuiles."});
+    return {};
+}
+
+TilePlanning makePlan(const TileOrder &order, WorkFolder &workFolder, const StopCheck &isStopped)
+{
+    TilePlanning planning;
+    TilePlan &plan = planning.plan;
+    plan.recipe = order.recipe;
+    plan.recipe.output.clear();
+    plan.recipe.tiles.clear();
+    plan.recipe.input = order.dems.first();
+    QVector<QRect> cells;
+    if (order.dems.size() > 1) {
+        const Mosaic mosaic = writeMosaic(order.dems, order.folder + QStringLiteral("/dem.vrt"));
+        if (!mosaic.problem.isEmpty())
+            return refused(mosaic.problem, true);
+        plan.recipe.input = mosaic.path;
+        planning.warnings = mosaic.warnings;
+        cells = mosaic.cells;
+    }
+    const DemFacts facts = readDemFacts(plan.recipe.input, plan.recipe.band);
+    if (!facts.isOpen)
+        return refused(labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"})
+                           + QLatin1Char('\n') + plan.recipe.input,
+                       true);
+    if (isRotated(facts) || !facts.isGeoreferenced)
+        return refused(
+            labelText({"MESS_TUILES_OBLIQUE",
+                       "Un MNT sans coordonnées, ou dont la grille est oblique, ne se fait pas en tuiles."}),
+            true);
+    plan.grid = {{facts.width, facts.height}, order.side};
+    const double fill = plan.recipe.outputOptions.fillDistance;
+    plan.margin = (cellUse(plan.recipe.options).neighbours ? 1 : 0) + qCeil(fill);
+    plan.program = programVersion();
+    plan.tool = QString::fromUtf8(GDALVersionInfo("--version"));
+    for (int at = 0; at < order.dems.size(); ++at) {
+        plan.inputs += inputNow(order.dems.at(at));
+        plan.inputs.last().cells = cells.isEmpty() ? QRect(0, 0, facts.width, facts.height) : cells.at(at);
+    }
+    planning.problem =
+        fixColors(plan.recipe.options, plan.recipe.input, plan.recipe.band, workFolder, isStopped);
+    planning.isInputProblem = true;
+    return planning;
+}
+
+ProcessingRequest tileRequest(const TilePlan &plan, const PlannedTile &tile, const ToolInput &toolInput)
+{
+    ProcessingRequest request = requestOf(plan.recipe, toolInput);
+    request.part = tile.window;
+    return request;
+}
+
+QString tileSizesText(const TilePlan &plan)
+{
+    const ProcessRow &row = processRow(processOf(plan.recipe.options));
+    const double cellBytes = static_cast<double>(row.bands) * row.bytesPerCell;
+    const QSize raster = plan.grid.raster;
+    const double tileCells = static_cast<double>(std::min(plan.grid.side, raster.width()))
+        * std::min(plan.grid.side, raster.height());
+    const auto size = [&](double cells) {
+        return QLocale().formattedDataSize(static_cast<qint64>(cells * cellBytes));
+    };
+    return labelText(
+               {"MESS_TUILES_TAILLE",
+                "%1 tuiles de %2 × %2 cellules : environ %3 par tuile, %4 en tout ; pendant le calcul d'une "
+                "tuile, deux fois sa place."})
+        .arg(QLocale().toString(plan.grid.count()), QLocale().toString(plan.grid.side), size(tileCells),
+             size(static_cast<double>(raster.width()) * raster.height()));
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QRect>
+#include <QSize>
+#include <QString>
+
+/// The tiles of a raster: squares of cells in rows from the upper left corner. Those in the last column and row
+/// are cut off where the raster ends.
+struct TileGrid
+{
+    QSize raster;    ///< columns and rows of cells
+    int side = 4096; ///< cells of a whole tile's side
+
+    int columns() const { return (raster.width() + side - 1) / side; }
+    int rows() const { return (raster.height() + side - 1) / side; }
+    qint64 count() const { return static_cast<qint64>(columns()) * rows(); }
+
+    /// The cells of a tile. Tiles are counted row by row from 0.
+    QRect window(qint64 tile) const;
+
+    /// "r0002_c0013": row and column of the tile, from 0.
+    QString name(qint64 tile) const;
+};
+
+/// The window with `margin` more cells at each side, as far as the raster reaches.
+QRect withMargin(const QRect &window, int margin, const QSize &raster);
+
+/// Tiles that one task makes: those from `begin` to `end` - 1.
+struct TileShare
+{
+    qint64 begin = 0;
+    qint64 end = 0;
+};
+
+/// Share `task` (from 0) of `tasks` of so many tiles. The shares differ by one tile at most, cover each tile
+/// once and are sections of the order, since neighbours read the same cells.
+TileShare shareOf(qint64 tiles, int task, int tasks);
+
+/// A task and the number of tasks.
+struct TaskNumber
+{
+    int task = 0;
+    int tasks = 1;
+    bool isValid = true;
+};
+
+/// Reads "i/n", such as "0/4" to "3/4".
+TaskNumber readTaskNumber(const QString &text);

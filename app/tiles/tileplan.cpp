@@ -1,0 +1,256 @@
+#include "app/tiles/tileplan.h"
+
+#include "messages/label.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+
+#include <algorithm>
+#include <numeric>
+
+namespace
+{
+
+constexpr int formatVersion = 1;
+
+QJsonArray cellsArray(const QRect &cells)
+{
+    return {cells.x(), cells.y(), cells.width(), cells.height()};
+}
+
+QRect readCells(const QJsonValue &value)
+{
+    const QJsonArray cells = value.toArray();
+    return {cells.at(0).toInt(), cells.at(1).toInt(), cells.at(2).toInt(), cells.at(3).toInt()};
+}
+
+QByteArray line(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+QByteArray shortHash(const QByteArray &text)
+{
+    constexpr int digits = 16;
+    return QCryptographicHash::hash(text, QCryptographicHash::Sha1).toHex().left(digits);
+}
+
+QJsonObject headerObject(const TilePlan &plan)
+{
+    const QByteArray recipe = writeRecipe(plan.recipe);
+    return {{QStringLiteral("format"), formatVersion},
+            {QStringLiteral("process"), plan.recipe.process},
+            {QStringLiteral("tiles"), plan.grid.count()},
+            {QStringLiteral("width"), plan.grid.raster.width()},
+            {QStringLiteral("height"), plan.grid.raster.height()},
+            {QStringLiteral("tileSize"), plan.grid.side},
+            {QStringLiteral("margin"), plan.margin},
+            {QStringLiteral("inputs"), plan.inputs.size()},
+            {QStringLiteral("program"), plan.program},
+            {QStringLiteral("tool"), plan.tool},
+            {QStringLiteral("recipeHash"), QString::fromLatin1(shortHash(recipe))},
+            {QStringLiteral("recipe"), QJsonDocument::fromJson(recipe).object()}};
+}
+
+QJsonObject inputObject(int number, const PlannedInput &input)
+{
+    return {{QStringLiteral("input"), number},
+            {QStringLiteral("path"), input.path},
+            {QStringLiteral("size"), input.size},
+            {QStringLiteral("time"), input.time},
+            {QStringLiteral("cells"), cellsArray(input.cells)}};
+}
+
+QJsonObject tileObject(const PlannedTile &tile)
+{
+    QJsonArray inputs;
+    for (const int input : tile.inputs)
+        inputs += input;
+    return {{QStringLiteral("tile"), tile.number},
+            {QStringLiteral("name"), tile.name},
+            {QStringLiteral("window"), cellsArray(tile.window)},
+            {QStringLiteral("inputs"), inputs},
+            {QStringLiteral("stamp"), tile.stamp}};
+}
+
+/// Writes every line of the plan. Returns false where the device does not take one.
+template <class Take> bool writeLines(const TilePlan &plan, Take take)
+{
+    if (!take(line(headerObject(plan))))
+        return false;
+    for (int at = 0; at < plan.inputs.size(); ++at) {
+        if (!take(line(inputObject(at, plan.inputs.at(at)))))
+            return false;
+    }
+    PlannedTiles tiles(plan);
+    for (qint64 tile = 0; tile < plan.grid.count(); ++tile) {
+        if (!take(line(tileObject(tiles.tile(tile)))))
+            return false;
+    }
+    return true;
+}
+
+/// Whether the file holds exactly this plan.
+bool holdsPlan(const QString &name, const TilePlan &plan)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const bool isSame = writeLines(plan, [&](const QByteArray &line) { return file.readLine() == line; });
+    return isSame && file.atEnd();
+}
+
+QString damagedProblem(const QString &file)
+{
+    return labelText({"MESS_PLAN_ABIME", "Le plan « %1 » n'est pas lisible ; refaites-le avec --plan."})
+        .arg(file);
+}
+
+} // namespace
+
+bool TilePlan::operator==(const TilePlan &other) const
+{
+    return recipe == other.recipe && grid.raster == other.grid.raster && grid.side == other.grid.side
+        && margin == other.margin && program == other.program && tool == other.tool && inputs == other.inputs;
+}
+
+QString planFile(const QString &folder)
+{
+    return folder + QStringLiteral("/plan.jsonl");
+}
+
+PlannedTiles::PlannedTiles(const TilePlan &plan)
+    : m_plan(plan)
+    , m_common(shortHash(writeRecipe(plan.recipe) + plan.program.toUtf8() + '\n' + plan.tool.toUtf8() + '\n'
+                         + QByteArray::number(plan.margin)))
+    , m_byTop(plan.inputs.size())
+{
+    std::iota(m_byTop.begin(), m_byTop.end(), 0);
+    std::sort(m_byTop.begin(), m_byTop.end(), [&plan](int one, int other) {
+        return plan.inputs.at(one).cells.top() < plan.inputs.at(other).cells.top();
+    });
+}
+
+void PlannedTiles::enterRow(int row)
+{
+    if (row == m_row)
+        return;
+    m_row = row;
+    m_inRow.clear();
+    const QRect rows =
+        withMargin(QRect(0, row * m_plan.grid.side, m_plan.grid.raster.width(), m_plan.grid.side),
+                   m_plan.margin, m_plan.grid.raster);
+    for (const int input : qAsConst(m_byTop)) {
+        const QRect &cells = m_plan.inputs.at(input).cells;
+        if (cells.top() > rows.bottom())
+            break;
+        if (cells.bottom() >= rows.top())
+            m_inRow += input;
+    }
+    std::sort(m_inRow.begin(), m_inRow.end(), [this](int one, int other) {
+        return m_plan.inputs.at(one).cells.left() < m_plan.inputs.at(other).cells.left();
+    });
+}
+
+PlannedTile PlannedTiles::tile(qint64 number)
+{
+    PlannedTile tile{number, m_plan.grid.name(number), m_plan.grid.window(number), {}, {}};
+    enterRow(static_cast<int>(number / m_plan.grid.columns()));
+    const QRect read = withMargin(tile.window, m_plan.margin, m_plan.grid.raster);
+    QByteArray text = m_common + tile.name.toLatin1() + line({{QStringLiteral("w"), cellsArray(tile.window)}});
+    for (const int input : qAsConst(m_inRow)) {
+        if (m_plan.inputs.at(input).cells.left() > read.right())
+            break;
+        if (m_plan.inputs.at(input).cells.intersects(read))
+            tile.inputs += input;
+    }
+    std::sort(tile.inputs.begin(), tile.inputs.end()); // where inputs overlap, the later one counts
+    for (const int input : qAsConst(tile.inputs)) {
+        const PlannedInput &file = m_plan.inputs.at(input);
+        text += line(inputObject(0, file));
+    }
+    tile.stamp = QString::fromLatin1(shortHash(text));
+    return tile;
+}
+
+QString writePlan(const QString &name, const TilePlan &plan)
+{
+    if (holdsPlan(name, plan))
+        return {};
+    QSaveFile file(name);
+    const bool isWritten = file.open(QIODevice::WriteOnly)
+        && writeLines(plan, [&file](const QByteArray &line) { return file.write(line) == line.size(); })
+        && file.commit();
+    if (isWritten)
+        return {};
+    return labelText({"MESS_TC_NON_ECRITE", "« %1 » ne peut pas être écrit : %2"})
+        .arg(name, file.errorString());
+}
+
+PlanReading readPlan(const QString &name)
+{
+    PlanReading reading;
+    TilePlan &plan = reading.plan;
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly)) {
+        reading.problem =
+            labelText({"MESS_PLAN_ABSENT", "Il n'y a pas de plan « %1 » ; faites-le d'abord avec --plan."})
+                .arg(name);
+        return reading;
+    }
+    const QJsonObject header = QJsonDocument::fromJson(file.readLine()).object();
+    const RecipeReading recipe =
+        readRecipe(QJsonDocument(header.value(QStringLiteral("recipe")).toObject()).toJson(),
+                   QFileInfo(name).absolutePath());
+    plan.recipe = recipe.recipe;
+    plan.grid.raster = {header.value(QStringLiteral("width")).toInt(),
+                        header.value(QStringLiteral("height")).toInt()};
+    plan.grid.side = header.value(QStringLiteral("tileSize")).toInt();
+    plan.margin = header.value(QStringLiteral("margin")).toInt();
+    plan.program = header.value(QStringLiteral("program")).toString();
+    plan.tool = header.value(QStringLiteral("tool")).toString();
+    bool isGood = header.value(QStringLiteral("format")).toInt() == formatVersion && recipe.problem.isEmpty()
+        && plan.grid.side > 0 && !plan.grid.raster.isEmpty();
+    const int inputs = header.value(QStringLiteral("inputs")).toInt();
+    for (int at = 0; isGood && at < inputs; ++at) {
+        const QJsonObject object = QJsonDocument::fromJson(file.readLine()).object();
+        plan.inputs +=
+            {object.value(QStringLiteral("path")).toString(),
+             static_cast<qint64>(object.value(QStringLiteral("size")).toDouble()),
+             object.value(QStringLiteral("time")).toString(), readCells(object.value(QStringLiteral("cells")))};
+        isGood = !plan.inputs.last().path.isEmpty();
+    }
+    if (!isGood || inputs < 1)
+        reading.problem = damagedProblem(name);
+    return reading;
+}
+
+PlannedInput inputNow(const QString &path)
+{
+    const QFileInfo file(path);
+    PlannedInput input;
+    input.path = path;
+    if (file.isFile()) {
+        input.size = file.size();
+        input.time = file.lastModified().toUTC().toString(Qt::ISODateWithMs);
+    }
+    return input;
+}
+
+QString changedInputProblem(const TilePlan &plan, const QVector<int> &inputs)
+{
+    for (const int at : inputs) {
+        const PlannedInput &planned = plan.inputs.at(at);
+        const PlannedInput now = inputNow(planned.path);
+        if (now.size != planned.size || now.time != planned.time)
+            return labelText({"MESS_PLAN_CHANGE",
+                              "« %1 » a changé depuis que le plan a été fait ; refaites-le avec --plan."})
+                .arg(planned.path);
+    }
+    return {};
+}
