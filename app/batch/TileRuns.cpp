@@ -3,6 +3,7 @@
 #include "app/batch/BatchRun.h"
 #include "app/run/replacedoutput.h"
 #include "app/startup/console.h"
+#include "app/startup/environment.h"
 #include "app/tiles/tilejoin.h"
 #include "app/tiles/tilemarks.h"
 #include "dataset/views/mosaic.h"
@@ -87,6 +88,8 @@ QString TileRuns::prepare()
     const QString problem = makeTileFolders(m_folder);
     if (!problem.isEmpty())
         return problem;
+    const DemFacts dem = readDemFacts(m_plan.recipe.input, m_plan.recipe.band);
+    exportWindowVariables(m_plan.inputs.size() == 1 && dem.blockWidth == dem.width);
     m_input = prepareInput(m_plan.recipe.options, m_plan.recipe.input, m_plan.recipe.band, m_workFolder,
                            &StopSignals::stopWasRequested);
     for (const QString &warning : qAsConst(m_input.warnings))

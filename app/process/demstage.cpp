@@ -71,7 +71,6 @@ void cutPart(ProductWay &way, DemStage &stage, const QRect &part, const Processi
     useView(way, stage, writePartView(dem.path, dem.facts.band, cut, view));
     stage.whole = whole; // so that the part is computed with the sizes of cells of the whole DEM
     stage.firstRow = part.top();
-    stage.dem.path = way.file(QStringLiteral("cut.tif"));
     stage.margins = {part.left() - cut.left(), part.top() - cut.top(), cut.right() - part.right(),
                      cut.bottom() - part.bottom()};
     if (margin > 0) {
@@ -79,10 +78,6 @@ void cutPart(ProductWay &way, DemStage &stage, const QRect &part, const Processi
             writePartView(dem.path, dem.facts.band, part, way.file(QStringLiteral("grid.vrt")));
         stage.grid = grid.facts;
     }
-    way.addCopy(QStringLiteral("-b %1 -srcwin %2 %3 %4 %5 ")
-                    .arg(QString::number(dem.facts.band), QString::number(cut.x()), QString::number(cut.y()),
-                         QString::number(cut.width()), QString::number(cut.height())),
-                dem.path, stage.dem.path, labelText({"MESS_CALC_DECOUPE", "Découpe du MNT."}), 0.2);
 }
 
 /// Fills the voids of the DEM in a copy of it.

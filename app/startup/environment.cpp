@@ -181,6 +181,15 @@ void exportGdalVariables(const QString &installDir)
     CPLSetConfigOption("SHAPE_ENCODING", ""); // Windows drops an empty variable
 }
 
+void exportWindowVariables(bool hasPlainRows)
+{
+    if (!qEnvironmentVariableIsSet("GDAL_CACHEMAX"))
+        qputenv("GDAL_CACHEMAX",
+                "256"); // MB; windows are read once, and a large cache costs more than it saves
+    if (hasPlainRows && !qEnvironmentVariableIsSet("GTIFF_DIRECT_IO"))
+        qputenv("GTIFF_DIRECT_IO", "YES");
+}
+
 void exportMessageVariables(const Environment &environment)
 {
     if (!qEnvironmentVariableIsSet("LUMAGRAF_HOME"))

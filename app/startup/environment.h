@@ -51,6 +51,10 @@ void exportInstallDir(const QString &installDir);
 /// (docs/environment.md). Windows drops empty variables, so they are also set in this process's GDAL.
 void exportGdalVariables(const QString &installDir);
 
+/// Exports what lets tools that read windows of a large raster need less time and memory, unless the user has
+/// set it. `hasPlainRows`: the raster is a file of whole rows, of which only the window is then read.
+void exportWindowVariables(bool hasPlainRows);
+
 /// Exports the folder and the language of the C-level messages (messages/dico.h). A variable that is set
 /// already keeps its value.
 void exportMessageVariables(const Environment &environment);

@@ -30,8 +30,7 @@ QString tileExtension(const TilePlan &plan)
 
 QString joinedProduct(const QString &folder, const TilePlan &plan, const QString &extension)
 {
-    const ProcessRow &row = processRow(processOf(plan.recipe.options));
-    return QStringLiteral("%1/%2.%3").arg(folder, QString::fromLatin1(row.suffix), extension);
+    return QStringLiteral("%1/%2.%3").arg(folder, plan.recipe.process, extension);
 }
 
 QString missingTilesProblem(const QStringList &missing)

@@ -15,7 +15,7 @@ TileSet finishedTiles(const QString &folder, const TilePlan &plan);
 /// Extension of the products of the tiles, without a dot.
 QString tileExtension(const TilePlan &plan);
 
-/// Path of the product of all tiles: "<folder>/<suffix of the process>.<extension>".
+/// Path of the product of all tiles: "<folder>/<word of the process>.<extension>".
 QString joinedProduct(const QString &folder, const TilePlan &plan, const QString &extension);
 
 /// A sentence that names the first of the missing tiles.

@@ -94,7 +94,11 @@ VirtualRaster virtualRaster(const QStringList &paths, const QStringList &units)
 /// Names the files below the folder of the virtual raster relative to it, so that the folder can be moved.
 QString withRelativeNames(QString xml, const QString &folder)
 {
-    const QString absolute = QStringLiteral("relativeToVRT=\"0\">") + folder.toHtmlEscaped() + QLatin1Char('/');
+    QString name = folder; // as GDAL writes it
+    name.replace(QLatin1String("&"), QLatin1String("&amp;"))
+        .replace(QLatin1String("<"), QLatin1String("&lt;"))
+        .replace(QLatin1String(">"), QLatin1String("&gt;"));
+    const QString absolute = QStringLiteral("relativeToVRT=\"0\">") + name + QLatin1Char('/');
     return xml.replace(absolute, QStringLiteral("relativeToVRT=\"1\">"));
 }
 

@@ -1,0 +1,260 @@
+#include "dataset/gdalmessages.h"
+#include "dataset/pathencoding.h"
+#include "tests/support/files.h"
+#include "tests/support/programs.h"
+#include "tests/support/rasters.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gdal_priv.h>
+
+#include <csignal>
+#include <memory>
+#include <vector>
+
+/// Products in tiles, made by the batch program with GDAL's tools, against one run over the whole DEM.
+class TilesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void equalToTheWhole_data();
+    void equalToTheWhole();
+    void sharesAndPlan();
+    void onlyWhatChanged();
+    void stopsAndKills();
+    void logOfObjects();
+    void refusals();
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    Ended batch(const QStringList &arguments) const
+    {
+        return runProgram(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), arguments);
+    }
+    QString recipe(const QByteArray &text) { return writeFile(path("recette.json"), text); }
+    QStringList tiled(const QStringList &more = {}) const
+    {
+        return QStringList{path("recette.json"), path("mnt é"), "--tiles", "--into",
+                           path("à faire"),      "--tile-size", "70"}
+        + more;
+    }
+    QStringList task(const QStringList &more) const
+    {
+        return QStringList{"--tiles", "--into", path("à faire")} + more;
+    }
+    QStringList products() const { return QDir(path("à faire/tiles")).entryList(QDir::Files, QDir::Name); }
+
+    QTemporaryDir m_source;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+namespace
+{
+
+constexpr int side = 200;
+
+/// The cells of all bands.
+std::vector<float> cellsOf(const QString &path)
+{
+    const std::unique_ptr<GDALDataset> file(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
+    if (!file)
+        return {};
+    const int width = file->GetRasterXSize();
+    const int height = file->GetRasterYSize();
+    std::vector<float> cells(static_cast<std::size_t>(width) * height * file->GetRasterCount());
+    const CPLErr error = file->RasterIO(GF_Read, 0, 0, width, height, cells.data(), width, height, GDT_Float32,
+                                        file->GetRasterCount(), nullptr, 0, 0, 0, nullptr);
+    return error == CE_None ? cells : std::vector<float>();
+}
+
+} // namespace
+
+void TilesTest::initTestCase()
+{
+    setUpGdal();
+    QVERIFY(writeHill(m_source.filePath("whole.tif"), side));
+}
+
+void TilesTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/l'été \"tuiles\" XXXXXX"));
+    QVERIFY(QDir().mkdir(path("mnt é")));
+    QVERIFY(QFile::copy(m_source.filePath("whole.tif"), path("whole.tif")));
+    const QVector<int> edges{0, 90, 150, side};
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            QList<QByteArray> window{"-srcwin"};
+            for (const int number : {edges.at(column), edges.at(row), edges.at(column + 1) - edges.at(column),
+                                     edges.at(row + 1) - edges.at(row)})
+                window += QByteArray::number(number);
+            QVERIFY(copyRaster(path("whole.tif"), path(QStringLiteral("mnt é/t%1%2.tif").arg(row).arg(column)),
+                               window));
+        }
+    }
+    recipe(R"({"format": 1, "process": "slope"})");
+}
+
+void TilesTest::equalToTheWhole_data()
+{
+    QTest::addColumn<QString>("process");
+    QTest::addColumn<QString>("options");
+
+    QTest::newRow("hillshade, with its edges") << "hillshade"
+                                               << R"({"computeEdges": true})";
+    QTest::newRow("slope, without its edges") << "slope"
+                                              << R"({"computeEdges": false})";
+    QTest::newRow("aspect") << "aspect"
+                            << "{}";
+    QTest::newRow("roughness") << "roughness"
+                               << "{}";
+    QTest::newRow("table spread over the elevations") << "color-relief"
+                                                      << R"({"table": "viridis", "spread": true})";
+    QTest::newRow("table of percentages")
+        << "color-relief"
+        << R"({"colors": [{"percent": 0, "color": [0, 0, 0]}, {"percent": 33.3, "color": [255, 0, 10]},
+              {"percent": 100, "color": [255, 255, 255]}]})";
+}
+
+void TilesTest::equalToTheWhole()
+{
+    QFETCH(QString, process);
+    QFETCH(QString, options);
+    recipe(QStringLiteral(R"({"format": 1, "process": "%1", "options": %2})").arg(process, options).toUtf8());
+    const Ended whole =
+        batch({path("recette.json"), "--input", path("whole.tif"), "--output", path("expected.tif")});
+    QVERIFY2(whole.code == 0, qPrintable(whole.error));
+    const Ended tiles = batch(tiled());
+    QVERIFY2(tiles.code == 0, qPrintable(tiles.error));
+    const std::vector<float> expected = cellsOf(path("expected.tif"));
+    QVERIFY(!expected.empty());
+    QVERIFY(cellsOf(path("à faire/" + process + ".vrt")) == expected);
+    QCOMPARE(products().size(), 9);
+
+    // The folder can be moved, and the joined product be made again.
+    QVERIFY(QDir().rename(path("à faire"), path("ailleurs")));
+    QVERIFY(cellsOf(path("ailleurs/" + process + ".vrt")) == expected);
+    QVERIFY(QDir().rename(path("ailleurs"), path("à faire")));
+    QCOMPARE(batch(task({"--join", "cog"})).code, 0);
+    QVERIFY(cellsOf(path("à faire/" + process + ".tif")) == expected);
+}
+
+void TilesTest::sharesAndPlan()
+{
+    const Ended plan = batch(tiled({"--plan", "--tasks", "4"}));
+    QVERIFY2(plan.code == 0 && plan.error.contains("9"), qPrintable(plan.error));
+    const QStringList commands = plan.out.split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(commands.size(), 4);
+    QVERIFY(!QFileInfo::exists(path("à faire/tiles")));
+    const Ended early = batch(task({"--join", "vrt"}));
+    QVERIFY2(early.code == 1 && early.error.contains("r0000_c0000"), qPrintable(early.error));
+
+    QStringList made;
+    for (const QString &command : commands) {
+        QCOMPARE(runProgram("/bin/sh", {"-c", command}).code, 0); // as it was printed
+        const QStringList now = products();
+        QVERIFY(now.size() > made.size());
+        made = now;
+    }
+    QCOMPARE(made.size(), 9);
+    QCOMPARE(batch(task({"--join", "vrt"})).code, 0);
+    QCOMPARE(batch(task({"--task", "0/4"})).code, 4); // nothing says that they may be replaced
+}
+
+void TilesTest::onlyWhatChanged()
+{
+    QCOMPARE(batch(tiled()).code, 0);
+    const auto times = [this] {
+        QVector<QDateTime> found;
+        for (const QString &product : products())
+            found += QFileInfo(path("à faire/tiles/" + product)).lastModified();
+        return found;
+    };
+    const QVector<QDateTime> before = times();
+    QTest::qSleep(20);
+    const Ended again = batch(tiled({"--skip-done"}));
+    QVERIFY2(again.code == 0, qPrintable(again.error));
+    QCOMPARE(times(), before);
+
+    // The input of the north-western corner changes. It ends within the second tile of 70 cells.
+    QVERIFY(copyRaster(path("whole.tif"), path("mnt é/t00.tif"),
+                       {"-srcwin", "0", "0", "90", "90", "-scale", "0", "1", "0", "2"}));
+    const Ended stale = batch(task({"--task", "0/1", "--skip-done", "--overwrite"}));
+    QCOMPARE(stale.code, 0); // all are done as planned
+    QVERIFY(QFile::remove(path("à faire/tiles/r0000_c0000.tif")));
+    QCOMPARE(batch(task({"--task", "0/1", "--skip-done"})).code, 3); // the plan is not that of these inputs
+    QCOMPARE(batch(tiled({"--skip-done"})).code, 0);
+    const QVector<QDateTime> after = times();
+    for (int tile = 0; tile < 9; ++tile)
+        QCOMPARE(after.at(tile) != before.at(tile), tile % 3 < 2 && tile / 3 < 2);
+}
+
+void TilesTest::stopsAndKills()
+{
+    QCOMPARE(batch(tiled({"--plan"})).code, 0);
+    for (const int signal : {SIGKILL, SIGTERM}) {
+        QProcess process;
+        process.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), task({"--skip-done"}));
+        const int begun = products().size();
+        QTRY_VERIFY(products().size() > begun);
+        ::kill(static_cast<pid_t>(process.processId()), signal);
+        QVERIFY(process.waitForFinished(10000));
+        if (signal == SIGTERM)
+            QVERIFY(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 143);
+        for (const QString &product : products())
+            QVERIFY2(!cellsOf(path("à faire/tiles/" + product)).empty(), qPrintable(product));
+    }
+    const Ended ended = batch(task({"--skip-done"}));
+    QVERIFY2(ended.code == 0, qPrintable(ended.error));
+    QCOMPARE(batch({path("recette.json"), "--input", path("whole.tif"), "--output", path("expected.tif")}).code,
+             0);
+    QVERIFY(cellsOf(path("à faire/slope.vrt")) == cellsOf(path("expected.tif")));
+    QCOMPARE(QDir(path("à faire/tiles")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             products());
+}
+
+void TilesTest::logOfObjects()
+{
+    QCOMPARE(batch(tiled({"--plan"})).code, 0);
+    const Ended ended = batch(task({"--task", "1/3", "--log", "json"}));
+    QCOMPARE(ended.code, 0);
+    QStringList done;
+    for (const QString &line : ended.out.split('\n', Qt::SkipEmptyParts)) {
+        const QJsonObject object = QJsonDocument::fromJson(line.toUtf8()).object();
+        QVERIFY2(object.value("task").toString() == "1/3" && object.contains("time"), qPrintable(line));
+        if (object.value("state").toString() != "done")
+            continue;
+        done += object.value("tile").toString();
+        QVERIFY(object.value("command").toString().contains("gdal_dem.exe"));
+        QVERIFY(QFileInfo::exists(object.value("product").toString()));
+    }
+    QCOMPARE(done, (QStringList{"r0001_c0000", "r0001_c0001", "r0001_c0002"}));
+}
+
+void TilesTest::refusals()
+{
+    QCOMPARE(batch(task({"--task", "0/1"})).code, 3); // there is no plan
+    QCOMPARE(batch(tiled({"--task", "3/3"})).code, 2);
+    QCOMPARE(batch({path("recette.json"), path("mnt é"), "--into", path("à faire")}).code, 2);
+    QCOMPARE(batch({path("recette.json"), path("mnt é"), "--tiles"}).code, 2);
+    QCOMPARE(batch({path("recette.json"), path("absent"), "--tiles", "--into", path("x")}).code, 3);
+    recipe(R"({"format": 1, "process": "slope", "part": "0 0 10 10"})");
+    QCOMPARE(batch(tiled()).code, 2);
+    recipe(R"({"format": 1, "process": "slope"})");
+    QCOMPARE(batch(tiled({"--plan"})).code, 0);
+    recipe(R"({"format": 1, "process": "aspect"})");
+    const Ended other = batch(tiled());
+    QVERIFY2(other.code == 4 && other.error.contains("slope"), qPrintable(other.error));
+    QCOMPARE(batch(tiled({"--overwrite"})).code, 0);
+}
+
+QTEST_GUILESS_MAIN(TilesTest)
+#include "tiles_test.moc"
