@@ -1,0 +1,298 @@
+#include "dataset/join/contourjoin.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/join/contourwindow.h"
+#include "tests/support/files.h"
+#include "tests/support/programs.h"
+#include "tests/support/rasters.h"
+
+#include <QDir>
+#include <QMap>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gdal_priv.h>
+#include <ogrsf_frmts.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace
+{
+
+constexpr int width = 300;
+constexpr int height = 240;
+constexpr double cell = 10.0; // metres, and the places of writeRaster()
+constexpr std::array<double, 6> toGround{500000.0, cell, 0.0, 5100000.0, 0.0, -cell};
+constexpr int columns[] = {0, 97, 98, width}; // a tile may be a single column
+constexpr int rows[] = {0, 60, 199, height};
+
+/// Hills that need no exact level, and around the seams all that makes an elevation equal the level 20: a row,
+/// columns, cells and plateaus. `voids`: cells without data, also on seams.
+QVector<float> terrain(bool exact, bool voids)
+{
+    QVector<float> cells(width * height);
+    const auto fill = [&](const QRect &part, float elevation) {
+        for (int row = part.top(); row <= part.bottom(); ++row)
+            std::fill_n(cells.begin() + row * width + part.left(), part.width(), elevation);
+    };
+    for (int row = 0; row < height; ++row) {
+        for (int column = 0; column < width; ++column)
+            cells[row * width + column] =
+                static_cast<float>(25.0 * std::sin(column * 0.11) * std::cos(row * 0.07) + 0.05 * column
+                                   + 3.0 * std::sin(row * 1.3));
+    }
+    if (exact) {
+        fill({85, 48, 40, 24}, 17.0F);  // around the corner of four tiles
+        fill({97, 50, 1, 8}, 20.0F);    // a ridge along a column of shared cells
+        fill({99, 60, 20, 1}, 20.0F);   // and along a row of them
+        fill({97, 60, 1, 1}, 20.0F);    // a summit on the corner
+        fill({97, 65, 1, 1}, 20.0F);    // and on a seam
+        fill({80, 120, 40, 30}, 23.0F); // holes in a height
+        fill({97, 125, 1, 1}, 20.0F);
+        fill({98, 130, 9, 1}, 20.0F);
+        fill({90, 190, 30, 20}, 17.0F);
+        fill({93, 195, 9, 9}, 20.0F);   // a plateau over the corner
+        fill({150, 199, 30, 9}, 20.0F); // plateaus that begin and end at the shared row
+        fill({190, 190, 30, 10}, 20.0F);
+        fill({230, 180, 20, 30}, 20.0F);
+        fill({235, 190, 5, 20}, 25.0F); // two levels on one seam
+    }
+    if (voids) {
+        fill({60, 55, 8, 9}, -9999.0F);
+        fill({95, 90, 3, 12}, -9999.0F);
+        fill({98, 160, 1, 6}, -9999.0F);
+        fill({94, 57, 4, 3}, -9999.0F);
+        fill({200, 199, 12, 1}, -9999.0F);
+        fill({0, 100, 6, 20}, -9999.0F);
+    }
+    return cells;
+}
+
+/// A line that can be compared with another one of the same course, whatever its first vertex.
+struct Course
+{
+    double level = 0.0;
+    bool isClosed = false;
+    double length = 0.0;
+    QVector<std::pair<double, double>> ends; ///< sorted, in millimetres; empty if it is closed
+};
+
+QVector<Course> coursesOf(const QString &path, const QString &attribute)
+{
+    QVector<Course> courses;
+    const std::unique_ptr<GDALDataset> dataset(GDALDataset::Open(qPrintable(path), GDAL_OF_VECTOR));
+    if (!dataset)
+        return courses;
+    for (const auto &feature : *dataset->GetLayer(0)) {
+        const OGRLineString &line = *feature->GetGeometryRef()->toLineString();
+        Course course{line.Is3D() ? line.getZ(0) : 0.0, line.get_IsClosed() != 0, line.get_Length(), {}};
+        if (!attribute.isEmpty())
+            course.level = feature->GetFieldAsDouble(qPrintable(attribute));
+        OGRPoint first;
+        OGRPoint last;
+        line.StartPoint(&first);
+        line.EndPoint(&last);
+        if (!course.isClosed)
+            for (const OGRPoint &end : {first, last})
+                course.ends += {std::round(end.getX() * 1e3), std::round(end.getY() * 1e3)};
+        std::sort(course.ends.begin(), course.ends.end());
+        courses += course;
+    }
+    std::sort(courses.begin(), courses.end(), [](const Course &one, const Course &other) {
+        return std::tie(one.level, one.isClosed, one.ends, one.length)
+            < std::tie(other.level, other.isClosed, other.ends, other.length);
+    });
+    return courses;
+}
+
+/// The first difference between the courses of two files, as a text; empty where there is none.
+QString difference(const QVector<Course> &whole, const QVector<Course> &joined)
+{
+    const auto text = [](const Course &course) {
+        QString ends;
+        for (const auto &[x, y] : course.ends)
+            ends += QString(" %1 %2").arg(x / 1e3, 0, 'f', 3).arg(y / 1e3, 0, 'f', 3);
+        return QString("level %1, length %2, ends%3")
+            .arg(course.level)
+            .arg(course.length, 0, 'g', 15)
+            .arg(ends);
+    };
+    for (int at = 0; at < std::max(whole.size(), joined.size()); ++at) {
+        const Course here = whole.value(at);
+        const Course there = joined.value(at);
+        if (here.level != there.level || here.isClosed != there.isClosed || here.ends != there.ends
+            || std::abs(here.length - there.length) > 1e-9 * here.length + 1e-6)
+            return text(here) + " is not " + text(there);
+    }
+    return whole.size() == joined.size() ? QString()
+                                         : QString("%1 is not %2").arg(whole.size()).arg(joined.size());
+}
+
+} // namespace
+
+/// The joining of contour lines, against one run of the tool over the whole DEM.
+class ContourJoinTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void isOneRunOfTheTool_data();
+    void isOneRunOfTheTool();
+    void endsWithoutNeighbourAreCounted();
+    void failureLeavesNothing();
+
+private:
+    QString contours(const QString &dem, const QString &product, const QStringList &options) const;
+    QVector<ContourTile> makeTiles(const QString &dem, const QString &extension,
+                                   const QStringList &options) const;
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    const QTemporaryDir m_folder;
+};
+
+void ContourJoinTest::initTestCase()
+{
+    setUpGdal();
+}
+
+/// Runs the tool and returns the product's path.
+QString ContourJoinTest::contours(const QString &dem, const QString &product, const QStringList &options) const
+{
+    const Ended ended = runProgram(QStringLiteral(QUVO_TREE "/gdal_contour.exe"),
+                                   QStringList{"-q", "-nln", "contour"} + options + QStringList{dem, product});
+    return ended.code == 0 ? product : ended.error;
+}
+
+QVector<ContourTile> ContourJoinTest::makeTiles(const QString &dem, const QString &extension,
+                                                const QStringList &options) const
+{
+    QVector<ContourTile> tiles;
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            const QRect rect(columns[column], rows[row], columns[column + 1] - columns[column],
+                             rows[row + 1] - rows[row]);
+            const ContourWindow window = contourWindow({width, height}, rect, toGround);
+            const QString name = path(QString("tile%1%2").arg(row).arg(column));
+            QList<QByteArray> cut{"-srcwin"};
+            for (const int number :
+                 {window.cells.x(), window.cells.y(), window.cells.width(), window.cells.height()})
+                cut += QByteArray::number(number);
+            copyRaster(dem, name + ".tif", cut);
+            tiles += {contours(name + ".tif", name + extension, options), window.keep};
+        }
+    }
+    return tiles;
+}
+
+void ContourJoinTest::isOneRunOfTheTool_data()
+{
+    QTest::addColumn<bool>("exact");
+    QTest::addColumn<bool>("voids");
+    QTest::addColumn<QString>("driver");
+    QTest::addColumn<QString>("extension");
+    QTest::addColumn<QString>("attribute");
+    QTest::addColumn<QStringList>("options");
+    const auto row = [](const char *name, bool exact, bool voids, const char *driver, const char *extension,
+                        const char *attribute, const char *options) {
+        QStringList all = QString(options).split(' ') + QStringList{"-f", driver};
+        if (*attribute)
+            all += {"-a", attribute};
+        QTest::newRow(name) << exact << voids << driver << extension << attribute << all;
+    };
+    row("hills", false, false, "ESRI Shapefile", ".shp", "Z", "-i 2.5");
+    row("offset and voids", false, true, "GPKG", ".gpkg", "height", "-i 5 -off 1.37");
+    row("exact", true, false, "FlatGeobuf", ".fgb", "Z", "-i 5");
+    row("exact and voids, fixed levels", true, true, "GeoJSON", ".geojson", "Z", "-3d -fl 17 20 20.0001 23");
+    row("3D without attribute", false, true, "ESRI Shapefile", ".shp", "", "-i 5 -3d");
+    row("no lines", false, true, "GeoJSON", ".geojson", "Z", "-i 5000 -off 900");
+}
+
+void ContourJoinTest::isOneRunOfTheTool()
+{
+    QFETCH(const bool, exact);
+    QFETCH(const bool, voids);
+    QFETCH(const QString, extension);
+    QFETCH(const QString, driver);
+    QFETCH(const QString, attribute);
+    QFETCH(const QStringList, options);
+    const QDir folder(path(""));
+    for (const QString &file : folder.entryList(QDir::Files))
+        QFile::remove(folder.filePath(file));
+    const QString dem = path("dem.tif");
+    QVERIFY(writeRaster(dem, width, height, terrain(exact, voids)));
+    const QString whole = contours(dem, path("whole" + extension), options);
+    QVector<ContourTile> tiles = makeTiles(dem, extension, options);
+    std::rotate(tiles.begin(), tiles.begin() + 4, tiles.end()); // the order does not count
+    const QString product = path("joined" + extension);
+    double last = 0.0;
+    const ContourJoinResult result =
+        joinContours(tiles, {product, driver, "contour", attribute, cell / 1000.0}, [&last](double share) {
+            const bool isGreater = share > last;
+            last = share;
+            return isGreater;
+        });
+    QCOMPARE(result.problem, QString());
+    QCOMPARE(last, 1.0);
+    QCOMPARE(result.unmatched, 0);
+    const QVector<Course> courses = coursesOf(product, attribute);
+    QCOMPARE(difference(coursesOf(whole, attribute), courses), QString());
+    QCOMPARE(result.lines, static_cast<long long>(courses.size()));
+
+    const auto description = [](const QString &file) {
+        QString text = runProgram("ogrinfo", {"-ro", "-so", "-al", file}).out;
+        return text.mid(text.indexOf("Geometry:")).remove(QRegularExpression("Extent:[^\n]*"));
+    };
+    QCOMPARE(description(product), description(whole)); // kind of geometry, CRS, fields
+}
+
+/// Without its middle tile the DEM has a hole.
+void ContourJoinTest::endsWithoutNeighbourAreCounted()
+{
+    QVERIFY(writeRaster(path("dem.tif"), width, height, terrain(false, false)));
+    QVector<ContourTile> tiles = makeTiles(path("dem.tif"), ".fgb", {"-f", "FlatGeobuf", "-i", "5", "-a", "Z"});
+    const ContourJoin join{path("hole.fgb"), "FlatGeobuf", "contour", "Z", 0.01};
+    tiles.removeAt(5);
+    const ContourJoinResult result = joinContours(tiles, join, [](double) { return true; });
+    QCOMPARE(result.problem, QString());
+    QVERIFY(result.unmatched > 10);
+    int inside = 0;
+    const CutSides hole{500985.0, 5098005.0, 503000.0, 5099395.0};
+    for (const Course &course : coursesOf(join.path, "Z")) {
+        for (const auto &[x, y] : course.ends)
+            inside += x >= hole.west * 1e3 && y >= hole.south * 1e3 && y <= hole.north * 1e3
+                && x < (hole.east - 1.0) * 1e3;
+    }
+    QCOMPARE(inside, result.unmatched);
+}
+
+void ContourJoinTest::failureLeavesNothing()
+{
+    QVERIFY(writeRaster(path("dem.tif"), width, height, terrain(false, false)));
+    const QStringList options{"-i", "1", "-a", "Z"};
+    QVector<ContourTile> tiles = makeTiles(path("dem.tif"), ".shp", options);
+    QVERIFY(QDir(path("")).mkpath("out"));
+    const QDir out(path("out"));
+    const auto run = [&](const QString &driver, const std::function<bool(double)> &progress) {
+        return joinContours(tiles, {out.filePath("lines.shp"), driver, "contour", "Z", 0.01}, progress);
+    };
+    const ContourJoinResult stopped = run("ESRI Shapefile", [](double share) { return share < 0.5; });
+    QVERIFY(stopped.isStopped && stopped.problem.isEmpty());
+    QCOMPARE(out.entryList(QDir::Files), QStringList());
+
+    const auto always = [](double) { return true; };
+    QVERIFY(run("no driver", always).problem.contains("lines.shp"));
+    const QByteArray bytes = bytesOf(tiles[7].path);
+    writeFile(tiles[7].path, bytes.left(bytes.size() / 2));
+    const ContourJoinResult cut = run("ESRI Shapefile", always);
+    QVERIFY2(cut.problem.contains("tile21.shp"), qPrintable(cut.problem));
+    tiles[7].path = path("missing.shp");
+    QVERIFY(run("ESRI Shapefile", always).problem.contains("missing.shp"));
+    QCOMPARE(out.entryList(QDir::Files), QStringList());
+}
+
+QTEST_GUILESS_MAIN(ContourJoinTest)
+#include "contourjoin_test.moc"
