@@ -35,14 +35,12 @@ bool isWithin(const QPointF &one, const QPointF &other, double distance)
     return std::abs(one.x() - other.x()) <= distance && std::abs(one.y() - other.y()) <= distance;
 }
 
-/// Where an end stands in the order along a seam, seen from `origin`: the angle between its line and the
-/// straight way off the seam, in radians, positive to the north or east; then its place.
-std::pair<double, double> orderAlong(CutSide side, const QPointF &origin, const QPointF &place,
-                                     const QPointF &next)
+/// The angle in radians between the straight way off the seam and the way to `next`, positive to the north or
+/// east.
+double angleOffSeam(CutSide side, const QPointF &from, const QPointF &next)
 {
-    const QPointF way = next - origin;
-    return isVertical(side) ? std::pair(std::atan2(way.y(), std::abs(way.x())), place.y())
-                            : std::pair(std::atan2(way.x(), std::abs(way.y())), place.x());
+    const QPointF way = next - from;
+    return isVertical(side) ? std::atan2(way.y(), std::abs(way.x())) : std::atan2(way.x(), std::abs(way.y()));
 }
 
 } // namespace
@@ -113,14 +111,17 @@ LineJoiner::Place LineJoiner::placeOf(const End &end) const
 LineJoiner::Id LineJoiner::addEnd(End end, const std::deque<QPointF> &points, bool isBack)
 {
     end.place = isBack ? points.back() : points.front();
-    end.next = isBack ? points.front() : points.back();
     const auto isAway = [&](const QPointF &point) { return !isWithin(point, end.place, m_tolerance); };
-    if (isBack) {
-        if (const auto found = std::find_if(points.rbegin(), points.rend(), isAway); found != points.rend())
+    const auto look = [&](auto first, auto last) {
+        const auto found = std::find_if(first, last, isAway);
+        end.isTiny = found == last;
+        if (!end.isTiny)
             end.next = *found;
-    } else if (const auto found = std::find_if(points.begin(), points.end(), isAway); found != points.end()) {
-        end.next = *found;
-    }
+    };
+    if (isBack)
+        look(points.rbegin(), points.rend());
+    else
+        look(points.begin(), points.end());
     const Id id = m_nextId++;
     m_ends.emplace(id, end);
     m_places.emplace(placeOf(end), id);
@@ -151,7 +152,8 @@ std::vector<LineJoiner::Id> LineJoiner::endsAround(const End &end, Wanted wanted
                 const End &other = m_ends.at(entry->second);
                 if (!isWithin(end.place, other.place, m_tolerance) || !wanted(other))
                     continue;
-                const auto [angle, along] = orderAlong(end.side, end.place, other.place, other.next);
+                const double angle = other.isTiny ? 0.0 : angleOffSeam(end.side, end.place, other.next);
+                const double along = isVertical(end.side) ? other.place.y() : other.place.x();
                 found.emplace_back(angle, along, entry->second);
             }
         }

@@ -49,7 +49,8 @@ private:
     {
         double level = 0.0;
         QPointF place;
-        QPointF next; ///< the first vertex of its line that is further away than the tolerance
+        QPointF next;        ///< the first vertex of its line that is further away than the tolerance
+        bool isTiny = false; ///< there is no such vertex: the line goes around one cell
         CutSide side = CutSide::None;
         int tile = 0;
         Id line = 0;
