@@ -250,6 +250,7 @@ private:
         const auto total = static_cast<double>(std::max<GIntBig>(open.layer->GetFeatureCount(), 1));
         m_joiner.beginTile(tile.keep);
         long long read = 0;
+        const long long before = m_pieces;
         for (Feature feature(open.layer->GetNextFeature()); feature && mayGoOn();
              feature.reset(open.layer->GetNextFeature())) {
             addLine(*feature, tile.keep);
@@ -258,6 +259,13 @@ private:
         }
         if (mayGoOn() && !m_messages.lastError().isEmpty())
             failReading(tile.path);
+        // Every line of a tile leaves a piece in it unless the file's coordinates are not those of the DEM.
+        if (mayGoOn() && read > 0 && m_pieces == before)
+            m_result.problem =
+                labelText({"MESS_CN_AILLEURS",
+                           "Les courbes de niveau de « %1 » sont hors de leur tuile ; son format en convertit "
+                           "sans doute les coordonnées. Choisissez un autre format pour les tuiles."})
+                    .arg(QDir::toNativeSeparators(tile.path));
         if (mayGoOn())
             m_joiner.endTile();
         if (mayGoOn())
@@ -274,6 +282,7 @@ private:
         for (const OGRLineString *line : *geometry->toMultiLineString()) {
             const double level = levelOf(feature, *line, m_attribute);
             const QVector<LinePiece> pieces = cutLine(pointsOf(*line), keep, m_join.tolerance);
+            m_pieces += pieces.size();
             for (const LinePiece &piece : pieces)
                 m_joiner.add(piece, level);
         }
@@ -289,6 +298,7 @@ private:
     const ContourJoin &m_join;
     const std::function<bool(double)> &m_progress;
     QByteArray m_attribute;
+    long long m_pieces = 0; ///< of all tiles so far
     const GdalMessages m_messages;
     ContourJoinResult m_result;
     ContourFile m_file;

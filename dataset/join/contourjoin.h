@@ -7,7 +7,9 @@
 
 #include <functional>
 
-/// A file of contour lines that the contour tool made of a part of a DEM.
+/// A file of contour lines that the contour tool made of a part of a DEM. Its format must keep the coordinates
+/// as they are: KML and GeoJSONSeq convert them to longitudes and latitudes, and FlatGeobuf keeps them. The
+/// joined file may have another format.
 struct ContourTile
 {
     QString path;  ///< as GDAL opens it; one layer
@@ -21,8 +23,9 @@ struct ContourJoin
     QString driver; ///< GDAL's short name
     QString layer;
     QString attribute; ///< name of the field for the elevation; empty: there is none
-    /// Ground units within which places are the same. A thousandth of a cell is far more than coordinates lose
-    /// by rounding in a file, and far less than the half cell by which the tool continues the lines of a tile.
+    /// Ground units within which places are the same; greater than 0. A thousandth of a cell is far more than
+    /// coordinates lose by rounding in a file, and far less than the half cell by which the tool continues the
+    /// lines of a tile.
     double tolerance = 0.0;
 };
 

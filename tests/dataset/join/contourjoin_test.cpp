@@ -1,6 +1,7 @@
 #include "dataset/join/contourjoin.h"
 
 #include "dataset/gdalmessages.h"
+#include "dataset/join/LineJoiner.h"
 #include "dataset/join/contourwindow.h"
 #include "tests/support/files.h"
 #include "tests/support/programs.h"
@@ -18,6 +19,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <random>
 
 namespace
 {
@@ -29,47 +31,54 @@ constexpr std::array<double, 6> toGround{500000.0, cell, 0.0, 5100000.0, 0.0, -c
 constexpr int columns[] = {0, 97, 98, width}; // a tile may be a single column
 constexpr int rows[] = {0, 60, 199, height};
 
-/// Hills that need no exact level, and around the seams all that makes an elevation equal the level 20: a row,
-/// columns, cells and plateaus. `voids`: cells without data, also on seams.
+/// Hills. `exact`: many elevations equal the level 20 or almost, on seams and where four tiles meet. `voids`:
+/// cells without data, also on seams.
 QVector<float> terrain(bool exact, bool voids)
 {
     QVector<float> cells(width * height);
-    const auto fill = [&](const QRect &part, float elevation) {
+    const auto fill = [&](const QRect &part, auto elevation) {
         for (int row = part.top(); row <= part.bottom(); ++row)
-            std::fill_n(cells.begin() + row * width + part.left(), part.width(), elevation);
+            for (int column = part.left(); column <= part.right(); ++column)
+                cells[row * width + column] = static_cast<float>(elevation(column, row));
     };
-    for (int row = 0; row < height; ++row) {
-        for (int column = 0; column < width; ++column)
-            cells[row * width + column] =
-                static_cast<float>(25.0 * std::sin(column * 0.11) * std::cos(row * 0.07) + 0.05 * column
-                                   + 3.0 * std::sin(row * 1.3));
-    }
+    const auto level = [&](const QRect &part, double elevation) {
+        fill(part, [elevation](int, int) { return elevation; });
+    };
+    fill({0, 0, width, height}, [](int column, int row) {
+        return 25.0 * std::sin(column * 0.11) * std::cos(row * 0.07) + 0.05 * column
+            + 3.0 * std::sin(row * 1.3);
+    });
     if (exact) {
-        fill({85, 48, 40, 24}, 17.0F);  // around the corner of four tiles
-        fill({97, 50, 1, 8}, 20.0F);    // a ridge along a column of shared cells
-        fill({99, 60, 20, 1}, 20.0F);   // and along a row of them
-        fill({97, 60, 1, 1}, 20.0F);    // a summit on the corner
-        fill({97, 65, 1, 1}, 20.0F);    // and on a seam
-        fill({80, 120, 40, 30}, 23.0F); // holes in a height
-        fill({97, 125, 1, 1}, 20.0F);
-        fill({98, 130, 9, 1}, 20.0F);
-        fill({90, 190, 30, 20}, 17.0F);
-        fill({93, 195, 9, 9}, 20.0F);   // a plateau over the corner
-        fill({150, 199, 30, 9}, 20.0F); // plateaus that begin and end at the shared row
-        fill({190, 190, 30, 10}, 20.0F);
-        fill({230, 180, 20, 30}, 20.0F);
-        fill({235, 190, 5, 20}, 25.0F); // two levels on one seam
+        std::minstd_rand random;
+        fill({85, 45, 25, 30}, [&random](int, int) {
+            constexpr double around[] = {15.0, 20.0, 20.0, 20.0005, 19.9995, 25.0};
+            return around[random() / 7 % std::size(around)];
+        });
+        level({85, 120, 40, 80}, 17.0);
+        level({97, 125, 1, 20}, 20.0); // a ridge along a column of shared cells
+        level({98, 150, 3, 9}, 20.0);  // plateaus that begin and end at one
+        level({93, 160, 5, 9}, 20.0);
+        level({90, 195, 12, 9}, 20.0);   // and one over a corner of four tiles
+        level({150, 199, 30, 1}, 20.0);  // a ridge along a shared row
+        level({230, 180, 20, 30}, 20.0); // two levels on one seam
+        level({235, 190, 5, 20}, 25.0);
     }
     if (voids) {
-        fill({60, 55, 8, 9}, -9999.0F);
-        fill({95, 90, 3, 12}, -9999.0F);
-        fill({98, 160, 1, 6}, -9999.0F);
-        fill({94, 57, 4, 3}, -9999.0F);
-        fill({200, 199, 12, 1}, -9999.0F);
-        fill({0, 100, 6, 20}, -9999.0F);
+        level({60, 55, 8, 9}, -9999.0);
+        level({95, 90, 3, 12}, -9999.0);
+        level({98, 160, 1, 6}, -9999.0);
+        level({94, 57, 4, 3}, -9999.0);
+        level({200, 199, 12, 1}, -9999.0);
+        level({0, 100, 6, 20}, -9999.0);
     }
     return cells;
 }
+
+const QMap<QString, QString> extensions{{"ESRI Shapefile", ".shp"},
+                                        {"FlatGeobuf", ".fgb"},
+                                        {"GPKG", ".gpkg"},
+                                        {"GeoJSON", ".geojson"},
+                                        {"GeoJSONSeq", ".geojsonl"}};
 
 /// A line that can be compared with another one of the same course, whatever its first vertex.
 struct Course
@@ -77,6 +86,7 @@ struct Course
     double level = 0.0;
     bool isClosed = false;
     double length = 0.0;
+    int vertices = 0;
     QVector<std::pair<double, double>> ends; ///< sorted, in millimetres; empty if it is closed
 };
 
@@ -88,7 +98,11 @@ QVector<Course> coursesOf(const QString &path, const QString &attribute)
         return courses;
     for (const auto &feature : *dataset->GetLayer(0)) {
         const OGRLineString &line = *feature->GetGeometryRef()->toLineString();
-        Course course{line.Is3D() ? line.getZ(0) : 0.0, line.get_IsClosed() != 0, line.get_Length(), {}};
+        Course course{line.Is3D() ? line.getZ(0) : 0.0,
+                      line.get_IsClosed() != 0,
+                      line.get_Length(),
+                      line.getNumPoints(),
+                      {}};
         if (!attribute.isEmpty())
             course.level = feature->GetFieldAsDouble(qPrintable(attribute));
         OGRPoint first;
@@ -102,8 +116,8 @@ QVector<Course> coursesOf(const QString &path, const QString &attribute)
         courses += course;
     }
     std::sort(courses.begin(), courses.end(), [](const Course &one, const Course &other) {
-        return std::tie(one.level, one.isClosed, one.ends, one.length)
-            < std::tie(other.level, other.isClosed, other.ends, other.length);
+        return std::tie(one.level, one.isClosed, one.ends, one.vertices, one.length)
+            < std::tie(other.level, other.isClosed, other.ends, other.vertices, other.length);
     });
     return courses;
 }
@@ -124,6 +138,7 @@ QString difference(const QVector<Course> &whole, const QVector<Course> &joined)
         const Course here = whole.value(at);
         const Course there = joined.value(at);
         if (here.level != there.level || here.isClosed != there.isClosed || here.ends != there.ends
+            || here.vertices != there.vertices
             || std::abs(here.length - there.length) > 1e-9 * here.length + 1e-6)
             return text(here) + " is not " + text(there);
     }
@@ -143,12 +158,13 @@ private slots:
     void isOneRunOfTheTool_data();
     void isOneRunOfTheTool();
     void endsWithoutNeighbourAreCounted();
+    void finishedLinesLeaveAtOnce();
     void failureLeavesNothing();
 
 private:
-    QString contours(const QString &dem, const QString &product, const QStringList &options) const;
-    QVector<ContourTile> makeTiles(const QString &dem, const QString &extension,
-                                   const QStringList &options) const;
+    QString contours(const QString &dem, const QString &product, const QString &driver,
+                     const QStringList &options) const;
+    QVector<ContourTile> makeTiles(const QString &dem, const QString &driver, const QStringList &options) const;
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
     const QTemporaryDir m_folder;
@@ -159,15 +175,18 @@ void ContourJoinTest::initTestCase()
     setUpGdal();
 }
 
-/// Runs the tool and returns the product's path.
-QString ContourJoinTest::contours(const QString &dem, const QString &product, const QStringList &options) const
+/// Runs the tool and returns the product's path. `product`: without extension.
+QString ContourJoinTest::contours(const QString &dem, const QString &product, const QString &driver,
+                                  const QStringList &options) const
 {
-    const Ended ended = runProgram(QStringLiteral(QUVO_TREE "/gdal_contour.exe"),
-                                   QStringList{"-q", "-nln", "contour"} + options + QStringList{dem, product});
-    return ended.code == 0 ? product : ended.error;
+    const QString file = product + extensions[driver];
+    const Ended ended =
+        runProgram(QStringLiteral(QUVO_TREE "/gdal_contour.exe"),
+                   QStringList{"-q", "-nln", "contour", "-f", driver} + options + QStringList{dem, file});
+    return ended.code == 0 ? file : ended.error;
 }
 
-QVector<ContourTile> ContourJoinTest::makeTiles(const QString &dem, const QString &extension,
+QVector<ContourTile> ContourJoinTest::makeTiles(const QString &dem, const QString &driver,
                                                 const QStringList &options) const
 {
     QVector<ContourTile> tiles;
@@ -182,7 +201,7 @@ QVector<ContourTile> ContourJoinTest::makeTiles(const QString &dem, const QStrin
                  {window.cells.x(), window.cells.y(), window.cells.width(), window.cells.height()})
                 cut += QByteArray::number(number);
             copyRaster(dem, name + ".tif", cut);
-            tiles += {contours(name + ".tif", name + extension, options), window.keep};
+            tiles += {contours(name + ".tif", name, driver, options), window.keep};
         }
     }
     return tiles;
@@ -192,30 +211,31 @@ void ContourJoinTest::isOneRunOfTheTool_data()
 {
     QTest::addColumn<bool>("exact");
     QTest::addColumn<bool>("voids");
+    QTest::addColumn<QString>("tileDriver");
     QTest::addColumn<QString>("driver");
-    QTest::addColumn<QString>("extension");
     QTest::addColumn<QString>("attribute");
     QTest::addColumn<QStringList>("options");
-    const auto row = [](const char *name, bool exact, bool voids, const char *driver, const char *extension,
+    const auto row = [](const char *name, bool exact, bool voids, const char *tileDriver, const char *driver,
                         const char *attribute, const char *options) {
-        QStringList all = QString(options).split(' ') + QStringList{"-f", driver};
+        QStringList all = QString(options).split(' ');
         if (*attribute)
             all += {"-a", attribute};
-        QTest::newRow(name) << exact << voids << driver << extension << attribute << all;
+        QTest::newRow(name) << exact << voids << tileDriver << driver << attribute << all;
     };
-    row("hills", false, false, "ESRI Shapefile", ".shp", "Z", "-i 2.5");
-    row("offset and voids", false, true, "GPKG", ".gpkg", "height", "-i 5 -off 1.37");
-    row("exact", true, false, "FlatGeobuf", ".fgb", "Z", "-i 5");
-    row("exact and voids, fixed levels", true, true, "GeoJSON", ".geojson", "Z", "-3d -fl 17 20 20.0001 23");
-    row("3D without attribute", false, true, "ESRI Shapefile", ".shp", "", "-i 5 -3d");
-    row("no lines", false, true, "GeoJSON", ".geojson", "Z", "-i 5000 -off 900");
+    row("hills", false, false, "ESRI Shapefile", "ESRI Shapefile", "Z", "-i 2.5");
+    row("offset and voids", false, true, "FlatGeobuf", "GPKG", "height", "-i 5 -off 1.37");
+    row("exact", true, false, "GPKG", "FlatGeobuf", "Z", "-i 5");
+    row("fixed levels", true, true, "GeoJSON", "GeoJSON", "Z", "-3d -fl 17 20 20.0003 23");
+    row("no attribute", false, true, "FlatGeobuf", "ESRI Shapefile", "", "-i 5 -3d");
+    row("no level", false, true, "FlatGeobuf", "ESRI Shapefile", "", "-i 5");
+    row("no lines", false, true, "GeoJSON", "GeoJSON", "Z", "-i 5000 -off 900");
 }
 
 void ContourJoinTest::isOneRunOfTheTool()
 {
     QFETCH(const bool, exact);
     QFETCH(const bool, voids);
-    QFETCH(const QString, extension);
+    QFETCH(const QString, tileDriver);
     QFETCH(const QString, driver);
     QFETCH(const QString, attribute);
     QFETCH(const QStringList, options);
@@ -224,10 +244,10 @@ void ContourJoinTest::isOneRunOfTheTool()
         QFile::remove(folder.filePath(file));
     const QString dem = path("dem.tif");
     QVERIFY(writeRaster(dem, width, height, terrain(exact, voids)));
-    const QString whole = contours(dem, path("whole" + extension), options);
-    QVector<ContourTile> tiles = makeTiles(dem, extension, options);
+    const QString whole = contours(dem, path("whole"), driver, options);
+    QVector<ContourTile> tiles = makeTiles(dem, tileDriver, options);
     std::rotate(tiles.begin(), tiles.begin() + 4, tiles.end()); // the order does not count
-    const QString product = path("joined" + extension);
+    const QString product = path("joined" + extensions[driver]);
     double last = 0.0;
     const ContourJoinResult result =
         joinContours(tiles, {product, driver, "contour", attribute, cell / 1000.0}, [&last](double share) {
@@ -253,7 +273,7 @@ void ContourJoinTest::isOneRunOfTheTool()
 void ContourJoinTest::endsWithoutNeighbourAreCounted()
 {
     QVERIFY(writeRaster(path("dem.tif"), width, height, terrain(false, false)));
-    QVector<ContourTile> tiles = makeTiles(path("dem.tif"), ".fgb", {"-f", "FlatGeobuf", "-i", "5", "-a", "Z"});
+    QVector<ContourTile> tiles = makeTiles(path("dem.tif"), "FlatGeobuf", {"-i", "5", "-a", "Z"});
     const ContourJoin join{path("hole.fgb"), "FlatGeobuf", "contour", "Z", 0.01};
     tiles.removeAt(5);
     const ContourJoinResult result = joinContours(tiles, join, [](double) { return true; });
@@ -269,11 +289,36 @@ void ContourJoinTest::endsWithoutNeighbourAreCounted()
     QCOMPARE(inside, result.unmatched);
 }
 
+/// A DEM has many more lines than the memory holds.
+void ContourJoinTest::finishedLinesLeaveAtOnce()
+{
+    QVector<int> vertices;
+    LineJoiner joiner(0.1, [&vertices](const QVector<QPointF> &points, double) {
+        vertices += static_cast<int>(points.size());
+    });
+    const auto addTile = [&](const CutSides &keep, const QVector<LinePiece> &pieces) {
+        joiner.beginTile(keep);
+        for (const LinePiece &piece : pieces)
+            joiner.add(piece, 5.0);
+        joiner.endTile();
+        return std::exchange(vertices, {});
+    };
+    constexpr auto none = CutSide::None;
+    QCOMPARE(addTile({.east = 10.0},
+                     {{{{1, 1}, {2, 2}}, none, none}, {{{5, 3}, {6, 3}, {10, 3}}, none, CutSide::East}}),
+             QVector<int>{2});
+    QCOMPARE(addTile({.west = 20.0}, {{{{25, 4}, {20, 4}}, none, CutSide::West}}), QVector<int>());
+    QCOMPARE(
+        addTile({.west = 10.0, .east = 20.0}, {{{{20, 4}, {15, 3}, {10, 3}}, CutSide::East, CutSide::West}}),
+        QVector<int>{6});
+    QCOMPARE(joiner.finish(), 0);
+}
+
 void ContourJoinTest::failureLeavesNothing()
 {
     QVERIFY(writeRaster(path("dem.tif"), width, height, terrain(false, false)));
     const QStringList options{"-i", "1", "-a", "Z"};
-    QVector<ContourTile> tiles = makeTiles(path("dem.tif"), ".shp", options);
+    QVector<ContourTile> tiles = makeTiles(path("dem.tif"), "ESRI Shapefile", options);
     QVERIFY(QDir(path("")).mkpath("out"));
     const QDir out(path("out"));
     const auto run = [&](const QString &driver, const std::function<bool(double)> &progress) {
@@ -291,6 +336,8 @@ void ContourJoinTest::failureLeavesNothing()
     QVERIFY2(cut.problem.contains("tile21.shp"), qPrintable(cut.problem));
     tiles[7].path = path("missing.shp");
     QVERIFY(run("ESRI Shapefile", always).problem.contains("missing.shp"));
+    tiles = makeTiles(path("dem.tif"), "GeoJSONSeq", options); // holds longitudes and latitudes
+    QVERIFY(run("ESRI Shapefile", always).problem.contains(".geojsonl"));
     QCOMPARE(out.entryList(QDir::Files), QStringList());
 }
 
