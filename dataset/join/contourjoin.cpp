@@ -120,7 +120,7 @@ public:
         m_dataset.reset();
     }
 
-    /// Removes what was written. Some formats are several files.
+    /// Removes what was written. Some formats are several files or a folder.
     void remove()
     {
         m_dataset.reset();
@@ -128,7 +128,8 @@ public:
         const QStringList files = filesInFolder();
         for (const QString &file : files) {
             if (!m_before.contains(file))
-                QFile::remove(folder.filePath(file));
+                QFileInfo(folder.filePath(file)).isDir() ? QDir(folder.filePath(file)).removeRecursively()
+                                                         : QFile::remove(folder.filePath(file));
         }
     }
 
@@ -147,7 +148,7 @@ private:
     QStringList filesInFolder() const
     {
         const QFileInfo product(m_join.path);
-        QStringList files = product.dir().entryList(QDir::Files | QDir::Hidden);
+        QStringList files = product.dir().entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
         const QString base = product.completeBaseName();
         files.erase(std::remove_if(files.begin(), files.end(),
                                    [&](const QString &file) { return !file.startsWith(base); }),

@@ -64,10 +64,12 @@ void ContourCutTest::piecesEndAtTheSides_data()
     row("past a corner", "-5 4, 4 -5", "");
     row("over a corner", "-2 4, 4 -2", "W 0 2, 2 0 S");
     row("straight through", "-5 5, 15 5", "W 0 5, 10 5 E");
+    row("out and in beside a corner", "5 5, 15 12, 12 15, 5 5", "N 8.5 10, 5 5, 10 8.5 E");
     row("in and out again", "5 5, 5 12, 7 12, 7 8, 12 8", "- 5 5, 5 10 N; N 7 10, 7 8, 10 8 E");
     row("ends at vertices on a side", "10.5 5, 10 5, 5 4, 3 0, 3 -0.5", "E 10 5, 5 4, 3 0 S");
     row("vertices within the tolerance stay", "11 5, 10.0005 5, 5 5, 0.0005 6, -1 6",
         "E 10.0005 5, 5 5, 0.0005 6 W");
+    row("begins within the tolerance", "10.0005 5, 5 5, 4 4", "- 10.0005 5, 5 5, 4 4 -");
     row("its own end on a side is no cut", "10 5, 5 5, 4 4", "- 10 5, 5 5, 4 4 -");
     row("along a side", "10.5 2, 10 2, 10.0005 5, 10 8, 10.5 8", "E 10 2, 10.0005 5, 10 8 E");
     row("around a cell on a side", "10.5 5, 10 5, 9.9999 5, 10 5, 10.5 5", "E 10 5, 9.9999 5, 10 5 E");

@@ -1,7 +1,6 @@
 #include "dataset/join/contourjoin.h"
 
 #include "dataset/gdalmessages.h"
-#include "dataset/join/LineJoiner.h"
 #include "dataset/join/contourwindow.h"
 #include "tests/support/files.h"
 #include "tests/support/programs.h"
@@ -83,6 +82,7 @@ const QMap<QString, QString> extensions{{"ESRI Shapefile", ".shp"},
 /// A line that can be compared with another one of the same course, whatever its first vertex.
 struct Course
 {
+    int id = 0;
     double level = 0.0;
     bool isClosed = false;
     double length = 0.0;
@@ -98,7 +98,8 @@ QVector<Course> coursesOf(const QString &path, const QString &attribute)
         return courses;
     for (const auto &feature : *dataset->GetLayer(0)) {
         const OGRLineString &line = *feature->GetGeometryRef()->toLineString();
-        Course course{line.Is3D() ? line.getZ(0) : 0.0,
+        Course course{feature->GetFieldAsInteger("ID"),
+                      line.Is3D() ? line.getZ(0) : 0.0,
                       line.get_IsClosed() != 0,
                       line.get_Length(),
                       line.getNumPoints(),
@@ -157,8 +158,6 @@ private slots:
     void initTestCase();
     void isOneRunOfTheTool_data();
     void isOneRunOfTheTool();
-    void endsWithoutNeighbourAreCounted();
-    void finishedLinesLeaveAtOnce();
     void failureLeavesNothing();
 
 private:
@@ -261,57 +260,17 @@ void ContourJoinTest::isOneRunOfTheTool()
     const QVector<Course> courses = coursesOf(product, attribute);
     QCOMPARE(difference(coursesOf(whole, attribute), courses), QString());
     QCOMPARE(result.lines, static_cast<long long>(courses.size()));
+    QMap<int, int> ids; // from 0 on, each once
+    for (const Course &course : courses)
+        ++ids[course.id];
+    QCOMPARE(ids.size(), courses.size());
+    QVERIFY(ids.isEmpty() || (ids.firstKey() == 0 && ids.lastKey() == courses.size() - 1));
 
     const auto description = [](const QString &file) {
         QString text = runProgram("ogrinfo", {"-ro", "-so", "-al", file}).out;
         return text.mid(text.indexOf("Geometry:")).remove(QRegularExpression("Extent:[^\n]*"));
     };
     QCOMPARE(description(product), description(whole)); // kind of geometry, CRS, fields
-}
-
-/// Without its middle tile the DEM has a hole.
-void ContourJoinTest::endsWithoutNeighbourAreCounted()
-{
-    QVERIFY(writeRaster(path("dem.tif"), width, height, terrain(false, false)));
-    QVector<ContourTile> tiles = makeTiles(path("dem.tif"), "FlatGeobuf", {"-i", "5", "-a", "Z"});
-    const ContourJoin join{path("hole.fgb"), "FlatGeobuf", "contour", "Z", 0.01};
-    tiles.removeAt(5);
-    const ContourJoinResult result = joinContours(tiles, join, [](double) { return true; });
-    QCOMPARE(result.problem, QString());
-    QVERIFY(result.unmatched > 10);
-    int inside = 0;
-    const CutSides hole{500985.0, 5098005.0, 503000.0, 5099395.0};
-    for (const Course &course : coursesOf(join.path, "Z")) {
-        for (const auto &[x, y] : course.ends)
-            inside += x >= hole.west * 1e3 && y >= hole.south * 1e3 && y <= hole.north * 1e3
-                && x < (hole.east - 1.0) * 1e3;
-    }
-    QCOMPARE(inside, result.unmatched);
-}
-
-/// A DEM has many more lines than the memory holds.
-void ContourJoinTest::finishedLinesLeaveAtOnce()
-{
-    QVector<int> vertices;
-    LineJoiner joiner(0.1, [&vertices](const QVector<QPointF> &points, double) {
-        vertices += static_cast<int>(points.size());
-    });
-    const auto addTile = [&](const CutSides &keep, const QVector<LinePiece> &pieces) {
-        joiner.beginTile(keep);
-        for (const LinePiece &piece : pieces)
-            joiner.add(piece, 5.0);
-        joiner.endTile();
-        return std::exchange(vertices, {});
-    };
-    constexpr auto none = CutSide::None;
-    QCOMPARE(addTile({.east = 10.0},
-                     {{{{1, 1}, {2, 2}}, none, none}, {{{5, 3}, {6, 3}, {10, 3}}, none, CutSide::East}}),
-             QVector<int>{2});
-    QCOMPARE(addTile({.west = 20.0}, {{{{25, 4}, {20, 4}}, none, CutSide::West}}), QVector<int>());
-    QCOMPARE(
-        addTile({.west = 10.0, .east = 20.0}, {{{{20, 4}, {15, 3}, {10, 3}}, CutSide::East, CutSide::West}}),
-        QVector<int>{6});
-    QCOMPARE(joiner.finish(), 0);
 }
 
 void ContourJoinTest::failureLeavesNothing()
