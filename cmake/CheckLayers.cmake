@@ -52,6 +52,7 @@ set(layers
     "colortable/formats: colortable messages"
     "dataset: messages vectordraw"
     "dataset/views: dataset messages"
+    "dataset/join: dataset dataset/views messages"
     "dataset/chooser: dataset messages"
     "dataset/extraction: dataset messages"
     "colortable/legend: colortable"

@@ -1,0 +1,315 @@
+#include "dataset/join/contourjoin.h"
+
+#include "dataset/gdalmessages.h"
+#include "dataset/join/LineJoiner.h"
+#include "dataset/layercrs.h"
+#include "dataset/pathencoding.h"
+#include "messages/label.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <gdal_priv.h>
+#include <ogrsf_frmts.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace
+{
+
+using Dataset = std::unique_ptr<GDALDataset>;
+using Feature = std::unique_ptr<OGRFeature>;
+
+QString withReason(const QString &sentence, const GdalMessages &messages)
+{
+    return messages.lastError().isEmpty() ? sentence : sentence + QLatin1Char('\n') + messages.lastError();
+}
+
+/// A tile's file while it is read.
+struct OpenTile
+{
+    Dataset dataset;
+    OGRLayer *layer = nullptr; ///< belongs to the dataset; null: the file cannot be read
+};
+
+OpenTile openTile(const QString &path, const QString &layer)
+{
+    OpenTile tile;
+    tile.dataset.reset(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));
+    if (!tile.dataset)
+        return tile;
+    // Some formats name the layer after the file.
+    tile.layer = tile.dataset->GetLayerByName(layer.toUtf8().constData());
+    if (!tile.layer && tile.dataset->GetLayerCount() == 1)
+        tile.layer = tile.dataset->GetLayer(0);
+    return tile;
+}
+
+/// The elevation of a line, by which it is joined; 0 if the file does not hold it.
+double levelOf(OGRFeature &feature, const OGRLineString &line, const QByteArray &attribute)
+{
+    if (line.Is3D() && !line.IsEmpty())
+        return line.getZ(0);
+    const int field = attribute.isEmpty() ? -1 : feature.GetFieldIndex(attribute.constData());
+    return field >= 0 ? feature.GetFieldAsDouble(field) : 0.0;
+}
+
+QVector<QPointF> pointsOf(const OGRLineString &line)
+{
+    QVector<QPointF> points;
+    points.reserve(line.getNumPoints());
+    for (int at = 0; at < line.getNumPoints(); ++at)
+        points += QPointF(line.getX(at), line.getY(at));
+    return points;
+}
+
+/// Creates the file of the joined lines and writes them.
+class ContourFile
+{
+public:
+    explicit ContourFile(const ContourJoin &join)
+        : m_join(join)
+        , m_before(filesInFolder())
+    { }
+
+    bool create(const OGRSpatialReference *crs, bool is3D)
+    {
+        GDALDriver *driver = GetGDALDriverManager()->GetDriverByName(m_join.driver.toUtf8().constData());
+        m_is3D = is3D;
+        if (!driver)
+            return false;
+        m_dataset.reset(driver->Create(encodePath(m_join.path).constData(), 0, 0, 0, GDT_Unknown, nullptr));
+        if (!m_dataset)
+            return false;
+        if (m_dataset->TestCapability(ODsCTransactions)) // a database would make one of every line
+            m_dataset->StartTransaction();
+        m_layer =
+            m_dataset->CreateLayer(m_join.layer.toUtf8().constData(), const_cast<OGRSpatialReference *>(crs),
+                                   is3D ? wkbLineString25D : wkbLineString);
+        return m_layer && createFields();
+    }
+
+    /// Returns whether the line was written.
+    bool write(const QVector<QPointF> &points, double level)
+    {
+        OGRLineString line;
+        line.setNumPoints(points.size());
+        for (int at = 0; at < points.size(); ++at) {
+            if (m_is3D)
+                line.setPoint(at, points[at].x(), points[at].y(), level);
+            else
+                line.setPoint(at, points[at].x(), points[at].y());
+        }
+        OGRFeature feature(m_layer->GetLayerDefn());
+        feature.SetField(0, static_cast<int>(m_count));
+        if (!m_join.attribute.isEmpty())
+            feature.SetField(1, level);
+        feature.SetGeometry(&line);
+        ++m_count;
+        return m_layer->CreateFeature(&feature) == OGRERR_NONE;
+    }
+
+    long long count() const { return m_count; }
+
+    /// Writes what is left in memory; failures are in GDAL's messages.
+    void close()
+    {
+        if (m_dataset && m_dataset->TestCapability(ODsCTransactions))
+            m_dataset->CommitTransaction();
+        m_dataset.reset();
+    }
+
+    /// Removes what was written. Some formats are several files or a folder.
+    void remove()
+    {
+        m_dataset.reset();
+        const QDir folder = QFileInfo(m_join.path).dir();
+        const QStringList files = filesInFolder();
+        for (const QString &file : files) {
+            if (!m_before.contains(file))
+                QFileInfo(folder.filePath(file)).isDir() ? QDir(folder.filePath(file)).removeRecursively()
+                                                         : QFile::remove(folder.filePath(file));
+        }
+    }
+
+private:
+    bool createFields()
+    {
+        // Like those of the contour tool.
+        OGRFieldDefn number("ID", OFTInteger);
+        number.SetWidth(8);
+        OGRFieldDefn elevation(m_join.attribute.toUtf8().constData(), OFTReal);
+        return m_layer->CreateField(&number) == OGRERR_NONE
+            && (m_join.attribute.isEmpty() || m_layer->CreateField(&elevation) == OGRERR_NONE);
+    }
+
+    /// The files beside the product that share its base name.
+    QStringList filesInFolder() const
+    {
+        const QFileInfo product(m_join.path);
+        QStringList files = product.dir().entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        const QString base = product.completeBaseName();
+        files.erase(std::remove_if(files.begin(), files.end(),
+                                   [&](const QString &file) { return !file.startsWith(base); }),
+                    files.end());
+        return files;
+    }
+
+    const ContourJoin &m_join;
+    QStringList m_before; ///< what stood there before
+    Dataset m_dataset;
+    OGRLayer *m_layer = nullptr;
+    bool m_is3D = false;
+    long long m_count = 0;
+};
+
+/// The whole joining: its files, and what went wrong.
+class Joining
+{
+public:
+    Joining(const QVector<ContourTile> &tiles, const ContourJoin &join,
+            const std::function<bool(double)> &progress)
+        : m_tiles(tiles)
+        , m_join(join)
+        , m_progress(progress)
+        , m_attribute(join.attribute.toUtf8())
+        , m_file(join)
+        , m_joiner(join.tolerance, [this](const QVector<QPointF> &points, double level) {
+            if (mayGoOn() && !(m_file.write(points, level) && m_messages.lastError().isEmpty()))
+                failWriting();
+        })
+    { }
+
+    ContourJoinResult run()
+    {
+        createFile();
+        for (int at = 0; at < m_tiles.size() && mayGoOn(); ++at)
+            readTile(at);
+        if (mayGoOn())
+            m_result.unmatched = m_joiner.finish();
+        if (mayGoOn())
+            m_file.close();
+        if (mayGoOn() && !m_messages.lastError().isEmpty())
+            failWriting();
+        if (mayGoOn())
+            m_result.lines = m_file.count();
+        else
+            m_file.remove();
+        return m_result;
+    }
+
+private:
+    bool mayGoOn() const { return m_result.problem.isEmpty() && !m_result.isStopped; }
+
+    void failWriting()
+    {
+        m_result.problem = withReason(labelText({"MESS_CN_ECRITURE",
+                                                 "Les courbes de niveau assemblées ne peuvent pas être "
+                                                 "écrites dans « %1 »."})
+                                          .arg(QDir::toNativeSeparators(m_join.path)),
+                                      m_messages);
+    }
+
+    void failReading(const QString &tile)
+    {
+        m_result.problem = withReason(
+            labelText({"MESS_CN_LECTURE", "Les courbes de niveau de « %1 » ne peuvent pas être lues."})
+                .arg(QDir::toNativeSeparators(tile)),
+            m_messages);
+    }
+
+    /// Creates the file like the first tile that has a line; some formats lose the kind of an empty layer.
+    void createFile()
+    {
+        for (const ContourTile &tile : m_tiles) {
+            const OpenTile open = openTile(tile.path, m_join.layer);
+            if (!open.layer) {
+                failReading(tile.path);
+                return;
+            }
+            const Feature feature(open.layer->GetNextFeature());
+            if (!feature && &tile != &m_tiles.last())
+                continue;
+            const OGRGeometry *geometry = feature ? feature->GetGeometryRef() : nullptr;
+            const bool is3D = geometry ? geometry->Is3D() : wkbHasZ(open.layer->GetGeomType()) != 0;
+            if (!m_file.create(layerCrs(*open.layer), is3D))
+                failWriting();
+            return;
+        }
+    }
+
+    void readTile(int index)
+    {
+        const ContourTile &tile = m_tiles[index];
+        const OpenTile open = openTile(tile.path, m_join.layer);
+        if (!open.layer) {
+            failReading(tile.path);
+            return;
+        }
+        constexpr long long linesPerReport = 1000;
+        const auto total = static_cast<double>(std::max<GIntBig>(open.layer->GetFeatureCount(), 1));
+        m_joiner.beginTile(tile.keep);
+        long long read = 0;
+        const long long before = m_pieces;
+        for (Feature feature(open.layer->GetNextFeature()); feature && mayGoOn();
+             feature.reset(open.layer->GetNextFeature())) {
+            addLine(*feature, tile.keep);
+            if (++read % linesPerReport == 0)
+                report(index + static_cast<double>(read) / total);
+        }
+        if (mayGoOn() && !m_messages.lastError().isEmpty())
+            failReading(tile.path);
+        // Every line of a tile leaves a piece in it unless the file's coordinates are not those of the DEM.
+        if (mayGoOn() && read > 0 && m_pieces == before)
+            m_result.problem =
+                labelText({"MESS_CN_AILLEURS",
+                           "Les courbes de niveau de « %1 » sont hors de leur tuile ; son format en convertit "
+                           "sans doute les coordonnées. Choisissez un autre format pour les tuiles."})
+                    .arg(QDir::toNativeSeparators(tile.path));
+        if (mayGoOn())
+            m_joiner.endTile();
+        if (mayGoOn())
+            report(index + 1.0);
+    }
+
+    void addLine(OGRFeature &feature, const CutSides &keep)
+    {
+        // Some formats make a line a collection of one line.
+        const std::unique_ptr<OGRGeometry> geometry(
+            OGRGeometryFactory::forceToMultiLineString(feature.StealGeometry()));
+        if (!geometry || wkbFlatten(geometry->getGeometryType()) != wkbMultiLineString)
+            return;
+        for (const OGRLineString *line : *geometry->toMultiLineString()) {
+            const double level = levelOf(feature, *line, m_attribute);
+            const QVector<LinePiece> pieces = cutLine(pointsOf(*line), keep, m_join.tolerance);
+            m_pieces += pieces.size();
+            for (const LinePiece &piece : pieces)
+                m_joiner.add(piece, level);
+        }
+    }
+
+    void report(double tiles)
+    {
+        if (!m_progress(tiles / static_cast<double>(m_tiles.size())))
+            m_result.isStopped = true;
+    }
+
+    const QVector<ContourTile> &m_tiles;
+    const ContourJoin &m_join;
+    const std::function<bool(double)> &m_progress;
+    QByteArray m_attribute;
+    long long m_pieces = 0; ///< of all tiles so far
+    const GdalMessages m_messages;
+    ContourJoinResult m_result;
+    ContourFile m_file;
+    LineJoiner m_joiner;
+};
+
+} // namespace
+
+ContourJoinResult joinContours(const QVector<ContourTile> &tiles, const ContourJoin &join,
+                               const std::function<bool(double)> &progress)
+{
+    return Joining(tiles, join, progress).run();
+}
