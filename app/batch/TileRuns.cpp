@@ -1,14 +1,11 @@
 #include "app/batch/TileRuns.h"
 
 #include "app/batch/BatchRun.h"
-#include "app/run/replacedoutput.h"
 #include "app/startup/console.h"
 #include "app/startup/environment.h"
 #include "app/tiles/tilejoin.h"
 #include "app/tiles/tilemarks.h"
-#include "dataset/views/mosaic.h"
 #include "messages/label.h"
-#include "runner/quoting.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -42,6 +39,7 @@ TileRuns::TileRuns(const StopSignals &stopSignals, const TilePlan &plan, const Q
     , m_log(arguments.jsonLog, taskText(arguments))
     , m_scriptRunner(nullptr)
     , m_run(m_scriptRunner)
+    , m_joiner(stopSignals, m_plan, folder, arguments.join.value_or(TileJoin::Vrt), m_log)
 {
     connect(&m_scriptRunner, &QuvoScriptRunner::updateProgress, this,
             [this](int percent) { m_log.progress(m_scriptRunner.listProgress(percent)); });
@@ -49,27 +47,14 @@ TileRuns::TileRuns(const StopSignals &stopSignals, const TilePlan &plan, const Q
     connect(&m_run, &ProductRun::aborted, this, &TileRuns::onAborted);
     connect(&m_run, &ProductRun::failed, this, &TileRuns::onFailed);
     connect(&stopSignals, &StopSignals::stopRequested, &m_run, &ProductRun::stop);
-    connect(&m_scriptRunner, &QuvoScriptRunner::done, this, [this] {
-        if (m_part)
-            endJoin(m_part->place(replacedFiles({joinedOutput()})));
-    });
-    connect(&m_scriptRunner, &QuvoScriptRunner::error, this, [this](const QString &text) {
-        if (m_part)
-            endJoin(text);
-    });
-    connect(&stopSignals, &StopSignals::stopRequested, this, [this] {
-        if (m_part) {
-            m_scriptRunner.stop();
-            endJoin(stoppedText());
-        }
-    });
+    connect(&m_joiner, &TileJoiner::finished, this, &TileRuns::finished);
 }
 
 void TileRuns::start()
 {
     m_next = m_share.begin;
     if (m_arguments.onlyJoin) {
-        join();
+        m_joiner.start();
         return;
     }
     const QString problem = prepare();
@@ -113,7 +98,7 @@ void TileRuns::next()
     if (m_next == m_share.end || m_exit == BatchExit::TryAgain) {
         const TileJoin join = m_arguments.join.value_or(m_arguments.task ? TileJoin::None : TileJoin::Vrt);
         if (m_exit == BatchExit::Done && join != TileJoin::None)
-            this->join();
+            m_joiner.start();
         else
             emit finished(m_exit);
         return;
@@ -202,71 +187,4 @@ void TileRuns::onFailed()
     printError(outcome.toolText);
     m_log.command(m_run.commands().join(QLatin1Char('\n')));
     endTile("failed", exitOfFailure(outcome, m_run.plan()), outcome.problem);
-}
-
-void TileRuns::join()
-{
-    const TileSet set = finishedTiles(m_folder, m_plan);
-    if (!set.missing.isEmpty()) {
-        printError(missingTilesProblem(set.missing));
-        emit finished(BatchExit::Failed);
-        return;
-    }
-    if (m_arguments.join == TileJoin::Cog)
-        joinAsCog(set.products);
-    else
-        joinAsVrt(set.products);
-}
-
-void TileRuns::joinAsVrt(const QStringList &products)
-{
-    const QString file = joinedProduct(m_folder, m_plan, QStringLiteral("vrt"));
-    m_log.begin(QStringLiteral("vrt"), file);
-    endJoin(writeMosaic(products, file).problem);
-}
-
-/// Writes the GeoTIFF from a virtual raster of the tiles, in a part folder as every product.
-void TileRuns::joinAsCog(const QStringList &products)
-{
-    const QString file = joinedProduct(m_folder, m_plan, QStringLiteral("tif"));
-    m_log.begin(QStringLiteral("cog"), file);
-    m_joinLock = std::make_unique<OutputLock>(file);
-    if (!m_joinLock->problem().isEmpty()) {
-        endJoin(m_joinLock->problem());
-        return;
-    }
-    const QString view = m_workFolder.newFolder() + QStringLiteral("/tiles.vrt");
-    const QString problem = writeMosaic(products, view).problem;
-    if (!problem.isEmpty()) {
-        endJoin(problem);
-        return;
-    }
-    m_part = std::make_unique<PartFolder>(file);
-    const QString command =
-        processCommand(findTools(QCoreApplication::applicationDirPath()).translate,
-                       QStringLiteral("-strict -of COG -co BIGTIFF=IF_SAFER ") + quotedArgument(view)
-                           + QLatin1Char(' ') + quotedArgument(m_part->product()));
-    m_log.command(command);
-    m_scriptRunner.run({{command, QString()}}, {{}}, NoProgressWindow);
-}
-
-QuvoOutputFile TileRuns::joinedOutput() const
-{
-    return {.path = joinedProduct(m_folder, m_plan, QStringLiteral("tif")),
-            .driver = QStringLiteral("GTiff"),
-            .kind = QuvoOutputFileKind::Raster};
-}
-
-void TileRuns::endJoin(const QString &problem)
-{
-    const bool isStopped = StopSignals::stopWasRequested();
-    const bool isBusy = m_joinLock && m_joinLock->isHeldByOther();
-    m_part.reset();
-    m_joinLock.reset();
-    m_log.end(problem.isEmpty() ? "joined" : isStopped ? "stopped" : "failed");
-    printError(problem);
-    emit finished(problem.isEmpty()                     ? BatchExit::Done
-                      : isStopped                       ? stoppedExit()
-                      : isBusy || saysDiskFull(problem) ? BatchExit::TryAgain
-                                                        : BatchExit::Failed);
 }

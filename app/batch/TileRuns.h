@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/batch/TileJoiner.h"
 #include "app/batch/exitcode.h"
 #include "app/batch/tilearguments.h"
 #include "app/batch/tilelog.h"
-#include "app/run/PartFolder.h"
 #include "app/run/ProductRun.h"
 #include "app/startup/StopSignals.h"
 #include "app/tiles/makeplan.h"
@@ -37,11 +37,6 @@ private:
     void onFinished();
     void onAborted();
     void onFailed();
-    void join();
-    void joinAsVrt(const QStringList &products);
-    void joinAsCog(const QStringList &products);
-    QuvoOutputFile joinedOutput() const; ///< the GeoTIFF of all tiles
-    void endJoin(const QString &problem);
 
     TilePlan m_plan;
     QString m_folder;
@@ -57,7 +52,6 @@ private:
     TileLog m_log;
     QuvoScriptRunner m_scriptRunner;
     ProductRun m_run;
-    std::unique_ptr<PartFolder> m_part; ///< of the joined product while it is being written
-    std::unique_ptr<OutputLock> m_joinLock;
+    TileJoiner m_joiner;
     BatchExit m_exit = BatchExit::Done;
 };

@@ -2,8 +2,10 @@
 
 #include "app/process/productsteps.h"
 #include "app/startup/versions.h"
+#include "app/tiles/tilejoin.h"
 #include "colortable/colortablefile.h"
 #include "dataset/extremes.h"
+#include "dataset/join/contourwindow.h"
 #include "dataset/views/mosaic.h"
 #include "messages/label.h"
 
@@ -68,9 +70,12 @@ QString fixColors(ProcessOptions &options, const QString &dem, int band, WorkFol
 QString tilesProblem(const Recipe &recipe)
 {
     const Process process = processOf(recipe.options);
-    if (process == Process::Contour || process == Process::Intervisibility)
+    if (process == Process::Intervisibility)
         return labelText({"MESS_TUILES_TRAITEMENT", "Le traitement « %1 » ne se fait pas en tuiles."})
             .arg(recipe.process);
+    if (!recipe.outputOptions.reproject.isEmpty() && mayReproject(process))
+        return labelText(
+            {"MESS_TUILES_PROJ", "Un autre système de coordonnées (reproject) ne va pas avec des tuiles."});
     if (!recipe.part.isNull())
         return labelText({"MESS_TUILES_PARTIE", "Une partie du MNT (part) ne se fait pas en tuiles."});
     return {};
@@ -103,9 +108,14 @@ TilePlanning makePlan(const TileOrder &order, WorkFolder &workFolder, const Stop
             labelText({"MESS_TUILES_OBLIQUE",
                        "Un MNT sans coordonnées, ou dont la grille est oblique, ne se fait pas en tuiles."}),
             true);
+    if (isMirrored(facts) && isContourPlan(plan))
+        return refused(
+            labelText({"MESS_TUILES_MIROIR",
+                       "Les courbes d'un MNT dont les lignes vont du sud au nord ne se font pas en tuiles."}),
+            true);
     plan.grid = {{facts.width, facts.height}, order.side};
     const double fill = plan.recipe.outputOptions.fillDistance;
-    plan.margin = (cellUse(plan.recipe.options).neighbours ? 1 : 0) + qCeil(fill);
+    plan.margin = (cellUse(plan.recipe.options).neighbours || isContourPlan(plan) ? 1 : 0) + qCeil(fill);
     plan.program = programVersion();
     plan.tool = QString::fromUtf8(GDALVersionInfo("--version"));
     for (int at = 0; at < order.dems.size(); ++at) {
@@ -122,6 +132,11 @@ ProcessingRequest tileRequest(const TilePlan &plan, const PlannedTile &tile, con
 {
     ProcessingRequest request = requestOf(plan.recipe, toolInput);
     request.part = tile.window;
+    if (isContourPlan(plan)) {
+        const DemFacts dem = readDemFacts(plan.recipe.input, plan.recipe.band);
+        request.part = contourWindow(plan.grid.raster, tile.window, dem.toGround).cells;
+        request.outputOptions.format = QStringLiteral("GPKG");
+    }
     return request;
 }
 

@@ -2,9 +2,13 @@
 
 #include "app/tiles/tilemarks.h"
 #include "dataset/formatfilters.h"
+#include "dataset/join/contourwindow.h"
+#include "dataset/views/demfacts.h"
 #include "messages/label.h"
 
 #include <QLocale>
+
+#include <cmath>
 
 TileSet finishedTiles(const QString &folder, const TilePlan &plan)
 {
@@ -22,10 +26,41 @@ TileSet finishedTiles(const QString &folder, const TilePlan &plan)
     return set;
 }
 
-QString tileExtension(const TilePlan &plan)
+bool isContourPlan(const TilePlan &plan)
+{
+    return processOf(plan.recipe.options) == Process::Contour;
+}
+
+QString joinedExtension(const TilePlan &plan)
 {
     const ProcessRow &row = processRow(processOf(plan.recipe.options));
     return formatExtensions(outputFormat(plan.recipe.outputOptions, row.product)).value(0);
+}
+
+QString tileExtension(const TilePlan &plan)
+{
+    return isContourPlan(plan) ? QStringLiteral("gpkg") : joinedExtension(plan);
+}
+
+QVector<ContourTile> contourTiles(const QString &folder, const TilePlan &plan)
+{
+    const DemFacts dem = readDemFacts(plan.recipe.input, plan.recipe.band);
+    QVector<ContourTile> tiles;
+    for (qint64 number = 0; number < plan.grid.count(); ++number)
+        tiles += {tileProduct(folder, plan.grid.name(number), tileExtension(plan)),
+                  contourWindow(plan.grid.raster, plan.grid.window(number), dem.toGround).keep};
+    return tiles;
+}
+
+ContourJoin contourJoinOf(const TilePlan &plan)
+{
+    constexpr double smallShare = 1e-3; // of a cell
+    const DemFacts dem = readDemFacts(plan.recipe.input, plan.recipe.band);
+    return {.path = {},
+            .driver = outputFormat(plan.recipe.outputOptions, ProductKind::Vector),
+            .layer = outputLayer(plan.recipe.outputOptions),
+            .attribute = std::get<ContourOptions>(plan.recipe.options).attribute,
+            .tolerance = std::abs(dem.toGround[1]) * smallShare};
 }
 
 QString joinedProduct(const QString &folder, const TilePlan &plan, const QString &extension)

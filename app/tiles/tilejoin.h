@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/tiles/tileplan.h"
+#include "dataset/join/contourjoin.h"
 
 /// The finished tiles of a plan as one product.
 struct TileSet
@@ -12,8 +13,21 @@ struct TileSet
 /// Finds the products of all tiles.
 TileSet finishedTiles(const QString &folder, const TilePlan &plan);
 
-/// Extension of the products of the tiles, without a dot.
+/// Whether the tiles are files of contour lines.
+bool isContourPlan(const TilePlan &plan);
+
+/// Extension of the products of the tiles, without a dot. Contour lines are kept in GeoPackages until they are
+/// joined, since these keep every coordinate.
 QString tileExtension(const TilePlan &plan);
+
+/// Extension of the file of contour lines that is made of all tiles, in the format of the recipe.
+QString joinedExtension(const TilePlan &plan);
+
+/// The files of contour lines, with what is kept of each, in the order of the tiles.
+QVector<ContourTile> contourTiles(const QString &folder, const TilePlan &plan);
+
+/// How they are joined; the path is left to the caller.
+ContourJoin contourJoinOf(const TilePlan &plan);
 
 /// Path of the product of all tiles: "<folder>/<word of the process>.<extension>".
 QString joinedProduct(const QString &folder, const TilePlan &plan, const QString &extension);

@@ -39,11 +39,11 @@ struct ContourJoinResult
     QString problem; ///< why there is no file, in a sentence; empty otherwise, also after a stop
 };
 
-/// Cuts the lines of every tile (at least one) at its sides and joins them over the seams by their elevation, as
-/// one run of the contour tool over the whole DEM would draw them. The file has the fields "ID", counted from
-/// 0, and `attribute`; the CRS is that of the first tile, and the vertices have elevations if those of the tiles
-/// have. Lines of tiles that have neither the attribute nor elevations are joined by their places alone. The
-/// order of the lines is not that of the tool.
+/// Cuts the lines of every tile (at least one) at its sides and joins them over the seams by their elevation,
+/// as one run of the contour tool over the whole DEM would draw them. The file has the fields "ID", counted
+/// from 0, and `attribute`; the CRS is that of the first tile, and the vertices have elevations if those of the
+/// tiles have. Lines of tiles that have neither the attribute nor elevations are joined by their places alone.
+/// The order of the lines is not that of the tool.
 ///
 /// Memory holds the lines that are open at a seam, not all lines. `progress` receives the finished share, from
 /// 0 to 1, and stops the joining when it returns false. After a stop or a problem no part of the file is left.
