@@ -45,7 +45,8 @@ QJsonObject headerObject(const TilePlan &plan)
     const QByteArray recipe = writeRecipe(plan.recipe);
     return {{QStringLiteral("format"), formatVersion},
             {QStringLiteral("process"), plan.recipe.process},
-            {QStringLiteral("tiles"), plan.grid.count()},
+            {QStringLiteral("tiles"), plan.tileCount()},
+            {QStringLiteral("groups"), plan.groups.size()},
             {QStringLiteral("width"), plan.grid.raster.width()},
             {QStringLiteral("height"), plan.grid.raster.height()},
             {QStringLiteral("tileSize"), plan.grid.side},
@@ -64,6 +65,14 @@ QJsonObject inputObject(int number, const PlannedInput &input)
             {QStringLiteral("size"), input.size},
             {QStringLiteral("time"), input.time},
             {QStringLiteral("cells"), cellsArray(input.cells)}};
+}
+
+QJsonObject groupObject(int number, const SightGroup &group)
+{
+    return {{QStringLiteral("group"), number},
+            {QStringLiteral("tile"), group.tile},
+            {QStringLiteral("observers"), QJsonArray{group.first, group.count}},
+            {QStringLiteral("cells"), cellsArray(group.window)}};
 }
 
 QJsonObject tileObject(const PlannedTile &tile)
@@ -87,8 +96,12 @@ template <class Take> bool writeLines(const TilePlan &plan, Take take)
         if (!take(line(inputObject(at, plan.inputs.at(at)))))
             return false;
     }
+    for (int at = 0; at < plan.groups.size(); ++at) {
+        if (!take(line(groupObject(at, plan.groups.at(at)))))
+            return false;
+    }
     PlannedTiles tiles(plan);
-    for (qint64 tile = 0; tile < plan.grid.count(); ++tile) {
+    for (qint64 tile = 0; tile < plan.tileCount(); ++tile) {
         if (!take(line(tileObject(tiles.tile(tile)))))
             return false;
     }
@@ -105,6 +118,14 @@ bool holdsPlan(const QString &name, const TilePlan &plan)
     return isSame && file.atEnd();
 }
 
+/// The recipe without the observers, which belong to single tiles.
+Recipe withoutObservers(Recipe recipe)
+{
+    if (auto *sight = std::get_if<IntervisibilityOptions>(&recipe.options))
+        sight->observers.clear();
+    return recipe;
+}
+
 QString damagedProblem(const QString &file)
 {
     return labelText({"MESS_PLAN_ABIME", "Le plan « %1 » n'est pas lisible ; refaites-le avec --plan."})
@@ -116,7 +137,8 @@ QString damagedProblem(const QString &file)
 bool TilePlan::operator==(const TilePlan &other) const
 {
     return recipe == other.recipe && grid.raster == other.grid.raster && grid.side == other.grid.side
-        && margin == other.margin && program == other.program && tool == other.tool && inputs == other.inputs;
+        && margin == other.margin && program == other.program && tool == other.tool && inputs == other.inputs
+        && groups == other.groups;
 }
 
 QString planFile(const QString &folder)
@@ -126,7 +148,7 @@ QString planFile(const QString &folder)
 
 PlannedTiles::PlannedTiles(const TilePlan &plan)
     : m_plan(plan)
-    , m_common(shortHash(writeRecipe(plan.recipe) + plan.program.toUtf8() + '\n' + plan.tool.toUtf8() + '\n'
+    , m_common(shortHash(writeRecipe(withoutObservers(plan.recipe)) + plan.program.toUtf8() + '\n' + plan.tool.toUtf8() + '\n'
                          + QByteArray::number(plan.margin)))
     , m_byTop(plan.inputs.size())
 {
@@ -157,25 +179,58 @@ void PlannedTiles::enterRow(int row)
     });
 }
 
-PlannedTile PlannedTiles::tile(qint64 number)
+/// The inputs of the row of tiles that hold some of the cells.
+QVector<int> PlannedTiles::inputsOf(const QRect &read) const
 {
-    PlannedTile tile{number, m_plan.grid.name(number), m_plan.grid.window(number), {}, {}};
-    enterRow(static_cast<int>(number / m_plan.grid.columns()));
-    const QRect read = withMargin(tile.window, m_plan.margin, m_plan.grid.raster);
-    QByteArray text = m_common + tile.name.toLatin1() + line({{QStringLiteral("w"), cellsArray(tile.window)}});
-    for (const int input : qAsConst(m_inRow)) {
+    QVector<int> inputs;
+    for (const int input : m_inRow) {
         if (m_plan.inputs.at(input).cells.left() > read.right())
             break;
         if (m_plan.inputs.at(input).cells.intersects(read))
-            tile.inputs += input;
+            inputs += input;
     }
-    std::sort(tile.inputs.begin(), tile.inputs.end()); // where inputs overlap, the later one counts
-    for (const int input : qAsConst(tile.inputs)) {
-        const PlannedInput &file = m_plan.inputs.at(input);
-        text += line(inputObject(0, file));
+    std::sort(inputs.begin(), inputs.end()); // where inputs overlap, the later one counts
+    return inputs;
+}
+
+PlannedTile PlannedTiles::tile(qint64 number)
+{
+    PlannedTile tile;
+    tile.number = number;
+    QByteArray text = m_common;
+    if (m_plan.groups.isEmpty()) {
+        tile.name = m_plan.grid.name(number);
+        tile.window = m_plan.grid.window(number);
+        enterRow(static_cast<int>(number / m_plan.grid.columns()));
+        tile.inputs = inputsOf(withMargin(tile.window, m_plan.margin, m_plan.grid.raster));
+    } else {
+        const SightGroup &group = m_plan.groups.at(static_cast<int>(number));
+        tile.name = m_plan.grid.name(group.tile);
+        tile.window = group.window;
+        for (int input = 0; input < m_plan.inputs.size(); ++input) {
+            if (m_plan.inputs.at(input).cells.intersects(tile.window))
+                tile.inputs += input;
+        }
+        text += writeRecipe(tileRecipe(m_plan, tile));
     }
+    text += tile.name.toLatin1() + line({{QStringLiteral("w"), cellsArray(tile.window)}});
+    for (const int input : qAsConst(tile.inputs))
+        text += line(inputObject(0, m_plan.inputs.at(input)));
     tile.stamp = QString::fromLatin1(shortHash(text));
     return tile;
+}
+
+Recipe tileRecipe(const TilePlan &plan, const PlannedTile &tile)
+{
+    Recipe recipe = plan.recipe;
+    auto *sight = std::get_if<IntervisibilityOptions>(&recipe.options);
+    if (!sight)
+        return recipe;
+    const SightGroup &group = plan.groups.at(static_cast<int>(tile.number));
+    sight->observers = sight->observers.mid(group.first, group.count);
+    sight->result = sightResultWord(sightResult(*sight) == SightResult::Height ? SightResult::Height
+                                                                              : SightResult::Count);
+    return recipe;
 }
 
 QString writePlan(const QString &name, const TilePlan &plan)
@@ -224,6 +279,14 @@ PlanReading readPlan(const QString &name)
              static_cast<qint64>(object.value(QStringLiteral("size")).toDouble()),
              object.value(QStringLiteral("time")).toString(), readCells(object.value(QStringLiteral("cells")))};
         isGood = !plan.inputs.last().path.isEmpty();
+    }
+    const int groups = header.value(QStringLiteral("groups")).toInt();
+    for (int at = 0; isGood && at < groups; ++at) {
+        const QJsonObject object = QJsonDocument::fromJson(file.readLine()).object();
+        const QJsonArray observers = object.value(QStringLiteral("observers")).toArray();
+        plan.groups += {static_cast<qint64>(object.value(QStringLiteral("tile")).toDouble()), observers.at(0).toInt(),
+                        observers.at(1).toInt(), readCells(object.value(QStringLiteral("cells")))};
+        isGood = !plan.groups.last().window.isEmpty();
     }
     if (!isGood || inputs < 1)
         reading.problem = damagedProblem(name);

@@ -27,6 +27,18 @@ struct PlannedInput
     bool operator==(const PlannedInput &other) const = default;
 };
 
+/// Observers of an intervisibility run that one task computes together: those that stand on one tile, and the
+/// window of all that is within their reach.
+struct SightGroup
+{
+    qint64 tile = 0; ///< of the grid
+    int first = 0;   ///< index in the observers of the recipe
+    int count = 0;
+    QRect window; ///< cells of the DEM
+
+    bool operator==(const SightGroup &other) const = default;
+};
+
 /// What holds for all tiles.
 struct TilePlan
 {
@@ -36,8 +48,12 @@ struct TilePlan
     QString program; ///< version of this program
     QString tool;    ///< version of GDAL
     QVector<PlannedInput> inputs;
+    QVector<SightGroup> groups; ///< of an intervisibility run, whose tiles they are; empty for another process
 
     bool operator==(const TilePlan &other) const;
+
+    /// Number of tiles to make.
+    qint64 tileCount() const { return groups.isEmpty() ? grid.count() : groups.size(); }
 };
 
 /// A tile of the plan.
@@ -53,6 +69,10 @@ struct PlannedTile
 /// File of the plan in the folder of the tiles.
 QString planFile(const QString &folder);
 
+/// The recipe of a tile. That of an intervisibility has the observers of the tile's group, and counts those that
+/// see a cell where the product is a picture.
+Recipe tileRecipe(const TilePlan &plan, const PlannedTile &tile);
+
 /// Goes through the tiles of a plan in their order.
 class PlannedTiles
 {
@@ -64,6 +84,7 @@ public:
 
 private:
     void enterRow(int row);
+    QVector<int> inputsOf(const QRect &read) const;
 
     const TilePlan &m_plan;
     QByteArray m_common;  ///< what every stamp depends on
