@@ -41,6 +41,8 @@ void TileJoiner::start()
     }
     if (isContourPlan(m_plan))
         writeContours();
+    else if (!m_plan.groups.isEmpty())
+        writeSights();
     else if (m_join == TileJoin::Cog)
         writeGeoTiff(set.products);
     else
@@ -102,11 +104,8 @@ void TileJoiner::writeContours()
     if (!beginFile(declaredOutputs(product).first(), QStringLiteral("contour")))
         return;
     join.path = m_part->product();
-    const ContourJoinResult result = joinContours(contourTiles(m_folder, m_plan), join, [this](double share) {
-        constexpr double all = 100.0;
-        m_log.progress(static_cast<int>(share * all));
-        return !StopSignals::stopWasRequested();
-    });
+    const ContourJoinResult result =
+        joinContours(contourTiles(m_folder, m_plan), join, [this](double share) { return hasTime(share); });
     if (result.unmatched > 0)
         printError(
             labelText({"MESS_TUILES_OUVERTES", "%1 bouts de courbes ne continuent pas dans la tuile voisine."})
@@ -117,6 +116,33 @@ void TileJoiner::writeContours()
         end(result.problem);
     else
         place();
+}
+
+void TileJoiner::writeSights()
+{
+    SightJoin join = sightJoinOf(m_plan);
+    const QuvoOutputFile file{.path = joinedProduct(m_folder, m_plan, QStringLiteral("tif")),
+                              .driver = QStringLiteral("GTiff"),
+                              .kind = QuvoOutputFileKind::Raster};
+    if (!beginFile(file, m_plan.recipe.process))
+        return;
+    join.path = m_part->product();
+    const QString problem =
+        joinSights(sightShares(m_folder, m_plan), join, [this](double share) { return hasTime(share); });
+    if (StopSignals::stopWasRequested())
+        end(stoppedText());
+    else if (!problem.isEmpty())
+        end(problem);
+    else
+        place();
+}
+
+/// Reports the progress of the joining; false where the user has stopped it.
+bool TileJoiner::hasTime(double share)
+{
+    constexpr double all = 100.0;
+    m_log.progress(static_cast<int>(share * all));
+    return !StopSignals::stopWasRequested();
 }
 
 void TileJoiner::place()

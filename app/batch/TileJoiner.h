@@ -31,6 +31,8 @@ private:
     void writeView(const QStringList &products);
     void writeGeoTiff(const QStringList &products);
     void writeContours();
+    void writeSights();
+    bool hasTime(double share);
     bool beginFile(const QuvoOutputFile &file, const QString &name);
     void place();
     void end(const QString &problem);

@@ -17,7 +17,7 @@ namespace
 TileShare tilesOf(const TilePlan &plan, const TileArguments &arguments)
 {
     const TaskNumber task = arguments.task.value_or(TaskNumber());
-    return shareOf(plan.grid.count(), task.task, task.tasks);
+    return shareOf(plan.tileCount(), task.task, task.tasks);
 }
 
 QString taskText(const TileArguments &arguments)
@@ -75,6 +75,8 @@ QString TileRuns::prepare()
         return problem;
     const DemFacts dem = readDemFacts(m_plan.recipe.input, m_plan.recipe.band);
     exportWindowVariables(m_plan.inputs.size() == 1 && dem.blockWidth == dem.width);
+    if (!m_plan.groups.isEmpty()) // each tile has its own observers
+        return {};
     m_input = prepareInput(m_plan.recipe.options, m_plan.recipe.input, m_plan.recipe.band, m_workFolder,
                            &StopSignals::stopWasRequested);
     for (const QString &warning : qAsConst(m_input.warnings))
@@ -118,6 +120,13 @@ void TileRuns::startTile(const PlannedTile &tile)
     const QString changed = changedInputProblem(m_plan, tile.inputs);
     if (!changed.isEmpty()) {
         endTile("failed", BatchExit::BadInput, changed);
+        return;
+    }
+    if (!m_plan.groups.isEmpty())
+        m_input = prepareInput(tileRecipe(m_plan, tile).options, m_plan.recipe.input, m_plan.recipe.band,
+                               m_workFolder, &StopSignals::stopWasRequested);
+    if (!m_input.problem.isEmpty()) {
+        endTile("failed", BatchExit::BadInput, m_input.problem);
         return;
     }
     ProcessingRequest request = tileRequest(m_plan, tile, m_input.toolInput);

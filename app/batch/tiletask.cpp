@@ -108,7 +108,7 @@ void printSizes(const TilePlan &plan, const QString &folder)
 /// One command a line; each makes a share of the tiles.
 BatchExit printTasks(const TilePlan &plan, const QString &folder, const TileArguments &arguments)
 {
-    const auto tasks = static_cast<int>(std::min<qint64>(arguments.tasks.value_or(INT_MAX), plan.grid.count()));
+    const auto tasks = static_cast<int>(std::min<qint64>(arguments.tasks.value_or(INT_MAX), plan.tileCount()));
     bool isPrinted = true;
     for (int task = 0; isPrinted && task < tasks; ++task)
         isPrinted = printOutput(

@@ -2,6 +2,7 @@
 
 #include "app/process/productsteps.h"
 #include "app/startup/versions.h"
+#include "app/tiles/sightgroups.h"
 #include "app/tiles/tilejoin.h"
 #include "colortable/colortablefile.h"
 #include "dataset/extremes.h"
@@ -65,14 +66,48 @@ QString fixColors(ProcessOptions &options, const QString &dem, int band, WorkFol
     return fixPercentages(relief->colors, dem, band, isStopped);
 }
 
+/// Why a DEM with this grid has no tiles, in a sentence; empty where it has.
+QString gridProblem(const DemFacts &facts, const TilePlan &plan)
+{
+    if (!facts.isOpen)
+        return labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}) + QLatin1Char('\n')
+            + plan.recipe.input;
+    if (isRotated(facts) || !facts.isGeoreferenced)
+        return labelText({"MESS_TUILES_OBLIQUE",
+                          "Un MNT sans coordonnées, ou dont la grille est oblique, ne se fait pas en tuiles."});
+    if (isMirrored(facts) && isContourPlan(plan))
+        return labelText(
+            {"MESS_TUILES_MIROIR",
+             "Les courbes d'un MNT dont les lignes vont du sud au nord ne se font pas en tuiles."});
+    return {};
+}
+
+/// Finds out what the whole DEM decides for all tiles.
+void settleOptions(TilePlanning &planning, WorkFolder &workFolder, const StopCheck &isStopped)
+{
+    Recipe &recipe = planning.plan.recipe;
+    planning.isInputProblem = true;
+    auto *sight = std::get_if<IntervisibilityOptions>(&recipe.options);
+    if (!sight) {
+        planning.problem = fixColors(recipe.options, recipe.input, recipe.band, workFolder, isStopped);
+        return;
+    }
+    const DemGround ground(recipe.input, recipe.band);
+    const ObserverReading observers = holdObserversByValue(*sight, ground);
+    planning.warnings += observers.warnings;
+    planning.problem = observers.problem;
+    groupObservers(planning.plan, ground);
+}
+
 } // namespace
 
 QString tilesProblem(const Recipe &recipe)
 {
     const Process process = processOf(recipe.options);
-    if (process == Process::Intervisibility)
-        return labelText({"MESS_TUILES_TRAITEMENT", "Le traitement « %1 » ne se fait pas en tuiles."})
-            .arg(recipe.process);
+    const auto *sight = std::get_if<IntervisibilityOptions>(&recipe.options);
+    if (sight && (!sight->skyline.isEmpty() || !sight->statistics.isEmpty()))
+        return labelText({"MESS_TUILES_COTE",
+                          "L'horizon et les statistiques (skyline, statistics) ne se font pas en tuiles."});
     if (!recipe.outputOptions.reproject.isEmpty() && mayReproject(process))
         return labelText(
             {"MESS_TUILES_PROJ", "Un autre système de coordonnées (reproject) ne va pas avec des tuiles."});
@@ -99,20 +134,9 @@ TilePlanning makePlan(const TileOrder &order, WorkFolder &workFolder, const Stop
         cells = mosaic.cells;
     }
     const DemFacts facts = readDemFacts(plan.recipe.input, plan.recipe.band);
-    if (!facts.isOpen)
-        return refused(labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"})
-                           + QLatin1Char('\n') + plan.recipe.input,
-                       true);
-    if (isRotated(facts) || !facts.isGeoreferenced)
-        return refused(
-            labelText({"MESS_TUILES_OBLIQUE",
-                       "Un MNT sans coordonnées, ou dont la grille est oblique, ne se fait pas en tuiles."}),
-            true);
-    if (isMirrored(facts) && isContourPlan(plan))
-        return refused(
-            labelText({"MESS_TUILES_MIROIR",
-                       "Les courbes d'un MNT dont les lignes vont du sud au nord ne se font pas en tuiles."}),
-            true);
+    const QString problem = gridProblem(facts, plan);
+    if (!problem.isEmpty())
+        return refused(problem, true);
     plan.grid = {{facts.width, facts.height}, order.side};
     const double fill = plan.recipe.outputOptions.fillDistance;
     plan.margin = (cellUse(plan.recipe.options).neighbours || isContourPlan(plan) ? 1 : 0) + qCeil(fill);
@@ -122,15 +146,13 @@ TilePlanning makePlan(const TileOrder &order, WorkFolder &workFolder, const Stop
         plan.inputs += inputNow(order.dems.at(at));
         plan.inputs.last().cells = cells.isEmpty() ? QRect(0, 0, facts.width, facts.height) : cells.at(at);
     }
-    planning.problem =
-        fixColors(plan.recipe.options, plan.recipe.input, plan.recipe.band, workFolder, isStopped);
-    planning.isInputProblem = true;
+    settleOptions(planning, workFolder, isStopped);
     return planning;
 }
 
 ProcessingRequest tileRequest(const TilePlan &plan, const PlannedTile &tile, const ToolInput &toolInput)
 {
-    ProcessingRequest request = requestOf(plan.recipe, toolInput);
+    ProcessingRequest request = requestOf(tileRecipe(plan, tile), toolInput);
     request.part = tile.window;
     if (isContourPlan(plan)) {
         const DemFacts dem = readDemFacts(plan.recipe.input, plan.recipe.band);
@@ -143,6 +165,10 @@ ProcessingRequest tileRequest(const TilePlan &plan, const PlannedTile &tile, con
 QString tileSizesText(const TilePlan &plan)
 {
     const ProcessRow &row = processRow(processOf(plan.recipe.options));
+    const QString number = labelText({"MESS_TUILES_NOMBRE", "%1 tuiles de %2 × %2 cellules."})
+                               .arg(QLocale().toString(plan.tileCount()), QLocale().toString(plan.grid.side));
+    if (row.product == ProductKind::Vector || !plan.groups.isEmpty())
+        return number;
     const double cellBytes = static_cast<double>(row.bands) * row.bytesPerCell;
     const QSize raster = plan.grid.raster;
     const double tileCells = static_cast<double>(std::min(plan.grid.side, raster.width()))
@@ -150,10 +176,9 @@ QString tileSizesText(const TilePlan &plan)
     const auto size = [&](double cells) {
         return QLocale().formattedDataSize(static_cast<qint64>(cells * cellBytes));
     };
-    return labelText(
-               {"MESS_TUILES_TAILLE",
-                "%1 tuiles de %2 × %2 cellules : environ %3 par tuile, %4 en tout ; pendant le calcul d'une "
-                "tuile, deux fois sa place."})
-        .arg(QLocale().toString(plan.grid.count()), QLocale().toString(plan.grid.side), size(tileCells),
-             size(static_cast<double>(raster.width()) * raster.height()));
+    return number + QLatin1Char(' ')
+        + labelText(
+              {"MESS_TUILES_TAILLE",
+               "Environ %1 par tuile, %2 en tout ; le calcul d'une tuile demande en plus deux fois sa place."})
+              .arg(size(tileCells), size(static_cast<double>(raster.width()) * raster.height()));
 }

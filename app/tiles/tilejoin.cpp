@@ -6,6 +6,7 @@
 #include "dataset/views/demfacts.h"
 #include "messages/label.h"
 
+#include <QColor>
 #include <QLocale>
 
 #include <cmath>
@@ -15,7 +16,7 @@ TileSet finishedTiles(const QString &folder, const TilePlan &plan)
     TileSet set;
     const QString extension = tileExtension(plan);
     PlannedTiles tiles(plan);
-    for (qint64 number = 0; number < plan.grid.count(); ++number) {
+    for (qint64 number = 0; number < plan.tileCount(); ++number) {
         const PlannedTile tile = tiles.tile(number);
         const QString product = tileProduct(folder, tile.name, extension);
         if (isTileDone(folder, tile, product))
@@ -50,6 +51,42 @@ QVector<ContourTile> contourTiles(const QString &folder, const TilePlan &plan)
         tiles += {tileProduct(folder, plan.grid.name(number), tileExtension(plan)),
                   contourWindow(plan.grid.raster, plan.grid.window(number), dem.toGround).keep};
     return tiles;
+}
+
+QVector<SightShare> sightShares(const QString &folder, const TilePlan &plan)
+{
+    QVector<SightShare> shares;
+    for (const SightGroup &group : plan.groups)
+        shares += {tileProduct(folder, plan.grid.name(group.tile), tileExtension(plan)), group.window};
+    return shares;
+}
+
+SightJoin sightJoinOf(const TilePlan &plan)
+{
+    const auto &options = std::get<IntervisibilityOptions>(plan.recipe.options);
+    const SightResult result = sightResult(options);
+    const auto rgb = [](const QString &name) {
+        const QColor color(name);
+        return SightJoin::Rgb{static_cast<unsigned char>(color.red()),
+                              static_cast<unsigned char>(color.green()),
+                              static_cast<unsigned char>(color.blue())};
+    };
+    SightJoin join;
+    if (result != SightResult::Picture)
+        join.sum = result == SightResult::Count ? SightSum::Count : SightSum::LeastHeight;
+    join.byAll = options.combination.compare(QLatin1String("AND"), Qt::CaseInsensitive) == 0;
+    join.observers = static_cast<int>(options.observers.size());
+    join.seen = rgb(options.visibleColor);
+    join.hidden = rgb(options.hiddenColor);
+    join.noData = rgb(options.noDataColor);
+    join.dem = plan.recipe.input;
+    join.band = plan.recipe.band;
+    if (plan.recipe.outputOptions.tiled) {
+        join.creationOptions += QStringLiteral("TILED=YES");
+        if (plan.recipe.outputOptions.worldFile)
+            join.creationOptions += QStringLiteral("TFW=YES");
+    }
+    return join;
 }
 
 ContourJoin contourJoinOf(const TilePlan &plan)

@@ -2,6 +2,7 @@
 
 #include "app/tiles/tileplan.h"
 #include "dataset/join/contourjoin.h"
+#include "dataset/join/sightjoin.h"
 
 /// The finished tiles of a plan as one product.
 struct TileSet
@@ -26,7 +27,13 @@ QString joinedExtension(const TilePlan &plan);
 /// The files of contour lines, with what is kept of each, in the order of the tiles.
 QVector<ContourTile> contourTiles(const QString &folder, const TilePlan &plan);
 
-/// How they are joined; the path is left to the caller.
+/// What the groups of observers see, in the order of the tiles.
+QVector<SightShare> sightShares(const QString &folder, const TilePlan &plan);
+
+/// How it is added up; the path is left to the caller.
+SightJoin sightJoinOf(const TilePlan &plan);
+
+/// How the contour lines are joined; the path is left to the caller.
 ContourJoin contourJoinOf(const TilePlan &plan);
 
 /// Path of the product of all tiles: "<folder>/<word of the process>.<extension>".

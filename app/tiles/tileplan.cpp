@@ -148,8 +148,8 @@ QString planFile(const QString &folder)
 
 PlannedTiles::PlannedTiles(const TilePlan &plan)
     : m_plan(plan)
-    , m_common(shortHash(writeRecipe(withoutObservers(plan.recipe)) + plan.program.toUtf8() + '\n' + plan.tool.toUtf8() + '\n'
-                         + QByteArray::number(plan.margin)))
+    , m_common(shortHash(writeRecipe(withoutObservers(plan.recipe)) + plan.program.toUtf8() + '\n'
+                         + plan.tool.toUtf8() + '\n' + QByteArray::number(plan.margin)))
     , m_byTop(plan.inputs.size())
 {
     std::iota(m_byTop.begin(), m_byTop.end(), 0);
@@ -228,8 +228,8 @@ Recipe tileRecipe(const TilePlan &plan, const PlannedTile &tile)
         return recipe;
     const SightGroup &group = plan.groups.at(static_cast<int>(tile.number));
     sight->observers = sight->observers.mid(group.first, group.count);
-    sight->result = sightResultWord(sightResult(*sight) == SightResult::Height ? SightResult::Height
-                                                                              : SightResult::Count);
+    sight->result =
+        sightResultWord(sightResult(*sight) == SightResult::Height ? SightResult::Height : SightResult::Count);
     return recipe;
 }
 
@@ -284,8 +284,9 @@ PlanReading readPlan(const QString &name)
     for (int at = 0; isGood && at < groups; ++at) {
         const QJsonObject object = QJsonDocument::fromJson(file.readLine()).object();
         const QJsonArray observers = object.value(QStringLiteral("observers")).toArray();
-        plan.groups += {static_cast<qint64>(object.value(QStringLiteral("tile")).toDouble()), observers.at(0).toInt(),
-                        observers.at(1).toInt(), readCells(object.value(QStringLiteral("cells")))};
+        plan.groups +=
+            {static_cast<qint64>(object.value(QStringLiteral("tile")).toDouble()), observers.at(0).toInt(),
+             observers.at(1).toInt(), readCells(object.value(QStringLiteral("cells")))};
         isGood = !plan.groups.last().window.isEmpty();
     }
     if (!isGood || inputs < 1)

@@ -69,8 +69,8 @@ struct PlannedTile
 /// File of the plan in the folder of the tiles.
 QString planFile(const QString &folder);
 
-/// The recipe of a tile. That of an intervisibility has the observers of the tile's group, and counts those that
-/// see a cell where the product is a picture.
+/// The recipe of a tile. That of an intervisibility has the observers of the tile's group, and counts those
+/// that see a cell where the product is a picture.
 Recipe tileRecipe(const TilePlan &plan, const PlannedTile &tile);
 
 /// Goes through the tiles of a plan in their order.

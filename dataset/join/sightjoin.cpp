@@ -56,12 +56,12 @@ public:
             return true;
         const int rows = end - first;
         m_read.resize(static_cast<std::size_t>(window.width()) * rows);
-        if (share.GetRasterBand(1)->RasterIO(GF_Read, 0, first - window.top(), window.width(), rows, m_read.data(),
-                                             window.width(), rows, GDT_Float64, 0, 0, nullptr)
+        if (share.GetRasterBand(1)->RasterIO(GF_Read, 0, first - window.top(), window.width(), rows,
+                                             m_read.data(), window.width(), rows, GDT_Float64, 0, 0, nullptr)
             != CE_None)
             return false;
-        const double nothing = m_join.sum == SightSum::LeastHeight ? noHeight
-                                                                   : share.GetRasterBand(1)->GetNoDataValue();
+        const double nothing =
+            m_join.sum == SightSum::LeastHeight ? noHeight : share.GetRasterBand(1)->GetNoDataValue();
         for (int row = 0; row < rows; ++row) {
             std::size_t to = static_cast<std::size_t>(first + row - m_top) * m_width + window.left();
             const double *from = m_read.data() + static_cast<std::size_t>(row) * window.width();
@@ -141,9 +141,9 @@ public:
         for (int band = 0; band < m_file->GetRasterCount(); ++band) {
             for (std::size_t cell = 0; cell < m_isVoid.size(); ++cell)
                 m_cells[cell] = cellValue(rows, cell, shares, band);
-            if (m_file->GetRasterBand(band + 1)
-                    ->RasterIO(GF_Write, 0, top, m_width, rows.count(), m_cells.data(), m_width, rows.count(),
-                               GDT_Float64, 0, 0, nullptr)
+            if (m_file->GetRasterBand(band + 1)->RasterIO(GF_Write, 0, top, m_width, rows.count(),
+                                                          m_cells.data(), m_width, rows.count(), GDT_Float64, 0,
+                                                          0, nullptr)
                 != CE_None)
                 return false;
         }
@@ -179,8 +179,8 @@ private:
         m_isVoid.resize(cells);
         m_cells.resize(cells);
         std::vector<unsigned char> mask(cells);
-        if (m_mask.GetMaskBand()->RasterIO(GF_Read, 0, top, m_width, rows, mask.data(), m_width, rows, GDT_Byte, 0, 0,
-                                           nullptr)
+        if (m_mask.GetMaskBand()->RasterIO(GF_Read, 0, top, m_width, rows, mask.data(), m_width, rows, GDT_Byte,
+                                           0, 0, nullptr)
                 != CE_None
             || m_mask.RasterIO(GF_Read, 0, top, m_width, rows, m_cells.data(), m_width, rows, GDT_Float64, 0, 0,
                                nullptr)
@@ -219,8 +219,8 @@ QString unreadable(const QString &path, const GdalMessages &messages)
 
 QString unwritable(const QString &path, const GdalMessages &messages)
 {
-    return labelText({"MESS_VUE_ECRITURE", "Le fichier « %1 » n'a pas pu être écrit."}).arg(path) + QLatin1Char('\n')
-        + messages.lastError();
+    return labelText({"MESS_VUE_ECRITURE", "Le fichier « %1 » n'a pas pu être écrit."}).arg(path)
+        + QLatin1Char('\n') + messages.lastError();
 }
 
 /// Returns the problem. A stop has none, and sets `isStopped`.
