@@ -68,7 +68,7 @@ void declareTileOptions(QCommandLineParser &parser)
     const auto text = [](const char *key, const char *defaultText) { return labelText({key, defaultText}); };
     parser.addOptions({
         {tilesName,
-         text("MESS_LOT_TUILES",
+         text("MESS_LOT_EN_TUILES",
               "Fait le produit en tuiles, sans raccord visible ; les MNT (fichiers ou dossier) n'en font "
               "qu'un.")},
         {folderName, text("MESS_LOT_INTO", "Avec --tiles : dossier du plan et des tuiles."),

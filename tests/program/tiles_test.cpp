@@ -7,13 +7,18 @@
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <gdal_priv.h>
+#include <ogrsf_frmts.h>
 
+#include <algorithm>
+#include <cmath>
 #include <csignal>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -28,6 +33,9 @@ private slots:
 
     void equalToTheWhole_data();
     void equalToTheWhole();
+    void contourLines();
+    void sights_data();
+    void sights();
     void sharesAndPlan();
     void onlyWhatChanged();
     void stopsAndKills();
@@ -74,6 +82,21 @@ std::vector<float> cellsOf(const QString &path)
     const CPLErr error = file->RasterIO(GF_Read, 0, 0, width, height, cells.data(), width, height, GDT_Float32,
                                         file->GetRasterCount(), nullptr, 0, 0, 0, nullptr);
     return error == CE_None ? cells : std::vector<float>();
+}
+
+/// The lengths of the lines of each elevation, sorted.
+QMap<double, QVector<double>> lengthsByLevel(const QString &path)
+{
+    QMap<double, QVector<double>> lengths;
+    const std::unique_ptr<GDALDataset> file(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_VECTOR));
+    OGRLayer *layer = file ? file->GetLayer(0) : nullptr;
+    if (!layer)
+        return lengths;
+    for (const auto &feature : *layer)
+        lengths[feature->GetFieldAsDouble("alt")] += feature->GetGeometryRef()->toLineString()->get_Length();
+    for (QVector<double> &level : lengths)
+        std::sort(level.begin(), level.end());
+    return lengths;
 }
 
 } // namespace
@@ -145,6 +168,59 @@ void TilesTest::equalToTheWhole()
     QVERIFY(QDir().rename(path("ailleurs"), path("à faire")));
     QCOMPARE(batch(task({"--join", "cog"})).code, 0);
     QVERIFY(cellsOf(path("à faire/" + process + ".tif")) == expected);
+}
+
+/// The lines of the tiles are those of one run: as many, as long, and each at its elevation.
+void TilesTest::contourLines()
+{
+    recipe(R"({"format": 1, "process": "contour", "options": {"interval": 7, "attribute": "alt"}})");
+    QCOMPARE(batch({path("recette.json"), "--input", path("whole.tif"), "--output", path("expected.shp")}).code,
+             0);
+    const Ended tiles = batch(tiled());
+    QVERIFY2(tiles.code == 0 && tiles.error.count('\n') == 1, qPrintable(tiles.error));
+    const QMap<double, QVector<double>> expected = lengthsByLevel(path("expected.shp"));
+    const QMap<double, QVector<double>> joined = lengthsByLevel(path("à faire/contour.shp"));
+    QVERIFY(expected.size() > 3);
+    QCOMPARE(joined.keys(), expected.keys());
+    for (const double level : expected.keys()) {
+        QCOMPARE(joined.value(level).size(), expected.value(level).size());
+        for (int line = 0; line < expected.value(level).size(); ++line)
+            QVERIFY(std::abs(joined.value(level).at(line) - expected.value(level).at(line)) < 1e-5);
+    }
+}
+
+void TilesTest::sights_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<double>("reach"); // m
+
+    QTest::newRow("seen by one") << R"("combination": "OR")" << 600.0;
+    QTest::newRow("seen by all") << R"("combination": "AND")" << 0.0;
+    QTest::newRow("counted") << R"("result": "count")" << 700.0;
+    QTest::newRow("least height for one") << R"("result": "height")" << 600.0;
+    QTest::newRow("least height for all") << R"("result": "height", "combination": "AND")" << 1500.0;
+}
+
+void TilesTest::sights()
+{
+    QFETCH(QString, options);
+    QFETCH(double, reach);
+    QStringList observers;
+    for (int at = 0; at < 12; ++at) // one of them stands beside the DEM
+        observers += QStringLiteral(R"({"x": %1, "y": %2, "height": 400, "mode": "Absolute", "distance": %3})")
+                         .arg(QString::number(499970 + 180 * at),
+                              QString::number(5099980 - 170 * (at * 5 % 12)), QString::number(reach));
+    recipe(QStringLiteral(R"({"format": 1, "process": "intervisibility", "options": {%1, "observers": [%2]}})")
+               .arg(options, observers.join(','))
+               .toUtf8());
+    QCOMPARE(batch({path("recette.json"), "--input", path("whole.tif"), "--output", path("expected.tif")}).code,
+             0);
+    const Ended tiles = batch(tiled());
+    QVERIFY2(tiles.code == 0, qPrintable(tiles.error));
+    QVERIFY(products().size() > 4);
+    const std::vector<float> expected = cellsOf(path("expected.tif"));
+    QVERIFY(std::adjacent_find(expected.begin(), expected.end(), std::not_equal_to<>()) != expected.end());
+    QVERIFY(cellsOf(path("à faire/intervisibility.tif")) == expected);
 }
 
 void TilesTest::sharesAndPlan()
