@@ -128,7 +128,7 @@ if command -v snakemake >/dev/null; then
     echo "Snakemake's profile; a job that Slurm has ended is submitted again"
     echo 'scancel "$SLURM_JOB_ID"; sleep 60' >once.3
     snakemake -s "$scale/Snakefile" --profile "$scale/slurm" --latency-wait 5 --config recipe=recipe.json dems="$dem" \
-        into="p é'1" tile_size=400 tasks=5 >said 2>&1 || { cat said; fail "Snakemake ended with $?"; }
+        into="p é'1" tile_size=400 tasks=5 >said 2>&1 || { cat said; fail "Snakemake fails"; }
     [ "$(scontrol --oneliner show job | grep -c 'JobName=quvodem-tile')" = 6 ] || fail "the tiles were not six jobs"
     isWhole "p é'1"
     "$scale/slurm/status.sh" 999999 | grep -qx failed || fail "a job that Slurm has forgotten does not count as failed"

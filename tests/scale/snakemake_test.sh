@@ -18,7 +18,7 @@ make() {
 out="{o} \"d'été\" \$1"
 echo "All tiles, under a name of blanks, quotes and braces; a task that ends with 75 is tried again"
 echo 'exit 75' >once.4
-make "$out" || { cat said; fail "Snakemake ended with $?"; }
+make "$out" || { cat said; fail "Snakemake fails"; }
 [ "$(wc -l <"$calls/4")" = 2 ] || fail "the task was not tried twice"
 isWhole "$out"
 
@@ -32,7 +32,7 @@ tilesOf "$out" >before
 gdal_translate -q -scale 0 1 0 1.1 "$dem/00.tif" new.tif
 touch -d 2001-01-01 new.tif
 mv new.tif "$dem/00.tif"
-make "$out" || { cat said; fail "Snakemake ended with $?"; }
+make "$out" || { cat said; fail "Snakemake fails"; }
 tilesOf "$out" | comm -13 before - >again
 [ "$(wc -l <again)" = 4 ] || { cat again; fail "not four tiles were made again"; }
 isWhole "$out"
@@ -57,7 +57,7 @@ wait $first || true
 tilesOf out >before
 echo 0 >pause
 make out --unlock
-make out || { cat said; fail "Snakemake ended with $?"; }
+make out || { cat said; fail "Snakemake fails"; }
 [ -z "$(tilesOf out | comm -23 before -)" ] || fail "finished tiles were made again"
 [ "$(wc -l <"$calls/$newest")" -ge 2 ] || fail "the killed task was not tried again"
 isWhole out
