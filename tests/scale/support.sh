@@ -69,7 +69,7 @@ isWhole() {
     left=$(find "$1" -path '*/.*' -name '*.tif')
     [ -z "$left" ] || fail "unfinished tiles are left behind: $left"
     "$tree/QuvoDemBatch" "$recipe" --mosaic "$dem"/*.tif --output "$scratch/whole.tif" --overwrite >/dev/null
-    for raster in "$scratch/whole.tif" "$1"/*.vrt; do
+    for raster in "$scratch/whole.tif" "$1/slope.vrt"; do
         gdal_translate -q -of ENVI "$raster" "$scratch/cells.${raster##*.}"
         gdalinfo "$raster" | grep -E '^(Size|Origin|Pixel|.*NoData)' >"$scratch/grid.${raster##*.}"
     done
