@@ -109,7 +109,8 @@ startController || fail "the controller does not start again"
 # the two timeouts ago.
 sleep 8
 startNode || fail "the node does not start again"
-waitFor 120 hasEnded "${jobs#* }" || explain "the tiles are not joined"
+# Slurm starts a job that it has queued again two minutes later.
+waitFor 300 hasEnded "${jobs#* }" || explain "the tiles are not joined"
 isWhole "$out"
 
 echo "Again: nothing is made a second time"
