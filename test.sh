@@ -6,6 +6,8 @@ cd -- "$(dirname -- "$(readlink -f -- "$0")")"
 . packaging/packages.sh
 
 quvo_install_packages run test
+# Without them the tests of these engines are skipped.
+quvo_install_packages scale || echo "The tests of folder scale are skipped where their engine is missing." >&2
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
