@@ -251,7 +251,7 @@ private:
         const auto total = static_cast<double>(std::max<GIntBig>(open.layer->GetFeatureCount(), 1));
         m_joiner.beginTile(tile.keep);
         long long read = 0;
-        const long long before = m_pieces;
+        m_isNear = false;
         for (Feature feature(open.layer->GetNextFeature()); feature && mayGoOn();
              feature.reset(open.layer->GetNextFeature())) {
             addLine(*feature, tile.keep);
@@ -260,8 +260,9 @@ private:
         }
         if (mayGoOn() && !m_messages.lastError().isEmpty())
             failReading(tile.path);
-        // Every line of a tile leaves a piece in it unless the file's coordinates are not those of the DEM.
-        if (mayGoOn() && read > 0 && m_pieces == before)
+        // Lines that leave no piece continue half a cell beyond the tile, as where all of it but the edge has no data;
+        // farther away the file's coordinates are not those of the DEM.
+        if (mayGoOn() && read > 0 && !m_isNear)
             m_result.problem =
                 labelText({"MESS_CN_AILLEURS",
                            "Les courbes de niveau de « %1 » sont hors de leur tuile ; son format en convertit "
@@ -282,11 +283,21 @@ private:
             return;
         for (const OGRLineString *line : *geometry->toMultiLineString()) {
             const double level = levelOf(feature, *line, m_attribute);
-            const QVector<LinePiece> pieces = cutLine(pointsOf(*line), keep, m_join.tolerance);
-            m_pieces += pieces.size();
+            const QVector<QPointF> points = pointsOf(*line);
+            const QVector<LinePiece> pieces = cutLine(points, keep, m_join.tolerance);
+            m_isNear = m_isNear || !pieces.isEmpty() || isNear(points.value(0), keep);
             for (const LinePiece &piece : pieces)
                 m_joiner.add(piece, level);
         }
+    }
+
+    /// Whether the place is within the sides, or about a cell away.
+    bool isNear(const QPointF &place, const CutSides &sides) const
+    {
+        constexpr double tolerances = 1000.0; // that are about a cell
+        const double cell = m_join.tolerance * tolerances;
+        return place.x() >= sides.west - cell && place.x() <= sides.east + cell && place.y() >= sides.south - cell
+            && place.y() <= sides.north + cell;
     }
 
     void report(double tiles)
@@ -299,7 +310,7 @@ private:
     const ContourJoin &m_join;
     const std::function<bool(double)> &m_progress;
     QByteArray m_attribute;
-    long long m_pieces = 0; ///< of all tiles so far
+    bool m_isNear = false; ///< a line of the tile lies in it or beside it
     const GdalMessages m_messages;
     ContourJoinResult m_result;
     ContourFile m_file;

@@ -199,7 +199,7 @@ void ProductsTest::colorTables()
     QVERIFY(files("*.aux.xml").isEmpty());
 
     write("faux.txt", "0 0 0 0\n10 1 2 300\n");
-    QCOMPARE(relief("faux.txt"), 2);
+    QCOMPARE(relief("faux.txt"), 3);
     QVERIFY2(m_error.contains("2"), qPrintable(m_error));
     QCOMPARE(relief("absente.txt"), 2);
     QCOMPARE(relief("noms.txt", {"--output", path("noms.txt")}), 2);
@@ -254,7 +254,7 @@ void ProductsTest::vectorOutputIsReplacedWhole()
     const QString output = path("lignes.shp");
     QFile::copy(path("metres.tif"), output); // not a shapefile, despite its name
     writeFile(path("lignes.txt"), {});
-    QCOMPARE(batch(contours + QStringList{"--output", output}), 2);
+    QCOMPARE(batch(contours + QStringList{"--output", output}), 4);
     QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
     writeFile(path("lignes.sbn"), {}); // an index of the lines that are replaced
     QCOMPARE(batch(contours + QStringList{"--output", output, "--overwrite"}), 0);
@@ -305,7 +305,7 @@ void ProductsTest::stoppedContoursLeaveNothing()
         QTest::qWait(300);
         process.terminate();
         QVERIFY(process.waitForFinished());
-        QCOMPARE(process.exitCode(), 1);
+        QCOMPARE(process.exitCode(), 143);
         QCOMPARE(files("*"), before);
     }
 }
