@@ -19,11 +19,6 @@ QString TileGrid::name(qint64 tile) const
         .arg(tile % columns(), digits, decimal, zero);
 }
 
-QRect withMargin(const QRect &window, int margin, const QSize &raster)
-{
-    return window.adjusted(-margin, -margin, margin, margin) & QRect(QPoint(0, 0), raster);
-}
-
 TileShare shareOf(qint64 tiles, int task, int tasks)
 {
     return {tiles * task / tasks, tiles * (task + 1) / tasks};

@@ -22,9 +22,6 @@ struct TileGrid
     QString name(qint64 tile) const;
 };
 
-/// The window with `margin` more cells at each side, as far as the raster reaches.
-QRect withMargin(const QRect &window, int margin, const QSize &raster);
-
 /// Tiles that one task makes: those from `begin` to `end` - 1.
 struct TileShare
 {

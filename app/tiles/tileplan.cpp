@@ -1,5 +1,6 @@
 #include "app/tiles/tileplan.h"
 
+#include "dataset/extraction/cellrect.h"
 #include "messages/label.h"
 
 #include <QCryptographicHash>

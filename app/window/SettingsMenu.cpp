@@ -5,6 +5,7 @@
 #include "app/startup/settings.h"
 #include "app/window/HelpDialog.h"
 #include "app/window/RecentRunsDialog.h"
+#include "app/window/TilesDialog.h"
 #include "app/window/dialogrules.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "messages/Prompt.h"
@@ -64,12 +65,16 @@ void SettingsMenu::makeActions(QToolButton &button)
     m_pOpen = add("m_pActionOpen", QKeySequence::Open, &SettingsMenu::slot_open);
     m_pSave = add("m_pActionSave", QKeySequence::Save, &SettingsMenu::slot_save);
     m_pCopy = add("m_pActionCopy", {}, &SettingsMenu::slot_copyCommand);
+    m_pTiles = add("m_pActionTiles", {}, &SettingsMenu::slot_planTiles);
     m_pRecentMenu = menu->addMenu(QString());
     m_pRecentMenu->setToolTipsVisible(true);
     menu->addSeparator();
     m_pLanguageMenu = menu->addMenu(QString());
     m_pHelp = add("m_pActionHelp", QKeySequence::HelpContents, &SettingsMenu::slot_showHelp);
-    connect(menu, &QMenu::aboutToShow, this, [this] { m_pCopy->setEnabled(m_window.mayLaunch()); });
+    connect(menu, &QMenu::aboutToShow, this, [this] {
+        m_pCopy->setEnabled(m_window.mayLaunch());
+        m_pTiles->setEnabled(m_window.mayLaunch());
+    });
     connect(m_pRecentMenu, &QMenu::aboutToShow, this, &SettingsMenu::listRecentRuns);
     button.setMenu(menu);
     button.setPopupMode(QToolButton::InstantPopup);
@@ -95,6 +100,7 @@ void SettingsMenu::applyTexts()
     m_pOpen->setText(tr("Ouvrir des réglages…", "MESS_REGL_OUVRIR"));
     m_pSave->setText(tr("Enregistrer les réglages…", "MESS_REGL_ENREG"));
     m_pCopy->setText(tr("Copier la commande", "MESS_REGL_COPIER"));
+    m_pTiles->setText(tr("Traiter en tuiles…", "MESS_PLANT_MENU"));
     m_pRecentMenu->setTitle(tr("Derniers traitements", "MESS_HIST_TITRE"));
     m_pLanguageMenu->setTitle(tr("Langue", "MESS_REGL_LANGUE"));
     m_pHelp->setText(tr("Aide", "MESS_AIDE"));
@@ -218,6 +224,21 @@ void SettingsMenu::slot_showRecentRuns()
     auto dialog = new RecentRunsDialog(recentRunsFile(), m_window.widget);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &RecentRunsDialog::chosen, this, [this](const Recipe &recipe) { show({recipe, {}}); });
+    dialog->open();
+}
+
+void SettingsMenu::slot_planTiles()
+{
+    if (!m_window.mayLaunch())
+        return;
+    const Recipe recipe = m_window.recipe();
+    const QString problem = valuesProblem(recipe.options);
+    if (!problem.isEmpty()) {
+        Prompt::warning(m_window.widget, problem);
+        return;
+    }
+    auto dialog = new TilesDialog(recipe, QApplication::applicationDirPath(), m_window.widget);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
 }
 

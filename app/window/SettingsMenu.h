@@ -48,6 +48,7 @@ public slots:
     void slot_save();
     void slot_copyCommand();
     void slot_showRecentRuns();
+    void slot_planTiles();
     void slot_showHelp();
 
 protected:
@@ -70,6 +71,7 @@ private:
     QAction *m_pOpen = nullptr;
     QAction *m_pSave = nullptr;
     QAction *m_pCopy = nullptr;
+    QAction *m_pTiles = nullptr;
     QAction *m_pHelp = nullptr;
     QPointer<HelpDialog> m_pHelpDialog;
     QString m_lastFile; ///< path of the settings file that was opened or saved last

@@ -260,8 +260,8 @@ private:
         }
         if (mayGoOn() && !m_messages.lastError().isEmpty())
             failReading(tile.path);
-        // Lines that leave no piece continue half a cell beyond the tile, as where all of it but the edge has no data;
-        // farther away the file's coordinates are not those of the DEM.
+        // Lines that leave no piece continue half a cell beyond the tile, as where all of it but the edge has
+        // no data; farther away the file's coordinates are not those of the DEM.
         if (mayGoOn() && read > 0 && !m_isNear)
             m_result.problem =
                 labelText({"MESS_CN_AILLEURS",
@@ -296,8 +296,8 @@ private:
     {
         constexpr double tolerances = 1000.0; // that are about a cell
         const double cell = m_join.tolerance * tolerances;
-        return place.x() >= sides.west - cell && place.x() <= sides.east + cell && place.y() >= sides.south - cell
-            && place.y() <= sides.north + cell;
+        return place.x() >= sides.west - cell && place.x() <= sides.east + cell
+            && place.y() >= sides.south - cell && place.y() <= sides.north + cell;
     }
 
     void report(double tiles)

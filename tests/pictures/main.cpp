@@ -13,6 +13,7 @@
 #include "app/window/AboutDialog.h"
 #include "app/window/HelpDialog.h"
 #include "app/window/RecentRunsDialog.h"
+#include "app/window/TilesDialog.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
 #include "app/window/quvoGdalUtilities.h"
@@ -427,6 +428,12 @@ void addSettings(Album &album)
     }
     RecentRunsDialog runs(file, nullptr);
     album.add(runs, QStringLiteral("recent_runs"));
+    Recipe relief;
+    relief.process = processWord(namedProcesses().first().defaults);
+    relief.options = namedProcesses().first().defaults;
+    relief.input = folder + QStringLiteral("valley of the two lakes.tif");
+    TilesDialog tiles(relief, folder, nullptr);
+    album.add(tiles, QStringLiteral("tiles"));
 }
 
 } // namespace

@@ -54,8 +54,9 @@ private:
     QString recipe(const QByteArray &text) { return writeFile(path("recette.json"), text); }
     QStringList tiled(const QStringList &more = {}) const
     {
-        return QStringList{path("recette.json"), path("mnt é"), "--tiles", "--into",
-                           path("à faire"),      "--tile-size", QString::number(tileSide)}
+        return QStringList{
+                   path("recette.json"),     path("mnt é"), "--tiles", "--into", path("à faire"), "--tile-size",
+                   QString::number(tileSide)}
         + more;
     }
     QStringList task(const QStringList &more) const
@@ -183,7 +184,8 @@ void TilesTest::contourLines()
     }
     QVERIFY(writeRaster(path("mer.tif"), side, side, values));
     recipe(R"({"format": 1, "process": "contour", "options": {"interval": 7, "attribute": "alt"}})");
-    QCOMPARE(batch({path("recette.json"), "--input", path("mer.tif"), "--output", path("expected.shp")}).code, 0);
+    QCOMPARE(batch({path("recette.json"), "--input", path("mer.tif"), "--output", path("expected.shp")}).code,
+             0);
     QStringList tiled = this->tiled();
     tiled[1] = path("mer.tif");
     const Ended tiles = batch(tiled);

@@ -63,7 +63,6 @@ void TilePlanTest::grid()
     QCOMPARE(grid.window(0), QRect(0, 0, 4, 4));
     QCOMPARE(grid.window(5), QRect(8, 4, 2, 3));
     QCOMPARE(grid.name(5), QStringLiteral("r0001_c0002"));
-    QCOMPARE(withMargin(grid.window(4), 2, grid.raster), QRect(2, 2, 8, 5));
     QCOMPARE((TileGrid{{3, 2}, 4096}.window(0)), QRect(0, 0, 3, 2));
 }
 

@@ -1,6 +1,7 @@
 #include "app/preview/PreviewDialog.h"
 #include "app/window/HelpDialog.h"
 #include "app/window/RecentRunsDialog.h"
+#include "app/window/TilesDialog.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
 #include "tests/support/programs.h"
@@ -11,6 +12,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -37,6 +41,7 @@ private slots:
     void copiedCommandMakesTheProduct_data();
     void copiedCommandMakesTheProduct();
     void recentRuns();
+    void tiles();
     void languages();
 
 private:
@@ -348,7 +353,7 @@ void SettingsMenuTest::recentRuns()
     QCOMPARE(int(runs.at(1).end), int(RunEnd::Done));
     QVERIFY(runs.at(0).recipe == recipe(colors, "f.tif") && runs.at(1).recipe == first);
 
-    const auto menu = dialog.find<QToolButton>("m_pTBSettings")->menu()->actions().at(3)->menu();
+    const auto menu = dialog.find<QToolButton>("m_pTBSettings")->menu()->actions().at(4)->menu();
     emit menu->aboutToShow();
     QCOMPARE(menu->actions().size(), 5); // three runs, a line, and all of them
     QVERIFY(menu->actions().at(2)->text().contains("Pentes · dem.tif · Terminé"));
@@ -371,6 +376,53 @@ void SettingsMenuTest::recentRuns()
     QCOMPARE(menu->actions().size(), 12); // ten runs, a line, and all of them
 }
 
+void SettingsMenuTest::tiles()
+{
+    Dialog dialog(m_tools);
+    dialog.window.setInputDem(path("dem.tif"));
+    emit dialog.find<QToolButton>("m_pTBSettings")->menu()->aboutToShow();
+    dialog.trigger("m_pActionTiles");
+    const auto tiles = dialog.window.findChild<TilesDialog *>();
+    QVERIFY(tiles);
+    // The batch program stands in the build's tree, and not beside this test.
+    TilesDialog own(dialog.window.recipe(), QStringLiteral(QUVO_TREE), nullptr);
+    const auto folder = own.findChild<QLineEdit *>("m_pLEFolder");
+    const auto command = own.findChild<QPlainTextEdit *>("m_pCommand");
+    const auto plan = own.findChild<QPushButton *>("m_pPBPlan");
+    QCOMPARE(folder->text(), path("dem_hillshade_tiles"));
+    folder->setText(path("les \"tuiles\" é"));
+    own.findChild<QSpinBox *>("m_pSBSide")->setValue(256);
+    plan->click();
+    QVERIFY(!plan->isEnabled() && command->toPlainText().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(command->isEnabled(), 10000);
+    QVERIFY(own.findChild<QLabel *>("m_pNote")->text().contains("256"));
+    QCOMPARE(runProgram("/bin/sh", {"-c", command->toPlainText()}).code, 0); // as it is shown
+    QVERIFY(QFile::exists(path("les \"tuiles\" é/hillshade.vrt")));
+    const auto ways = own.findChild<QComboBox *>("m_pCBWay");
+    ways->setCurrentIndex(static_cast<int>(TileWay::Snakemake));
+    QVERIFY(command->toPlainText().contains("/scale/Snakefile")
+            && command->toPlainText().contains("snakemake.json"));
+    ways->setCurrentIndex(static_cast<int>(TileWay::SlurmArray));
+    QVERIFY(command->toPlainText().contains("/scale/slurm/array.sh"));
+    ways->setCurrentIndex(3);
+    QCOMPARE(runProgram("/bin/sh", {"-c", command->toPlainText().section('\n', 0, 0)}).code, 0);
+    QVERIFY(command->toPlainText().contains("é"));
+
+    // What the plan was made for has changed.
+    folder->setText(path("ailleurs"));
+    QVERIFY(!command->isEnabled() && command->toPlainText().isEmpty());
+    folder->setText(path("dem.tif/no folder"));
+    plan->click();
+    QVERIFY(Prompt::takeShown().value(0).contains("no folder"));
+    Recipe partial = dialog.window.recipe();
+    partial.part = QRect(0, 0, 5, 5);
+    TilesDialog refused(partial, QStringLiteral(QUVO_TREE), nullptr);
+    refused.findChild<QPushButton *>("m_pPBPlan")->click();
+    QTRY_VERIFY(refused.findChild<QPushButton *>("m_pPBPlan")->isEnabled());
+    QVERIFY(Prompt::takeShown().value(0).contains("part"));
+    QVERIFY(!refused.findChild<QPlainTextEdit *>("m_pCommand")->isEnabled());
+}
+
 void SettingsMenuTest::languages()
 {
     QCOMPARE(chosenLanguage("FRENCH"), QStringLiteral("FRENCH"));
@@ -380,15 +432,15 @@ void SettingsMenuTest::languages()
     const auto guide = dialog.window.findChild<HelpDialog *>()->findChild<QTextBrowser *>();
     const auto button = dialog.find<QToolButton>("m_pTBSettings");
     const QList<QAction *> actions = button->menu()->actions();
-    const QList<QAction *> choices = actions.at(5)->menu()->actions();
+    const QList<QAction *> choices = actions.at(6)->menu()->actions();
     const QString french = guide->toPlainText();
     QVERIFY(french.contains("relief") && choices.at(0)->isChecked());
-    const QString recent = actions.at(3)->text();
+    const QString recent = actions.at(4)->text();
 
     choices.at(1)->trigger();
     QTRY_COMPARE(dialog.window.windowTitle(), QStringLiteral("Relief tool box"));
-    QCOMPARE(actions.at(3)->text(), QStringLiteral("Recent runs"));
-    QVERIFY(recent != actions.at(3)->text() && french != guide->toPlainText());
+    QCOMPARE(actions.at(4)->text(), QStringLiteral("Recent runs"));
+    QVERIFY(recent != actions.at(4)->text() && french != guide->toPlainText());
     QVERIFY(button->toolTip().contains("language"));
     QTRY_COMPARE(dialog.find<QWidget>("contourTab")->findChild<QLineEdit *>()->locale().language(),
                  QLocale::English); // the locale in which a panel formats numbers
