@@ -179,6 +179,7 @@ QString tileSizesText(const TilePlan &plan)
     return number + QLatin1Char(' ')
         + labelText(
               {"MESS_TUILES_TAILLE",
-               "Environ %1 par tuile, %2 en tout ; le calcul d'une tuile demande en plus deux fois sa place."})
+               "Environ %1 par tuile, %2 en tout ; le calcul d'une tuile demande en plus deux fois sa "
+                     "place, et moins de 600 Mo de mémoire."})
               .arg(size(tileCells), size(static_cast<double>(raster.width()) * raster.height()));
 }
