@@ -115,14 +115,16 @@ QString firstErrorLine(const QString &standardError)
 ProductCheck checkProduct(const ExpectedProduct &expected, const QString &standardError)
 {
     ProductCheck check;
+    const QString diskText = diskProblem(expected.path);
+    check.isDiskFull = !diskText.isEmpty();
     const QString errorLine = firstErrorLine(standardError);
     if (!errorLine.isEmpty()) {
         check.problem = withReason({"MESS_PROD_ERR_OUTIL", "L'outil a signalé une erreur."}, errorLine);
         return check;
     }
 
-    check.problem = diskProblem(expected.path);
-    if (!check.problem.isEmpty())
+    check.problem = diskText;
+    if (check.isDiskFull)
         return check;
 
     const GdalMessages messages;

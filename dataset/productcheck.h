@@ -27,6 +27,7 @@ struct ExpectedProduct
 struct ProductCheck
 {
     QString problem;            ///< why the product is not complete, in a sentence; empty for a good one
+    bool isDiskFull = false;    ///< the problem is that the product's disk is full
     long long featureCount = 0; ///< of a vector product's layer; 0 is valid, but worth a note to the user
 };
 

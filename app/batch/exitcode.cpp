@@ -43,7 +43,7 @@ bool saysDiskFull(const QString &text)
 
 BatchExit exitOfFailure(const RunOutcome &outcome, const RunPlan &plan)
 {
-    if (saysDiskFull(outcome.toolText) || saysDiskFull(outcome.problem))
+    if (outcome.isDiskFull || saysDiskFull(outcome.toolText) || saysDiskFull(outcome.problem))
         return BatchExit::TryAgain;
     // GDAL reports a full disk in many words. The half product is gone, so that the room which it had counts.
     const QSize size =

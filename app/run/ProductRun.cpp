@@ -187,6 +187,7 @@ void ProductRun::onDone()
     if (check.problem.isEmpty())
         check.problem = missingSideFile();
     m_outcome.featureCount = check.featureCount;
+    m_outcome.isDiskFull = check.isDiskFull;
     if (!check.problem.isEmpty())
         fail(withFinalPaths(check.problem));
     else if (!m_plan.overviewCommand.isEmpty())

@@ -177,9 +177,8 @@ QString tileSizesText(const TilePlan &plan)
         return QLocale().formattedDataSize(static_cast<qint64>(cells * cellBytes));
     };
     return number + QLatin1Char(' ')
-        + labelText(
-              {"MESS_TUILES_TAILLE",
-               "Environ %1 par tuile, %2 en tout ; le calcul d'une tuile demande en plus deux fois sa "
+        + labelText({"MESS_TUILES_TAILLE",
+                     "Environ %1 par tuile, %2 en tout ; le calcul d'une tuile demande en plus deux fois sa "
                      "place, et moins de 600 Mo de mémoire."})
               .arg(size(tileCells), size(static_cast<double>(raster.width()) * raster.height()));
 }

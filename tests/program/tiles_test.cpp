@@ -42,6 +42,7 @@ private slots:
     void sharesAndPlan();
     void onlyWhatChanged();
     void stopsAndKills();
+    void fullDisk();
     void logOfObjects();
     void refusals();
 
@@ -307,6 +308,31 @@ void TilesTest::stopsAndKills()
     QVERIFY(cellsOf(path("à faire/slope.vrt")) == cellsOf(path("expected.tif")));
     QCOMPARE(QDir(path("à faire/tiles")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              products());
+}
+
+/// A disk that is full is no failure for good: the same command goes on where it has room again.
+void TilesTest::fullDisk()
+{
+    const QString disk = path("disque");
+    QVERIFY(QDir().mkdir(disk));
+    if (runProgram("mount", {"-t", "tmpfs", "-o", "size=96k", "none", disk}).code != 0)
+        QSKIP("A small file system cannot be mounted here.");
+    const QStringList arguments{
+        path("recette.json"),      path("mnt é"), "--tiles", "--into", disk + "/tuiles", "--tile-size",
+        QString::number(tileSide), "--skip-done"};
+    const Ended full = batch(arguments);
+    const QStringList made = QDir(disk + "/tuiles/tiles").entryList(QDir::Files);
+    const bool isGrown = runProgram("mount", {"-o", "remount,size=4m", disk}).code == 0;
+    const Ended grown = isGrown ? batch(arguments) : Ended();
+    const std::vector<float> cells = cellsOf(disk + "/tuiles/slope.vrt");
+    QCOMPARE(runProgram("umount", {disk}).code, 0);
+    QVERIFY2(full.code == 75, qPrintable(full.error + full.out));
+    QVERIFY(!made.isEmpty() && made.size() < 9);
+    QVERIFY2(grown.code == 0, qPrintable(grown.error));
+    QCOMPARE(grown.out.count(QLatin1String("- done.")), 9 - made.size() + 1);
+    QCOMPARE(batch({path("recette.json"), "--input", path("whole.tif"), "--output", path("expected.tif")}).code,
+             0);
+    QVERIFY(cells == cellsOf(path("expected.tif")));
 }
 
 void TilesTest::logOfObjects()
