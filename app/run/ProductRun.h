@@ -16,9 +16,9 @@ class QuvoScriptRunner;
 /// How a run ended.
 struct RunOutcome
 {
-    QString problem;  ///< why there is no new product, beyond what the tool wrote, in a sentence; or empty
-    bool isDiskFull = false; ///< the problem is that the product's disk is full
-    QString toolText; ///< what the tool wrote on its standard error
+    QString problem; ///< why there is no new product, beyond what the tool wrote, in a sentence; or empty
+    bool isDiskFull = false;     ///< the problem is that the product's disk is full
+    QString toolText;            ///< what the tool wrote on its standard error
     std::optional<int> exitCode; ///< of the tool; empty when it was stopped or never started
     long long featureCount = 0;  ///< number of features of a vector product
     QStringList warnings;        ///< sentences about overviews that could not be built beside a whole product
