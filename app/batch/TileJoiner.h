@@ -17,7 +17,7 @@ class TileJoiner : public QObject
     Q_OBJECT
 
 public:
-    /// `stopSignals`, `plan` and `log` outlive this object. `join`: the form of a raster; None is not meant.
+    /// `stopSignals`, `plan` and `log` outlive this object. `join`: the form of a joined raster, Vrt or Cog.
     TileJoiner(const StopSignals &stopSignals, const TilePlan &plan, const QString &folder, TileJoin join,
                TileLog &log);
 

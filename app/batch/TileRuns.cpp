@@ -84,7 +84,8 @@ QString TileRuns::prepare()
     return m_input.problem;
 }
 
-/// From the event loop, which delivers stop signals: a run may end inside its own start.
+/// Begins the next tile when the event loop is reached again. A tile may end inside the call that starts it,
+/// and without the event loop no stop signal would be noticed between two tiles.
 void TileRuns::nextLater()
 {
     QTimer::singleShot(0, this, &TileRuns::next);

@@ -48,7 +48,7 @@ void SightClock::stop()
     m_then = nullptr;
     m_isRun = m_isRunning = false;
     {
-        const QSignalBlocker quiet(&m_runner); // nobody is to hear of the kill
+        const QSignalBlocker quiet(&m_runner); // a tool that was killed on purpose reports no failure
         m_runner.close();
     }
     removeProduct();

@@ -17,9 +17,9 @@ enum class TileWay
 /// Where the plan and the programs are.
 struct TilePlace
 {
-    QString folder;   ///< of the plan and the tiles; absolute
-    QString programs; ///< of QuvoDemBatch, with the folder "scale" inside
-    int cores = 1;    ///< that Snakemake may use
+    QString folder;   ///< absolute path of the folder that holds the plan and the tiles
+    QString programs; ///< absolute path of the folder that holds QuvoDemBatch and the folder "scale"
+    int cores = 1;    ///< number of processors for Snakemake
 };
 
 /// The command for a POSIX shell.

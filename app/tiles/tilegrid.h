@@ -22,15 +22,16 @@ struct TileGrid
     QString name(qint64 tile) const;
 };
 
-/// Tiles that one task makes: those from `begin` to `end` - 1.
+/// The tiles that one task makes: the numbers from `begin` to `end` - 1.
 struct TileShare
 {
     qint64 begin = 0;
     qint64 end = 0;
 };
 
-/// Share `task` (from 0) of `tasks` of so many tiles. The shares differ by one tile at most, cover each tile
-/// once and are sections of the order, since neighbours read the same cells.
+/// Divides `tiles` tiles among `tasks` tasks and returns those of the task with number `task`, from 0. Each
+/// tile belongs to one task, and the numbers of tiles differ by one at most. A task has tiles that follow one
+/// another, because neighbouring tiles read the same cells.
 TileShare shareOf(qint64 tiles, int task, int tasks);
 
 /// A task and the number of tasks.
