@@ -21,18 +21,43 @@ QString scaleRatio(int scaleIndex, const QString &scaleText)
     return scaleText;
 }
 
+QString lightWord(Light light)
+{
+    static constexpr const char *words[] = {"single", "multidirectional", "combined", "igor"};
+    return QString::fromLatin1(words[static_cast<std::size_t>(light)]);
+}
+
+std::optional<Light> readLight(const QString &word)
+{
+    for (const Light light : {Light::Single, Light::Multidirectional, Light::Combined, Light::Igor}) {
+        if (word == lightWord(light))
+            return light;
+    }
+    return std::nullopt;
+}
+
+Light lightOf(const ShadedOptions &options)
+{
+    return readLight(options.light).value_or(Light::Single);
+}
+
 QString shadedFragment(const ShadedOptions &options)
 {
+    const Light light = lightOf(options);
     QString fragment = QStringLiteral("-z %1 ").arg(options.exaggeration);
     const QString ratio = scaleRatio(options.scaleIndex, options.scaleText);
     if (!ratio.isEmpty()) // a typed ratio is followed by two blanks here, and by one in the slope's fragment
         fragment += QStringLiteral("-s ") + ratio + QLatin1String(options.scaleIndex < 0 ? "  " : " ");
-    fragment += QStringLiteral("-az %1 ").arg(270.0 - options.compass);
-    fragment += QStringLiteral("-alt %1 ").arg(options.altitude);
+    if (light != Light::Multidirectional) // the tool refuses it
+        fragment += QStringLiteral("-az %1 ").arg(270.0 - options.compass);
+    if (light != Light::Igor) // likewise
+        fragment += QStringLiteral("-alt %1 ").arg(options.altitude);
     if (options.computeEdges)
         fragment += QStringLiteral(" -compute_edges");
     if (options.zevenbergenThorne)
         fragment += QStringLiteral(" -alg ZevenbergenThorne");
+    if (light != Light::Single)
+        fragment += QStringLiteral(" -") + lightWord(light);
     return fragment;
 }
 

@@ -12,6 +12,21 @@
 // record as an argument fragment. The fragment is inserted in the command line unchanged, so every blank in it
 // counts.
 
+/// How a shaded relief is lit.
+enum class Light
+{
+    Single,           ///< by one sun
+    Multidirectional, ///< by suns in the north-west, west, south-west and north; the compass is not used
+    Combined,         ///< by one sun; steep ground is darker besides
+    Igor              ///< softly, for maps whose labels stay legible; the height of the sun is not used
+};
+
+/// The word of a light in recipes: "single", or the tool's own ("multidirectional", "combined", "igor").
+QString lightWord(Light light);
+
+/// The light of a word; nothing for any other text.
+std::optional<Light> readLight(const QString &word);
+
 /// Options of the shaded relief process.
 struct ShadedOptions
 {
@@ -22,9 +37,13 @@ struct ShadedOptions
     int altitude = 45;              ///< height of the sun above the horizon, in degrees, 0 to 90
     bool computeEdges = false;      ///< also at the raster's edges and beside no-data cells
     bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
+    QString light = lightWord(Light::Single); ///< word of a Light
 
     bool operator==(const ShadedOptions &other) const = default;
 };
+
+/// The light of the options; one sun where the word is none of a light.
+Light lightOf(const ShadedOptions &options);
 
 /// The azimuth in the fragment is 270 minus the compass reading and may be negative: kept so on purpose.
 QString shadedFragment(const ShadedOptions &options);
@@ -85,13 +104,24 @@ struct ContourOptions
     std::optional<double> interval;          ///< difference between two levels; nothing: fixed levels alone
     QString attribute = QStringLiteral("Z"); ///< name of the attribute for the elevation; empty: no attribute
     bool threeD = false;                     ///< every vertex has an elevation
-    QString fixedLevels;               ///< levels separated by blanks; they replace the interval in the tool
-    bool everyValueValid = false;      ///< the band's no-data value counts as an elevation
-    std::optional<double> noDataValue; ///< a value of the DEM to ignore; not used if `everyValueValid`
-    std::optional<double> offset;      ///< elevation from which the intervals count; nothing: 0
+    QString fixedLevels;                     ///< levels separated by blanks, beside those of the interval
+    bool everyValueValid = false;            ///< the band's no-data value counts as an elevation
+    std::optional<double> noDataValue;       ///< a value of the DEM to ignore; not used if `everyValueValid`
+    std::optional<double> offset;            ///< elevation from which the intervals count; nothing: 0
+    int indexEvery = 0; ///< every n-th line of the interval, counted from the offset, is an index line; 0: none
+    double shortestRing = 0.0; ///< closed lines that are shorter, in ground units, are left out
+    int smoothing = 0;         ///< radius in cells by which the DEM is smoothed before the lines; 0: not at all
+    bool polygons = false;     ///< areas between the levels instead of lines; without `attribute` and `threeD`
+    QString lowestAttribute = QStringLiteral("ZMIN");  ///< of an area; not empty
+    QString highestAttribute = QStringLiteral("ZMAX"); ///< of an area; not empty, another one than the lowest
+    bool styled = false;    ///< the features carry their drawing, where the format keeps it
+    bool qgisStyle = false; ///< a .qml file beside the product
 
     bool operator==(const ContourOptions &other) const = default;
 };
+
+/// Largest smoothing radius, in cells.
+constexpr int longestSmoothing = 50;
 
 /// Numbers have six significant digits; the fixed levels are inserted unchanged.
 QString contourFragment(const ContourOptions &options);
@@ -110,6 +140,9 @@ struct ColorReliefOptions
     std::optional<double> minimum; ///< elevation to spread it from; nothing: the DEM's lowest
     std::optional<double> maximum; ///< elevation to spread it to; nothing: the DEM's highest
     bool alpha = false;            ///< the product has an alpha band
+    bool shaded = false;           ///< the colours are darkened by a shaded relief
+    int shadeStrength = 60;        ///< percentage of the darkening, 0 to 100
+    ShadedOptions shade;           ///< of that relief; computeEdges is taken for true
     QList<QuvoColorDef> colors;    ///< the table by value; empty: the file `table`
 
     bool operator==(const ColorReliefOptions &other) const = default;

@@ -38,15 +38,21 @@ template <class Record> bool dependsOnExtremes(const Record &)
     return false;
 }
 
-/// Sets the field that holds rows instead of one value. Nothing where the record has no such field of that
-/// name, else the problem, which is empty for good rows.
+/// Sets a field that holds rows instead of one value, or belongs to a record within the record. Nothing where
+/// the record has no such field of that name, else the problem, which is empty for good rows.
 template <class Record> std::optional<QString> setRows(Record &, const QString &, const QVariant &)
 {
     return std::nullopt;
 }
 
-/// The fields that hold rows, by their names.
+/// The fields that hold rows, and those of a record within the record, by their names.
 template <class Record> QVariantMap rowValues(const Record &)
+{
+    return {};
+}
+
+/// Describes the fields of a record within the record.
+template <class Record> QVector<FieldDescription> rowDescriptions(const Record &)
 {
     return {};
 }
@@ -121,7 +127,32 @@ QVector<RecordField<ShadedOptions>> fieldsOf(const ShadedOptions &)
                    "hauteur du soleil sur l'horizon, en degrés"),
         edgesField<ShadedOptions>(),
         methodField<ShadedOptions>(),
+        QUVO_FIELD(ShadedOptions, light, 0, 0, "MESS_OPT_LUMIERE",
+                   "single : un soleil ; multidirectional : plusieurs soleils (sans compass) ; combined : un "
+                   "soleil, et la pente assombrit ; igor : lumière douce (sans altitude)"),
     };
+}
+
+QString lightProblem(const ShadedOptions &options)
+{
+    if (readLight(options.light))
+        return {};
+    return labelText({"MESS_OPT_LUMIERE_INV",
+                      "light doit être single, multidirectional, combined ou igor, pas « %1 »."})
+        .arg(options.light);
+}
+
+QString fieldProblem(const ShadedOptions &options)
+{
+    const QString scale =
+        options.scaleText.isEmpty() ? QString() : scaleProblem(options.scaleIndex, options.scaleText);
+    return scale.isEmpty() ? lightProblem(options) : scale;
+}
+
+QString runProblem(const ShadedOptions &options)
+{
+    const QString scale = scaleProblem(options.scaleIndex, options.scaleText);
+    return scale.isEmpty() ? lightProblem(options) : scale;
 }
 
 // Slope.
@@ -185,18 +216,34 @@ QVector<RecordField<ColorReliefOptions>> fieldsOf(const ColorReliefOptions &)
         QUVO_FIELD(ColorReliefOptions, maximum, -highestElevation, highestElevation, "MESS_OPT_ETALE_MAX",
                    "altitude où finit la table étalée ; par défaut la plus haute du MNT"),
         QUVO_FIELD(ColorReliefOptions, alpha, 0, 0, "MESS_OPT_ALPHA", "canal alpha dans le produit"),
+        QUVO_FIELD(ColorReliefOptions, shaded, 0, 0, "MESS_OPT_OMBRER",
+                   "assombrir les couleurs par un relief ombré, que règlent les options shade.…"),
+        QUVO_FIELD(ColorReliefOptions, shadeStrength, 0, 100, "MESS_OPT_OMBRE_FORCE",
+                   "force de cet ombrage, en pour cent"),
     };
 }
 
 QString fieldProblem(const ColorReliefOptions &options)
 {
+    const QString shade = options.shaded ? fieldProblem(options.shade) : QString();
+    if (!shade.isEmpty())
+        return shade;
     if (options.minimum && options.maximum && *options.minimum > *options.maximum)
         return labelText({"MESS_TC_BORNES", "minimum ne doit pas dépasser maximum."});
     return {};
 }
 
+QString runProblem(const ColorReliefOptions &options)
+{
+    const QString shade = options.shaded ? runProblem(options.shade) : QString();
+    return shade.isEmpty() ? fieldProblem(options) : shade;
+}
+
 void complete(ColorReliefOptions &options, const QStringList &givenFields, const QString &folder)
 {
+    if (givenFields.contains(QLatin1String("shade.scaleText"))
+        && !givenFields.contains(QLatin1String("shade.scaleIndex")))
+        options.shade.scaleIndex = -1;
     const bool tableGiven = givenFields.contains(QLatin1String("table"));
     const bool colorsGiven = givenFields.contains(QLatin1String("colors"));
     if (colorsGiven && !tableGiven)
@@ -216,8 +263,15 @@ bool dependsOnExtremes(const ColorReliefOptions &options)
     return options.spread && !(options.minimum && options.maximum);
 }
 
+/// The fields of the shaded relief under the colours are named after it: "shade.compass".
+const QString shadePrefix = QStringLiteral("shade.");
+
 std::optional<QString> setRows(ColorReliefOptions &options, const QString &name, const QVariant &value)
 {
+    for (const auto &field : fieldsOf(options.shade)) {
+        if (name == shadePrefix + QLatin1String(field.name))
+            return setField(options.shade, field, value);
+    }
     if (name != QLatin1String("colors"))
         return std::nullopt;
     const ColorRowsReading reading = readColorRows(value);
@@ -228,9 +282,20 @@ std::optional<QString> setRows(ColorReliefOptions &options, const QString &name,
 
 QVariantMap rowValues(const ColorReliefOptions &options)
 {
-    if (options.colors.isEmpty())
-        return {};
-    return {{QStringLiteral("colors"), colorRows(options.colors)}};
+    QVariantMap values;
+    for (const auto &field : fieldsOf(options.shade))
+        values.insert(shadePrefix + QLatin1String(field.name), fieldValue(options.shade, field));
+    if (!options.colors.isEmpty())
+        values.insert(QStringLiteral("colors"), colorRows(options.colors));
+    return values;
+}
+
+QVector<FieldDescription> rowDescriptions(const ColorReliefOptions &options)
+{
+    QVector<FieldDescription> rows = describeFields(options.shade, fieldsOf(options.shade));
+    for (FieldDescription &row : rows)
+        row.name.prepend(shadePrefix);
+    return rows;
 }
 
 // Intervisibility.
@@ -335,6 +400,7 @@ QVariantMap rowValues(const IntervisibilityOptions &options)
 QVector<RecordField<ContourOptions>> fieldsOf(const ContourOptions &)
 {
     constexpr double highest = highestElevation;
+    constexpr int mostIndexSteps = 100;
     constexpr double anyNumber = std::numeric_limits<double>::max();
     return {
         QUVO_FIELD(ContourOptions, interval, 0, highest, "MESS_OPT_INTERVALLE",
@@ -343,13 +409,29 @@ QVector<RecordField<ContourOptions>> fieldsOf(const ContourOptions &)
                    "attribut qui reçoit l'altitude ; vide : aucun"),
         QUVO_FIELD(ContourOptions, threeD, 0, 0, "MESS_OPT_3D", "une altitude à chaque point des courbes"),
         QUVO_FIELD(ContourOptions, fixedLevels, 0, 0, "MESS_OPT_NIVEAUX",
-                   "altitudes séparées par des espaces ; elles remplacent l'intervalle"),
+                   "altitudes séparées par des espaces, en plus de celles de l'intervalle"),
         QUVO_FIELD(ContourOptions, everyValueValid, 0, 0, "MESS_OPT_TOUT_VALIDE",
                    "prendre aussi la valeur sans donnée du MNT pour une altitude"),
         QUVO_FIELD(ContourOptions, noDataValue, -anyNumber, anyNumber, "MESS_OPT_IGNORER",
                    "valeur du MNT à ignorer"),
         QUVO_FIELD(ContourOptions, offset, -highest, highest, "MESS_OPT_OFFSET",
                    "altitude à partir de laquelle comptent les intervalles"),
+        QUVO_FIELD(ContourOptions, indexEvery, 0, mostIndexSteps, "MESS_OPT_MAITRESSES",
+                   "une courbe maîtresse toutes les n courbes de l'intervalle ; 0 : aucune"),
+        QUVO_FIELD(ContourOptions, shortestRing, 0, highest, "MESS_OPT_ANNEAU",
+                   "longueur en dessous de laquelle une courbe fermée est omise, dans l'unité du terrain"),
+        QUVO_FIELD(ContourOptions, smoothing, 0, longestSmoothing, "MESS_OPT_LISSAGE",
+                   "rayon de lissage du MNT avant le tracé, en cellules ; 0 : pas de lissage"),
+        QUVO_FIELD(ContourOptions, polygons, 0, 0, "MESS_OPT_SURFACES",
+                   "surfaces entre les niveaux au lieu de courbes"),
+        QUVO_FIELD(ContourOptions, lowestAttribute, 0, 0, "MESS_OPT_ATTR_BAS",
+                   "attribut qui reçoit l'altitude la plus basse d'une surface"),
+        QUVO_FIELD(ContourOptions, highestAttribute, 0, 0, "MESS_OPT_ATTR_HAUT",
+                   "attribut qui reçoit l'altitude la plus haute d'une surface"),
+        QUVO_FIELD(ContourOptions, styled, 0, 0, "MESS_OPT_STYLES",
+                   "donner leur dessin aux objets, dans les formats qui le gardent"),
+        QUVO_FIELD(ContourOptions, qgisStyle, 0, 0, "MESS_OPT_QML",
+                   "écrire un style QGIS (.qml) à côté du produit"),
     };
 }
 
@@ -490,7 +572,9 @@ ProcessOptions withoutSideFiles(ProcessOptions options)
 
 QVector<FieldDescription> describeOptions(const ProcessOptions &options)
 {
-    return std::visit([](const auto &record) { return describeFields(record, fieldsOf(record)); }, options);
+    return std::visit(
+        [](const auto &record) { return describeFields(record, fieldsOf(record)) + rowDescriptions(record); },
+        options);
 }
 
 bool needsExtremes(const ProcessOptions &options)
