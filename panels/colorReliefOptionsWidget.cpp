@@ -66,6 +66,8 @@ void colorReliefOptionsWidget::connectControls()
         connect(mode, &QRadioButton::clicked, this, &colorReliefOptionsWidget::clearGivenRange);
     connect(m_form->m_pChBAddAlphaChannel, &QCheckBox::toggled, this,
             &colorReliefOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pColorShading, &ColorShading::changed, this,
+            &colorReliefOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pLComputeExactStatisticsLink, &QLabel::linkActivated, this,
             &colorReliefOptionsWidget::slot_computeExactStatistics);
     connect(&m_progress, &QuvoProgressDialog::cancelled, this,
@@ -94,8 +96,9 @@ std::optional<ToolInput> colorReliefOptionsWidget::toolInput()
     const QString file = currentToolFile(false);
     if (file.isEmpty())
         return std::nullopt;
-    return ToolInput{
-        .fragment = getCommandArguments(), .colorTableFile = file, .readsTemporaryFile = isOwnFile(file)};
+    return withShade(
+        {.fragment = getCommandArguments(), .colorTableFile = file, .readsTemporaryFile = isOwnFile(file)},
+        options());
 }
 
 std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &copy)
@@ -122,6 +125,7 @@ ColorReliefOptions colorReliefOptionsWidget::options() const
         options.maximum = range.maximum;
     }
     options.alpha = m_form->m_pChBAddAlphaChannel->isChecked();
+    m_form->m_pColorShading->addTo(options);
     return options;
 }
 
@@ -153,6 +157,7 @@ void colorReliefOptionsWidget::showOptions(const ColorReliefOptions &options)
     if (row >= 0)
         m_form->m_pCBColorTable->setCurrentIndex(row);
     m_form->m_pChBAddAlphaChannel->setChecked(options.alpha);
+    m_form->m_pColorShading->showOptions(options);
     m_spreadWanted = options.spread;
     m_minimum = options.minimum;
     m_maximum = options.maximum;
@@ -212,6 +217,16 @@ void colorReliefOptionsWidget::setOwnTableFolder(const QString &folder)
 {
     m_ownTableFolder = folder;
     loadLibrary(m_tables->libraryFolder());
+}
+
+void colorReliefOptionsWidget::setPanelLight(const ShadedOptions &light)
+{
+    m_form->m_pColorShading->setPanelLight(light);
+}
+
+void colorReliefOptionsWidget::setLightEditor(const LightEditor &editor)
+{
+    m_form->m_pColorShading->setLightEditor(editor);
 }
 
 void colorReliefOptionsWidget::loadLibrary(const QString &folder)

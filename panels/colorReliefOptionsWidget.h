@@ -3,6 +3,7 @@
 #include "colortable/colortablefile.h"
 #include "dataset/ExtremesScan.h"
 #include "panels/colors/ColorTableList.h"
+#include "panels/light/ColorShading.h"
 #include "panels/optionsWidget.h"
 #include "runner/QuvoProgressDialog.h"
 
@@ -48,6 +49,10 @@ public:
     /// Sets the folder of the user's own tables, which may not exist yet, and lists them behind those of the
     /// library.
     void setOwnTableFolder(const QString &folder);
+
+    /// As ColorShading has them.
+    void setPanelLight(const ShadedOptions &light);
+    void setLightEditor(const LightEditor &editor);
 
     /// Makes a listed table the current one, if a table of that file is in the list. No signal follows.
     void chooseTable(const QString &file);

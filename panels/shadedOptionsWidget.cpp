@@ -4,6 +4,7 @@
 #include "panels/controls/CompassDial.h"
 #include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
+#include "panels/light/LightChoice.h"
 #include "panels/options/lightazimuth.h"
 #include "ui_shadedOptionsWidget.h"
 
@@ -113,7 +114,8 @@ void shadedOptionsWidget::orderFocus()
                                  m_form->m_pPBResetScale,
                                  m_form->m_pRBZevenbergenThorne,
                                  m_form->m_pRBHorn,
-                                 m_form->m_pChBComputeAtEdges};
+                                 m_form->m_pChBComputeAtEdges,
+                                 m_form->m_pLightChoice};
     for (int at = 1; at < order.size(); ++at)
         setTabOrder(order.at(at - 1), order.at(at));
 }
@@ -142,6 +144,10 @@ void shadedOptionsWidget::connectControls()
             &shadedOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pAzimuthField, qOverload<double>(&QDoubleSpinBox::valueChanged), m_pCompass,
             [this](double reading) { m_pCompass->setValue(std::fmod(reading, fullTurn)); });
+    connect(m_form->m_pLightChoice, &LightChoice::lightChanged, this,
+            &shadedOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pLightChoice, &LightChoice::presetChosen, this,
+            [this](const ShadedOptions &light) { setProcessOptions(withLight(options(), light)); });
 }
 
 QString shadedOptionsWidget::getCommandArguments()
@@ -164,6 +170,7 @@ ShadedOptions shadedOptionsWidget::options() const
     options.altitude = m_form->m_pAltitudeSlider->value();
     options.computeEdges = m_form->m_pChBComputeAtEdges->isChecked();
     options.zevenbergenThorne = m_form->m_pRBZevenbergenThorne->isChecked();
+    options.light = lightWord(m_form->m_pLightChoice->light());
     return options;
 }
 
@@ -186,7 +193,36 @@ void shadedOptionsWidget::showOptions(const ShadedOptions &options)
     showScale(*m_pScaleCombo, options.scaleIndex, options.scaleText);
     m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
     (options.zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
+    m_form->m_pLightChoice->showLight(options);
+    showLight();
     showValues();
+}
+
+/// Greys out what the chosen light does not use, and says why.
+void shadedOptionsWidget::showLight()
+{
+    const Light light = m_form->m_pLightChoice->light();
+    m_form->m_pAZimuthFrame->setEnabled(unusedAzimuthText(light).isEmpty());
+    m_form->m_pSunFrame->setEnabled(unusedAltitudeText(light).isEmpty());
+    m_form->m_pSunNote->setText(unusedAltitudeText(light));
+    m_form->m_pSunNote->setVisible(!m_form->m_pSunNote->text().isEmpty());
+    QPalette legible = palette(); // the reason is read while the controls around it are grey
+    legible.setColor(QPalette::Disabled, QPalette::WindowText,
+                     palette().color(QPalette::Active, QPalette::WindowText));
+    for (QLabel *reason : {m_form->m_pSunNote, m_form->m_pLightLabel})
+        reason->setPalette(legible);
+    showReading(m_pCompass->value());
+}
+
+void shadedOptionsWidget::hideEdges()
+{
+    for (QWidget *control : QList<QWidget *>{m_form->m_pLabelCalcBord, m_form->m_pChBComputeAtEdges})
+        control->hide();
+}
+
+void shadedOptionsWidget::setLightShelf(LightShelf *shelf)
+{
+    m_form->m_pLightChoice->setShelf(shelf);
 }
 
 void shadedOptionsWidget::showValues()
@@ -200,7 +236,8 @@ void shadedOptionsWidget::showReading(double reading)
 {
     m_form->m_pAzimuthValueLabel->setText(degrees(reading));
     m_form->m_pAzimuthField->showAngle(reading);
-    m_form->m_pLightLabel->setText(lightText(reading, QLocale()));
+    const QString unused = unusedAzimuthText(m_form->m_pLightChoice->light());
+    m_form->m_pLightLabel->setText(unused.isEmpty() ? lightText(reading, QLocale()) : unused);
 }
 
 void shadedOptionsWidget::slot_onAzimuthValueChanged(double value)
@@ -255,6 +292,8 @@ void shadedOptionsWidget::slot_resetZFactorValue()
 void shadedOptionsWidget::slot_onOptionsChanged()
 {
     updateScaleNote();
+    m_form->m_pLightChoice->showLight(options());
+    showLight();
     reportChange();
     m_changeTimer.start(changeDelay, this); // a pending timer begins again
 }
@@ -299,6 +338,7 @@ void shadedOptionsWidget::applyTexts()
     for (QWidget *control : QList<QWidget *>{m_form->m_pCompassFrame, m_form->m_pAzimuthField})
         control->setToolTip(reading);
     m_pCompass->setAccessibleName(m_form->m_pAzimuthLabel->text());
+    showLight();
     showValues(); // numbers and the words for the light
     m_pScaleCombo->translateItems(scaleLabels());
 }

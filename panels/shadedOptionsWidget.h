@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class LightShelf;
 class QEditableComboBox;
 class QwtCompass;
 class QwtWheel;
@@ -33,6 +34,12 @@ public:
 
     ShadedOptions options() const;
 
+    /// The shelf of the user's lights, which outlives the panel; null: there is none.
+    void setLightShelf(LightShelf *shelf);
+
+    /// Hides the choice of the edges, where it has no meaning.
+    void hideEdges();
+
 signals:
     /// The options changed. The signal follows `changeDelay` after the last change of a burst.
     void completeChanged();
@@ -58,6 +65,7 @@ private:
     void connectControls();
     void orderFocus();
     void showOptions(const ShadedOptions &options);
+    void showLight();
     void showValues();
     void showReading(double reading);
     void applyTexts();

@@ -47,7 +47,7 @@ void MapScene::addProduct(const ProductPicture &product, const ProductLook &look
     m_layers.transparent = false;
     // A cell without data may have a colour of its own in the product, or 0, which is a direction to the north.
     const QImage picture = withoutVoids(product.picture, m_relief);
-    addLayer(look.form == ProductForm::Shade ? picture : overRelief(picture, m_relief), renewed);
+    addLayer(holdsRelief(look.form) ? picture : overRelief(picture, m_relief), renewed);
 }
 
 void MapScene::addLines(const QImage &lines, bool renewed)

@@ -64,8 +64,7 @@ double ProductReading::cellSize() const
 QRect ProductReading::demPart(const QRect &part) const
 {
     constexpr double tolerance = 0.01; // cells
-    if (!m_dem.isOpen() || m_look.form == ProductForm::Shade
-        || m_demGrid.ground().crs() != m_grid.ground().crs())
+    if (!m_dem.isOpen() || holdsRelief(m_look.form) || m_demGrid.ground().crs() != m_grid.ground().crs())
         return {};
     const QRect own = m_grid.otherSide(part);
     const QPointF first = m_demGrid.ground().toCells(m_grid.ground().toGround(own.topLeft()));

@@ -74,6 +74,16 @@ QString outputFormat(const ProcessingRequest &request)
     return outputFormat(request.outputOptions, productKind(request));
 }
 
+bool isShaded(const ProcessingRequest &request)
+{
+    return !request.toolInput.shadeFragment.isEmpty();
+}
+
+bool hasAlpha(const ProcessingRequest &request)
+{
+    return request.toolInput.fragment == colorReliefFragment({.alpha = true});
+}
+
 QString partText(const QRect &part)
 {
     if (part.isNull())

@@ -40,6 +40,12 @@ ProcessRow productRow(const ProcessingRequest &request);
 /// GDAL's short name of the driver that writes the product.
 QString outputFormat(const ProcessingRequest &request);
 
+/// Whether the product is colours that a shaded relief darkens.
+bool isShaded(const ProcessingRequest &request);
+
+/// Whether the product of a colour relief has an alpha band.
+bool hasAlpha(const ProcessingRequest &request);
+
 /// The arguments of the process's tool as one text, empty where no process is chosen. Paths are quoted for the
 /// runner. Some arguments have two blanks between them; this is kept so on purpose.
 QString processArguments(const ProcessingRequest &request);

@@ -56,11 +56,20 @@ void makeInPlace(ProductWay &way, const ProcessingRequest &request, const DemSta
 {
     const RowStrip whole{0, stage.dem.facts.height};
     const ViewSource input = treatment.metres ? writeMetreView(way, stage.dem, whole, cell, 0) : stage.dem;
-    way.addTool(input, request.output, request.outputOptions, 1.0);
+    way.addTool(request, input, request.output, request.outputOptions, 1.0);
     if (treatment.directions)
         way.addCorrection(stage.dem, request.output);
     if (treatment.metres && isGeoreferenced)
-        way.addGeoreference(stage.dem);
+        way.addGeoreference(stage.dem, request.output);
+}
+
+/// Writes a view of the product as the product.
+void writeProduct(ProductWay &way, const ProcessingRequest &request, const QString &view)
+{
+    // Like the processes' tool, "-strict" refuses a format that would change the cells.
+    way.addCopy(QStringLiteral("-strict -of ") + quotedArgument(outputFormat(request))
+                    + creationArguments(request.outputOptions) + QLatin1Char(' '),
+                view, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
 }
 
 /// The tool writes strips of rows with a row more at each side where the DEM has one. The strips are then put
@@ -78,7 +87,7 @@ void makeFromStrips(ProductWay &way, const ProcessingRequest &request, const Dem
         const ViewSource input =
             treatment.metres ? writeMetreView(way, stage.dem, seen, cell, number) : stage.dem;
         const QString part = way.file(QStringLiteral("part%1.tif").arg(number));
-        way.addTool(input, part, {}, static_cast<double>(strip.count) / stage.grid.height);
+        way.addTool(request, input, part, {}, static_cast<double>(strip.count) / stage.grid.height);
         if (treatment.directions)
             way.addCorrection(stage.dem, part);
         parts += {part, {facts.width, seen.count}, {stage.margins.left(), row - seen.first}, strip};
@@ -86,9 +95,7 @@ void makeFromStrips(ProductWay &way, const ProcessingRequest &request, const Dem
     const QString view = way.file(QStringLiteral("whole.vrt"));
     way.write(view, assembledView(stage.grid, parts, productCells(request)));
     // Like the processes' tool, "-strict" refuses a format that would change the cells.
-    way.addCopy(QStringLiteral("-strict -of ") + quotedArgument(outputFormat(request))
-                    + creationArguments(request.outputOptions) + QLatin1Char(' '),
-                view, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
+    writeProduct(way, request, view);
 }
 
 /// Gives the tool the observers in the CRS of the reprojected DEM.
@@ -124,6 +131,39 @@ void makeProduct(ProductWay &way, const ProcessingRequest &request, DemStage sta
         makeFromStrips(way, request, stage, treatment, strips);
 }
 
+/// The request of the shaded relief that darkens the colours of a request.
+ProcessingRequest shadeRequest(const ProcessingRequest &request, const QString &shade)
+{
+    ProcessingRequest relief = request;
+    relief.process = Process::ShadedRelief;
+    relief.mode = processWord(ShadedOptions());
+    relief.toolInput = {.fragment = request.toolInput.shadeFragment};
+    relief.output = shade;
+    relief.outputOptions = {.asIs = request.outputOptions.asIs};
+    return relief;
+}
+
+/// The tool makes the colours and the shaded relief, and a view of both is the product.
+void makeShadedColors(ProductWay &way, const ProcessingRequest &request, const DemStage &stage,
+                      const DemTreatment &treatment, const StepOptions &options)
+{
+    const QString colors = way.file(QStringLiteral("colors.tif"));
+    const QString shade = way.file(QStringLiteral("shade.tif"));
+    const QString view = way.file(QStringLiteral("shaded.vrt"));
+    way.addTool(request, stage.dem, colors, {}, 1.0);
+    makeProduct(way, shadeRequest(request, shade), stage, treatment, options);
+    const DemFacts &dem = stage.dem.facts;
+    way.write(view,
+              shadedColorsView(stage.grid,
+                               {.colors = colors,
+                                .colorsSize = {dem.width, dem.height},
+                                .firstColor = {stage.margins.left(), stage.margins.top()},
+                                .hasAlpha = hasAlpha(request),
+                                .shade = shade,
+                                .strength = request.toolInput.shadeStrength}));
+    writeProduct(way, request, view);
+}
+
 } // namespace
 
 DemTreatment treatmentOf(const ProcessingRequest &request, const DemFacts &facts)
@@ -149,7 +189,10 @@ ProductSteps productSteps(const ProcessingRequest &request, const DemFacts &fact
         moveObservers(way, asked, facts, stage.grid.crsText);
     way.steps.width = stage.grid.width;
     way.steps.height = stage.grid.height;
-    makeProduct(way, request, stage, treatment, options);
+    if (isShaded(request))
+        makeShadedColors(way, request, stage, treatment, options);
+    else
+        makeProduct(way, asked, stage, treatment, options);
     return way.steps;
 }
 
@@ -157,7 +200,7 @@ bool needsSteps(const ProcessingRequest &request, const DemFacts &facts)
 {
     const OutputOptions &output = request.outputOptions;
     return treatmentOf(request, facts).isNeeded() || !request.part.isNull() || output.fillDistance > 0.0
-        || !output.reproject.isEmpty();
+        || !output.reproject.isEmpty() || isShaded(request);
 }
 
 QuvoProcessingCollection commandsOf(const ProductSteps &steps)

@@ -34,15 +34,16 @@ QStringList ProductWay::ifIntermediate(const QString &file) const
     return file.startsWith(m_folder) ? QStringList{file} : QStringList();
 }
 
-void ProductWay::addTool(const ViewSource &dem, const QString &output, const OutputOptions &options,
-                         double share)
+void ProductWay::addTool(const ProcessingRequest &request, const ViewSource &dem, const QString &output,
+                         const OutputOptions &options, double share)
 {
-    ProcessingRequest request = m_request;
-    request.input = dem.path;
-    request.band = dem.facts.band;
-    request.output = output;
-    request.outputOptions = options;
-    add(runCommand(request, m_tools), toolTitle(), share, ifIntermediate(output));
+    ProcessingRequest step = request;
+    step.input = dem.path;
+    step.band = dem.facts.band;
+    step.output = output;
+    step.outputOptions = options;
+    add(runCommand(step, m_tools), labelText(processRow(*request.process).stepTitle), share,
+        ifIntermediate(output));
 }
 
 void ProductWay::addBatch(const QString &task, const QString &raster, const ViewSource &dem,
@@ -73,9 +74,9 @@ void ProductWay::addCorrection(const ViewSource &dem, const QString &raster)
              trigonometric ? QStringLiteral(" --set trigonometric=true") : QString(), toolTitle(), 0.5, {});
 }
 
-void ProductWay::addGeoreference(const ViewSource &dem)
+void ProductWay::addGeoreference(const ViewSource &dem, const QString &raster)
 {
-    addBatch(QStringLiteral("georeference"), m_request.output, dem, {}, toolTitle(), 0.02, {});
+    addBatch(QStringLiteral("georeference"), raster, dem, {}, toolTitle(), 0.02, {});
 }
 
 void ProductWay::addCopy(const QString &arguments, const QString &from, const QString &to, const QString &title,

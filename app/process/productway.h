@@ -31,8 +31,9 @@ public:
 
     // Each function below adds a step. `share`: its part of the progress.
 
-    /// Runs the process's tool on a DEM; `output` is the product or a file between the steps.
-    void addTool(const ViewSource &dem, const QString &output, const OutputOptions &options, double share);
+    /// Runs the tool of the request's process on a DEM; `output` is the product or a file between the steps.
+    void addTool(const ProcessingRequest &request, const ViewSource &dem, const QString &output,
+                 const OutputOptions &options, double share);
 
     /// Fills the voids of a DEM. `mask`: path of the raster that marks the filled cells; empty: none.
     void addFilling(const ViewSource &dem, const QString &filled, double distance, const QString &mask);
@@ -40,8 +41,8 @@ public:
     /// Corrects the directions in a raster of the same grid as the DEM.
     void addCorrection(const ViewSource &dem, const QString &raster);
 
-    /// Gives the product the georeference of the DEM.
-    void addGeoreference(const ViewSource &dem);
+    /// Gives a raster the georeference of the DEM.
+    void addGeoreference(const ViewSource &dem, const QString &raster);
 
     /// Copies a raster, or a view of several, to another file. `arguments` of the translation tool end in a
     /// blank.

@@ -27,6 +27,7 @@ public:
         const ToolTable table = prepareTable(options, m_dem, m_band, m_workFolder, m_isStopped);
         m_input.toolInput.colorTableFile = table.file;
         m_input.toolInput.readsTemporaryFile = table.isTemporary;
+        m_input.toolInput = withShade(m_input.toolInput, options);
         m_input.warnings = table.notes;
         m_input.problem = table.problem;
     }

@@ -282,7 +282,7 @@ RunPlan planRun(const ProcessingRequest &request, const ToolPaths &tools, const 
                      outputLayer(request.outputOptions),
                      process.tool == Tool::Intervisibility ? process.bands : 0};
     // Intermediate files stand beside the product until it is finished.
-    const int copies = needsSteps(plan.request, plan.dem) ? 2 : 1;
+    const int copies = isShaded(plan.request) ? 3 : needsSteps(plan.request, plan.dem) ? 2 : 1;
     const QSize size = request.part.isNull() ? QSize(input.width, input.height) : request.part.size();
     plan.warnings =
         freeSpaceWarnings(output.path, copies * expectedProductSize(process, size.width(), size.height()));

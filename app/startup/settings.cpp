@@ -96,11 +96,27 @@ void writeFilerState(const QByteArray &state)
     QSettings(organisation, application).setValue(filerStateKey, state);
 }
 
+namespace
+{
+
+/// A folder beside the file of the settings.
+QString folderBesideSettings(const QString &word)
+{
+    return QStringLiteral("%1/%2/%3_%4")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation, application,
+             word);
+}
+
+} // namespace
+
 QString ownColorTableFolder()
 {
-    return QStringLiteral("%1/%2/%3_colormap")
-        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation,
-             application);
+    return folderBesideSettings(QStringLiteral("colormap"));
+}
+
+QString ownLightFolder()
+{
+    return folderBesideSettings(QStringLiteral("lights"));
 }
 
 QString chosenLanguage(const QString &otherwise)

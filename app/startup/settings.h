@@ -40,6 +40,9 @@ void writeFilerState(const QByteArray &state);
 /// Folder of the user's own colour tables, beside the settings. It may not exist yet.
 QString ownColorTableFolder();
 
+/// Folder of the user's own lights, likewise.
+QString ownLightFolder();
+
 /// The language that the user chose in the window, "FRENCH" or "ENGLISH"; `otherwise` where none was chosen.
 QString chosenLanguage(const QString &otherwise);
 

@@ -1,7 +1,9 @@
 #include "app/window/ProcessTabs.h"
 
+#include "app/recipe/lightrecipes.h"
 #include "app/startup/settings.h"
 #include "app/window/PanelArea.h"
+#include "app/window/dialogs/LightDialog.h"
 #include "panels/aspectOptionsWidget.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/contourOptionsWidget.h"
@@ -23,6 +25,7 @@ struct ProcessTabs::Row
 
 ProcessTabs::ProcessTabs(const Ui::quvoGdalUtilitiesDialog &form, WorkFolder &workFolder)
     : m_tabs(*form.m_pTabWidget)
+    , m_lights(std::make_unique<LightRecipes>(ownLightFolder()))
 {
     using Form = Ui::quvoGdalUtilitiesDialog;
     using Tabs = ProcessTabs;
@@ -41,6 +44,8 @@ ProcessTabs::ProcessTabs(const Ui::quvoGdalUtilitiesDialog &form, WorkFolder &wo
         (this->*row.addPanel)(row.process, *(form.*row.tab), workFolder);
 }
 
+ProcessTabs::~ProcessTabs() = default;
+
 template <class Panel> void ProcessTabs::addPanel(Process process, QWidget &tab, WorkFolder &workFolder)
 {
     Panel *panel = nullptr;
@@ -55,8 +60,17 @@ template <class Panel> void ProcessTabs::addPanel(Process process, QWidget &tab,
     connect(panel, &Panel::completeChanged, this, &ProcessTabs::optionsChanged);
     if constexpr (requires { &Panel::extremesComputed; })
         connect(panel, &Panel::extremesComputed, this, &ProcessTabs::extremesComputed);
+    if constexpr (std::is_same_v<Panel, shadedOptionsWidget>)
+        panel->setLightShelf(m_lights.get());
     if constexpr (std::is_same_v<Panel, colorReliefOptionsWidget>) {
         panel->setOwnTableFolder(ownColorTableFolder());
+        const auto &relief = static_cast<shadedOptionsWidget &>(this->panel(Process::ShadedRelief));
+        const auto passLight = [panel, &relief] { panel->setPanelLight(relief.options()); };
+        connect(&relief, &shadedOptionsWidget::completeChanged, panel, passLight);
+        passLight();
+        panel->setLightEditor([this](QWidget *parent, const ShadedOptions &light, const auto &changed) {
+            return editLight(parent, light, m_lights.get(), changed);
+        });
         panel->chooseTable(readLastColorTable());
         connect(panel, &Panel::tableChosen, panel, writeLastColorTable);
     }

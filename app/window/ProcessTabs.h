@@ -7,12 +7,14 @@
 #include <QObject>
 
 #include <array>
+#include <memory>
 #include <optional>
 
 class intervisibilityOptionsWidget;
 class optionsWidget;
 class QTabWidget;
 class QWidget;
+class LightShelf;
 class WorkFolder;
 
 namespace Ui
@@ -29,6 +31,7 @@ public:
     /// Makes a panel for each process and puts it into its tab of the form. The panels write the files that
     /// their tools read to the work folder. `form` and `workFolder` outlive this object.
     ProcessTabs(const Ui::quvoGdalUtilitiesDialog &form, WorkFolder &workFolder);
+    ~ProcessTabs() override;
 
     /// Process and panel of the current tab; empty and null while no tab of a process is current.
     std::optional<Process> currentProcess() const;
@@ -61,4 +64,5 @@ private:
     std::array<int, processCount> m_indexes{};            ///< index of each process's tab
     std::array<optionsWidget *, processCount> m_panels{}; ///< panel of each process; its tab owns it
     intervisibilityOptionsWidget *m_intervisibility = nullptr;
+    std::unique_ptr<LightShelf> m_lights; ///< the user's own
 };

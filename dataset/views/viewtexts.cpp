@@ -62,6 +62,43 @@ QByteArray geoTransform(const std::array<double, 6> &toGround)
     return element("GeoTransform", numbers);
 }
 
+QByteArray georeference(const DemFacts &grid)
+{
+    QByteArray content;
+    if (!grid.crsText.isEmpty())
+        content += QByteArrayLiteral("<SRS dataAxisToSRSAxisMapping=\"") + grid.crsAxes.toLatin1() + "\">"
+            + escaped(grid.crsText.toUtf8()) + "</SRS>\n";
+    if (grid.isGeoreferenced)
+        content += geoTransform(grid.toGround);
+    return content;
+}
+
+/// The source of a band of the colours.
+QByteArray colorSource(const DemFacts &grid, const ShadedColors &parts, int band)
+{
+    const QSize size(grid.width, grid.height);
+    return QByteArrayLiteral("<SimpleSource>\n")
+        + sourceFile(parts.colors, band, parts.colorsSize.width(), parts.colorsSize.height(),
+                     QStringLiteral("Byte"))
+        + rectangle("SrcRect", {parts.firstColor, size}) + rectangle("DstRect", {{0, 0}, size})
+        + "</SimpleSource>\n";
+}
+
+/// The source of the light, weakened to the strength. GDAL interpolates between the values of its table, of
+/// which 0 stands alone.
+QByteArray lightSource(const DemFacts &grid, const ShadedColors &parts)
+{
+    constexpr double brightest = 255.0;
+    const double strength = parts.strength / 100.0;
+    const QRect all(0, 0, grid.width, grid.height);
+    const auto weakened = [&](double light) { return number(brightest * (1.0 - strength) + strength * light); };
+    return QByteArrayLiteral("<ComplexSource>\n")
+        + sourceFile(parts.shade, 1, grid.width, grid.height, QStringLiteral("Byte"))
+        + rectangle("SrcRect", all) + rectangle("DstRect", all)
+        + element("LUT", "0:" + number(brightest) + ",1:" + weakened(1.0) + ",255:" + weakened(brightest))
+        + "</ComplexSource>\n";
+}
+
 /// The no-data value of a view of type Float32: that of the DEM, or the lowest number where the type cannot
 /// hold it, or where an elevation may have that value once the offset is added.
 double viewNoData(const DemFacts &facts)
@@ -106,14 +143,30 @@ QByteArray assembledView(const DemFacts &grid, const QVector<ProductPart> &parts
             + rectangle("SrcRect", {part.first, QSize(grid.width, rows)})
             + rectangle("DstRect", {0, part.strip.first, grid.width, rows}) + "</SimpleSource>\n";
     }
-    QByteArray content;
-    if (!grid.crsText.isEmpty())
-        content += QByteArrayLiteral("<SRS dataAxisToSRSAxisMapping=\"") + grid.crsAxes.toLatin1() + "\">"
-            + escaped(grid.crsText.toUtf8()) + "</SRS>\n";
-    if (grid.isGeoreferenced)
-        content += geoTransform(grid.toGround);
+    QByteArray content = georeference(grid);
     content += QByteArrayLiteral("<VRTRasterBand dataType=\"") + cells.type.toLatin1() + "\" band=\"1\">\n";
     if (cells.noData)
         content += element("NoDataValue", number(*cells.noData));
     return dataset(grid.width, grid.height, content + sources + "</VRTRasterBand>\n");
+}
+
+QByteArray shadedColorsView(const DemFacts &grid, const ShadedColors &parts)
+{
+    static constexpr const char *names[] = {"Red", "Green", "Blue"};
+    QByteArray bands;
+    int band = 0;
+    for (const char *name : names) {
+        ++band;
+        bands += QByteArrayLiteral("<VRTRasterBand dataType=\"Byte\" band=\"") + QByteArray::number(band)
+            + "\" subClass=\"VRTDerivedRasterBand\">\n" + element("ColorInterp", name)
+            + "<PixelFunctionType>mul</PixelFunctionType>\n<PixelFunctionArguments k=\"" + number(1.0 / 255.0)
+            + "\"/>\n<SourceTransferType>Float64</SourceTransferType>\n" + colorSource(grid, parts, band)
+            + lightSource(grid, parts) + "</VRTRasterBand>\n";
+    }
+    if (parts.hasAlpha) {
+        ++band;
+        bands += QByteArrayLiteral("<VRTRasterBand dataType=\"Byte\" band=\"") + QByteArray::number(band)
+            + "\">\n" + element("ColorInterp", "Alpha") + colorSource(grid, parts, band) + "</VRTRasterBand>\n";
+    }
+    return dataset(grid.width, grid.height, georeference(grid) + bands);
 }

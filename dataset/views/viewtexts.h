@@ -37,5 +37,21 @@ struct ProductCells
     std::optional<double> noData; ///< empty: no value marks cells without data
 };
 
+/// Colours of a DEM, and the shaded relief that darkens them.
+struct ShadedColors
+{
+    QString colors;    ///< path of a raster of bytes: red, green, blue and perhaps alpha
+    QSize colorsSize;  ///< its columns and rows
+    QPoint firstColor; ///< its cell that is the first of the view
+    bool hasAlpha = false;
+    QString shade;      ///< path of a raster of bytes with the grid of the view; 0: there is no light known
+    int strength = 100; ///< percentage of the shade that counts, 0 to 100
+};
+
+/// The view of the product in the columns, rows and coordinates of `grid`: each colour c under the light h
+/// becomes c · (1 - s + s · h / 255), rounded, where s is the strength as a share. Colours without a light, and
+/// alpha, stay as they are.
+QByteArray shadedColorsView(const DemFacts &grid, const ShadedColors &parts);
+
 /// The view of a whole product in the columns, rows and coordinates of `grid`, put together from parts.
 QByteArray assembledView(const DemFacts &grid, const QVector<ProductPart> &parts, const ProductCells &cells);

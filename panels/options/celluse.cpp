@@ -21,6 +21,11 @@ CellUse useOf(const AspectOptions &options)
             .trigonometric = options.trigonometric};
 }
 
+CellUse useOf(const ColorReliefOptions &options)
+{
+    return options.shaded ? useOf(options.shade) : CellUse();
+}
+
 CellUse useOf(const TerrainIndexOptions &)
 {
     return {.neighbours = true, .heights = true};

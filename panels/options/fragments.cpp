@@ -241,6 +241,17 @@ QString colorReliefFragment(const ColorReliefOptions &options)
     return options.alpha ? QStringLiteral("-alpha") : QString();
 }
 
+ToolInput withShade(ToolInput input, const ColorReliefOptions &options)
+{
+    if (!options.shaded)
+        return input;
+    ShadedOptions shade = options.shade;
+    shade.computeEdges = true;
+    input.shadeFragment = shadedFragment(shade);
+    input.shadeStrength = options.shadeStrength;
+    return input;
+}
+
 bool isComplete(const ShadedOptions &options)
 {
     return options.scaleIndex >= 0 || !options.scaleText.isEmpty();

@@ -150,6 +150,10 @@ struct ColorReliefOptions
 
 QString colorReliefFragment(const ColorReliefOptions &options);
 
+/// Adds the shaded relief of the options, if they have one, to the tool's input. It is computed at the edges,
+/// too: without a light the rim would keep its full colours.
+ToolInput withShade(ToolInput input, const ColorReliefOptions &options);
+
 /// What an intervisibility run computes for each cell.
 enum class SightResult
 {

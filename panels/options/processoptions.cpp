@@ -585,5 +585,6 @@ bool needsExtremes(const ProcessOptions &options)
 std::optional<double> compassOf(const ProcessOptions &options)
 {
     const auto *shaded = std::get_if<ShadedOptions>(&options);
-    return shaded ? std::optional(shaded->compass) : std::nullopt;
+    return shaded && lightOf(*shaded) != Light::Multidirectional ? std::optional(shaded->compass)
+                                                                 : std::nullopt;
 }

@@ -55,5 +55,5 @@ QVector<FieldDescription> describeOptions(const ProcessOptions &options);
 /// the elevations that a colour table is spread over.
 bool needsExtremes(const ProcessOptions &options);
 
-/// The compass reading of a shaded relief in degrees; nothing for any other process.
+/// The compass reading of a shaded relief in degrees; nothing for several suns and for any other process.
 std::optional<double> compassOf(const ProcessOptions &options);

@@ -24,4 +24,7 @@ struct ToolInput
     bool readsTemporaryFile = false;
     QString attribute{}; ///< attribute that the tool writes into a vector product; empty: none
     QVector<SideFile> sideFiles{};
+    /// Argument fragment of the shaded relief that darkens the colours of the product; empty: none does.
+    QString shadeFragment{};
+    int shadeStrength = 100; ///< percentage of that darkening
 };

@@ -87,6 +87,7 @@ QVector<Row> rows()
         {"shaded", "m_pChBComputeAtEdges", "-z 1 -s 1 -az -45 -alt 45  -compute_edges"},
         {"shaded", "m_pRBZevenbergenThorne", "-z 1 -s 1 -az -45 -alt 45  -alg ZevenbergenThorne"},
         {"shaded", "m_pRBZevenbergenThorne > m_pRBHorn", "-z 1 -s 1 -az -45 -alt 45 "},
+        {"shaded", "m_pCBLight", "-z 1 -s 1 -alt 45  -multidirectional"},
         {"shaded", "QwtWheel > m_pPBResetZFactor", "-z 1 -s 1 -az -45 -alt 45 "},
         {"shaded", "QwtCompass > m_pPBResetAzimuth", "-z 1 -s 1 -az -45 -alt 45 "},
         {"shaded", "m_pAltitudeSlider > m_pPBResetAltitude", "-z 1 -s 1 -az -45 -alt 45 "},
@@ -197,6 +198,13 @@ const QStringList testedElsewhere{
     "views m_pTBColumns",                    // opens a menu
     "colors m_pLComputeExactStatisticsLink", // changes the DEM's extremes, not an option
     "colors m_pPBEditColorTable",            // opens the editor
+    "colors m_pChBShade",                    // its light comes from another panel
+    "colors m_pShadeStrength",
+    "colors m_pRBPanelLight",
+    "colors m_pRBOwnLight",
+    "colors m_pPBEditLight",
+    "shaded LightList", // its entries are no single value
+    "shaded m_pPBKeepLight",
 };
 
 /// The name of a control; of a control without a name, that of its class.

@@ -53,9 +53,9 @@ ProductLook lookOf(const ContourOptions &, const QString &)
     return {ProductForm::Lines, RampKind::Grey, false, {}, {}};
 }
 
-ProductLook lookOf(const ColorReliefOptions &, const QString &)
+ProductLook lookOf(const ColorReliefOptions &options, const QString &)
 {
-    return {};
+    return {.form = options.shaded ? ProductForm::ShadedColors : ProductForm::Colors};
 }
 
 ProductLook lookOf(const IntervisibilityOptions &options, const QString &unit)
@@ -371,6 +371,11 @@ MapLegend legendOf(const LegendFacts &facts, const QLocale &locale)
         + (facts.elevationUnit.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(facts.elevationUnit));
     legend.elevations = facts.elevations;
     return legend;
+}
+
+bool holdsRelief(ProductForm form)
+{
+    return form == ProductForm::Shade || form == ProductForm::ShadedColors;
 }
 
 QString valueText(const ProductLook &look, double value, const QLocale &locale)

@@ -14,11 +14,15 @@
 /// How a product is drawn on the map.
 enum class ProductForm
 {
-    Shade,  ///< in grey, without the relief of the ground: it is a relief itself
-    Values, ///< numbers in the colours of a ramp, over the relief
-    Colors, ///< its own colours, over the relief
-    Lines   ///< lines over the relief
+    Shade,        ///< in grey, without the relief of the ground: it is a relief itself
+    Values,       ///< numbers in the colours of a ramp, over the relief
+    Colors,       ///< its own colours, over the relief
+    ShadedColors, ///< its own colours, which hold a relief themselves
+    Lines         ///< lines over the relief
 };
+
+/// Whether the product is drawn without the relief of the ground.
+bool holdsRelief(ProductForm form);
 
 /// What a product of a process looks like.
 struct ProductLook

@@ -1,7 +1,7 @@
 #include "app/preview/PreviewDialog.h"
-#include "app/window/HelpDialog.h"
 #include "app/window/RecentRunsDialog.h"
 #include "app/window/TilesDialog.h"
+#include "app/window/dialogs/HelpDialog.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
 #include "tests/support/programs.h"

@@ -52,6 +52,11 @@ void FragmentsTest::shaded_data()
     row("emptied ratio", {.scaleIndex = -1}, "-z 1 -az -45 -alt 45 ", false);
     row("both switches", {.altitude = 60, .computeEdges = true, .zevenbergenThorne = true},
         "-z 1 -s 1 -az -45 -alt 60  -compute_edges -alg ZevenbergenThorne");
+    row("several suns", {.light = "multidirectional"}, "-z 1 -s 1 -alt 45  -multidirectional");
+    row("combined", {.compass = 0, .altitude = 30, .light = "combined"},
+        "-z 1 -s 1 -az 270 -alt 30  -combined");
+    row("soft", {.computeEdges = true, .light = "igor"}, "-z 1 -s 1 -az -45  -compute_edges -igor");
+    row("unknown light", {.light = "moon"}, "-z 1 -s 1 -az -45 -alt 45 ");
 }
 
 void FragmentsTest::shaded()

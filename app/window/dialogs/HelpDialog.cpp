@@ -1,4 +1,4 @@
-#include "app/window/HelpDialog.h"
+#include "app/window/dialogs/HelpDialog.h"
 
 #include <QEvent>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "app/window/AboutDialog.h"
+#include "app/window/dialogs/AboutDialog.h"
 
 #include "app/startup/versions.h"
 #include "messages/label.h"
