@@ -75,7 +75,7 @@ set(layers
     "app/preview: app/preview/map app/preview/live app/preview/profile app/process colortable panels panels/options runner dataset dataset/views messages viewshed/lineofsight.h viewshed/problem.h"
     "app/series: app/process app/recipe app/run panels/options runner dataset dataset/chooser dataset/views messages"
     "app/window/input: app/startup app/process app/series panels panels/options dataset dataset/chooser dataset/extraction dataset/views messages"
-    "app/window/dialogs: app/startup panels panels/light panels/options messages"
+    "app/window/dialogs: app/startup panels panels/light panels/options runner messages"
     "app/window: app/window/dialogs app/tiles app/startup app/process app/recipe app/run app/preview app/window/input panels panels/light panels/options runner dataset dataset/views messages"
     "app/batch: dataset/join app/tiles app/startup app/process app/recipe app/run panels/options runner dataset dataset/views messages"
     "app/main.cpp: app/startup app/process app/window dataset messages"
