@@ -2,6 +2,7 @@
 
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
+#include "dataset/views/rastercopy.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -10,7 +11,6 @@
 #include <gdal_alg.h>
 #include <gdal_priv.h>
 
-#include <array>
 #include <cmath>
 #include <memory>
 #include <vector>
@@ -35,20 +35,6 @@ struct Share
         return self.isStopped ? FALSE : TRUE;
     }
 };
-
-Dataset create(const QString &path, GDALDataset &like, GDALDataType type)
-{
-    GDALDriver *driver = GetGDALDriverManager()->GetDriverByName("GTiff");
-    const char *options[] = {"BIGTIFF=IF_SAFER", nullptr};
-    Dataset dataset(driver->Create(encodePath(path).constData(), like.GetRasterXSize(), like.GetRasterYSize(),
-                                   1, type, const_cast<char **>(options)));
-    std::array<double, 6> toGround{};
-    if (dataset && like.GetGeoTransform(toGround.data()) == CE_None)
-        dataset->SetGeoTransform(toGround.data());
-    if (dataset && like.GetSpatialRef())
-        dataset->SetSpatialRef(like.GetSpatialRef());
-    return dataset;
-}
 
 /// Rows of a band as numbers of the type Float32.
 class Rows
@@ -79,16 +65,7 @@ private:
 /// Copies the elevations and what the band says of them.
 bool copy(GDALRasterBand &from, GDALRasterBand &to, Share &share)
 {
-    int hasNoData = FALSE;
-    const double noData = from.GetNoDataValue(&hasNoData);
-    if (hasNoData)
-        to.SetNoDataValue(static_cast<float>(noData));
-    to.SetUnitType(from.GetUnitType());
-    int isKnown = FALSE;
-    if (const double scale = from.GetScale(&isKnown); isKnown && scale != 1.0)
-        to.SetScale(scale);
-    if (const double offset = from.GetOffset(&isKnown); isKnown && offset != 0.0)
-        to.SetOffset(offset);
+    describeLike(from, to);
     Rows source(from);
     Rows target(to);
     for (int row = 0; row < from.GetYSize(); ++row) {
@@ -133,8 +110,8 @@ bool fill(const FillRequest &request, const FillProgress &progress, FillResult &
         GDALDataset::Open(encodePath(request.dem).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
     if (!source || request.band > source->GetRasterCount())
         return false;
-    Dataset target = create(request.filled, *source, GDT_Float32);
-    Dataset mask = request.mask.isEmpty() ? nullptr : create(request.mask, *source, GDT_Byte);
+    Dataset target = createLike(request.filled, *source, GDT_Float32);
+    Dataset mask = request.mask.isEmpty() ? nullptr : createLike(request.mask, *source, GDT_Byte);
     if (!target || (!request.mask.isEmpty() && !mask))
         return false;
     GDALRasterBand &from = *source->GetRasterBand(request.band);
