@@ -1,5 +1,6 @@
 #include "dataset/join/contourjoin.h"
 
+#include "dataset/contours/ContourFile.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/join/LineJoiner.h"
 #include "dataset/layercrs.h"
@@ -64,30 +65,22 @@ QVector<QPointF> pointsOf(const OGRLineString &line)
     return points;
 }
 
-/// Creates the file of the joined lines and writes them.
-class ContourFile
+/// The joined lines while they are written.
+class JoinedLines
 {
 public:
-    explicit ContourFile(const ContourJoin &join)
-        : m_join(join)
-        , m_before(filesInFolder())
+    explicit JoinedLines(const ContourJoin &join)
+        : m_file(join.path, join.driver, join.layer)
+        , m_attribute(join.attribute)
     { }
 
     bool create(const OGRSpatialReference *crs, bool is3D)
     {
-        GDALDriver *driver = GetGDALDriverManager()->GetDriverByName(m_join.driver.toUtf8().constData());
         m_is3D = is3D;
-        if (!driver)
-            return false;
-        m_dataset.reset(driver->Create(encodePath(m_join.path).constData(), 0, 0, 0, GDT_Unknown, nullptr));
-        if (!m_dataset)
-            return false;
-        if (m_dataset->TestCapability(ODsCTransactions)) // a database would make one of every line
-            m_dataset->StartTransaction();
-        m_layer =
-            m_dataset->CreateLayer(m_join.layer.toUtf8().constData(), const_cast<OGRSpatialReference *>(crs),
-                                   is3D ? wkbLineString25D : wkbLineString);
-        return m_layer && createFields();
+        QVector<ContourField> fields{ContourFile::numberField()};
+        if (!m_attribute.isEmpty())
+            fields += {m_attribute, OFTReal, 0};
+        return m_file.create(crs, is3D ? wkbLineString25D : wkbLineString, fields);
     }
 
     /// Returns whether the line was written.
@@ -101,65 +94,24 @@ public:
             else
                 line.setPoint(at, points[at].x(), points[at].y());
         }
-        OGRFeature feature(m_layer->GetLayerDefn());
-        feature.SetField(0, static_cast<int>(m_count));
-        if (!m_join.attribute.isEmpty())
-            feature.SetField(1, level);
+        OGRFeature feature(m_file.layer().GetLayerDefn());
+        if (m_file.hasFields()) {
+            feature.SetField(m_file.field(0), static_cast<int>(m_count));
+            if (!m_attribute.isEmpty())
+                feature.SetField(m_file.field(1), level);
+        }
         feature.SetGeometry(&line);
         ++m_count;
-        return m_layer->CreateFeature(&feature) == OGRERR_NONE;
+        return m_file.write(feature);
     }
 
     long long count() const { return m_count; }
-
-    /// Writes what is left in memory; failures are in GDAL's messages.
-    void close()
-    {
-        if (m_dataset && m_dataset->TestCapability(ODsCTransactions))
-            m_dataset->CommitTransaction();
-        m_dataset.reset();
-    }
-
-    /// Removes what was written. Some formats are several files or a folder.
-    void remove()
-    {
-        m_dataset.reset();
-        const QDir folder = QFileInfo(m_join.path).dir();
-        const QStringList files = filesInFolder();
-        for (const QString &file : files) {
-            if (!m_before.contains(file))
-                QFileInfo(folder.filePath(file)).isDir() ? QDir(folder.filePath(file)).removeRecursively()
-                                                         : QFile::remove(folder.filePath(file));
-        }
-    }
+    void close() { m_file.close(); }
+    void remove() { m_file.remove(); }
 
 private:
-    bool createFields()
-    {
-        // Like those of the contour tool.
-        OGRFieldDefn number("ID", OFTInteger);
-        number.SetWidth(8);
-        OGRFieldDefn elevation(m_join.attribute.toUtf8().constData(), OFTReal);
-        return m_layer->CreateField(&number) == OGRERR_NONE
-            && (m_join.attribute.isEmpty() || m_layer->CreateField(&elevation) == OGRERR_NONE);
-    }
-
-    /// The files beside the product that share its base name.
-    QStringList filesInFolder() const
-    {
-        const QFileInfo product(m_join.path);
-        QStringList files = product.dir().entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-        const QString base = product.completeBaseName();
-        files.erase(std::remove_if(files.begin(), files.end(),
-                                   [&](const QString &file) { return !file.startsWith(base); }),
-                    files.end());
-        return files;
-    }
-
-    const ContourJoin &m_join;
-    QStringList m_before; ///< what stood there before
-    Dataset m_dataset;
-    OGRLayer *m_layer = nullptr;
+    ContourFile m_file;
+    QString m_attribute;
     bool m_is3D = false;
     long long m_count = 0;
 };
@@ -313,7 +265,7 @@ private:
     bool m_isNear = false; ///< a line of the tile lies in it or beside it
     const GdalMessages m_messages;
     ContourJoinResult m_result;
-    ContourFile m_file;
+    JoinedLines m_file;
     LineJoiner m_joiner;
 };
 
