@@ -14,6 +14,9 @@ const QString listName = QStringLiteral("list");
 const QString buildName = QStringLiteral("build-overviews");
 const QString correctName = QStringLiteral("correct-aspect");
 const QString fillName = QStringLiteral("fill-voids");
+const QString smoothName = QStringLiteral("smooth-dem");
+const QString finishName = QStringLiteral("finish-contours");
+const QString linesName = QStringLiteral("lines");
 const QString maskName = QStringLiteral("mask");
 const QString partName = QStringLiteral("part");
 const QString georeferenceName = QStringLiteral("georeference");
@@ -80,6 +83,15 @@ void declareOptions(QCommandLineParser &parser)
          QStringLiteral("raster")},
         {maskName, text("MESS_LOT_MASQUE_FIC", "Avec --fill-voids : raster qui marque les cellules comblées."),
          QStringLiteral("raster")},
+        {smoothName,
+         text("MESS_LOT_LISSE", "Écrit ce raster, une copie lissée du MNT (--input, --set smoothing=rayon)."),
+         QStringLiteral("raster")},
+        {finishName,
+         text("MESS_LOT_FINIR",
+              "Écrit ce fichier à partir des courbes de niveau de l'outil (--lines) et de son MNT (--input)."),
+         QStringLiteral("file")},
+        {linesName, text("MESS_LOT_FINIR_LIGNES", "Avec --finish-contours : fichier écrit par l'outil."),
+         QStringLiteral("file")},
         {georeferenceName,
          text("MESS_LOT_GEOREF", "Donne sur place à un GeoTIFF la géoréférence du MNT (--input)."),
          QStringLiteral("raster")},
@@ -103,6 +115,10 @@ BatchAction actionOf(const QCommandLineParser &parser)
         return BatchAction::CorrectAspect;
     if (parser.isSet(fillName))
         return BatchAction::FillVoids;
+    if (parser.isSet(smoothName))
+        return BatchAction::SmoothDem;
+    if (parser.isSet(finishName))
+        return BatchAction::FinishContours;
     if (parser.isSet(georeferenceName))
         return BatchAction::CopyGeoreference;
     return parser.isSet(printName) ? BatchAction::PrintCommand : BatchAction::Run;
@@ -182,6 +198,7 @@ QString readValues(BatchArguments &arguments, const QCommandLineParser &parser)
     if (!problem.isEmpty())
         return problem;
     arguments.mask = parser.value(maskName);
+    arguments.lines = parser.value(linesName);
     if (parser.isSet(partName)) {
         arguments.part = readPart(parser.value(partName));
         if (!arguments.part)
@@ -221,7 +238,7 @@ BatchArguments readBatchArguments(const QStringList &texts)
         return arguments;
     }
     arguments.action = actionOf(parser);
-    for (const QString &name : {buildName, correctName, fillName, georeferenceName})
+    for (const QString &name : {buildName, correctName, fillName, smoothName, finishName, georeferenceName})
         arguments.raster += parser.value(name);
     const bool onlyPrintsText = arguments.action == BatchAction::Help
         || arguments.action == BatchAction::Version || arguments.action == BatchAction::List;

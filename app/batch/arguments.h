@@ -20,6 +20,8 @@ enum class BatchAction
     BuildOverviews,
     CorrectAspect,    ///< a step of a product: corrects directions for cells that are not square
     FillVoids,        ///< a step of a product: writes a copy of the DEM whose cells without data are filled
+    SmoothDem,        ///< a step of a product: writes a smoothed copy of the DEM
+    FinishContours,   ///< a step of a product: makes it of the file that the contour tool wrote
     CopyGeoreference, ///< a step of a product: gives a raster the georeference of the DEM
     List,
     Help,
@@ -40,8 +42,9 @@ struct BatchArguments
     std::optional<int> band;
     std::optional<QRect> part;   ///< cells of the DEM; a null rectangle: all of them
     QString mask;                ///< path of the raster that marks filled cells; empty: none
+    QString lines;               ///< path of the file that the contour tool wrote; empty: none
     OutputOptions outputOptions; ///< options that were not given have their defaults
-    QString raster;              ///< path of the raster that another action than Run and PrintCommand works on
+    QString raster;              ///< path of the file that another action than Run and PrintCommand works on
     bool overwrite = false;      ///< a run may replace existing files
     QVector<QPair<QString, QString>> options; ///< name and value of each --set, in the order given
     TileArguments tiles;

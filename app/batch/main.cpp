@@ -152,6 +152,8 @@ int main(int argc, char *argv[])
     case BatchAction::BuildOverviews:
     case BatchAction::CorrectAspect:
     case BatchAction::FillVoids:
+    case BatchAction::SmoothDem:
+    case BatchAction::FinishContours:
     case BatchAction::CopyGeoreference:
         return static_cast<int>(runRasterTask(arguments));
     case BatchAction::PrintCommand:

@@ -1,6 +1,7 @@
 #include "app/batch/rastertasks.h"
 
 #include "app/batch/BatchRun.h"
+#include "app/batch/contourtasks.h"
 #include "app/batch/terminalprogress.h"
 #include "app/run/overviewrun.h"
 #include "app/startup/StopSignals.h"
@@ -16,24 +17,14 @@
 namespace
 {
 
-/// How a task ended.
-struct TaskEnd
-{
-    bool isStopped = false;
-    QString problem; ///< why it failed, in a sentence or in GDAL's words; empty otherwise
-};
-
-/// Receives percentages; returns whether to go on.
-using Progress = std::function<bool(int)>;
-
-TaskEnd buildOverviewsOf(const QString &raster, const Progress &progress)
+TaskEnd buildOverviewsOf(const QString &raster, const TaskProgress &progress)
 {
     const OverviewResult result = runOverviews(raster, progress);
     return {result.state == OverviewResult::Stopped, result.problem};
 }
 
 TaskEnd correctAspectOf(const QString &raster, const QString &dem, const BatchArguments &arguments,
-                        const Progress &progress)
+                        const TaskProgress &progress)
 {
     ProcessOptions options = AspectOptions();
     for (const auto &option : arguments.options) {
@@ -47,7 +38,7 @@ TaskEnd correctAspectOf(const QString &raster, const QString &dem, const BatchAr
 }
 
 TaskEnd fillVoidsOf(const QString &dem, const QString &filled, const BatchArguments &arguments,
-                    const Progress &progress)
+                    const TaskProgress &progress)
 {
     const QString mask = arguments.mask.isEmpty() ? QString() : QFileInfo(arguments.mask).absoluteFilePath();
     const FillResult result = fillVoids({.dem = dem,
@@ -59,7 +50,7 @@ TaskEnd fillVoidsOf(const QString &dem, const QString &filled, const BatchArgume
     return {result.isStopped, result.problem};
 }
 
-TaskEnd runTask(const BatchArguments &arguments, const Progress &progress)
+TaskEnd runTask(const BatchArguments &arguments, const TaskProgress &progress)
 {
     const QString raster = dataSetName(arguments.raster, QDir::currentPath());
     if (arguments.action == BatchAction::BuildOverviews)
@@ -71,6 +62,10 @@ TaskEnd runTask(const BatchArguments &arguments, const Progress &progress)
         return correctAspectOf(raster, dem, arguments, progress);
     if (arguments.action == BatchAction::FillVoids)
         return fillVoidsOf(dem, raster, arguments, progress);
+    if (arguments.action == BatchAction::SmoothDem)
+        return smoothDemTask(dem, raster, arguments, progress);
+    if (arguments.action == BatchAction::FinishContours)
+        return finishContoursTask(dem, raster, arguments, progress);
     return {false, copyGeoreference(dem, raster)};
 }
 
@@ -79,7 +74,8 @@ TaskEnd runTask(const BatchArguments &arguments, const Progress &progress)
 bool isRasterTask(BatchAction action)
 {
     return action == BatchAction::BuildOverviews || action == BatchAction::CorrectAspect
-        || action == BatchAction::FillVoids || action == BatchAction::CopyGeoreference;
+        || action == BatchAction::FillVoids || action == BatchAction::SmoothDem
+        || action == BatchAction::FinishContours || action == BatchAction::CopyGeoreference;
 }
 
 BatchExit runRasterTask(const BatchArguments &arguments)
@@ -93,6 +89,8 @@ BatchExit runRasterTask(const BatchArguments &arguments)
     });
     const bool isDone = end.problem.isEmpty() && !end.isStopped;
     printOutput(isDone ? progress.finish() : progress.abandon());
+    for (const QString &note : end.notes)
+        printError(note);
     if (isDone)
         return BatchExit::Done;
     printError(end.isStopped ? stoppedText() : end.problem);
