@@ -163,17 +163,17 @@ bool smooth(const SmoothRequest &request, const std::function<bool(int)> &progre
 {
     const std::unique_ptr<GDALDataset> source(
         GDALDataset::Open(encodePath(request.dem).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
-    if (!source || request.band > source->GetRasterCount())
+    GDALRasterBand *from = source ? source->GetRasterBand(request.band) : nullptr; // an error where there is none
+    if (!from)
         return false;
-    GDALRasterBand &from = *source->GetRasterBand(request.band);
     const std::unique_ptr<GDALDataset> target =
-        createLike(request.smoothed, *source, smoothedType(from.GetRasterDataType()));
+        createLike(request.smoothed, *source, smoothedType(from->GetRasterDataType()));
     if (!target)
         return false;
     GDALRasterBand &to = *target->GetRasterBand(1);
-    describeLike(from, to);
+    describeLike(*from, to);
     // Closing the copy, which writes its last cells, may fail as well; the caller looks for GDAL's messages.
-    return Smoother(from, to, request).run(progress, result.isStopped);
+    return Smoother(*from, to, request).run(progress, result.isStopped);
 }
 
 } // namespace

@@ -108,13 +108,14 @@ bool fill(const FillRequest &request, const FillProgress &progress, FillResult &
 {
     Dataset source(
         GDALDataset::Open(encodePath(request.dem).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
-    if (!source || request.band > source->GetRasterCount())
+    GDALRasterBand *band = source ? source->GetRasterBand(request.band) : nullptr; // an error where there is none
+    if (!band)
         return false;
     Dataset target = createLike(request.filled, *source, GDT_Float32);
     Dataset mask = request.mask.isEmpty() ? nullptr : createLike(request.mask, *source, GDT_Byte);
     if (!target || (!request.mask.isEmpty() && !mask))
         return false;
-    GDALRasterBand &from = *source->GetRasterBand(request.band);
+    GDALRasterBand &from = *band;
     GDALRasterBand &to = *target->GetRasterBand(1);
     Share copying{progress, 0.0, 40.0};
     Share filling{progress, 40.0, 50.0};

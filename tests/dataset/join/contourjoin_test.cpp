@@ -77,7 +77,8 @@ const QMap<QString, QString> extensions{{"ESRI Shapefile", ".shp"},
                                         {"FlatGeobuf", ".fgb"},
                                         {"GPKG", ".gpkg"},
                                         {"GeoJSON", ".geojson"},
-                                        {"GeoJSONSeq", ".geojsonl"}};
+                                        {"GeoJSONSeq", ".geojsonl"},
+                                        {"KML", ".kml"}};
 
 /// A line that can be compared with another one of the same course, whatever its first vertex.
 struct Course
@@ -227,6 +228,7 @@ void ContourJoinTest::isOneRunOfTheTool_data()
     row("fixed levels", true, true, "GeoJSON", "GeoJSON", "Z", "-3d -fl 17 20 20.0003 23");
     row("no attribute", false, true, "FlatGeobuf", "ESRI Shapefile", "", "-i 5 -3d");
     row("no level", false, true, "FlatGeobuf", "ESRI Shapefile", "", "-i 5");
+    row("fields of the format's own", false, false, "GPKG", "KML", "Z", "-i 5");
     row("no lines", false, true, "GeoJSON", "GeoJSON", "Z", "-i 5000 -off 900");
 }
 
