@@ -163,7 +163,8 @@ bool smooth(const SmoothRequest &request, const std::function<bool(int)> &progre
 {
     const std::unique_ptr<GDALDataset> source(
         GDALDataset::Open(encodePath(request.dem).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
-    GDALRasterBand *from = source ? source->GetRasterBand(request.band) : nullptr; // an error where there is none
+    GDALRasterBand *from =
+        source ? source->GetRasterBand(request.band) : nullptr; // an error where there is none
     if (!from)
         return false;
     const std::unique_ptr<GDALDataset> target =

@@ -108,7 +108,8 @@ bool fill(const FillRequest &request, const FillProgress &progress, FillResult &
 {
     Dataset source(
         GDALDataset::Open(encodePath(request.dem).constData(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
-    GDALRasterBand *band = source ? source->GetRasterBand(request.band) : nullptr; // an error where there is none
+    GDALRasterBand *band =
+        source ? source->GetRasterBand(request.band) : nullptr; // an error where there is none
     if (!band)
         return false;
     Dataset target = createLike(request.filled, *source, GDT_Float32);

@@ -30,23 +30,41 @@ private:
 void ContourTasksTest::smoothThenFinish()
 {
     QVERIFY(writeHill(path("dem.tif"), 150));
-    const Ended smoothed =
-        batch({"--smooth-dem", path("s.tif"), "--input", path("dem.tif"), "--band", "1", "--set", "smoothing=3"});
+    const Ended smoothed = batch(
+        {"--smooth-dem", path("s.tif"), "--input", path("dem.tif"), "--band", "1", "--set", "smoothing=3"});
     QVERIFY2(smoothed.code == 0 && smoothed.out.endsWith("100 - done.\n"), qPrintable(smoothed.error));
     // The tool receives six digits of the interval.
     QCOMPARE(runProgram(QStringLiteral(QUVO_TREE "/gdal_contour.exe"),
-                        {"-q", "-a", "Z", "-i", "3.33333", "-f", "GPKG", "-nln", "lines", path("s.tif"), path("l.gpkg")})
+                        {"-q", "-a", "Z", "-i", "3.33333", "-f", "GPKG", "-nln", "lines", path("s.tif"),
+                         path("l.gpkg")})
                  .code,
              0);
-    const Ended finished =
-        batch({"--finish-contours", path("product.gpkg"), "--lines", path("l.gpkg"), "--input", path("s.tif"), "--of",
-               "GPKG", "--layer", "lines", "--set", "interval=3.3333333", "--set", "indexEvery=10", "--set",
-               "shortestRing=600", "--set", "styled=true", "--set", "qgisStyle=true"});
+    const Ended finished = batch({"--finish-contours",
+                                  path("product.gpkg"),
+                                  "--lines",
+                                  path("l.gpkg"),
+                                  "--input",
+                                  path("s.tif"),
+                                  "--of",
+                                  "GPKG",
+                                  "--layer",
+                                  "lines",
+                                  "--set",
+                                  "interval=3.3333333",
+                                  "--set",
+                                  "indexEvery=10",
+                                  "--set",
+                                  "shortestRing=600",
+                                  "--set",
+                                  "styled=true",
+                                  "--set",
+                                  "qgisStyle=true"});
     QVERIFY2(finished.code == 0 && finished.out.endsWith("100 - done.\n"), qPrintable(finished.error));
     QVERIFY2(finished.error.contains(QRegularExpression(": [1-9][0-9]*\\.\n$")), qPrintable(finished.error));
     QVERIFY(QFile::exists(path("product.qml")));
     const auto count = [this](const char *condition) {
-        const QString text = runProgram("ogrinfo", {"-ro", "-so", "-where", condition, path("product.gpkg"), "lines"}).out;
+        const QString text =
+            runProgram("ogrinfo", {"-ro", "-so", "-where", condition, path("product.gpkg"), "lines"}).out;
         return text.section("Feature Count: ", 1).section('\n', 0, 0).toInt();
     };
     QVERIFY(count("INDEX_LINE = 1") > 0);

@@ -25,6 +25,8 @@
 #include <numbers>
 #include <random>
 
+Q_DECLARE_METATYPE(VoidRule)
+
 namespace
 {
 
@@ -111,9 +113,6 @@ Read readLines(const QString &path, const DemGround &ground, bool isInDegrees)
         if (!style.contains("8A5A32", Qt::CaseInsensitive)
             && !style.contains("7f5f3f")) // DXF: the nearest of 256
             read.problem = "style " + style;
-        const int name = feature->GetFieldIndex("Name");
-        if (name >= 0)
-            read.names += QString::fromUtf8(feature->GetFieldAsString(name));
     }
     return read;
 }
@@ -206,7 +205,7 @@ void ContourFinishTest::styledLines()
     if (driver != "DXF" && !isInDegrees)
         QVERIFY(read.indexLines > 5 && read.thinLines > read.indexLines);
     QVERIFY(driver != "DXF" || bytesOf(finish.product).contains("370\n35\n")); // hundredths of a millimetre
-    QVERIFY(!isInDegrees || (read.names.contains("-5") && read.names.contains("25")));
+    QVERIFY(!isInDegrees || bytesOf(finish.product).contains("<name>-5</name>"));
     const QString text = runProgram("ogrinfo", {"-ro", "-so", "-al", finish.product}).out;
     QVERIFY2(isInDegrees || driver == "DXF" || text.contains("Transverse Mercator"), qPrintable(text));
     QCOMPARE(text.contains("3D Line String"), options.contains("-3d") && !isInDegrees);
@@ -298,29 +297,34 @@ void ContourFinishTest::areas_data()
 {
     QTest::addColumn<QStringList>("levels");
     QTest::addColumn<bool>("voids");
-    QTest::addColumn<bool>("everyValueValid");
-    QTest::newRow("interval") << QStringList{"-i", "5"} << false << false;
-    QTest::newRow("offset, voids") << QStringList{"-i", "5", "-off", "1.3"} << true << false;
-    QTest::newRow("fixed levels, voids") << QStringList{"-fl", "-7", "0", "12"} << true << false;
-    QTest::newRow("one class") << QStringList{"-i", "1000", "-off", "-500"} << false << false;
-    QTest::newRow("every value valid") << QStringList{"-inodata", "-fl", "0"} << true << true;
+    QTest::addColumn<VoidRule>("rule");
+    QTest::newRow("interval") << QStringList{"-i", "5"} << false << VoidRule();
+    QTest::newRow("offset, voids") << QStringList{"-i", "5", "-off", "1.3"} << true << VoidRule();
+    QTest::newRow("fixed levels, voids") << QStringList{"-fl", "-7", "0", "12"} << true << VoidRule();
+    QTest::newRow("one class") << QStringList{"-i", "1000", "-off", "-500"} << false << VoidRule();
+    QTest::newRow("every value valid") << QStringList{"-inodata", "-fl", "0"} << true << VoidRule{true, {}};
+    QTest::newRow("another value ignored")
+        << QStringList{"-snodata", "777", "-fl", "0"} << true << VoidRule{false, 777.0};
 }
 
 void ContourFinishTest::areas()
 {
     QFETCH(const QStringList, levels);
     QFETCH(const bool, voids);
-    QFETCH(const bool, everyValueValid);
+    QFETCH(const VoidRule, rule);
     QVector<float> cells = cellsOf(hills);
     for (int at = 0; at < cells.size() && voids; at += at % 7 == 0 ? 211 : 38)
         for (const int neighbour : {at, at + 1, at + width})
             cells[neighbour % cells.size()] = noData;
+    if (rule.ignored)
+        cells[4000] = static_cast<float>(*rule.ignored);
     QVERIFY(writeRaster(path("dem.tif"), width, height, cells));
+    const float ignored = static_cast<float>(rule.ignored.value_or(noData)); // the tool knows a single value
     float lowest = 1e9F;
     float highest = -1e9F;
     int valid = 0;
     for (const float value : cells) {
-        if (value == noData && !everyValueValid)
+        if (value == ignored && !rule.everyValueValid)
             continue;
         lowest = std::min(lowest, value);
         highest = std::max(highest, value);
@@ -329,7 +333,7 @@ void ContourFinishTest::areas()
     ContourFinish finish = runTool(QStringList{"-p", "-amin", "low", "-amax", "high"} + levels, "GPKG");
     finish.areas = true;
     finish.styled = true;
-    finish.voids.everyValueValid = everyValueValid;
+    finish.voids = rule;
     const ContourFinishResult result = finishContours(finish, always);
     QCOMPARE(result.problem + result.warning, QString());
 
@@ -381,8 +385,6 @@ void ContourFinishTest::picture()
     constexpr double pixel = 0.5; // metres; the middle of the line of 700 is in the middle of the picture
     picture.begin(image, {500600.0 - 300 * pixel, pixel, 0.0, 5099550.0 + 225 * pixel, 0.0, -pixel}, 1.0);
     while (picture.advance(100)) { }
-    if (const QString kept = qEnvironmentVariable("QUVO_KEEP_PICTURES"); !kept.isEmpty())
-        image.save(kept + QString("/%1%2.png").arg(driver.left(3)).arg(rise));
 
     const auto ink = [&image](const QRect &part) {
         int sum = 0;

@@ -47,6 +47,7 @@ void ContourRulesTest::indexLevels_data()
     row("offset, negative", {10.0, 3.0, 4}, -37.0, true);
     row("single level beside the grid", {10.0, 0.0, 5}, 51.0, false);
     row("single level close to the grid", {10.0, 0.0, 5}, 50.001, false);
+    row("rounded by a file", {10.0, 0.0, 5}, 50.000001, true);
     row("every line", {0.1, 0.0, 1}, 0.1 * 3, true);
     row("many steps", {0.1, 0.1, 5}, 87654.0 * 5 * 0.1 + 0.1, true);
     row("many steps, next", {0.1, 0.1, 5}, (87654.0 * 5 + 1) * 0.1 + 0.1, false);

@@ -73,12 +73,9 @@ QVector<float> terrain(bool exact, bool voids)
     return cells;
 }
 
-const QMap<QString, QString> extensions{{"ESRI Shapefile", ".shp"},
-                                        {"FlatGeobuf", ".fgb"},
-                                        {"GPKG", ".gpkg"},
-                                        {"GeoJSON", ".geojson"},
-                                        {"GeoJSONSeq", ".geojsonl"},
-                                        {"KML", ".kml"}};
+const QMap<QString, QString> extensions{{"ESRI Shapefile", ".shp"},  {"FlatGeobuf", ".fgb"},
+                                        {"GPKG", ".gpkg"},           {"GeoJSON", ".geojson"},
+                                        {"GeoJSONSeq", ".geojsonl"}, {"KML", ".kml"}};
 
 /// A line that can be compared with another one of the same course, whatever its first vertex.
 struct Course
