@@ -32,19 +32,12 @@ bool ContourFile::create(const OGRSpatialReference *crs, OGRwkbGeometryType geom
 
 bool ContourFile::createFields(const QVector<ContourField> &fields)
 {
-    OGRFeatureDefn &existing = *m_layer->GetLayerDefn();
-    const int ownFields = existing.GetFieldCount(); // of the format
     for (const ContourField &field : fields) {
-        const QByteArray name = field.name.toUtf8();
-        int number = existing.GetFieldIndex(name.constData());
-        if (number < 0 || number >= ownFields) {
-            OGRFieldDefn definition(name.constData(), field.type);
-            definition.SetWidth(field.width);
-            if (m_layer->CreateField(&definition) != OGRERR_NONE)
-                return false;
-            number = existing.GetFieldCount() - 1;
-        }
-        m_fields += number;
+        OGRFieldDefn definition(field.name.toUtf8().constData(), field.type);
+        definition.SetWidth(field.width);
+        if (m_layer->CreateField(&definition) != OGRERR_NONE)
+            return false;
+        m_fields += m_layer->GetLayerDefn()->GetFieldCount() - 1; // some formats begin with fields of their own
     }
     return true;
 }

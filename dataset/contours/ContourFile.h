@@ -24,8 +24,8 @@ public:
     /// path: must not exist; its folder must. driver: GDAL's short name.
     ContourFile(const QString &path, const QString &driver, const QString &layer);
 
-    /// Creates the file, its layer and the fields; some formats have a field of such a name by themselves.
-    /// `crs` may be null. In a format whose fields are fixed none is created.
+    /// Creates the file, its layer and the fields. `crs` may be null. In a format whose fields are fixed none
+    /// is created.
     bool create(const OGRSpatialReference *crs, OGRwkbGeometryType geometry,
                 const QVector<ContourField> &fields);
 

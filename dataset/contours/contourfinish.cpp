@@ -4,6 +4,7 @@
 #include "dataset/contours/contourstyles.h"
 #include "dataset/contours/linecourse.h"
 #include "dataset/contours/qgisstyle.h"
+#include "dataset/contours/toolfile.h"
 #include "dataset/demground.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/layercrs.h"
@@ -38,38 +39,6 @@ struct ProductFields
     int style = -1;
 };
 
-/// The tool's file while it is read.
-struct ToolFile
-{
-    std::unique_ptr<GDALDataset> dataset;
-    OGRLayer *layer = nullptr; ///< belongs to the dataset; null: the file cannot be read
-    int level = -1;            ///< number of the field for the elevation, or the lowest one; -1: there is none
-    int highest = -1;          ///< number of the field for the highest elevation of an area
-};
-
-ToolFile openToolFile(const ContourFinish &finish)
-{
-    ToolFile file;
-    file.dataset.reset(
-        GDALDataset::Open(encodePath(finish.lines).constData(), GDAL_OF_VECTOR | GDAL_OF_VERBOSE_ERROR));
-    if (!file.dataset)
-        return file;
-    file.layer = file.dataset->GetLayerByName(finish.layer.toUtf8().constData());
-    if (!file.layer && file.dataset->GetLayerCount() == 1)
-        file.layer = file.dataset->GetLayer(0);
-    if (!file.layer)
-        return file;
-    OGRFeatureDefn &fields = *file.layer->GetLayerDefn();
-    QVector<int> others;
-    for (int at = 0; at < fields.GetFieldCount(); ++at)
-        if (!EQUAL(fields.GetFieldDefn(at)->GetNameRef(), "ID"))
-            others += at;
-    const int named = fields.GetFieldIndex(finish.attribute.toUtf8().constData());
-    file.level = !finish.areas && named >= 0 ? named : others.value(0, -1);
-    file.highest = others.value(1, -1);
-    return file;
-}
-
 /// The whole finishing: its files, and what went wrong.
 class Finishing
 {
@@ -85,7 +54,7 @@ public:
 
     ContourFinishResult run()
     {
-        m_tool = openToolFile(m_finish);
+        m_tool = openToolFile(m_finish.lines, m_finish.layer, m_finish.areas ? QString() : m_finish.attribute);
         if (!m_tool.layer || (m_finish.areas && m_tool.highest < 0))
             failReading(m_finish.lines);
         if (mayGoOn() && !m_ground.isOpen())
