@@ -63,13 +63,29 @@ void makeInPlace(ProductWay &way, const ProcessingRequest &request, const DemSta
         way.addGeoreference(stage.dem, request.output);
 }
 
-/// Writes a view of the product as the product.
-void writeProduct(ProductWay &way, const ProcessingRequest &request, const QString &view)
+/// Copies the finished cells to the product in the format and with the options of the request.
+void writeProduct(ProductWay &way, const ProcessingRequest &request, const QString &cells)
 {
+    const ProcessRow product = productRow(request);
+    QString statistics;
+    if (request.outputOptions.statistics) {
+        statistics = QStringLiteral(" -stats");
+        if (product.bands == 1)
+            statistics += QStringLiteral(" -colorinterp gray");
+    }
     // Like the processes' tool, "-strict" refuses a format that would change the cells.
     way.addCopy(QStringLiteral("-strict -of ") + quotedArgument(outputFormat(request))
-                    + creationArguments(request.outputOptions) + QLatin1Char(' '),
-                view, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
+                    + creationArguments(request.outputOptions, product) + statistics + QLatin1Char(' '),
+                cells, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
+}
+
+/// The same cells in a GeoTIFF between the steps.
+ProcessingRequest between(const ProductWay &way, const ProcessingRequest &request)
+{
+    ProcessingRequest plain = request;
+    plain.output = way.file(QStringLiteral("plain.tif"));
+    plain.outputOptions = {};
+    return plain;
 }
 
 /// The tool writes strips of rows with a row more at each side where the DEM has one. The strips are then put
@@ -94,7 +110,6 @@ void makeFromStrips(ProductWay &way, const ProcessingRequest &request, const Dem
     }
     const QString view = way.file(QStringLiteral("whole.vrt"));
     way.write(view, assembledView(stage.grid, parts, productCells(request)));
-    // Like the processes' tool, "-strict" refuses a format that would change the cells.
     writeProduct(way, request, view);
 }
 
@@ -125,7 +140,12 @@ void makeProduct(ProductWay &way, const ProcessingRequest &request, DemStage sta
         : QVector<SizedStrip>{{all, trueCell(stage.grid, middleRow(all))}};
     const bool isChanged = treatment.metres || treatment.directions;
     const bool isWhole = strips.size() == 1 && stage.margins.isNull();
-    if (isWhole && (!isChanged || outputFormat(request) == QLatin1String("GTiff")))
+    const bool hasStatistics = request.outputOptions.statistics && productKind(request) == ProductKind::Raster;
+    if (isWhole && hasStatistics) {
+        const ProcessingRequest plain = between(way, request);
+        makeInPlace(way, plain, stage, treatment, strips.first().cell, options.isGeoreferenced);
+        writeProduct(way, request, plain.output);
+    } else if (isWhole && (!isChanged || outputFormat(request) == QLatin1String("GTiff")))
         makeInPlace(way, request, stage, treatment, strips.first().cell, options.isGeoreferenced);
     else
         makeFromStrips(way, request, stage, treatment, strips);
@@ -200,7 +220,8 @@ bool needsSteps(const ProcessingRequest &request, const DemFacts &facts)
 {
     const OutputOptions &output = request.outputOptions;
     return treatmentOf(request, facts).isNeeded() || !request.part.isNull() || output.fillDistance > 0.0
-        || !output.reproject.isEmpty() || isShaded(request);
+        || !output.reproject.isEmpty() || isShaded(request)
+        || (output.statistics && productKind(request) == ProductKind::Raster);
 }
 
 QuvoProcessingCollection commandsOf(const ProductSteps &steps)

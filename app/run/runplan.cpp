@@ -39,7 +39,7 @@ QString formatProblem(const ProcessingRequest &request)
         && !hasCreationOption(format, QStringLiteral("TFW")))
         return labelText({"MESS_FORMAT_SANS_CALAGE", "Le format « %1 » n'a pas de fichier de calage."})
             .arg(format);
-    return {};
+    return writingProblem(request.outputOptions);
 }
 
 QString inputProblem(const ProcessingRequest &request, const RasterInfo &input)
