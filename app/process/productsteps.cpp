@@ -4,7 +4,11 @@
 #include "dataset/views/demviews.h"
 #include "dataset/views/truecells.h"
 #include "dataset/views/viewtexts.h"
+#include "panels/options/fragments.h"
+#include "panels/options/valueclasses.h"
 #include "runner/quoting.h"
+
+#include <QDir>
 
 #include <algorithm>
 
@@ -184,6 +188,33 @@ void makeShadedColors(ProductWay &way, const ProcessingRequest &request, const D
     writeProduct(way, request, view);
 }
 
+/// Paints the classes of the values into the first side file. Where the product holds 0 for flat cells, for
+/// north and for voids alike, the directions are computed once more with a mark for cells without one.
+void addClasses(ProductWay &way, const ProcessingRequest &request, const DemStage &stage,
+                const DemTreatment &treatment, const StepOptions &options, const ToolPaths &tools)
+{
+    const ToolInput &input = request.toolInput;
+    if (input.classes.classes.isEmpty())
+        return;
+    QString values = request.output;
+    if (request.cellUse.zeroWithoutData) {
+        ProcessingRequest marked = request;
+        marked.toolInput.fragment = withFlatMarked(input.fragment);
+        marked.cellUse.zeroWithoutData = false;
+        marked.outputOptions = {};
+        const QString folder = way.file(QStringLiteral("directions"));
+        QDir().mkpath(folder);
+        marked.output = values = folder + QStringLiteral("/directions.tif");
+        ProductWay again(marked, tools, folder);
+        makeProduct(again, marked, stage, treatment, options);
+        way.append(again);
+    }
+    const QString table = way.file(QStringLiteral("classes.txt"));
+    way.write(table, classTableText(input.classes));
+    way.addColors(values, table, input.sideFiles.first().path,
+                  labelText({"MESS_CALC_CLASSES", "Peinture des classes."}));
+}
+
 } // namespace
 
 DemTreatment treatmentOf(const ProcessingRequest &request, const DemFacts &facts)
@@ -213,14 +244,15 @@ ProductSteps productSteps(const ProcessingRequest &request, const DemFacts &fact
         makeShadedColors(way, request, stage, treatment, options);
     else
         makeProduct(way, asked, stage, treatment, options);
+    addClasses(way, asked, stage, treatment, options, tools);
     return way.steps;
 }
 
 bool needsSteps(const ProcessingRequest &request, const DemFacts &facts)
 {
     const OutputOptions &output = request.outputOptions;
-    return treatmentOf(request, facts).isNeeded() || !request.part.isNull() || output.fillDistance > 0.0
-        || !output.reproject.isEmpty() || isShaded(request)
+    return !request.toolInput.classes.classes.isEmpty() || treatmentOf(request, facts).isNeeded()
+        || !request.part.isNull() || output.fillDistance > 0.0 || !output.reproject.isEmpty() || isShaded(request)
         || (output.statistics && productKind(request) == ProductKind::Raster);
 }
 

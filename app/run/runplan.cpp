@@ -142,6 +142,8 @@ QString placeSideFiles(RunPlan &plan, const QStringList &inputFiles)
     const QStringList layers{QStringLiteral("skyline"), QStringLiteral("seen")};
     const QDir folder = QFileInfo(plan.request.output).dir();
     for (SideFile &side : plan.request.toolInput.sideFiles) {
+        if (side.path.isEmpty())
+            side.path = sideFileName(plan.request.output, side.word, side.extensions.first());
         const OutputName name =
             checkOutputName(folder.absoluteFilePath(side.path), side.extensions, inputFiles);
         if (!name.problem.isEmpty())

@@ -140,6 +140,9 @@ void outputFileAdvancedOptionsDialog::updateCompression(const QString &format)
         control->setVisible(takesBlockSize(format));
     for (QWidget *control : QList<QWidget *>{m_form->m_pResamplingLabel, m_form->m_pCBResampling})
         control->setVisible(!overviewResamplings(format).isEmpty());
+    const bool raster = processRow(m_process).product == ProductKind::Raster;
+    for (QWidget *overviews : QList<QWidget *>{m_form->m_pChBOverviews, m_form->m_pOverviewsExpl})
+        overviews->setVisible(raster && overviewResamplings(format).isEmpty());
 }
 
 OutputOptions outputFileAdvancedOptionsDialog::options() const
