@@ -214,6 +214,7 @@ QString sideFileName(const QString &product, const QString &word, const QString 
 // The words of such names.
 inline const QString skylineWord = QStringLiteral("horizon");
 inline const QString statisticsWord = QStringLiteral("statistics");
+inline const QString classPictureWord = QStringLiteral("classes");
 /// The switch of the tool that the path of the statistics follows.
 inline const QString statisticsArgument = QStringLiteral("-Statistics");
 

@@ -210,13 +210,13 @@ QVector<SideFile> classFiles(const ClassTable &table)
 {
     if (table.classes.isEmpty())
         return {};
-    const auto file = [](const char *word, const char *extension) {
+    const auto file = [](const QString &word, const char *extension) {
         SideFile side;
         side.extensions = QStringList{QLatin1String(extension)};
-        side.word = QLatin1String(word);
+        side.word = word;
         return side;
     };
-    return {file("classes", "tif"), file("classes_legend", "png")};
+    return {file(classPictureWord, "tif"), file(classPictureWord + QStringLiteral("_legend"), "png")};
 }
 
 ToolInput slopeInput(const SlopeOptions &options)
