@@ -252,8 +252,8 @@ bool needsSteps(const ProcessingRequest &request, const DemFacts &facts)
 {
     const OutputOptions &output = request.outputOptions;
     return !request.toolInput.classes.classes.isEmpty() || treatmentOf(request, facts).isNeeded()
-        || !request.part.isNull() || output.fillDistance > 0.0 || !output.reproject.isEmpty() || isShaded(request)
-        || (output.statistics && productKind(request) == ProductKind::Raster);
+        || !request.part.isNull() || output.fillDistance > 0.0 || !output.reproject.isEmpty()
+        || isShaded(request) || (output.statistics && productKind(request) == ProductKind::Raster);
 }
 
 QuvoProcessingCollection commandsOf(const ProductSteps &steps)

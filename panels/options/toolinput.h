@@ -51,5 +51,5 @@ struct ToolInput
     /// Argument fragment of the shaded relief that darkens the colours of the product; empty: none does.
     QString shadeFragment{};
     int shadeStrength = 100; ///< percentage of that darkening
-    ClassTable classes{}; ///< with classes, the side files are their picture and their legend
+    ClassTable classes{};    ///< with classes, the side files are their picture and their legend
 };
