@@ -2,7 +2,10 @@
 
 #include "dataset/formats.h"
 
+#include <cpl_minixml.h>
 #include <gdal_priv.h>
+
+#include <memory>
 
 namespace
 {
@@ -50,6 +53,26 @@ bool hasCreationOption(const QString &name, const QString &option)
     const QString text = QString::fromUtf8(list);
     return text.contains(QStringLiteral("name='%1'").arg(option), Qt::CaseInsensitive)
         || text.contains(QStringLiteral("name=\"%1\"").arg(option), Qt::CaseInsensitive);
+}
+
+QStringList creationOptionValues(const QString &name, const QString &option)
+{
+    GDALDriver *driver = driverNamed(name);
+    const char *list = driver ? driver->GetMetadataItem(GDAL_DMD_CREATIONOPTIONLIST) : nullptr;
+    if (!list)
+        return {};
+    const std::unique_ptr<CPLXMLNode, decltype(&CPLDestroyXMLNode)> root(CPLParseXMLString(list),
+                                                                         CPLDestroyXMLNode);
+    QStringList values;
+    for (const CPLXMLNode *at = root ? root->psChild : nullptr; at; at = at->psNext) {
+        if (!EQUAL(CPLGetXMLValue(at, "name", ""), option.toUtf8().constData()))
+            continue;
+        for (const CPLXMLNode *value = at->psChild; value; value = value->psNext) {
+            if (EQUAL(value->pszValue, "Value"))
+                values += QString::fromUtf8(CPLGetXMLValue(value, "", ""));
+        }
+    }
+    return values;
 }
 
 QStringList formatExtensions(const QString &name)

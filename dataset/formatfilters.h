@@ -21,6 +21,10 @@ bool storesCells(const QString &driver, const QString &type);
 /// Whether the driver knows the creation option of that name (such as "TILED").
 bool hasCreationOption(const QString &driver, const QString &option);
 
+/// The values that the driver lists for a creation option ("DEFLATE" for "COMPRESS"), in its order: those that
+/// GDAL was built with on this machine. Empty where the option has no list or does not exist.
+QStringList creationOptionValues(const QString &driver, const QString &option);
+
 /// File name extensions of the format without their dot, the usual one first ("tif", "tiff"); empty where the
 /// driver names none or does not exist.
 QStringList formatExtensions(const QString &driver);

@@ -2,6 +2,7 @@
 
 #include "messages/label.h"
 #include "panels/controls/paneltexts.h"
+#include "panels/options/valueclasses.h"
 #include "ui_aspectOptionsWidget.h"
 
 #include <QEvent>
@@ -32,6 +33,8 @@ void aspectOptionsWidget::connectControls()
             &aspectOptionsWidget::slot_checkTrigonometric);
     connect(m_form->m_pPBTrigonometric, &QPushButton::clicked, this,
             &aspectOptionsWidget::slot_onTrigoButtonClicked);
+    connect(m_form->m_pCBDirections, qOverload<int>(&QComboBox::activated), this,
+            &aspectOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pRBZero, &QRadioButton::toggled, this, &aspectOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pChBComputeAtEdges, &QCheckBox::toggled, this,
             &aspectOptionsWidget::slot_onOptionsChanged);
@@ -44,6 +47,18 @@ QString aspectOptionsWidget::getCommandArguments()
     return aspectFragment(options());
 }
 
+std::optional<ToolInput> aspectOptionsWidget::launchInput()
+{
+    return aspectInput(options());
+}
+
+std::optional<ToolInput> aspectOptionsWidget::previewInput(const QString &)
+{
+    // The map shows flat cells in no direction, not as north.
+    const bool hasDirections = options().directions > 0;
+    return ToolInput{.fragment = hasDirections ? withFlatMarked(getCommandArguments()) : getCommandArguments()};
+}
+
 AspectOptions aspectOptionsWidget::options() const
 {
     AspectOptions options;
@@ -51,7 +66,18 @@ AspectOptions aspectOptionsWidget::options() const
     options.zeroForFlat = m_form->m_pRBZero->isChecked();
     options.computeEdges = m_form->m_pChBComputeAtEdges->isChecked();
     options.zevenbergenThorne = m_form->m_pRBZevenbergenThorne->isChecked();
+    options.directions = m_form->m_pCBDirections->currentData().toInt();
     return options;
+}
+
+void aspectOptionsWidget::listDirections(int chosen)
+{
+    QComboBox &list = *m_form->m_pCBDirections;
+    list.clear();
+    list.addItem(tr("aucune", "MESS_REECH_AUCUNE"), 0);
+    for (const int count : {8, 16})
+        list.addItem(tr("%1 directions", "MESS_N_DIRECTIONS").arg(count), count);
+    list.setCurrentIndex(qMax(0, list.findData(chosen)));
 }
 
 void aspectOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
@@ -65,6 +91,7 @@ void aspectOptionsWidget::setProcessOptions(const ProcessOptions &processOptions
 
 void aspectOptionsWidget::showOptions(const AspectOptions &options)
 {
+    listDirections(options.directions);
     m_form->m_pRBAzimuth->setChecked(!options.trigonometric);
     m_form->m_pRBTrigonometric->setChecked(options.trigonometric);
     (options.zeroForFlat ? m_form->m_pRBZero : m_form->m_pRBNoData)->setChecked(true);
@@ -117,6 +144,7 @@ void aspectOptionsWidget::changeEvent(QEvent *event)
 
 void aspectOptionsWidget::applyTexts()
 {
+    listDirections(options().directions);
     m_form->m_pLabelAspect->setText(withColon(tr("Orientations:", "MESS_ORIENTATIONS")));
     m_form->m_pLabelCode->setText(
         withColon(tr("Code à utiliser pour exprimer l'orientation des zones plates :", "MESS_ORIENT_PLAT")));

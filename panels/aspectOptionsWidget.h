@@ -9,7 +9,7 @@ namespace Ui
 class aspectOptionsWidget;
 }
 
-/// Panel of the aspect process: kind of angles, code of flat cells, method and edges.
+/// Panel of the aspect process: kind of angles, code of flat cells, method, edges and directions.
 class aspectOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -22,6 +22,9 @@ public:
     ProcessOptions processOptions() const override { return options(); }
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
+    std::optional<ToolInput> launchInput() override;
+    /// A preview writes no files besides its product.
+    std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override { return true; }
 
     AspectOptions options() const;
@@ -44,6 +47,7 @@ private:
     void connectControls();
     void showOptions(const AspectOptions &options);
     void applyTexts();
+    void listDirections(int chosen);
 
     std::unique_ptr<Ui::aspectOptionsWidget> m_form;
 };

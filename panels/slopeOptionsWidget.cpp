@@ -1,10 +1,13 @@
 #include "panels/slopeOptionsWidget.h"
 
+#include "colortable/editor/tablefiles.h"
 #include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
+#include "panels/options/valueclasses.h"
 #include "ui_slopeOptionsWidget.h"
 
 #include <QEvent>
+#include <QFileInfo>
 
 namespace
 {
@@ -32,6 +35,8 @@ void slopeOptionsWidget::connectControls()
     connect(m_form->m_pPBResetScale, &QPushButton::clicked, this, &slopeOptionsWidget::slot_resetScaleValue);
     connect(m_form->m_pRBDegreesSlope, &QRadioButton::toggled, this,
             &slopeOptionsWidget::slot_onOptionsChanged);
+    connect(m_form->m_pCBClasses, qOverload<int>(&QComboBox::activated), this,
+            &slopeOptionsWidget::onClassesActivated);
     connect(m_form->m_pChBComputeAtEdges, &QCheckBox::toggled, this,
             &slopeOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pRBZevenbergenThorne, &QRadioButton::toggled, this,
@@ -48,6 +53,16 @@ bool slopeOptionsWidget::isComplete() const
     return ::isComplete(options());
 }
 
+std::optional<ToolInput> slopeOptionsWidget::launchInput()
+{
+    return slopeInput(options());
+}
+
+std::optional<ToolInput> slopeOptionsWidget::previewInput(const QString &)
+{
+    return ToolInput{.fragment = getCommandArguments()};
+}
+
 SlopeOptions slopeOptionsWidget::options() const
 {
     SlopeOptions options;
@@ -56,7 +71,40 @@ SlopeOptions slopeOptionsWidget::options() const
     options.scaleText = options.scaleIndex < 0 ? m_pScaleCombo->currentText() : QString();
     options.computeEdges = m_form->m_pChBComputeAtEdges->isChecked();
     options.zevenbergenThorne = m_form->m_pRBZevenbergenThorne->isChecked();
+    options.classes = m_classes;
     return options;
+}
+
+/// Fills the list of classes: none, the tables of this program, the user's own if that is chosen, and the
+/// choice of another file, whose row has no data.
+void slopeOptionsWidget::listClasses(const QString &chosen)
+{
+    m_classes = chosen;
+    QComboBox &list = *m_form->m_pCBClasses;
+    list.clear();
+    list.addItem(tr("aucune", "MESS_REECH_AUCUNE"), QString());
+    list.addItem(tr("avalanches (degrés)", "MESS_CLASSES_AVALANCHE"), QStringLiteral("avalanche"));
+    list.addItem(tr("agriculture (pour cent)", "MESS_CLASSES_FERME"), QStringLiteral("farming"));
+    list.addItem(tr("construction (pour cent)", "MESS_CLASSES_BATIR"), QStringLiteral("building"));
+    if (list.findData(chosen) < 0) {
+        list.addItem(QFileInfo(chosen).fileName(), chosen);
+        list.setItemData(list.count() - 1, chosen, Qt::ToolTipRole);
+    }
+    list.addItem(tr("votre table couleur…", "MESS_CLASSES_PROPRE"));
+    list.setCurrentIndex(list.findData(chosen));
+}
+
+void slopeOptionsWidget::onClassesActivated(int row)
+{
+    QString chosen = m_form->m_pCBClasses->itemData(row).toString();
+    if (row == m_form->m_pCBClasses->count() - 1) {
+        const QString file = chooseTableToOpen(this, QFileInfo(m_classes).path());
+        chosen = file.isEmpty() ? m_classes : file;
+    }
+    const bool changes = chosen != m_classes;
+    listClasses(chosen);
+    if (changes)
+        slot_onOptionsChanged();
 }
 
 void slopeOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
@@ -73,6 +121,7 @@ void slopeOptionsWidget::setProcessOptions(const ProcessOptions &processOptions)
 void slopeOptionsWidget::showOptions(const SlopeOptions &options)
 {
     (options.percent ? m_form->m_pRBPercentSlope : m_form->m_pRBDegreesSlope)->setChecked(true);
+    listClasses(options.classes);
     showScale(*m_pScaleCombo, options.scaleIndex, options.scaleText);
     m_form->m_pChBComputeAtEdges->setChecked(options.computeEdges);
     (options.zevenbergenThorne ? m_form->m_pRBZevenbergenThorne : m_form->m_pRBHorn)->setChecked(true);
@@ -122,5 +171,6 @@ void slopeOptionsWidget::applyTexts()
 {
     m_form->m_pLabelCalcMethode->setText(methodText());
     m_form->m_pLabelCalcBord->setText(edgesText());
+    listClasses(m_classes);
     m_pScaleCombo->translateItems(scaleLabels());
 }

@@ -11,7 +11,7 @@ namespace Ui
 class slopeOptionsWidget;
 }
 
-/// Panel of the slope process: unit of the slopes, units of the DEM, method and edges.
+/// Panel of the slope process: unit of the slopes, units of the DEM, method, edges and classes.
 class slopeOptionsWidget : public optionsWidget
 {
     Q_OBJECT
@@ -24,6 +24,9 @@ public:
     ProcessOptions processOptions() const override { return options(); }
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
+    std::optional<ToolInput> launchInput() override;
+    /// A preview writes no files besides its product.
+    std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setScaleHint(const QString &hint) override;
 
@@ -45,8 +48,11 @@ private:
     void showOptions(const SlopeOptions &options);
     void applyTexts();
     void updateScaleNote();
+    void listClasses(const QString &chosen);
+    void onClassesActivated(int row);
 
     std::unique_ptr<Ui::slopeOptionsWidget> m_form;
     QEditableComboBox *m_pScaleCombo = nullptr;
     QString m_scaleHint;
+    QString m_classes; ///< SlopeOptions::classes as the list shows it
 };

@@ -85,10 +85,9 @@ void TileJoiner::writeGeoTiff(const QStringList &products)
         end(problem);
         return;
     }
-    const QString command =
-        processCommand(findTools(QCoreApplication::applicationDirPath()).translate,
-                       QStringLiteral("-strict -of COG -co BIGTIFF=IF_SAFER ") + quotedArgument(view)
-                           + QLatin1Char(' ') + quotedArgument(m_part->product()));
+    const QString command = processCommand(findTools(QCoreApplication::applicationDirPath()).translate,
+                                           cogArguments(m_plan) + quotedArgument(view) + QLatin1Char(' ')
+                                               + quotedArgument(m_part->product()));
     m_log.command(command);
     m_scriptRunner.run({{command, QString()}}, {{}}, NoProgressWindow);
 }

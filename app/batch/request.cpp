@@ -133,6 +133,8 @@ QStringList withoutProducts(const QStringList &typed, const ProductNaming &namin
     for (const QString &dem : qAsConst(dems)) {
         products += productName(dem, naming.suffix, naming.extension);
         products += productName(mosaicName({dem}), naming.suffix, naming.extension);
+        for (const QString &product : products.mid(products.size() - 2))
+            products += sideFileName(product, classPictureWord, QStringLiteral("tif"));
     }
     dems.erase(
         std::remove_if(dems.begin(), dems.end(), [&](const QString &dem) { return products.contains(dem); }),

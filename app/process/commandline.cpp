@@ -17,7 +17,7 @@ QString intervisibilityArguments(const ProcessingRequest &request)
     text += QStringLiteral("-DstFile ") + quotedArgument(request.output) + QLatin1Char(' ');
     text += QStringLiteral("-iBand %1 ").arg(request.band);
     text += request.toolInput.fragment + sideFileArguments(request.toolInput.sideFiles);
-    text += creationArguments(request.outputOptions);
+    text += creationArguments(request.outputOptions, productRow(request));
     return text;
 }
 
@@ -42,7 +42,7 @@ QString demArguments(const ProcessingRequest &request)
     text += request.toolInput.fragment + QLatin1Char(' ');
     text += QStringLiteral("-b %1 ").arg(request.band);
     text += QStringLiteral("-of ") + quotedArgument(outputFormat(request));
-    text += creationArguments(request.outputOptions);
+    text += creationArguments(request.outputOptions, productRow(request));
     return text;
 }
 

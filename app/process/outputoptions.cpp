@@ -24,6 +24,42 @@ bool isOffered(const QString &format, const ProcessRow &process)
         && holdsBands(traits, process.bands);
 }
 
+/// Whether the cells of the product differ little from one to the next, so that their differences take less
+/// room. The zones of an intervisibility are few even colours, which the compressions see as they are.
+bool isSmooth(const ProcessRow &product)
+{
+    return product.bytesPerCell > 1 || product.process != Process::Intervisibility;
+}
+
+/// The driver's option that stores differences between cells; empty where they take no less room.
+QString predictor(const QString &format, const ProcessRow &product)
+{
+    if (!isSmooth(product) || !hasCreationOption(format, QStringLiteral("PREDICTOR")))
+        return {};
+    if (creationOptionValues(format, QStringLiteral("PREDICTOR")).contains(QLatin1String("YES")))
+        return QStringLiteral("PREDICTOR=YES"); // the driver knows the type of the cells
+    constexpr int bytesOfFloat = 4;
+    return product.bytesPerCell == bytesOfFloat ? QStringLiteral("PREDICTOR=3") : QStringLiteral("PREDICTOR=2");
+}
+
+QString lacksProblem(const QString &format, const QString &value)
+{
+    return labelText(
+               {"MESS_FORMAT_SANS_VALEUR", "Le format « %1 » ne s'écrit pas avec « %2 » sur cet ordinateur."})
+        .arg(format, value);
+}
+
+constexpr int largestBlock = 4096;
+
+const QString withoutCopies = QStringLiteral("NONE");
+
+bool isBlockSize(int size)
+{
+    constexpr int least = 128;
+    constexpr int step = 16;
+    return size >= least && size % step == 0;
+}
+
 } // namespace
 
 const QVector<OutputOptionField> &outputOptionFields()
@@ -40,6 +76,18 @@ const QVector<OutputOptionField> &outputOptionFields()
         {QUVO_FIELD(OutputOptions, worldFile, 0, 0, "MESS_LOT_CALAGE",
                     "Fichier de calage .tfw, avec --tiled seulement."),
          "world-file", nullptr},
+        {QUVO_FIELD(OutputOptions, compression, 0, 0, "MESS_LOT_COMPRESSION",
+                    "Compression sans perte d'un GeoTIFF ou d'un COG : DEFLATE, LZW ou ZSTD."),
+         "compress", "method"},
+        {QUVO_FIELD(OutputOptions, blockSize, 0, largestBlock, "MESS_LOT_BLOC",
+                    "Côté des blocs d'un COG, en cellules, multiple de 16 à partir de 128 ; 0 : 512."),
+         "block-size", "cells"},
+        {QUVO_FIELD(OutputOptions, overviewResampling, 0, 0, "MESS_LOT_REECHANT",
+                    "Vues d'ensemble d'un COG : NEAREST, AVERAGE, BILINEAR, CUBIC, MODE, ou NONE pour aucune."),
+         "overview-resampling", "method"},
+        {QUVO_FIELD(OutputOptions, statistics, 0, 0, "MESS_LOT_STATS",
+                    "Écrit dans un produit raster les statistiques de ses bandes."),
+         "statistics", nullptr},
         {QUVO_FIELD(OutputOptions, layerName, 0, 0, "MESS_LOT_COUCHE",
                     "Couche d'un produit vecteur (contour par défaut)."),
          "layer", "name"},
@@ -102,18 +150,87 @@ OutputOptions supportedOptions(const OutputOptions &options, Process process)
         supported.reproject.clear();
     supported.asIs = options.asIs && usesNeighbours(process);
     supported.overviews = options.overviews && raster && takesOverviews(format);
+    supported.statistics = options.statistics && raster;
+    if (!raster || !compressions(format).contains(options.compression, Qt::CaseInsensitive))
+        supported.compression.clear();
+    if (!raster || !takesBlockSize(format))
+        supported.blockSize = 0;
+    if (!raster || !overviewResamplings(format).contains(options.overviewResampling, Qt::CaseInsensitive))
+        supported.overviewResampling.clear();
     return supported;
 }
 
-QString creationArguments(const OutputOptions &options)
+QString writingProblem(const OutputOptions &options)
+{
+    const QString format = outputFormat(options, ProductKind::Raster);
+    const auto lacks = [](const QString &value, const QStringList &values) {
+        return !value.isEmpty() && !values.contains(value, Qt::CaseInsensitive);
+    };
+    if (lacks(options.compression, compressions(format)))
+        return lacksProblem(format, options.compression);
+    if (lacks(options.overviewResampling, overviewResamplings(format)))
+        return lacksProblem(format, options.overviewResampling);
+    if (options.blockSize != 0 && !(takesBlockSize(format) && isBlockSize(options.blockSize)))
+        return lacksProblem(format, QStringLiteral("blockSize=%1").arg(options.blockSize));
+    return {};
+}
+
+QStringList creationOptions(const OutputOptions &options, const ProcessRow &product)
+{
+    QStringList creation;
+    if (options.tiled) {
+        creation += QStringLiteral("TILED=YES");
+        if (options.worldFile)
+            creation += QStringLiteral("TFW=YES");
+    }
+    if (!options.compression.isEmpty()) {
+        creation += QStringLiteral("COMPRESS=") + options.compression.toUpper();
+        creation += predictor(outputFormat(options, product.product), product);
+        creation += QStringLiteral("BIGTIFF=IF_SAFER"); // the driver cannot foresee the size
+        creation.removeAll(QString());
+    }
+    if (options.blockSize > 0)
+        creation += QStringLiteral("BLOCKSIZE=%1").arg(options.blockSize);
+    const QString resampling = options.overviewResampling.toUpper();
+    if (resampling == withoutCopies)
+        creation += QStringLiteral("OVERVIEWS=NONE");
+    else if (!resampling.isEmpty())
+        creation += QStringLiteral("OVERVIEW_RESAMPLING=") + resampling;
+    return creation;
+}
+
+QString creationArguments(const OutputOptions &options, const ProcessRow &product)
 {
     QString arguments;
-    if (options.tiled) {
-        arguments += QStringLiteral(" -co \"TILED=YES\"");
-        if (options.worldFile)
-            arguments += QStringLiteral(" -co \"TFW=YES\"");
-    }
+    for (const QString &option : creationOptions(options, product))
+        arguments += QStringLiteral(" -co \"%1\"").arg(option);
     return arguments;
+}
+
+QStringList compressions(const QString &format)
+{
+    QStringList offered;
+    if (format != QLatin1String("GTiff") && format != QLatin1String("COG"))
+        return offered; // other drivers give these names another meaning
+    const QStringList known = creationOptionValues(format, QStringLiteral("COMPRESS"));
+    for (const char *method : {"DEFLATE", "LZW", "ZSTD"}) {
+        if (known.contains(QLatin1String(method)))
+            offered += QLatin1String(method);
+    }
+    return offered;
+}
+
+QStringList overviewResamplings(const QString &format)
+{
+    if (!hasCreationOption(format, QStringLiteral("OVERVIEW_RESAMPLING")))
+        return {};
+    return {QStringLiteral("NEAREST"), QStringLiteral("AVERAGE"), QStringLiteral("BILINEAR"),
+            QStringLiteral("CUBIC"),   QStringLiteral("MODE"),    withoutCopies};
+}
+
+bool takesBlockSize(const QString &format)
+{
+    return format == QLatin1String("COG");
 }
 
 QStringList outputFormats(Process process)

@@ -14,8 +14,14 @@ struct OutputOptions
     QString format;         ///< GDAL's short driver name; empty: "GTiff" or "ESRI Shapefile"
     bool tiled = false;     ///< write the cells of a GeoTIFF in tiles
     bool worldFile = false; ///< write a world file; ignored for a GeoTIFF that is not tiled: kept so on purpose
-    QString layerName;      ///< layer of a vector product; empty: "contour"
-    bool overviews = false; ///< build overviews of a raster product, in a file beside it
+    QString compression;    ///< "DEFLATE", "LZW" or "ZSTD"; empty: what the driver does by itself
+    int blockSize = 0; ///< columns and rows of a block of a COG, a multiple of 16 from 128; 0: the driver's
+    /// How the reduced copies inside of a COG are computed ("AVERAGE"), or "NONE" for no such copies; empty:
+    /// the driver's own way.
+    QString overviewResampling;
+    bool statistics = false; ///< the product carries the extremes, mean and deviation of each band
+    QString layerName;       ///< layer of a vector product; empty: "contour"
+    bool overviews = false;  ///< build overviews of a raster product, in a file beside it
     /// Cells without data are filled from the cells around them up to this distance, in cells; 0: not at all.
     double fillDistance = 0.0;
     bool fillMask = false; ///< a raster beside the product marks the cells that were filled
@@ -53,8 +59,24 @@ QString outputLayer(const OutputOptions &options);
 /// usual one, and options that the format does not have are dropped.
 OutputOptions supportedOptions(const OutputOptions &options, Process process);
 
-/// The creation options as arguments of the raster tools, each with a blank before it.
-QString creationArguments(const OutputOptions &options);
+/// Why a raster format cannot be written with the compression, blocks or reduced copies of the options, in a
+/// sentence; empty where it can.
+QString writingProblem(const OutputOptions &options);
+
+/// GDAL's creation options ("TILED=YES") of a raster product.
+QStringList creationOptions(const OutputOptions &options, const ProcessRow &product);
+
+/// The same as arguments of the raster tools, each with a blank before it.
+QString creationArguments(const OutputOptions &options, const ProcessRow &product);
+
+/// The compressions that a raster format can have on this machine: values of OutputOptions::compression.
+QStringList compressions(const QString &format);
+
+/// Values of OutputOptions::overviewResampling that a format can have; empty for all but COG.
+QStringList overviewResamplings(const QString &format);
+
+/// Whether the size of the format's blocks can be chosen.
+bool takesBlockSize(const QString &format);
 
 /// Short names of GDAL's drivers that can write the product of a process on this machine, the usual one first.
 QStringList outputFormats(Process process);

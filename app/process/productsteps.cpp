@@ -4,7 +4,11 @@
 #include "dataset/views/demviews.h"
 #include "dataset/views/truecells.h"
 #include "dataset/views/viewtexts.h"
+#include "panels/options/fragments.h"
+#include "panels/options/valueclasses.h"
 #include "runner/quoting.h"
+
+#include <QDir>
 
 #include <algorithm>
 
@@ -63,13 +67,29 @@ void makeInPlace(ProductWay &way, const ProcessingRequest &request, const DemSta
         way.addGeoreference(stage.dem, request.output);
 }
 
-/// Writes a view of the product as the product.
-void writeProduct(ProductWay &way, const ProcessingRequest &request, const QString &view)
+/// Copies the finished cells to the product in the format and with the options of the request.
+void writeProduct(ProductWay &way, const ProcessingRequest &request, const QString &cells)
 {
+    const ProcessRow product = productRow(request);
+    QString statistics;
+    if (request.outputOptions.statistics) {
+        statistics = QStringLiteral(" -stats");
+        if (product.bands == 1)
+            statistics += QStringLiteral(" -colorinterp gray");
+    }
     // Like the processes' tool, "-strict" refuses a format that would change the cells.
     way.addCopy(QStringLiteral("-strict -of ") + quotedArgument(outputFormat(request))
-                    + creationArguments(request.outputOptions) + QLatin1Char(' '),
-                view, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
+                    + creationArguments(request.outputOptions, product) + statistics + QLatin1Char(' '),
+                cells, request.output, labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), 0.5);
+}
+
+/// The same cells in a GeoTIFF between the steps.
+ProcessingRequest between(const ProductWay &way, const ProcessingRequest &request)
+{
+    ProcessingRequest plain = request;
+    plain.output = way.file(QStringLiteral("plain.tif"));
+    plain.outputOptions = {};
+    return plain;
 }
 
 /// The tool writes strips of rows with a row more at each side where the DEM has one. The strips are then put
@@ -94,7 +114,6 @@ void makeFromStrips(ProductWay &way, const ProcessingRequest &request, const Dem
     }
     const QString view = way.file(QStringLiteral("whole.vrt"));
     way.write(view, assembledView(stage.grid, parts, productCells(request)));
-    // Like the processes' tool, "-strict" refuses a format that would change the cells.
     writeProduct(way, request, view);
 }
 
@@ -125,7 +144,12 @@ void makeProduct(ProductWay &way, const ProcessingRequest &request, DemStage sta
         : QVector<SizedStrip>{{all, trueCell(stage.grid, middleRow(all))}};
     const bool isChanged = treatment.metres || treatment.directions;
     const bool isWhole = strips.size() == 1 && stage.margins.isNull();
-    if (isWhole && (!isChanged || outputFormat(request) == QLatin1String("GTiff")))
+    const bool hasStatistics = request.outputOptions.statistics && productKind(request) == ProductKind::Raster;
+    if (isWhole && hasStatistics) {
+        const ProcessingRequest plain = between(way, request);
+        makeInPlace(way, plain, stage, treatment, strips.first().cell, options.isGeoreferenced);
+        writeProduct(way, request, plain.output);
+    } else if (isWhole && (!isChanged || outputFormat(request) == QLatin1String("GTiff")))
         makeInPlace(way, request, stage, treatment, strips.first().cell, options.isGeoreferenced);
     else
         makeFromStrips(way, request, stage, treatment, strips);
@@ -164,6 +188,33 @@ void makeShadedColors(ProductWay &way, const ProcessingRequest &request, const D
     writeProduct(way, request, view);
 }
 
+/// Paints the classes of the values into the first side file. Where the product holds 0 for flat cells, for
+/// north and for voids alike, the directions are computed once more with a mark for cells without one.
+void addClasses(ProductWay &way, const ProcessingRequest &request, const DemStage &stage,
+                const DemTreatment &treatment, const StepOptions &options, const ToolPaths &tools)
+{
+    const ToolInput &input = request.toolInput;
+    if (input.classes.classes.isEmpty())
+        return;
+    QString values = request.output;
+    if (request.cellUse.zeroWithoutData) {
+        ProcessingRequest marked = request;
+        marked.toolInput.fragment = withFlatMarked(input.fragment);
+        marked.cellUse.zeroWithoutData = false;
+        marked.outputOptions = {};
+        const QString folder = way.file(QStringLiteral("directions"));
+        QDir().mkpath(folder);
+        marked.output = values = folder + QStringLiteral("/directions.tif");
+        ProductWay again(marked, tools, folder);
+        makeProduct(again, marked, stage, treatment, options);
+        way.append(again);
+    }
+    const QString table = way.file(QStringLiteral("classes.txt"));
+    way.write(table, classTableText(input.classes));
+    way.addColors(values, table, input.sideFiles.first().path,
+                  labelText({"MESS_CALC_CLASSES", "Peinture des classes."}));
+}
+
 } // namespace
 
 DemTreatment treatmentOf(const ProcessingRequest &request, const DemFacts &facts)
@@ -193,14 +244,16 @@ ProductSteps productSteps(const ProcessingRequest &request, const DemFacts &fact
         makeShadedColors(way, request, stage, treatment, options);
     else
         makeProduct(way, asked, stage, treatment, options);
+    addClasses(way, asked, stage, treatment, options, tools);
     return way.steps;
 }
 
 bool needsSteps(const ProcessingRequest &request, const DemFacts &facts)
 {
     const OutputOptions &output = request.outputOptions;
-    return treatmentOf(request, facts).isNeeded() || !request.part.isNull() || output.fillDistance > 0.0
-        || !output.reproject.isEmpty() || isShaded(request);
+    return !request.toolInput.classes.classes.isEmpty() || treatmentOf(request, facts).isNeeded()
+        || !request.part.isNull() || output.fillDistance > 0.0 || !output.reproject.isEmpty()
+        || isShaded(request) || (output.statistics && productKind(request) == ProductKind::Raster);
 }
 
 QuvoProcessingCollection commandsOf(const ProductSteps &steps)

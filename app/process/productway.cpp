@@ -86,3 +86,20 @@ void ProductWay::addCopy(const QString &arguments, const QString &from, const QS
                        arguments + quotedArgument(from) + QLatin1Char(' ') + quotedArgument(to)),
         title, share, ifIntermediate(to));
 }
+
+void ProductWay::addColors(const QString &values, const QString &table, const QString &picture,
+                           const QString &title)
+{
+    constexpr double share = 0.5;
+    add(processCommand(m_tools.dem,
+                       QStringLiteral("color-relief ") + quotedArgument(values) + QLatin1Char(' ')
+                           + quotedArgument(table) + QLatin1Char(' ') + quotedArgument(picture)
+                           + QStringLiteral(" -b 1 -of \"GTiff\"")),
+        title, share, {picture});
+}
+
+void ProductWay::append(const ProductWay &other)
+{
+    steps.steps += other.steps.steps;
+    fail(other.steps.problem);
+}

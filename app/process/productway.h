@@ -49,6 +49,12 @@ public:
     void addCopy(const QString &arguments, const QString &from, const QString &to, const QString &title,
                  double share);
 
+    /// Paints the values of a raster in the colours of a table into an RGB GeoTIFF of the same grid.
+    void addColors(const QString &values, const QString &table, const QString &picture, const QString &title);
+
+    /// Adds all steps of another way, and its problem.
+    void append(const ProductWay &other);
+
 private:
     void add(const QString &command, const QString &title, double share, const QStringList &intermediates);
     void addBatch(const QString &task, const QString &raster, const ViewSource &dem, const QString &more,

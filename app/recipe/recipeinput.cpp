@@ -2,6 +2,7 @@
 
 #include "app/recipe/observerfile.h"
 #include "panels/options/contourlevels.h"
+#include "panels/options/valueclasses.h"
 
 namespace
 {
@@ -42,6 +43,9 @@ public:
         m_input.warnings = observers.warnings;
         m_input.problem = observers.problem;
     }
+
+    void operator()(const SlopeOptions &options) const { m_input.toolInput = slopeInput(options); }
+    void operator()(const AspectOptions &options) const { m_input.toolInput = aspectInput(options); }
 
     void operator()(const ContourOptions &options) const
     {

@@ -1,5 +1,6 @@
 #include "app/run/ProductRun.h"
 
+#include "app/run/classlegend.h"
 #include "app/run/replacedoutput.h"
 #include "dataset/overviews.h"
 #include "runner/QuvoScriptRunner.h"
@@ -51,6 +52,11 @@ void ProductRun::start(const RunPlan &plan, std::unique_ptr<OutputLock> lock, bo
         fail(sideProblem);
         return;
     }
+    if (!writeClassLegend()) {
+        fail(labelText({"MESS_VUE_ECRITURE", "Le fichier « %1 » n'a pas pu être écrit."})
+                 .arg(m_plan.sideOutputs.last().path));
+        return;
+    }
     const ProductSteps steps = stepsOf(m_partPlan, m_part->stepsFolder());
     if (!steps.problem.isEmpty()) {
         fail(withFinalPaths(steps.problem));
@@ -82,6 +88,13 @@ QString ProductRun::beginSideFiles()
         side.path = m_sideParts.back()->product();
     }
     return {};
+}
+
+/// Writes the legend of the picture in classes, where there is one, into its part folder.
+bool ProductRun::writeClassLegend() const
+{
+    const ToolInput &input = m_partPlan.request.toolInput;
+    return input.classes.classes.isEmpty() || classLegend(input.classes).save(input.sideFiles.last().path);
 }
 
 /// A sentence where the tool has not written a side file that it was asked for; empty otherwise.

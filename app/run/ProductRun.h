@@ -73,6 +73,7 @@ signals:
 
 private:
     QString beginSideFiles();
+    bool writeClassLegend() const;
     QString missingSideFile() const;
     QString withFinalPaths(QString text) const;
     void end();

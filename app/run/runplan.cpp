@@ -39,7 +39,7 @@ QString formatProblem(const ProcessingRequest &request)
         && !hasCreationOption(format, QStringLiteral("TFW")))
         return labelText({"MESS_FORMAT_SANS_CALAGE", "Le format « %1 » n'a pas de fichier de calage."})
             .arg(format);
-    return {};
+    return writingProblem(request.outputOptions);
 }
 
 QString inputProblem(const ProcessingRequest &request, const RasterInfo &input)
@@ -142,6 +142,8 @@ QString placeSideFiles(RunPlan &plan, const QStringList &inputFiles)
     const QStringList layers{QStringLiteral("skyline"), QStringLiteral("seen")};
     const QDir folder = QFileInfo(plan.request.output).dir();
     for (SideFile &side : plan.request.toolInput.sideFiles) {
+        if (side.path.isEmpty())
+            side.path = sideFileName(plan.request.output, side.word, side.extensions.first());
         const OutputName name =
             checkOutputName(folder.absoluteFilePath(side.path), side.extensions, inputFiles);
         if (!name.problem.isEmpty())

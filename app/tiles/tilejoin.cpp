@@ -81,12 +81,25 @@ SightJoin sightJoinOf(const TilePlan &plan)
     join.noData = rgb(options.noDataColor);
     join.dem = plan.recipe.input;
     join.band = plan.recipe.band;
-    if (plan.recipe.outputOptions.tiled) {
-        join.creationOptions += QStringLiteral("TILED=YES");
-        if (plan.recipe.outputOptions.worldFile)
-            join.creationOptions += QStringLiteral("TFW=YES");
-    }
+    ProcessingRequest product;
+    product.process = Process::Intervisibility;
+    product.cellUse.sight = result;
+    join.creationOptions = creationOptions(plan.recipe.outputOptions, productRow(product));
     return join;
+}
+
+QString cogArguments(const TilePlan &plan)
+{
+    const ProcessRow &product = processRow(processOf(plan.recipe.options));
+    OutputOptions options = plan.recipe.outputOptions;
+    options.format = QStringLiteral("COG");
+    options.tiled = options.worldFile = false; // the format's own business
+    QString arguments = QStringLiteral("-strict -of COG") + creationArguments(options, product);
+    if (options.compression.isEmpty())
+        arguments += QStringLiteral(" -co BIGTIFF=IF_SAFER");
+    if (options.statistics)
+        arguments += QStringLiteral(" -stats");
+    return arguments + QLatin1Char(' ');
 }
 
 ContourJoin contourJoinOf(const TilePlan &plan)

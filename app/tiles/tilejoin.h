@@ -33,6 +33,10 @@ QVector<SightShare> sightShares(const QString &folder, const TilePlan &plan);
 /// How it is added up; the path is left to the caller.
 SightJoin sightJoinOf(const TilePlan &plan);
 
+/// Arguments of the translation tool that writes the tiles as one cloud optimised GeoTIFF, with the compression
+/// and the statistics of the plan's recipe. They end in a blank.
+QString cogArguments(const TilePlan &plan);
+
 /// How the contour lines are joined; the path is left to the caller.
 ContourJoin contourJoinOf(const TilePlan &plan);
 

@@ -12,8 +12,8 @@ namespace Ui
 class outputFileAdvancedOptionsDialog;
 }
 
-/// Edits how the product of a process is written: format, layer, tiles, world file and overviews; and what is
-/// done with the DEM before.
+/// Edits how the product of a process is written: format, layer, compression, tiles, world file, overviews and
+/// statistics; and what is done with the DEM before.
 class outputFileAdvancedOptionsDialog : public QDialog
 {
     Q_OBJECT
@@ -30,7 +30,9 @@ public:
 private:
     void listFormats(const OutputOptions &options);
     void showDemOptions(const OutputOptions &options, const QString &metricCrs);
+    void showRasterOptions(const OutputOptions &options);
     void updateControls();
+    void updateCompression(const QString &format);
 
     std::unique_ptr<Ui::outputFileAdvancedOptionsDialog> m_form;
     Process m_process;

@@ -61,6 +61,8 @@ QString shadedFragment(const ShadedOptions &options)
     return fragment;
 }
 
+static const QString zeroForFlatArgument = QStringLiteral(" -zero_for_flat");
+
 QString slopeFragment(const SlopeOptions &options)
 {
     QString fragment;
@@ -82,12 +84,17 @@ QString aspectFragment(const AspectOptions &options)
     if (options.trigonometric)
         fragment += QStringLiteral("-trigonometric");
     if (options.zeroForFlat)
-        fragment += QStringLiteral(" -zero_for_flat");
+        fragment += zeroForFlatArgument;
     if (options.computeEdges)
         fragment += QStringLiteral(" -compute_edges");
     if (options.zevenbergenThorne)
         fragment += QStringLiteral(" -alg ZevenbergenThorne");
     return fragment;
+}
+
+QString withFlatMarked(QString aspectFragment)
+{
+    return aspectFragment.remove(zeroForFlatArgument);
 }
 
 QString terrainIndexFragment(const TerrainIndexOptions &options)
@@ -205,9 +212,11 @@ QVector<SideFile> sideFiles(const IntervisibilityOptions &options)
 QString sideFileArguments(const QVector<SideFile> &files)
 {
     QString arguments;
-    for (const SideFile &file : files)
-        arguments +=
-            file.argument + QLatin1Char(' ') + quotedArgument(file.path) + QLatin1Char(' ') + file.more;
+    for (const SideFile &file : files) {
+        if (!file.argument.isEmpty())
+            arguments +=
+                file.argument + QLatin1Char(' ') + quotedArgument(file.path) + QLatin1Char(' ') + file.more;
+    }
     return arguments;
 }
 

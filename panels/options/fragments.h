@@ -56,6 +56,10 @@ struct SlopeOptions
     QString scaleText;              ///< as in ShadedOptions
     bool computeEdges = true;       ///< also at the raster's edges and beside no-data cells
     bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
+    /// Classes of the picture beside the product: "avalanche", "farming", "building" (slopeClassWords()), or
+    /// the path of a colour table, each of whose entries begins a class, in the unit of the product; empty:
+    /// none.
+    QString classes;
 
     bool operator==(const SlopeOptions &other) const = default;
 };
@@ -69,12 +73,16 @@ struct AspectOptions
     bool zeroForFlat = true;    ///< flat cells get 0 instead of -9999
     bool computeEdges = true;   ///< also at the raster's edges and beside no-data cells
     bool zevenbergenThorne = false; ///< Zevenbergen and Thorne's formula (smooth terrain) instead of Horn's
+    int directions = 0; ///< number of directions in the picture beside the product: 8 or 16; 0: no picture
 
     bool operator==(const AspectOptions &other) const = default;
 };
 
 /// The fragment begins with a blank unless the angles are trigonometric: kept so on purpose.
 QString aspectFragment(const AspectOptions &options);
+
+/// The same fragment for a product that marks cells without a direction, instead of 0.
+QString withFlatMarked(QString aspectFragment);
 
 /// Options of the terrain indices (Wilson et al. 2007, Marine Geodesy 30:3-35).
 struct TerrainIndexOptions
@@ -206,6 +214,7 @@ QString sideFileName(const QString &product, const QString &word, const QString 
 // The words of such names.
 inline const QString skylineWord = QStringLiteral("horizon");
 inline const QString statisticsWord = QStringLiteral("statistics");
+inline const QString classPictureWord = QStringLiteral("classes");
 /// The switch of the tool that the path of the statistics follows.
 inline const QString statisticsArgument = QStringLiteral("-Statistics");
 

@@ -4,6 +4,7 @@
 #include "dataset/pathencoding.h"
 #include "panels/options/contourlevels.h"
 #include "panels/options/maprampcolors.h"
+#include "panels/options/valueclasses.h"
 
 #include <QColor>
 #include <QDir>
@@ -165,7 +166,33 @@ QVector<RecordField<SlopeOptions>> fieldsOf(const SlopeOptions &)
         scaleTextField<SlopeOptions>(),
         edgesField<SlopeOptions>(),
         methodField<SlopeOptions>(),
+        QUVO_FIELD(SlopeOptions, classes, 0, 0, "MESS_OPT_CLASSES",
+                   "image en classes à côté du produit : avalanche, farming, building ou le fichier d'une "
+                   "table couleur, dont chaque entrée commence une classe"),
     };
+}
+
+QString fieldProblem(const SlopeOptions &options)
+{
+    const QString scale =
+        options.scaleText.isEmpty() ? QString() : scaleProblem(options.scaleIndex, options.scaleText);
+    return scale.isEmpty() ? slopeClasses(options).problem : scale;
+}
+
+QString runProblem(const SlopeOptions &options)
+{
+    const QString scale = scaleProblem(options.scaleIndex, options.scaleText);
+    return scale.isEmpty() ? slopeClasses(options).problem : scale;
+}
+
+/// A relative name of a table counts from the folder of the recipe.
+void complete(SlopeOptions &options, const QStringList &givenFields, const QString &folder)
+{
+    if (givenFields.contains(QLatin1String("scaleText")) && !givenFields.contains(QLatin1String("scaleIndex")))
+        options.scaleIndex = -1;
+    if (givenFields.contains(QLatin1String("classes")) && !options.classes.isEmpty()
+        && !slopeClassWords().contains(options.classes))
+        options.classes = QDir(folder).absoluteFilePath(options.classes);
 }
 
 // Aspect.
@@ -179,7 +206,22 @@ QVector<RecordField<AspectOptions>> fieldsOf(const AspectOptions &)
                    "0 pour les zones plates au lieu de -9999"),
         edgesField<AspectOptions>(),
         methodField<AspectOptions>(),
+        QUVO_FIELD(AspectOptions, directions, 0, 16, "MESS_OPT_DIRECTIONS",
+                   "image en directions à côté du produit : 8 ou 16 directions ; 0 : aucune"),
     };
+}
+
+QString fieldProblem(const AspectOptions &options)
+{
+    if (options.directions == 0 || options.directions == 8 || options.directions == 16)
+        return {};
+    return labelText({"MESS_OPT_DIRECT_INV", "directions doit être 0, 8 ou 16, pas « %1 »."})
+        .arg(options.directions);
+}
+
+QString runProblem(const AspectOptions &options)
+{
+    return fieldProblem(options);
 }
 
 // Terrain indices.

@@ -1,16 +1,40 @@
 #pragma once
 
+#include <QRgb>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
-/// A file that the tool writes besides the product, because the user asked for it.
+/// Values from `low` up to the next class, which does not belong to it. The last class has no upper end.
+struct ValueClass
+{
+    double low = 0.0; ///< of the first class: minus infinity
+    QRgb color = 0;
+    QString text; ///< its bounds with their unit, in the language in use
+
+    bool operator==(const ValueClass &other) const = default;
+};
+
+/// The classes of a product's values, in rising order.
+struct ClassTable
+{
+    QVector<ValueClass> classes{}; ///< empty: the values are not divided into classes
+    QRgb voidColor = 0;            ///< of cells that belong to no class
+    QString voidText{};
+    QString title{};   ///< what the values are
+    QString problem{}; ///< why there are no classes, in a sentence; empty otherwise
+
+    bool operator==(const ClassTable &other) const = default;
+};
+
+/// A file that a run writes besides the product, because the user asked for it.
 struct SideFile
 {
-    QString argument;       ///< the tool's switch that the path follows ("-Skyline")
-    QString path;           ///< absolute, or relative to the product's folder
+    QString argument;       ///< the tool's switch that the path follows ("-Skyline"); empty: no tool gets it
+    QString path;           ///< absolute, or relative to the product's folder; empty: named with `word`
     QStringList extensions; ///< those that the tool knows, without their dot
     QString more{};         ///< further arguments, each followed by a blank
+    QString word{};         ///< what follows the product's name in the file's own (sideFileName())
 
     bool operator==(const SideFile &other) const = default;
 };
@@ -27,4 +51,5 @@ struct ToolInput
     /// Argument fragment of the shaded relief that darkens the colours of the product; empty: none does.
     QString shadeFragment{};
     int shadeStrength = 100; ///< percentage of that darkening
+    ClassTable classes{};    ///< with classes, the side files are their picture and their legend
 };

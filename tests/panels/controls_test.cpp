@@ -17,6 +17,7 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
@@ -105,6 +106,9 @@ QVector<Row> rows()
         {"slope", "QEditableComboBox=5", "-compute_edges -s 5 "},
         {"slope", "QEditableComboBox=", "-compute_edges incomplete"},
         {"slope", "QEditableComboBox > QEditableComboBox=5 > QEditableComboBox=↵", "-compute_edges -s 0.31 "},
+        {"slope", "m_pCBClasses", "avalanche -compute_edges -s 1 "},
+        {"slope", "m_pCBClasses > m_pCBClasses > m_pCBClasses > m_pCBClasses",
+         "viridis.txt -compute_edges -s 1 "},
         {"slope", "QEditableComboBox > m_pPBResetScale", "-compute_edges -s 1 "},
         {"slope", "QEditableComboBox=5 > m_pPBResetScale", "-compute_edges -s 1 "},
 
@@ -116,6 +120,8 @@ QVector<Row> rows()
         {"aspect", "m_pPBAzimuth", " -zero_for_flat -compute_edges", 0},
         {"aspect", "m_pPBTrigonometric > m_pRBTrigonometric", "-trigonometric -zero_for_flat -compute_edges",
          0},
+        {"aspect", "m_pCBDirections", "8  -zero_for_flat -compute_edges"},
+        {"aspect", "m_pCBDirections > m_pCBDirections", "16  -zero_for_flat -compute_edges"},
         {"aspect", "m_pRBNoData", " -compute_edges"},
         {"aspect", "m_pRBNoData > m_pRBZero", " -zero_for_flat -compute_edges"},
         {"aspect", "m_pChBComputeAtEdges", " -zero_for_flat"},
@@ -300,6 +306,10 @@ QString shownBy(optionsWidget &panel)
     QString text;
     if (std::holds_alternative<TerrainIndexOptions>(shown))
         text = processWord(shown) + ' ';
+    if (const auto slope = std::get_if<SlopeOptions>(&shown); slope && !slope->classes.isEmpty())
+        text = QFileInfo(slope->classes).fileName() + ' ';
+    if (const auto aspect = std::get_if<AspectOptions>(&shown); aspect && aspect->directions > 0)
+        text = QString("%1 ").arg(aspect->directions);
     if (const auto colors = std::get_if<ColorReliefOptions>(&shown))
         text = colors->table + (colors->spread ? " spread " : " ");
     if (const auto observers = std::get_if<IntervisibilityOptions>(&shown)) {

@@ -270,6 +270,9 @@ void addSmallDialogs(Album &album)
 {
     outputFileAdvancedOptionsDialog raster(Process::ShadedRelief, {}, QString());
     album.add(raster, QStringLiteral("output_raster"));
+    outputFileAdvancedOptionsDialog cog(Process::Slope, {.format = QStringLiteral("COG"), .statistics = true},
+                                        QString());
+    album.add(cog, QStringLiteral("output_cog"));
     outputFileAdvancedOptionsDialog vector(Process::Contour, {}, QStringLiteral("UTM 32N"));
     album.add(vector, QStringLiteral("output_vector"));
     VectorObservers source;

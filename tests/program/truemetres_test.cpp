@@ -101,6 +101,8 @@ private slots:
     void chosenRatioStays();
     void partsEqualTheWhole_data();
     void partsEqualTheWhole();
+    void statistics_data();
+    void statistics();
     void voidsAreFilled();
     void contoursInMetres();
     void observersInMetres();
@@ -397,6 +399,53 @@ void TrueMetresTest::partsEqualTheWhole()
             QCOMPARE(found.at(row, column), whole.at(inProduct.y() + row, inProduct.x() + column));
     }
     QVERIFY(std::abs(found.toGround[3] - whole.toGround[3] - inProduct.y() * whole.toGround[5]) < 1e-9);
+}
+
+void TrueMetresTest::statistics_data()
+{
+    QTest::addColumn<QString>("dem");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("plain") << "dem.tif" << QStringList{"slope", "--compress", "DEFLATE"};
+    QTest::newRow("strips, COG") << "degrees.tif" << QStringList{"slope", "--of", "COG", "--compress", "LZW"};
+    QTest::newRow("directions") << "degrees.tif" << QStringList{"aspect", "--tiled", "--world-file"};
+    QTest::newRow("part") << "dem.tif" << QStringList{"TPI", "--part", "10 20 90 80", "--overviews"};
+    QTest::newRow("side file") << "degrees.tif" << QStringList{"hillshade", "--of", "PNG"};
+}
+
+/// A product with statistics holds the same cells, and the numbers that GDAL computes from them.
+void TrueMetresTest::statistics()
+{
+    QFETCH(QString, dem);
+    QFETCH(QStringList, arguments);
+    QVERIFY(!inDegrees(69.0).isEmpty());
+    const QString output = arguments.contains("PNG") ? "product.png" : "product.tif";
+    const Cells plain = product(arguments, dem, output);
+    const auto stored = [&](const char *name) {
+        const std::unique_ptr<GDALDataset> file(
+            GDALDataset::Open(encodePath(path(output)).constData(), GDAL_OF_RASTER));
+        const char *text = file->GetRasterBand(1)->GetMetadataItem(name);
+        return text ? QByteArray(text).toDouble() : qQNaN();
+    };
+    QVERIFY(std::isnan(stored("STATISTICS_MEAN")));
+    std::array<double, 4> computed{};
+    {
+        const std::unique_ptr<GDALDataset> file(
+            GDALDataset::Open(encodePath(path(output)).constData(), GDAL_OF_RASTER));
+        QCOMPARE(file->GetRasterBand(1)->ComputeStatistics(FALSE, &computed[0], &computed[1], &computed[2],
+                                                           &computed[3], nullptr, nullptr),
+                 CE_None);
+    }
+    QFile::remove(path(output + ".aux.xml"));
+    const Cells cells = product(arguments + QStringList{"--statistics"}, dem, output);
+    QVERIFY2(!cells.values.isEmpty() && cells.values == plain.values, qPrintable(m_error));
+    QCOMPARE(cells.toGround, plain.toGround);
+    QCOMPARE(stored("STATISTICS_MINIMUM"), computed[0]);
+    QCOMPARE(stored("STATISTICS_MAXIMUM"), computed[1]);
+    QCOMPARE(stored("STATISTICS_MEAN"), computed[2]);
+    QCOMPARE(stored("STATISTICS_STDDEV"), computed[3]);
+    QVERIFY(!QFile::exists(path("product.tif.aux.xml")));
+    product(arguments, dem, output); // without statistics, which must not stay behind
+    QVERIFY(std::isnan(stored("STATISTICS_MEAN")));
 }
 
 void TrueMetresTest::voidsAreFilled()

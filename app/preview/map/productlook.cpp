@@ -5,6 +5,7 @@
 #include "messages/label.h"
 #include "panels/options/contourlevels.h"
 #include "panels/options/maprampcolors.h"
+#include "panels/options/valueclasses.h"
 
 #include <QStringList>
 
@@ -29,14 +30,18 @@ ProductLook lookOf(const ShadedOptions &, const QString &)
 
 ProductLook lookOf(const SlopeOptions &options, const QString &)
 {
-    return {ProductForm::Values, RampKind::Steepness, false, labelText({"MESS_PENTE", "Pente"}),
-            options.percent ? QStringLiteral(" %") : QStringLiteral("°")};
+    ProductLook look{ProductForm::Values, RampKind::Steepness, false, labelText({"MESS_PENTE", "Pente"}),
+                     options.percent ? QStringLiteral(" %") : QStringLiteral("°")};
+    look.classes = slopeClasses(options);
+    return look;
 }
 
 ProductLook lookOf(const AspectOptions &options, const QString &)
 {
-    return {ProductForm::Values, RampKind::Direction, options.trigonometric,
-            labelText({"MESS_ORIENTATION", "Orientation"}), QStringLiteral("°")};
+    ProductLook look{ProductForm::Values, RampKind::Direction, options.trigonometric,
+                     labelText({"MESS_ORIENTATION", "Orientation"}), QStringLiteral("°")};
+    look.classes = directionClasses(options);
+    return look;
 }
 
 ProductLook lookOf(const TerrainIndexOptions &options, const QString &unit)
@@ -295,8 +300,12 @@ void addOptions(MapLegend &legend, const LegendFacts &facts, const ContourOption
 template <class Options>
 void addOptions(MapLegend &legend, const LegendFacts &facts, const Options &, const QLocale &locale)
 {
-    if (!facts.product.picture.isNull())
+    if (facts.product.picture.isNull())
+        return;
+    if (facts.look.classes.classes.isEmpty())
         addRamp(legend, facts, locale);
+    for (const ClassRow &row : classRows(facts.look.classes))
+        legend.rows += {QColor::fromRgb(row.color), false, false, row.text, {}};
 }
 
 bool hasVoids(const QImage &picture)
@@ -320,6 +329,7 @@ ValueRamp rampOf(const ProductLook &look, const ElevationGrid &values)
 {
     ValueRamp ramp = rampOver(values, look.ramp, look.trigonometric);
     ramp.stops = look.rampColors;
+    ramp.classes = look.classes;
     return ramp;
 }
 

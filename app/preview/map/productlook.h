@@ -34,6 +34,7 @@ struct ProductLook
     QString unit;               ///< behind the number, with its blank; empty: none
     SightResult sight = SightResult::Picture; ///< what the numbers of an intervisibility are
     QVector<QRgb> rampColors{};               ///< in place of those of the kind of ramp; empty: those
+    ClassTable classes{};                     ///< in place of the ramp; without classes: the ramp
 };
 
 /// elevationUnit: for display; empty: not known.

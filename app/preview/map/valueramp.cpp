@@ -1,5 +1,7 @@
 #include "app/preview/map/valueramp.h"
 
+#include "panels/options/valueclasses.h"
+
 #include <QVector>
 
 #include <algorithm>
@@ -88,6 +90,8 @@ double ValueRamp::placeOf(double value) const
 
 QRgb ValueRamp::color(double value) const
 {
+    if (!classes.classes.isEmpty())
+        return classes.classes.at(classOf(classes, value)).color;
     if (kind == RampKind::Height && value <= 0.0)
         return seenGroundColor;
     return between(stops.size() > 1 ? stops : stopsOf(kind), placeOf(value));
@@ -145,7 +149,7 @@ ValueRamp rampOver(const ElevationGrid &values, RampKind kind, bool trigonometri
 namespace
 {
 
-/// The picture of a ramp with steps, whose colours are not evenly spread over the values.
+/// The picture of a ramp with steps or classes, whose colours are not evenly spread over the values.
 QImage steppedPicture(const ElevationGrid &values, const ValueRamp &ramp)
 {
     QImage picture(values.width, values.height, QImage::Format_ARGB32_Premultiplied);
@@ -164,7 +168,7 @@ QImage rampPicture(const ElevationGrid &values, const ValueRamp &ramp)
 {
     if (values.isEmpty())
         return {};
-    if (!ramp.steps.isEmpty())
+    if (!ramp.steps.isEmpty() || !ramp.classes.classes.isEmpty())
         return steppedPicture(values, ramp);
     constexpr int steps = 1024; // more colours than the ramps have
     const double first = ramp.kind == RampKind::Direction ? 0.0 : ramp.low;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dataset/elevationgrid.h"
+#include "panels/options/toolinput.h"
 
 #include <QColor>
 #include <QImage>
@@ -31,6 +32,8 @@ struct ValueRamp
     /// Heights whose colours are evenly spread, in rising order: a metre counts for more among low masts than
     /// among mountains. Empty: the colours follow the values themselves.
     QVector<double> steps{};
+
+    ClassTable classes{}; ///< in place of all colours above; without classes: not used
 
     /// The place of a value on the strip of colours: 0 at the low end to 1 at the high end, and beyond for
     /// values beyond.

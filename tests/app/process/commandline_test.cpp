@@ -1,5 +1,6 @@
 #include "app/process/commandline.h"
 
+#include "dataset/gdalmessages.h"
 #include "runner/commandsplit.h"
 
 #include <QTest>
@@ -9,8 +10,11 @@ class CommandLineTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { setUpGdal(); }
     void golden_data();
     void golden();
+    void compression_data();
+    void compression();
     void noProcessHasNoArguments();
     void declared();
 };
@@ -102,6 +106,52 @@ void CommandLineTest::golden()
         splitProcessCommand(processCommand(QStringLiteral("/my tools/t.exe"), processArguments(asked)));
     QCOMPARE(split.program, QStringLiteral("/my tools/t.exe"));
     QTEST(split.arguments, "arguments");
+}
+
+void CommandLineTest::compression_data()
+{
+    QTest::addColumn<ProcessingRequest>("asked");
+    QTest::addColumn<QString>("creation");
+    const auto row = [](const char *name, Process process, const OutputOptions &output, const char *creation) {
+        ProcessingRequest asked = request(process);
+        asked.outputOptions = output;
+        QTest::newRow(name) << asked << QString::fromLatin1(creation);
+    };
+    row("numbers behind tiles", Process::Slope, {.tiled = true, .worldFile = true, .compression = "deflate"},
+        "TILED=YES TFW=YES COMPRESS=DEFLATE PREDICTOR=3 BIGTIFF=IF_SAFER");
+    row("smooth bytes", Process::ShadedRelief, {.compression = "LZW"},
+        "COMPRESS=LZW PREDICTOR=2 BIGTIFF=IF_SAFER");
+    row("even zones", Process::Intervisibility, {.compression = "ZSTD"}, "COMPRESS=ZSTD BIGTIFF=IF_SAFER");
+    row("COG", Process::Slope,
+        {.format = "COG", .compression = "ZSTD", .blockSize = 256, .overviewResampling = "average"},
+        "COMPRESS=ZSTD PREDICTOR=YES BIGTIFF=IF_SAFER BLOCKSIZE=256 OVERVIEW_RESAMPLING=AVERAGE");
+    row("COG without copies", Process::Slope, {.format = "COG", .overviewResampling = "none"},
+        "OVERVIEWS=NONE");
+    ProcessingRequest counts = request(Process::Intervisibility);
+    counts.cellUse.sight = SightResult::Count;
+    counts.outputOptions.compression = QStringLiteral("LZW");
+    QTest::newRow("whole numbers") << counts << QStringLiteral("COMPRESS=LZW PREDICTOR=2 BIGTIFF=IF_SAFER");
+}
+
+void CommandLineTest::compression()
+{
+    QFETCH(ProcessingRequest, asked);
+    QFETCH(QString, creation);
+    QCOMPARE(writingProblem(asked.outputOptions), QString());
+    const OutputOptions supported = supportedOptions(asked.outputOptions, *asked.process);
+    QVERIFY(supported == asked.outputOptions);
+    QString expected;
+    for (const QString &option : creation.split(QLatin1Char(' ')))
+        expected += QStringLiteral(" -co \"%1\"").arg(option);
+    QVERIFY2(processArguments(asked).endsWith(expected), qPrintable(processArguments(asked)));
+
+    const OutputOptions before = asked.outputOptions;
+    asked.outputOptions.format = QStringLiteral("PNG"); // has none of all this
+    QVERIFY(!writingProblem(asked.outputOptions).isEmpty());
+    QVERIFY(supportedOptions(asked.outputOptions, Process::ShadedRelief).compression.isEmpty());
+    asked.outputOptions = before;
+    asked.outputOptions.compression = QStringLiteral("JPEG"); // would change numbers
+    QVERIFY(!writingProblem(asked.outputOptions).isEmpty());
 }
 
 void CommandLineTest::noProcessHasNoArguments()

@@ -145,6 +145,10 @@ void RecipeTest::everyProcessComesBack()
                         .outputOptions = {.format = "COG",
                                           .tiled = true,
                                           .worldFile = true,
+                                          .compression = "ZSTD",
+                                          .blockSize = 256,
+                                          .overviewResampling = "MODE",
+                                          .statistics = true,
                                           .layerName = "couche",
                                           .overviews = true},
                         .options = options};

@@ -2,6 +2,7 @@
 
 #include "dataset/gdalmessages.h"
 #include "dataset/pathencoding.h"
+#include "panels/options/valueclasses.h"
 #include "runner/QuvoScriptRunner.h"
 #include "tests/support/files.h"
 #include "tests/support/rasters.h"
@@ -25,6 +26,7 @@ private slots:
     void keepsAll_data();
     void keepsAll();
     void stopKeepsAll();
+    void stopInTheLastCopyLeavesNothing();
     void badNames_data();
     void badNames();
 
@@ -151,6 +153,35 @@ void SideRunTest::stopKeepsAll()
     QTRY_COMPARE(aborted.size(), 1);
     QCOMPARE(bytesOf(path("à côté/l'\"horizon\".csv")), QByteArray("old skyline"));
     QCOMPARE(files().size(), 6);
+}
+
+/// The product with statistics is a copy, and its classes are painted after that.
+void SideRunTest::stopInTheLastCopyLeavesNothing()
+{
+    const QString tool = writeScript(path("dem"), "cp \"" + path("dem.tif").toUtf8() + "\" \"$3\"\n");
+    const QString copy = writeScript(
+        path("copy"),
+        "for out in \"$@\"; do :; done\necho half >\"$out\"; echo half >\"$out.aux.xml\"; exec sleep 60\n");
+    const QStringList before = files();
+    ProcessingRequest request;
+    request.process = Process::Slope;
+    request.mode = QStringLiteral("slope");
+    request.input = path("dem.tif");
+    request.output = path("slope.tif");
+    request.outputOptions.statistics = true;
+    request.toolInput = slopeInput({.classes = "building"});
+    const RunPlan asked = planRun(request, {.dem = tool, .translate = copy});
+    QCOMPARE(asked.problem, QString());
+    QCOMPARE(writtenFiles(asked),
+             (QStringList{path("slope.tif"), path("slope_classes.tif"), path("slope_classes_legend.png")}));
+    QuvoScriptRunner runner(nullptr);
+    ProductRun run(runner);
+    const QSignalSpy aborted(&run, &ProductRun::aborted);
+    run.start(asked, std::make_unique<OutputLock>(writtenFiles(asked)), false, {});
+    QTRY_VERIFY(QFileInfo(partOf(path("slope.tif")) + ".aux.xml").size() > 0);
+    run.stop();
+    QTRY_COMPARE(aborted.size(), 1);
+    QCOMPARE(files(), before);
 }
 
 void SideRunTest::badNames_data()

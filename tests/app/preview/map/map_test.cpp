@@ -24,6 +24,7 @@ private slots:
     void scaleBars();
     void legends();
     void zones();
+    void classes();
     void sightNumbers();
     void files();
 };
@@ -264,6 +265,28 @@ void MapTest::zones()
     facts.cellArea = {};
     QCOMPARE(legendOf(facts, english).rows.at(0).detail, QString("20.0 %"));
     QCOMPARE(shareText(1234.0, 0.5, english), QString("1,234 m² (50.0 %)"));
+}
+
+/// A product in classes has their colours, without mixtures, and a box for each in the legend.
+void MapTest::classes()
+{
+    const SlopeOptions options{.classes = "avalanche"};
+    LegendFacts facts;
+    facts.options = options;
+    facts.look = lookOf(options, {});
+    const ElevationGrid slopes{4, 1, {26.999998f, 27.0f, 80.0f, none}};
+    facts.product.ramp = rampOf(facts.look, slopes);
+    facts.product.picture = rampPicture(slopes, facts.product.ramp);
+    const auto color = [&](int column) { return facts.product.picture.pixel(column, 0); };
+    const auto &table = facts.look.classes.classes;
+    QCOMPARE(color(0), table.at(0).color);
+    QCOMPARE(color(1), table.at(1).color);
+    QCOMPARE(color(2), table.last().color);
+    QCOMPARE(qAlpha(color(3)), 0);
+    const MapLegend legend = legendOf(facts, english);
+    QVERIFY(legend.strip.colors.isEmpty());
+    QCOMPARE(legend.rows.size(), table.size() + 1);
+    QVERIFY(legend.rows.last().hatched);
 }
 
 void MapTest::sightNumbers()
