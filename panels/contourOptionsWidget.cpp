@@ -3,6 +3,8 @@
 #include "dataset/formats.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "panels/controls/numberfield.h"
+#include "messages/Prompt.h"
+#include "panels/options/contourinput.h"
 #include "panels/options/contourlevels.h"
 #include "ui_contourOptionsWidget.h"
 
@@ -110,6 +112,7 @@ void contourOptionsWidget::connectControls()
             &contourOptionsWidget::slot_onOptionsChanged);
     connect(m_pNoDataCombo, &QEditableComboBox::textReset, this, &contourOptionsWidget::slot_onOptionsChanged);
 
+    connect(m_form->m_pDrawing, &ContourDrawing::changed, this, &contourOptionsWidget::slot_onOptionsChanged);
     connect(m_form->m_pLevelsNote, &QLabel::linkActivated, this,
             [this] { m_form->m_pLEFixedLevels->setText(sortedLevels(m_form->m_pLEFixedLevels->text())); });
     connect(m_form->m_pForecastLabel, &QLabel::linkActivated, this, [this](const QString &interval) {
@@ -120,12 +123,28 @@ void contourOptionsWidget::connectControls()
 
 QString contourOptionsWidget::getCommandArguments()
 {
-    return contourFragment(options());
+    return contourInput(options(), demExtremes()).fragment;
 }
 
 std::optional<ToolInput> contourOptionsWidget::launchInput()
 {
-    return ToolInput{.fragment = getCommandArguments(), .attribute = options().attribute};
+    const QString problem = mergedLevelsProblem(options(), widened(demExtremes()));
+    if (!problem.isEmpty()) {
+        Prompt::warning(this, problem);
+        return std::nullopt;
+    }
+    return contourInput(options(), demExtremes());
+}
+
+std::optional<ToolInput> contourOptionsWidget::previewInput(const QString &)
+{
+    return contourInput(options(), demExtremes());
+}
+
+/// The extremes as far as they are known, which a launch or a preview needs at once.
+Extremes contourOptionsWidget::demExtremes() const
+{
+    return m_dem.searching ? estimatedExtremes(m_dem.path, m_dem.band) : m_dem.extremes;
 }
 
 void contourOptionsWidget::setOutputFormat(const QString &driver)
@@ -133,6 +152,7 @@ void contourOptionsWidget::setOutputFormat(const QString &driver)
     if (driver == m_outputFormat)
         return;
     m_outputFormat = driver;
+    m_form->m_pDrawing->setOutputFormat(driver);
     updateNotes();
 }
 
@@ -149,8 +169,7 @@ void contourOptionsWidget::setDem(const DemInfo &dem)
 
 QStringList contourOptionsWidget::launchWarnings() const
 {
-    const Extremes extremes = m_dem.searching ? estimatedExtremes(m_dem.path, m_dem.band) : m_dem.extremes;
-    return manyLevelsWarnings(options(), extremes);
+    return manyLevelsWarnings(options(), demExtremes());
 }
 
 ContourOptions contourOptionsWidget::options() const
@@ -163,6 +182,7 @@ ContourOptions contourOptionsWidget::options() const
     options.everyValueValid = m_form->m_pChBTreatNoDataValue->isChecked();
     options.noDataValue = fieldNumber(m_pNoDataCombo->currentText());
     options.offset = fieldNumber(m_form->m_pLEOffset->text());
+    m_form->m_pDrawing->addTo(options);
     return options;
 }
 
@@ -184,6 +204,7 @@ void contourOptionsWidget::showOptions(const ContourOptions &options)
     m_form->m_pChBTreatNoDataValue->setChecked(options.everyValueValid);
     m_pNoDataCombo->showTyped(numberText(options.noDataValue, 0));
     m_form->m_pLEOffset->setText(numberText(options.offset));
+    m_form->m_pDrawing->showOptions(options);
 }
 
 void contourOptionsWidget::slot_onOptionsChanged()
@@ -196,6 +217,7 @@ void contourOptionsWidget::slot_onOptionsChanged()
 void contourOptionsWidget::updateNotes()
 {
     const ContourOptions shown = options();
+    m_form->m_pDrawing->setHasInterval(shown.interval.value_or(0.0) > 0.0);
     showText(m_form->m_pForecastLabel, forecast(shown)); // never hidden: it stands beside its field
     setNote(m_form->m_pAttributeNote, attributeProblem(m_outputFormat, shown.attribute));
     setNote(m_form->m_pLevelsNote, levelsNote(shown.fixedLevels));
@@ -213,12 +235,13 @@ QString contourOptionsWidget::forecast(const ContourOptions &options) const
         return notNumber.toHtmlEscaped();
     if (options.interval && *options.interval <= 0.0)
         return tr("Un intervalle de 0 ne donne aucune courbe.", "MESS_CN_INTERV_NUL");
-    if (options.interval && !options.fixedLevels.isEmpty())
-        return tr("L'outil ignore l'intervalle : les valeurs spécifiques le remplacent.", "MESS_CN_IGNORE");
+    const QString tooMany = mergedLevelsProblem(options, widened(m_dem.extremes));
+    if (!tooMany.isEmpty())
+        return tooMany.toHtmlEscaped();
     const QStringList rounded = roundedNumberWarnings({.interval = options.interval});
     if (!rounded.isEmpty())
         return rounded.first();
-    if (!m_dem.extremes.known || !options.fixedLevels.isEmpty())
+    if (!m_dem.extremes.known || (!options.fixedLevels.isEmpty() && !options.interval))
         return {};
 
     const auto elevation = [this](double value) { return locale().toString(value, 'f', 1); };
@@ -226,7 +249,8 @@ QString contourOptionsWidget::forecast(const ContourOptions &options) const
                                                 : tr("Altitudes d'environ %1 à %2.", "MESS_CN_ALT_ENVIRON"))
                               .arg(elevation(m_dem.extremes.minimum), elevation(m_dem.extremes.maximum));
     if (options.interval) {
-        const double levels = levelCount(m_dem.extremes, *options.interval, options.offset.value_or(0.0));
+        const double levels = levelCount(m_dem.extremes, *options.interval, options.offset.value_or(0.0))
+            + newLevels(options, m_dem.extremes);
         return range + QLatin1Char(' ')
             + (m_dem.extremes.exact ? tr("Niveaux : %1.", "MESS_CN_NIVEAUX")
                                     : tr("Niveaux : environ %1.", "MESS_CN_NIV_ENVIRON"))

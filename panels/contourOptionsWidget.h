@@ -11,7 +11,8 @@ namespace Ui
 class contourOptionsWidget;
 }
 
-/// Panel of the contour process: interval or fixed levels, attribute, 3D, values to ignore. Notes beside and
+/// Panel of the contour process: interval and fixed levels, attribute, 3D, values to ignore, and what makes
+/// the contours fit for a map. Notes beside and
 /// under the fields show how many levels the options make, and which text the tool would not understand.
 class contourOptionsWidget : public optionsWidget
 {
@@ -26,6 +27,7 @@ public:
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     std::optional<ToolInput> launchInput() override;
+    std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
     void setOutputFormat(const QString &driver) override;
     void setDem(const DemInfo &dem) override;
@@ -48,6 +50,7 @@ private:
     void connectControls();
     void showOptions(const ContourOptions &options);
     void updateNotes();
+    Extremes demExtremes() const;
     /// The note beside the interval: what the options make of the DEM, or an interval that would suit it.
     QString forecast(const ContourOptions &options) const;
 

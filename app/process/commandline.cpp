@@ -79,6 +79,16 @@ bool isShaded(const ProcessingRequest &request)
     return !request.toolInput.shadeFragment.isEmpty();
 }
 
+bool isFinished(const ProcessingRequest &request)
+{
+    return !request.toolInput.contours.linesFragment.isEmpty();
+}
+
+QString qgisStyleFile(const QString &product)
+{
+    return withoutExtension(product) + QStringLiteral(".qml");
+}
+
 bool hasAlpha(const ProcessingRequest &request)
 {
     return request.toolInput.fragment == colorReliefFragment({.alpha = true});
@@ -158,6 +168,8 @@ QuvoOutputFilesList declaredOutputs(const ProcessingRequest &request)
          .sideExtensions = sideExtensions(format, product)}};
     if (request.outputOptions.fillMask && request.outputOptions.fillDistance > 0.0)
         files += {.path = fillMaskFile(request.output)};
+    if (request.toolInput.contours.writesStyle)
+        files += {.path = qgisStyleFile(request.output)};
     if (product == ProductKind::Vector)
         return files;
     // A world file that this command does not write is the user's own.

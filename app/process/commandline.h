@@ -43,6 +43,12 @@ QString outputFormat(const ProcessingRequest &request);
 /// Whether the product is colours that a shaded relief darkens.
 bool isShaded(const ProcessingRequest &request);
 
+/// Whether the contours are finished by a step after the tool.
+bool isFinished(const ProcessingRequest &request);
+
+/// Path of the QGIS style beside a product: "dem_contour_lines.qml".
+QString qgisStyleFile(const QString &product);
+
 /// Whether the product of a colour relief has an alpha band.
 bool hasAlpha(const ProcessingRequest &request);
 

@@ -63,7 +63,8 @@ void reproject(ProductWay &way, DemStage &stage, const QString &crs)
 void cutPart(ProductWay &way, DemStage &stage, const QRect &part, const ProcessingRequest &request)
 {
     const double fillDistance = request.outputOptions.fillDistance;
-    const int margin = (request.cellUse.neighbours ? 1 : 0) + qCeil(fillDistance);
+    const int margin = (request.cellUse.neighbours ? 1 : 0) + qCeil(fillDistance)
+        + request.toolInput.contours.smoothing;
     const ViewSource dem = stage.dem;
     const DemFacts whole = stage.whole;
     const QRect cut = withMargin(part, margin, dem.facts);
@@ -95,6 +96,18 @@ void fillVoids(ProductWay &way, DemStage &stage, const ProcessingRequest &reques
     stage.dem.path = filled;
     stage.dem.facts.band = 1;
     stage.dem.facts.cellType = QStringLiteral("Float32");
+}
+
+/// Smooths the DEM in a copy of it, where the request says so.
+void smooth(ProductWay &way, DemStage &stage, const ProcessingRequest &request)
+{
+    const ContourSteps &contours = request.toolInput.contours;
+    if (contours.smoothing == 0)
+        return;
+    const QString smoothed = way.file(QStringLiteral("smoothed.tif"));
+    way.addSmoothing(stage.dem, smoothed, contours.settings);
+    stage.dem.path = smoothed;
+    stage.dem.facts.band = 1;
 }
 
 /// Cuts off the margins, for a process that looks at each cell by itself.
@@ -132,6 +145,7 @@ void changeGrid(ProductWay &way, DemStage &stage, const ProcessingRequest &reque
         reproject(way, stage, request.outputOptions.reproject);
     else
         turn(way, stage, treatment);
+    smooth(way, stage, request);
 }
 
 /// The DEM in a grid whose cells are those of its own. The part keeps neighbours, also for filling its voids.
@@ -145,6 +159,7 @@ void keepCells(ProductWay &way, DemStage &stage, const ProcessingRequest &reques
         cutPart(way, stage, part, request);
     if (request.outputOptions.fillDistance > 0.0)
         fillVoids(way, stage, request, mask);
+    smooth(way, stage, request);
     if (!request.cellUse.neighbours && !stage.margins.isNull())
         trim(way, stage);
 }

@@ -188,6 +188,17 @@ void makeShadedColors(ProductWay &way, const ProcessingRequest &request, const D
     writeProduct(way, request, view);
 }
 
+/// The tool draws the contours into a file between the steps, of which the product is made.
+void makeFinishedContours(ProductWay &way, const ProcessingRequest &request, const DemStage &stage)
+{
+    const QString lines = way.file(QStringLiteral("lines.gpkg"));
+    ProcessingRequest drawn = request;
+    drawn.toolInput.fragment = request.toolInput.contours.linesFragment;
+    way.addTool(drawn, stage.dem, lines,
+                {.format = QStringLiteral("GPKG"), .layerName = request.outputOptions.layerName}, 1.0);
+    way.addFinishing(stage.dem, lines, request.toolInput.contours.settings);
+}
+
 /// Paints the classes of the values into the first side file. Where the product holds 0 for flat cells, for
 /// north and for voids alike, the directions are computed once more with a mark for cells without one.
 void addClasses(ProductWay &way, const ProcessingRequest &request, const DemStage &stage,
@@ -242,6 +253,8 @@ ProductSteps productSteps(const ProcessingRequest &request, const DemFacts &fact
     way.steps.height = stage.grid.height;
     if (isShaded(request))
         makeShadedColors(way, request, stage, treatment, options);
+    else if (isFinished(request))
+        makeFinishedContours(way, asked, stage);
     else
         makeProduct(way, asked, stage, treatment, options);
     addClasses(way, asked, stage, treatment, options, tools);
@@ -253,7 +266,7 @@ bool needsSteps(const ProcessingRequest &request, const DemFacts &facts)
     const OutputOptions &output = request.outputOptions;
     return !request.toolInput.classes.classes.isEmpty() || treatmentOf(request, facts).isNeeded()
         || !request.part.isNull() || output.fillDistance > 0.0 || !output.reproject.isEmpty()
-        || isShaded(request) || (output.statistics && productKind(request) == ProductKind::Raster);
+        || isShaded(request) || isFinished(request) || request.toolInput.contours.smoothing > 0 || (output.statistics && productKind(request) == ProductKind::Raster);
 }
 
 QuvoProcessingCollection commandsOf(const ProductSteps &steps)

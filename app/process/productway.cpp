@@ -67,6 +67,35 @@ void ProductWay::addFilling(const ViewSource &dem, const QString &filled, double
              ifIntermediate(filled) + ifIntermediate(mask));
 }
 
+namespace
+{
+
+QString settingArguments(const QStringList &settings)
+{
+    QString arguments;
+    for (const QString &setting : settings)
+        arguments += QStringLiteral(" --set ") + quotedArgument(setting);
+    return arguments;
+}
+
+} // namespace
+
+void ProductWay::addSmoothing(const ViewSource &dem, const QString &smoothed, const QStringList &settings)
+{
+    addBatch(QStringLiteral("smooth-dem"), smoothed, dem, settingArguments(settings),
+             labelText({"MESS_CALC_LISSER", "Lissage du MNT."}), 1.0, ifIntermediate(smoothed));
+}
+
+void ProductWay::addFinishing(const ViewSource &dem, const QString &lines, const QStringList &settings)
+{
+    constexpr double share = 0.5;
+    addBatch(QStringLiteral("finish-contours"), m_request.output, dem,
+             QStringLiteral(" --lines ") + quotedArgument(lines) + QStringLiteral(" --of ")
+                 + quotedArgument(outputFormat(m_request)) + QStringLiteral(" --layer ")
+                 + quotedArgument(outputLayer(m_request.outputOptions)) + settingArguments(settings),
+             labelText({"MESS_CALC_ASSEMBLE", "Écriture du résultat."}), share, {});
+}
+
 void ProductWay::addCorrection(const ViewSource &dem, const QString &raster)
 {
     const bool trigonometric = m_request.cellUse.trigonometric;

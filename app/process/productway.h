@@ -38,6 +38,12 @@ public:
     /// Fills the voids of a DEM. `mask`: path of the raster that marks the filled cells; empty: none.
     void addFilling(const ViewSource &dem, const QString &filled, double distance, const QString &mask);
 
+    /// Smooths a DEM before its contours. `settings`: as ContourSteps has them.
+    void addSmoothing(const ViewSource &dem, const QString &smoothed, const QStringList &settings);
+
+    /// Makes the product of the file `lines` that the contour tool made of the DEM.
+    void addFinishing(const ViewSource &dem, const QString &lines, const QStringList &settings);
+
     /// Corrects the directions in a raster of the same grid as the DEM.
     void addCorrection(const ViewSource &dem, const QString &raster);
 

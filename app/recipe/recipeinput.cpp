@@ -1,6 +1,7 @@
 #include "app/recipe/recipeinput.h"
 
 #include "app/recipe/observerfile.h"
+#include "panels/options/contourinput.h"
 #include "panels/options/contourlevels.h"
 #include "panels/options/valueclasses.h"
 
@@ -49,7 +50,10 @@ public:
 
     void operator()(const ContourOptions &options) const
     {
-        m_input.toolInput.attribute = options.attribute;
+        const Extremes extremes =
+            hasBothLevels(options) ? exactExtremes(m_dem, m_band, m_isStopped) : Extremes();
+        m_input.toolInput = contourInput(options, extremes);
+        m_input.problem = mergedLevelsProblem(options, extremes);
         m_input.warnings = roundedNumberWarnings(options);
         if (options.interval)
             m_input.warnings += manyLevelsWarnings(options, estimatedExtremes(m_dem, m_band));

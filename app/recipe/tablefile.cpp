@@ -34,14 +34,6 @@ QString readingProblem(const ColorTableReading &reading, const QString &file, bo
     return spread ? spreadProblem(file, reading) : QString();
 }
 
-Extremes exactExtremes(const QString &dem, int band, const StopCheck &isStopped)
-{
-    constexpr int slice = 200; // milliseconds
-    ExtremesReader reader(dem, band, ExtremesReader::Exact);
-    while (!isStopped() && reader.advance(slice)) { }
-    return reader.extremes();
-}
-
 /// The text of a table file.
 struct TableText
 {
@@ -68,6 +60,14 @@ TableText spreadText(const QList<QuvoColorDef> &entries, const ColorReliefOption
 }
 
 } // namespace
+
+Extremes exactExtremes(const QString &dem, int band, const StopCheck &isStopped)
+{
+    constexpr int slice = 200; // milliseconds
+    ExtremesReader reader(dem, band, ExtremesReader::Exact);
+    while (!isStopped() && reader.advance(slice)) { }
+    return reader.extremes();
+}
 
 QString colorTableFile(const QString &name)
 {

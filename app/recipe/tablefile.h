@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dataset/extremes.h"
 #include "dataset/workfolder.h"
 #include "panels/options/processoptions.h"
 
@@ -32,6 +33,9 @@ bool mixesUnits(const ColorReliefOptions &options);
 
 /// Returns whether the user has asked to stop.
 using StopCheck = std::function<bool()>;
+
+/// The extreme elevations of every cell of a band; what was found so far once `isStopped` returns true.
+Extremes exactExtremes(const QString &dem, int band, const StopCheck &isStopped);
 
 /// Finds the table of the options. It is written to a file in the work folder where the recipe itself holds its
 /// colours, where it is spread over the DEM's elevations, and where the tool would read the original

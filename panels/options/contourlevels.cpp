@@ -67,16 +67,95 @@ QString sortedLevels(const QString &text)
     return words.join(QLatin1Char(' '));
 }
 
+bool hasBothLevels(const ContourOptions &options)
+{
+    return options.interval && *options.interval > 0.0 && readLevels(options.fixedLevels)
+        && !options.fixedLevels.trimmed().isEmpty();
+}
+
+Extremes widened(Extremes extremes)
+{
+    if (extremes.exact || !extremes.known)
+        return extremes;
+    const double margin = (extremes.maximum - extremes.minimum) / 2.0;
+    extremes.minimum -= margin;
+    extremes.maximum += margin;
+    return extremes;
+}
+
+namespace
+{
+
+/// The numbers of the options as the tool would receive them.
+double interval(const ContourOptions &options)
+{
+    return toolNumber(options.interval.value_or(0.0)).toDouble();
+}
+
+double offset(const ContourOptions &options)
+{
+    return toolNumber(options.offset.value_or(0.0)).toDouble();
+}
+
+/// Number of levels of the interval and of the text together, at most.
+double mergedCount(const ContourOptions &options, const Extremes &extremes)
+{
+    return levelCount(extremes, interval(options), offset(options))
+        + static_cast<double>(readLevels(options.fixedLevels).value_or(QVector<double>()).size());
+}
+
+} // namespace
+
+QString mergedLevels(const ContourOptions &options, const Extremes &extremes)
+{
+    if (!hasBothLevels(options) || !extremes.known || mergedCount(options, extremes) > mostLevels)
+        return {};
+    constexpr int digits = 15; // without those of the rounding of sums
+    const double step = interval(options);
+    QString text = options.fixedLevels;
+    const double first = std::ceil((extremes.minimum - offset(options)) / step);
+    const double last = std::floor((extremes.maximum - offset(options)) / step);
+    for (double at = first; at <= last; at += 1.0) {
+        const double level = offset(options) + at * step;
+        text += QLatin1Char(' ') + QString::number(level == 0.0 ? 0.0 : level, 'g', digits);
+    }
+    return sortedLevels(text);
+}
+
+int newLevels(const ContourOptions &options, const Extremes &extremes)
+{
+    if (!hasBothLevels(options))
+        return 0;
+    constexpr double tolerance = 1e-9; // of a step
+    int count = 0;
+    for (const double level : readLevels(options.fixedLevels).value_or(QVector<double>())) {
+        const double steps = (level - offset(options)) / interval(options);
+        if (level >= extremes.minimum && level <= extremes.maximum
+            && std::abs(steps - std::round(steps)) > tolerance)
+            ++count;
+    }
+    return count;
+}
+
+QString mergedLevelsProblem(const ContourOptions &options, const Extremes &extremes)
+{
+    if (!hasBothLevels(options) || mergedCount(options, extremes) <= mostLevels)
+        return {};
+    return labelText({"MESS_CN_DEUX_TROP",
+                      "L'intervalle et les valeurs spécifiques donnent ensemble %1 niveaux ; l'outil n'en prend "
+                      "pas plus de %2. Agrandissez l'intervalle ou effacez l'un des deux."})
+        .arg(QLocale().toString(mergedCount(options, extremes), 'f', 0), QString::number(mostLevels));
+}
+
 QString levelsProblem(const QString &text)
 {
-    constexpr int most = 1000; // the tool's own limit
     const auto levels = readLevels(text);
     if (!levels || (levels->isEmpty() && !text.isEmpty()))
         return labelText({"MESS_CN_VAL_INVALIDE",
                           "Les valeurs spécifiques doivent être des nombres séparés par des espaces."});
-    if (levels->size() > most)
+    if (levels->size() > mostLevels)
         return labelText({"MESS_CN_VAL_TROP", "L'outil ne prend pas plus de %1 valeurs spécifiques."})
-            .arg(most);
+            .arg(mostLevels);
     if (!levelsAscend(*levels))
         return labelText({"MESS_CN_VAL_ORDRE", "Les valeurs spécifiques doivent augmenter, chacune une fois."});
     return {};

@@ -31,6 +31,27 @@ bool levelsAscend(const QVector<double> &levels);
 /// a number.
 QString sortedLevels(const QString &text);
 
+/// Whether the options have an interval and fixed levels together.
+bool hasBothLevels(const ContourOptions &options);
+
+/// The levels of the interval from the minimum to the maximum, and the fixed ones, as an ascending text of
+/// levels, each once: what the tool receives in place of both. Empty where there is an interval or fixed levels
+/// alone, where the extremes are not known, and where the levels are more than mostLevels.
+QString mergedLevels(const ContourOptions &options, const Extremes &extremes);
+
+/// Number of the fixed levels between the minimum and the maximum that are none of the interval's; 0 where one
+/// of the two is missing.
+int newLevels(const ContourOptions &options, const Extremes &extremes);
+
+/// The extremes widened by half of their range where they are an estimate, so that no level is missed.
+Extremes widened(Extremes extremes);
+
+/// The most levels that the tool takes one by one.
+constexpr int mostLevels = 1000;
+
+/// Why the interval and the fixed levels together cannot be used, in a sentence; empty where they can.
+QString mergedLevelsProblem(const ContourOptions &options, const Extremes &extremes);
+
 /// Why the levels of a text cannot be used, in a sentence: they are not numbers, too many, or do not ascend.
 /// Empty for good levels.
 QString levelsProblem(const QString &text);

@@ -119,20 +119,25 @@ QString toolNumber(double number)
     return QString::number(number, 'g', 6);
 }
 
-QString contourFragment(const ContourOptions &options)
+QString contourFragment(const ContourOptions &options, const QString &levels)
 {
     const auto number = [](const char *name, const std::optional<double> &value) {
         return value ? QLatin1String(name) + QStringLiteral(" \"%1\" ").arg(toolNumber(*value)) : QString();
     };
     QString fragment;
-    if (!options.attribute.isEmpty())
+    if (options.polygons)
+        fragment += QStringLiteral("-p -amin ") + quotedArgument(options.lowestAttribute)
+            + QStringLiteral(" -amax ") + quotedArgument(options.highestAttribute) + QLatin1Char(' ');
+    else if (!options.attribute.isEmpty())
         fragment += QStringLiteral("-a ") + quotedArgument(options.attribute) + QLatin1Char(' ');
-    if (options.threeD)
+    if (options.threeD && !options.polygons)
         fragment += QStringLiteral("-3d ");
     if (options.everyValueValid)
         fragment += QStringLiteral("-inodata ");
     else
         fragment += number("-snodata", options.noDataValue);
+    if (!levels.isEmpty())
+        return fragment + QStringLiteral("-fl ") + levels + QLatin1Char(' ');
     fragment += number("-i", options.interval);
     fragment += number("-off", options.offset);
     if (!options.fixedLevels.isEmpty())

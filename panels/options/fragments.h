@@ -131,8 +131,10 @@ struct ContourOptions
 /// Largest smoothing radius, in cells.
 constexpr int longestSmoothing = 50;
 
-/// Numbers have six significant digits; the fixed levels are inserted unchanged.
-QString contourFragment(const ContourOptions &options);
+/// Numbers have six significant digits; the fixed levels are inserted unchanged. The tool would drop the
+/// interval in silence where it also has fixed levels: with both, `levels` stands in place of the two, a text
+/// of numbers (contourlevels.h) that is empty where there is an interval or fixed levels alone.
+QString contourFragment(const ContourOptions &options, const QString &levels = {});
 
 /// A number of the contour process as the tool receives it: with six significant digits.
 QString toolNumber(double number);

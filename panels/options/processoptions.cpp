@@ -479,6 +479,11 @@ QVector<RecordField<ContourOptions>> fieldsOf(const ContourOptions &)
 
 QString fieldProblem(const ContourOptions &options)
 {
+    if (options.polygons
+        && (options.lowestAttribute.isEmpty() || options.highestAttribute.isEmpty()
+            || options.lowestAttribute.compare(options.highestAttribute, Qt::CaseInsensitive) == 0))
+        return labelText({"MESS_OPT_CN_ATTRIBUTS",
+                          "Les deux attributs des surfaces doivent avoir des noms différents."});
     return levelsProblem(options.fixedLevels);
 }
 
@@ -488,6 +493,9 @@ QString runProblem(const ContourOptions &options)
         return labelText({"MESS_OPT_CN_RIEN", "Indiquez interval ou fixedLevels."});
     if (options.interval && *options.interval <= 0.0)
         return labelText({"MESS_CN_INTERV_NUL", "Un intervalle de 0 ne donne aucune courbe."});
+    if (options.indexEvery > 0 && !options.interval && !options.polygons)
+        return labelText({"MESS_OPT_CN_MAITRES",
+                          "Les courbes maîtresses se comptent dans un intervalle : indiquez-le aussi."});
     const QString problem = fieldProblem(options);
     return problem.isEmpty() ? ignoredValueProblem(options) : problem;
 }

@@ -39,6 +39,20 @@ struct SideFile
     bool operator==(const SideFile &other) const = default;
 };
 
+/// What surrounds the contour tool in the way to a product of contours.
+struct ContourSteps
+{
+    int smoothing = 0; ///< radius in cells by which the DEM is smoothed first; 0: not at all
+    /// Fragment for a file between the steps, which is then made the product; empty: the tool writes the
+    /// product itself.
+    QString linesFragment{};
+    /// The options ("indexEvery=5") of the smoothing and of what is done with that file.
+    QStringList settings{};
+    bool writesStyle = false; ///< a QGIS style stands beside the product
+
+    bool operator==(const ContourSteps &other) const = default;
+};
+
 /// What the options of a process contribute to the command line of the tool.
 struct ToolInput
 {
@@ -52,4 +66,5 @@ struct ToolInput
     QString shadeFragment{};
     int shadeStrength = 100; ///< percentage of that darkening
     ClassTable classes{};    ///< with classes, the side files are their picture and their legend
+    ContourSteps contours{};
 };

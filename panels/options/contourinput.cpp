@@ -1,0 +1,56 @@
+#include "panels/options/contourinput.h"
+
+#include "panels/options/contourlevels.h"
+#include "panels/options/processoptions.h"
+
+namespace
+{
+
+/// The options that differ from the defaults, as settings of a step, without those that the tool receives or
+/// another step has.
+QStringList settingsOf(const ContourOptions &options)
+{
+    ContourOptions step = options;
+    step.fixedLevels.clear();
+    step.threeD = false;
+    const QVariantMap values = optionValues(step);
+    const QVariantMap defaults = optionValues(ContourOptions());
+    QStringList settings;
+    for (auto value = values.begin(); value != values.end(); ++value) {
+        if (value.value() != defaults.value(value.key()))
+            settings += value.key() + QLatin1Char('=') + value.value().toString();
+    }
+    return settings;
+}
+
+/// Names that every format of files between steps takes, whatever those of the product are.
+ContourOptions withPlainNames(ContourOptions options)
+{
+    options.attribute = QStringLiteral("level");
+    options.lowestAttribute = QStringLiteral("low");
+    options.highestAttribute = QStringLiteral("high");
+    return options;
+}
+
+} // namespace
+
+bool needsFinishing(const ContourOptions &options)
+{
+    const bool hasIndex = options.indexEvery > 0 && options.interval;
+    return options.polygons || options.styled || options.qgisStyle || hasIndex || options.shortestRing > 0.0;
+}
+
+ToolInput contourInput(const ContourOptions &options, const Extremes &extremes)
+{
+    const QString levels = mergedLevels(options, widened(extremes));
+    ToolInput input{.fragment = contourFragment(options, levels),
+                    .attribute = options.polygons ? options.lowestAttribute : options.attribute};
+    input.contours.smoothing = options.smoothing;
+    if (needsFinishing(options)) {
+        input.contours.linesFragment = contourFragment(withPlainNames(options), levels);
+        input.contours.writesStyle = options.qgisStyle;
+    }
+    if (options.smoothing > 0 || needsFinishing(options))
+        input.contours.settings = settingsOf(options);
+    return input;
+}

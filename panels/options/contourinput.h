@@ -1,0 +1,12 @@
+#pragma once
+
+#include "dataset/extremes.h"
+#include "panels/options/fragments.h"
+#include "panels/options/toolinput.h"
+
+/// What the options of contours contribute to a run: the tool's arguments, and the steps around the tool.
+/// extremes: of the DEM, for an interval beside fixed levels; not widened.
+ToolInput contourInput(const ContourOptions &options, const Extremes &extremes);
+
+/// Whether the tool's file is finished by a step of this program.
+bool needsFinishing(const ContourOptions &options);
