@@ -1,9 +1,9 @@
 #include "panels/contourOptionsWidget.h"
 
 #include "dataset/formats.h"
+#include "messages/Prompt.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "panels/controls/numberfield.h"
-#include "messages/Prompt.h"
 #include "panels/options/contourinput.h"
 #include "panels/options/contourlevels.h"
 #include "ui_contourOptionsWidget.h"
@@ -70,6 +70,7 @@ contourOptionsWidget::contourOptionsWidget(QWidget *parent, Qt::WindowFlags flag
     static const QRegularExpression threeDecimals(QStringLiteral("\\d+\\.\\d{3}"));
     for (QLineEdit *field : {m_form->m_pLEElevationInterval, m_form->m_pLEOffset})
         field->setValidator(new PointForComma<QRegularExpressionValidator>(threeDecimals, field));
+    m_form->m_pDrawing->setOutputFormat(m_outputFormat);
     showOptions({});
     connectControls();
     updateNotes();

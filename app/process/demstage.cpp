@@ -63,8 +63,8 @@ void reproject(ProductWay &way, DemStage &stage, const QString &crs)
 void cutPart(ProductWay &way, DemStage &stage, const QRect &part, const ProcessingRequest &request)
 {
     const double fillDistance = request.outputOptions.fillDistance;
-    const int margin = (request.cellUse.neighbours ? 1 : 0) + qCeil(fillDistance)
-        + request.toolInput.contours.smoothing;
+    const int margin =
+        (request.cellUse.neighbours ? 1 : 0) + qCeil(fillDistance) + request.toolInput.contours.smoothing;
     const ViewSource dem = stage.dem;
     const DemFacts whole = stage.whole;
     const QRect cut = withMargin(part, margin, dem.facts);

@@ -18,6 +18,7 @@ struct DemStage
 bool isReprojected(const ProcessingRequest &request);
 
 /// Brings the DEM into the grid that the process needs: takes the part, turns the rows to the north or changes
-/// the CRS, fills the voids and smooths it. `mask`: path of the raster that marks the filled cells; empty: none.
+/// the CRS, fills the voids and smooths it. `mask`: path of the raster that marks the filled cells; empty:
+/// none.
 void prepareDem(ProductWay &way, DemStage &stage, const ProcessingRequest &request,
                 const DemTreatment &treatment, const QString &mask);

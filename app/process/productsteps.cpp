@@ -266,7 +266,8 @@ bool needsSteps(const ProcessingRequest &request, const DemFacts &facts)
     const OutputOptions &output = request.outputOptions;
     return !request.toolInput.classes.classes.isEmpty() || treatmentOf(request, facts).isNeeded()
         || !request.part.isNull() || output.fillDistance > 0.0 || !output.reproject.isEmpty()
-        || isShaded(request) || isFinished(request) || request.toolInput.contours.smoothing > 0 || (output.statistics && productKind(request) == ProductKind::Raster);
+        || isShaded(request) || isFinished(request) || request.toolInput.contours.smoothing > 0
+        || (output.statistics && productKind(request) == ProductKind::Raster);
 }
 
 QuvoProcessingCollection commandsOf(const ProductSteps &steps)

@@ -54,8 +54,10 @@ ContourDrawing::ContourDrawing(QWidget *parent)
     makeControls();
     applyTexts();
     showOptions({});
-    for (QSpinBox *box : {m_pIndex, m_pSmoothing})
+    for (QSpinBox *box : {m_pIndex, m_pSmoothing}) {
+        box->setKeyboardTracking(false); // a run for each digit would be one too many
         connect(box, qOverload<int>(&QSpinBox::valueChanged), this, &ContourDrawing::changed);
+    }
     for (QLineEdit *field : {m_pRing, m_pLowest, m_pHighest})
         connect(field, &QLineEdit::textChanged, this, &ContourDrawing::changed);
     for (QCheckBox *box : {m_pAreas, m_pStyled, m_pQgis})
@@ -85,19 +87,21 @@ void ContourDrawing::makeControls()
     m_form = new QFormLayout;
     m_form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     m_form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
-    m_form->addRow(QString(), m_pIndex);
+    m_form->addRow(new QLabel(this), m_pIndex);
     auto ring = new QWidget(this);
     auto ringRow = rowOf(m_pRing, m_pRingUnit);
     ringRow->setContentsMargins(0, 0, 0, 0);
     ring->setLayout(ringRow);
-    m_form->addRow(QString(), ring);
-    m_form->addRow(QString(), m_pSmoothing);
+    m_form->addRow(new QLabel(this), ring);
+    m_form->addRow(new QLabel(this), m_pSmoothing);
     m_form->addRow(m_pAreas);
-    m_form->addRow(QString(), m_pLowest);
-    m_form->addRow(QString(), m_pHighest);
+    m_form->addRow(new QLabel(this), m_pLowest);
+    m_form->addRow(new QLabel(this), m_pHighest);
     m_form->addRow(m_pStyled);
     m_form->addRow(m_pStyleNote);
     m_form->addRow(m_pQgis);
+    for (QWidget *field : QList<QWidget *>{m_pIndex, m_pSmoothing, m_pLowest, m_pHighest})
+        qobject_cast<QLabel *>(m_form->labelForField(field))->setBuddy(field);
     qobject_cast<QLabel *>(m_form->labelForField(ring))->setBuddy(m_pRing);
     auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -166,8 +170,7 @@ void ContourDrawing::updateControls()
     enable(m_pIndex, m_pIndex, areas ? noLines : noInterval);
     enable(m_pRing, m_pRing->parentWidget(), noLines);
     m_pRingUnit->setEnabled(!areas);
-    const QString noAreas =
-        areas ? QString() : tr("Pour des surfaces entre les niveaux.", "MESS_CN_SURF_SEUL");
+    const QString noAreas = areas ? QString() : tr("Pour des surfaces entre les niveaux.", "MESS_CN_SURF_SEUL");
     enable(m_pLowest, m_pLowest, noAreas);
     enable(m_pHighest, m_pHighest, noAreas);
     const bool keeps = m_format.isEmpty() || keepsStyles(m_format);

@@ -141,9 +141,10 @@ QString mergedLevelsProblem(const ContourOptions &options, const Extremes &extre
 {
     if (!hasBothLevels(options) || mergedCount(options, extremes) <= mostLevels)
         return {};
-    return labelText({"MESS_CN_DEUX_TROP",
-                      "L'intervalle et les valeurs spécifiques donnent ensemble %1 niveaux ; l'outil n'en prend "
-                      "pas plus de %2. Agrandissez l'intervalle ou effacez l'un des deux."})
+    return labelText(
+               {"MESS_CN_DEUX_TROP",
+                "L'intervalle et les valeurs spécifiques donnent ensemble %1 niveaux ; l'outil n'en prend "
+                "pas plus de %2. Agrandissez l'intervalle ou effacez l'un des deux."})
         .arg(QLocale().toString(mergedCount(options, extremes), 'f', 0), QString::number(mostLevels));
 }
 

@@ -482,8 +482,8 @@ QString fieldProblem(const ContourOptions &options)
     if (options.polygons
         && (options.lowestAttribute.isEmpty() || options.highestAttribute.isEmpty()
             || options.lowestAttribute.compare(options.highestAttribute, Qt::CaseInsensitive) == 0))
-        return labelText({"MESS_OPT_CN_ATTRIBUTS",
-                          "Les deux attributs des surfaces doivent avoir des noms différents."});
+        return labelText(
+            {"MESS_OPT_CN_ATTRIBUTS", "Les deux attributs des surfaces doivent avoir des noms différents."});
     return levelsProblem(options.fixedLevels);
 }
 

@@ -1,3 +1,4 @@
+#include "messages/Prompt.h"
 #include "panels/contourOptionsWidget.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "panels/options/contourlevels.h"
@@ -136,9 +137,14 @@ void ContourPanelTest::notes()
     QVERIFY2(panel.note("m_pForecastLabel").contains("Niveaux"), qPrintable(panel.note("m_pForecastLabel")));
     QCOMPARE(panel.widget.launchWarnings().size(), 1);
     panel.field("m_pLEFixedLevels")->setText("10 x");
-    QVERIFY(panel.note("m_pForecastLabel").contains("ignore l'intervalle"));
     QVERIFY(!panel.note("m_pLevelsNote").isEmpty());
     QVERIFY(panel.widget.launchWarnings().isEmpty());
+    panel.field("m_pLEFixedLevels")->setText("10 20");
+    QVERIFY(panel.note("m_pForecastLabel").contains("ensemble")); // more than the tool takes
+    Prompt::answerBeforehand({});
+    QVERIFY(!panel.widget.launchInput() && Prompt::takeShown().value(0).contains("ensemble"));
+    panel.field("m_pLEElevationInterval")->setText("1000.000");
+    QVERIFY(panel.note("m_pForecastLabel").contains("Niveaux"));
     panel.field("m_pLEElevationAttribute")->setText("élévation_m");
     QVERIFY(panel.note("m_pAttributeNote").contains("13")); // bytes, where a shapefile allows 10
     panel.widget.setOutputFormat("GPKG");

@@ -6,6 +6,7 @@
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/contourOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
+#include "panels/options/contourinput.h"
 #include "panels/shadedOptionsWidget.h"
 #include "panels/slopeOptionsWidget.h"
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
@@ -178,6 +179,16 @@ QVector<Row> rows()
         {"contour", "m_pChB3D", "-a \"Z\" -3d incomplete"},
         {"contour", "m_pLEFixedLevels=7", "-a \"Z\" -fl 7 "},
         {"contour", "m_pLEFixedLevels=7 3 > m_pLevelsNote=sort", "-a \"Z\" -fl 3 7 "},
+        {"contour", "m_pLEElevationInterval=5 > m_pSBIndex=3", "indexEvery=3 interval=5 -a \"Z\" -i \"5\" "},
+        {"contour", "m_pLERing=60", "shortestRing=60 -a \"Z\" incomplete", 2},
+        {"contour", "m_pSBSmoothing=2", "smoothing=2 -a \"Z\" incomplete"},
+        {"contour", "m_pChBAreas", "polygons=true -p -amin \"ZMIN\" -amax \"ZMAX\" incomplete"},
+        {"contour", "m_pChBAreas > m_pLELowest=a",
+         "lowestAttribute=a polygons=true -p -amin \"a\" -amax \"ZMAX\" incomplete"},
+        {"contour", "m_pChBAreas > m_pLEHighest=b",
+         "highestAttribute=b polygons=true -p -amin \"ZMIN\" -amax \"b\" incomplete"},
+        {"contour", "m_pChBStyled", "styled=true -a \"Z\" incomplete"},
+        {"contour", "m_pChBQgis", "qgisStyle=true -a \"Z\" incomplete"},
         {"contour", "m_pLEOffset=2", "-a \"Z\" -off \"2\" incomplete"},
         {"contour", "QEditableComboBox", "-a \"Z\" -snodata \"-9999\" incomplete"},
         {"contour", "QEditableComboBox=8", "-a \"Z\" -snodata \"8\" incomplete"},
@@ -310,6 +321,10 @@ QString shownBy(optionsWidget &panel)
         text = QFileInfo(slope->classes).fileName() + ' ';
     if (const auto aspect = std::get_if<AspectOptions>(&shown); aspect && aspect->directions > 0)
         text = QString("%1 ").arg(aspect->directions);
+    if (const auto contours = std::get_if<ContourOptions>(&shown)) {
+        for (const QString &setting : contourInput(*contours, {}).contours.settings)
+            text += setting + ' ';
+    }
     if (const auto colors = std::get_if<ColorReliefOptions>(&shown))
         text = colors->table + (colors->spread ? " spread " : " ");
     if (const auto observers = std::get_if<IntervisibilityOptions>(&shown)) {

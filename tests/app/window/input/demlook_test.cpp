@@ -1,3 +1,4 @@
+#include "panels/controls/QEditableComboBox.h"
 #include "tests/support/maindialog.h"
 
 #include <QCheckBox>
@@ -97,7 +98,7 @@ void DemLookTest::ratioOffersTrueMetres()
     Dialog dialog(m_tools);
     dialog.window.setInputDem(degrees());
     dialog.find<QTabWidget>("m_pTabWidget")->setCurrentIndex(1);
-    const auto scale = dialog.panel()->findChild<QComboBox *>(QString(), Qt::FindChildrenRecursively);
+    const auto scale = dialog.panel()->findChild<QEditableComboBox *>();
     const auto note = dialog.panel()->findChild<QLabel *>("m_pScaleNote");
     QVERIFY(note->isHidden());
     scale->setCurrentIndex(2);
