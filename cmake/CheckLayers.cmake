@@ -71,7 +71,7 @@ set(layers
     "app/recipe: app/process panels/options colortable dataset dataset/views messages"
     "app/run: app/process app/recipe panels/options runner dataset dataset/views messages"
     "app/tiles: app/run dataset/extraction dataset/join app/startup app/process app/recipe panels/options colortable dataset dataset/views messages"
-    "app/preview/map: app/preview/previewgeometry.h panels/options colortable dataset messages"
+    "app/preview/map: app/preview/previewgeometry.h panels/options colortable dataset dataset/contours messages"
     "app/preview/live: viewshed viewshed/sweep viewshed/io panels/options dataset"
     "app/preview/profile: app/preview/live viewshed panels/options dataset messages"
     "app/preview: app/preview/map app/preview/live app/preview/profile app/process colortable panels panels/options runner dataset dataset/views messages viewshed/lineofsight.h viewshed/problem.h"

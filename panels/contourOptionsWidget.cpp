@@ -1,5 +1,6 @@
 #include "panels/contourOptionsWidget.h"
 
+#include "dataset/demground.h"
 #include "dataset/formats.h"
 #include "messages/Prompt.h"
 #include "panels/controls/QEditableComboBox.h"
@@ -52,6 +53,15 @@ QString levelsNote(const QString &text)
     return problem
         + QStringLiteral(" <a href=\"sort\">%1</a>")
               .arg(labelText({"MESS_CN_VAL_TRIER", "Trier les valeurs"}).toHtmlEscaped());
+}
+
+/// Unit of lengths on the ground of a DEM, for display: metres where its coordinates are degrees.
+QString lengthUnit(const DemInfo &dem)
+{
+    if (dem.path.isEmpty())
+        return {};
+    const DemGround ground(dem.path, dem.band);
+    return ground.unit() == QStringLiteral("°") ? QStringLiteral("m") : ground.unit();
 }
 
 } // namespace
@@ -164,6 +174,8 @@ bool contourOptionsWidget::isComplete() const
 
 void contourOptionsWidget::setDem(const DemInfo &dem)
 {
+    if (!dem.isSameFileAs(m_dem))
+        m_form->m_pDrawing->setGroundUnit(lengthUnit(dem));
     m_dem = dem;
     updateNotes();
 }

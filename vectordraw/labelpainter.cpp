@@ -216,6 +216,15 @@ double upright(double angle)
     return angle < -quarter ? angle + std::numbers::pi : angle;
 }
 
+/// Whether the text stands on its line instead of beside it, as the height of a contour line does: it keeps
+/// the direction of the line, which says on which side the ground rises.
+bool liesOnItsLine(const LabelText &label)
+{
+    constexpr int firstMiddle = 4;
+    constexpr int lastMiddle = 6;
+    return label.anchor >= firstMiddle && label.anchor <= lastMiddle;
+}
+
 /// The first of the families, separated by commas, that is installed; empty when none is. A family that the
 /// system only replaces by another is not: its symbols would become letters.
 std::string firstInstalled(PangoContext *context, std::string_view fonts)
@@ -323,7 +332,7 @@ void drawLabel(Surface &surface, const Resolution &resolution, const LabelText &
         break;
     case Placement::Middle: {
         const Place place = placeAt(line, lengthOf(line) / 2.0);
-        const double angle = upright(place.angle);
+        const double angle = liesOnItsLine(label) ? place.angle : upright(place.angle);
         drawing.draw(shown, place.point, angle, label.anchor, 0.0, angle != place.angle);
         break;
     }

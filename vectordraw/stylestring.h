@@ -146,7 +146,9 @@ enum class Placement
     Point,      ///< at the point, or the line's first vertex
     LastVertex, ///< at the line's last vertex
     Stretched,  ///< its letters evenly along the whole line
-    Middle,     ///< at the middle of the line's length, in its direction
+    /// At the middle of the line's length. Beside the line the text stands upright; on the line (an anchor of 4
+    /// to 6) it keeps the line's direction, even upside down.
+    Middle,
     // The last segment of a line that has fewer segments than the text has words takes all that are left.
     WordPerSegment,  ///< a word a segment, in its direction
     HorizontalWords, ///< a word a segment, at its centre, not turned

@@ -3,6 +3,7 @@
 #include "app/preview/previewgeometry.h"
 #include "app/process/productsteps.h"
 #include "dataset/overviews.h"
+#include "panels/options/contourinput.h"
 #include "runner/QuvoScriptRunner.h"
 #include "runner/outputfiles.h"
 
@@ -240,6 +241,7 @@ void Previews::compute()
     const double reduction = static_cast<double>(m_part.width()) / reducedSize(m_part.size()).width();
     request->outputOptions = {.fillDistance = request->outputOptions.fillDistance / reduction,
                               .asIs = request->outputOptions.asIs};
+    request->toolInput.contours = inLargerCells(request->toolInput.contours, reduction);
     const QuvoOutputFile output = declaredOutputs(*request).first();
     deleteOutputFiles({{output}});
     m_request = *request;

@@ -52,7 +52,7 @@ QString nameAttribute(const QString &driver)
 
 double lineWidth(bool isIndexLine)
 {
-    return isIndexLine ? 0.35 : 0.15;
+    return isIndexLine ? 0.4 : 0.15;
 }
 
 QString lineStyle(const QString &driver, bool isIndexLine)

@@ -1,7 +1,6 @@
 #include "panels/contours/ContourDrawing.h"
 
 #include "dataset/contours/contourstyles.h"
-#include "messages/label.h"
 #include "panels/controls/numberfield.h"
 
 #include <QCheckBox>
@@ -32,7 +31,7 @@ QHBoxLayout *rowOf(QWidget *first, QWidget *second)
 void setLabel(QFormLayout &form, QWidget *field, const QString &text)
 {
     if (auto label = qobject_cast<QLabel *>(form.labelForField(field)))
-        label->setText(withColon(text));
+        label->setText(text);
 }
 
 } // namespace
@@ -98,8 +97,8 @@ void ContourDrawing::makeControls()
     m_form->addRow(new QLabel(this), m_pLowest);
     m_form->addRow(new QLabel(this), m_pHighest);
     m_form->addRow(m_pStyled);
-    m_form->addRow(m_pStyleNote);
     m_form->addRow(m_pQgis);
+    m_form->addRow(m_pStyleNote);
     for (QWidget *field : QList<QWidget *>{m_pIndex, m_pSmoothing, m_pLowest, m_pHighest})
         qobject_cast<QLabel *>(m_form->labelForField(field))->setBuddy(field);
     qobject_cast<QLabel *>(m_form->labelForField(ring))->setBuddy(m_pRing);
@@ -192,16 +191,17 @@ void ContourDrawing::changeEvent(QEvent *event)
 void ContourDrawing::applyTexts()
 {
     m_pTitle->setText(tr("Pour une carte", "MESS_CN_CARTE"));
-    setLabel(*m_form, m_pIndex, tr("Une courbe maîtresse toutes les", "MESS_CN_MAITRESSE"));
+    setLabel(*m_form, m_pIndex, tr("Une courbe maîtresse toutes les :", "MESS_CN_MAITRESSE"));
     m_pIndex->setSuffix(QLatin1Char(' ') + tr("courbes", "MESS_CN_COURBES"));
     m_pIndex->setSpecialValueText(tr("aucune", "MESS_CN_SANS_MAITRESSE"));
-    setLabel(*m_form, m_pRing->parentWidget(), tr("Omettre les courbes fermées de moins de", "MESS_CN_ANNEAU"));
-    setLabel(*m_form, m_pSmoothing, tr("Lisser le MNT avant le tracé, rayon", "MESS_CN_LISSAGE"));
+    setLabel(*m_form, m_pRing->parentWidget(),
+             tr("Omettre les courbes fermées de moins de :", "MESS_CN_ANNEAU"));
+    setLabel(*m_form, m_pSmoothing, tr("Lisser le MNT avant le tracé, rayon :", "MESS_CN_LISSAGE"));
     m_pSmoothing->setSuffix(QLatin1Char(' ') + tr("cellules", "MESS_CELLULES"));
     m_pSmoothing->setSpecialValueText(tr("pas de lissage", "MESS_CN_SANS_LISSAGE"));
     m_pAreas->setText(tr("Surfaces entre les niveaux au lieu de courbes", "MESS_CN_SURFACES"));
-    setLabel(*m_form, m_pLowest, tr("Attribut de l'altitude la plus basse", "MESS_CN_ATTR_BAS"));
-    setLabel(*m_form, m_pHighest, tr("Attribut de l'altitude la plus haute", "MESS_CN_ATTR_HAUT"));
+    setLabel(*m_form, m_pLowest, tr("Attribut de l'altitude la plus basse :", "MESS_CN_ATTR_BAS"));
+    setLabel(*m_form, m_pHighest, tr("Attribut de l'altitude la plus haute :", "MESS_CN_ATTR_HAUT"));
     m_pStyled->setText(
         tr("Dessiner les objets : traits, hauteurs le long des courbes maîtresses", "MESS_CN_DESSIN"));
     m_pQgis->setText(tr("Écrire un style QGIS (.qml) à côté du fichier", "MESS_CN_QML"));

@@ -1,6 +1,5 @@
 #include "panels/light/ColorShading.h"
 
-#include "messages/label.h"
 #include "panels/controls/ClickSlider.h"
 
 #include <QCheckBox>
@@ -141,8 +140,8 @@ void ColorShading::changeEvent(QEvent *event)
 void ColorShading::applyTexts()
 {
     m_pShade->setText(tr("Ombrer les couleurs par le relief", "MESS_TC_OMBRER"));
-    m_pStrengthLabel->setText(withColon(tr("Force", "MESS_TC_FORCE")));
-    m_pLightLabel->setText(withColon(tr("Lumière", "MESS_LUMIERE_CHOIX")));
+    m_pStrengthLabel->setText(tr("Force :", "MESS_TC_FORCE"));
+    m_pLightLabel->setText(tr("Lumière :", "MESS_LUMIERE_CHOIX"));
     m_pPanelLight->setText(tr("celle de l'onglet Ombres", "MESS_TC_LUM_ONGLET"));
     m_pOwnLight->setText(tr("propre à cette carte", "MESS_TC_LUM_PROPRE"));
     m_pEdit->setText(tr("Régler…", "MESS_TC_LUM_REGLER"));

@@ -83,8 +83,8 @@ void LightChoice::changeEvent(QEvent *event)
 
 void LightChoice::applyTexts()
 {
-    m_pLabel->setText(withColon(tr("Lumière", "MESS_LUMIERE_CHOIX")));
-    m_pListLabel->setText(withColon(tr("Lumières toutes prêtes", "MESS_LUM_PRETES")));
+    m_pLabel->setText(tr("Lumière :", "MESS_LUMIERE_CHOIX"));
+    m_pListLabel->setText(tr("Lumières toutes prêtes :", "MESS_LUM_LISTE"));
     m_pKeep->setText(tr("Garder cette lumière…", "MESS_LUM_GARDER"));
     for (int kind = 0; kind < m_pKind->count(); ++kind)
         m_pKind->setItemText(kind, labelText(kinds[kind]));

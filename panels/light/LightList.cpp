@@ -117,10 +117,10 @@ void LightList::choose(const QListWidgetItem *item)
 void LightList::keep(const ShadedOptions &light)
 {
     bool isAccepted = false;
-    const QString name = QInputDialog::getText(this, tr("Garder cette lumière", "MESS_LUM_GARDER_TITRE"),
-                                               withColon(tr("Nom de la lumière", "MESS_LUM_NOM")),
-                                               QLineEdit::Normal, {}, &isAccepted)
-                             .trimmed();
+    const QString name =
+        QInputDialog::getText(this, tr("Garder cette lumière", "MESS_LUM_GARDER_TITRE"),
+                              tr("Nom de la lumière :", "MESS_LUM_NOM"), QLineEdit::Normal, {}, &isAccepted)
+            .trimmed();
     if (!isAccepted || name.isEmpty() || !m_shelf)
         return;
     const QVector<LightPreset> own = m_shelf->lights();

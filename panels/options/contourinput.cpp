@@ -3,6 +3,8 @@
 #include "panels/options/contourlevels.h"
 #include "panels/options/processoptions.h"
 
+#include <cmath>
+
 namespace
 {
 
@@ -23,6 +25,11 @@ QStringList settingsOf(const ContourOptions &options)
     return settings;
 }
 
+QString smoothingSetting(int radius)
+{
+    return QStringLiteral("smoothing=%1").arg(radius);
+}
+
 /// Names that every format of files between steps takes, whatever those of the product are.
 ContourOptions withPlainNames(ContourOptions options)
 {
@@ -38,6 +45,19 @@ bool needsFinishing(const ContourOptions &options)
 {
     const bool hasIndex = options.indexEvery > 0 && options.interval;
     return options.polygons || options.styled || options.qgisStyle || hasIndex || options.shortestRing > 0.0;
+}
+
+ContourSteps inLargerCells(ContourSteps steps, double factor)
+{
+    if (steps.smoothing > 0) {
+        steps.settings.removeAll(smoothingSetting(steps.smoothing));
+        steps.smoothing = static_cast<int>(std::lround(steps.smoothing / factor));
+        if (steps.smoothing > 0)
+            steps.settings += smoothingSetting(steps.smoothing);
+    }
+    steps.settings.removeAll(QStringLiteral("qgisStyle=true"));
+    steps.writesStyle = false;
+    return steps;
 }
 
 ToolInput contourInput(const ContourOptions &options, const Extremes &extremes)

@@ -8,5 +8,9 @@
 /// extremes: of the DEM, for an interval beside fixed levels; not widened.
 ToolInput contourInput(const ContourOptions &options, const Extremes &extremes);
 
+/// The steps for a copy of the DEM in cells that are `factor` times as large, in a product of which only the
+/// features are seen.
+ContourSteps inLargerCells(ContourSteps steps, double factor);
+
 /// Whether the tool's file is finished by a step of this program.
 bool needsFinishing(const ContourOptions &options);

@@ -6,10 +6,12 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <gdal_priv.h>
+#include <ogrsf_frmts.h>
 
 #include <cmath>
 #include <memory>
@@ -62,6 +64,9 @@ private slots:
     void shadedColors();
     void shadedPartEqualsTheWhole();
     void stoppedShadingLeavesNothing();
+    void contoursForMaps();
+    void smoothedPartEqualsTheWhole();
+    void stoppedContoursLeaveNothing();
 
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
@@ -198,6 +203,100 @@ void MapProductsTest::stoppedShadingLeavesNothing()
             QCOMPARE(QDir(path("arrêt")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
                      QStringList{"mnt.tif"});
         QFile::remove(path("arrêt/ombré.tif"));
+    }
+}
+
+void MapProductsTest::contoursForMaps()
+{
+    QVERIFY(QDir(m_folder.path()).mkdir("carte"));
+    writeFile(path("carte/lignes.qml"), "the user's own");
+    const QStringList arguments{"--process", "contour",
+                                "--input",   path("mnt.tif"),
+                                "--output",  path("carte/lignes.gpkg"),
+                                "--of",      "GPKG",
+                                "--set",     "interval=20",
+                                "--set",     "fixedLevels=433",
+                                "--set",     "attribute=hauteur",
+                                "--set",     "indexEvery=5",
+                                "--set",     "styled=true",
+                                "--set",     "qgisStyle=true"};
+    QCOMPARE(batch(arguments), 4); // a file of the user stands in the way
+    QCOMPARE(bytesOf(path("carte/lignes.qml")), QByteArray("the user's own"));
+    QCOMPARE(batch(arguments + QStringList{"--overwrite"}), 0);
+    QVERIFY(bytesOf(path("carte/lignes.qml")).contains("INDEX_LINE"));
+    QCOMPARE(QDir(path("carte")).entryList(QDir::Files), (QStringList{"lignes.gpkg", "lignes.qml"}));
+    const std::unique_ptr<GDALDataset> file(
+        GDALDataset::Open(encodePath(path("carte/lignes.gpkg")).constData(), GDAL_OF_VECTOR));
+    QVERIFY(file && file->GetLayerByName("contour"));
+    QSet<double> levels;
+    for (const auto &feature : *file->GetLayerByName("contour")) {
+        const double level = feature->GetFieldAsDouble("hauteur");
+        levels += level;
+        QCOMPARE(feature->GetFieldAsInteger("INDEX_LINE"), std::fmod(level, 100.0) == 0.0 ? 1 : 0);
+        QVERIFY(QByteArray(feature->GetStyleString()).startsWith("PEN("));
+    }
+    QVERIFY(levels.contains(433.0) && levels.contains(300.0) && levels.contains(540.0));
+}
+
+void MapProductsTest::smoothedPartEqualsTheWhole()
+{
+    const auto lines = [&](const QString &name, const QStringList &more) {
+        const int code =
+            batch(QStringList{"--process", "contour", "--input", path("mnt.tif"), "--output", path(name),
+                              "--of", "GPKG", "--set", "fixedLevels=400", "--set", "smoothing=4"}
+                  + more);
+        const std::unique_ptr<GDALDataset> file(
+            GDALDataset::Open(encodePath(path(name)).constData(), GDAL_OF_VECTOR));
+        const auto all = std::make_unique<OGRMultiLineString>();
+        if (code == 0 && file) {
+            for (const auto &feature : *file->GetLayer(0))
+                all->addGeometry(feature->GetGeometryRef());
+        }
+        return std::unique_ptr<OGRGeometry>(all->clone());
+    };
+    const auto whole = lines("lisse.gpkg", {});
+    const auto part = lines("lisse partie.gpkg", {"--part", "10 40 60 40"});
+    OGREnvelope extent;
+    part->getEnvelope(&extent);
+    QVERIFY(!part->IsEmpty() && extent.MaxX - extent.MinX > 300.0);
+    OGRLinearRing inside; // without the half cell in which the tool ends the lines of a part
+    for (const auto &[x, y] : {std::pair{500106.0, 5099594.0},
+                               {500694.0, 5099594.0},
+                               {500694.0, 5099206.0},
+                               {500106.0, 5099206.0},
+                               {500106.0, 5099594.0}})
+        inside.addPoint(x, y);
+    OGRPolygon window;
+    window.addRing(&inside);
+    const std::unique_ptr<OGRGeometry> there(part->Intersection(&window));
+    const std::unique_ptr<OGRGeometry> expected(whole->Intersection(&window));
+    const std::unique_ptr<OGRGeometry> around(expected->Buffer(0.001));
+    QVERIFY(around->Contains(there.get()));
+    QVERIFY(std::abs(OGR_G_Length(OGRGeometry::ToHandle(there.get()))
+                     - OGR_G_Length(OGRGeometry::ToHandle(expected.get())))
+            < 0.01);
+}
+
+void MapProductsTest::stoppedContoursLeaveNothing()
+{
+    for (const int marks : {1, 10, 20, 32, 40}) { // while smoothing, drawing and finishing
+        QProcess process;
+        process.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"),
+                      {"--process", "contour", "--input", path("arrêt/mnt.tif"), "--output",
+                       path("arrêt/lignes.gpkg"), "--of", "GPKG", "--set", "interval=5", "--set",
+                       "indexEvery=5", "--set", "smoothing=3", "--set", "qgisStyle=true"});
+        QByteArray shown;
+        while (shown.size() < marks && process.waitForReadyRead())
+            shown += process.readAllStandardOutput();
+        process.terminate();
+        QVERIFY(process.waitForFinished());
+        const QStringList left =
+            QDir(path("arrêt")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+        QCOMPARE(left,
+                 process.exitCode() == 0 ? (QStringList{"lignes.gpkg", "lignes.qml", "mnt.tif"})
+                                         : QStringList{"mnt.tif"});
+        QFile::remove(path("arrêt/lignes.gpkg"));
+        QFile::remove(path("arrêt/lignes.qml"));
     }
 }
 

@@ -73,7 +73,7 @@ public:
         const double middle = m_y + lineHeight / 2.0;
         const QRectF box(margin, middle - boxHeight / 2.0, stripWidth, boxHeight);
         if (row.line)
-            m_drawing.lines += {{{box.left(), middle}, {box.right(), middle}}, row.color, 1.6};
+            m_drawing.lines += {{{box.left(), middle}, {box.right(), middle}}, row.color, row.lineWidth};
         else
             m_drawing.boxes += {box, row.color, row.hatched};
         const double left = box.right() + textGap;

@@ -30,7 +30,8 @@ struct MapLegend
         bool hatched = false; ///< the hatch of cells without data
         bool line = false;    ///< a line of that colour, not a box
         QString text;
-        QString detail; ///< a second line of text; may be empty
+        QString detail;         ///< a second line of text; may be empty
+        double lineWidth = 1.6; ///< in device-independent pixels
     };
     /// A line in the histogram.
     struct Mark

@@ -1,6 +1,7 @@
 #include "app/preview/map/productlook.h"
 
 #include "colortable/toolcolors.h"
+#include "dataset/contours/contourstyles.h"
 #include "dataset/rasterpicture.h"
 #include "messages/label.h"
 #include "panels/options/contourlevels.h"
@@ -271,19 +272,39 @@ void addOptions(MapLegend &legend, const LegendFacts &facts, const Intervisibili
     }
 }
 
+/// Adds the strip of the colours of areas between levels.
+void addTints(MapLegend &legend, const LegendFacts &facts, QVector<double> levels, const QLocale &locale)
+{
+    MapLegend::Strip &strip = legend.strip;
+    strip.low = facts.extremes.minimum;
+    strip.high = facts.extremes.maximum;
+    levels.erase(std::remove_if(levels.begin(), levels.end(),
+                                [&](double level) { return level <= strip.low || level >= strip.high; }),
+                 levels.end());
+    for (int at = 0; at < stripColors; ++at) {
+        const double value = strip.low + (strip.high - strip.low) * (at + 0.5) / stripColors;
+        const auto below =
+            std::count_if(levels.begin(), levels.end(), [&](double level) { return level <= value; });
+        strip.colors += hypsometricTint(static_cast<int>(below), static_cast<int>(levels.size()) + 1).rgb();
+    }
+    strip.ticks = roundStripTicks(strip.low, strip.high, legendStripHeight, locale);
+    legend.unit = facts.elevationUnit;
+}
+
 void addOptions(MapLegend &legend, const LegendFacts &facts, const ContourOptions &options,
                 const QLocale &locale)
 {
     const QColor lines(0x8a, 0x5a, 0x32);
+    const auto equidistance = [&](double interval) {
+        return labelText({"MESS_EQUIDISTANCE", "Tous les %1"})
+            .arg(locale.toString(interval, 'g', 6) + spaced(facts.elevationUnit));
+    };
     const auto fixed = readLevels(options.fixedLevels);
     QVector<double> levels = fixed.value_or(QVector<double>());
     QString text = labelText({"MESS_NIVEAUX_FIXES", "Niveaux choisis"});
-    if (levels.isEmpty()) {
-        if (!options.interval || !(*options.interval > 0.0))
-            return;
+    if (options.interval && *options.interval > 0.0) {
         const double offset = options.offset.value_or(0.0);
-        text = labelText({"MESS_EQUIDISTANCE", "Tous les %1"})
-                   .arg(locale.toString(*options.interval, 'g', 6) + spaced(facts.elevationUnit));
+        text = equidistance(*options.interval);
         if (levelCount(facts.extremes, *options.interval, offset) <= mostMarks) {
             const double first =
                 std::ceil((facts.extremes.minimum - offset) / *options.interval) * *options.interval + offset;
@@ -292,7 +313,17 @@ void addOptions(MapLegend &legend, const LegendFacts &facts, const ContourOption
                 levels += level;
         }
     }
+    std::sort(levels.begin(), levels.end());
+    levels.erase(std::unique(levels.begin(), levels.end()), levels.end());
+    if (levels.isEmpty() && !(options.interval.value_or(0.0) > 0.0))
+        return;
+    if (options.polygons && options.styled && facts.extremes.known && levels.size() <= mostMarks)
+        addTints(legend, facts, levels, locale);
     legend.rows += {lines, false, true, text, {}};
+    if (options.indexEvery > 0 && options.interval && !options.polygons) {
+        constexpr double thick = 3.0;
+        legend.rows += {lines, false, true, equidistance(*options.interval * options.indexEvery), {}, thick};
+    }
     for (int at = 0; at < std::min(mostMarks, static_cast<int>(levels.size())); ++at)
         legend.marks += {levels.at(at), lines};
 }

@@ -102,7 +102,7 @@ Read readLines(const QString &path, const DemGround &ground, bool isInDegrees)
         const int level = feature->GetFieldIndex("Z");
         const int index = feature->GetFieldIndex("INDEX_LINE");
         const bool isIndexLine = index >= 0 ? feature->GetFieldAsInteger(index) == 1
-                                            : style.contains(QRegularExpression("0.35mm|3px"));
+                                            : style.contains(QRegularExpression("0.4mm|3px"));
         if (level >= 0 && index >= 0
             && isIndexLine != (std::fmod(feature->GetFieldAsDouble(level), 25.0) == 0.0))
             read.problem = "wrong index line";
@@ -204,7 +204,7 @@ void ContourFinishTest::styledLines()
     }
     if (driver != "DXF" && !isInDegrees)
         QVERIFY(read.indexLines > 5 && read.thinLines > read.indexLines);
-    QVERIFY(driver != "DXF" || bytesOf(finish.product).contains("370\n35\n")); // hundredths of a millimetre
+    QVERIFY(driver != "DXF" || bytesOf(finish.product).contains("370\n40\n")); // hundredths of a millimetre
     QVERIFY(!isInDegrees || bytesOf(finish.product).contains("<name>-5</name>"));
     const QString text = runProgram("ogrinfo", {"-ro", "-so", "-al", finish.product}).out;
     QVERIFY2(isInDegrees || driver == "DXF" || text.contains("Transverse Mercator"), qPrintable(text));

@@ -1,3 +1,5 @@
+#include "panels/options/contourinput.h"
+#include "panels/options/contourlevels.h"
 #include "panels/options/fragments.h"
 #include "panels/options/lightazimuth.h"
 #include "panels/options/processoptions.h"
@@ -8,6 +10,8 @@
 
 Q_DECLARE_METATYPE(ShadedOptions)
 Q_DECLARE_METATYPE(ProcessOptions)
+Q_DECLARE_METATYPE(ContourOptions)
+Q_DECLARE_METATYPE(Extremes)
 
 class FragmentsTest : public QObject
 {
@@ -23,6 +27,8 @@ private slots:
     void typedRatio();
     void givenTable();
     void lightFromReading();
+    void mergedContourLevels_data();
+    void mergedContourLevels();
 };
 
 void FragmentsTest::shaded_data()
@@ -181,6 +187,47 @@ void FragmentsTest::lightFromReading()
                                         {295.0, "du nord-ouest, azimut 335°"},
                                         {360.0, "de l'ouest, azimut 270°"}})
         QCOMPARE(lightText(reading, french), QStringLiteral("Lumière venant ") + text);
+}
+
+void FragmentsTest::mergedContourLevels_data()
+{
+    QTest::addColumn<ContourOptions>("options");
+    QTest::addColumn<Extremes>("extremes");
+    QTest::addColumn<QString>("fragment");
+    const Extremes known{.known = true, .exact = true, .minimum = -35.0, .maximum = 42.0};
+    const auto row = [](const char *name, const ContourOptions &options, const Extremes &extremes,
+                        const char *fragment) {
+        QTest::newRow(name) << options << extremes << QString::fromLatin1(fragment);
+    };
+    row("interval alone", {.interval = 20, .offset = 5}, known, "-a \"Z\" -i \"20\" -off \"5\" ");
+    row("levels alone", {.fixedLevels = "3 1e1"}, known, "-a \"Z\" -fl 3 1e1 ");
+    row("both", {.interval = 20, .fixedLevels = "7 20 100"}, known, "-a \"Z\" -fl -20 0 7 20 40 100 ");
+    row("both with an offset", {.interval = 20, .fixedLevels = "7", .offset = 5}, known,
+        "-a \"Z\" -fl -35 -15 5 7 25 ");
+    row("sums without their rounding", {.interval = 0.1, .fixedLevels = "0.25"},
+        {.known = true, .exact = true, .minimum = 0.15, .maximum = 0.75},
+        "-a \"Z\" -fl 0.2 0.25 0.3 0.4 0.5 0.6 0.7 ");
+    row("an estimate is widened", {.interval = 20, .fixedLevels = "7"},
+        {.known = true, .minimum = 0.0, .maximum = 40.0}, "-a \"Z\" -fl -20 0 7 20 40 60 ");
+    row("no DEM", {.interval = 20, .fixedLevels = "7"}, {}, "-a \"Z\" -i \"20\" -fl 7 ");
+    row("areas", {.interval = 20, .threeD = true, .polygons = true}, known,
+        "-p -amin \"ZMIN\" -amax \"ZMAX\" -i \"20\" ");
+}
+
+void FragmentsTest::mergedContourLevels()
+{
+    QFETCH(ContourOptions, options);
+    QFETCH(Extremes, extremes);
+    QTEST(contourInput(options, extremes).fragment, "fragment");
+    QVERIFY(mergedLevelsProblem(options, extremes).isEmpty());
+    options.interval = 0.0001;
+    QCOMPARE(mergedLevelsProblem(options, extremes).isEmpty(),
+             !extremes.known || options.fixedLevels.isEmpty());
+    options.interval = 20;
+    options.indexEvery = 5;
+    const ContourSteps steps = contourInput(options, extremes).contours;
+    QVERIFY(steps.linesFragment.startsWith(options.polygons ? "-p -amin \"low\"" : "-a \"level\""));
+    QVERIFY(steps.settings.contains("indexEvery=5") && steps.settings.contains("interval=20"));
 }
 
 QTEST_APPLESS_MAIN(FragmentsTest)

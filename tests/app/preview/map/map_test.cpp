@@ -233,7 +233,12 @@ void MapTest::legends()
     QCOMPARE(legend.marks.first().elevation, 130.0);
     QVERIFY(textsOf(legend).contains("Altitudes (m)") && textsOf(legend).contains("405"));
     facts.options = ContourOptions{.interval = 100.0, .fixedLevels = "120 200"};
-    QCOMPARE(legendOf(facts, english).marks.size(), 2);
+    QCOMPARE(legendOf(facts, english).marks.size(), 5); // 200 m once
+    facts.options = ContourOptions{.interval = 100.0, .indexEvery = 5};
+    QCOMPARE(legendOf(facts, english).rows.at(1).text, QString("Tous les 500 m"));
+    facts.options = ContourOptions{.interval = 100.0, .polygons = true, .styled = true};
+    legend = legendOf(facts, english);
+    QVERIFY(legend.strip.colors.first() != legend.strip.colors.last() && legend.strip.low == 95.0);
 
     facts.options = ColorReliefOptions();
     facts.look = {};
