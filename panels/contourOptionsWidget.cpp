@@ -272,10 +272,13 @@ QString contourOptionsWidget::forecast(const ContourOptions &options) const
     const auto proposed = roundInterval(m_dem.extremes);
     if (!proposed)
         return range;
+    QStringList links;
+    for (const double interval : {*proposed, finerInterval(*proposed), finerInterval(finerInterval(*proposed))})
+        links += QStringLiteral("<a href=\"%1\">%2</a>")
+                     .arg(QString::number(interval, 'f', 3), QString::number(interval));
+    links.removeDuplicates();
     return range + QLatin1Char(' ')
-        + tr("Intervalle proposé : %1", "MESS_CN_PROPOSE")
-              .arg(QStringLiteral("<a href=\"%1\">%2</a>")
-                       .arg(QString::number(*proposed, 'f', 3), QString::number(*proposed)));
+        + tr("Intervalles proposés : %1", "MESS_CN_PROPOSE").arg(links.join(QLatin1String(", ")));
 }
 
 void contourOptionsWidget::changeEvent(QEvent *event)

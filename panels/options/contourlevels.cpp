@@ -9,6 +9,13 @@
 #include <cmath>
 #include <functional>
 
+namespace
+{
+
+constexpr double smallestInterval = 0.001; // the field accepts three decimals
+
+}
+
 double levelCount(const Extremes &extremes, double interval, double offset)
 {
     if (!extremes.known || !(interval > 0.0) || !std::isfinite(interval) || !std::isfinite(offset))
@@ -21,7 +28,6 @@ double levelCount(const Extremes &extremes, double interval, double offset)
 std::optional<double> roundInterval(const Extremes &extremes)
 {
     constexpr double wanted = 20.0;
-    constexpr double smallest = 0.001; // the field accepts three decimals
     if (!extremes.known || !(extremes.maximum > extremes.minimum))
         return std::nullopt;
     const double exact = (extremes.maximum - extremes.minimum) / wanted;
@@ -31,7 +37,16 @@ std::optional<double> roundInterval(const Extremes &extremes)
         if (std::abs(std::log(step * decade / exact)) < std::abs(std::log(best / exact)))
             best = step * decade;
     }
-    return std::max(best, smallest);
+    return std::max(best, smallestInterval);
+}
+
+double finerInterval(double interval)
+{
+    constexpr double tolerance = 1e-6;
+    const double decade = std::pow(10.0, std::floor(std::log10(interval) + tolerance));
+    const double digit = std::round(interval / decade);
+    const double finer = digit == 5.0 ? 2.0 * decade : interval / 2.0;
+    return std::max(finer, smallestInterval);
 }
 
 std::optional<QVector<double>> readLevels(const QString &text)

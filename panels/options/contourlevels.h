@@ -20,6 +20,9 @@ double levelCount(const Extremes &extremes, double interval, double offset);
 /// extremes are not known or are equal.
 std::optional<double> roundInterval(const Extremes &extremes);
 
+/// The next smaller interval of the series 1, 2, 5, 10, 20 …, at least 0.001, for an interval of it.
+double finerInterval(double interval);
+
 /// The levels in a text of numbers in the C locale, separated by blanks; nothing when one of them is not a
 /// finite number.
 std::optional<QVector<double>> readLevels(const QString &text);
