@@ -1,5 +1,7 @@
 #include "vectordraw/labelpainter.h"
 
+#include "vectordraw/textplaces.h"
+
 #include <pango/pangocairo.h>
 
 #include <memory>
@@ -106,6 +108,12 @@ public:
     {
         return pango_layout_get_direction(makeLayout(m_cairo, m_label, m_size, text).get(), 0)
             == PANGO_DIRECTION_RTL;
+    }
+
+    /// In pixels, with the label's own stretch.
+    double widthOf(const std::string &text) const
+    {
+        return extentOf(makeLayout(m_cairo, m_label, m_size, text).get()).width * m_label.stretch / 100.0;
     }
 
     /// turned: besides the label's own angle, in radians, clockwise. flipped: against the line's direction.
@@ -331,8 +339,18 @@ void drawLabel(Surface &surface, const Resolution &resolution, const LabelText &
         drawing.draw(shown, line.back(), 0.0, label.anchor);
         break;
     case Placement::Middle: {
+        if (liesOnItsLine(label) && !drawing.readsLeftwards(shown)) {
+            const Rect seen{0.0, 0.0, static_cast<double>(surface.width()),
+                            static_cast<double>(surface.height())};
+            const double width = drawing.widthOf(shown);
+            for (const TextPlace &at : placesOnLine(line, width, seen)) {
+                if (surface.reserve(at.middle, width))
+                    drawing.draw(shown, at.middle, at.angle, label.anchor);
+            }
+            break;
+        }
         const Place place = placeAt(line, lengthOf(line) / 2.0);
-        const double angle = liesOnItsLine(label) ? place.angle : upright(place.angle);
+        const double angle = upright(place.angle);
         drawing.draw(shown, place.point, angle, label.anchor, 0.0, angle != place.angle);
         break;
     }

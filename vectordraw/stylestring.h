@@ -146,8 +146,9 @@ enum class Placement
     Point,      ///< at the point, or the line's first vertex
     LastVertex, ///< at the line's last vertex
     Stretched,  ///< its letters evenly along the whole line
-    /// At the middle of the line's length. Beside the line the text stands upright; on the line (an anchor of 4
-    /// to 6) it keeps the line's direction, even upside down.
+    /// At the middle of the line's length, upright. A text on the line itself (an anchor of 4 to 6) keeps the
+    /// line's direction, even upside down, and is repeated along a long line (textplaces.h) where no other such
+    /// text is near.
     Middle,
     // The last segment of a line that has fewer segments than the text has words takes all that are left.
     WordPerSegment,  ///< a word a segment, in its direction

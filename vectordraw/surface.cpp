@@ -1,5 +1,7 @@
 #include "vectordraw/surface.h"
 
+#include <algorithm>
+
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cairo.h>
@@ -85,6 +87,16 @@ std::string Surface::error() const
     if (status == CAIRO_STATUS_SUCCESS)
         status = cairo_surface_status(m_surface.get());
     return status == CAIRO_STATUS_SUCCESS ? std::string() : cairo_status_to_string(status);
+}
+
+bool Surface::reserve(const Point &middle, double radius)
+{
+    const bool isFree = std::none_of(m_reserved.begin(), m_reserved.end(), [&](const Circle &other) {
+        return distance(other.middle, middle) < other.radius + radius;
+    });
+    if (isFree)
+        m_reserved.push_back({middle, radius});
+    return isFree;
 }
 
 std::string Surface::finish()

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "vectordraw/geometry.h"
 #include "vectordraw/stylestring.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 struct _cairo;         // NOLINT(bugprone-reserved-identifier): the library names it so
 struct _cairo_surface; // NOLINT(bugprone-reserved-identifier): likewise
@@ -26,6 +28,9 @@ public:
     /// Files; a pixel is 1/dotsPerInch inch.
     static Surface svg(const std::string &path, int width, int height);
     static Surface pdf(const std::string &path, int width, int height, double dotsPerInch);
+
+    /// Reserves a circle of the picture, in pixels, for a text; false where it meets one that is reserved.
+    bool reserve(const Point &middle, double radius);
 
     int width() const { return m_width; }
     int height() const { return m_height; }
@@ -50,6 +55,12 @@ public:
 private:
     Surface(_cairo_surface *surface, int width, int height);
 
+    struct Circle
+    {
+        Point middle;
+        double radius = 0.0;
+    };
+
     struct Release
     {
         void operator()(_cairo *context) const;
@@ -60,6 +71,7 @@ private:
     std::unique_ptr<_cairo, Release> m_context;
     int m_width;
     int m_height;
+    std::vector<Circle> m_reserved; ///< by texts
 };
 
 /// Makes the colour, with its alpha, what the drawing context fills and strokes with.

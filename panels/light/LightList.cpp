@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr QSize pictureSize(84, 56); // device-independent pixels
-constexpr int textWidth = 100;
+constexpr int textWidth = 104;
 constexpr int textLines = 2;
 constexpr int topMargin = 4;
 

@@ -131,7 +131,8 @@ void ContourPanelTest::notes()
     QVERIFY(panel.note("m_pForecastLabel").isEmpty());
     panel.widget.setDem({"/dem.tif", 1, alps});
     QVERIFY(panel.note("m_pForecastLabel").contains("href=\"100.000\""));
-    QVERIFY(panel.note("m_pForecastLabel").contains(">100</a>, <a href=\"50.000\">50</a>, <a href=\"20.000\">"));
+    QVERIFY(
+        panel.note("m_pForecastLabel").contains(">100</a>, <a href=\"50.000\">50</a>, <a href=\"20.000\">"));
     QCOMPARE(finerInterval(0.02), 0.01);
     QCOMPARE(finerInterval(0.001), 0.001);
     panel.field("m_pLEElevationInterval")->setText("0.000");

@@ -363,6 +363,7 @@ void ContourFinishTest::picture_data()
     QTest::addColumn<QString>("driver");
     QTest::addColumn<double>("rise"); // per row, to the south
     QTest::newRow("label of a line") << "GPKG" << -1.0;
+    QTest::newRow("label of a line, hill in the south") << "GPKG" << 1.0;
     QTest::newRow("point, hill in the north") << "MapInfo File" << -1.0;
     QTest::newRow("point, hill in the south") << "MapInfo File" << 1.0;
 }
