@@ -21,7 +21,6 @@ constexpr FormatTraits rows[] = {
     {.driver = "CSV", .vector = refused}, // holds no geometries
     {.driver = "DGN", .vector = refused}, // needs a seed file
     {.driver = "DTED", .raster = byNameOnly},
-    {.driver = "DXF", .vector = refused}, // has fixed layers
     // Under its other extensions the driver would make an archive, or a table without shapes.
     {.driver = "ESRI Shapefile",
      .longestAttribute = 10,
@@ -116,4 +115,9 @@ QStringList sideExtensions(const QString &driver, ProductKind product)
     constexpr char usualOfRasters[] = "hdr prj clr stx aux aux.xml ers rrd wld tfw blw";
     const QStringList own = words(formatTraits(driver).sideExtensions);
     return own.isEmpty() && product == ProductKind::Raster ? words(usualOfRasters) : own;
+}
+
+bool takesNoFields(const QString &driver)
+{
+    return driver == QLatin1String("DXF");
 }

@@ -76,6 +76,9 @@ const FormatTraits &formatTraits(const QString &driver);
 /// The table's extensions for our products, without their dot; empty where the driver's own hold.
 QStringList extensionsOfOurs(const QString &driver);
 
+/// Whether the contour tool cannot write the format, because its fields are fixed.
+bool takesNoFields(const QString &driver);
+
 /// Why an attribute cannot have that name in the driver's format, in a sentence; empty for a good name and for
 /// none.
 QString attributeProblem(const QString &driver, const QString &name);

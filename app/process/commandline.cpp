@@ -81,7 +81,8 @@ bool isShaded(const ProcessingRequest &request)
 
 bool isFinished(const ProcessingRequest &request)
 {
-    return !request.toolInput.contours.linesFragment.isEmpty();
+    const ContourSteps &contours = request.toolInput.contours;
+    return contours.isFinished || (!contours.linesFragment.isEmpty() && takesNoFields(outputFormat(request)));
 }
 
 QString qgisStyleFile(const QString &product)

@@ -66,11 +66,9 @@ ToolInput contourInput(const ContourOptions &options, const Extremes &extremes)
     ToolInput input{.fragment = contourFragment(options, levels),
                     .attribute = options.polygons ? options.lowestAttribute : options.attribute};
     input.contours.smoothing = options.smoothing;
-    if (needsFinishing(options)) {
-        input.contours.linesFragment = contourFragment(withPlainNames(options), levels);
-        input.contours.writesStyle = options.qgisStyle;
-    }
-    if (options.smoothing > 0 || needsFinishing(options))
-        input.contours.settings = settingsOf(options);
+    input.contours.isFinished = needsFinishing(options);
+    input.contours.linesFragment = contourFragment(withPlainNames(options), levels);
+    input.contours.settings = settingsOf(options);
+    input.contours.writesStyle = options.qgisStyle;
     return input;
 }

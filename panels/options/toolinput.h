@@ -43,9 +43,8 @@ struct SideFile
 struct ContourSteps
 {
     int smoothing = 0; ///< radius in cells by which the DEM is smoothed first; 0: not at all
-    /// Fragment for a file between the steps, which is then made the product; empty: the tool writes the
-    /// product itself.
-    QString linesFragment{};
+    bool isFinished = false; ///< the tool writes a file between the steps, of which the product is made
+    QString linesFragment{}; ///< fragment for such a file; empty: the process draws no contours
     /// The options ("indexEvery=5") of the smoothing and of what is done with that file.
     QStringList settings{};
     bool writesStyle = false; ///< a QGIS style stands beside the product
