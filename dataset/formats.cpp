@@ -110,6 +110,16 @@ QString attributeProblem(const QString &driver, const QString &name)
     return {};
 }
 
+QString attributesProblem(const QString &driver, const QStringList &names)
+{
+    QString problem;
+    for (const QString &name : names) {
+        if (problem.isEmpty())
+            problem = attributeProblem(driver, name);
+    }
+    return problem;
+}
+
 QStringList sideExtensions(const QString &driver, ProductKind product)
 {
     constexpr char usualOfRasters[] = "hdr prj clr stx aux aux.xml ers rrd wld tfw blw";

@@ -83,5 +83,12 @@ bool takesNoFields(const QString &driver);
 /// none.
 QString attributeProblem(const QString &driver, const QString &name);
 
+/// The problem of the first of these names that has one.
+QString attributesProblem(const QString &driver, const QStringList &names);
+
+// Attributes that contours may have besides their elevations.
+inline const QString indexLineAttribute = QStringLiteral("INDEX_LINE"); ///< 1 for an index line, else 0
+inline const QString styleAttribute = QStringLiteral("OGR_STYLE");      ///< the drawing, where OGR looks for it
+
 /// Extensions of the side files that the driver may write under the product's base name.
 QStringList sideExtensions(const QString &driver, ProductKind product);

@@ -105,8 +105,10 @@ QString diskProblem(const QString &path)
 
 QString firstErrorLine(const QString &standardError)
 {
+    // GDAL reports this of a product that lacks nothing but values, such as a tile without data.
+    const QLatin1String noValues("Failed to compute statistics, no valid pixels found");
     for (const QString &line : standardError.split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1String("ERROR")))
+        if (line.startsWith(QLatin1String("ERROR")) && !line.contains(noValues))
             return line.trimmed();
     }
     return {};

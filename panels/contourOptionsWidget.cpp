@@ -232,7 +232,16 @@ void contourOptionsWidget::updateNotes()
     const ContourOptions shown = options();
     m_form->m_pDrawing->setHasInterval(shown.interval.value_or(0.0) > 0.0);
     showText(m_form->m_pForecastLabel, forecast(shown)); // never hidden: it stands beside its field
-    setNote(m_form->m_pAttributeNote, attributeProblem(m_outputFormat, shown.attribute));
+    const QString taken = takenAttributeProblem(shown);
+    setNote(m_form->m_pAttributeNote,
+            taken.isEmpty() ? attributesProblem(m_outputFormat, elevationAttributes(shown)) : taken);
+    const QString noLines =
+        shown.polygons ? tr("Les surfaces n'ont pas de courbes.", "MESS_CN_SURF_SANS") : QString();
+    for (QWidget *control : QList<QWidget *>{m_form->m_pAttributeLabel, m_form->m_pLEElevationAttribute,
+                                             m_form->m_pAttributeExpl, m_form->m_p3DLabel, m_form->m_pChB3D}) {
+        control->setDisabled(shown.polygons);
+        control->setToolTip(noLines);
+    }
     setNote(m_form->m_pLevelsNote, levelsNote(shown.fixedLevels));
     const QString offsetNote = numberNote(m_form->m_pLEOffset->text());
     setNote(m_form->m_pOffsetNote,

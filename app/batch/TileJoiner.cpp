@@ -7,6 +7,7 @@
 #include "app/tiles/tilejoin.h"
 #include "dataset/join/contourjoin.h"
 #include "dataset/views/mosaic.h"
+#include "dataset/views/rasterstatistics.h"
 #include "messages/label.h"
 #include "runner/quoting.h"
 
@@ -53,7 +54,18 @@ void TileJoiner::writeView(const QStringList &products)
 {
     const QString file = joinedProduct(m_folder, m_plan, QStringLiteral("vrt"));
     m_log.begin(QStringLiteral("vrt"), file);
-    end(writeMosaic(products, file).problem);
+    const QString problem = writeMosaic(products, file).problem;
+    end(problem.isEmpty() ? addStatistics(file) : problem);
+}
+
+/// Adds the statistics to the joined product, where the recipe says so. Returns why that failed, in a sentence;
+/// empty otherwise.
+QString TileJoiner::addStatistics(const QString &raster)
+{
+    if (!m_plan.recipe.outputOptions.statistics)
+        return {};
+    const QString problem = writeStatistics(raster, [this](double share) { return hasTime(share); });
+    return problem.isEmpty() && StopSignals::stopWasRequested() ? stoppedText() : problem;
 }
 
 /// Takes the lock of the product and makes its part folder. Returns whether it can be written.
@@ -132,6 +144,8 @@ void TileJoiner::writeSights()
         end(stoppedText());
     else if (!problem.isEmpty())
         end(problem);
+    else if (const QString missing = addStatistics(join.path); !missing.isEmpty())
+        end(missing);
     else
         place();
 }

@@ -32,6 +32,7 @@ private:
     void writeGeoTiff(const QStringList &products);
     void writeContours();
     void writeSights();
+    QString addStatistics(const QString &raster);
     bool hasTime(double share);
     bool beginFile(const QuvoOutputFile &file, const QString &name);
     void place();

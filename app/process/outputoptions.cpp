@@ -42,6 +42,12 @@ QString predictor(const QString &format, const ProcessRow &product)
     return product.bytesPerCell == bytesOfFloat ? QStringLiteral("PREDICTOR=3") : QStringLiteral("PREDICTOR=2");
 }
 
+/// GDAL's names of formats are the same in upper and lower case.
+bool isFormat(const QString &format, const char *name)
+{
+    return format.compare(QLatin1String(name), Qt::CaseInsensitive) == 0;
+}
+
 QString lacksProblem(const QString &format, const QString &value)
 {
     return labelText(
@@ -210,7 +216,7 @@ QString creationArguments(const OutputOptions &options, const ProcessRow &produc
 QStringList compressions(const QString &format)
 {
     QStringList offered;
-    if (format != QLatin1String("GTiff") && format != QLatin1String("COG"))
+    if (!isFormat(format, "GTiff") && !isFormat(format, "COG"))
         return offered; // other drivers give these names another meaning
     const QStringList known = creationOptionValues(format, QStringLiteral("COMPRESS"));
     for (const char *method : {"DEFLATE", "LZW", "ZSTD"}) {
@@ -230,7 +236,7 @@ QStringList overviewResamplings(const QString &format)
 
 bool takesBlockSize(const QString &format)
 {
-    return format == QLatin1String("COG");
+    return isFormat(format, "COG");
 }
 
 QStringList outputFormats(Process process)

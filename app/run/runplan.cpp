@@ -22,7 +22,7 @@ QString formatProblem(const ProcessingRequest &request)
     const QString format = outputFormat(request);
     if (productKind(request) == ProductKind::Vector)
         return isVectorOutputFormat(format)
-            ? attributeProblem(format, request.toolInput.attribute)
+            ? attributesProblem(format, request.toolInput.attributes)
             : labelText({"MESS_VECT_INCONNU", "GDAL n'écrit aucun format vecteur « %1 » sur cet ordinateur."})
                   .arg(format);
     if (processRow(*request.process).tool == Tool::Intervisibility

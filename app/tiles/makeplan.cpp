@@ -9,6 +9,7 @@
 #include "dataset/join/contourwindow.h"
 #include "dataset/views/mosaic.h"
 #include "messages/label.h"
+#include "panels/options/contourinput.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -108,6 +109,16 @@ QString tilesProblem(const Recipe &recipe)
     if (sight && (!sight->skyline.isEmpty() || !sight->statistics.isEmpty()))
         return labelText({"MESS_TUILES_COTE",
                           "L'horizon et les statistiques (skyline, statistics) ne se font pas en tuiles."});
+    const auto *slope = std::get_if<SlopeOptions>(&recipe.options);
+    const auto *aspect = std::get_if<AspectOptions>(&recipe.options);
+    if ((slope && !slope->classes.isEmpty()) || (aspect && aspect->directions > 0))
+        return labelText(
+            {"MESS_TUILES_CLASSES", "L'image en classes (classes, directions) ne se fait pas en tuiles."});
+    const auto *contour = std::get_if<ContourOptions>(&recipe.options);
+    if (contour && needsFinishing(*contour))
+        return labelText({"MESS_TUILES_COURBES",
+                          "Les courbes maîtresses, la longueur minimale, les surfaces et les dessins "
+                          "(indexEvery, shortestRing, polygons, styled, qgisStyle) ne se font pas en tuiles."});
     if (!recipe.outputOptions.reproject.isEmpty() && mayReproject(process))
         return labelText(
             {"MESS_TUILES_PROJ", "Un autre système de coordonnées (reproject) ne va pas avec des tuiles."});
@@ -139,7 +150,9 @@ TilePlanning makePlan(const TileOrder &order, WorkFolder &workFolder, const Stop
         return refused(problem, true);
     plan.grid = {{facts.width, facts.height}, order.side};
     const double fill = plan.recipe.outputOptions.fillDistance;
-    plan.margin = (cellUse(plan.recipe.options).neighbours || isContourPlan(plan) ? 1 : 0) + qCeil(fill);
+    const auto *contour = std::get_if<ContourOptions>(&plan.recipe.options);
+    plan.margin = (cellUse(plan.recipe.options).neighbours || contour ? 1 : 0) + qCeil(fill)
+        + (contour ? contour->smoothing : 0);
     plan.program = programVersion();
     plan.tool = QString::fromUtf8(GDALVersionInfo("--version"));
     for (int at = 0; at < order.dems.size(); ++at) {

@@ -6,6 +6,7 @@
 #include "dataset/contours/qgisstyle.h"
 #include "dataset/contours/toolfile.h"
 #include "dataset/demground.h"
+#include "dataset/formats.h"
 #include "dataset/gdalmessages.h"
 #include "dataset/layercrs.h"
 #include "dataset/pathencoding.h"
@@ -25,8 +26,6 @@ namespace
 {
 
 using Feature = std::unique_ptr<OGRFeature>;
-
-const QString indexAttribute = QStringLiteral("INDEX_LINE");
 
 /// Numbers of the product's fields; -1: it has no such field.
 struct ProductFields
@@ -142,7 +141,7 @@ private:
             m_fields.level = add({m_finish.attribute, OFTReal});
         }
         if (hasIndex())
-            m_fields.index = add({indexAttribute, OFTInteger, 1});
+            m_fields.index = add({indexLineAttribute, OFTInteger, 1});
         if (m_hasNames)
             m_fields.name = add({nameAttribute(m_finish.driver), OFTString});
         constexpr int longestText = 254; // of a shapefile, whose usual width would cut a style

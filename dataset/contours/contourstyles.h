@@ -14,8 +14,6 @@ enum class StylePlace
     Attribute ///< in the attribute styleAttribute, where OGR looks for it
 };
 
-inline const QString styleAttribute = QStringLiteral("OGR_STYLE");
-
 StylePlace stylePlace(const QString &driver);
 
 /// Whether a file of the driver keeps how its features are drawn.

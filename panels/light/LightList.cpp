@@ -15,7 +15,7 @@ namespace
 
 constexpr QSize pictureSize(84, 56); // device-independent pixels
 constexpr int textWidth = 104;
-constexpr int textLines = 2;
+constexpr int textLines = 3;
 constexpr int topMargin = 4;
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "panels/options/contourinput.h"
 
+#include "dataset/formats.h"
+#include "messages/label.h"
 #include "panels/options/contourlevels.h"
 #include "panels/options/processoptions.h"
 
@@ -7,6 +9,11 @@
 
 namespace
 {
+
+bool hasIndex(const ContourOptions &options)
+{
+    return options.indexEvery > 0 && options.interval;
+}
 
 /// The options that differ from the defaults, as settings of a step, without those that the tool receives or
 /// another step has.
@@ -41,10 +48,33 @@ ContourOptions withPlainNames(ContourOptions options)
 
 } // namespace
 
+QStringList elevationAttributes(const ContourOptions &options)
+{
+    if (options.polygons)
+        return {options.lowestAttribute, options.highestAttribute};
+    return {options.attribute};
+}
+
+QString takenAttributeProblem(const ContourOptions &options)
+{
+    QStringList taken;
+    if (hasIndex(options) && !options.polygons)
+        taken += indexLineAttribute;
+    if (options.styled)
+        taken += styleAttribute;
+    for (const QString &name : elevationAttributes(options)) {
+        if (taken.contains(name, Qt::CaseInsensitive))
+            return labelText(
+                       {"MESS_CN_ATTR_PRIS", "Le produit a déjà un attribut « %1 » ; choisissez un autre nom."})
+                .arg(name);
+    }
+    return {};
+}
+
 bool needsFinishing(const ContourOptions &options)
 {
-    const bool hasIndex = options.indexEvery > 0 && options.interval;
-    return options.polygons || options.styled || options.qgisStyle || hasIndex || options.shortestRing > 0.0;
+    return options.polygons || options.styled || options.qgisStyle || hasIndex(options)
+        || options.shortestRing > 0.0;
 }
 
 ContourSteps inLargerCells(ContourSteps steps, double factor)
@@ -63,8 +93,7 @@ ContourSteps inLargerCells(ContourSteps steps, double factor)
 ToolInput contourInput(const ContourOptions &options, const Extremes &extremes)
 {
     const QString levels = mergedLevels(options, widened(extremes));
-    ToolInput input{.fragment = contourFragment(options, levels),
-                    .attribute = options.polygons ? options.lowestAttribute : options.attribute};
+    ToolInput input{.fragment = contourFragment(options, levels), .attributes = elevationAttributes(options)};
     input.contours.smoothing = options.smoothing;
     input.contours.isFinished = needsFinishing(options);
     input.contours.linesFragment = contourFragment(withPlainNames(options), levels);

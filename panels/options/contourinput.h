@@ -12,5 +12,11 @@ ToolInput contourInput(const ContourOptions &options, const Extremes &extremes);
 /// features are seen.
 ContourSteps inLargerCells(ContourSteps steps, double factor);
 
+/// Names of the attributes for elevations that the product has: one of lines, two of areas.
+QStringList elevationAttributes(const ContourOptions &options);
+
+/// Why one of these names would stand twice in the product, in a sentence; empty where none does.
+QString takenAttributeProblem(const ContourOptions &options);
+
 /// Whether the tool's file is finished by a step of this program.
 bool needsFinishing(const ContourOptions &options);

@@ -2,6 +2,7 @@
 
 #include "colortable/colorrows.h"
 #include "dataset/pathencoding.h"
+#include "panels/options/contourinput.h"
 #include "panels/options/contourlevels.h"
 #include "panels/options/maprampcolors.h"
 #include "panels/options/valueclasses.h"
@@ -484,7 +485,8 @@ QString fieldProblem(const ContourOptions &options)
             || options.lowestAttribute.compare(options.highestAttribute, Qt::CaseInsensitive) == 0))
         return labelText(
             {"MESS_OPT_CN_ATTRIBUTS", "Les deux attributs des surfaces doivent avoir des noms différents."});
-    return levelsProblem(options.fixedLevels);
+    const QString taken = takenAttributeProblem(options);
+    return taken.isEmpty() ? levelsProblem(options.fixedLevels) : taken;
 }
 
 QString runProblem(const ContourOptions &options)

@@ -59,7 +59,7 @@ struct ToolInput
     QString colorTableFile; ///< path of the colour table that the tool reads; empty: the process has no table
     /// Whether the tool reads a file of the work folder, which is removed when this program ends.
     bool readsTemporaryFile = false;
-    QString attribute{}; ///< attribute that the tool writes into a vector product; empty: none
+    QStringList attributes{}; ///< names of the attributes for elevations in a vector product
     QVector<SideFile> sideFiles{};
     /// Argument fragment of the shaded relief that darkens the colours of the product; empty: none does.
     QString shadeFragment{};

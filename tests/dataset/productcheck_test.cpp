@@ -33,6 +33,9 @@ void ProductCheckTest::errorLine()
     QCOMPARE(firstErrorLine(QStringLiteral("Warning 1: x\r\nERROR 3: disk full\r\nERROR 4: b")),
              QStringLiteral("ERROR 3: disk full"));
     QCOMPARE(firstErrorLine(QStringLiteral("no ERROR at the start of a line\n")), QString());
+    QCOMPARE(firstErrorLine(QStringLiteral(
+                 "ERROR 1: a.tif, band 1: Failed to compute statistics, no valid pixels found in sampling.")),
+             QString()); // of a product without values
 }
 
 void ProductCheckTest::rasters()

@@ -18,6 +18,7 @@ private slots:
     void levels_data();
     void levels();
     void typedByKeys();
+    void attributes();
     void notes();
     void levelsAscend();
 };
@@ -123,6 +124,27 @@ void ContourPanelTest::levelsAscend()
         levels += QString::number(level);
     QVERIFY(levelsProblem(levels.join(' ')).isEmpty());
     QVERIFY(levelsProblem(levels.join(' ') + " 1000").contains("1000")); // the tool's own limit
+}
+
+void ContourPanelTest::attributes()
+{
+    // Names that the product would have twice, or that its format does not keep.
+    for (const auto &[field, box, name] : {std::tuple("m_pLEElevationAttribute", "m_pChBStyled", "ogr_style"),
+                                           std::tuple("m_pLEHighest", "m_pChBAreas", "altitude_max")}) {
+        Panel panel;
+        const auto isNoted = [&panel] { return !panel.note("m_pAttributeNote").isEmpty(); };
+        panel.field(field)->setText(name);
+        QVERIFY2(!isNoted(), name);
+        panel.box(box)->setChecked(true);
+        QVERIFY2(isNoted(), name);
+    }
+    const auto problem = [](const ContourOptions &options) { return optionsProblem(options); };
+    QVERIFY(!problem({.interval = 1.0, .attribute = "index_line", .indexEvery = 5}).isEmpty());
+    QVERIFY(!problem({.interval = 1.0, .attribute = "OGR_STYLE", .styled = true}).isEmpty());
+    QVERIFY(!problem({.interval = 1.0, .polygons = true, .lowestAttribute = "OGR_STYLE", .styled = true})
+                 .isEmpty());
+    QCOMPARE(problem({.interval = 1.0, .attribute = "INDEX_LINE", .styled = true}), QString());
+    QCOMPARE(problem({.interval = 1.0, .attribute = "OGR_STYLE", .indexEvery = 5}), QString());
 }
 
 void ContourPanelTest::notes()

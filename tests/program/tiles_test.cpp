@@ -37,6 +37,7 @@ private slots:
     void equalToTheWhole_data();
     void equalToTheWhole();
     void contourLines();
+    void statistics();
     void sights_data();
     void sights();
     void sharesAndPlan();
@@ -85,6 +86,26 @@ std::vector<float> cellsOf(const QString &path)
     const CPLErr error = file->RasterIO(GF_Read, 0, 0, width, height, cells.data(), width, height, GDT_Float32,
                                         file->GetRasterCount(), nullptr, 0, 0, 0, nullptr);
     return error == CE_None ? cells : std::vector<float>();
+}
+
+/// Copies the DEM without the data of its first `count` rows and columns.
+bool writeSea(const QString &dem, const QString &path, int count)
+{
+    const std::vector<float> cells = cellsOf(dem);
+    QVector<float> values(cells.begin(), cells.end());
+    for (int cell = 0; cell < values.size(); ++cell) {
+        if (cell / side < count && cell % side < count)
+            values[cell] = -9999.0f;
+    }
+    return writeRaster(path, side, side, values);
+}
+
+/// The mean that the first band carries; 0 where it carries none.
+double meanOf(const QString &path)
+{
+    const std::unique_ptr<GDALDataset> file(GDALDataset::Open(encodePath(path).constData(), GDAL_OF_RASTER));
+    const char *mean = file ? file->GetRasterBand(1)->GetMetadataItem("STATISTICS_MEAN") : nullptr;
+    return mean ? CPLAtof(mean) : 0.0;
 }
 
 /// The lengths of the lines of each elevation, sorted.
@@ -146,6 +167,8 @@ void TilesTest::equalToTheWhole_data()
                                << "{}";
     QTest::newRow("table spread over the elevations") << "color-relief"
                                                       << R"({"table": "viridis", "spread": true})";
+    QTest::newRow("colours under a shaded relief") << "color-relief"
+                                                   << R"({"table": "viridis", "spread": true, "shaded": true})";
     QTest::newRow("table of percentages")
         << "color-relief"
         << R"({"colors": [{"percent": 0, "color": [0, 0, 0]}, {"percent": 33.3, "color": [255, 0, 10]},
@@ -187,14 +210,9 @@ void TilesTest::equalToTheWhole()
 void TilesTest::contourLines()
 {
     // The first tile has no data but in the row and the column that it shares.
-    const std::vector<float> cells = cellsOf(path("whole.tif"));
-    QVector<float> values(cells.begin(), cells.end());
-    for (int cell = 0; cell < values.size(); ++cell) {
-        if (cell / side < tileSide && cell % side < tileSide)
-            values[cell] = -9999.0f;
-    }
-    QVERIFY(writeRaster(path("mer.tif"), side, side, values));
-    recipe(R"({"format": 1, "process": "contour", "options": {"interval": 7, "attribute": "alt"}})");
+    QVERIFY(writeSea(path("whole.tif"), path("mer.tif"), tileSide));
+    recipe(R"({"format": 1, "process": "contour", "options":
+        {"interval": 7, "attribute": "alt", "smoothing": 2}})");
     QCOMPARE(batch({path("recette.json"), "--input", path("mer.tif"), "--output", path("expected.shp")}).code,
              0);
     QStringList tiled = this->tiled();
@@ -210,6 +228,21 @@ void TilesTest::contourLines()
         for (int line = 0; line < expected.value(level).size(); ++line)
             QVERIFY(std::abs(joined.value(level).at(line) - expected.value(level).at(line)) < 1e-5);
     }
+}
+
+/// A tile without data has none, and does not keep the others and the joined product from theirs.
+void TilesTest::statistics()
+{
+    QVERIFY(writeSea(path("whole.tif"), path("mer.tif"), tileSide + 2));
+    recipe(R"({"format": 1, "process": "slope", "statistics": true})");
+    QStringList tiled = this->tiled();
+    tiled[1] = path("mer.tif");
+    const Ended tiles = batch(tiled);
+    QVERIFY2(tiles.code == 0, qPrintable(tiles.error));
+    QCOMPARE(batch({path("recette.json"), "--input", path("mer.tif"), "--output", path("expected.tif")}).code,
+             0);
+    const double mean = meanOf(path("expected.tif"));
+    QVERIFY(mean > 0.0 && std::abs(meanOf(path("à faire/slope.vrt")) - mean) < 1e-6 * mean);
 }
 
 void TilesTest::sights_data()

@@ -150,6 +150,8 @@ void CommandLineTest::compression()
     QVERIFY(!writingProblem(asked.outputOptions).isEmpty());
     QVERIFY(supportedOptions(asked.outputOptions, Process::ShadedRelief).compression.isEmpty());
     asked.outputOptions = before;
+    asked.outputOptions.format = outputFormat(asked).toLower(); // as GDAL reads it
+    QCOMPARE(writingProblem(asked.outputOptions), QString());
     asked.outputOptions.compression = QStringLiteral("JPEG"); // would change numbers
     QVERIFY(!writingProblem(asked.outputOptions).isEmpty());
 }

@@ -1,7 +1,9 @@
+#include "app/tiles/makeplan.h"
 #include "app/tiles/tilejoin.h"
 #include "app/tiles/tilemarks.h"
 #include "dataset/gdalmessages.h"
 #include "tests/support/files.h"
+#include "tests/support/rasters.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -17,6 +19,7 @@ private slots:
     void shares();
     void planAndFile();
     void stamps();
+    void recipes();
     void damagedPlans();
     void marks();
     void manyTiles();
@@ -131,6 +134,33 @@ void TilePlanTest::stamps()
     changed = plan;
     changed.grid.side = 5;
     QVERIFY(stampsOf(changed).first() != before.first());
+}
+
+void TilePlanTest::recipes()
+{
+    // What the joining would lose in silence is refused.
+    const QVector<ProcessOptions> refused{SlopeOptions{.classes = QStringLiteral("avalanche")},
+                                          AspectOptions{.directions = 8},
+                                          ContourOptions{.interval = 10.0, .indexEvery = 5},
+                                          ContourOptions{.interval = 10.0, .shortestRing = 9.0},
+                                          ContourOptions{.interval = 10.0, .polygons = true},
+                                          ContourOptions{.interval = 10.0, .styled = true},
+                                          ContourOptions{.interval = 10.0, .qgisStyle = true}};
+    for (const ProcessOptions &options : refused)
+        QVERIFY2(!tilesProblem({.options = options}).isEmpty(), qPrintable(processWord(options)));
+    for (const ProcessOptions &options : {ProcessOptions(SlopeOptions()), ProcessOptions(AspectOptions()),
+                                          ProcessOptions(ColorReliefOptions{.shaded = true})})
+        QVERIFY2(tilesProblem({.options = options}).isEmpty(), qPrintable(processWord(options)));
+
+    const Recipe smoothed{.options = ContourOptions{.interval = 10.0, .smoothing = 4}};
+    QCOMPARE(tilesProblem(smoothed), QString());
+    const QString dem = m_folder.filePath("hill.tif");
+    QVERIFY(writeHill(dem, 12));
+    WorkFolder workFolder;
+    const TilePlanning planning =
+        makePlan({smoothed, {dem}, m_folder.path(), 16}, workFolder, [] { return false; });
+    QCOMPARE(planning.problem, QString());
+    QCOMPARE(planning.plan.margin, 5); // cells that the smoothing reads, and one for the lines
 }
 
 void TilePlanTest::damagedPlans()
