@@ -24,8 +24,11 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, const ToolPath
     connect(&runs, &Previews::reductionStarted, &pane, [&pane] { pane.setReducing(0); });
     connect(&runs, &Previews::computationStarted, &pane, [this] {
         m_pane.setComputing(0);
-        if (m_panel)
-            m_computedOptions = m_panel->processOptions();
+        if (!m_panel)
+            return;
+        m_computedOptions = m_panel->processOptions();
+        if (auto *contours = std::get_if<ContourOptions>(&m_computedOptions))
+            contours->styled = contours->styled || contours->polygons; // as inLargerCells()
     });
     connect(&runs, &Previews::interrupted, &pane, [&pane] {
         pane.setReducing(-1);

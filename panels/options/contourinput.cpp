@@ -85,6 +85,9 @@ ContourSteps inLargerCells(ContourSteps steps, double factor)
         if (steps.smoothing > 0)
             steps.settings += smoothingSetting(steps.smoothing);
     }
+    const QString styled = QStringLiteral("styled=true");
+    if (steps.settings.contains(QStringLiteral("polygons=true")) && !steps.settings.contains(styled))
+        steps.settings += styled; // areas without their colours would show nothing of the ground
     steps.settings.removeAll(QStringLiteral("qgisStyle=true"));
     steps.writesStyle = false;
     return steps;

@@ -8,8 +8,8 @@
 /// extremes: of the DEM, for an interval beside fixed levels; not widened.
 ToolInput contourInput(const ContourOptions &options, const Extremes &extremes);
 
-/// The steps for a copy of the DEM in cells that are `factor` times as large, in a product of which only the
-/// features are seen.
+/// The steps of a preview, for a copy of the DEM in cells that are `factor` times as large: there is no file
+/// beside it, and areas have their colours.
 ContourSteps inLargerCells(ContourSteps steps, double factor);
 
 /// Names of the attributes for elevations that the product has: one of lines, two of areas.

@@ -154,6 +154,11 @@ int newLevels(const ContourOptions &options, const Extremes &extremes)
 
 QString mergedLevelsProblem(const ContourOptions &options, const Extremes &extremes)
 {
+    if (hasBothLevels(options) && options.everyValueValid)
+        return labelText(
+            {"MESS_CN_DEUX_TOUT",
+             "Quand toutes les valeurs sont valides, l'intervalle et les valeurs spécifiques ne vont "
+             "pas ensemble : effacez l'un des deux."});
     if (!hasBothLevels(options) || mergedCount(options, extremes) <= mostLevels)
         return {};
     return labelText(

@@ -2,9 +2,9 @@
 
 #include "colortable/colorrows.h"
 #include "dataset/pathencoding.h"
+#include "panels/options/contourfields.h"
 #include "panels/options/contourinput.h"
-#include "panels/options/contourlevels.h"
-#include "panels/options/maprampcolors.h"
+#include "panels/options/sightfields.h"
 #include "panels/options/valueclasses.h"
 
 #include <QColor>
@@ -14,8 +14,9 @@
 
 #include <limits>
 
-// Each record has a block of its own: the table of its fields, and overloads of the templates that stand first,
-// which answer for all other records. The words and the fragments of all processes follow the blocks.
+// Each record has a block of its own, or a file of its own if it is large: the table of its fields, and
+// overloads of the templates that stand first, which answer for all other records. The words and the fragments
+// of all processes follow the blocks.
 
 namespace
 {
@@ -111,8 +112,6 @@ template <HasScale Record> void complete(Record &options, const QStringList &giv
     if (givenFields.contains(QLatin1String("scaleText")) && !givenFields.contains(QLatin1String("scaleIndex")))
         options.scaleIndex = -1;
 }
-
-constexpr double highestElevation = 1e9;
 
 // Shaded relief.
 
@@ -341,172 +340,6 @@ QVector<FieldDescription> rowDescriptions(const ColorReliefOptions &options)
     return rows;
 }
 
-// Intervisibility.
-
-QVector<RecordField<IntervisibilityOptions>> fieldsOf(const IntervisibilityOptions &)
-{
-    constexpr double smallestStep = 0.001; // degrees
-    return {
-        QUVO_FIELD(IntervisibilityOptions, points, 0, 0, "MESS_OPT_OBS_SOURCE",
-                   "fichier vecteur dont les points, et les lignes échantillonnées, sont des observateurs"),
-        QUVO_FIELD(IntervisibilityOptions, pointsLayer, 0, 0, "MESS_OPT_OBS_COUCHE",
-                   "couche de ce fichier ; vide : toutes"),
-        QUVO_FIELD(IntervisibilityOptions, height, -highestAltitude, highestAltitude, "MESS_OPT_OBS_HAUTEUR",
-                   "hauteur ou altitude de ces observateurs"),
-        QUVO_FIELD(IntervisibilityOptions, mode, 0, 0, "MESS_OPT_OBS_MODE",
-                   "Relative : au-dessus du sol ; Absolute : altitude"),
-        QUVO_FIELD(IntervisibilityOptions, distance, 0, longestDistance, "MESS_OPT_OBS_DIST",
-                   "distance maximale de leur vue, en mètres ; 0 : sans limite"),
-        QUVO_FIELD(IntervisibilityOptions, step, 0, highestElevation, "MESS_OPT_OBS_PAS",
-                   "pas d'échantillonnage des lignes, dans l'unité du MNT ; 0 : une cellule"),
-        QUVO_FIELD(IntervisibilityOptions, combination, 0, 0, "MESS_OPT_OBS_COMBIN",
-                   "OR : zones vues par un observateur au moins ; AND : par tous"),
-        QUVO_FIELD(IntervisibilityOptions, groundHeight, -highestElevation, highestElevation,
-                   "MESS_OPT_OBS_SOL", "hauteur ajoutée au sol des points dont la visibilité est calculée"),
-        QUVO_FIELD(IntervisibilityOptions, visibleColor, 0, 0, "MESS_OPT_COUL_VIS",
-                   "couleur des zones visibles"),
-        QUVO_FIELD(IntervisibilityOptions, hiddenColor, 0, 0, "MESS_OPT_COUL_NVIS",
-                   "couleur des zones non visibles"),
-        QUVO_FIELD(IntervisibilityOptions, noDataColor, 0, 0, "MESS_OPT_COUL_NDEF",
-                   "couleur des zones non définies"),
-        QUVO_FIELD(IntervisibilityOptions, result, 0, 0, "MESS_OPT_RESULTAT",
-                   "picture : image des zones ; count : nombre d'observateurs qui voient la cellule ; height : "
-                   "hauteur minimale visible au-dessus du sol"),
-        QUVO_FIELD(IntervisibilityOptions, ramp, 0, 0, "MESS_OPT_RAMPE",
-                   "table de la bibliothèque qui colore les nombres sur la carte ; le produit n'en dépend pas"),
-        QUVO_FIELD(IntervisibilityOptions, skyline, 0, 0, "MESS_OPT_HORIZON",
-                   "fichier pour l'horizon de chaque observateur (.csv, .json ou .gpkg) ; vide : aucun"),
-        QUVO_FIELD(IntervisibilityOptions, skylineStep, smallestStep, 180, "MESS_OPT_HORIZON_PAS",
-                   "pas de l'horizon, en degrés ; par défaut chaque changement de pente"),
-        QUVO_FIELD(IntervisibilityOptions, statistics, 0, 0, "MESS_OPT_STATIST",
-                   "fichier pour ce que voit chaque observateur (.csv) ; vide : aucun"),
-    };
-}
-
-QString fieldProblem(const IntervisibilityOptions &options)
-{
-    if (!readAltitudeMode(options.mode))
-        return labelText({"MESS_OBS_MODE", "mode doit être Relative ou Absolute."});
-    if (options.combination != QLatin1String("OR") && options.combination != QLatin1String("AND"))
-        return labelText({"MESS_OBS_COMBIN", "combination doit être OR ou AND."});
-    if (!readSightResult(options.result))
-        return labelText({"MESS_OBS_RESULTAT", "result doit être picture, count ou height, pas « %1 »."})
-            .arg(options.result);
-    if (isUnknownRamp(options.ramp))
-        return labelText({"MESS_OBS_RAMPE", "« %1 » n'est pas une table de couleurs de la bibliothèque."})
-            .arg(options.ramp);
-    for (const QString &color : {options.visibleColor, options.hiddenColor, options.noDataColor}) {
-        if (!QColor(color).isValid())
-            return labelText({"MESS_OBS_COULEUR", "« %1 » n'est pas une couleur ; écrivez-la #RRVVBB."})
-                .arg(color);
-    }
-    return {};
-}
-
-QString runProblem(const IntervisibilityOptions &options)
-{
-    if (options.observers.isEmpty() && options.points.isEmpty())
-        return labelText(
-            {"MESS_OBS_AUCUN", "Indiquez des observateurs : points (un fichier vecteur) ou observers."});
-    return fieldProblem(options);
-}
-
-void complete(IntervisibilityOptions &options, const QStringList &givenFields, const QString &folder)
-{
-    if (givenFields.contains(QLatin1String("points")) && !options.points.isEmpty())
-        options.points = dataSetName(options.points, folder);
-    const auto makeAbsolute = [&](const char *name, QString &path) {
-        if (givenFields.contains(QLatin1String(name)) && !path.isEmpty())
-            path = QDir::cleanPath(QDir(folder).absoluteFilePath(path));
-    };
-    makeAbsolute("skyline", options.skyline);
-    makeAbsolute("statistics", options.statistics);
-}
-
-std::optional<QString> setRows(IntervisibilityOptions &options, const QString &name, const QVariant &value)
-{
-    if (name != QLatin1String("observers"))
-        return std::nullopt;
-    const PointRowsReading reading = readPointRows(value);
-    if (reading.problem.isEmpty())
-        options.observers = reading.points;
-    return reading.problem;
-}
-
-QVariantMap rowValues(const IntervisibilityOptions &options)
-{
-    return {{QStringLiteral("observers"), pointRows(options.observers)}};
-}
-
-// Contour lines.
-
-QVector<RecordField<ContourOptions>> fieldsOf(const ContourOptions &)
-{
-    constexpr double highest = highestElevation;
-    constexpr int mostIndexSteps = 100;
-    constexpr double anyNumber = std::numeric_limits<double>::max();
-    return {
-        QUVO_FIELD(ContourOptions, interval, 0, highest, "MESS_OPT_INTERVALLE",
-                   "intervalle entre les courbes, dans l'unité du MNT"),
-        QUVO_FIELD(ContourOptions, attribute, 0, 0, "MESS_OPT_ATTRIBUT",
-                   "attribut qui reçoit l'altitude ; vide : aucun"),
-        QUVO_FIELD(ContourOptions, threeD, 0, 0, "MESS_OPT_3D", "une altitude à chaque point des courbes"),
-        QUVO_FIELD(ContourOptions, fixedLevels, 0, 0, "MESS_OPT_NIVEAUX",
-                   "altitudes séparées par des espaces, en plus de celles de l'intervalle"),
-        QUVO_FIELD(ContourOptions, everyValueValid, 0, 0, "MESS_OPT_TOUT_VALIDE",
-                   "prendre aussi la valeur sans donnée du MNT pour une altitude"),
-        QUVO_FIELD(ContourOptions, noDataValue, -anyNumber, anyNumber, "MESS_OPT_IGNORER",
-                   "valeur du MNT à ignorer"),
-        QUVO_FIELD(ContourOptions, offset, -highest, highest, "MESS_OPT_OFFSET",
-                   "altitude à partir de laquelle comptent les intervalles"),
-        QUVO_FIELD(ContourOptions, indexEvery, 0, mostIndexSteps, "MESS_OPT_MAITRESSES",
-                   "une courbe maîtresse toutes les n courbes de l'intervalle ; 0 : aucune"),
-        QUVO_FIELD(ContourOptions, shortestRing, 0, highest, "MESS_OPT_ANNEAU",
-                   "longueur en dessous de laquelle une courbe fermée est omise, dans l'unité du terrain"),
-        QUVO_FIELD(ContourOptions, smoothing, 0, longestSmoothing, "MESS_OPT_LISSAGE",
-                   "rayon de lissage du MNT avant le tracé, en cellules ; 0 : pas de lissage"),
-        QUVO_FIELD(ContourOptions, polygons, 0, 0, "MESS_OPT_SURFACES",
-                   "surfaces entre les niveaux au lieu de courbes"),
-        QUVO_FIELD(ContourOptions, lowestAttribute, 0, 0, "MESS_OPT_ATTR_BAS",
-                   "attribut qui reçoit l'altitude la plus basse d'une surface"),
-        QUVO_FIELD(ContourOptions, highestAttribute, 0, 0, "MESS_OPT_ATTR_HAUT",
-                   "attribut qui reçoit l'altitude la plus haute d'une surface"),
-        QUVO_FIELD(ContourOptions, styled, 0, 0, "MESS_OPT_STYLES",
-                   "donner leur dessin aux objets, dans les formats qui le gardent"),
-        QUVO_FIELD(ContourOptions, qgisStyle, 0, 0, "MESS_OPT_QML",
-                   "écrire un style QGIS (.qml) à côté du produit"),
-    };
-}
-
-QString fieldProblem(const ContourOptions &options)
-{
-    if (options.polygons
-        && (options.lowestAttribute.isEmpty() || options.highestAttribute.isEmpty()
-            || options.lowestAttribute.compare(options.highestAttribute, Qt::CaseInsensitive) == 0))
-        return labelText(
-            {"MESS_OPT_CN_ATTRIBUTS", "Les deux attributs des surfaces doivent avoir des noms différents."});
-    const QString taken = takenAttributeProblem(options);
-    return taken.isEmpty() ? levelsProblem(options.fixedLevels) : taken;
-}
-
-QString runProblem(const ContourOptions &options)
-{
-    if (!isComplete(options))
-        return labelText({"MESS_OPT_CN_RIEN", "Indiquez interval ou fixedLevels."});
-    if (options.interval && *options.interval <= 0.0)
-        return labelText({"MESS_CN_INTERV_NUL", "Un intervalle de 0 ne donne aucune courbe."});
-    if (options.indexEvery > 0 && !options.interval && !options.polygons)
-        return labelText({"MESS_OPT_CN_MAITRES",
-                          "Les courbes maîtresses se comptent dans un intervalle : indiquez-le aussi."});
-    const QString problem = fieldProblem(options);
-    return problem.isEmpty() ? ignoredValueProblem(options) : problem;
-}
-
-bool dependsOnExtremes(const ContourOptions &)
-{
-    return true;
-}
-
 // The words and the fragments.
 
 struct Word
@@ -619,6 +452,8 @@ ProcessOptions withoutSideFiles(ProcessOptions options)
         sight->skylineStep.reset();
         sight->statistics.clear();
     }
+    if (auto *contours = std::get_if<ContourOptions>(&options))
+        contours->qgisStyle = false;
     return options;
 }
 

@@ -34,6 +34,9 @@ template <class Record> struct RecordField
         }                                                                                                      \
     }
 
+/// The largest number that an option takes for an elevation or a length, in any unit.
+constexpr double highestElevation = 1e9;
+
 /// A field in a listing.
 struct FieldDescription
 {

@@ -42,7 +42,7 @@ struct SideFile
 /// What surrounds the contour tool in the way to a product of contours.
 struct ContourSteps
 {
-    int smoothing = 0; ///< radius in cells by which the DEM is smoothed first; 0: not at all
+    int smoothing = 0;       ///< radius in cells by which the DEM is smoothed first; 0: not at all
     bool isFinished = false; ///< the tool writes a file between the steps, of which the product is made
     QString linesFragment{}; ///< fragment for such a file; empty: the process draws no contours
     /// The options ("indexEvery=5") of the smoothing and of what is done with that file.

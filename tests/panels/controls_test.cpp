@@ -322,7 +322,8 @@ QString shownBy(optionsWidget &panel)
     if (const auto aspect = std::get_if<AspectOptions>(&shown); aspect && aspect->directions > 0)
         text = QString("%1 ").arg(aspect->directions);
     if (const auto contours = std::get_if<ContourOptions>(&shown)) {
-        for (const QString &setting : contourInput(*contours, {}).contours.settings)
+        const ContourSteps steps = contourInput(*contours, {}).contours;
+        for (const QString &setting : steps.isFinished || steps.smoothing > 0 ? steps.settings : QStringList())
             text += setting + ' ';
     }
     if (const auto colors = std::get_if<ColorReliefOptions>(&shown))

@@ -223,6 +223,8 @@ void FragmentsTest::mergedContourLevels()
     options.interval = 0.0001;
     QCOMPARE(mergedLevelsProblem(options, extremes).isEmpty(),
              !extremes.known || options.fixedLevels.isEmpty());
+    options.everyValueValid = true; // levels at the no-data value would be missing
+    QCOMPARE(mergedLevelsProblem(options, extremes).isEmpty(), options.fixedLevels.isEmpty());
     options.interval = 20;
     options.indexEvery = 5;
     const ContourSteps steps = contourInput(options, extremes).contours;
