@@ -5,8 +5,8 @@
 #include "messages/Prompt.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "panels/controls/numberfield.h"
-#include "panels/options/contourinput.h"
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourinput.h"
+#include "panels/options/contours/contourlevels.h"
 #include "ui_contourOptionsWidget.h"
 
 #include <QEvent>

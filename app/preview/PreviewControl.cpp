@@ -3,7 +3,7 @@
 #include "app/preview/MapView.h"
 #include "colortable/colortablefile.h"
 #include "panels/intervisibilityOptionsWidget.h"
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourlevels.h"
 #include "panels/options/fragments.h"
 #include "panels/options/previewobservers.h"
 

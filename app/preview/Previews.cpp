@@ -3,7 +3,7 @@
 #include "app/preview/previewgeometry.h"
 #include "app/process/productsteps.h"
 #include "dataset/overviews.h"
-#include "panels/options/contourinput.h"
+#include "panels/options/contours/contourinput.h"
 #include "runner/QuvoScriptRunner.h"
 #include "runner/outputfiles.h"
 

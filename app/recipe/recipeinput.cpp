@@ -1,8 +1,8 @@
 #include "app/recipe/recipeinput.h"
 
 #include "app/recipe/observerfile.h"
-#include "panels/options/contourinput.h"
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourinput.h"
+#include "panels/options/contours/contourlevels.h"
 #include "panels/options/valueclasses.h"
 
 namespace

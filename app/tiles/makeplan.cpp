@@ -9,7 +9,7 @@
 #include "dataset/join/contourwindow.h"
 #include "dataset/views/mosaic.h"
 #include "messages/label.h"
-#include "panels/options/contourinput.h"
+#include "panels/options/contours/contourinput.h"
 
 #include <QDir>
 #include <QFileInfo>

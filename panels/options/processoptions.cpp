@@ -2,8 +2,8 @@
 
 #include "colortable/colorrows.h"
 #include "dataset/pathencoding.h"
-#include "panels/options/contourfields.h"
-#include "panels/options/contourinput.h"
+#include "panels/options/contours/contourfields.h"
+#include "panels/options/contours/contourinput.h"
 #include "panels/options/sightfields.h"
 #include "panels/options/valueclasses.h"
 

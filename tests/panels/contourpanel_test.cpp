@@ -1,7 +1,7 @@
 #include "messages/Prompt.h"
 #include "panels/contourOptionsWidget.h"
 #include "panels/controls/QEditableComboBox.h"
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourlevels.h"
 
 #include <QCheckBox>
 #include <QLabel>

@@ -6,7 +6,7 @@
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/contourOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
-#include "panels/options/contourinput.h"
+#include "panels/options/contours/contourinput.h"
 #include "panels/shadedOptionsWidget.h"
 #include "panels/slopeOptionsWidget.h"
 #include "panels/tri_tpi_roughnessOptionsWidget.h"

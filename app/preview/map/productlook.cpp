@@ -4,7 +4,7 @@
 #include "dataset/contours/contourstyles.h"
 #include "dataset/rasterpicture.h"
 #include "messages/label.h"
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourlevels.h"
 #include "panels/options/maprampcolors.h"
 #include "panels/options/valueclasses.h"
 

@@ -1,5 +1,5 @@
-#include "panels/options/contourinput.h"
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourinput.h"
+#include "panels/options/contours/contourlevels.h"
 #include "panels/options/fragments.h"
 #include "panels/options/lightazimuth.h"
 #include "panels/options/processoptions.h"

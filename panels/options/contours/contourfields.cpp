@@ -1,7 +1,7 @@
-#include "panels/options/contourfields.h"
+#include "panels/options/contours/contourfields.h"
 
-#include "panels/options/contourinput.h"
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourinput.h"
+#include "panels/options/contours/contourlevels.h"
 
 #include <limits>
 

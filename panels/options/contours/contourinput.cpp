@@ -1,8 +1,8 @@
-#include "panels/options/contourinput.h"
+#include "panels/options/contours/contourinput.h"
 
 #include "dataset/formats.h"
 #include "messages/label.h"
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourlevels.h"
 #include "panels/options/processoptions.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "panels/options/contourlevels.h"
+#include "panels/options/contours/contourlevels.h"
 
 #include "messages/label.h"
 
