@@ -31,7 +31,7 @@ using Feature = std::unique_ptr<OGRFeature>;
 struct ProductFields
 {
     int number = -1;
-    int level = -1; ///< of a line; of an area the lowest elevation
+    int level = -1; ///< elevation of the line, or the lowest elevation of the area
     int highest = -1;
     int index = -1;
     int name = -1;
@@ -360,7 +360,7 @@ private:
                     .arg(m_invalid);
     }
 
-    static constexpr double cellsShare = 0.3; ///< of the progress: reading the DEM
+    static constexpr double cellsShare = 0.3; ///< part of the progress that the reading of the DEM takes
 
     const ContourFinish &m_finish;
     const std::function<bool(double)> &m_progress;
@@ -373,7 +373,7 @@ private:
     ProductFields m_fields;
     CellRange m_cells;
     QVector<AreaClass> m_classes; ///< in the order of the tool's file
-    double m_area = 0.0;          ///< of all areas
+    double m_area = 0.0;          ///< sum of the surfaces of all areas
     long long m_invalid = 0;      ///< number of areas that are invalid geometries
 };
 

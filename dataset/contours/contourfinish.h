@@ -16,11 +16,11 @@ struct ContourFinish
     QString lines;
     QString layer;  ///< name of the layer in both files
     QString dem;    ///< the DEM that the tool read, as GDAL opens it
-    int band = 1;   ///< of the DEM, from 1
+    int band = 1;   ///< the DEM's band, counted from 1
     VoidRule voids; ///< as the tool was given it
 
     QString product; ///< must not exist; its folder must
-    QString driver;  ///< of the product, GDAL's short name
+    QString driver;  ///< GDAL's short name of the product's format
     bool areas = false;
     QString attribute;        ///< the product's field for the elevation of a line; empty: none
     QString lowestAttribute;  ///< the product's field for the lowest elevation of an area

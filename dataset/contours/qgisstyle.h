@@ -13,7 +13,7 @@ struct QgisContours
     // Of areas:
     QString lowestField;
     QString highestField;
-    QVector<AreaClass> classes; ///< of areas; empty: the features are lines
+    QVector<AreaClass> classes; ///< the classes of the areas; empty if the features are lines
 
     bool operator==(const QgisContours &other) const = default;
 };

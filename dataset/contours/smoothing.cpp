@@ -30,7 +30,7 @@ Numbers gaussianBell(int radius)
 struct Row
 {
     Numbers cells;   ///< as the DEM has them
-    Numbers sums;    ///< of the weighted elevations around each cell
+    Numbers sums;    ///< sum of the weighted elevations around each cell
     Numbers weights; ///< what the weights of those elevations add up to
     double lowest = std::numeric_limits<double>::infinity();
     double highest = -std::numeric_limits<double>::infinity();

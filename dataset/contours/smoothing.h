@@ -10,7 +10,7 @@
 struct SmoothRequest
 {
     QString dem;
-    int band = 1;   ///< of the DEM, from 1
+    int band = 1;   ///< the DEM's band, counted from 1
     int radius = 1; ///< cells to each side that take part, 1 to 50; the standard deviation is half of it
     VoidRule voids;
     QString smoothed; ///< path of the new DEM, a GTiff with one band and the DEM's grid

@@ -120,10 +120,12 @@ struct ContourOptions
     double shortestRing = 0.0; ///< closed lines that are shorter, in ground units, are left out
     int smoothing = 0;         ///< radius in cells by which the DEM is smoothed before the lines; 0: not at all
     bool polygons = false;     ///< areas between the levels instead of lines; without `attribute` and `threeD`
-    QString lowestAttribute = QStringLiteral("ZMIN");  ///< of an area; not empty
-    QString highestAttribute = QStringLiteral("ZMAX"); ///< of an area; not empty, another one than the lowest
-    bool styled = false;    ///< the features carry their drawing, where the format keeps it
-    bool qgisStyle = false; ///< a .qml file beside the product
+    QString lowestAttribute =
+        QStringLiteral("ZMIN"); ///< attribute for the lowest elevation of an area; not empty
+    QString highestAttribute =
+        QStringLiteral("ZMAX"); ///< attribute for the highest one; not empty, another name
+    bool styled = false;        ///< the features carry their drawing, where the format keeps it
+    bool qgisStyle = false;     ///< a .qml file beside the product
 
     bool operator==(const ContourOptions &other) const = default;
 };
@@ -152,7 +154,7 @@ struct ColorReliefOptions
     bool alpha = false;            ///< the product has an alpha band
     bool shaded = false;           ///< the colours are darkened by a shaded relief
     int shadeStrength = 60;        ///< percentage of the darkening, 0 to 100
-    ShadedOptions shade;           ///< of that relief; computeEdges is taken for true
+    ShadedOptions shade;           ///< options of that relief; its edges are always computed
     QList<QuvoColorDef> colors;    ///< the table by value; empty: the file `table`
 
     bool operator==(const ColorReliefOptions &other) const = default;

@@ -8,7 +8,7 @@
 /// Values from `low` up to the next class, which does not belong to it. The last class has no upper end.
 struct ValueClass
 {
-    double low = 0.0; ///< of the first class: minus infinity
+    double low = 0.0; ///< lowest value of the class; minus infinity for the first class
     QRgb color = 0;
     QString text; ///< its bounds with their unit, in the language in use
 
@@ -19,7 +19,7 @@ struct ValueClass
 struct ClassTable
 {
     QVector<ValueClass> classes{}; ///< empty: the values are not divided into classes
-    QRgb voidColor = 0;            ///< of cells that belong to no class
+    QRgb voidColor = 0;            ///< colour of the cells that belong to no class
     QString voidText{};
     QString title{};   ///< what the values are
     QString problem{}; ///< why there are no classes, in a sentence; empty otherwise
