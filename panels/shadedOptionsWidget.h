@@ -34,7 +34,8 @@ public:
 
     ShadedOptions options() const;
 
-    /// The shelf of the user's lights, which outlives the panel; null: there is none.
+    /// The shelf of the user's lights, which outlives the panel. Without one (a null pointer) no light can be
+    /// kept.
     void setLightShelf(LightShelf *shelf);
 
     /// Hides the choice of the edges, where it has no meaning.

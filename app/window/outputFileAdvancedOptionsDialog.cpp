@@ -8,6 +8,27 @@
 
 #include <utility>
 
+namespace
+{
+
+using FieldRows = QList<std::pair<QWidget *, QWidget *>>;
+
+/// Lays out the rows whose fields are shown. A form keeps the space between rows of hidden widgets.
+void closeGaps(QFormLayout &form, const FieldRows &rows)
+{
+    while (form.rowCount() > 0) {
+        const QFormLayout::TakeRowResult taken = form.takeRow(0); // the widgets stay
+        delete taken.labelItem;
+        delete taken.fieldItem;
+    }
+    for (const auto &[label, field] : rows) {
+        if (!field->isHidden())
+            form.addRow(label, field);
+    }
+}
+
+} // namespace
+
 outputFileAdvancedOptionsDialog::outputFileAdvancedOptionsDialog(Process process, const OutputOptions &options,
                                                                  const QString &metricCrs, QWidget *parent)
     : QDialog(parent)
@@ -143,6 +164,12 @@ void outputFileAdvancedOptionsDialog::updateCompression(const QString &format)
     const bool raster = processRow(m_process).product == ProductKind::Raster;
     for (QWidget *overviews : QList<QWidget *>{m_form->m_pChBOverviews, m_form->m_pOverviewsExpl})
         overviews->setVisible(raster && overviewResamplings(format).isEmpty());
+    closeGaps(*m_form->m_pFieldsLayout,
+              {{m_form->m_pFormatLabel, m_form->m_pCBFormat},
+               {m_form->m_pLayerNameLabel, m_form->m_pLELayerName},
+               {m_form->m_pCompressionLabel, m_form->m_pCBCompression},
+               {m_form->m_pBlockSizeLabel, m_form->m_pCBBlockSize},
+               {m_form->m_pResamplingLabel, m_form->m_pCBResampling}});
 }
 
 OutputOptions outputFileAdvancedOptionsDialog::options() const

@@ -13,7 +13,8 @@ class LightList : public QListWidget
 public:
     explicit LightList(QWidget *parent = nullptr);
 
-    /// The shelf of the user's lights, which outlives the list; null: there is none.
+    /// The shelf of the user's lights, which outlives the list. Without one (a null pointer) no light can be
+    /// kept.
     void setShelf(LightShelf *shelf);
 
     /// Marks the entry of a light; no entry where the light has none.

@@ -14,6 +14,7 @@
 #include "app/window/TilesDialog.h"
 #include "app/window/dialogs/AboutDialog.h"
 #include "app/window/dialogs/HelpDialog.h"
+#include "app/window/dialogs/LightDialog.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/processResultDialog.h"
 #include "app/window/quvoGdalUtilities.h"
@@ -152,6 +153,19 @@ void addNumbers(Album &album, quvoGdalUtilities &dialog)
     dialog.resize(size);
 }
 
+/// What the panel of a tab shows when it is scrolled to its end, if it has more than fits.
+void addLowerHalf(Album &album, QWidget &dialog, const QWidget &tab)
+{
+    const auto area = tab.findChild<QScrollArea *>();
+    if (!area || area->verticalScrollBar()->maximum() == 0)
+        return;
+    dialog.show();
+    area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+    album.add(dialog, tab.objectName() + QStringLiteral("_end"));
+    area->verticalScrollBar()->setValue(0);
+    dialog.show();
+}
+
 void addMainDialog(Album &album)
 {
     quvoGdalUtilities dialog(findTools(QStringLiteral(QUVO_TREE)), nullptr, {});
@@ -175,6 +189,7 @@ void addMainDialog(Album &album)
         tabs->setCurrentIndex(index);
         waitForPreview(&dialog);
         album.add(dialog, tabs->widget(index)->objectName());
+        addLowerHalf(album, dialog, *tabs->widget(index));
     }
     tabs->setCurrentWidget(dialog.findChild<QWidget *>(QStringLiteral("intervisibilityTab")));
     addNumbers(album, dialog);
@@ -222,6 +237,18 @@ void addProfile(Album &album)
     }
     view.resize(420, 140);
     album.add(view, QStringLiteral("profile_small"));
+}
+
+/// The light of a colour relief is edited in a dialog that waits for its end.
+void addLightDialog(Album &album)
+{
+    QTimer::singleShot(500, [&album] {
+        if (QWidget *dialog = QApplication::activeModalWidget()) {
+            album.add(*dialog, QStringLiteral("light"));
+            dialog->close();
+        }
+    });
+    editLight(nullptr, {.light = lightWord(Light::Igor)}, nullptr, [](const ShadedOptions &) {});
 }
 
 void addTableEditor(Album &album)
@@ -452,6 +479,8 @@ int main(int argc, char *argv[])
         return 2;
     }
     Q_INIT_RESOURCE(quvo);
+    // The sample DEM stands beside the program, as in an installation.
+    QFile::link(QStringLiteral(QUVO_TREE "/samples"), QApplication::applicationDirPath() + "/samples");
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     if (isDark)
         QApplication::setPalette(darkPalette());
@@ -467,6 +496,7 @@ int main(int argc, char *argv[])
     addChooser(album);
     addProfile(album);
     addTableEditor(album);
+    addLightDialog(album);
     addObservers(album);
     addSmallDialogs(album);
     addExtraction(album);

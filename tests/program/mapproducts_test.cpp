@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
@@ -65,6 +66,9 @@ private slots:
     void shadedPartEqualsTheWhole();
     void stoppedShadingLeavesNothing();
     void contoursForMaps();
+    void shortRingsAndDigits();
+    void stepsRefuse_data();
+    void stepsRefuse();
     void smoothedPartEqualsTheWhole();
     void stoppedContoursLeaveNothing();
 
@@ -236,6 +240,49 @@ void MapProductsTest::contoursForMaps()
         QVERIFY(QByteArray(feature->GetStyleString()).startsWith("PEN("));
     }
     QVERIFY(levels.contains(433.0) && levels.contains(300.0) && levels.contains(540.0));
+}
+
+/// The tool receives six digits of the interval, in which index lines are counted.
+void MapProductsTest::shortRingsAndDigits()
+{
+    QCOMPARE(
+        batch({"--process", "contour", "--input", path("mnt.tif"), "--output", path("fin.gpkg"), "--of", "GPKG",
+               "--set", "interval=3.3333333", "--set", "indexEvery=10", "--set", "shortestRing=300"}),
+        0);
+    QVERIFY2(m_error.contains(QRegularExpression(": [1-9][0-9]*\\.\n$")), qPrintable(m_error)); // left out
+    const std::unique_ptr<GDALDataset> file(
+        GDALDataset::Open(encodePath(path("fin.gpkg")).constData(), GDAL_OF_VECTOR));
+    QVERIFY(file);
+    int indexLines = 0;
+    for (const auto &feature : *file->GetLayer(0)) {
+        const double steps = feature->GetFieldAsDouble("Z") / 33.3333;
+        const int expected = std::abs(steps - std::round(steps)) < 1e-5 ? 1 : 0;
+        QCOMPARE(feature->GetFieldAsInteger("INDEX_LINE"), expected);
+        indexLines += expected;
+    }
+    QVERIFY(indexLines > 0);
+}
+
+void MapProductsTest::stepsRefuse_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("word");
+    const QString out = path("x.tif");
+    QTest::newRow("no radius") << QStringList{"--smooth-dem", out} << "smoothing=1";
+    QTest::newRow("large radius") << QStringList{"--smooth-dem", out, "--set", "smoothing=51"} << "51";
+    QTest::newRow("no band") << QStringList{"--smooth-dem", out, "--band", "2", "--set", "smoothing=1"} << "2";
+    QTest::newRow("no lines") << QStringList{"--finish-contours", out} << "--lines";
+    QTest::newRow("lost lines") << QStringList{"--finish-contours", out, "--lines", path("none.gpkg")}
+                                << "none.gpkg";
+}
+
+void MapProductsTest::stepsRefuse()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, word);
+    QVERIFY(batch(arguments + QStringList{"--input", path("mnt.tif")}) != 0);
+    QVERIFY2(m_error.contains(word), qPrintable(m_error));
+    QVERIFY(!QFile::exists(path("x.tif")));
 }
 
 void MapProductsTest::smoothedPartEqualsTheWhole()
