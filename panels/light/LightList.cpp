@@ -14,8 +14,8 @@ namespace
 {
 
 constexpr QSize pictureSize(84, 56); // device-independent pixels
-constexpr int textWidth = 104;
-constexpr int textLines = 3;
+constexpr int textWidth = 120;
+constexpr int textLines = 2;
 constexpr int topMargin = 4;
 
 } // namespace
@@ -28,7 +28,6 @@ LightList::LightList(QWidget *parent)
     setWrapping(true);
     setResizeMode(QListView::Adjust);
     setMovement(QListView::Static);
-    setUniformItemSizes(true);
     setWordWrap(true);
     setTextElideMode(Qt::ElideRight);
     setIconSize(pictureSize);
@@ -58,6 +57,7 @@ void LightList::refresh()
         auto item = new QListWidgetItem(light.name, this);
         item->setTextAlignment(Qt::AlignHCenter | Qt::AlignTop);
         item->setToolTip(light.name);
+        item->setSizeHint(gridSize()); // otherwise a text is as wide as its picture at most
     }
     setAccessibleName(tr("Lumières toutes prêtes", "MESS_LUM_PRETES"));
     m_isPainted = false;

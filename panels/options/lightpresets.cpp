@@ -8,7 +8,7 @@ QVector<LightPreset> builtInLights()
     constexpr double westNorthWest = 337.5; // azimuth 292.5
     return {
         {labelText({"MESS_LUM_CLASSIQUE", "Classique"}), {}},
-        {labelText({"MESS_LUM_DOUCE", "Douce, sous des étiquettes"}), {.light = lightWord(Light::Igor)}},
+        {labelText({"MESS_LUM_DOUCE", "Douce, sous étiquettes"}), {.light = lightWord(Light::Igor)}},
         {labelText({"MESS_LUM_SOLEILS", "Plusieurs soleils"}), {.light = lightWord(Light::Multidirectional)}},
         {labelText({"MESS_LUM_SOIR", "Soleil bas du soir"}), {.compass = westNorthWest, .altitude = 25}},
         {labelText({"MESS_LUM_GLACIERS", "Nette, pour les glaciers"}),
