@@ -4,14 +4,17 @@
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
 #include "app/startup/startupoptions.h"
+#include "app/window/mnemonics.h"
 #include "app/window/quvoGdalUtilities.h"
 #include "dataset/gdalmessages.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
+#include "messages/logging.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QStyleFactory>
+#include <QTimer>
 
 #include <memory>
 
@@ -73,6 +76,7 @@ void prepareGdal(const Environment &environment)
 
 void applyStartupOptions(const StartupOptions &options, quvoGdalUtilities &dialog)
 {
+    dialog.takeUpLastSettings(options.startingDtm.isEmpty());
     if (!options.any)
         return;
     dialog.setKeepStartingDir(options.keepStartingDir);
@@ -131,12 +135,17 @@ int main(int argc, char *argv[])
     exportInstallDir(environment.installDir);
     applyLanguage(environment);
     prepareGdal(environment);
+    putMnemonicsEverywhere();
 
     auto dialog = std::make_unique<quvoGdalUtilities>(tools, nullptr, mainWindowFlags);
     static RunGuard guard;
     guard.dialog = dialog.get();
     dialog->show();
-    applyStartupOptions(readStartupOptions(QApplication::arguments()), *dialog);
+    // Nothing is read before the window is shown.
+    QTimer::singleShot(0, dialog.get(), [window = dialog.get()] {
+        qCDebug(lcStart, "the first window is shown");
+        applyStartupOptions(readStartupOptions(QApplication::arguments()), *window);
+    });
 
     const StopSignals stopSignals;
     endOnRequest(stopSignals, application, *dialog);

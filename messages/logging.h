@@ -11,5 +11,8 @@ Q_DECLARE_LOGGING_CATEGORY(lcMessages)
 /// "quvo.dataset.gdal": what GDAL reports in this process.
 Q_DECLARE_LOGGING_CATEGORY(lcGdal)
 
+/// "quvo.start": the start of the window; bench/start.py reads it.
+Q_DECLARE_LOGGING_CATEGORY(lcStart)
+
 /// "quvo.runner": child processes, the deletion of their outputs, and calls of the desktop.
 Q_DECLARE_LOGGING_CATEGORY(lcRunner)

@@ -7,6 +7,7 @@
 #include "dataset/workfolder.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
+#include "messages/shownnumber.h"
 #include "panels/options/maprampcolors.h"
 #include "ui_colorReliefOptionsWidget.h"
 
@@ -23,7 +24,7 @@ const ColorReliefOptions defaults;
 QString elevationText(const QLocale &locale, double elevation)
 {
     const bool whole = elevation == static_cast<double>(static_cast<long long>(elevation));
-    return locale.toString(elevation, 'f', whole ? 0 : 2);
+    return shownNumber(elevation, 'f', whole ? 0 : 2, locale);
 }
 
 QString invalidTableText(const QString &problem)
@@ -112,6 +113,11 @@ std::optional<ToolInput> colorReliefOptionsWidget::previewInput(const QString &c
 bool colorReliefOptionsWidget::isComplete() const
 {
     return m_form->m_pCBColorTable->count() > 0;
+}
+
+QString colorReliefOptionsWidget::missing() const
+{
+    return isComplete() ? QString() : tr("Ajoutez une table de couleurs.", "MESS_MANQUE_TABLE");
 }
 
 ColorReliefOptions colorReliefOptionsWidget::options() const

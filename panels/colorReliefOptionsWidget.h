@@ -41,6 +41,7 @@ public:
     /// refer to the DEM's range.
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
+    QString missing() const override;
     void setDem(const DemInfo &dem) override;
 
     /// Replaces the listed tables by those of a folder and chooses the default table where it is among them.

@@ -3,8 +3,10 @@
 #include "dataset/demground.h"
 #include "dataset/formats.h"
 #include "messages/Prompt.h"
+#include "messages/shownnumber.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "panels/controls/numberfield.h"
+#include "panels/controls/tips.h"
 #include "panels/options/contours/contourinput.h"
 #include "panels/options/contours/contourlevels.h"
 #include "ui_contourOptionsWidget.h"
@@ -93,6 +95,7 @@ void contourOptionsWidget::makeNoDataCombo()
     constexpr int fieldRow = 5;
     constexpr int decimals = 3;
     m_pNoDataCombo = new QEditableComboBox(this);
+    m_pNoDataCombo->setObjectName(QStringLiteral("m_pNoDataCombo"));
     m_pNoDataCombo->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_pNoDataCombo->setMinimumContentsLength(16);
     m_pNoDataCombo->setValidator(makeNumberValidator(decimals, m_pNoDataCombo));
@@ -172,6 +175,11 @@ bool contourOptionsWidget::isComplete() const
     return ::isComplete(options());
 }
 
+QString contourOptionsWidget::missing() const
+{
+    return isComplete() ? QString() : tr("Indiquez un intervalle ou des altitudes.", "MESS_MANQUE_NIVEAUX");
+}
+
 void contourOptionsWidget::setDem(const DemInfo &dem)
 {
     if (!dem.isSameFileAs(m_dem))
@@ -240,7 +248,7 @@ void contourOptionsWidget::updateNotes()
     for (QWidget *control : QList<QWidget *>{m_form->m_pAttributeLabel, m_form->m_pLEElevationAttribute,
                                              m_form->m_pAttributeExpl, m_form->m_p3DLabel, m_form->m_pChB3D}) {
         control->setDisabled(shown.polygons);
-        control->setToolTip(noLines);
+        setTipRemark(*control, noLines);
     }
     setNote(m_form->m_pLevelsNote, levelsNote(shown.fixedLevels));
     const QString offsetNote = numberNote(m_form->m_pLEOffset->text());
@@ -266,7 +274,7 @@ QString contourOptionsWidget::forecast(const ContourOptions &options) const
     if (!m_dem.extremes.known || (!options.fixedLevels.isEmpty() && !options.interval))
         return {};
 
-    const auto elevation = [this](double value) { return locale().toString(value, 'f', 1); };
+    const auto elevation = [this](double value) { return shownNumber(value, 'f', 1, locale()); };
     const QString range = (m_dem.extremes.exact ? tr("Altitudes de %1 à %2.", "MESS_CN_ALTITUDES")
                                                 : tr("Altitudes d'environ %1 à %2.", "MESS_CN_ALT_ENVIRON"))
                               .arg(elevation(m_dem.extremes.minimum), elevation(m_dem.extremes.maximum));
@@ -276,7 +284,7 @@ QString contourOptionsWidget::forecast(const ContourOptions &options) const
         return range + QLatin1Char(' ')
             + (m_dem.extremes.exact ? tr("Niveaux : %1.", "MESS_CN_NIVEAUX")
                                     : tr("Niveaux : environ %1.", "MESS_CN_NIV_ENVIRON"))
-                  .arg(locale().toString(levels, 'f', 0));
+                  .arg(shownNumber(levels, 'f', 0, locale()));
     }
     const auto proposed = roundInterval(m_dem.extremes);
     if (!proposed)

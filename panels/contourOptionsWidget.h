@@ -29,6 +29,7 @@ public:
     std::optional<ToolInput> launchInput() override;
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
+    QString missing() const override;
     void setOutputFormat(const QString &driver) override;
     void setDem(const DemInfo &dem) override;
     QStringList launchWarnings() const override;

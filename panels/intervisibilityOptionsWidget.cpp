@@ -178,6 +178,17 @@ bool intervisibilityOptionsWidget::isComplete() const
     return m_model.enabledCount() > 0 && m_model.groundlessCount() == 0;
 }
 
+QString intervisibilityOptionsWidget::missing() const
+{
+    if (m_model.rowCount() == 0)
+        return tr("Placez un observateur : cliquez sur la carte ou ajoutez un point.", "MESS_MANQUE_POINT");
+    if (m_model.enabledCount() == 0)
+        return tr("Cochez au moins un observateur.", "MESS_MANQUE_COCHE");
+    if (m_model.groundlessCount() > 0)
+        return tr("Déplacez ou décochez les observateurs hors du sol de ce MNT.", "MESS_MANQUE_SOL");
+    return {};
+}
+
 IntervisibilityOptions intervisibilityOptionsWidget::options() const
 {
     IntervisibilityOptions options;

@@ -42,6 +42,7 @@ public:
     /// the table shows the areas that they see, the tool writes its statistics, a file beside the other inputs.
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
+    QString missing() const override;
     void setDem(const DemInfo &dem) override;
     /// The proposed names of the files besides the product follow the product's.
     void setProduct(const QString &path) override;

@@ -53,6 +53,10 @@ public:
     /// Whether the options are enough to launch the process.
     virtual bool isComplete() const = 0;
 
+    /// What the options lack for a launch, as a sentence that says what to do; empty exactly where
+    /// isComplete().
+    virtual QString missing() const { return {}; }
+
     /// The DEM or band changed, or its extreme values became known.
     virtual void setDem(const DemInfo &) { }
 

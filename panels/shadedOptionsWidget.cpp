@@ -1,9 +1,11 @@
 #include "panels/shadedOptionsWidget.h"
 
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 #include "panels/controls/CompassDial.h"
 #include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
+#include "panels/controls/tips.h"
 #include "panels/light/LightChoice.h"
 #include "panels/options/lightazimuth.h"
 #include "ui_shadedOptionsWidget.h"
@@ -29,7 +31,7 @@ constexpr int largestDial = 220;   // pixels
 /// Six significant digits at most, as the user's language writes numbers.
 QString numberShown(double value)
 {
-    return QLocale().toString(value, 'g', 6);
+    return shownNumber(value, 'g', 6);
 }
 
 QString degrees(double value)
@@ -158,6 +160,11 @@ QString shadedOptionsWidget::getCommandArguments()
 bool shadedOptionsWidget::isComplete() const
 {
     return ::isComplete(options());
+}
+
+QString shadedOptionsWidget::missing() const
+{
+    return missingScale(options().scaleIndex, options().scaleText);
 }
 
 ShadedOptions shadedOptionsWidget::options() const
@@ -336,7 +343,7 @@ void shadedOptionsWidget::applyTexts()
     m_form->m_pLabelCalcBord->setText(edgesText());
     const QString reading = tr("L'outil reçoit l'azimut 270 - lecture de la boussole.", "MESS_BOUSSOLE_EXPL");
     for (QWidget *control : QList<QWidget *>{m_form->m_pCompassFrame, m_form->m_pAzimuthField})
-        control->setToolTip(reading);
+        setTipRemark(*control, reading);
     m_pCompass->setAccessibleName(m_form->m_pAzimuthLabel->text());
     showLight();
     showValues(); // numbers and the words for the light

@@ -30,6 +30,7 @@ public:
     void setProcessOptions(const ProcessOptions &options) override;
     QString getCommandArguments() override;
     bool isComplete() const override;
+    QString missing() const override;
     void setScaleHint(const QString &hint) override;
 
     ShadedOptions options() const;

@@ -53,6 +53,11 @@ bool slopeOptionsWidget::isComplete() const
     return ::isComplete(options());
 }
 
+QString slopeOptionsWidget::missing() const
+{
+    return missingScale(options().scaleIndex, options().scaleText);
+}
+
 std::optional<ToolInput> slopeOptionsWidget::launchInput()
 {
     return slopeInput(options());

@@ -28,6 +28,7 @@ public:
     /// A preview writes no files besides its product.
     std::optional<ToolInput> previewInput(const QString &copy) override;
     bool isComplete() const override;
+    QString missing() const override;
     void setScaleHint(const QString &hint) override;
 
     SlopeOptions options() const;

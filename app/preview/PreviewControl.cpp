@@ -2,6 +2,7 @@
 
 #include "app/preview/MapView.h"
 #include "colortable/colortablefile.h"
+#include "messages/shownnumber.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "panels/options/contours/contourlevels.h"
 #include "panels/options/fragments.h"
@@ -85,6 +86,13 @@ void PreviewControl::refresh()
     update(false);
 }
 
+void PreviewControl::renew()
+{
+    m_live.setCopy({}, 1);
+    m_runs.renew();
+    update(false);
+}
+
 /// Why no preview of the product can be computed, or what the user can do for one, in sentences; empty when one
 /// can be computed.
 QString PreviewControl::previewProblem() const
@@ -95,9 +103,13 @@ QString PreviewControl::previewProblem() const
     const bool hasNoLevels = contours && !contours->interval && contours->fixedLevels.trimmed().isEmpty();
     if (const auto interval = hasNoLevels ? roundInterval(m_dem.extremes) : std::nullopt)
         return PreviewPane::tr("Indiquez un intervalle, par exemple %1.", "MESS_APERCU_INTERV")
-            .arg(QLocale().toString(*interval, 'g', 6));
-    if (!m_panel || !m_panel->isComplete() || !optionsProblem(m_panel->processOptions()).isEmpty())
+            .arg(shownNumber(*interval, 'g', 6));
+    if (!m_panel)
         return PreviewPane::tr("Les options ne suffisent pas encore pour un aperçu.", "MESS_APERCU_OPTIONS");
+    if (const QString missing = m_panel->missing(); !missing.isEmpty())
+        return missing;
+    if (const QString problem = optionsProblem(m_panel->processOptions()); !problem.isEmpty())
+        return problem;
     if (m_dem.searching && needsExtremes(m_panel->processOptions()))
         return PreviewPane::tr("Les altitudes extrêmes du MNT sont recherchées.", "MESS_APERCU_ATTENTE");
     return m_panel->launchWarnings().join(QLatin1Char('\n'));

@@ -30,6 +30,9 @@ public:
     /// The way to the product changed, or the language of the texts.
     void refresh();
 
+    /// Reads the DEM again and makes its preview anew.
+    void renew();
+
     /// Shows the reduced copy or the product that the runs have just made.
     void showInput();
     void showOutput();

@@ -4,6 +4,7 @@
 #include "app/preview/previewgeometry.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 #include "ui_PreviewDialog.h"
 
 #include <QClipboard>
@@ -146,9 +147,9 @@ void PreviewDialog::showReadout(const QPointF &cell)
 {
     const QPointF ground = m_reading.toGround(cell);
     const int decimals = coordinateDecimals(m_reading.cellSize());
-    QString text =
-        QStringLiteral("X %1   Y %2")
-            .arg(locale().toString(ground.x(), 'f', decimals), locale().toString(ground.y(), 'f', decimals));
+    QString text = QStringLiteral("X %1   Y %2")
+                       .arg(shownNumber(ground.x(), 'f', decimals, locale()),
+                            shownNumber(ground.y(), 'f', decimals, locale()));
     const double value = m_reading.value(cell);
     if (!m_reading.look().name.isEmpty())
         text += QStringLiteral("   ") + valueText(m_reading.look(), value, locale());
@@ -156,7 +157,7 @@ void PreviewDialog::showReadout(const QPointF &cell)
         text += QStringLiteral("   ")
             + labelText({"MESS_VALEUR", "Valeur %1"})
                   .arg(std::isnan(value) ? labelText({"MESS_SANS_DONNEE", "sans donnée"})
-                                         : locale().toString(value, 'g', 7));
+                                         : shownNumber(value, 'g', 7, locale()));
     m_form->m_pLReadout->setText(text);
 }
 

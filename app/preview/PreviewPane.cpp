@@ -5,6 +5,7 @@
 #include "app/preview/MapView.h"
 #include "app/preview/mapsaving.h"
 #include "app/preview/previewgeometry.h"
+#include "messages/shownnumber.h"
 #include "panels/options/lightazimuth.h"
 
 #include <QApplication>
@@ -355,8 +356,9 @@ void PreviewPane::showReadout(const QPointF &cell)
     const auto elevation = ground.elevation(place);
     QString text =
         tr("X %1   Y %2   Altitude %3", "MESS_APERCU_POS")
-            .arg(locale().toString(place.x(), 'f', decimals), locale().toString(place.y(), 'f', decimals),
-                 elevation ? locale().toString(*elevation, 'g', 7) : tr("sans donnée", "MESS_SANS_DONNEE"));
+            .arg(shownNumber(place.x(), 'f', decimals, locale()),
+                 shownNumber(place.y(), 'f', decimals, locale()),
+                 elevation ? shownNumber(*elevation, 'g', 7, locale()) : tr("sans donnée", "MESS_SANS_DONNEE"));
     const QString value = valueText(m_scene.look(), m_scene.productValue(cell), locale());
     const QString more = m_placeText ? m_placeText(cell) : QString();
     for (const QString &part : {value, more}) {

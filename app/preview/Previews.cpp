@@ -89,6 +89,13 @@ void Previews::setPart(const QRect &part)
     scheduleNext(isWhole() ? 0 : pauseAfterMove);
 }
 
+void Previews::renew()
+{
+    m_wholeSource.clear();
+    m_queue.setSource({});
+    setPart(m_part);
+}
+
 QString Previews::wholeCopy() const
 {
     const QRect whole(QPoint(0, 0), m_dem.size);

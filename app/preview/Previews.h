@@ -55,6 +55,9 @@ public:
     /// inside this call.
     void setPart(const QRect &part);
 
+    /// Makes the reduced copies and the product anew, though nothing has changed.
+    void renew();
+
     /// The options changed. The next computation begins at once, or as soon as the running one has ended, and
     /// only if the options are complete. A running one that takes longer than a second is stopped.
     void update(bool complete);

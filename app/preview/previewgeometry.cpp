@@ -1,5 +1,6 @@
 #include "app/preview/previewgeometry.h"
 
+#include "messages/shownnumber.h"
 #include "runner/quoting.h"
 
 #include <algorithm>
@@ -147,5 +148,5 @@ QString lengthText(double length, const QLocale &locale)
             break;
         ++decimals;
     }
-    return locale.toString(length, 'f', decimals);
+    return shownNumber(length, 'f', decimals, locale);
 }

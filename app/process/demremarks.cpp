@@ -2,6 +2,7 @@
 
 #include "app/process/productsteps.h"
 #include "dataset/views/metriccrs.h"
+#include "messages/shownnumber.h"
 
 #include <QStringList>
 
@@ -90,7 +91,7 @@ void addVoids(const DemFindings &dem, const ProcessingRequest &request, const QL
     if (dem.voids.value_or(0.0) < noticeable)
         return;
     const CellUse &use = request.cellUse;
-    const QString percent = locale.toString(*dem.voids * 100.0, 'f', *dem.voids < 0.1 ? 1 : 0);
+    const QString percent = shownNumber(*dem.voids * 100.0, 'f', *dem.voids < 0.1 ? 1 : 0, locale);
     if (request.outputOptions.fillDistance > 0.0) {
         remarks +=
             {labelText({"MESS_REM_COMBLES",

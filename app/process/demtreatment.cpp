@@ -2,6 +2,7 @@
 
 #include "dataset/views/truecells.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <algorithm>
 #include <cmath>
@@ -92,7 +93,7 @@ QString sizeText(const QSizeF &cell, const QLocale &locale)
 {
     const auto length = [&locale](double metres) {
         const int digitsBefore = static_cast<int>(std::floor(std::log10(std::max(metres, 1e-9)))) + 1;
-        return locale.toString(metres, 'f', qBound(0, 3 - digitsBefore, 6));
+        return shownNumber(metres, 'f', qBound(0, 3 - digitsBefore, 6), locale);
     };
     return labelText({"MESS_TAILLE_CELLULE", "%1 m × %2 m"}).arg(length(cell.width()), length(cell.height()));
 }

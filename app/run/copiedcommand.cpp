@@ -1,6 +1,7 @@
 #include "app/run/copiedcommand.h"
 
 #include "app/recipe/tablefile.h"
+#include "messages/label.h"
 #include "runner/commandsplit.h"
 
 #include <QJsonDocument>
@@ -90,4 +91,9 @@ QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths
     byValue.output = plan.request.output;
     holdTableByValue(byValue.options, plan.request.toolInput.colorTableFile);
     return shellCommandWithInput({tools.batch, QStringLiteral("-")}, writeRecipe(byValue), shell);
+}
+
+QString commandCopiedText()
+{
+    return labelText({"MESS_REGL_COPIEE", "La commande est dans le presse-papiers."});
 }

@@ -36,3 +36,6 @@ QString shellCommand(const QStringList &words, Shell shell = nativeShell());
 /// The command shows no question: the batch program keeps an existing product, a tool replaces it.
 QString copiedCommand(const RunPlan &plan, const Recipe &recipe, const ToolPaths &tools,
                       Shell shell = nativeShell());
+
+/// The notice after a command was copied.
+QString commandCopiedText();

@@ -8,10 +8,12 @@
 #include "dataset/views/mosaic.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
+#include "runner/desktopnotice.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -140,4 +142,5 @@ void SeveralDems::showSummary()
     auto dialog = new SeriesResultDialog(m_series.rows(), m_window.widget);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
+    announceEnd(m_window.widget->windowHandle(), dialog->windowTitle(), seriesText(m_series.rows()));
 }

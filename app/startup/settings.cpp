@@ -25,6 +25,14 @@ QString recentKey(int index)
     return QStringLiteral("File_%1").arg(index);
 }
 
+/// A file or folder beside the file of the settings.
+QString fileBesideSettings(const QString &word)
+{
+    return QStringLiteral("%1/%2/%3_%4")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation, application,
+             word);
+}
+
 } // namespace
 
 LastGeometry readLastGeometry()
@@ -71,9 +79,12 @@ void writeRecentFiles(const QStringList &paths)
 
 QString recentRunsFile()
 {
-    return QStringLiteral("%1/%2/%3_runs.json")
-        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation,
-             application);
+    return fileBesideSettings(QStringLiteral("runs.json"));
+}
+
+QString lastSettingsFile()
+{
+    return fileBesideSettings(QStringLiteral("last.json"));
 }
 
 QString readLastColorTable()
@@ -96,27 +107,14 @@ void writeFilerState(const QByteArray &state)
     QSettings(organisation, application).setValue(filerStateKey, state);
 }
 
-namespace
-{
-
-/// A folder beside the file of the settings.
-QString folderBesideSettings(const QString &word)
-{
-    return QStringLiteral("%1/%2/%3_%4")
-        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), organisation, application,
-             word);
-}
-
-} // namespace
-
 QString ownColorTableFolder()
 {
-    return folderBesideSettings(QStringLiteral("colormap"));
+    return fileBesideSettings(QStringLiteral("colormap"));
 }
 
 QString ownLightFolder()
 {
-    return folderBesideSettings(QStringLiteral("lights"));
+    return fileBesideSettings(QStringLiteral("lights"));
 }
 
 QString chosenLanguage(const QString &otherwise)

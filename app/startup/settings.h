@@ -29,6 +29,10 @@ void writeRecentFiles(const QStringList &paths);
 /// Path of the list of recent runs (app/recipe/recentruns), in the folder of the user's settings.
 QString recentRunsFile();
 
+/// Path of the settings to take up at the next start (app/recipe/lastsettings), likewise. The file exists while
+/// the user wants that.
+QString lastSettingsFile();
+
 /// Path of the colour table that was used last; empty where none was.
 QString readLastColorTable();
 void writeLastColorTable(const QString &file);

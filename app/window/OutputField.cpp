@@ -2,7 +2,7 @@
 
 #include "app/process/productname.h"
 #include "app/run/outputname.h"
-#include "app/window/launchquestions.h"
+#include "app/window/launch/launchquestions.h"
 #include "dataset/QuvoFilerDialog.h"
 
 #include <QLineEdit>

@@ -1,5 +1,7 @@
 #include "app/window/ProcessTabWidget.h"
 
+#include "app/window/mnemonics.h"
+
 #include <QResizeEvent>
 #include <QStyleOptionTab>
 #include <QStylePainter>
@@ -65,7 +67,7 @@ void ProcessTabBar::tabLayoutChange()
 {
     for (int index = 0; index < count(); ++index) {
         const bool isWhole = showsTitle(index) && tabRect(index).width() >= QTabBar::tabSizeHint(index).width();
-        setTabToolTip(index, isWhole ? QString() : tabText(index));
+        setTabToolTip(index, isWhole ? QString() : withoutMnemonic(tabText(index)));
     }
 }
 

@@ -4,10 +4,12 @@
 #include "app/startup/settings.h"
 #include "app/window/PanelArea.h"
 #include "app/window/dialogs/LightDialog.h"
+#include "app/window/mnemonics.h"
 #include "panels/aspectOptionsWidget.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/contourOptionsWidget.h"
 #include "panels/intervisibilityOptionsWidget.h"
+#include "panels/optiontips.h"
 #include "panels/shadedOptionsWidget.h"
 #include "panels/slopeOptionsWidget.h"
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
@@ -42,6 +44,7 @@ ProcessTabs::ProcessTabs(const Ui::quvoGdalUtilitiesDialog &form, WorkFolder &wo
     static_assert(hasRowOfEachProcess(rows), "Every process needs a panel, in the order of the enumeration.");
     for (const Row &row : rows)
         (this->*row.addPanel)(row.process, *(form.*row.tab), workFolder);
+    applyTexts();
 }
 
 ProcessTabs::~ProcessTabs() = default;
@@ -56,6 +59,7 @@ template <class Panel> void ProcessTabs::addPanel(Process process, QWidget &tab,
     const auto at = static_cast<std::size_t>(process);
     m_indexes[at] = m_tabs.indexOf(&tab);
     m_panels[at] = panel;
+    m_defaults[at] = panel->processOptions();
     tab.layout()->addWidget(new PanelArea(panel, &tab));
     connect(panel, &Panel::completeChanged, this, &ProcessTabs::optionsChanged);
     if constexpr (requires { &Panel::extremesComputed; })
@@ -95,7 +99,18 @@ optionsWidget *ProcessTabs::currentPanel() const
 
 QString ProcessTabs::currentTitle() const
 {
-    return m_tabs.tabText(m_tabs.currentIndex());
+    return withoutMnemonic(m_tabs.tabText(m_tabs.currentIndex()));
+}
+
+QString ProcessTabs::title(Process process) const
+{
+    return withoutMnemonic(m_tabs.tabText(m_indexes[static_cast<std::size_t>(process)]));
+}
+
+void ProcessTabs::applyTexts()
+{
+    for (std::size_t at = 0; at < processCount; ++at)
+        setOptionTips(*m_panels[at], m_defaults[at]);
 }
 
 void ProcessTabs::show(Process process)

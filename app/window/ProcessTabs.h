@@ -3,6 +3,7 @@
 #include "app/process/processes.h"
 #include "dataset/deminfo.h"
 #include "dataset/extremes.h"
+#include "panels/options/processoptions.h"
 
 #include <QObject>
 
@@ -38,8 +39,20 @@ public:
     optionsWidget *currentPanel() const;
     QString currentTitle() const;
 
+    /// Sets the texts that the panels lack, in the language in use.
+    void applyTexts();
+
     /// Makes the tab of a process the current one.
     void show(Process process);
+
+    /// The title of a process's tab.
+    QString title(Process process) const;
+
+    /// The options that the panel of a process showed when it was new.
+    const ProcessOptions &defaults(Process process) const
+    {
+        return m_defaults[static_cast<std::size_t>(process)];
+    }
 
     optionsWidget &panel(Process process) const { return *m_panels[static_cast<std::size_t>(process)]; }
     intervisibilityOptionsWidget &intervisibilityPanel() const { return *m_intervisibility; }
@@ -63,6 +76,7 @@ private:
     QTabWidget &m_tabs;
     std::array<int, processCount> m_indexes{};            ///< index of each process's tab
     std::array<optionsWidget *, processCount> m_panels{}; ///< panel of each process; its tab owns it
+    std::array<ProcessOptions, processCount> m_defaults;
     intervisibilityOptionsWidget *m_intervisibility = nullptr;
     std::unique_ptr<LightShelf> m_lights; ///< the user's own
 };

@@ -1,7 +1,7 @@
 #include "app/window/RecentRunsDialog.h"
 
 #include "app/preview/PreviewDialog.h"
-#include "app/window/runresults.h"
+#include "app/window/launch/runresults.h"
 #include "dataset/views/mosaic.h"
 #include "messages/Prompt.h"
 

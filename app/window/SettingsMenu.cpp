@@ -1,11 +1,11 @@
 #include "app/window/SettingsMenu.h"
 
 #include "app/recipe/openedrecipe.h"
+#include "app/run/copiedcommand.h"
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
 #include "app/window/RecentRunsDialog.h"
 #include "app/window/TilesDialog.h"
-#include "app/window/dialogrules.h"
 #include "app/window/dialogs/HelpDialog.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "messages/Prompt.h"
@@ -62,7 +62,7 @@ void SettingsMenu::makeActions(QToolButton &button)
         m_window.widget->addAction(action); // the shortcut also works while the menu is closed
         return action;
     };
-    m_pOpen = add("m_pActionOpen", QKeySequence::Open, &SettingsMenu::slot_open);
+    m_pOpen = add("m_pActionOpen", QKeySequence(QStringLiteral("Ctrl+Shift+O")), &SettingsMenu::slot_open);
     m_pSave = add("m_pActionSave", QKeySequence::Save, &SettingsMenu::slot_save);
     m_pCopy = add("m_pActionCopy", {}, &SettingsMenu::slot_copyCommand);
     m_pTiles = add("m_pActionTiles", {}, &SettingsMenu::slot_planTiles);
@@ -78,6 +78,14 @@ void SettingsMenu::makeActions(QToolButton &button)
     connect(m_pRecentMenu, &QMenu::aboutToShow, this, &SettingsMenu::listRecentRuns);
     button.setMenu(menu);
     button.setPopupMode(QToolButton::InstantPopup);
+}
+
+void SettingsMenu::addActions(const QList<QAction *> &actions)
+{
+    QMenu *menu = m_button.menu();
+    QAction *languages = m_pLanguageMenu->menuAction();
+    menu->insertActions(languages, actions);
+    menu->insertSeparator(languages);
 }
 
 /// Adds an entry for each language, which bears its own name whatever the language in use.

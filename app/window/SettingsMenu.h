@@ -34,6 +34,9 @@ public:
     /// `button`, `run` and the dialog outlive the menu.
     SettingsMenu(QToolButton &button, ProductRun &run, Window window);
 
+    /// Lists the actions before the languages.
+    void addActions(const QList<QAction *> &actions);
+
     /// A run with these settings begins; the list of recent runs will hold it.
     void beginRun(const Recipe &recipe) { m_history.begin(recipe); }
 

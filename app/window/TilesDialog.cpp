@@ -1,6 +1,6 @@
 #include "app/window/TilesDialog.h"
 
-#include "app/window/dialogrules.h"
+#include "app/run/copiedcommand.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"

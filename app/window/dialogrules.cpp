@@ -2,14 +2,14 @@
 
 #include "messages/label.h"
 
-bool canLaunch(bool hasInput, const QString &output, bool panelIsComplete)
+QString launchObstacle(bool hasInput, const QString &output, const QString &missing)
 {
-    return hasInput && !output.isEmpty() && panelIsComplete;
-}
-
-QString commandCopiedText()
-{
-    return labelText({"MESS_REGL_COPIEE", "La commande est dans le presse-papiers."});
+    if (!hasInput)
+        return labelText({"MESS_MANQUE_MNT", "Choisissez un MNT."});
+    if (!missing.isEmpty())
+        return missing;
+    return output.isEmpty() ? labelText({"MESS_MANQUE_SORTIE", "Donnez un nom au fichier à créer."})
+                            : QString();
 }
 
 bool fitSideBySide(const PaneWidths &widths)

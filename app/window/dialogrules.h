@@ -5,11 +5,9 @@
 
 // Rules of the main dialog that need no window.
 
-/// Whether the launch button is enabled. `output` is the text of the output field.
-bool canLaunch(bool hasInput, const QString &output, bool panelIsComplete);
-
-/// The notice after a command was copied.
-QString commandCopiedText();
+/// Why the launch button is off, as a sentence that says what to do; empty where it is on. `output` is the text
+/// of the output field, `missing` what the panel lacks (optionsWidget::missing()).
+QString launchObstacle(bool hasInput, const QString &output, const QString &missing);
 
 /// Widths in pixels that decide whether the option panel and the map stand side by side.
 struct PaneWidths

@@ -4,8 +4,8 @@
 #include "app/preview/PreviewControl.h"
 #include "app/process/productname.h"
 #include "app/recipe/openedrecipe.h"
-#include "app/run/copiedcommand.h"
 #include "app/startup/settings.h"
+#include "app/window/KeptSettings.h"
 #include "app/window/OutputField.h"
 #include "app/window/ProcessTabs.h"
 #include "app/window/SettingsMenu.h"
@@ -18,9 +18,9 @@
 #include "app/window/input/DemPart.h"
 #include "app/window/input/DemSources.h"
 #include "app/window/input/InputDem.h"
-#include "app/window/launchquestions.h"
+#include "app/window/launch/Launch.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
-#include "app/window/processResultDialog.h"
+#include "app/window/shortcuts.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/formatfilters.h"
 #include "dataset/views/metriccrs.h"
@@ -30,6 +30,7 @@
 
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QTimer>
 
 namespace
@@ -49,7 +50,6 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     , m_form(std::make_unique<Ui::quvoGdalUtilitiesDialog>())
     , m_tools(tools)
     , m_scriptRunner(nullptr)
-    , m_run(m_scriptRunner)
     , m_previews(m_scriptRunner, tools, m_workFolder,
                  [this](const QString &copy) { return previewRequest(copy); })
 {
@@ -61,14 +61,32 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
     m_output = std::make_unique<OutputField>(m_form->m_pLEOutputFile);
     m_shape = std::make_unique<WindowShape>(*this, *m_form->m_pTabWidget, *m_form->m_pSplitter,
                                             *m_form->m_pGrpBPreviews, *m_form->m_pPBShowPreview);
+    m_launch = std::make_unique<Launch>(m_scriptRunner, tools,
+                                        Launch::Window{.widget = this,
+                                                       .mayLaunch = [this] { return mayLaunch(); },
+                                                       .request = [this] { return currentRequest(); },
+                                                       .panel = [this] { return m_tabs->currentPanel(); }});
     m_settings = std::make_unique<SettingsMenu>(
-        *m_form->m_pTBSettings, m_run,
+        *m_form->m_pTBSettings, m_launch->run(),
         SettingsMenu::Window{.widget = this,
                              .workFolder = m_workFolder,
                              .recipe = [this] { return recipe(); },
                              .setRecipe = [this](const Recipe &recipe) { setRecipe(recipe); },
                              .mayLaunch = [this] { return mayLaunch(); },
                              .commandToCopy = [this] { return commandToCopy(); }});
+
+    m_kept = std::make_unique<KeptSettings>(
+        *m_tabs,
+        KeptSettings::Window{.widget = this,
+                             .workFolder = m_workFolder,
+                             .recipe =
+                                 [this](Process process) {
+                                     ProcessingRequest request = requestOf(process);
+                                     request.output.clear();
+                                     return recipeOf(request, m_tabs->panel(process).processOptions());
+                                 },
+                             .setRecipe = [this](const Recipe &recipe) { setRecipe(recipe); }});
+    m_settings->addActions(m_kept->actions());
 
     // A file that is dropped on a text field would insert its URL into the path; the window opens it instead.
     for (QWidget *field : QList<QWidget *>{m_form->m_pCBInputListFile, m_form->m_pCBInputListFile->lineEdit(),
@@ -83,6 +101,7 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
                 m_form->m_pPBShowPreview, m_form->m_pAboutLabel, m_form->m_pTBSettings,
                 m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
     makeSources();
+    addKeys();
     m_shape->restore();
     QuvoFilerDialog::setState(readFilerState());
     applyTexts();
@@ -105,9 +124,13 @@ void quvoGdalUtilities::connectControls()
     connect(m_part.get(), &DemPart::changed, this, &quvoGdalUtilities::updateLook);
     connect(m_input.get(), &InputDem::demChanged, this, &quvoGdalUtilities::updateLook);
     connect(m_tabs.get(), &ProcessTabs::optionsChanged, this, &quvoGdalUtilities::updateLook);
-    connect(&m_run, &ProductRun::finished, this, &quvoGdalUtilities::slot_processFinished);
-    connect(&m_run, &ProductRun::aborted, this, &quvoGdalUtilities::slot_processAborted);
-    connect(&m_run, &ProductRun::failed, this, &quvoGdalUtilities::slot_processFailed);
+    connect(&m_launch->run(), &ProductRun::finished, this, &quvoGdalUtilities::slot_processFinished);
+    connect(&m_launch->run(), &ProductRun::aborted, this, &quvoGdalUtilities::slot_processAborted);
+    connect(&m_launch->run(), &ProductRun::failed, this, &quvoGdalUtilities::slot_processFailed);
+    connect(m_form->m_pTBSettings->menu(), &QMenu::aboutToShow, m_kept.get(), &KeptSettings::updateActions);
+    connect(m_launch.get(), &Launch::began, this,
+            [this](const Recipe &settings) { m_settings->beginRun(settings); });
+    connect(m_launch.get(), &Launch::ended, this, [this] { m_previews.release(); });
     connect(m_form->m_pAboutLabel, &QLabel::linkActivated, this, &quvoGdalUtilities::slot_showAboutAppDialog);
     connect(m_form->m_pTabWidget, &QTabWidget::currentChanged, this,
             &quvoGdalUtilities::slot_onCurrentTabChanged);
@@ -122,6 +145,16 @@ void quvoGdalUtilities::connectControls()
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &quvoGdalUtilities::close);
 }
 
+void quvoGdalUtilities::addKeys()
+{
+    addTabKeys(*this, *m_form->m_pTabWidget);
+    addShortcut(*this, QKeySequence::Open, [this] { slot_selectInputDem(); });
+    addShortcut(*this, QKeySequence::Refresh, [this] {
+        m_input->reopen();
+        m_previewControl->renew();
+    });
+}
+
 void quvoGdalUtilities::makeSources()
 {
     m_sources = std::make_unique<DemSources>(
@@ -132,7 +165,7 @@ void quvoGdalUtilities::makeSources()
                            .input = m_input.get(),
                            .selectFile = [this] { slot_selectInputDem(); },
                            .showDem = [this](const QString &path) { setInputDem(path); },
-                           .recipe = [this] { return recipeToRun(); }});
+                           .recipe = [this] { return isRunning() ? std::nullopt : m_launch->recipeToRun(); }});
     connect(m_sources.get(), &DemSources::dropped, this, &quvoGdalUtilities::openDropped);
     connect(m_sources.get(), &DemSources::seriesBegins, this, [this] { m_previews.hold(); });
     connect(m_sources.get(), &DemSources::seriesEnded, this, [this] { m_previews.release(); });
@@ -180,6 +213,11 @@ void quvoGdalUtilities::setInputDem(const QString &path)
     m_input->choose(path);
 }
 
+void quvoGdalUtilities::takeUpLastSettings(bool withInput)
+{
+    m_kept->takeUp(withInput);
+}
+
 void quvoGdalUtilities::setKeepStartingDir(bool keep)
 {
     m_input->setKeepStartingDir(keep);
@@ -187,9 +225,14 @@ void quvoGdalUtilities::setKeepStartingDir(bool keep)
 
 void quvoGdalUtilities::slot_activeLaunchButton()
 {
-    optionsWidget *panel = m_tabs->currentPanel();
-    m_form->m_pPBLaunchProcess->setEnabled(
-        canLaunch(!m_input->path().isEmpty(), m_output->name(), panel && panel->isComplete()));
+    const optionsWidget *panel = m_tabs->currentPanel();
+    const QString obstacle =
+        launchObstacle(!m_input->path().isEmpty(), m_output->name(), panel ? panel->missing() : QString());
+    m_form->m_pPBLaunchProcess->setEnabled(panel && obstacle.isEmpty());
+    m_form->m_pPBLaunchProcess->setToolTip(obstacle.isEmpty() ? tr("Ctrl+Entrée", "MESS_LANCER_TOUCHE")
+                                                              : obstacle);
+    m_form->m_pPBLaunchProcess->setAccessibleDescription(obstacle);
+    m_form->m_pLObstacle->setText(obstacle);
 }
 
 void quvoGdalUtilities::slot_onWidgetOptionsCompleteChanged()
@@ -245,11 +288,17 @@ QStringList quvoGdalUtilities::currentExtensions() const
 
 ProcessingRequest quvoGdalUtilities::currentRequest() const
 {
+    return requestOf(m_tabs->currentProcess());
+}
+
+ProcessingRequest quvoGdalUtilities::requestOf(std::optional<Process> process) const
+{
     ProcessingRequest request;
-    request.process = m_tabs->currentProcess();
-    if (const optionsWidget *panel = m_tabs->currentPanel()) {
-        request.mode = processWord(panel->processOptions());
-        request.cellUse = cellUse(panel->processOptions());
+    request.process = process;
+    if (process) {
+        const ProcessOptions options = m_tabs->panel(*process).processOptions();
+        request.mode = processWord(options);
+        request.cellUse = cellUse(options);
     }
     request.input = m_input->path();
     request.tiles = m_input->tiles();
@@ -270,7 +319,7 @@ OutputOptions &quvoGdalUtilities::outputOptionsOf(Process process)
 
 Recipe quvoGdalUtilities::recipe() const
 {
-    return recipeOf(currentRequest(), m_tabs->currentPanel()->processOptions());
+    return m_launch->recipe();
 }
 
 void quvoGdalUtilities::setRecipe(const Recipe &recipe)
@@ -294,10 +343,9 @@ void quvoGdalUtilities::setRecipe(const Recipe &recipe)
     slot_activeLaunchButton();
 }
 
-QString quvoGdalUtilities::commandToCopy()
+QString quvoGdalUtilities::commandToCopy() const
 {
-    const auto plan = currentPlan();
-    return plan ? copiedCommand(*plan, recipe(), m_tools) : QString();
+    return m_launch->commandToCopy();
 }
 
 void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
@@ -338,37 +386,7 @@ void quvoGdalUtilities::updateProduct()
 
 bool quvoGdalUtilities::isRunning() const
 {
-    return m_run.isRunning() || m_sources->series().isRunning();
-}
-
-std::optional<Recipe> quvoGdalUtilities::recipeToRun()
-{
-    if (!m_tabs->currentPanel() || isRunning())
-        return std::nullopt;
-    const Recipe shown = recipe();
-    QString problem = optionsProblem(shown.options);
-    if (problem.isEmpty() && !m_tabs->currentPanel()->isComplete())
-        problem = tr("Les options du traitement affiché sont incomplètes.", "MESS_OPTIONS_INCOMPL");
-    if (problem.isEmpty())
-        return shown;
-    Prompt::warning(this, problem);
-    return std::nullopt;
-}
-
-std::optional<RunPlan> quvoGdalUtilities::currentPlan()
-{
-    if (!mayLaunch() || !recipeToRun())
-        return std::nullopt;
-    const auto toolInput = m_tabs->currentPanel()->launchInput();
-    if (!toolInput)
-        return std::nullopt;
-    ProcessingRequest request = currentRequest();
-    request.toolInput = *toolInput;
-    const RunPlan plan = planRun(request, m_tools);
-    if (plan.problemKind == ProblemKind::None)
-        return plan;
-    warnAboutProblem(plan, this);
-    return std::nullopt;
+    return m_launch->isRunning() || m_sources->series().isRunning();
 }
 
 void quvoGdalUtilities::slot_launchProcess()
@@ -376,58 +394,23 @@ void quvoGdalUtilities::slot_launchProcess()
     if (!mayLaunch())
         return;
     m_previews.hold();
-    if (!launch())
+    if (!m_launch->start())
         m_previews.release();
-}
-
-bool quvoGdalUtilities::launch()
-{
-    auto planned = currentPlan();
-    if (!planned)
-        return false;
-    RunPlan &plan = *planned;
-    plan.warnings += m_tabs->currentPanel()->launchWarnings();
-    auto lock = std::make_unique<OutputLock>(writtenFiles(plan));
-    if (!lock->problem().isEmpty()) {
-        Prompt::warning(this, lock->problem());
-        return false;
-    }
-    if (!mayOverwrite(plan, this) || !mayIgnoreWarnings(plan, this))
-        return false;
-    const Recipe settings = recipeOf(plan.request, m_tabs->currentPanel()->processOptions());
-    m_settings->beginRun(settings);
-    m_launchedCommand = copiedCommand(plan, settings, m_tools);
-    m_launchedSource = productSource(settings);
-    const QString icon = QStringLiteral(":/QuvoGdalUtilities/images/icones/")
-        + QString::fromLatin1(processRow(*plan.request.process).icon);
-    m_run.start(plan, std::move(lock), true, icon);
-    return true;
 }
 
 void quvoGdalUtilities::slot_processFinished()
 {
-    showResult(finishedResult(m_run));
+    m_launch->showFinished();
 }
 
 void quvoGdalUtilities::slot_processAborted()
 {
-    // The progress window emits this while it closes. The result window is shown after that.
-    QTimer::singleShot(0, this, [this] { showResult(abortedResult(m_run)); });
+    m_launch->showAborted();
 }
 
 void quvoGdalUtilities::slot_processFailed(const QString &)
 {
-    showResult(failedResult(m_run));
-}
-
-void quvoGdalUtilities::showResult(ProcessResult result)
-{
-    result.shellCommand = m_launchedCommand;
-    result.source = m_launchedSource;
-    auto dialog = new processResultDialog(result, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->open();
-    m_previews.release();
+    m_launch->showFailed();
 }
 
 std::optional<ProcessingRequest> quvoGdalUtilities::previewRequest(const QString &copy)
@@ -512,6 +495,7 @@ void quvoGdalUtilities::done(int result)
         return;
     stopRunSilently();
     m_shape->save();
+    m_kept->save();
     writeFilerState(QuvoFilerDialog::state());
     QDialog::done(result);
 }
@@ -525,16 +509,13 @@ void quvoGdalUtilities::closeAtOnce()
 void quvoGdalUtilities::abandonRun()
 {
     m_sources->series().abandon();
-    m_run.abandon();
+    m_launch->run().abandon();
 }
 
 void quvoGdalUtilities::stopRunSilently()
 {
     m_sources->series().abandon();
-    if (!m_run.isRunning())
-        return;
-    disconnect(&m_run, nullptr, this, nullptr);
-    m_run.stop();
+    m_launch->stopSilently();
 }
 
 void quvoGdalUtilities::keyPressEvent(QKeyEvent *event)
@@ -553,8 +534,11 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
     if (event->type() == QEvent::LanguageChange) {
         m_form->retranslateUi(this);
         applyTexts();
+        slot_activeLaunchButton();
         m_part->applyTexts();
         m_shape->applyTexts();
+        m_kept->applyTexts();
+        m_tabs->applyTexts();
         slot_updateOutputFilePreview();
         m_previewControl->refresh();
         updateLook();

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "app/preview/Previews.h"
-#include "app/preview/ProductReading.h"
 #include "app/process/outputoptions.h"
 #include "app/process/tools.h"
 #include "app/recipe/recipe.h"
-#include "app/run/ProductRun.h"
 #include "dataset/workfolder.h"
 #include "runner/QuvoScriptRunner.h"
 
@@ -18,12 +16,13 @@ class DemLook;
 class DemPart;
 class DemSources;
 class InputDem;
+class KeptSettings;
+class Launch;
 class PreviewControl;
 class ProcessTabs;
 class OutputField;
 class SettingsMenu;
 class WindowShape;
-struct ProcessResult;
 
 namespace Ui
 {
@@ -56,9 +55,11 @@ public:
     /// Whether the launch button may be used now: no run is on and the settings suffice.
     bool mayLaunch();
 
-    /// A command for a shell that makes the product of a launch. Empty after a box that says why a launch could
-    /// not begin.
-    QString commandToCopy();
+    /// Launch::commandToCopy().
+    QString commandToCopy() const;
+
+    /// Shows the settings of the last time, if the user has chosen that. `withInput`: their DEM, too.
+    void takeUpLastSettings(bool withInput);
 
     /// Stops a run and closes the window without a question, because the session or the process ends.
     void closeAtOnce();
@@ -111,30 +112,28 @@ protected:
 private:
     void connectControls();
     void connectPreviews();
+    void addKeys();
     void makeSources();
     void openDropped(const QStringList &paths);
     void applyTexts();
     void updateLook();
 
     ProcessingRequest currentRequest() const;
+    ProcessingRequest requestOf(std::optional<Process> process) const;
     QStringList currentExtensions() const;
     OutputOptions &outputOptionsOf(Process process);
     void updateOutputFormat();
     /// Says to the current panel which product its options make.
     void updateProduct();
     bool isRunning() const;
-    std::optional<Recipe> recipeToRun();
-    std::optional<RunPlan> currentPlan();
-    bool launch();
     void stopRunSilently();
     std::optional<ProcessingRequest> previewRequest(const QString &copy);
-    void showResult(ProcessResult result);
 
     std::unique_ptr<Ui::quvoGdalUtilitiesDialog> m_form;
     WorkFolder m_workFolder;
     ToolPaths m_tools;
     QuvoScriptRunner m_scriptRunner;
-    ProductRun m_run;
+    std::unique_ptr<Launch> m_launch;
     Previews m_previews;
     std::unique_ptr<PreviewControl> m_previewControl;
     std::unique_ptr<ProcessTabs> m_tabs;
@@ -143,10 +142,9 @@ private:
     std::unique_ptr<DemPart> m_part;
     std::unique_ptr<OutputField> m_output;
     std::unique_ptr<SettingsMenu> m_settings;
+    std::unique_ptr<KeptSettings> m_kept;
     std::unique_ptr<DemSources> m_sources;
     std::unique_ptr<WindowShape> m_shape;
-    OutputOptions m_rasterOptions;                 ///< output options of raster products
-    OutputOptions m_vectorOptions;                 ///< output options of vector products
-    std::optional<ProductSource> m_launchedSource; ///< what the product of the last run is made of
-    QString m_launchedCommand; ///< command for a shell that makes the product of the last run
+    OutputOptions m_rasterOptions; ///< output options of raster products
+    OutputOptions m_vectorOptions; ///< output options of vector products
 };

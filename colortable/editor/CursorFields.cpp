@@ -1,9 +1,9 @@
 #include "colortable/editor/CursorFields.h"
 
+#include "messages/NumberBox.h"
 #include "messages/label.h"
 
 #include <QCheckBox>
-#include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -20,7 +20,7 @@ constexpr double furthest = 99999999.9;
 
 CursorFields::CursorFields(QWidget *parent)
     : QWidget(parent)
-    , m_value(new QDoubleSpinBox(this))
+    , m_value(new NumberBox(this))
     , m_code(new QLineEdit(this))
     , m_even(new QCheckBox(labelText({"MESS_TCE_REGULIER", "Régulier à l'œil"}), this))
 {

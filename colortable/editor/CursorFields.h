@@ -5,7 +5,7 @@
 #include <QWidget>
 
 class QCheckBox;
-class QDoubleSpinBox;
+class NumberBox;
 class QLabel;
 class QLineEdit;
 class QSpinBox;
@@ -32,7 +32,7 @@ private:
     void onLevels();
     void onCode();
 
-    QDoubleSpinBox *m_value;
+    NumberBox *m_value;
     QVector<QSpinBox *> m_levels; ///< red, green, blue, alpha
     QLineEdit *m_code;
     QCheckBox *m_even;

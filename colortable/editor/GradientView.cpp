@@ -4,6 +4,7 @@
 #include "colortable/oklab.h"
 #include "colortable/roundticks.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -144,7 +145,7 @@ int GradientView::cursorAt(const QPoint &place) const
 QString GradientView::valueText(double value) const
 {
     const bool isWhole = value == std::round(value);
-    return locale().toString(value, 'f', isWhole ? 0 : 1)
+    return shownNumber(value, 'f', isWhole ? 0 : 1, locale())
         + (m_table.percent ? QStringLiteral(" %") : QString());
 }
 
@@ -252,7 +253,7 @@ void GradientView::paintShares(QPainter &painter, const QRect &area) const
         const double to = segment == m_table.cursors.size() ? right : qBound(left, placeOf(segment), right);
         const double share = m_shares.at(segment);
         const int decimals = share > 0.0 && share < 9.95 ? 1 : 0;
-        const QString text = locale().toString(share, 'f', decimals) + QStringLiteral(" %");
+        const QString text = shownNumber(share, 'f', decimals, locale()) + QStringLiteral(" %");
         const bool isEnd = segment == 0 || segment == m_table.cursors.size();
         if (fontMetrics().horizontalAdvance(text) + 4 <= to - from && !(isEnd && share == 0.0))
             painter.drawText(QRectF(from, area.top(), to - from, area.height()), Qt::AlignCenter, text);

@@ -1,17 +1,17 @@
 #include "colortable/editor/ScaleDialog.h"
 
+#include "messages/NumberBox.h"
 #include "messages/label.h"
 
 #include <QDialogButtonBox>
-#include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
 
 ScaleDialog::ScaleDialog(QWidget *parent)
     : QDialog(parent)
-    , m_factor(new QDoubleSpinBox(this))
-    , m_shift(new QDoubleSpinBox(this))
+    , m_factor(new NumberBox(this))
+    , m_shift(new NumberBox(this))
 {
     setWindowTitle(labelText({"MESS_TCE_ECHELLE", "Mettre à l'échelle et décaler"}));
     auto *form = new QFormLayout(this);

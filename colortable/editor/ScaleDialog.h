@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-class QDoubleSpinBox;
+class NumberBox;
 
 /// Asks for the factor and the shift of a table's values.
 class ScaleDialog : public QDialog
@@ -16,6 +16,6 @@ public:
     double shift() const;
 
 private:
-    QDoubleSpinBox *m_factor;
-    QDoubleSpinBox *m_shift;
+    NumberBox *m_factor;
+    NumberBox *m_shift;
 };

@@ -2,6 +2,7 @@
 
 #include "colortable/roundticks.h"
 #include "colortable/toolcolors.h"
+#include "messages/shownnumber.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -67,8 +68,7 @@ QString valueText(const Legend &legend, double value)
     constexpr double wide = 100.0; // over such a range decimals say nothing
     const Segment range = shownRange(legend);
     const bool isWhole = range.to - range.from >= wide || std::abs(value - std::round(value)) < 1e-6;
-    return QLocale().toString(value, 'f', isWhole ? 0 : 1)
-        + (isPercent(legend) ? QStringLiteral(" %") : QString());
+    return shownNumber(value, 'f', isWhole ? 0 : 1) + (isPercent(legend) ? QStringLiteral(" %") : QString());
 }
 
 /// The segments in the range that is shown. One of no more than the step of values in files is an edge: it

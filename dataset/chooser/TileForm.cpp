@@ -1,9 +1,9 @@
 #include "dataset/chooser/TileForm.h"
 
+#include "messages/NumberBox.h"
 #include "messages/label.h"
 
 #include <QDialogButtonBox>
-#include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -13,9 +13,9 @@
 namespace
 {
 
-QDoubleSpinBox *degrees(double lowest, double highest, int decimals, QWidget *parent)
+NumberBox *degrees(double lowest, double highest, int decimals, QWidget *parent)
 {
-    auto field = new QDoubleSpinBox(parent);
+    auto field = new NumberBox(parent);
     field->setRange(lowest, highest);
     field->setDecimals(decimals);
     field->setSuffix(QStringLiteral("°"));
@@ -77,7 +77,7 @@ TileForm::TileForm(const QString &fileName, qint64 bytes, QWidget *parent)
     showTile(likelyTile(fileName, bytes));
     for (QSpinBox *field : {m_pSBColumns, m_pSBRows})
         connect(field, qOverload<int>(&QSpinBox::valueChanged), this, &TileForm::check);
-    for (QDoubleSpinBox *field : {m_pDSBLatitude, m_pDSBLongitude, m_pDSBCellSize})
+    for (NumberBox *field : {m_pDSBLatitude, m_pDSBLongitude, m_pDSBCellSize})
         connect(field, qOverload<double>(&QDoubleSpinBox::valueChanged), this, &TileForm::check);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -4,7 +4,7 @@
 
 #include <QDialog>
 
-class QDoubleSpinBox;
+class NumberBox;
 class QLabel;
 class QPushButton;
 class QSpinBox;
@@ -29,9 +29,9 @@ private:
     qint64 m_bytes;
     QSpinBox *m_pSBColumns;
     QSpinBox *m_pSBRows;
-    QDoubleSpinBox *m_pDSBLatitude;
-    QDoubleSpinBox *m_pDSBLongitude;
-    QDoubleSpinBox *m_pDSBCellSize;
+    NumberBox *m_pDSBLatitude;
+    NumberBox *m_pDSBLongitude;
+    NumberBox *m_pDSBCellSize;
     QLabel *m_pLProblem;
     QPushButton *m_pPBAccept;
 };

@@ -2,6 +2,7 @@
 
 #include "dataset/chooser/ownraster.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <QLocale>
 
@@ -21,14 +22,14 @@ QString plain(double value, int digits = valueDigits)
     constexpr double smallest = 1e-7;
     const double size = std::abs(value);
     if (size >= largest || (size > 0.0 && size < smallest))
-        return QLocale().toString(value, 'g', digits);
+        return shownNumber(value, 'g', digits);
     const int before = size < 1.0 ? 0 : static_cast<int>(std::log10(size)) + 1;
     const QString text = QString::number(value, 'f', std::max(0, digits - before));
     auto end = text.size();
     while (text.contains(QLatin1Char('.')) && text.at(end - 1) == QLatin1Char('0'))
         --end;
     const auto point = text.indexOf(QLatin1Char('.'));
-    return QLocale().toString(value, 'f', point < 0 ? 0 : static_cast<int>(end - point - 1));
+    return shownNumber(value, 'f', point < 0 ? 0 : static_cast<int>(end - point - 1));
 }
 
 QString whole(long long value)
@@ -151,6 +152,6 @@ QVector<SourceFact> sampleFacts(const SampleSummary &summary, bool isWhole, cons
                 .arg(plain(summary.minimum), plain(summary.maximum), plain(summary.mean)));
     add(facts, {"MESS_SRC_VIDES", "Cellules sans valeur :"},
         (isWhole ? labelText({"MESS_SRC_PART", "%1 %"}) : labelText({"MESS_SRC_PART_ENV", "environ %1 %"}))
-            .arg(QLocale().toString(100.0 * summary.voids, 'f', 1)));
+            .arg(shownNumber(100.0 * summary.voids, 'f', 1)));
     return facts;
 }

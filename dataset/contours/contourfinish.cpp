@@ -11,6 +11,7 @@
 #include "dataset/layercrs.h"
 #include "dataset/pathencoding.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <QDir>
 #include <QFile>
@@ -352,7 +353,7 @@ private:
                 labelText({"MESS_CN_SURF_ECART",
                            "Les surfaces ne recouvrent pas exactement les cellules valides du MNT : il y "
                            "manque %1 % de leur étendue (un nombre négatif en compte trop)."})
-                    .arg(QLocale().toString(100.0 * lack, 'g', 3));
+                    .arg(shownNumber(100.0 * lack, 'g', 3));
         else if (m_invalid > 0)
             m_result.warning =
                 labelText({"MESS_CN_SURF_INVALIDE",

@@ -5,6 +5,7 @@
 #include "dataset/extraction/vectorextent.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 #include "ui_ExtractionDialog.h"
 
 #include <QEvent>
@@ -37,7 +38,7 @@ QString lengthsText(QSizeF size, QString unit)
         size /= kilometre;
         unit = QStringLiteral("km");
     }
-    const auto text = [](double length) { return QLocale().toString(length, 'g', 4); };
+    const auto text = [](double length) { return shownNumber(length, 'g', 4); };
     return QStringLiteral("\n%1 %3 × %2 %3").arg(text(size.width()), text(size.height()), unit);
 }
 

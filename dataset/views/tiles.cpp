@@ -4,6 +4,7 @@
 #include "dataset/pathencoding.h"
 #include "dataset/rasterinfo.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <QFileInfo>
 #include <QLocale>
@@ -61,8 +62,8 @@ QString cellText(const Tile &tile)
 {
     constexpr int digits = 10; // shows every difference that matters
     const QLocale locale;
-    return QStringLiteral("%1 × %2").arg(locale.toString(tile.toGround[1], 'g', digits),
-                                         locale.toString(-tile.toGround[5], 'g', digits));
+    return QStringLiteral("%1 × %2").arg(shownNumber(tile.toGround[1], 'g', digits, locale),
+                                         shownNumber(-tile.toGround[5], 'g', digits, locale));
 }
 
 /// Columns (index 0) or rows (index 3) from the corner of the first tile to that of the other.
@@ -79,7 +80,7 @@ double fraction(double cells)
 
 QString noDataText(const std::optional<double> &value)
 {
-    return value ? QLocale().toString(*value, 'g', 10) : labelText({"MESS_TUILE_SANS_ND", "aucune valeur"});
+    return value ? shownNumber(*value, 'g', 10) : labelText({"MESS_TUILE_SANS_ND", "aucune valeur"});
 }
 
 bool isSameNoData(const std::optional<double> &first, const std::optional<double> &other)
@@ -221,7 +222,7 @@ QString tileDifference(const Tile &first, const Tile &other)
             {"MESS_TUILES_DECALEES",
              "Leurs grilles sont décalées l'une par rapport à l'autre de %1 cellule en largeur et de "
              "%2 en hauteur."},
-            QLocale().toString(across, 'f', 2), QLocale().toString(down, 'f', 2));
+            shownNumber(across, 'f', 2), shownNumber(down, 'f', 2));
     return {};
 }
 

@@ -2,6 +2,7 @@
 
 #include "dataset/contours/contourstyles.h"
 #include "panels/controls/numberfield.h"
+#include "panels/controls/tips.h"
 
 #include <QCheckBox>
 #include <QEvent>
@@ -159,7 +160,7 @@ void ContourDrawing::updateControls()
     const QString noLines = areas ? tr("Les surfaces n'ont pas de courbes.", "MESS_CN_SURF_SANS") : QString();
     const auto enable = [&](QWidget *field, QWidget *labelled, const QString &reason) {
         field->setEnabled(reason.isEmpty());
-        field->setToolTip(reason);
+        setTipRemark(*field, reason);
         if (QWidget *label = m_form->labelForField(labelled))
             label->setEnabled(reason.isEmpty());
     };

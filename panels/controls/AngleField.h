@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QDoubleSpinBox>
+#include "messages/NumberBox.h"
 
 /// A field for an angle in degrees, from 0 to 360, with as few decimals as it needs. Its steps go on from 360
-/// to 0, and a decimal point may be typed as a point or as a comma.
-class AngleField : public QDoubleSpinBox
+/// to 0.
+class AngleField : public NumberBox
 {
     Q_OBJECT
 
@@ -16,13 +16,10 @@ public:
     void showAngle(double angle);
 
     QString textFromValue(double value) const override;
-    double valueFromText(const QString &text) const override;
-    QValidator::State validate(QString &text, int &cursor) const override;
     void stepBy(int steps) override;
 
 protected:
     StepEnabled stepEnabled() const override { return StepUpEnabled | StepDownEnabled; }
-    void changeEvent(QEvent *event) override;
 
 private:
     double rounded(double angle) const;

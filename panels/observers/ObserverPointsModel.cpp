@@ -1,6 +1,7 @@
 #include "panels/observers/ObserverPointsModel.h"
 
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 #include "panels/options/previewobservers.h"
 
 #include <QLocale>
@@ -88,7 +89,7 @@ QString ObserverPointsModel::text(const Row &row, int column) const
 {
     if (column != SeenColumn)
         return cellText(row.point, column);
-    return row.seenArea ? QLocale().toString(*row.seenArea, 'f', 2) : QString();
+    return row.seenArea ? shownNumber(*row.seenArea, 'f', 2) : QString();
 }
 
 QVariant ObserverPointsModel::data(const QModelIndex &index, int role) const

@@ -1,6 +1,7 @@
 #include "panels/options/computingtime.h"
 
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <QLocale>
 
@@ -96,6 +97,6 @@ QString hereText(double seconds)
         }
     }
     const double step = seconds < 10.0 ? 1.0 : 5.0 * std::pow(10.0, std::floor(std::log10(seconds)) - 1.0);
-    const QString number = QLocale().toString(std::round(seconds / step) * step, 'f', 0);
+    const QString number = shownNumber(std::round(seconds / step) * step, 'f', 0);
     return labelText({"MESS_TPS_ICI", "ici environ %1"}).arg(number + QChar(QChar::Nbsp) + QLatin1String(unit));
 }

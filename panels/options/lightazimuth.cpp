@@ -1,6 +1,7 @@
 #include "panels/options/lightazimuth.h"
 
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <QLocale>
 
@@ -31,5 +32,5 @@ QString lightText(double compass, const QLocale &locale)
     const double azimuth = lightAzimuth(compass);
     const int point = qRound(azimuth * count / 360.0) % count;
     return labelText({"MESS_LUMIERE", "Lumière venant %1, azimut %2°"})
-        .arg(labelText(points[point]), locale.toString(azimuth, 'g', 6));
+        .arg(labelText(points[point]), shownNumber(azimuth, 'g', 6, locale));
 }

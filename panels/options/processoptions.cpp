@@ -377,6 +377,13 @@ QString scaleProblem(int scaleIndex, const QString &scaleText)
         .arg(scaleText);
 }
 
+QString missingScale(int scaleIndex, const QString &scaleText)
+{
+    return scaleIndex >= 0 || !scaleText.isEmpty()
+        ? QString()
+        : labelText({"MESS_MANQUE_RAPPORT", "Indiquez le rapport de l'unité verticale à l'unité horizontale."});
+}
+
 QString processWord(const ProcessOptions &options)
 {
     return std::visit(Word(), options);

@@ -24,6 +24,10 @@ QString optionsProblem(const ProcessOptions &options);
 /// positive number.
 QString scaleProblem(int scaleIndex, const QString &scaleText);
 
+/// What a ratio of units lacks that is neither chosen nor typed, as a sentence that says what to do; empty
+/// where it is one of both.
+QString missingScale(int scaleIndex, const QString &scaleText);
+
 /// The ratio of units that the user chose, vertical over horizontal; nothing where the first row of the scale
 /// list is chosen, the ratio cannot be used, or the process has none.
 std::optional<double> chosenRatio(const ProcessOptions &options);

@@ -3,6 +3,7 @@
 #include "colortable/colortablefile.h"
 #include "colortable/oklab.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <QFileInfo>
 #include <QLocale>
@@ -50,7 +51,7 @@ const QVector<BuiltIn> &builtIns()
 
 QString numberText(double number)
 {
-    return QLocale().toString(number, 'g', 6);
+    return shownNumber(number, 'g', 6);
 }
 
 /// The text of the class number `at` between these bounds, with the unit and its blank.

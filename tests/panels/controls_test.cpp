@@ -190,12 +190,12 @@ QVector<Row> rows()
         {"contour", "m_pChBStyled", "styled=true -a \"Z\" incomplete"},
         {"contour", "m_pChBQgis", "qgisStyle=true -a \"Z\" incomplete"},
         {"contour", "m_pLEOffset=2", "-a \"Z\" -off \"2\" incomplete"},
-        {"contour", "QEditableComboBox", "-a \"Z\" -snodata \"-9999\" incomplete"},
-        {"contour", "QEditableComboBox=8", "-a \"Z\" -snodata \"8\" incomplete"},
-        {"contour", "QEditableComboBox > QEditableComboBox=8 > QEditableComboBox=↵",
+        {"contour", "m_pNoDataCombo", "-a \"Z\" -snodata \"-9999\" incomplete"},
+        {"contour", "m_pNoDataCombo=8", "-a \"Z\" -snodata \"8\" incomplete"},
+        {"contour", "m_pNoDataCombo > m_pNoDataCombo=8 > m_pNoDataCombo=↵",
          "-a \"Z\" -snodata \"-9999\" incomplete"},
-        {"contour", "QEditableComboBox > m_pChBTreatNoDataValue", "-a \"Z\" -inodata incomplete"},
-        {"contour", "QEditableComboBox > m_pChBTreatNoDataValue > m_pChBTreatNoDataValue",
+        {"contour", "m_pNoDataCombo > m_pChBTreatNoDataValue", "-a \"Z\" -inodata incomplete"},
+        {"contour", "m_pNoDataCombo > m_pChBTreatNoDataValue > m_pChBTreatNoDataValue",
          "-a \"Z\" -snodata \"-9999\" incomplete"},
     };
 }

@@ -2,6 +2,11 @@
 //
 //   pictures <folder> <language> <suffix> [dark]
 //
+// or checks every window (windowchecks.h), without pictures and without waiting for the maps, with a font that
+// is <points> larger than usual, and ends with the number of faults:
+//
+//   pictures --check <language> <points>
+//
 // The scale comes from QT_SCALE_FACTOR. The target "pictures" runs it for each scale and language, and once
 // with the colours of a dark desktop.
 
@@ -15,8 +20,8 @@
 #include "app/window/dialogs/AboutDialog.h"
 #include "app/window/dialogs/HelpDialog.h"
 #include "app/window/dialogs/LightDialog.h"
+#include "app/window/launch/processResultDialog.h"
 #include "app/window/outputFileAdvancedOptionsDialog.h"
-#include "app/window/processResultDialog.h"
 #include "app/window/quvoGdalUtilities.h"
 #include "colortable/colortablefile.h"
 #include "colortable/editor/ColorTableEditor.h"
@@ -35,6 +40,7 @@
 #include "panels/observers/intervisibilityProcessInfoDialog.h"
 #include "runner/ProgressWidget.h"
 #include "runner/QuvoProgressDialog.h"
+#include "tests/pictures/windowchecks.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -73,6 +79,12 @@ QPalette darkPalette()
     return palette;
 }
 
+/// Whether the windows are checked instead of grabbed.
+bool isCheck = false;
+
+/// The least screen, in pixels, less the frame of a window and the desktop's bar.
+constexpr QSize leastScreen(1024 - 2, 600 - 60);
+
 class Album
 {
 public:
@@ -80,25 +92,41 @@ public:
         : m_folder(folder)
         , m_suffix(suffix)
     {
-        QDir().mkpath(folder);
+        if (!isCheck)
+            QDir().mkpath(folder);
     }
+
+    int faults() const { return m_faults; }
 
     void add(const QByteArray &picture, const QString &name)
     {
-        QImage::fromData(picture, "PNG").save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
+        if (!isCheck)
+            QImage::fromData(picture, "PNG").save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
     }
 
     void add(QWidget &window, const QString &name)
     {
         window.show();
         QApplication::processEvents();
-        window.grab().save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
+        if (isCheck)
+            check(window, name);
+        else
+            window.grab().save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
         window.hide();
     }
 
 private:
+    void check(const QWidget &window, const QString &name)
+    {
+        for (const QString &problem : windowProblems(window, leastScreen)) {
+            qWarning("%s: %s", qPrintable(name), qPrintable(problem));
+            ++m_faults;
+        }
+    }
+
     QString m_folder;
     QString m_suffix;
+    int m_faults = 0;
 };
 
 void addProgress(Album &album)
@@ -117,6 +145,10 @@ void addProgress(Album &album)
 /// Waits until a map shows a product, which takes a moment on a busy machine.
 void waitForPreview(const QWidget *window = nullptr)
 {
+    if (isCheck) {
+        QApplication::processEvents();
+        return;
+    }
     const auto map = window ? window->findChild<MapView *>() : nullptr;
     const auto wait = [](int milliseconds) {
         QEventLoop loop;
@@ -473,9 +505,10 @@ int main(int argc, char *argv[])
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
+    isCheck = arguments.value(1) == QLatin1String("--check");
     const bool isDark = arguments.value(4) == QLatin1String("dark");
     if (arguments.size() != (isDark ? 5 : 4)) {
-        qCritical("usage: pictures <folder> <language> <suffix> [dark]");
+        qCritical("usage: pictures <folder> <language> <suffix> [dark] | --check <language> <points>");
         return 2;
     }
     Q_INIT_RESOURCE(quvo);
@@ -485,6 +518,11 @@ int main(int argc, char *argv[])
     if (isDark)
         QApplication::setPalette(darkPalette());
     application.setStyleSheet(composeStyleSheet(QString()));
+    if (isCheck) {
+        QFont font = QApplication::font();
+        font.setPointSize(font.pointSize() + arguments.at(3).toInt());
+        QApplication::setFont(font);
+    }
     setUpGdal();
     QuvoLanguageManager::getInstance()->defaultSetup(QStringLiteral(QUVO_TREE "/MESSAGES"), arguments.at(2),
                                                      QString());
@@ -503,5 +541,5 @@ int main(int argc, char *argv[])
     addSettings(album);
     AboutDialog about(nullptr);
     album.add(about, QStringLiteral("about"));
-    return 0;
+    return qMin(album.faults(), 100);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/startup/settings.h"
-#include "app/window/processResultDialog.h"
+#include "app/window/launch/processResultDialog.h"
 #include "app/window/quvoGdalUtilities.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/gdalmessages.h"

@@ -1,6 +1,7 @@
 #include "app/preview/map/maplegend.h"
 
 #include "colortable/roundticks.h"
+#include "messages/shownnumber.h"
 
 #include <algorithm>
 #include <cmath>
@@ -107,9 +108,9 @@ public:
         }
         m_y = base + lineHeight;
         const int decimals = span < 10.0 ? 1 : 0;
-        m_drawing.texts += {{margin, m_y - 2.0}, locale.toString(bars.minimum, 'f', decimals)};
+        m_drawing.texts += {{margin, m_y - 2.0}, shownNumber(bars.minimum, 'f', decimals, locale)};
         m_drawing.texts +=
-            {{margin + width, m_y - 2.0}, locale.toString(bars.maximum, 'f', decimals), Qt::AlignRight};
+            {{margin + width, m_y - 2.0}, shownNumber(bars.maximum, 'f', decimals, locale), Qt::AlignRight};
     }
 
     MapDrawing finished()
@@ -136,7 +137,7 @@ QVector<MapLegend::Strip::Tick> roundStripTicks(double low, double high, double 
     const double step = values.size() > 1 ? values.at(1) - values.at(0) : 1.0;
     const int decimals = std::max(0, static_cast<int>(std::ceil(-std::log10(step) - 1e-9)));
     for (const double value : values)
-        ticks += {value, locale.toString(std::abs(value) < step * 1e-6 ? 0.0 : value, 'f', decimals)};
+        ticks += {value, shownNumber(std::abs(value) < step * 1e-6 ? 0.0 : value, 'f', decimals, locale)};
     return ticks;
 }
 
@@ -164,12 +165,12 @@ QString shareText(double area, double share, const QLocale &locale)
 {
     constexpr double squareKilometre = 1e6;
     constexpr double small = 0.1 * squareKilometre;
-    const QString percent = locale.toString(100.0 * share, 'f', 1) + QStringLiteral(" %");
+    const QString percent = shownNumber(100.0 * share, 'f', 1, locale) + QStringLiteral(" %");
     if (area < 0.0)
         return percent;
     const double kilometres = area / squareKilometre;
     const QString size = area < small
-        ? locale.toString(area, 'f', 0) + QStringLiteral(" m²")
-        : locale.toString(kilometres, 'f', kilometres < 100.0 ? 1 : 0) + QStringLiteral(" km²");
+        ? shownNumber(area, 'f', 0, locale) + QStringLiteral(" m²")
+        : shownNumber(kilometres, 'f', kilometres < 100.0 ? 1 : 0, locale) + QStringLiteral(" km²");
     return QStringLiteral("%1 (%2)").arg(size, percent);
 }

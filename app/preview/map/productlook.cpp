@@ -4,6 +4,7 @@
 #include "dataset/contours/contourstyles.h"
 #include "dataset/rasterpicture.h"
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 #include "panels/options/contours/contourlevels.h"
 #include "panels/options/maprampcolors.h"
 #include "panels/options/valueclasses.h"
@@ -98,7 +99,7 @@ QString sightText(const ProductLook &look, double value, const QLocale &locale)
     if (value <= 0.0)
         return labelText({"MESS_VAL_SOL_VU", "sol visible"});
     return labelText({"MESS_VAL_AU_DESSUS", "visible à partir de %1 au-dessus du sol"})
-        .arg(locale.toString(value, 'f', 1) + look.unit);
+        .arg(shownNumber(value, 'f', 1, locale) + look.unit);
 }
 
 QString pointName(int point)
@@ -131,7 +132,7 @@ void addRamp(MapLegend &legend, const LegendFacts &facts, const QLocale &locale)
     for (int turn = 0; turn * quarter <= ramp.high; ++turn) {
         const double angle = turn * quarter;
         strip.ticks += {angle,
-                        QStringLiteral("%1  %2").arg(locale.toString(angle, 'f', 0),
+                        QStringLiteral("%1  %2").arg(shownNumber(angle, 'f', 0, locale),
                                                      pointName(compassPoint(angle, ramp.trigonometric)))};
     }
 }
@@ -162,7 +163,7 @@ void addHeights(MapLegend &legend, const LegendFacts &facts, const QLocale &loca
     for (const double height : ramp.steps) {
         // All higher ones have the colour of the last step, too.
         const QString sign = height == ramp.steps.last() ? QStringLiteral("≥ ") : QString();
-        strip.ticks += {ramp.placeOf(height), sign + locale.toString(height, 'f', 0) + facts.look.unit};
+        strip.ticks += {ramp.placeOf(height), sign + shownNumber(height, 'f', 0, locale) + facts.look.unit};
     }
     legend.rows +=
         {QColor::fromRgb(seenGroundColor), false, false, labelText({"MESS_ZONE_SOL_VU", "Sol visible"}), {}};
@@ -297,7 +298,7 @@ void addOptions(MapLegend &legend, const LegendFacts &facts, const ContourOption
     const QColor lines(0x8a, 0x5a, 0x32);
     const auto equidistance = [&](double interval) {
         return labelText({"MESS_EQUIDISTANCE", "Tous les %1"})
-            .arg(locale.toString(interval, 'g', 6) + spaced(facts.elevationUnit));
+            .arg(shownNumber(interval, 'g', 6, locale) + spaced(facts.elevationUnit));
     };
     const auto fixed = readLevels(options.fixedLevels);
     QVector<double> levels = fixed.value_or(QVector<double>());
@@ -429,9 +430,9 @@ QString valueText(const ProductLook &look, double value, const QLocale &locale)
     if (std::isnan(value))
         return look.name + QLatin1Char(' ') + labelText({"MESS_SANS_DONNEE", "sans donnée"});
     const bool isDirection = look.ramp == RampKind::Direction;
-    const QString number = isDirection || look.form == ProductForm::Shade ? locale.toString(value, 'f', 0)
-        : std::abs(value) >= 10.0                                         ? locale.toString(value, 'f', 1)
-                                  : locale.toString(value, 'g', digits - 1);
+    const QString number = isDirection || look.form == ProductForm::Shade ? shownNumber(value, 'f', 0, locale)
+        : std::abs(value) >= 10.0                                         ? shownNumber(value, 'f', 1, locale)
+                                  : shownNumber(value, 'g', digits - 1, locale);
     const QString text = look.name + QLatin1Char(' ') + number + look.unit;
     return isDirection ? text + QLatin1Char(' ') + pointName(compassPoint(value, look.trigonometric)) : text;
 }

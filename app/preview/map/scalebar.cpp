@@ -1,5 +1,7 @@
 #include "app/preview/map/scalebar.h"
 
+#include "messages/shownnumber.h"
+
 #include <cmath>
 
 ScaleBar scaleBar(double metresPerPixel, double room, bool known, const QLocale &locale)
@@ -14,5 +16,5 @@ ScaleBar scaleBar(double metresPerPixel, double room, bool known, const QLocale 
     const bool inKilometres = known && metres >= kilometre;
     const double number = inKilometres ? metres / kilometre : metres;
     const QString unit = !known ? QString() : inKilometres ? QStringLiteral(" km") : QStringLiteral(" m");
-    return {metres, metres / metresPerPixel, locale.toString(number, 'g', 6) + unit};
+    return {metres, metres / metresPerPixel, shownNumber(number, 'g', 6, locale) + unit};
 }

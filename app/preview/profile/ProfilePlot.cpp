@@ -1,5 +1,7 @@
 #include "app/preview/profile/ProfilePlot.h"
 
+#include "messages/shownnumber.h"
+
 #include <QEvent>
 #include <QFontMetrics>
 #include <QFontMetricsF>
@@ -31,7 +33,7 @@ public:
     QwtText label(double value) const override
     {
         constexpr int digits = 6;
-        return {(QLocale().toString(value / m_perUnit, 'g', digits) + QLatin1Char(' ') + m_unit).trimmed()};
+        return {(shownNumber(value / m_perUnit, 'g', digits) + QLatin1Char(' ') + m_unit).trimmed()};
     }
 
 private:

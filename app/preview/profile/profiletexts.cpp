@@ -1,6 +1,7 @@
 #include "app/preview/profile/profiletexts.h"
 
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <cmath>
 
@@ -24,15 +25,15 @@ QString distanceText(double metres, const QLocale &locale)
     constexpr double kilometre = 1000.0;
     const QString unit = metres < kilometre ? QStringLiteral(" m") : QStringLiteral(" km");
     if (metres < kilometre)
-        return locale.toString(metres, 'f', 0) + unit;
-    return locale.toString(metres / kilometre, 'f', metres < 10.0 * kilometre ? 2 : 1) + unit;
+        return shownNumber(metres, 'f', 0, locale) + unit;
+    return shownNumber(metres / kilometre, 'f', metres < 10.0 * kilometre ? 2 : 1, locale) + unit;
 }
 
 QString heightText(double height, const QString &unit, const QLocale &locale)
 {
     constexpr double great = 1000.0;
     const int decimals = std::abs(height) < great ? 1 : 0;
-    return (locale.toString(height, 'f', decimals) + QLatin1Char(' ') + unit).trimmed();
+    return (shownNumber(height, 'f', decimals, locale) + QLatin1Char(' ') + unit).trimmed();
 }
 
 QString verdictText(const Profile &profile, const QString &unit, const QLocale &locale)
@@ -55,7 +56,7 @@ QString conditionsText(const Profile &profile, const QLocale &locale)
     constexpr int digits = 3;
     return distanceText(profile.length, locale) + QStringLiteral(" · ")
         + labelText({"MESS_PROF_COURBURE", "Courbure de la Terre et réfraction : k = %1"})
-              .arg(locale.toString(profile.curvature, 'g', digits));
+              .arg(shownNumber(profile.curvature, 'g', digits, locale));
 }
 
 QString readoutText(const ProfileSample &sample, const QString &unit, const QLocale &locale)

@@ -188,6 +188,12 @@ void InputDem::warn(const QString &file)
             .arg(labelText({"MESS_INV_INPUT_FILE", "Le fichier d'entrée n'est pas valide"}), file, m_problem));
 }
 
+void InputDem::reopen()
+{
+    if (!path().isEmpty() && m_tiles.isEmpty())
+        choose(path());
+}
+
 void InputDem::select()
 {
     const StartDirectory choices{m_lastChosenFolder, m_keepStartingDir, QDir::currentPath(),

@@ -48,6 +48,9 @@ public:
     /// Makes the mosaic at `path` of these tiles the input, as choose() does. The recent list does not hold it.
     bool chooseMosaic(const QString &path, const QStringList &tiles);
 
+    /// Opens the DEM again, whose file may have been written anew; a mosaic stays as it was opened.
+    void reopen();
+
     /// Opens the file that the user selects in a file dialog.
     void select();
 

@@ -1,6 +1,7 @@
 #include "panels/options/contours/contourlevels.h"
 
 #include "messages/label.h"
+#include "messages/shownnumber.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -165,7 +166,7 @@ QString mergedLevelsProblem(const ContourOptions &options, const Extremes &extre
                {"MESS_CN_DEUX_TROP",
                 "L'intervalle et les valeurs spécifiques donnent ensemble %1 niveaux ; l'outil n'en prend "
                 "pas plus de %2. Agrandissez l'intervalle ou effacez l'un des deux."})
-        .arg(QLocale().toString(mergedCount(options, extremes), 'f', 0), QString::number(mostLevels));
+        .arg(shownNumber(mergedCount(options, extremes), 'f', 0), QString::number(mostLevels));
 }
 
 QString levelsProblem(const QString &text)
@@ -215,5 +216,5 @@ QStringList manyLevelsWarnings(const ContourOptions &options, const Extremes &ex
         return {};
     return {labelText({"MESS_CN_TROP",
                        "Cet intervalle donne environ %1 niveaux sur ce MNT ; le fichier pourrait être énorme."})
-                .arg(QLocale().toString(levels, 'f', 0))};
+                .arg(shownNumber(levels, 'f', 0))};
 }

@@ -1,4 +1,4 @@
-#include "app/window/runresults.h"
+#include "app/window/launch/runresults.h"
 
 #include "messages/label.h"
 

@@ -1,4 +1,4 @@
-#include "app/window/launchquestions.h"
+#include "app/window/launch/launchquestions.h"
 
 #include "app/run/replacedoutput.h"
 #include "messages/Prompt.h"

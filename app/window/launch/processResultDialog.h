@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/window/runresults.h"
+#include "app/window/launch/runresults.h"
 #include "runner/shellhelpers.h"
 
 #include <QDialog>

@@ -1,7 +1,7 @@
-#include "app/window/processResultDialog.h"
+#include "app/window/launch/processResultDialog.h"
 
 #include "app/preview/PreviewDialog.h"
-#include "app/window/dialogrules.h"
+#include "app/run/copiedcommand.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
 #include "ui_processResultDialog.h"

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QKeySequence>
+
+#include <functional>
+
+class QTabWidget;
+class QWidget;
+
+// Keys that work in a whole window, whichever control has the focus.
+
+/// Calls `act` when the keys are pressed while `window` is the active one.
+void addShortcut(QWidget &window, const QKeySequence &keys, std::function<void()> act);
+
+/// Ctrl+Tab shows the next tab, Ctrl+Shift+Tab the one before; the last and the first are neighbours.
+void addTabKeys(QWidget &window, QTabWidget &tabs);

@@ -1,0 +1,16 @@
+#include "messages/shownnumber.h"
+
+QString shownNumber(double value, char format, int precision, const QLocale &locale)
+{
+    const QChar point(QLatin1Char('.'));
+    const QString text = locale.toString(value, format, precision);
+    const QString mark = locale.decimalPoint(); // a character in Qt 5, a text in Qt 6
+    const auto at = text.lastIndexOf(mark);
+    const bool groupsLookAlike = QString(locale.groupSeparator()) == point;
+    if (at < 0 || mark == point)
+        return text;
+    QString whole = text.left(at);
+    if (groupsLookAlike)
+        whole.remove(point);
+    return whole + point + text.mid(at + mark.size());
+}
