@@ -73,9 +73,9 @@ done
 makesProduct "$unpacked/bin/QuvoDemBatch" "$unpacked/lib/quvodemtoolbox"
 
 echo "Manuals"
-# names FILE: the options that the manual names, one a line.
+# names FILE: the options that the manual describes, one a line. The line of an option follows ".TP".
 names() {
-    sed 's/\\-/-/g' "$1" | grep -oE '^\.[BIR]+ .*' | grep -oE '(^|[ "(])-{1,2}[A-Za-z][A-Za-z_-]*' | tr -d ' "(' | sort -u
+    awk 'follows { print } { follows = /^\.TP/ }' "$1" | sed 's/\\-/-/g' | grep -oE '[ "]-{1,2}[A-Za-z][A-Za-z_-]*' | tr -d ' "' | sort -u
 }
 "$usr/bin/QuvoDemBatch" --help | grep -oE '^ +(-[a-z], )?--?[a-z-]+' | tr -s ', ' '\n' | sed '/^$/d' >"$scratch/QuvoDemBatch"
 "$tree/gdal_intervisibility.exe" --help | grep -oE '^  --?[A-Za-z_]+(, --[a-z]+)?' | tr -s ', ' '\n' | sed '/^$/d' >"$scratch/gdal_intervisibility"
@@ -131,8 +131,10 @@ if [ -e /usr/share/bash-completion/bash_completion ]; then
     done <<'END'
 --proc|--process
 --process sl|slope
---process hillshade --set alt|altitude=
-recipe.json --set interv|interval=
+--process hillshade --set co|compass= computeEdges=
+recipe.json --set sh|shortestRing=
+--set percent=t|true
+--set table=d|dem.tif
 --tiles --join v|vrt
 --tiles --into f|folder
 --input d|dem.tif
