@@ -14,7 +14,7 @@ trap 'rm -rf "$scratch"' EXIT
 trap 'exit 130' INT TERM HUP
 mkdir -m 700 "$scratch/home" "$scratch/runtime"
 export HOME="$scratch/home" XDG_CONFIG_HOME="$scratch/home" XDG_RUNTIME_DIR="$scratch/runtime" QT_QPA_PLATFORM=offscreen
-export LC_ALL=C.UTF-8
+export LC_ALL=C.UTF-8 PATH="$PATH:/usr/sbin:/sbin"
 unset DESTDIR
 
 fail() {
