@@ -39,6 +39,14 @@ if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()
 endif()
 
+# Without these two, CPack only remarks that the package names no libraries.
+foreach(tool dpkg-shlibdeps file)
+    find_program(found_${tool} ${tool})
+    if(NOT found_${tool})
+        message(FATAL_ERROR "A package of Debian needs the programs dpkg-shlibdeps (package dpkg-dev) and file.")
+    endif()
+endforeach()
+
 function(run_or_fail)
     execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
