@@ -58,11 +58,23 @@ void applyLanguage(const Environment &environment)
     exportMessageVariables(environment);
 }
 
-void showMissingTools()
+Environment chosenEnvironment()
 {
+    Environment environment = readEnvironment(QApplication::applicationFilePath());
+    environment.language = chosenLanguage(environment.language);
+    return environment;
+}
+
+/// Sets up the language for the message alone, since the program ends after it.
+void showMissingTools(const ToolPaths &tools)
+{
+    applyLanguage(chosenEnvironment());
+    const QString problems = startProblems(tools);
+    printError(problems);
     Prompt::critical(nullptr,
                      labelText({"MESS_ERR_APP_NON_TROUV",
-                                "Erreur : Une ou plusieurs application externe sont introuvables."}));
+                                "Erreur : Une ou plusieurs application externe sont introuvables."})
+                         + QStringLiteral("\n\n") + problems);
 }
 
 void prepareGdal(const Environment &environment)
@@ -120,6 +132,7 @@ int main(int argc, char *argv[])
     useHighDpi();
     QApplication application(argc, argv);
     Q_INIT_RESOURCE(quvo);
+    QGuiApplication::setDesktopFileName(QStringLiteral("QuvoDemToolBox")); // Wayland finds the icon through it
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/QuvoGdalUtilities/images/application.png")));
     if (!userStyleSheet)
         applyStyle();
@@ -127,11 +140,10 @@ int main(int argc, char *argv[])
 
     const ToolPaths tools = findTools(QApplication::applicationDirPath());
     if (!tools.isComplete()) {
-        showMissingTools();
+        showMissingTools(tools);
         return 0; // kept so on purpose: a missing tool is not a failure of this program
     }
-    Environment environment = readEnvironment(QApplication::applicationFilePath());
-    environment.language = chosenLanguage(environment.language);
+    const Environment environment = chosenEnvironment();
     exportInstallDir(environment.installDir);
     applyLanguage(environment);
     prepareGdal(environment);

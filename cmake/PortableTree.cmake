@@ -24,15 +24,21 @@ function(quvo_portable_tree)
     endif()
 endfunction()
 
+# Installs a link <prefix>/<path> to <target>, and names it in the list of the installed files.
+function(_quvo_install_link target path)
+    get_filename_component(folder "${path}" DIRECTORY)
+    install(CODE "
+        file(MAKE_DIRECTORY \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${folder}\")
+        file(CREATE_LINK \"${target}\" \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${path}\" SYMBOLIC)
+        list(APPEND CMAKE_INSTALL_MANIFEST_FILES \"\${CMAKE_INSTALL_PREFIX}/${path}\")
+        message(STATUS \"Installing: \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${path}\")
+    ")
+endfunction()
+
 # Creates a link <name> in the tree to a file or folder of the system.
 function(_quvo_tree_link target name)
     file(CREATE_LINK "${target}" "${QUVO_TREE}/${name}" SYMBOLIC)
-    install(CODE "
-        set(folder \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${QUVO_INSTALL_TREE}\")
-        file(MAKE_DIRECTORY \"\${folder}\")
-        file(CREATE_LINK \"${target}\" \"\${folder}/${name}\" SYMBOLIC)
-        message(STATUS \"Installing: \${folder}/${name}\")
-    ")
+    _quvo_install_link("${target}" "${QUVO_INSTALL_TREE}/${name}")
 endfunction()
 
 # Installs a tool of this project that the programs start, into the tree only.
@@ -44,12 +50,7 @@ endfunction()
 # its own path with links resolved.
 function(quvo_tree_program target)
     quvo_tree_tool(${target})
-    install(CODE "
-        set(folder \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")
-        file(MAKE_DIRECTORY \"\${folder}\")
-        file(CREATE_LINK \"../${QUVO_INSTALL_TREE}/${target}\" \"\${folder}/${target}\" SYMBOLIC)
-        message(STATUS \"Installing: \${folder}/${target}\")
-    ")
+    _quvo_install_link("../${QUVO_INSTALL_TREE}/${target}" "bin/${target}")
 endfunction()
 
 # Copies a file of this project into the tree, beside the programs.

@@ -62,8 +62,24 @@ QString toolProblem(const ToolPaths &tools, Tool tool)
     const QFileInfo file(tools.path(tool));
     if (!tools.path(tool).isEmpty() && file.isFile() && file.isExecutable())
         return {};
+    const QFileInfo link(QFileInfo(tools.batch).dir(), toolFileName(tool));
+    if (link.isSymLink() && !link.exists())
+        return labelText({"MESS_OUTIL_LIEN",
+                          "L'outil %1 est un lien vers « %2 », qui n'existe pas. Installez les outils de GDAL "
+                          "(sous Debian, le paquet gdal-bin) ou dirigez le lien « %3 » vers les vôtres."})
+            .arg(toolFileName(tool), link.symLinkTarget(), link.absoluteFilePath());
     return labelText({"MESS_OUTIL_ABSENT",
                       "L'outil %1 est introuvable ou ne peut pas être exécuté ; il doit se trouver à côté du "
                       "programme."})
         .arg(toolFileName(tool));
+}
+
+QString startProblems(const ToolPaths &tools)
+{
+    QStringList problems;
+    for (const Tool tool : {Tool::Dem, Tool::Contour, Tool::Translate}) {
+        if (tools.path(tool).isEmpty())
+            problems += toolProblem(tools, tool);
+    }
+    return problems.join(QLatin1Char('\n'));
 }

@@ -25,5 +25,8 @@ struct ToolPaths
 /// The tools in the program's folder; PATH is not searched. A link that leads nowhere counts as a missing tool.
 ToolPaths findTools(const QString &programFolder);
 
-/// Why the tool cannot be run, in a sentence; empty when it can.
+/// Why the tool cannot be run and, for a link that leads nowhere, how to mend that; empty when it can be run.
 QString toolProblem(const ToolPaths &tools, Tool tool);
+
+/// The problems of the tools that keep the program from starting, one a line; empty when it can start.
+QString startProblems(const ToolPaths &tools);

@@ -23,6 +23,9 @@ CPLStringList collectOptions(const QStringList &arguments)
         } else if (argument == QLatin1String(dtmOption) && index + 1 < arguments.size()) {
             ++index;
             options.SetNameValue(dtmOption, encodePath(arguments.at(index)).constData());
+        } else if (!argument.isEmpty() && !argument.startsWith(QLatin1Char('-'))
+                   && !options.FetchNameValue(dtmOption)) {
+            options.SetNameValue(dtmOption, encodePath(argument).constData());
         }
     }
     return options;

@@ -9,15 +9,17 @@
 /// The options that the main dialog starts with. Option names are lower case.
 struct StartupOptions
 {
-    bool any = false; ///< at least one of the options below was given
+    bool any = false; ///< at least one of the members below was given
 
     /// -keep_startingdir: the first file dialog for a DEM opens in the current directory.
     bool keepStartingDir = false;
 
-    QString startingDtm; ///< -startingdtm <path>: the first input DEM; empty when the option was not given
+    /// -startingdtm <path>, or the first argument that is no option, as a file manager passes it: the first
+    /// input DEM. The option takes precedence. Empty when there is neither.
+    QString startingDtm;
 };
 
-/// Reads the options. All other arguments are skipped.
+/// Reads the options and the first file. All other arguments are skipped.
 StartupOptions readStartupOptions(const QStringList &arguments);
 
 /// Whether "-stylesheet" is among the arguments. Qt removes that option and its value from the arguments of the

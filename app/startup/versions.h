@@ -3,7 +3,7 @@
 #include <QString>
 #include <QVector>
 
-/// Version of this program, such as "0.1.0".
+/// Version of this program, such as "1.0.0".
 QString programVersion();
 
 /// A library that the program uses.

@@ -12,7 +12,7 @@
 // million tiles need no more memory than their inputs.
 //
 //     {"format":1,"process":"slope","tiles":9,"width":12000,"height":12000,"tileSize":4096,"margin":1,
-//      "program":"0.1.0","tool":"GDAL 3.6.2, released 2022/09/01","recipe":{...},"recipeHash":"5ba93c9d"}
+//      "program":"1.0.0","tool":"GDAL 3.6.2, released 2022/09/01","recipe":{...},"recipeHash":"5ba93c9d"}
 //     {"input":0,"path":"/data/n45.tif","size":25934402,"time":"2026-05-01T10:00:00.000Z","cells":[0,0,3601,3601]}
 //     {"tile":0,"name":"r0000_c0000","window":[0,0,4096,4096],"inputs":[0],"stamp":"90f0a1b2c3d4e5f6"}
 

@@ -1,18 +1,34 @@
-# Installs into a scratch prefix and runs the batch program there, through its link.
-file(REMOVE_RECURSE "${PREFIX}")
-execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${PREFIX}" OUTPUT_QUIET RESULT_VARIABLE result)
+# Installs through DESTDIR under a prefix with a blank and accents, and runs the batch program where it came to stand,
+# through its link.
+file(REMOVE_RECURSE "${SCRATCH}")
+set(prefix "/préfixe d'essai")
+execute_process(COMMAND "${CMAKE_COMMAND}" -E env "DESTDIR=${SCRATCH}" "${CMAKE_COMMAND}" --install "${BUILD}" --prefix
+                        "${prefix}" OUTPUT_QUIET RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "the installation failed")
 endif()
-set(tree "${PREFIX}/lib/quvodemtoolbox")
+file(GLOB folders RELATIVE "${SCRATCH}${prefix}" "${SCRATCH}${prefix}/*")
+if(EXISTS "${prefix}" OR NOT folders STREQUAL "bin;lib;share")
+    message(FATAL_ERROR "the installation wrote elsewhere: ${folders}")
+endif()
+set(tree "${SCRATCH}${prefix}/lib/quvodemtoolbox")
 foreach(name gdal_dem.exe gdal_contour.exe gdal_intervisibility.exe gdal_translate.exe libraries/colormap/dtm.txt data/gdalvrt.xsd
         scale/Snakefile scale/slurm/config.yaml scale/slurm/array.sh)
     if(NOT EXISTS "${tree}/${name}")
         message(FATAL_ERROR "missing in the installed tree: ${name}")
     endif()
 endforeach()
-set(product "${PREFIX}/relief.tif")
-execute_process(COMMAND "${PREFIX}/bin/QuvoDemBatch" --process hillshade --input "${tree}/samples/sample_dem.tif"
+# Whoever removes the program removes the files of this list.
+file(STRINGS "${BUILD}/install_manifest.txt" installed ENCODING UTF-8)
+file(GLOB_RECURSE files RELATIVE "${SCRATCH}" "${SCRATCH}${prefix}/*")
+list(TRANSFORM files PREPEND "/")
+list(REMOVE_ITEM files ${installed})
+list(FILTER files EXCLUDE REGEX "/lib/quvodemtoolbox/(data|driver)/")
+if(files)
+    message(FATAL_ERROR "not in the list of installed files: ${files}")
+endif()
+set(product "${SCRATCH}/relief.tif")
+execute_process(COMMAND "${SCRATCH}${prefix}/bin/QuvoDemBatch" --process hillshade --input "${tree}/samples/sample_dem.tif"
                         --output "${product}" RESULT_VARIABLE result)
 if(NOT result EQUAL 0 OR NOT EXISTS "${product}")
     message(FATAL_ERROR "the installed program made no product")

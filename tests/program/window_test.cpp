@@ -37,6 +37,7 @@ void WindowTest::startsAndEnds_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("recent"); // the first recent DEM
     QTest::newRow("plain") << QStringList{} << QString();
+    QTest::newRow("a file of a file manager") << QStringList{dem} << dem;
     QTest::newRow("a DEM") << QStringList{"-keep_startingdir", "-startingdtm", dem} << dem;
 }
 

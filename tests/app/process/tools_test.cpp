@@ -25,8 +25,11 @@ void ToolsTest::missingTools()
     for (const QString &name : names) {
         QVERIFY(QFile::remove(folder.filePath(name)));
         QVERIFY(QFile::link("/no/such/tool", folder.filePath(name)));
-        QCOMPARE(findTools(folder.path()).isComplete(),
-                 name == names.last()); // only this tool may be missing
+        const ToolPaths tools = findTools(folder.path());
+        const bool mayStart = name == names.last(); // only this tool may be missing
+        QCOMPARE(tools.isComplete(), mayStart);
+        QCOMPARE(startProblems(tools).isEmpty(), mayStart);
+        QVERIFY(mayStart || startProblems(tools).contains("/no/such/tool")); // where the link leads
         QVERIFY(QFile::remove(folder.filePath(name)));
         writeFile(folder.filePath(name), "");
     }

@@ -29,8 +29,11 @@ void StartupOptionsTest::options_data()
     row("keep alone", {"-keep_startingdir"}, true, true, "");
     row("both", {"-startingdtm", "/a b/é=1.tif", "x", "-keep_startingdir"}, true, true, "/a b/é=1.tif");
     row("path missing", {"-startingdtm"}, false, false, "");
-    row("capitals", {"-KEEP_STARTINGDIR", "-StartingDtm", "a"}, false, false, "");
+    row("capitals", {"-KEEP_STARTINGDIR", "-StartingDtm"}, false, false, "");
     row("an option as path", {"-startingdtm", "-keep_startingdir"}, true, false, "-keep_startingdir");
+    row("a file alone", {"-unknown", "/a b/é=1.tif", "c.tif"}, true, false, "/a b/é=1.tif");
+    row("a file before the option", {"a", "-startingdtm", "b"}, true, false, "b");
+    row("an empty argument", {""}, false, false, "");
     row("the last path counts", {"-startingdtm", "a", "-startingdtm", "b"}, true, false, "b");
 }
 
