@@ -4,20 +4,16 @@
 // contour lines over the product named "hillshade". Needs no display.
 
 #include "dataset/gdalmessages.h"
-#include "dataset/rasterpicture.h"
-#include "vectordraw/featurelayer.h"
+#include "samples/productpicture.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 
-#include <gdal_priv.h>
 #include <ogrsf_frmts.h>
 
 #include <cstdio>
-#include <memory>
 
 namespace
 {
@@ -26,19 +22,7 @@ constexpr int side = 320; // of a picture, in pixels
 constexpr int margin = 16;
 constexpr int titleHeight = 28;
 constexpr int columns = 3;
-
-using DataSet = std::unique_ptr<GDALDataset>;
-
-QImage rasterPicture(const QString &file)
-{
-    const RasterPicture raster(file);
-    const QSize size = raster.size().scaled(side, side, Qt::KeepAspectRatio);
-    const QImage image = raster.read(QRect(QPoint(0, 0), raster.size()), size);
-    QImage picture(size, QImage::Format_RGB32);
-    picture.fill(Qt::white); // seen through cells without data
-    QPainter(&picture).drawImage(0, 0, image);
-    return image.isNull() ? image : picture;
-}
+constexpr QSize pictureSize(side, side);
 
 QString fileNamed(const QStringList &files, const QString &name)
 {
@@ -49,55 +33,28 @@ QString fileNamed(const QStringList &files, const QString &name)
     return {};
 }
 
-DataSet open(const QString &file)
-{
-    return DataSet(GDALDataset::Open(QFile::encodeName(file).constData(), GDAL_OF_RASTER | GDAL_OF_VECTOR));
-}
-
-/// A pale copy of the relief, as a background for lines.
-QImage paleRelief(const QString &relief)
-{
-    QImage ground = rasterPicture(relief).convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&ground);
-    painter.fillRect(ground.rect(), QColor(252, 250, 244, 130));
-    return ground;
-}
-
 /// Draws contour lines over the relief, which must have the same extent. Every fifth line, at multiples of 500
 /// m, is wider.
 QImage linesOver(const QString &reliefFile, OGRLayer &layer)
 {
-    using namespace vectordraw;
-    const DataSet relief = open(reliefFile);
-    if (!relief)
-        return {};
-    QImage picture = paleRelief(reliefFile);
-    View view{picture.width(), picture.height(), {}, {}};
-    relief->GetGeoTransform(view.geoTransform.data());
-    view.geoTransform[1] *= static_cast<double>(relief->GetRasterXSize()) / picture.width();
-    view.geoTransform[5] *= static_cast<double>(relief->GetRasterYSize()) / picture.height();
-    Surface surface =
-        Surface::onPixels(picture.bits(), picture.width(), picture.height(), picture.bytesPerLine());
-    Painter painter(surface, {96.0, view.groundPerPixel()});
+    FeaturePicture picture(reliefFile, pictureSize);
     for (const auto &[filter, pen] : {std::pair{"CAST(Z AS INTEGER) % 500 <> 0", "PEN(c:#8A5A3280,w:1px)"},
                                       {"CAST(Z AS INTEGER) % 500 = 0", "PEN(c:#8A5A32,w:1.1px)"}}) {
-        DefaultStyles styles;
+        vectordraw::DefaultStyles styles;
         styles.lines = pen;
         layer.SetAttributeFilter(filter);
-        FeatureLayer drawing(layer, view, painter, styles);
-        while (drawing.drawNext(100000)) { }
+        picture.draw(layer, styles);
     }
-    surface.flush();
-    return picture.copy();
+    return picture.image();
 }
 
 QImage pictureOf(const QString &file, const QStringList &files)
 {
-    const DataSet dataset = open(file);
+    const DataSet dataset = openData(file);
     if (!dataset)
         return {};
     if (dataset->GetRasterCount() > 0)
-        return rasterPicture(file);
+        return rasterPicture(file, pictureSize);
     return linesOver(fileNamed(files, QStringLiteral("hillshade")), *dataset->GetLayer(0));
 }
 

@@ -13,26 +13,26 @@ using enum Process;
 
 // clang-format off
 constexpr ProcessRow rows[] = {
-    {ShadedRelief, Tool::Dem, ProductKind::Raster, 1, 1, false, "hillshade", "shadedReliefIcon.png",
+    {ShadedRelief, Tool::Dem, ProductKind::Raster, 1, 1, false, "hillshade", "shadedReliefIcon.png", "shaded_relief",
      {"MESS_OMBRES", "Ombres"},
      {"MESS_CALC_OMBR_RELIEF", "Calcul d'une image ombrée du relief."}},
-    {Slope, Tool::Dem, ProductKind::Raster, 1, 4, false, "slope", "slopeIcon.png",
+    {Slope, Tool::Dem, ProductKind::Raster, 1, 4, false, "slope", "slopeIcon.png", "slope",
      {"MESS_PENTES", "Pentes"},
      {"MESS_CALC_CARTE_PENTE", "Calcul d'une carte des pentes."}},
-    {Aspect, Tool::Dem, ProductKind::Raster, 1, 4, false, "aspect", "aspectIcon.png",
+    {Aspect, Tool::Dem, ProductKind::Raster, 1, 4, false, "aspect", "aspectIcon.png", "aspect",
      {"MESS_ORIENTATIONS", "Orientations"},
      {"MESS_CALC_ORIENT_DEG", "Calcul d'une carte des orientations en degrés."}},
     {Intervisibility, Tool::Intervisibility, ProductKind::Raster, 3, 1, false, "intervisibility",
-     "intervisibility.png",
+     "intervisibility.png", "intervisibility",
      {"MESS_INTERVIS", "Intervisibilité"},
      {"MESS_CALC_INTERVIS", "Calcul d'une carte d'intervisibilité"}},
-    {ColorRelief, Tool::Dem, ProductKind::Raster, 3, 1, true, "color", "colorReliefIcon.png",
+    {ColorRelief, Tool::Dem, ProductKind::Raster, 3, 1, true, "color", "colorReliefIcon.png", "colour_relief",
      {"MESS_RELIEF_COUL", "Relief en couleur"},
      {"MESS_CALC_COUL_RELIEF", "Calcul d'une image en couleur du relief."}},
-    {Contour, Tool::Contour, ProductKind::Vector, 0, 0, false, "contour_lines", "contoursIcon.png",
+    {Contour, Tool::Contour, ProductKind::Vector, 0, 0, false, "contour_lines", "contoursIcon.png", "contour_lines",
      {"MESS_CN", "Courbes de niveau"},
      {"MESS_CN_GEN_FIC_VECT", "Génération d'un fichier vectoriel de courbes de niveau"}},
-    {TriTpiRoughness, Tool::Dem, ProductKind::Raster, 1, 4, false, "roughness", "AnalysisIcon.png",
+    {TriTpiRoughness, Tool::Dem, ProductKind::Raster, 1, 4, false, "roughness", "AnalysisIcon.png", "terrain_indices",
      {"MESS_ANALYSE", "Analysis"},
      {"MESS_CALC_RESULTAT", "Calcul du résultat"}},
 };
@@ -64,6 +64,11 @@ template <std::size_t... indexes> QVector<NamedProcess> allWords(std::index_sequ
 const ProcessRow &processRow(Process process)
 {
     return rows[static_cast<std::size_t>(process)];
+}
+
+QString helpPage(std::optional<Process> process)
+{
+    return QString::fromLatin1(process ? processRow(*process).page : "index");
 }
 
 bool usesNeighbours(Process process)

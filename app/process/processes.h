@@ -7,6 +7,7 @@
 #include <QVector>
 
 #include <cstddef>
+#include <optional>
 
 /// The processes, in the order of the alternatives of ProcessOptions.
 enum class Process
@@ -54,12 +55,16 @@ struct ProcessRow
     bool takesColorTable; ///< the tool reads a colour table file
     const char *suffix;   ///< suffix of the proposed output name
     const char *icon;     ///< file of the tab's picture in the folder of the tab icons
+    const char *page;     ///< page of the guide
     Label title;          ///< title of the tab
     Label stepTitle;      ///< title of the progress window while the process runs
 };
 
 /// The row of a process; Process::Count has none.
 const ProcessRow &processRow(Process process);
+
+/// The page of the guide about a process; its index where there is none.
+QString helpPage(std::optional<Process> process);
 
 /// Whether the tool computes each cell of the product from the eight cells around it.
 bool usesNeighbours(Process process);

@@ -253,9 +253,10 @@ void SettingsMenu::slot_planTiles()
 void SettingsMenu::slot_showHelp()
 {
     if (!m_pHelpDialog) {
-        m_pHelpDialog = new HelpDialog(m_window.widget);
+        m_pHelpDialog = new HelpDialog(guideFolder(), m_window.widget);
         m_pHelpDialog->setAttribute(Qt::WA_DeleteOnClose);
     }
+    m_pHelpDialog->showPage(m_window.helpPage());
     m_pHelpDialog->show();
     m_pHelpDialog->raise();
     m_pHelpDialog->activateWindow();

@@ -29,6 +29,7 @@ public:
         std::function<void(const Recipe &)> setRecipe; ///< shows settings that openRecipe() has checked
         std::function<bool()> mayLaunch;               ///< returns whether a launch may begin
         std::function<QString()> commandToCopy;        ///< returns a command; empty after a warning
+        std::function<QString()> helpPage;             ///< returns the page of the guide to open
     };
 
     /// `button`, `run` and the dialog outlive the menu.

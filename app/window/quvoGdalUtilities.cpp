@@ -73,7 +73,8 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
                              .recipe = [this] { return recipe(); },
                              .setRecipe = [this](const Recipe &recipe) { setRecipe(recipe); },
                              .mayLaunch = [this] { return mayLaunch(); },
-                             .commandToCopy = [this] { return commandToCopy(); }});
+                             .commandToCopy = [this] { return commandToCopy(); },
+                             .helpPage = [this] { return helpPage(m_tabs->currentProcess()); }});
 
     m_kept = std::make_unique<KeptSettings>(
         *m_tabs,

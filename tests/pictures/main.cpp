@@ -468,10 +468,12 @@ void addResults(Album &album)
 
 void addSettings(Album &album)
 {
-    HelpDialog help(nullptr);
+    HelpDialog help(QStringLiteral(QUVO_TREE "/guide"), nullptr);
     album.add(help, QStringLiteral("help"));
-    help.findChild<QTextBrowser *>()->moveCursor(QTextCursor::End);
-    album.add(help, QStringLiteral("help_end"));
+    help.showPage(QStringLiteral("shaded_relief"));
+    album.add(help, QStringLiteral("help_page"));
+    help.resize(help.width() / 2, help.height());
+    album.add(help, QStringLiteral("help_narrow"));
     const QString file = QDir::tempPath() + QStringLiteral("/terrain/runs.json");
     QFile::remove(file);
     const QDateTime first(QDate(2024, 5, 6), QTime(7, 8), Qt::UTC);
