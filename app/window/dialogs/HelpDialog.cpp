@@ -133,6 +133,37 @@ void fitPictures(QTextDocument &document, const QUrl &page, double width)
     }
 }
 
+/// Gives code a monospace font, which Qt does not where the desktop names none, and a background of the palette;
+/// gives headings some room above, and tables no lines.
+void refine(QTextDocument &document, const QPalette &palette)
+{
+    QTextCharFormat code;
+    code.setFontFamilies({QStringLiteral("monospace")});
+    code.setFontFamily(QStringLiteral("monospace"));
+    code.setFontStyleHint(QFont::Monospace);
+    code.setBackground(palette.alternateBase());
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        QVector<QTextFragment> codes;
+        for (auto at = block.begin(); !at.atEnd(); ++at) {
+            if (at.fragment().charFormat().hasProperty(QTextFormat::FontFixedPitch))
+                codes += at.fragment();
+        }
+        for (const QTextFragment &fragment : std::as_const(codes))
+            format(cursor, fragment, code);
+        QTextBlockFormat room;
+        if (block.blockFormat().headingLevel() > 1)
+            room.setTopMargin(QFontMetricsF(document.defaultFont()).height());
+        if (block.blockFormat().nonBreakableLines())
+            room.setBackground(palette.alternateBase());
+        cursor.setPosition(block.position());
+        cursor.mergeBlockFormat(room);
+    }
+    cursor.endEditBlock();
+    refineTables(document);
+}
+
 QString pageOf(const QUrl &url)
 {
     return QFileInfo(url.path()).completeBaseName();
