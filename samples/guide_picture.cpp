@@ -1,8 +1,8 @@
 // guide_picture <picture.png> <product> [<relief> | --numbers]
 //
-// Paints a product for the guide, in a small picture. With a relief of the same extent, the product is drawn over
-// it: features in their own styles, a raster half transparent. With --numbers the greys go from the least to the
-// greatest value. Needs no display.
+// Paints a product for the guide, in a small picture. With a relief of the same extent, the product is drawn
+// over it: features in their own styles, a raster half transparent. With --numbers the greys go from the least
+// to the greatest value. Needs no display.
 
 #include "dataset/gdalmessages.h"
 #include "dataset/rasterpicture.h"

@@ -53,13 +53,18 @@ QStringList pageNames(const QString &folder)
     return names;
 }
 
-/// A text of the window as the guide quotes it: on one line, with … for %1, and without a colon, dots or a %1 at
-/// its end.
+/// A text of the window as the guide quotes it: on one line, with … for %1, and without a colon, dots or a %1
+/// at its end.
 QString quoted(QString text)
 {
     static const QRegularExpression end(QStringLiteral("( ?:|…|\\.\\.\\.)?( \\(?…\\)?)?$"));
     static const QRegularExpression place(QStringLiteral("%[0-9]"));
-    return text.replace(place, "…").replace("\\n", " ").replace(QChar(0xA0), ' ').simplified().remove('&').remove(end);
+    return text.replace(place, "…")
+        .replace("\\n", " ")
+        .replace(QChar(0xA0), ' ')
+        .simplified()
+        .remove('&')
+        .remove(end);
 }
 
 QSet<QString> englishTexts()
@@ -116,7 +121,8 @@ void GuideTest::linksAndPicturesResolve()
         const QStringList links = matches(text, "(?<!!)\\[[^\\]]+\\]\\(([^)]+)\\)");
         for (const QString &file : links + pictures(text)) {
             const QString path = QDir::cleanPath(folder + '/' + file);
-            QVERIFY2(path.startsWith(guide + '/') && QFileInfo(path).isFile(), qPrintable(page.name + ": " + file));
+            QVERIFY2(path.startsWith(guide + '/') && QFileInfo(path).isFile(),
+                     qPrintable(page.name + ": " + file));
         }
     }
     listed.sort();
@@ -171,7 +177,8 @@ void GuideTest::everyOptionIsExplained()
             const QString text = guideText(guide + language, helpPage(process.process));
             for (const FieldDescription &field : describeOptions(process.defaults)) {
                 const QString name = field.name.startsWith("shade.") ? QStringLiteral("shade.") : field.name;
-                QVERIFY2(text.contains('`' + name), qPrintable(language + ' ' + processWord(process.defaults) + ' ' + field.name));
+                QVERIFY2(text.contains('`' + name),
+                         qPrintable(language + ' ' + processWord(process.defaults) + ' ' + field.name));
             }
         }
     }

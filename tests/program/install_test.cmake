@@ -13,7 +13,7 @@ if(EXISTS "${prefix}" OR NOT folders STREQUAL "bin;lib;share")
 endif()
 set(tree "${SCRATCH}${prefix}/lib/quvodemtoolbox")
 foreach(name gdal_dem.exe gdal_contour.exe gdal_intervisibility.exe gdal_translate.exe libraries/colormap/dtm.txt data/gdalvrt.xsd
-        scale/Snakefile scale/slurm/config.yaml scale/slurm/array.sh)
+        guide/fr/index.md guide/pictures/tri.png scale/Snakefile scale/slurm/config.yaml scale/slurm/array.sh)
     if(NOT EXISTS "${tree}/${name}")
         message(FATAL_ERROR "missing in the installed tree: ${name}")
     endif()

@@ -53,7 +53,8 @@ public:
         const QString text = guideText(file.path(), file.completeBaseName());
         if (!text.isEmpty())
             return text;
-        return labelText({"MESS_AIDE_ABSENTE", "La page « %1 » du guide ne peut pas être lue dans le dossier « %2 »."})
+        return labelText({"MESS_AIDE_ABSENTE",
+                          "La page « %1 » du guide ne peut pas être lue dans le dossier « %2 »."})
             .arg(file.completeBaseName(), file.path());
     }
 
@@ -133,8 +134,8 @@ void fitPictures(QTextDocument &document, const QUrl &page, double width)
     }
 }
 
-/// Gives code a monospace font, which Qt does not where the desktop names none, and a background of the palette;
-/// gives headings some room above, and tables no lines.
+/// Gives code a monospace font, which Qt does not where the desktop names none, and a background of the
+/// palette; gives headings some room above, and tables no lines.
 void refine(QTextDocument &document, const QPalette &palette)
 {
     QTextCharFormat code;
@@ -181,7 +182,8 @@ QToolButton *button(const char *picture, const QKeySequence &keys, QWidget *pare
 
 void setButtonText(QToolButton &button, const QString &text)
 {
-    button.setToolTip(QStringLiteral("%1 (%2)").arg(text, button.shortcut().toString(QKeySequence::NativeText)));
+    button.setToolTip(
+        QStringLiteral("%1 (%2)").arg(text, button.shortcut().toString(QKeySequence::NativeText)));
     button.setAccessibleName(text);
 }
 
@@ -311,8 +313,7 @@ void HelpDialog::slot_pageShown(const QUrl &url)
 void HelpDialog::search(QTextDocument::FindFlags direction)
 {
     const QString text = m_pFind->text();
-    const bool isFound =
-        text.isEmpty() || m_pGuide->find(text, direction) || searchOtherPages(text, direction);
+    const bool isFound = text.isEmpty() || m_pGuide->find(text, direction) || searchOtherPages(text, direction);
     m_pNotFound->setVisible(!isFound);
 }
 

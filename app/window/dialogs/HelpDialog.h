@@ -12,8 +12,8 @@ class QTextBrowser;
 class QToolButton;
 class QUrl;
 
-/// Shows the guide in the language in use, page by page: a list of the pages, which a narrow window hides, buttons for
-/// the pages seen before, and a field that searches all pages.
+/// Shows the guide in the language in use, page by page: a list of the pages, which a narrow window hides,
+/// buttons for the pages seen before, and a field that searches all pages.
 class HelpDialog : public QDialog
 {
     Q_OBJECT

@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <QVector>
 
-// The guide is a folder with a folder of Markdown pages for each language ("en", "fr") and one of pictures. A page is
-// named by its file, without the extension.
+// The guide is a folder with a folder of Markdown pages for each language ("en", "fr") and one of pictures. A
+// page is named by its file, without the extension.
 
 /// A page and its title.
 struct GuidePage
@@ -23,8 +23,8 @@ QString guideFolder();
 /// The folder of the pages in the language in use.
 QString guidePageFolder(const QString &guide);
 
-/// The index and the pages that it links to, in the order of the links, each only once. A page without a title or that
-/// is missing has its name as the title. Empty where the index cannot be read.
+/// The index and the pages that it links to, in the order of the links, each only once. A page without a title
+/// or that is missing has its name as the title. Empty where the index cannot be read.
 QVector<GuidePage> guidePages(const QString &pageFolder);
 
 /// The text of a page in Markdown; null where it cannot be read.

@@ -2,6 +2,7 @@
 #include "app/window/RecentRunsDialog.h"
 #include "app/window/TilesDialog.h"
 #include "app/window/dialogs/HelpDialog.h"
+#include "app/window/mnemonics.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
 #include "tests/support/programs.h"
@@ -42,6 +43,7 @@ private slots:
     void copiedCommandMakesTheProduct();
     void recentRuns();
     void tiles();
+    void helpOpensThePageOfTheTab();
     void languages();
 
 private:
@@ -421,6 +423,29 @@ void SettingsMenuTest::tiles()
     QTRY_VERIFY(refused.findChild<QPushButton *>("m_pPBPlan")->isEnabled());
     QVERIFY(Prompt::takeShown().value(0).contains("part"));
     QVERIFY(!refused.findChild<QPlainTextEdit *>("m_pCommand")->isEnabled());
+}
+
+void SettingsMenuTest::helpOpensThePageOfTheTab()
+{
+    Dialog dialog(m_tools);
+    dialog.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog.window));
+    const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
+    QSet<QString> pages;
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        QTest::keyClick(&dialog.window, Qt::Key_F1);
+        const auto help = dialog.window.findChild<HelpDialog *>();
+        QVERIFY(help);
+        const QString title = help->findChild<QTextBrowser *>()->toPlainText().section('\n', 0, 0);
+        pages += title;
+        // The page has the name of the tab, but for that of the terrain indices.
+        const QString name = withoutMnemonic(tabs->tabText(tab));
+        QVERIFY2(title == name || help->page() == QLatin1String("terrain_indices"), qPrintable(name + title));
+        dialog.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog.window));
+    }
+    QCOMPARE(pages.size(), tabs->count());
 }
 
 void SettingsMenuTest::languages()
