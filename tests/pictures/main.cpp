@@ -82,8 +82,8 @@ QPalette darkPalette()
 /// Whether the windows are checked instead of grabbed.
 bool isCheck = false;
 
-/// The least screen, in pixels, less the frame of a window and the desktop's bar.
-constexpr QSize leastScreen(1024 - 2, 600 - 60);
+/// The least screen, in pixels, less the frame of a window.
+constexpr QSize leastScreen(1024 - 2, 600 - 32);
 
 class Album
 {

@@ -71,9 +71,13 @@ QList<QWidget *> tabOrder(const QWidget &window)
     return controls;
 }
 
+/// The part of a control that a person sees, in the coordinates of the window; empty where it is scrolled away.
 QRect placeIn(const QWidget &window, const QWidget &control)
 {
-    return {control.mapTo(const_cast<QWidget *>(&window), QPoint(0, 0)), control.size()};
+    QRect place = control.rect();
+    for (const QWidget *widget = &control; widget != &window; widget = widget->parentWidget())
+        place = place.intersected(widget->rect()).translated(widget->pos());
+    return place.intersected(window.rect());
 }
 
 } // namespace
@@ -92,6 +96,8 @@ QStringList windowProblems(const QWidget &window, const QSize &screen)
         if (!hasName(*control))
             problems += nameOf(*control) + QStringLiteral(" has no name");
         const QRect place = placeIn(window, *control);
+        if (place.isEmpty())
+            continue;
         const bool isLate = std::any_of(before.begin(), before.end(), [&](const QRect &other) {
             return place.bottom() < other.top() && place.left() < other.right() && other.left() < place.right();
         });
@@ -99,6 +105,8 @@ QStringList windowProblems(const QWidget &window, const QSize &screen)
             problems += nameOf(*control) + QStringLiteral(" comes too late in the order of the Tab key");
         before += place;
     }
+    if (!window.inherits("QDialog"))
+        return problems; // part of a window
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
     if (least.width() > screen.width() || least.height() > screen.height())
         problems += QStringLiteral("the window needs %1 x %2").arg(least.width()).arg(least.height());

@@ -432,7 +432,7 @@ void SettingsMenuTest::languages()
     const auto guide = dialog.window.findChild<HelpDialog *>()->findChild<QTextBrowser *>();
     const auto button = dialog.find<QToolButton>("m_pTBSettings");
     const QList<QAction *> actions = button->menu()->actions();
-    const QList<QAction *> choices = actions.at(6)->menu()->actions();
+    const QList<QAction *> choices = actions.at(10)->menu()->actions();
     const QString french = guide->toPlainText();
     QVERIFY(french.contains("relief") && choices.at(0)->isChecked());
     const QString recent = actions.at(4)->text();
