@@ -470,7 +470,9 @@ void addSettings(Album &album)
 
 int main(int argc, char *argv[])
 {
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); // Qt 6 always uses them
+#endif
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     const bool isDark = arguments.value(4) == QLatin1String("dark");
