@@ -127,7 +127,7 @@ int main(int argc, char *argv[])
         return 0; // kept so on purpose: a missing tool is not a failure of this program
     }
     Environment environment = readEnvironment(QApplication::applicationFilePath());
-    environment.language = chosenLanguage(environment.language);
+    environment.language = chosenLanguage(environment.language, environment.messagesPath);
     exportInstallDir(environment.installDir);
     applyLanguage(environment);
     prepareGdal(environment);
