@@ -1,7 +1,8 @@
-# quvo_precompile() lets the targets that quvo_target() was called for share two precompiled headers. Called after all
-# targets. One header is for targets that reach Qt Widgets, and one for those that reach only Qt Core; a target without Qt
-# has none. So a core target still sees no widget. A build without QUVO_PRECOMPILED, such as the preset release, checks
-# that every file includes what it uses.
+# quvo_precompile() lets the targets that quvo_target() was called for share two precompiled headers: one for targets that
+# reach Qt Widgets, and one for those that reach only Qt Core; a target without Qt has none. So a core target still sees
+# no widget. A target that uses Pango has none either: its package file adds -pthread, which the headers are compiled
+# without. Called after all targets. A build without QUVO_PRECOMPILED, such as the preset release, checks that every file
+# includes what it uses.
 
 option(QUVO_PRECOMPILED "Share precompiled headers: faster to compile, but a missing include goes unnoticed" OFF)
 
@@ -29,7 +30,10 @@ function(quvo_precompile)
     foreach(target IN LISTS targets)
         _quvo_reaches(${target} "Quvo::QtWidgets" widgets)
         _quvo_reaches(${target} "Quvo::Qt" qt)
-        if(widgets)
+        get_target_property(libraries ${target} LINK_LIBRARIES)
+        if("PkgConfig::PANGO" IN_LIST libraries)
+            continue()
+        elseif(widgets)
             target_precompile_headers(${target} REUSE_FROM precompiled_widgets)
         elseif(qt)
             target_precompile_headers(${target} REUSE_FROM precompiled_core)
