@@ -76,8 +76,8 @@ QImage linesOver(const QString &reliefFile, OGRLayer &layer)
     relief->GetGeoTransform(view.geoTransform.data());
     view.geoTransform[1] *= static_cast<double>(relief->GetRasterXSize()) / picture.width();
     view.geoTransform[5] *= static_cast<double>(relief->GetRasterYSize()) / picture.height();
-    Surface surface =
-        Surface::onPixels(picture.bits(), picture.width(), picture.height(), picture.bytesPerLine());
+    Surface surface = Surface::onPixels(picture.bits(), picture.width(), picture.height(),
+                                        static_cast<int>(picture.bytesPerLine()));
     Painter painter(surface, {96.0, view.groundPerPixel()});
     for (const auto &[filter, pen] : {std::pair{"CAST(Z AS INTEGER) % 500 <> 0", "PEN(c:#8A5A3280,w:1px)"},
                                       {"CAST(Z AS INTEGER) % 500 = 0", "PEN(c:#8A5A32,w:1.1px)"}}) {
@@ -113,12 +113,13 @@ int main(int argc, char *argv[])
         std::fputs("usage: contact_sheet <sheet.png> <file>...\n", stderr);
         return 2;
     }
-    const int rows = (static_cast<int>(files.size()) + columns - 1) / columns;
+    const int count = static_cast<int>(files.size());
+    const int rows = (count + columns - 1) / columns;
     QImage sheet(columns * (side + margin) + margin, rows * (side + titleHeight + margin) + margin,
                  QImage::Format_RGB32);
     sheet.fill(Qt::white);
     QPainter painter(&sheet);
-    for (int at = 0; at < files.size(); ++at) {
+    for (int at = 0; at < count; ++at) {
         const QImage picture = pictureOf(files.at(at), files);
         if (picture.isNull()) {
             std::fprintf(stderr, "%s cannot be painted\n", qUtf8Printable(files.at(at)));

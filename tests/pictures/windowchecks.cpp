@@ -21,6 +21,12 @@ QString nameOf(const QWidget &widget)
     return QStringLiteral("%1 %2").arg(QLatin1String(widget.metaObject()->className()), widget.objectName());
 }
 
+bool takesTab(const QWidget &widget)
+{
+    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisible() && widget.isEnabled()
+        && !widget.focusProxy();
+}
+
 /// Whether the text of a label, a button or a list needs more room than it has.
 bool isCut(const QWidget &widget)
 {
@@ -46,12 +52,6 @@ bool isCut(const QWidget &widget)
         return combo->fontMetrics().horizontalAdvance(combo->currentText()) > room.width() + rounding;
     }
     return false;
-}
-
-bool takesTab(const QWidget &widget)
-{
-    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisible() && widget.isEnabled()
-        && !widget.focusProxy();
 }
 
 bool hasName(QWidget &widget)
@@ -87,8 +87,13 @@ QStringList windowProblems(const QWidget &window, const QSize &screen)
     QStringList problems;
     const QList<QWidget *> widgets = window.findChildren<QWidget *>();
     for (const QWidget *widget : widgets) {
-        if (widget->isVisible() && isCut(*widget))
+        if (!widget->isVisible())
+            continue;
+        if (isCut(*widget))
             problems += nameOf(*widget) + QStringLiteral(" is cut");
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        if (label && label->text().contains(QLatin1String("<a href")) && !takesTab(*label))
+            problems += nameOf(*widget) + QStringLiteral(" has a link that the keyboard does not reach");
     }
     const QList<QWidget *> controls = tabOrder(window);
     QList<QRect> before;

@@ -45,7 +45,7 @@ QImage plain(const QSize &size, const QColor &color)
 QStringList textsOf(const MapLegend &legend)
 {
     QStringList texts;
-    const auto widthOf = [](const QString &text, bool) { return 6.0 * text.size(); };
+    const auto widthOf = [](const QString &text, bool) { return 6.0 * static_cast<double>(text.size()); };
     for (const auto &text : legendDrawing(legend, 400.0, widthOf, english).texts)
         texts += text.text;
     return texts;
