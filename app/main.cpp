@@ -61,7 +61,7 @@ void applyLanguage(const Environment &environment)
 Environment chosenEnvironment()
 {
     Environment environment = readEnvironment(QApplication::applicationFilePath());
-    environment.language = chosenLanguage(environment.language);
+    environment.language = chosenLanguage(environment.language, environment.messagesPath);
     return environment;
 }
 

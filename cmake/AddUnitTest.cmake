@@ -1,14 +1,25 @@
-# quvo_test(<folder>/<unit> LIBRARIES <targets…> [TIMEOUT seconds] [LAUNCHER command…])
+# quvo_test(<folder>/<unit> LIBRARIES <targets…> [PROGRAMS <targets…>] [TIMEOUT seconds] [LAUNCHER command…])
 #
 # Builds tests/<folder>/<unit>_test.cpp (Qt Test) and adds it to ctest as <folder>/<unit>. Each test runs without a
 # display and with a home folder of its own in the build. It fails on a Qt warning that it did not announce with
-# QTest::ignoreMessage. TIMEOUT: 60 seconds by default. LAUNCHER: a command that starts the test program.
+# QTest::ignoreMessage. PROGRAMS: what the test starts. TIMEOUT: 60 seconds by default. LAUNCHER: a command that starts the
+# test program. A test whose libraries or programs are left out for want of Qwt is left out, too.
 function(quvo_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT" "LIBRARIES;LAUNCHER")
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT" "LIBRARIES;PROGRAMS;LAUNCHER")
     string(REPLACE "/" "_" target "test_${name}")
+    get_property(left_out GLOBAL PROPERTY QUVO_WITHOUT_QWT)
+    foreach(needed IN LISTS ARG_LIBRARIES ARG_PROGRAMS)
+        if(needed IN_LIST left_out)
+            set_property(GLOBAL APPEND PROPERTY QUVO_WITHOUT_QWT ${target})
+            return()
+        endif()
+    endforeach()
     add_executable(${target} "${PROJECT_SOURCE_DIR}/tests/${name}_test.cpp")
     quvo_target(${target})
     target_link_libraries(${target} PRIVATE test_support ${ARG_LIBRARIES} Quvo::QtTest)
+    if(ARG_PROGRAMS)
+        add_dependencies(${target} ${ARG_PROGRAMS})
+    endif()
     set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     add_test(NAME ${name} COMMAND ${ARG_LAUNCHER} $<TARGET_FILE:${target}>)
     if(NOT ARG_TIMEOUT)

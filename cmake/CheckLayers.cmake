@@ -5,28 +5,36 @@
 # and reports each include and each class that its room may not use; ctest runs it as "layers". With -D CHART=<file>
 # it writes the chart of the rooms into that file instead; the target "chart" does so.
 
-function(_quvo_reaches target found)
-    set(result "")
-    get_target_property(libraries ${target} LINK_LIBRARIES)
-    get_target_property(interface ${target} INTERFACE_LINK_LIBRARIES)
-    foreach(library IN LISTS libraries interface)
-        string(REGEX REPLACE "^\\$<LINK_ONLY:(.*)>$" "\\1" library "${library}")
-        if(library MATCHES "QtWidgets|Qt[56]::Widgets|[Qq]wt")
-            set(result "${target} -> ${library}")
-        elseif(TARGET "${library}" AND NOT library MATCHES "^(Quvo::Qt|Qt[56]::|GDAL::)")
-            _quvo_reaches(${library} below)
-            if(below)
-                set(result "${target} -> ${below}")
+# Finds a way from the target to a library whose name matches the pattern, over any number of links; empty: there is none.
+function(_quvo_reaches target pattern found)
+    set(seen "${target}")
+    set(rest "${target}")
+    while(rest)
+        list(POP_FRONT rest from)
+        get_target_property(libraries ${from} LINK_LIBRARIES)
+        get_target_property(interface ${from} INTERFACE_LINK_LIBRARIES)
+        foreach(library IN LISTS libraries interface)
+            string(REGEX REPLACE "^\\$<LINK_ONLY:(.*)>$" "\\1" library "${library}")
+            if(library IN_LIST seen)
+                continue()
             endif()
-        endif()
-    endforeach()
-    set(${found} "${result}" PARENT_SCOPE)
+            list(APPEND seen "${library}")
+            set(way_to_${library} "${way_to_${from}}${from} -> ")
+            if(library MATCHES "${pattern}")
+                set(${found} "${way_to_${library}}${library}" PARENT_SCOPE)
+                return()
+            elseif(TARGET "${library}" AND NOT library MATCHES "^(Quvo::|Qt[56]::|GDAL::)")
+                list(APPEND rest "${library}")
+            endif()
+        endforeach()
+    endwhile()
+    set(${found} "" PARENT_SCOPE)
 endfunction()
 
 # Marks a library that works without widgets; call it after the target's target_link_libraries.
 function(quvo_core_target target)
     set_target_properties(${target} PROPERTIES AUTOUIC OFF) # the forms of its folder belong to another target
-    _quvo_reaches(${target} found)
+    _quvo_reaches(${target} "QtWidgets|Qt[56]::Widgets|[Qq]wt" found)
     if(found)
         message(FATAL_ERROR "A target without widgets reaches them: ${found}")
     endif()
@@ -56,7 +64,7 @@ set(layers
     "dataset/join: dataset dataset/contours dataset/views messages"
     "dataset/chooser: dataset messages"
     "dataset/extraction: dataset messages"
-    "colortable/legend: colortable"
+    "colortable/legend: colortable messages"
     "colortable/editor: colortable colortable/formats/tableexport.h colortable/legend dataset messages"
     "runner: messages dataset/pathencoding.h"
     "panels/options: colortable dataset messages runner/commandsplit.h runner/quoting.h"
@@ -79,7 +87,7 @@ set(layers
     "app/window/input: app/startup app/process app/series panels panels/options dataset dataset/chooser dataset/extraction dataset/views messages"
     "app/window/dialogs: app/startup panels panels/light panels/options runner messages"
     "app/window/launch: app/process app/recipe app/run app/preview panels panels/options runner dataset messages"
-    "app/window: app/window/dialogs app/window/launch app/tiles app/startup app/process app/recipe app/run app/preview app/window/input panels panels/light panels/options runner dataset dataset/views messages"
+    "app/window: app/window/dialogs app/window/launch app/tiles app/startup app/process app/recipe app/run app/preview app/window/input panels panels/controls/focusorder.h panels/light panels/options runner dataset dataset/views messages"
     "app/batch: dataset/contours dataset/join app/tiles app/startup app/process app/recipe app/run panels/options runner dataset dataset/views messages"
     "app/main.cpp: app/startup app/process app/window dataset messages"
     "resources: "

@@ -2,6 +2,12 @@
 
 function(quvo_target target)
     target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
+    set_property(GLOBAL APPEND PROPERTY QUVO_TARGETS ${target})
+    quvo_compile_options(${target})
+endfunction()
+
+# Sets what a precompiled header and the files that use it must agree on.
+function(quvo_compile_options target)
     target_compile_definitions(${target} PRIVATE
         QT_DISABLE_DEPRECATED_BEFORE=0x050F00
         QT_NO_CAST_TO_ASCII

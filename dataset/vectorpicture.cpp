@@ -25,8 +25,8 @@ struct VectorPicture::Drawing
 {
     Drawing(QImage &image, const std::array<double, 6> &toGround, double lineWidth)
         : view{image.width(), image.height(), toGround, {}}
-        , surface(
-              vectordraw::Surface::onPixels(image.bits(), image.width(), image.height(), image.bytesPerLine()))
+        , surface(vectordraw::Surface::onPixels(image.bits(), image.width(), image.height(),
+                                                static_cast<int>(image.bytesPerLine())))
         , painter(surface, {96.0, view.groundPerPixel()})
     {
         // No pen is narrower than a pixel: a line that should be is paler instead.

@@ -2,6 +2,7 @@
 
 #include "messages/KeyTranslator.h"
 #include "messages/dicoindex.h"
+#include "messages/languages.h"
 #include "messages/logging.h"
 
 #include <QCoreApplication>
@@ -42,23 +43,34 @@ KeyTranslator::Texts readTexts(const QString &dataPath)
     return texts;
 }
 
-KeyTranslator::Texts readLanguage(const QString &folder, const QString &language)
+/// The texts of a language, and the locale for Qt's own texts and for numbers.
+struct LanguageTexts
+{
+    KeyTranslator::Texts texts;
+    QString locale;
+};
+
+LanguageTexts readLanguage(const QString &folder, const QString &name)
 {
     const QString stem = QDir(folder).filePath(QStringLiteral("geodico"));
-    const QString suffix = QString::fromLatin1(dicoLanguage(language.toStdString()).suffix);
-    for (const QString &path : {stem + suffix, stem + QStringLiteral(".lc")}) {
-        KeyTranslator::Texts texts = readTexts(path);
-        if (!texts.isEmpty())
-            return texts;
+    const Language language = languageNamed(name);
+    const QString english = QStringLiteral("en");
+    LanguageTexts read{readTexts(stem + QString::fromLatin1(dicoLanguage(name.toStdString()).suffix)),
+                       language.locale};
+    if (read.texts.isEmpty()) {
+        read.texts = readTexts(stem + QStringLiteral(".lc"));
+        if (read.texts.isEmpty())
+            qCWarning(lcMessages, "no dictionary in %s for %s", qUtf8Printable(folder), qUtf8Printable(name));
+        if (read.locale != english)
+            read.locale = allLanguages().first().locale; // the default texts are French
+    } else if (read.locale != allLanguages().first().locale && read.locale != english) {
+        const KeyTranslator::Texts others = readTexts(stem + QStringLiteral(".an"));
+        for (auto text = others.begin(); text != others.end(); ++text) {
+            if (!read.texts.contains(text.key()))
+                read.texts.insert(text.key(), text.value());
+        }
     }
-    qCWarning(lcMessages, "no dictionary in %s for %s", qUtf8Printable(folder), qUtf8Printable(language));
-    return {};
-}
-
-/// Qt's name of the language: French unless it is English, because the default texts are French.
-QString qtLanguage(const QString &language)
-{
-    return dicoLanguage(language.toStdString()).number == 1 ? QStringLiteral("en") : QStringLiteral("fr");
+    return read;
 }
 
 } // namespace
@@ -83,11 +95,13 @@ void QuvoLanguageManager::defaultSetup(const QString &messagesPath, const QStrin
 #else
     const QString translations = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
 #endif
-    if (m_qtTexts->load(QStringLiteral("qtbase_") + qtLanguage(language), translations))
+    const LanguageTexts read = readLanguage(messagesPath, language);
+    const QLocale locale(read.locale);
+    if (m_qtTexts->load(locale, QStringLiteral("qtbase"), QStringLiteral("_"), translations))
         QCoreApplication::installTranslator(m_qtTexts.get());
-    m_texts = std::make_unique<KeyTranslator>(readLanguage(messagesPath, language), nullptr);
+    m_texts = std::make_unique<KeyTranslator>(read.texts, nullptr);
     QCoreApplication::installTranslator(m_texts.get());
-    QLocale::setDefault(QLocale(qtLanguage(language)));
+    QLocale::setDefault(locale);
 }
 
 bool QuvoLanguageManager::currentLanguageNeedsReversedLayout() const

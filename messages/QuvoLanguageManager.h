@@ -17,7 +17,8 @@ public:
     /// Loads the texts of a language ("FRENCH", "ENGLISH" …, see messages/dicoindex.h) from the dictionary in
     /// `messagesPath` and installs them with Qt's own texts in that language; every window receives a
     /// LanguageChange. Without that dictionary "geodico.lc" is used, and without both the default texts in the
-    /// code. `unused` is not read.
+    /// code. A text that a dictionary other than the French one lacks is shown in English, and one that English
+    /// lacks, too, is the default text. `unused` is not read.
     void defaultSetup(const QString &messagesPath, const QString &language, const QString &unused);
 
     /// Switches to another language of the dictionaries that were set up last.
@@ -29,6 +30,9 @@ public:
 
     /// The name of the language that was set up last.
     QString language() const { return m_language; }
+
+    /// The folder of the dictionaries that were set up last.
+    QString messagesPath() const { return m_messagesPath; }
 
     /// The text of a key in the dictionary; null for an unknown key.
     QString text(const char *key) const;

@@ -103,6 +103,7 @@ void contourOptionsWidget::makeNoDataCombo()
     m_pNoDataCombo->setCurrentIndex(-1); // no row is current until the user chooses one
     m_form->m_pFieldsLayout->setWidget(fieldRow, QFormLayout::FieldRole, m_pNoDataCombo);
     m_form->m_pPixelValueToTreatAsNoDataLabel->setBuddy(m_pNoDataCombo);
+    setTabOrder(m_form->m_pLEFixedLevels, m_form->m_pLevelsNote);
     setTabOrder(m_form->m_pChBTreatNoDataValue, m_pNoDataCombo);
     setTabOrder(m_pNoDataCombo, m_form->m_pLEOffset);
 }

@@ -3,6 +3,7 @@
 #include "messages/label.h"
 #include "messages/shownnumber.h"
 #include "panels/controls/CompassDial.h"
+#include "panels/controls/focusorder.h"
 #include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
 #include "panels/controls/tips.h"
@@ -49,7 +50,7 @@ shadedOptionsWidget::shadedOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
     makeCompass();
     makeWheel();
     m_pScaleCombo = makeScaleCombo(m_form->m_pRatioFrame);
-    orderFocus();
+    orderTabs();
     showOptions(defaults);
     applyTexts();
     connectControls();
@@ -103,23 +104,13 @@ void shadedOptionsWidget::makeWheel()
 }
 
 /// The Tab key follows the eye: the controls that the form lacks were made last.
-void shadedOptionsWidget::orderFocus()
+void shadedOptionsWidget::orderTabs()
 {
-    const QList<QWidget *> order{m_pCompass,
-                                 m_form->m_pAzimuthField,
-                                 m_form->m_pPBResetAzimuth,
-                                 m_form->m_pAltitudeSlider,
-                                 m_form->m_pPBResetAltitude,
-                                 m_pWheel,
-                                 m_form->m_pPBResetZFactor,
-                                 m_pScaleCombo,
-                                 m_form->m_pPBResetScale,
-                                 m_form->m_pRBZevenbergenThorne,
-                                 m_form->m_pRBHorn,
-                                 m_form->m_pChBComputeAtEdges,
-                                 m_form->m_pLightChoice};
-    for (int at = 1; at < order.size(); ++at)
-        setTabOrder(order.at(at - 1), order.at(at));
+    orderFocus(*this,
+               {m_form->m_pLightChoice, m_pCompass, m_form->m_pAzimuthField, m_form->m_pPBResetAzimuth,
+                m_form->m_pAltitudeSlider, m_form->m_pPBResetAltitude, m_pWheel, m_form->m_pPBResetZFactor,
+                m_pScaleCombo, m_form->m_pPBResetScale, m_form->m_pRBZevenbergenThorne, m_form->m_pRBHorn,
+                m_form->m_pChBComputeAtEdges});
 }
 
 void shadedOptionsWidget::connectControls()
@@ -345,6 +336,8 @@ void shadedOptionsWidget::applyTexts()
     for (QWidget *control : QList<QWidget *>{m_form->m_pCompassFrame, m_form->m_pAzimuthField})
         setTipRemark(*control, reading);
     m_pCompass->setAccessibleName(m_form->m_pAzimuthLabel->text());
+    m_form->m_pAltitudeSlider->setAccessibleName(m_form->m_pSunLabel->text());
+    m_pWheel->setAccessibleName(m_form->m_pLabelExageration->text());
     showLight();
     showValues(); // numbers and the words for the light
     m_pScaleCombo->translateItems(scaleLabels());

@@ -65,7 +65,7 @@ private:
     void makeCompass();
     void makeWheel();
     void connectControls();
-    void orderFocus();
+    void orderTabs();
     void showOptions(const ShadedOptions &options);
     void showLight();
     void showValues();

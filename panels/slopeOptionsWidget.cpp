@@ -1,6 +1,7 @@
 #include "panels/slopeOptionsWidget.h"
 
 #include "colortable/editor/tablefiles.h"
+#include "panels/controls/focusorder.h"
 #include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
 #include "panels/options/valueclasses.h"
@@ -22,6 +23,10 @@ slopeOptionsWidget::slopeOptionsWidget(QWidget *parent, Qt::WindowFlags flags)
 {
     m_form->setupUi(this);
     m_pScaleCombo = makeScaleCombo(m_form->m_pRatioFrame);
+    orderFocus(*this,
+               {m_form->m_pRBPercentSlope, m_form->m_pRBDegreesSlope, m_form->m_pRatioFrame,
+                m_form->m_pPBResetScale, m_form->m_pRBZevenbergenThorne, m_form->m_pRBHorn,
+                m_form->m_pChBComputeAtEdges, m_form->m_pCBClasses});
     showOptions(defaults);
     applyTexts();
     connectControls();

@@ -70,12 +70,13 @@ int main(int argc, char *argv[])
         std::fputs("usage: contact_sheet <sheet.png> <file>...\n", stderr);
         return 2;
     }
-    const int rows = (static_cast<int>(files.size()) + columns - 1) / columns;
+    const int count = static_cast<int>(files.size());
+    const int rows = (count + columns - 1) / columns;
     QImage sheet(columns * (side + margin) + margin, rows * (side + titleHeight + margin) + margin,
                  QImage::Format_RGB32);
     sheet.fill(Qt::white);
     QPainter painter(&sheet);
-    for (int at = 0; at < files.size(); ++at) {
+    for (int at = 0; at < count; ++at) {
         const QImage picture = pictureOf(files.at(at), files);
         if (picture.isNull()) {
             std::fprintf(stderr, "%s cannot be painted\n", qUtf8Printable(files.at(at)));

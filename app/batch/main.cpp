@@ -50,7 +50,7 @@ void setUpEnvironment()
     const QString window =
         QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("QuvoDemToolBox"));
     Environment environment = readEnvironment(window);
-    environment.language = chosenLanguage(environment.language);
+    environment.language = chosenLanguage(environment.language, environment.messagesPath);
     exportInstallDir(environment.installDir);
     QuvoLanguageManager::getInstance()->defaultSetup(environment.messagesPath, environment.language, QString());
     exportMessageVariables(environment);

@@ -109,15 +109,16 @@ void paintPixels(QPainter &painter, const QVector<QPoint> &pixels, const QColor 
     constexpr double mostCovered = 0.1; // share of the map
     const double area = places.area.width() * places.area.height();
     constexpr double square = 25.0; // pixels of one, with its rim
-    if (square * pixels.size() <= mostCovered * area) {
+    const int count = static_cast<int>(pixels.size());
+    if (square * count <= mostCovered * area) {
         for (const auto &[reach, filling] : {std::pair(2, QColor(Qt::white)), {1, color}}) {
             for (const QPoint &pixel : pixels)
                 painter.fillRect(pixel.x() - reach, pixel.y() - reach, 2 * reach + 1, 2 * reach + 1, filling);
         }
         return;
     }
-    const int step = std::max(qCeil(pixels.size() / (mostCovered * area)), 1);
-    for (int at = 0; at < pixels.size(); at += step)
+    const int step = std::max(qCeil(count / (mostCovered * area)), 1);
+    for (int at = 0; at < count; at += step)
         painter.fillRect(QRect(pixels[at], QSize(1, 1)), color);
 }
 

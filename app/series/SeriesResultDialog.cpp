@@ -46,13 +46,13 @@ QTableWidgetItem *cell(const QString &text, const QString &toolTip)
 SeriesResultDialog::SeriesResultDialog(const QVector<SeriesRow> &rows, QWidget *parent)
     : QDialog(parent)
 {
-    constexpr QSize size(640, 320); // pixels
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowTitle(labelText({"MESS_SERIE_TITRE", "Fin de la série"}));
     auto table = new QTableWidget(static_cast<int>(rows.size()), 3, this);
     table->setHorizontalHeaderLabels({labelText({"MESS_HIST_MNT", "MNT"}),
                                       labelText({"MESS_HIST_RES", "Résultat"}),
                                       labelText({"MESS_SERIE_PRODUIT", "Produit ou raison"})});
+    table->setAccessibleName(windowTitle());
     table->verticalHeader()->hide();
     table->horizontalHeader()->setStretchLastSection(true);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -80,7 +80,7 @@ SeriesResultDialog::SeriesResultDialog(const QVector<SeriesRow> &rows, QWidget *
     layout->addWidget(table);
     layout->addWidget(buttons);
     close->setFocus();
-    resize(size);
+    resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 20);
 }
 
 QString seriesText(const QVector<SeriesRow> &rows)

@@ -2,6 +2,7 @@
 
 #include "dataset/pathencoding.h"
 #include "messages/inifile.h"
+#include "messages/languages.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -103,23 +104,29 @@ QString environmentFile(const QString &executable)
     return QFileInfo(executable).absolutePath() + QDir::separator() + QStringLiteral("setup_env.ini");
 }
 
-QString systemLanguage()
+QString systemLanguage(const QString &messagesPath)
 {
-    const bool french = QLocale::system().language() == QLocale::French;
-    return french ? QStringLiteral("FRENCH") : QStringLiteral("ENGLISH");
+    const QLocale system = QLocale::system();
+    QString name = QStringLiteral("ENGLISH");
+    for (const Language &language : availableLanguages(messagesPath)) {
+        const QLocale locale(language.locale);
+        // Chinese is written in two ways.
+        if (locale.language() == system.language() && locale.script() == system.script())
+            name = language.name;
+    }
+    return name;
 }
 
 Environment readEnvironment(const QString &executable)
 {
     Environment environment;
-    environment.language = systemLanguage();
     environment.installDir = QFileInfo(executable).absolutePath();
     QString messages = QStringLiteral("MESSAGES");
 
     const QString path = environmentFile(executable);
     if (QFileInfo::exists(path)) {
         const IniFile file(path);
-        environment.language = lookUp(file, "LANGUAGE", "QuvoRegKey_Language", environment.language);
+        environment.language = lookUp(file, "LANGUAGE", "QuvoRegKey_Language", QString());
         environment.installDir = lookUp(file, "INSTALL_DIR", "QuvoRegKey_InstallDir", environment.installDir);
         // The file may hold QuvoRegKey_MessagesDir. Its value is not used: kept so on purpose.
         const QString messagesDir = decodePath(file.get(direct, "MESSAGES_DIR", "").constData());
@@ -127,6 +134,8 @@ Environment readEnvironment(const QString &executable)
             messages = messagesDir;
     }
     environment.messagesPath = environment.installDir + QDir::separator() + messages;
+    if (environment.language.isEmpty())
+        environment.language = systemLanguage(environment.messagesPath);
     return environment;
 }
 

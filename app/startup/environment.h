@@ -27,8 +27,8 @@ struct Environment
 /// "_env.ini". Where no such file exists, "setup_env.ini" in the program's folder, whether that exists or not.
 QString environmentFile(const QString &executable);
 
-/// "FRENCH" where the system's language is French, "ENGLISH" everywhere else.
-QString systemLanguage();
+/// The name of the system's language where availableLanguages(messagesPath) has it, "ENGLISH" everywhere else.
+QString systemLanguage(const QString &messagesPath);
 
 /// Reads the environment file (resources/QuvoDemToolBox_env.ini describes its keys) and the settings that it
 /// refers to. Where they name no language, the system's is used. Sets no variable.

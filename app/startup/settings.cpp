@@ -1,5 +1,7 @@
 #include "app/startup/settings.h"
 
+#include "messages/languages.h"
+
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -117,10 +119,12 @@ QString ownLightFolder()
     return fileBesideSettings(QStringLiteral("lights"));
 }
 
-QString chosenLanguage(const QString &otherwise)
+QString chosenLanguage(const QString &otherwise, const QString &messagesPath)
 {
     const QString chosen = QSettings(organisation, application).value(chosenLanguageKey).toString();
-    const bool known = chosen == QLatin1String("FRENCH") || chosen == QLatin1String("ENGLISH");
+    const QVector<Language> languages = availableLanguages(messagesPath);
+    const bool known = std::any_of(languages.begin(), languages.end(),
+                                   [&](const Language &language) { return language.name == chosen; });
     return known ? chosen : otherwise;
 }
 

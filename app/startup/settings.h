@@ -47,11 +47,12 @@ QString ownColorTableFolder();
 /// Folder of the user's own lights, likewise.
 QString ownLightFolder();
 
-/// The language that the user chose in the window, "FRENCH" or "ENGLISH"; `otherwise` where none was chosen.
-QString chosenLanguage(const QString &otherwise);
+/// The language that the user chose in the window; `otherwise` where none was chosen, or where
+/// availableLanguages(messagesPath) does not have it any more.
+QString chosenLanguage(const QString &otherwise, const QString &messagesPath);
 
-/// Stores the user's choice, "FRENCH" or "ENGLISH", for chosenLanguage() and under the key that the environment
-/// file refers to.
+/// Stores the name of the language that the user chose, for chosenLanguage() and under the key that the
+/// environment file refers to.
 void writeChosenLanguage(const QString &language);
 
 /// The geometry of a window, moved and shrunk so that all of it stands on one screen, unless the screens

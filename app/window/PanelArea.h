@@ -15,6 +15,7 @@ public:
         : QScrollArea(parent)
     {
         setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus); // the Tab key goes to the controls, and the area follows it
         setWidgetResizable(true);
         setWidget(panel);
         panel->setAutoFillBackground(false); // the tab's background shows

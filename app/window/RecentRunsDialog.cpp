@@ -82,6 +82,7 @@ RecentRunsDialog::RecentRunsDialog(const QString &file, QWidget *parent)
     layout->addWidget(m_pTable);
     layout->addLayout(buttons);
     applyTexts();
+    m_pTable->setAccessibleName(windowTitle());
     m_pTable->selectRow(0);
     resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 25);
 

@@ -10,6 +10,7 @@
 #include "dataset/QuvoFilerDialog.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
+#include "messages/languages.h"
 
 #include <QActionGroup>
 #include <QApplication>
@@ -92,14 +93,14 @@ void SettingsMenu::addActions(const QList<QAction *> &actions)
 void SettingsMenu::makeLanguages()
 {
     auto group = new QActionGroup(m_pLanguageMenu);
-    const QString inUse = QuvoLanguageManager::getInstance()->language();
-    for (const auto &[name, language] : {std::pair(QStringLiteral("Français"), QStringLiteral("FRENCH")),
-                                         std::pair(QStringLiteral("English"), QStringLiteral("ENGLISH"))}) {
-        QAction *action = m_pLanguageMenu->addAction(name);
+    const QuvoLanguageManager *languages = QuvoLanguageManager::getInstance();
+    const QString inUse = languageNamed(languages->language()).name;
+    for (const Language &language : availableLanguages(languages->messagesPath())) {
+        QAction *action = m_pLanguageMenu->addAction(language.ownName);
         action->setCheckable(true);
-        action->setChecked(language == inUse);
+        action->setChecked(language.name == inUse);
         group->addAction(action);
-        connect(action, &QAction::triggered, this, [this, language = language] { changeLanguage(language); });
+        connect(action, &QAction::triggered, this, [this, name = language.name] { changeLanguage(name); });
     }
 }
 

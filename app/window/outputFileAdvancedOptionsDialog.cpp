@@ -1,9 +1,11 @@
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 
+#include "app/window/PanelArea.h"
 #include "dataset/formatfilters.h"
 #include "dataset/overviews.h"
 #include "ui_outputFileAdvancedOptionsDialog.h"
 
+#include <QScreen>
 #include <QStandardItemModel>
 
 #include <utility>
@@ -36,6 +38,7 @@ outputFileAdvancedOptionsDialog::outputFileAdvancedOptionsDialog(Process process
     , m_process(process)
 {
     m_form->setupUi(this);
+    makeScrollable();
     listFormats(options);
     m_form->m_pLELayerName->setText(options.layerName);
     m_form->m_pLELayerName->setPlaceholderText(outputLayer({}));
@@ -56,9 +59,23 @@ outputFileAdvancedOptionsDialog::outputFileAdvancedOptionsDialog(Process process
     connect(m_form->m_pButtonBox, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(m_form->m_pButtonBox, &QDialogButtonBox::rejected, this, &QDialog::reject);
     updateControls();
+    constexpr QSize frame(2, 32); // pixels; no window knows its frame before it is shown
+    resize(sizeHint().boundedTo(screen()->availableSize() - frame));
 }
 
 outputFileAdvancedOptionsDialog::~outputFileAdvancedOptionsDialog() = default;
+
+/// On a low screen the groups scroll, and the buttons below them stay.
+void outputFileAdvancedOptionsDialog::makeScrollable()
+{
+    auto groups = new QWidget;
+    auto layout = new QVBoxLayout(groups);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_form->m_pGrpFile);
+    layout->addWidget(m_form->m_pGrpDem);
+    layout->addStretch();
+    m_form->m_pMainLayout->insertWidget(0, new PanelArea(groups, this));
+}
 
 /// Shows how the cells of a raster are written. The lists hold the values of the options as data.
 void outputFileAdvancedOptionsDialog::showRasterOptions(const OutputOptions &options)

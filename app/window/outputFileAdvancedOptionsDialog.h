@@ -30,6 +30,7 @@ public:
 private:
     void listFormats(const OutputOptions &options);
     void showDemOptions(const OutputOptions &options, const QString &metricCrs);
+    void makeScrollable();
     void showRasterOptions(const OutputOptions &options);
     void updateControls();
     void updateCompression(const QString &format);

@@ -13,7 +13,6 @@
 #include "app/window/WindowShape.h"
 #include "app/window/dialogrules.h"
 #include "app/window/dialogs/AboutDialog.h"
-#include "app/window/focusorder.h"
 #include "app/window/input/DemLook.h"
 #include "app/window/input/DemPart.h"
 #include "app/window/input/DemSources.h"
@@ -25,6 +24,7 @@
 #include "dataset/formatfilters.h"
 #include "dataset/views/metriccrs.h"
 #include "messages/Prompt.h"
+#include "panels/controls/focusorder.h"
 #include "panels/intervisibilityOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 

@@ -65,7 +65,7 @@ void ColorTriangle::paintEvent(QPaintEvent *)
     const ColorPlaces places = this->places();
     QConicalGradient hues(places.center(), 90.0); // at the top; grows counter-clockwise
     for (int step = 0; step <= 12; ++step)
-        hues.setColorAt(step / 12.0, QColor::fromHsvF(std::fmod(1.0 - step / 12.0, 1.0), 1.0, 1.0));
+        hues.setColorAt(step / 12.0, HueColor{std::fmod(1.0 - step / 12.0, 1.0), 1.0, 1.0}.color());
     QPainterPath ring;
     ring.addEllipse(places.center(), places.outerRadius(), places.outerRadius());
     ring.addEllipse(places.center(), places.innerRadius(), places.innerRadius());

@@ -29,7 +29,6 @@ CursorFields::CursorFields(QWidget *parent)
     form->setVerticalSpacing(4);
     m_value->setDecimals(1);
     m_value->setKeyboardTracking(false);
-    m_value->setGroupSeparatorShown(true);
     form->addRow(withColon(labelText({"MESS_TCE_VALEUR", "Valeur"})), m_value);
     for (const Label &label : {Label{"MESS_TCE_ROUGE", "Rouge"}, Label{"MESS_TCE_VERT", "Vert"},
                                Label{"MESS_TCE_BLEU", "Bleu"}, Label{"MESS_TCE_OPACITE", "Opacité"}})
@@ -46,6 +45,12 @@ CursorFields::CursorFields(QWidget *parent)
                    "Entre cette couleur et la suivante, les couleurs changent régulièrement pour "
                    "l'œil. La table en reçoit des couleurs intermédiaires quand elle est "
                    "enregistrée ou utilisée."}));
+    QWidget *before = m_value;
+    for (QWidget *field :
+         QList<QWidget *>{m_levels.at(0), m_levels.at(1), m_levels.at(2), m_levels.at(3), m_code, m_even}) {
+        setTabOrder(before, field);
+        before = field;
+    }
     connect(m_value, qOverload<double>(&QDoubleSpinBox::valueChanged), this, &CursorFields::valueTyped);
     connect(m_code, &QLineEdit::editingFinished, this, &CursorFields::onCode);
     connect(m_even, &QCheckBox::toggled, this, &CursorFields::evenToggled);

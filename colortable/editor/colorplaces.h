@@ -11,7 +11,13 @@ struct HueColor
     double saturation = 0.0;
     double value = 0.0;
 
-    QColor color() const { return {QColor::fromHsvF(hue, saturation, value).rgb()}; }
+    /// The colour with 8 bits a component. Qt 6 computes it in single precision, which this does with Qt 5,
+    /// too.
+    QColor color() const
+    {
+        const auto part = [](double number) { return static_cast<float>(number); };
+        return {QColor::fromHsvF(part(hue), part(saturation), part(value)).rgb()};
+    }
 };
 
 /// A screen colour; a grey gets the hue of `before`.

@@ -1,5 +1,6 @@
 #include "colortable/editor/editedtable.h"
 
+#include "colortable/editor/colorplaces.h"
 #include "colortable/oklab.h"
 
 #include <algorithm>
@@ -218,7 +219,7 @@ EditedTable randomized(const EditedTable &table, quint32 seed)
         const double saturation = 0.35 + 0.6 * part();
         const double value = 0.45 + 0.55 * part();
         const int alpha = cursor.color.alpha();
-        cursor.color = QColor(QColor::fromHsvF(hue, saturation, value).rgb()); // with 8 bits a component
+        cursor.color = HueColor{hue, saturation, value}.color();
         cursor.color.setAlpha(alpha);
     }
     return changed;
@@ -227,7 +228,7 @@ EditedTable randomized(const EditedTable &table, quint32 seed)
 EditedTable spreadEvenly(const EditedTable &table)
 {
     EditedTable changed = table;
-    const auto last = table.cursors.size() - 1;
+    const int last = static_cast<int>(table.cursors.size()) - 1;
     for (int at = 1; at < last; ++at) {
         const double first = table.cursors.first().value;
         changed.cursors[at].value =

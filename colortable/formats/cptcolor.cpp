@@ -91,7 +91,7 @@ std::optional<CptColor> ofText(const QString &text, CptModel model, double alpha
     named.color = x11NamedColor(text);
     if (!named.color.isValid())
         return std::nullopt;
-    named.color.setAlphaF(alpha);
+    named.color.setAlpha(qRound(255 * alpha));
     return named;
 }
 

@@ -94,6 +94,7 @@ ImageChooser::ImageChooser(SourceWanted wanted, WorkFolder &workFolder, QWidget 
     auto middle = new QSplitter(Qt::Horizontal, this);
     m_pItems = new QTreeWidget(middle);
     m_pItems->setObjectName(QStringLiteral("m_pItems"));
+    m_pItems->setAccessibleName(labelText({"MESS_SRC_CONTENU", "Contenu"}));
     m_pItems->setHeaderLabel(labelText({"MESS_SRC_CONTENU", "Contenu"}));
     m_pItems->setRootIsDecorated(false);
     m_pItems->setUniformRowHeights(true);

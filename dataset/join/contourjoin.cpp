@@ -87,7 +87,7 @@ public:
     bool write(const QVector<QPointF> &points, double level)
     {
         OGRLineString line;
-        line.setNumPoints(points.size());
+        line.setNumPoints(static_cast<int>(points.size()));
         for (int at = 0; at < points.size(); ++at) {
             if (m_is3D)
                 line.setPoint(at, points[at].x(), points[at].y(), level);

@@ -26,14 +26,14 @@ QString onWholeCells(const QString &xml)
     static const QRegularExpression rectangle(QStringLiteral("<(?:Src|Dst)Rect [^>]*>"));
     static const QRegularExpression number(QStringLiteral("=\"([^\"]*)\""));
     QString text;
-    int end = 0;
+    QString::size_type end = 0;
     for (auto match = rectangle.globalMatch(xml); match.hasNext();) {
         const QRegularExpressionMatch place = match.next();
         text += xml.mid(end, place.capturedStart() - end);
         end = place.capturedStart();
         for (auto values = number.globalMatch(place.captured()); values.hasNext();) {
             const QRegularExpressionMatch value = values.next();
-            const int start = place.capturedStart() + value.capturedStart(1);
+            const QString::size_type start = place.capturedStart() + value.capturedStart(1);
             text += xml.mid(end, start - end) + QString::number(std::lround(value.captured(1).toDouble()));
             end = place.capturedStart() + value.capturedEnd(1);
         }

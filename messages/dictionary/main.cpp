@@ -1,7 +1,8 @@
-// dictionary_compiler <french source> <english source> <folder>
+// dictionary_compiler <folder> <suffix> <source> [<suffix> <source> ...]
 //
-// Compiles both sources into geodico.fr, geodico.lc (also French) and geodico.an with their indexes in the
-// folder. If a source has a fault, it is printed and nothing is written.
+// Compiles each source into geodico.<suffix> with its index in the folder, and the first also into geodico.lc.
+// The suffixes of the languages stand in messages/dicoindex.cpp. If a source has a fault, it is printed and
+// nothing is written.
 
 #include "messages/dictionary/dictionarysource.h"
 
@@ -9,6 +10,9 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -50,20 +54,26 @@ bool report(const std::string &name, const std::vector<std::string> &faults)
 
 int main(int argc, char *argv[])
 try {
-    if (argc != 4) {
-        std::fputs("usage: dictionary_compiler <french source> <english source> <folder>\n", stderr);
+    if (argc < 4 || argc % 2 != 0) {
+        std::fputs("usage: dictionary_compiler <folder> <suffix> <source> [<suffix> <source> ...]\n", stderr);
         return 2;
     }
-    const DictionarySource french = parseDictionary(readFile(argv[1]));
-    const DictionarySource english = parseDictionary(readFile(argv[2]));
-    const bool frenchBad = report(argv[1], french.faults);
-    const bool englishBad = report(argv[2], english.faults);
-    if (report(argv[2], compareDictionaries(english, french)) || frenchBad || englishBad)
+    std::vector<std::pair<std::string, DictionarySource>> sources;
+    bool bad = false;
+    for (int at = 2; at < argc; at += 2) {
+        const std::string path = argv[at + 1];
+        const DictionarySource source = parseDictionary(readFile(path));
+        bad = report(path, source.faults) || bad;
+        for (const auto &[suffix, other] : sources)
+            bad = report(path, compareDictionaries(source, other)) || bad;
+        sources.emplace_back(argv[at], source);
+    }
+    if (bad)
         return 1;
-    const std::string stem = std::string(argv[3]) + "/geodico";
-    writeDictionary(french, stem + ".fr");
-    writeDictionary(french, stem + ".lc");
-    writeDictionary(english, stem + ".an");
+    const std::string stem = std::string(argv[1]) + "/geodico.";
+    writeDictionary(sources.front().second, stem + "lc");
+    for (const auto &[suffix, source] : sources)
+        writeDictionary(source, stem + suffix);
     return 0;
 } catch (const std::exception &fault) {
     std::fprintf(stderr, "dictionary_compiler: %s\n", fault.what());

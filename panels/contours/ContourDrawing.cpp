@@ -31,8 +31,10 @@ QHBoxLayout *rowOf(QWidget *first, QWidget *second)
 
 void setLabel(QFormLayout &form, QWidget *field, const QString &text)
 {
-    if (auto label = qobject_cast<QLabel *>(form.labelForField(field)))
+    if (auto label = qobject_cast<QLabel *>(form.labelForField(field))) {
         label->setText(text);
+        label->buddy()->setAccessibleName(text); // Qt looks for the label only beside the field
+    }
 }
 
 } // namespace

@@ -48,6 +48,8 @@ LightChoice::LightChoice(QWidget *parent)
     layout->addLayout(row);
     layout->addLayout(keepRow);
     layout->addWidget(m_pLights);
+    setTabOrder(m_pKind, m_pKeep);
+    setTabOrder(m_pKeep, m_pLights);
     setShelf(nullptr);
     applyTexts();
     connect(m_pKind, qOverload<int>(&QComboBox::currentIndexChanged), this, &LightChoice::lightChanged);

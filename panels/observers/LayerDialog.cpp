@@ -13,9 +13,10 @@ LayerDialog::LayerDialog(const QVector<LayerFacts> &layers, QWidget *parent)
     , m_list(new QTreeWidget(this))
 {
     setWindowTitle(tr("Intervisibilité", "MESS_INTERVIS"));
-    auto question = new QLabel(tr("&Couche à importer :", "MESS_COUCHE_CHOIX"), this);
+    auto question = new QLabel(tr("Couche à importer :", "MESS_COUCHE_CHOIX"), this);
     question->setBuddy(m_list);
     m_list->setObjectName(QStringLiteral("m_pLayers"));
+    m_list->setAccessibleName(question->text());
     m_list->setRootIsDecorated(false);
     constexpr int countColumn = 2;
     m_list->setHeaderLabels(partTitles(SourceKind::Vector)
@@ -31,7 +32,7 @@ LayerDialog::LayerDialog(const QVector<LayerFacts> &layers, QWidget *parent)
     }
     m_list->setCurrentItem(m_list->topLevelItem(0));
     m_list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_list->setMinimumSize(520, 180);
+    m_list->setMinimumSize(fontMetrics().averageCharWidth() * 75, fontMetrics().height() * 10);
     auto buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -219,6 +219,7 @@ void ObserverTable::showHistory()
 
 void ObserverTable::retranslate()
 {
+    m_view->setAccessibleName(tr("Observateurs", "MESS_VAL_OBSERVATEURS"));
     m_view->setToolTip(
         tr("Coller ajoute des lignes « x y [hauteur [mode [distance [nom]]]] », ou les colonnes que la "
            "première ligne nomme ; la barre d'espace active un point.",

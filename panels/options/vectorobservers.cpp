@@ -310,7 +310,8 @@ QList<ObserverPoint> someObserversFrom(const VectorObservers &source, double ste
     const double every = std::max(1.0, std::ceil(sampledCount(source, step) / most));
     VectorObservers some = source;
     some.sites.clear();
-    for (double at = 0.0; at < source.sites.size(); at += every)
+    const auto count = static_cast<double>(source.sites.size());
+    for (double at = 0.0; at < count; at += every)
         some.sites += source.sites.at(static_cast<int>(at));
     return observersFrom(some, step * every, defaults, heights).points;
 }

@@ -1,6 +1,7 @@
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 #include "messages/label.h"
+#include "messages/languages.h"
 #include "tests/fuzz/mutations.h"
 #include "tests/support/dictionaries.h"
 
@@ -8,6 +9,7 @@
 #include <QDialogButtonBox>
 #include <QDirIterator>
 #include <QFile>
+#include <QLocale>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSet>
@@ -21,6 +23,7 @@ class LanguageTest : public QObject
 private slots:
     void everyKeyHasAnEnglishText();
     void bothLanguages();
+    void thirdLanguage();
     void missingDictionaries();
     void longKeysAreComparedByTheirStart();
     void prompts();
@@ -110,6 +113,43 @@ void LanguageTest::bothLanguages()
     QCOMPARE(labelText({"MESS_NO_SUCH_KEY", "défaut"}), QStringLiteral("défaut"));
     QCOMPARE(dico_label("MESS_NO_SUCH_KEY", "x"), QStringLiteral("MESS_NO_SUCH_KEY"));
     QVERIFY(!languages->currentLanguageNeedsReversedLayout());
+}
+
+void LanguageTest::thirdLanguage()
+{
+    // The compiler refuses a language whose places differ from those of any other one.
+    const QTemporaryDir folder;
+    const auto compile = [&](const QByteArray &italian) {
+        const QString sources = QStringLiteral(QUVO_SOURCE "/messages/dictionary/");
+        return runProgram(QStringLiteral(QUVO_TREE "/../messages/dictionary_compiler"),
+                          {folder.path(), "fr", sources + "french.txt", "an", sources + "english.txt", "it",
+                           writeFile(folder.filePath("italian.txt"), italian)})
+            .code;
+    };
+    QCOMPARE(compile("MESS_FICHIER_EXISTANT = Il file %d esiste."), 1);
+    QCOMPARE(availableLanguages(folder.path()).size(), 2);
+    QCOMPARE(compile("MESS_FERMER = Chiudi\nMESS_OUI = Sì"), 0);
+    const auto available = availableLanguages(folder.path());
+    QCOMPARE(available.size(), 3);
+    QCOMPARE(available.last().ownName, QStringLiteral("Italiano"));
+
+    QuvoLanguageManager *languages = QuvoLanguageManager::getInstance();
+    for (const QString &name : {available.last().name, QStringLiteral("IT")}) {
+        languages->defaultSetup(folder.path(), name, {});
+        QCOMPARE(labelText({"MESS_FERMER", "Fermer"}), QStringLiteral("Chiudi"));
+        QCOMPARE(labelText({"MESS_TRAIT_ANNULE", "défaut"}), QStringLiteral("The process was cancelled."));
+        QVERIFY(dico_label("MESS_FICHIER_EXISTANT", "a").startsWith("The file \"a\""));
+        QCOMPARE(labelText({"MESS_NO_SUCH_KEY", "défaut"}), QStringLiteral("défaut"));
+        QVERIFY(QDialogButtonBox(QDialogButtonBox::Cancel).buttons().constFirst()->text().contains("Annulla"));
+        QCOMPARE(QLocale().language(), QLocale::Italian);
+        languages->changeLanguage("ALLEMAND"); // has no dictionary: the default one is French
+        QCOMPARE(labelText({"MESS_SECONDES", "second(s)"}), QStringLiteral("seconde(s)"));
+        QCOMPARE(QLocale().language(), QLocale::French);
+    }
+
+    // Every language is found again under its own name.
+    for (const Language &language : allLanguages())
+        QCOMPARE(languageNamed(language.name).locale, language.locale);
 }
 
 void LanguageTest::missingDictionaries()

@@ -263,7 +263,8 @@ void IntervisibilityPanelTest::samples()
     source.sites = {{}, {}, {}};
     for (const double step : {0.3, 2.0, 3.0, 100.0})
         QCOMPARE(sampledCount(source, step),
-                 3.0 + sampledLine(square, step).size() + sampledLine(source.lines.at(1), step).size());
+                 static_cast<double>(3 + sampledLine(square, step).size()
+                                     + sampledLine(source.lines.at(1), step).size()));
 }
 
 void IntervisibilityPanelTest::pointsAndFile()

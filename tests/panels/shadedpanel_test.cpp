@@ -209,9 +209,9 @@ void ShadedPanelTest::languageKeepsColonsAndTypedText()
     QCOMPARE(panel.field->text(), QStringLiteral("12.5°"));
     QCOMPARE(panel.label("m_pLightLabel"), QStringLiteral("Light from the west, azimuth 257.5°"));
     QuvoLanguageManager::getInstance()->changeLanguage("FRENCH");
-    QTRY_COMPARE(panel.label("m_pLightLabel"), QStringLiteral("Lumière venant de l'ouest, azimut 257,5°"));
-    QCOMPARE(panel.label("m_pAzimuthValueLabel"), QStringLiteral("12,5°"));
-    QCOMPARE(panel.field->text(), QStringLiteral("12,5°"));
+    QTRY_COMPARE(panel.label("m_pLightLabel"), QStringLiteral("Lumière venant de l'ouest, azimut 257.5°"));
+    QCOMPARE(panel.label("m_pAzimuthValueLabel"), QStringLiteral("12.5°"));
+    QCOMPARE(panel.field->text(), QStringLiteral("12.5°"));
     QVERIFY(panel.widget.getCommandArguments().contains("-az 257.5 "));
 }
 

@@ -48,6 +48,7 @@
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPainter>
 #include <QProcess>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -82,8 +83,8 @@ QPalette darkPalette()
 /// Whether the windows are checked instead of grabbed.
 bool isCheck = false;
 
-/// The least screen, in pixels, less the frame of a window and the desktop's bar.
-constexpr QSize leastScreen(1024 - 2, 600 - 60);
+/// The least screen, in pixels, less the frame of a window: 1920 x 1080 at a scale of 2.
+constexpr QSize leastScreen(960 - 2, 540 - 32);
 
 class Album
 {
@@ -101,7 +102,7 @@ public:
     void add(const QByteArray &picture, const QString &name)
     {
         if (!isCheck)
-            QImage::fromData(picture, "PNG").save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
+            save(QImage::fromData(picture, "PNG"), name);
     }
 
     void add(QWidget &window, const QString &name)
@@ -111,11 +112,43 @@ public:
         if (isCheck)
             check(window, name);
         else
-            window.grab().save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
+            save(window.grab().toImage(), name);
         window.hide();
     }
 
+    /// Saves a sheet with all pictures, made small, each above its name.
+    void saveSheet()
+    {
+        constexpr int columns = 5;
+        constexpr int gap = 12; // pixels
+        const int line = QFontMetrics(QApplication::font()).height();
+        const QSize cell(m_width + gap, m_width * 3 / 4 + gap + line);
+        const int rows = static_cast<int>(m_small.size() + columns - 1) / columns;
+        QImage sheet(cell.width() * columns + gap, cell.height() * rows + gap, QImage::Format_RGB32);
+        sheet.fill(Qt::gray);
+        QPainter painter(&sheet);
+        for (int at = 0; at < static_cast<int>(m_small.size()); ++at) {
+            const QPoint corner(gap + at % columns * cell.width(), gap + at / columns * cell.height());
+            const auto &[name, picture] = m_small.at(at);
+            painter.drawImage(corner, picture);
+            painter.drawText(QRect(corner + QPoint(0, cell.height() - gap - line), QSize(m_width, line)),
+                             Qt::AlignCenter, name);
+        }
+        sheet.save(QStringLiteral("%1/sheet_%2.png").arg(m_folder, m_suffix));
+    }
+
 private:
+    static constexpr int m_width = 400; ///< of a small picture, in pixels
+
+    void save(QImage picture, const QString &name)
+    {
+        picture.save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
+        picture.setDevicePixelRatio(1.0);
+        const QSize size = picture.size().scaled(m_width, m_width * 3 / 4, Qt::KeepAspectRatio);
+        m_small.append({name, picture.scaled(size.boundedTo(picture.size()), Qt::KeepAspectRatio,
+                                             Qt::SmoothTransformation)});
+    }
+
     void check(const QWidget &window, const QString &name)
     {
         for (const QString &problem : windowProblems(window, leastScreen)) {
@@ -127,6 +160,7 @@ private:
     QString m_folder;
     QString m_suffix;
     int m_faults = 0;
+    QVector<std::pair<QString, QImage>> m_small; ///< the pictures for the sheet
 };
 
 void addProgress(Album &album)
@@ -504,7 +538,9 @@ void addSettings(Album &album)
 
 int main(int argc, char *argv[])
 {
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); // Qt 6 always uses them
+#endif
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     isCheck = arguments.value(1) == QLatin1String("--check");
@@ -543,5 +579,7 @@ int main(int argc, char *argv[])
     addSettings(album);
     AboutDialog about(nullptr);
     album.add(about, QStringLiteral("about"));
+    if (!isCheck)
+        album.saveSheet();
     return qMin(album.faults(), 100);
 }

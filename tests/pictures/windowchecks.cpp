@@ -21,6 +21,12 @@ QString nameOf(const QWidget &widget)
     return QStringLiteral("%1 %2").arg(QLatin1String(widget.metaObject()->className()), widget.objectName());
 }
 
+bool takesTab(const QWidget &widget)
+{
+    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisible() && widget.isEnabled()
+        && !widget.focusProxy();
+}
+
 /// Whether the text of a label, a button or a list needs more room than it has.
 bool isCut(const QWidget &widget)
 {
@@ -48,12 +54,6 @@ bool isCut(const QWidget &widget)
     return false;
 }
 
-bool takesTab(const QWidget &widget)
-{
-    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisible() && widget.isEnabled()
-        && !widget.focusProxy();
-}
-
 bool hasName(QWidget &widget)
 {
     QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&widget);
@@ -71,9 +71,13 @@ QList<QWidget *> tabOrder(const QWidget &window)
     return controls;
 }
 
+/// The part of a control that a person sees, in the coordinates of the window; empty where it is scrolled away.
 QRect placeIn(const QWidget &window, const QWidget &control)
 {
-    return {control.mapTo(const_cast<QWidget *>(&window), QPoint(0, 0)), control.size()};
+    QRect place = control.rect();
+    for (const QWidget *widget = &control; widget != &window; widget = widget->parentWidget())
+        place = place.intersected(widget->rect()).translated(widget->pos());
+    return place.intersected(window.rect());
 }
 
 } // namespace
@@ -83,8 +87,13 @@ QStringList windowProblems(const QWidget &window, const QSize &screen)
     QStringList problems;
     const QList<QWidget *> widgets = window.findChildren<QWidget *>();
     for (const QWidget *widget : widgets) {
-        if (widget->isVisible() && isCut(*widget))
+        if (!widget->isVisible())
+            continue;
+        if (isCut(*widget))
             problems += nameOf(*widget) + QStringLiteral(" is cut");
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        if (label && label->text().contains(QLatin1String("<a href")) && !takesTab(*label))
+            problems += nameOf(*widget) + QStringLiteral(" has a link that the keyboard does not reach");
     }
     const QList<QWidget *> controls = tabOrder(window);
     QList<QRect> before;
@@ -92,6 +101,8 @@ QStringList windowProblems(const QWidget &window, const QSize &screen)
         if (!hasName(*control))
             problems += nameOf(*control) + QStringLiteral(" has no name");
         const QRect place = placeIn(window, *control);
+        if (place.isEmpty())
+            continue;
         const bool isLate = std::any_of(before.begin(), before.end(), [&](const QRect &other) {
             return place.bottom() < other.top() && place.left() < other.right() && other.left() < place.right();
         });
@@ -99,6 +110,8 @@ QStringList windowProblems(const QWidget &window, const QSize &screen)
             problems += nameOf(*control) + QStringLiteral(" comes too late in the order of the Tab key");
         before += place;
     }
+    if (!window.inherits("QDialog"))
+        return problems; // part of a window
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
     if (least.width() > screen.width() || least.height() > screen.height())
         problems += QStringLiteral("the window needs %1 x %2").arg(least.width()).arg(least.height());

@@ -335,7 +335,7 @@ void TilesTest::stopsAndKills()
     for (const int signal : {SIGKILL, SIGTERM}) {
         QProcess process;
         process.start(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), task({"--skip-done"}));
-        const int begun = products().size();
+        const auto begun = products().size();
         QTRY_VERIFY(products().size() > begun);
         ::kill(static_cast<pid_t>(process.processId()), signal);
         QVERIFY(process.waitForFinished(10000));

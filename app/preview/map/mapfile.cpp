@@ -109,7 +109,8 @@ void drawPicture(cairo_t *context, const QImage &picture, const QSizeF &size)
 {
     QImage pixels = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     const Surface image(cairo_image_surface_create_for_data(pixels.bits(), CAIRO_FORMAT_ARGB32, pixels.width(),
-                                                            pixels.height(), pixels.bytesPerLine()),
+                                                            pixels.height(),
+                                                            static_cast<int>(pixels.bytesPerLine())),
                         cairo_surface_destroy);
     cairo_save(context);
     cairo_translate(context, margin, margin);

@@ -42,8 +42,9 @@ const Stops &stopsOf(RampKind kind)
 
 QRgb between(const Stops &stops, double place)
 {
-    const double at = std::clamp(place, 0.0, 1.0) * (stops.size() - 1);
-    const int below = std::min(static_cast<int>(at), static_cast<int>(stops.size()) - 2);
+    const int last = static_cast<int>(stops.size()) - 1;
+    const double at = std::clamp(place, 0.0, 1.0) * last;
+    const int below = std::min(static_cast<int>(at), last - 1);
     const double share = at - below;
     const auto mix = [share](int from, int to) { return qRound(from + share * (to - from)); };
     const QRgb from = stops.at(below);

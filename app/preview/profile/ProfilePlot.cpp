@@ -15,6 +15,7 @@
 #include <qwt_plot_textlabel.h>
 #include <qwt_scale_draw.h>
 #include <qwt_scale_map.h>
+#include <qwt_text.h>
 
 #include <algorithm>
 

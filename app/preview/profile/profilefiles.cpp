@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 
 #include <qwt_plot_renderer.h>
+#include <qwt_text.h>
 
 namespace
 {

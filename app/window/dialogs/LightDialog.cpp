@@ -23,6 +23,7 @@ std::optional<ShadedOptions> editLight(QWidget *parent, const ShadedOptions &lig
     panel->hideEdges();
     panel->setProcessOptions(light);
     auto area = new QScrollArea(&dialog);
+    area->setFocusPolicy(Qt::NoFocus); // the Tab key goes to the controls, and the area follows it
     area->setWidget(panel);
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);

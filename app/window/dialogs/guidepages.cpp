@@ -12,8 +12,9 @@ QString guideFolder()
 
 QString guidePageFolder(const QString &guide)
 {
-    const bool french = QLocale().language() == QLocale::French; // the language manager sets the default locale
-    return guide + (french ? QLatin1String("/fr") : QLatin1String("/en"));
+    // The language manager sets the default locale.
+    const QString own = guide + QLatin1Char('/') + QLocale().name().section(QLatin1Char('_'), 0, 0);
+    return QFile::exists(own) ? own : guide + QLatin1String("/en");
 }
 
 QString guideText(const QString &pageFolder, const QString &page)

@@ -20,7 +20,7 @@ inline const QString guideIndex = QStringLiteral("index");
 /// The folder of the guide beside the program.
 QString guideFolder();
 
-/// The folder of the pages in the language in use.
+/// The folder of the pages in the language in use, or of the English ones where the guide lacks that language.
 QString guidePageFolder(const QString &guide);
 
 /// The index and the pages that it links to, in the order of the links, each only once. A page without a title

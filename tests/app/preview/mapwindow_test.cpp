@@ -196,11 +196,11 @@ void MapWindowTest::seenAreasFollow()
     column->trigger();
     QTRY_VERIFY_WITH_TIMEOUT(!area().isEmpty(), wait);
     const QString before = area();
-    QVERIFY2(QLocale().toDouble(before) > 0.5, qPrintable(before)); // of 100 km²
+    QVERIFY2(before.toDouble() > 0.5, qPrintable(before)); // of 100 km²
     table->model()->setData(table->model()->index(0, ObserverPointsModel::HeightColumn), "80");
     QVERIFY(area().isEmpty());
     QTRY_VERIFY_WITH_TIMEOUT(!area().isEmpty(), wait);
-    QVERIFY(QLocale().toDouble(area()) > QLocale().toDouble(before));
+    QVERIFY(area().toDouble() > before.toDouble());
 }
 
 void MapWindowTest::numbersAndDrags()
@@ -245,7 +245,7 @@ void MapWindowTest::numbersAndDrags()
     options = dialog.panel()->options();
     choose("height");
     const double least = dialog.scene().productValue({700, 300});
-    const QString text = QLocale().toString(least, 'f', 1) + " au-dessus du sol"; // the DEM has no unit
+    const QString text = QString::number(least, 'f', 1) + " au-dessus du sol"; // the DEM has no unit
     QVERIFY2(readout({700, 300}).contains(text) && least > 1.0, qPrintable(readout({700, 300}) + text));
     QVERIFY2(readout({400, 600}).contains("sol visible"), qPrintable(readout({400, 600})));
 }
@@ -493,7 +493,7 @@ void MapWindowTest::legendAndReadout()
         const QPointF ground = {500000.0 + 10.0 * under.x(), 5100000.0 - 10.0 * under.y()};
         const QString value =
             valueText(dialog.scene().look(), values.elevation(ground).value_or(std::nan("")), QLocale());
-        const QString elevation = dem.elevation(ground) ? QLocale().toString(*dem.elevation(ground), 'g', 7)
+        const QString elevation = dem.elevation(ground) ? QString::number(*dem.elevation(ground), 'g', 7)
                                                         : QStringLiteral("sans donnée");
         QVERIFY2(readout->text().endsWith(value) && readout->text().contains("Altitude " + elevation),
                  qPrintable(readout->text() + " / " + elevation + value));

@@ -48,7 +48,7 @@ void RecentRunsTest::damagedLists()
     QFETCH(QByteArray, text);
     const QTemporaryDir folder;
     const QString file = writeFile(folder.filePath("runs.json"), text);
-    QTEST(readRecentRuns(file).size(), "readable");
+    QTEST(static_cast<int>(readRecentRuns(file).size()), "readable");
     const RecentRun run = recentRun(AspectOptions{});
     QVERIFY(addRecentRun(file, run));
     const QList<RecentRun> runs = readRecentRuns(file);

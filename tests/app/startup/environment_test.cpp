@@ -54,7 +54,7 @@ void EnvironmentTest::precedence()
         return readEnvironment(program);
     };
     const Environment bare = readEnvironment(program);
-    QCOMPARE(bare.language, systemLanguage());
+    QCOMPARE(bare.language, systemLanguage(bare.messagesPath));
     QCOMPARE(bare.installDir, m_folder->path());
     QCOMPARE(bare.messagesPath, m_folder->path() + "/MESSAGES");
 
@@ -75,7 +75,7 @@ void EnvironmentTest::precedence()
     settings.setValue("Interface/Language", "");
     settings.remove("dir");
     settings.sync();
-    QCOMPARE(read(keys).language, systemLanguage()); // an empty value counts as missing
+    QCOMPARE(read(keys).language, systemLanguage(bare.messagesPath)); // an empty value counts as missing
     QCOMPARE(read(keys).installDir, m_folder->path());
 }
 
@@ -120,6 +120,16 @@ void EnvironmentTest::childrenInherit()
     QVERIFY(QFile::remove(m_folder->filePath("QuvoDemToolBox_env.ini")));
     QVERIFY(inherited("fr_CA.UTF-8").contains("GEOLANGUE=FRENCH")); // the system's language
     QVERIFY(inherited("de_DE.UTF-8").contains("GEOLANGUE=ENGLISH"));
+    QVERIFY(QDir(m_folder->path()).mkdir("MESSAGES"));
+    write("MESSAGES/geodico.al", "");
+    QVERIFY(inherited("de_DE.UTF-8").contains("GEOLANGUE=ENGLISH")); // half a dictionary
+    write("MESSAGES/geodico.al.idx", "");
+    QVERIFY(inherited("de_AT.UTF-8").contains("GEOLANGUE=ALLEMAND"));
+    QVERIFY(inherited("fr_CA.UTF-8").contains("GEOLANGUE=FRENCH"));
+    QSettings("KARVEX", "Riglios").setValue("Interface/ChosenLanguage", "ALLEMAND");
+    QVERIFY(inherited("fr_CA.UTF-8").contains("GEOLANGUE=ALLEMAND"));
+    QVERIFY(QFile::remove(m_folder->filePath("MESSAGES/geodico.al")));
+    QVERIFY(inherited("fr_CA.UTF-8").contains("GEOLANGUE=FRENCH"));
 }
 
 void EnvironmentTest::mutations()

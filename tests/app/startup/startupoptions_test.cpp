@@ -54,7 +54,7 @@ void StartupOptionsTest::styleSheets()
     Q_INIT_RESOURCE(quvo);
     const QString own = composeStyleSheet({});
     const auto order = [](const QString &sheet, const char *middle) {
-        const int first = sheet.indexOf("QToolTip"), second = sheet.indexOf(QString::fromLatin1(middle));
+        const auto first = sheet.indexOf("QToolTip"), second = sheet.indexOf(QString::fromLatin1(middle));
         return first >= 0 && first < second && second < sheet.indexOf("QGroupBox");
     };
     QVERIFY(order(own, "m_pProcessDefLabel"));

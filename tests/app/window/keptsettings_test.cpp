@@ -132,7 +132,7 @@ void KeptSettingsTest::resetReturnsTheDefaults()
 
     dialog.action("m_pActionReset")->trigger(); // answered with no
     QVERIFY(writeRecipe(dialog.window.recipe()) != slope);
-    QVERIFY(Prompt::takeShown().value(0).contains("« Pente »"));
+    QVERIFY(Prompt::takeShown().value(0).contains("« Pentes »"));
     Prompt::answerBeforehand({true, true});
     dialog.action("m_pActionReset")->trigger();
     QCOMPARE(writeRecipe(dialog.window.recipe()), slope);
@@ -233,6 +233,7 @@ void KeptSettingsTest::lettersDifferInAWindow()
         count += letters.size();
     }
     QVERIFY(count > 80);
+    QVERIFY(QTest::qWaitForWindowActive(&dialog.window));
     QTest::keyClick(&dialog.window, Qt::Key_Tab, Qt::ControlModifier);
     QCOMPARE(tabs->currentIndex(), 0); // after the last tab comes the first one
 }

@@ -450,14 +450,16 @@ void SettingsMenuTest::helpOpensThePageOfTheTab()
 
 void SettingsMenuTest::languages()
 {
-    QCOMPARE(chosenLanguage("FRENCH"), QStringLiteral("FRENCH"));
+    QuvoLanguageManager *manager = QuvoLanguageManager::getInstance();
+    const QString dictionaries = manager->messagesPath();
+    QCOMPARE(chosenLanguage("FRENCH", dictionaries), QStringLiteral("FRENCH"));
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     dialog.trigger("m_pActionHelp");
     const auto guide = dialog.window.findChild<HelpDialog *>()->findChild<QTextBrowser *>();
     const auto button = dialog.find<QToolButton>("m_pTBSettings");
     const QList<QAction *> actions = button->menu()->actions();
-    const QList<QAction *> choices = actions.at(6)->menu()->actions();
+    const QList<QAction *> choices = actions.at(10)->menu()->actions();
     const QString french = guide->toPlainText();
     QVERIFY(french.contains("relief") && choices.at(0)->isChecked());
     const QString recent = actions.at(4)->text();
@@ -469,7 +471,7 @@ void SettingsMenuTest::languages()
     QVERIFY(button->toolTip().contains("language"));
     QTRY_COMPARE(dialog.find<QWidget>("contourTab")->findChild<QLineEdit *>()->locale().language(),
                  QLocale::English); // the locale in which a panel formats numbers
-    QCOMPARE(chosenLanguage("FRENCH"), QStringLiteral("ENGLISH"));
+    QCOMPARE(chosenLanguage("FRENCH", dictionaries), QStringLiteral("ENGLISH"));
     QCOMPARE(QSettings("KARVEX", "Riglios").value("Interface/Language").toString(), QStringLiteral("ENGLISH"));
 
     // The window has the same texts as one that was opened in this language.
@@ -483,7 +485,26 @@ void SettingsMenuTest::languages()
     QTRY_COMPARE(dialog.window.windowTitle(), QStringLiteral("Boite à outils Relief"));
     QVERIFY(english != runProgram(QStringLiteral(QUVO_TREE "/QuvoDemBatch"), {"--band", "x"}).error);
     QSettings("KARVEX", "Riglios").setValue("Interface/ChosenLanguage", "KLINGON");
-    QCOMPARE(chosenLanguage("FRENCH"), QStringLiteral("FRENCH"));
+    QCOMPARE(chosenLanguage("FRENCH", dictionaries), QStringLiteral("FRENCH"));
+
+    // A language joins the menu by its dictionary.
+    const QTemporaryDir folder;
+    for (const char *name : {"geodico.fr", "geodico.fr.idx", "geodico.an", "geodico.an.idx"})
+        QVERIFY(QFile::copy(dictionaries + '/' + name, folder.filePath(name)));
+    for (const char *ending : {"", ".idx"})
+        QVERIFY(QFile::copy(dictionaries + "/geodico.an" + ending, folder.filePath("geodico.it") + ending));
+    manager->defaultSetup(folder.path(), "FR", {});
+    Dialog third(m_tools);
+    const QList<QAction *> offered =
+        third.find<QToolButton>("m_pTBSettings")->menu()->actions().at(6)->menu()->actions();
+    QCOMPARE(offered.size(), 3);
+    QVERIFY(offered.first()->isChecked() && offered.last()->text() == "Italiano");
+    offered.last()->trigger();
+    QTRY_COMPARE(third.window.windowTitle(), QStringLiteral("Relief tool box"));
+    QCOMPARE(third.window.locale().language(), QLocale::Italian);
+    QCOMPARE(chosenLanguage("FRENCH", folder.path()), QStringLiteral("ITALIEN"));
+    QCOMPARE(chosenLanguage("FRENCH", dictionaries), QStringLiteral("FRENCH")); // the dictionary is not there
+    manager->defaultSetup(dictionaries, "FRENCH", {});
 }
 
 QTEST_MAIN(SettingsMenuTest)

@@ -46,7 +46,7 @@ struct ShownChooser
             for (int x = 0; x < picture.width(); ++x)
                 seen += picture.pixel(x, y);
         }
-        return seen.size();
+        return static_cast<int>(seen.size());
     }
     QLineEdit *field() { return find<QLineEdit>("m_pLESource"); }
     QTreeWidget *items() { return find<QTreeWidget>("m_pItems"); }

@@ -237,11 +237,12 @@ void ObserverTableTest::clicksSort()
     Table table(m_ground);
     QList<ObserverPoint> points;
     for (const char *name : {"P10", "", "été", "p2", "zone"})
-        points += ObserverPoint{.x = 500005.0,
-                                .y = 5099995.0,
-                                .height = static_cast<double>(points.size()),
-                                .maxDistance = points.isEmpty() ? 0.0 : 500.0 / points.size(),
-                                .name = QString::fromUtf8(name)};
+        points +=
+            ObserverPoint{.x = 500005.0,
+                          .y = 5099995.0,
+                          .height = static_cast<double>(points.size()),
+                          .maxDistance = points.isEmpty() ? 0.0 : 500.0 / static_cast<double>(points.size()),
+                          .name = QString::fromUtf8(name)};
     table.table.addPoints(points);
     table.table.choose(3); // "p2"
     QHeaderView *titles = table.view.horizontalHeader();

@@ -182,7 +182,7 @@ void FragmentsTest::lightFromReading()
                                         {225.0, "du nord-est, azimut 45°"},
                                         {135.0, "du sud-est, azimut 135°"},
                                         {45.0, "du sud-ouest, azimut 225°"},
-                                        {359.5, "de l'ouest, azimut 270,5°"},
+                                        {359.5, "de l'ouest, azimut 270.5°"},
                                         {290.0, "du nord, azimut 340°"},
                                         {295.0, "du nord-ouest, azimut 335°"},
                                         {360.0, "de l'ouest, azimut 270°"}})

@@ -45,7 +45,7 @@ QImage plain(const QSize &size, const QColor &color)
 QStringList textsOf(const MapLegend &legend)
 {
     QStringList texts;
-    const auto widthOf = [](const QString &text, bool) { return 6.0 * text.size(); };
+    const auto widthOf = [](const QString &text, bool) { return 6.0 * static_cast<double>(text.size()); };
     for (const auto &text : legendDrawing(legend, 400.0, widthOf, english).texts)
         texts += text.text;
     return texts;
@@ -301,7 +301,7 @@ void MapTest::sightNumbers()
     const ProductLook height = lookOf(IntervisibilityOptions{.result = "height"}, "m");
     QCOMPARE(valueText(count, 1.0, french), QString("1 observateur"));
     QCOMPARE(valueText(count, 3.0, french), QString("3 observateurs"));
-    QCOMPARE(valueText(height, 12.5, french), QString("visible à partir de 12,5 m au-dessus du sol"));
+    QCOMPARE(valueText(height, 12.5, french), QString("visible à partir de 12.5 m au-dessus du sol"));
     QCOMPARE(valueText(height, static_cast<double>(none), french), QString("visible à aucune hauteur"));
     QCOMPARE(valueText(lookOf(IntervisibilityOptions(), "m"), 3.0, french),
              QString()); // colours are no numbers

@@ -259,18 +259,18 @@ void ProfileTest::texts()
     profile.samples = {ProfileSample{.ground = 12.0, .sightLine = 10.0}};
     QVERIFY(verdictText(profile, "m", french).contains("pas d'altitude"));
     profile.leastHeight = 23.44;
-    QVERIFY(verdictText(profile, "m", french).contains("23,4 m"));
-    QVERIFY(verdictText(profile, {}, french).contains("23,4 au-dessus"));
+    QVERIFY(verdictText(profile, "m", french).contains("23.4 m"));
+    QVERIFY(verdictText(profile, {}, french).contains("23.4 au-dessus"));
     profile.beyondReach = true;
-    QVERIFY(!verdictText(profile, "m", french).contains("23,4"));
+    QVERIFY(!verdictText(profile, "m", french).contains("23.4"));
     profile.length = 12345.0;
     profile.curvature = 0.85714;
-    QVERIFY(conditionsText(profile, french).startsWith("12,3 km")
-            && conditionsText(profile, french).endsWith("0,857"));
+    QVERIFY(conditionsText(profile, french).startsWith("12.3 km")
+            && conditionsText(profile, french).endsWith("0.857"));
     QCOMPARE(distanceText(849.6, french), QString("850 m"));
-    QVERIFY(readoutText(profile.samples.first(), "m", french).contains("2,0 m sous"));
+    QVERIFY(readoutText(profile.samples.first(), "m", french).contains("2.0 m sous"));
     profile.samples.first().sightLine = 13.5;
-    QVERIFY(readoutText(profile.samples.first(), "m", french).contains("1,5 m au-dessus"));
+    QVERIFY(readoutText(profile.samples.first(), "m", french).contains("1.5 m au-dessus"));
     QCOMPARE(profileCsv(profile), QByteArray("distance_m,x,y,ground,sight_line,hidden\n0,0,0,12,13.5,0\n"));
 }
 

@@ -101,7 +101,7 @@ void ProfileViewTest::texts()
     view.resize(900, 150);
     view.show();
     view.setProfile(m_hidden);
-    QVERIFY(verdict->text().contains("19,5 m au-dessus")); // 2 + 7 · 50 / 20
+    QVERIFY(verdict->text().contains("19.5 m au-dessus")); // 2 + 7 · 50 / 20
     QVERIFY(button(view, "Enregistrer")->isEnabled());
     setLanguage("ENGLISH");
     QVERIFY(verdict->text().contains("19.5 m above"));

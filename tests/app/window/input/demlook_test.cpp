@@ -79,7 +79,7 @@ void DemLookTest::lineFollowsDemAndProcess()
     QVERIFY2(dialog.line().startsWith("60 × 60 cellules · WGS 84 / UTM"), qPrintable(dialog.line()));
     QVERIFY(!dialog.line().contains("Degrés"));
     dialog.window.setInputDem(degrees());
-    QVERIFY2(dialog.line().contains("Degrés : une cellule mesure 7,6"), qPrintable(dialog.line()));
+    QVERIFY2(dialog.line().contains("Degrés : une cellule mesure 7.6"), qPrintable(dialog.line()));
     QTRY_VERIFY2(dialog.line().contains("de cellules sans donnée"), qPrintable(dialog.line()));
     dialog.find<QTabWidget>("m_pTabWidget")->setCurrentIndex(2);
     QVERIFY2(dialog.line().contains("les orientations en tiennent compte")
@@ -102,14 +102,14 @@ void DemLookTest::ratioOffersTrueMetres()
     const auto note = dialog.panel()->findChild<QLabel *>("m_pScaleNote");
     QVERIFY(note->isHidden());
     scale->setCurrentIndex(2);
-    QVERIFY2(note->text().contains("compte pour 11,1 m × 11,1 m ; elle mesure 7,6"), qPrintable(note->text()));
+    QVERIFY2(note->text().contains("compte pour 11.1 m × 11.1 m ; elle mesure 7.6"), qPrintable(note->text()));
     QVERIFY(!dialog.line().contains("Degrés"));
     emit note->linkActivated(QStringLiteral("first"));
     QCOMPARE(scale->currentIndex(), 0);
     QVERIFY(note->isHidden() && dialog.line().contains("Degrés"));
     dialog.window.setInputDem(path("dem.tif"));
     scale->setCurrentIndex(1);
-    QVERIFY(note->text().contains("elle mesure 10,0 m"));
+    QVERIFY(note->text().contains("elle mesure 10.0 m"));
 }
 
 void DemLookTest::readAsItIs()

@@ -1,4 +1,4 @@
-#include "app/window/focusorder.h"
+#include "panels/controls/focusorder.h"
 
 #include <QWidget>
 
