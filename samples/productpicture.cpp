@@ -44,9 +44,8 @@ void FeaturePicture::draw(OGRLayer &layer, const vectordraw::DefaultStyles &styl
     using namespace vectordraw;
     if (m_picture.isNull())
         return;
-    Surface surface =
-        Surface::onPixels(m_picture.bits(), m_picture.width(), m_picture.height(),
-                          static_cast<int>(m_picture.bytesPerLine()));
+    Surface surface = Surface::onPixels(m_picture.bits(), m_picture.width(), m_picture.height(),
+                                        static_cast<int>(m_picture.bytesPerLine()));
     constexpr double dotsPerInch = 96.0;
     Painter painter(surface, {dotsPerInch, m_view.groundPerPixel()});
     FeatureLayer drawing(layer, m_view, painter, styles);

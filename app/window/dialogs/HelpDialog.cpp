@@ -192,13 +192,13 @@ void setButtonText(QToolButton &button, const QString &text)
 HelpDialog::HelpDialog(QString guide, QWidget *parent)
     : QDialog(parent)
     , m_guide(std::move(guide))
-    , m_pGuide(new GuideBrowser([this] { fit(m_pGuide->source()); }, this))
-    , m_pPages(new QListWidget(this))
     , m_pBack(button("guide_back", QKeySequence(QStringLiteral("Alt+Left")), this))
     , m_pForward(button("guide_forward", QKeySequence(QStringLiteral("Alt+Right")), this))
     , m_pHome(button("guide_home", QKeySequence(QStringLiteral("Alt+Home")), this))
     , m_pFind(new QLineEdit(this))
     , m_pNotFound(new QLabel(this))
+    , m_pPages(new QListWidget(this))
+    , m_pGuide(new GuideBrowser([this] { fit(m_pGuide->source()); }, this))
 {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     makeControls();
@@ -270,6 +270,7 @@ void HelpDialog::applyTexts()
     m_pFind->setPlaceholderText(tr("Chercher dans le guide", "MESS_AIDE_CHERCHER"));
     m_pFind->setAccessibleName(m_pFind->placeholderText());
     m_pNotFound->setText(tr("Introuvable", "MESS_AIDE_INTROUVABLE"));
+    m_pGuide->setAccessibleName(windowTitle());
     m_pPages->setAccessibleName(tr("Pages du guide", "MESS_AIDE_PAGES"));
     const QSignalBlocker silent(m_pPages);
     m_pages = guidePages(guidePageFolder(m_guide));
@@ -343,7 +344,7 @@ void HelpDialog::changeEvent(QEvent *event)
         applyTexts();
         showPage(shown);
         m_pGuide->clearHistory(); // the pages before are in the other language
-    } else if (event->type() == QEvent::PaletteChange && m_pGuide) {
+    } else if (event->type() == QEvent::PaletteChange) {
         m_pGuide->reload(); // the colours of links and code come from the palette
     }
     QDialog::changeEvent(event);

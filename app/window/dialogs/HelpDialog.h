@@ -43,11 +43,12 @@ private:
 
     QString m_guide;
     QVector<GuidePage> m_pages;
-    QTextBrowser *m_pGuide;
-    QListWidget *m_pPages;
+    // In the order of the Tab key.
     QToolButton *m_pBack;
     QToolButton *m_pForward;
     QToolButton *m_pHome;
     QLineEdit *m_pFind;
     QLabel *m_pNotFound;
+    QListWidget *m_pPages;
+    QTextBrowser *m_pGuide;
 };
