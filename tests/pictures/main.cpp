@@ -145,8 +145,9 @@ private:
         picture.save(QStringLiteral("%1/%2_%3.png").arg(m_folder, name, m_suffix));
         picture.setDevicePixelRatio(1.0);
         const QSize size = picture.size().scaled(m_width, m_width * 3 / 4, Qt::KeepAspectRatio);
-        m_small.append({name, picture.scaled(size.boundedTo(picture.size()), Qt::KeepAspectRatio,
-                                             Qt::SmoothTransformation)});
+        m_small.append(
+            {name,
+             picture.scaled(size.boundedTo(picture.size()), Qt::KeepAspectRatio, Qt::SmoothTransformation)});
     }
 
     void check(const QWidget &window, const QString &name)
