@@ -3,6 +3,7 @@
 #include "dataset/formatfilters.h"
 #include "dataset/overviews.h"
 #include "messages/FittingArea.h"
+#include "panels/controls/focusorder.h"
 #include "ui_outputFileAdvancedOptionsDialog.h"
 
 #include <QScreen>
@@ -70,9 +71,7 @@ void outputFileAdvancedOptionsDialog::makeScrollable()
 {
     const QList<QWidget *> groups{m_form->m_pGrpFile, m_form->m_pGrpDem};
     m_form->m_pMainLayout->insertWidget(0, new FittingArea(groups, this));
-    // The Tab key reaches the groups, which have a new parent, before the buttons again.
-    m_form->m_pButtonBox->setParent(nullptr);
-    m_form->m_pMainLayout->addWidget(m_form->m_pButtonBox);
+    orderFocus(*this, groups + QList<QWidget *>{m_form->m_pButtonBox});
 }
 
 /// Shows how the cells of a raster are written. The lists hold the values of the options as data.
