@@ -103,7 +103,6 @@ void contourOptionsWidget::makeNoDataCombo()
     m_pNoDataCombo->setCurrentIndex(-1); // no row is current until the user chooses one
     m_form->m_pFieldsLayout->setWidget(fieldRow, QFormLayout::FieldRole, m_pNoDataCombo);
     m_form->m_pPixelValueToTreatAsNoDataLabel->setBuddy(m_pNoDataCombo);
-    setTabOrder(m_form->m_pLEFixedLevels, m_form->m_pLevelsNote);
     setTabOrder(m_form->m_pChBTreatNoDataValue, m_pNoDataCombo);
     setTabOrder(m_pNoDataCombo, m_form->m_pLEOffset);
 }
@@ -252,6 +251,8 @@ void contourOptionsWidget::updateNotes()
         setTipRemark(*control, noLines);
     }
     setNote(m_form->m_pLevelsNote, levelsNote(shown.fixedLevels));
+    setTabOrder(m_form->m_pLEFixedLevels,
+                m_form->m_pLevelsNote); // the note takes the focus while it has a link
     const QString offsetNote = numberNote(m_form->m_pLEOffset->text());
     setNote(m_form->m_pOffsetNote,
             offsetNote.isEmpty() ? roundedNumberWarnings({.offset = shown.offset}).value(0) : offsetNote);

@@ -107,10 +107,10 @@ void shadedOptionsWidget::makeWheel()
 void shadedOptionsWidget::orderTabs()
 {
     orderFocus(*this,
-               {m_form->m_pLightChoice, m_pCompass, m_form->m_pAzimuthField, m_form->m_pPBResetAzimuth,
-                m_form->m_pAltitudeSlider, m_form->m_pPBResetAltitude, m_pWheel, m_form->m_pPBResetZFactor,
-                m_pScaleCombo, m_form->m_pPBResetScale, m_form->m_pRBZevenbergenThorne, m_form->m_pRBHorn,
-                m_form->m_pChBComputeAtEdges});
+               {m_pCompass, m_form->m_pAzimuthField, m_form->m_pPBResetAzimuth, m_form->m_pAltitudeSlider,
+                m_form->m_pPBResetAltitude, m_pWheel, m_form->m_pPBResetZFactor, m_pScaleCombo,
+                m_form->m_pPBResetScale, m_form->m_pRBZevenbergenThorne, m_form->m_pRBHorn,
+                m_form->m_pChBComputeAtEdges, m_form->m_pLightChoice});
 }
 
 void shadedOptionsWidget::connectControls()

@@ -2,9 +2,9 @@
 
 #include "app/recipe/lightrecipes.h"
 #include "app/startup/settings.h"
-#include "app/window/PanelArea.h"
 #include "app/window/dialogs/LightDialog.h"
 #include "app/window/mnemonics.h"
+#include "messages/FittingArea.h"
 #include "panels/aspectOptionsWidget.h"
 #include "panels/colorReliefOptionsWidget.h"
 #include "panels/contourOptionsWidget.h"
@@ -60,7 +60,7 @@ template <class Panel> void ProcessTabs::addPanel(Process process, QWidget &tab,
     m_indexes[at] = m_tabs.indexOf(&tab);
     m_panels[at] = panel;
     m_defaults[at] = panel->processOptions();
-    tab.layout()->addWidget(new PanelArea(panel, &tab));
+    tab.layout()->addWidget(new FittingArea(panel, &tab));
     connect(panel, &Panel::completeChanged, this, &ProcessTabs::optionsChanged);
     if constexpr (requires { &Panel::extremesComputed; })
         connect(panel, &Panel::extremesComputed, this, &ProcessTabs::extremesComputed);

@@ -71,6 +71,7 @@ void SettingsMenu::makeActions(QToolButton &button)
     m_pRecentMenu->setToolTipsVisible(true);
     menu->addSeparator();
     m_pLanguageMenu = menu->addMenu(QString());
+    m_pLanguageMenu->setObjectName(QStringLiteral("m_pLanguageMenu"));
     m_pHelp = add("m_pActionHelp", QKeySequence::HelpContents, &SettingsMenu::slot_showHelp);
     connect(menu, &QMenu::aboutToShow, this, [this] {
         m_pCopy->setEnabled(m_window.mayLaunch());

@@ -1,8 +1,9 @@
 #include "app/window/outputFileAdvancedOptionsDialog.h"
 
-#include "app/window/PanelArea.h"
 #include "dataset/formatfilters.h"
 #include "dataset/overviews.h"
+#include "messages/FittingArea.h"
+#include "panels/controls/focusorder.h"
 #include "ui_outputFileAdvancedOptionsDialog.h"
 
 #include <QScreen>
@@ -68,13 +69,9 @@ outputFileAdvancedOptionsDialog::~outputFileAdvancedOptionsDialog() = default;
 /// On a low screen the groups scroll, and the buttons below them stay.
 void outputFileAdvancedOptionsDialog::makeScrollable()
 {
-    auto groups = new QWidget;
-    auto layout = new QVBoxLayout(groups);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_form->m_pGrpFile);
-    layout->addWidget(m_form->m_pGrpDem);
-    layout->addStretch();
-    m_form->m_pMainLayout->insertWidget(0, new PanelArea(groups, this));
+    const QList<QWidget *> groups{m_form->m_pGrpFile, m_form->m_pGrpDem};
+    m_form->m_pMainLayout->insertWidget(0, new FittingArea(groups, this));
+    orderFocus(*this, groups + QList<QWidget *>{m_form->m_pButtonBox});
 }
 
 /// Shows how the cells of a raster are written. The lists hold the values of the options as data.

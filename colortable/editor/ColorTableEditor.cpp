@@ -8,6 +8,7 @@
 #include "colortable/editor/LibraryList.h"
 #include "colortable/editor/tablefiles.h"
 #include "colortable/editor/tablelibrary.h"
+#include "messages/FittingArea.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 #include "messages/label.h"
@@ -75,7 +76,7 @@ void ColorTableEditor::buildLayout()
     m_gradient = new GradientView(this);
     m_gradient->setAccessibleName(labelText({"MESS_TCE_NOM_DEGRADE", "Dégradé"}));
     middleLayout->addWidget(m_gradient, 1);
-    middleLayout->addWidget(buildColorParts());
+    middleLayout->addWidget(new FittingArea(buildColorParts(), this));
     columns->setChildrenCollapsible(false); // a small screen must not hide the gradient
     columns->addWidget(m_library);
     columns->addWidget(middle);

@@ -3,6 +3,7 @@
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/elevationpicture.h"
 #include "dataset/extraction/vectorextent.h"
+#include "messages/FittingArea.h"
 #include "messages/Prompt.h"
 #include "messages/label.h"
 #include "messages/shownnumber.h"
@@ -54,6 +55,11 @@ ExtractionDialog::ExtractionDialog(const QString &dem, int band, const std::opti
     , m_vectorFolder(QFileInfo(dem).absolutePath())
 {
     m_form->setupUi(this);
+    m_form->m_pSideLayout->insertWidget(
+        0, new FittingArea({m_form->m_pGrpBCells, m_form->m_pGrpBCorners, m_form->m_pGrpBVector}, this));
+    setTabOrder(m_form->m_pPBVector, m_form->m_pPBWhole);
+    setTabOrder(m_form->m_pPBWhole, m_form->m_pPBAccept);
+    setTabOrder(m_form->m_pPBAccept, m_form->m_pPBCancel);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint, true);
     m_form->m_pView->setGrid(m_grid.size);

@@ -4,9 +4,11 @@
 #include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHash>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QStyleOptionComboBox>
 #include <QToolButton>
 #include <QWidget>
@@ -71,13 +73,14 @@ QList<QWidget *> tabOrder(const QWidget &window)
     return controls;
 }
 
-/// The part of a control that a person sees, in the coordinates of the window; empty where it is scrolled away.
-QRect placeIn(const QWidget &window, const QWidget &control)
+/// The area that scrolls with the control in it, or the window.
+const QWidget &areaOf(const QWidget &window, const QWidget &control)
 {
-    QRect place = control.rect();
-    for (const QWidget *widget = &control; widget != &window; widget = widget->parentWidget())
-        place = place.intersected(widget->rect()).translated(widget->pos());
-    return place.intersected(window.rect());
+    const QWidget *parent = control.parentWidget();
+    while (parent != &window && !qobject_cast<const QScrollArea *>(parent))
+        parent = parent->parentWidget();
+    const auto *area = qobject_cast<const QScrollArea *>(parent);
+    return area ? *area->widget() : window;
 }
 
 } // namespace
@@ -96,19 +99,19 @@ QStringList windowProblems(const QWidget &window, const QSize &screen)
             problems += nameOf(*widget) + QStringLiteral(" has a link that the keyboard does not reach");
     }
     const QList<QWidget *> controls = tabOrder(window);
-    QList<QRect> before;
+    QHash<const QWidget *, QList<QRect>> before; // the places in each area
     for (QWidget *control : controls) {
         if (!hasName(*control))
             problems += nameOf(*control) + QStringLiteral(" has no name");
-        const QRect place = placeIn(window, *control);
-        if (place.isEmpty())
-            continue;
-        const bool isLate = std::any_of(before.begin(), before.end(), [&](const QRect &other) {
+        const QWidget &area = areaOf(window, *control);
+        const QRect place(control->mapTo(const_cast<QWidget *>(&area), QPoint(0, 0)), control->size());
+        QList<QRect> &others = before[&area];
+        const bool isLate = std::any_of(others.begin(), others.end(), [&](const QRect &other) {
             return place.bottom() < other.top() && place.left() < other.right() && other.left() < place.right();
         });
         if (isLate)
             problems += nameOf(*control) + QStringLiteral(" comes too late in the order of the Tab key");
-        before += place;
+        others += place;
     }
     if (!window.inherits("QDialog"))
         return problems; // part of a window
