@@ -107,10 +107,10 @@ void shadedOptionsWidget::makeWheel()
 void shadedOptionsWidget::orderTabs()
 {
     orderFocus(*this,
-               {m_form->m_pLightChoice, m_pCompass, m_form->m_pAzimuthField, m_form->m_pPBResetAzimuth,
-                m_form->m_pAltitudeSlider, m_form->m_pPBResetAltitude, m_pWheel, m_form->m_pPBResetZFactor,
-                m_pScaleCombo, m_form->m_pPBResetScale, m_form->m_pRBZevenbergenThorne, m_form->m_pRBHorn,
-                m_form->m_pChBComputeAtEdges});
+               {m_pCompass, m_form->m_pAzimuthField, m_form->m_pPBResetAzimuth, m_form->m_pAltitudeSlider,
+                m_form->m_pPBResetAltitude, m_pWheel, m_form->m_pPBResetZFactor, m_pScaleCombo,
+                m_form->m_pPBResetScale, m_form->m_pRBZevenbergenThorne, m_form->m_pRBHorn,
+                m_form->m_pChBComputeAtEdges, m_form->m_pLightChoice});
 }
 
 void shadedOptionsWidget::connectControls()
@@ -338,6 +338,10 @@ void shadedOptionsWidget::applyTexts()
     m_pCompass->setAccessibleName(m_form->m_pAzimuthLabel->text());
     m_form->m_pAltitudeSlider->setAccessibleName(m_form->m_pSunLabel->text());
     m_pWheel->setAccessibleName(m_form->m_pLabelExageration->text());
+    nameReset(*m_form->m_pPBResetAzimuth, m_form->m_pAzimuthLabel->text());
+    nameReset(*m_form->m_pPBResetAltitude, m_form->m_pSunLabel->text());
+    nameReset(*m_form->m_pPBResetZFactor, m_form->m_pLabelExageration->text());
+    nameReset(*m_form->m_pPBResetScale, m_form->m_pScaleLabel->text());
     showLight();
     showValues(); // numbers and the words for the light
     m_pScaleCombo->translateItems(scaleLabels());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QApplication>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -20,6 +21,13 @@ public:
         setWidget(panel);
         panel->setAutoFillBackground(false); // the tab's background shows
         viewport()->setAutoFillBackground(false);
+        // QScrollArea follows the Tab key only from one of its controls to the next, and no letter with Alt.
+        connect(qApp, &QApplication::focusChanged, this, [this](const QWidget *, QWidget *now) {
+            const bool isClicked =
+                QApplication::mouseButtons() != Qt::NoButton; // what is clicked stays in place
+            if (now && !isClicked && widget()->isAncestorOf(now))
+                ensureWidgetVisible(now);
+        });
     }
 
     /// The panel's minimum, and a scroll bar beside it. QScrollArea would limit the hint to a few lines of

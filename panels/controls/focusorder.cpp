@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-void orderFocus(const QWidget &window, const QList<QWidget *> &areas)
+void orderFocus(QWidget &window, const QList<QWidget *> &areas)
 {
     QList<QWidget *> controls;
     for (QWidget *control = window.nextInFocusChain(); control != &window;
@@ -11,15 +11,19 @@ void orderFocus(const QWidget &window, const QList<QWidget *> &areas)
         if (control->focusPolicy() != Qt::NoFocus && (!control->focusProxy() || areas.contains(control)))
             controls += control;
     }
-    QWidget *last = nullptr;
+    // The order is a circle that begins at the window, so the first control has to follow it;
+    // QWidget::setTabOrder() would refuse a window that takes no focus.
+    const Qt::FocusPolicy policy = window.focusPolicy();
+    window.setFocusPolicy(Qt::TabFocus);
+    QWidget *last = &window;
     for (const QWidget *area : areas) {
         Q_ASSERT(area);
         for (QWidget *control : qAsConst(controls)) {
             if (control != area && !area->isAncestorOf(control))
                 continue;
-            if (last)
-                QWidget::setTabOrder(last, control);
+            QWidget::setTabOrder(last, control);
             last = control;
         }
     }
+    window.setFocusPolicy(policy);
 }
