@@ -1,5 +1,6 @@
 #include "messages/FittingArea.h"
 
+#include <QApplication>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -28,6 +29,12 @@ FittingArea::FittingArea(QWidget *part, QWidget *parent)
     setWidget(part);
     part->setAutoFillBackground(false); // the background of the window shows
     viewport()->setAutoFillBackground(false);
+    // QScrollArea follows the Tab key only from one of its controls to the next, and no letter with Alt.
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget *, QWidget *now) {
+        const bool isClicked = QApplication::mouseButtons() != Qt::NoButton; // what is clicked stays in place
+        if (now && !isClicked && widget()->isAncestorOf(now))
+            ensureWidgetVisible(now);
+    });
 }
 
 FittingArea::FittingArea(const QList<QWidget *> &parts, QWidget *parent)

@@ -3,6 +3,7 @@
 #include "dataset/workfolder.h"
 #include "messages/label.h"
 #include "panels/controls/numberfield.h"
+#include "panels/controls/tips.h"
 #include "panels/observers/ComputingEstimate.h"
 #include "panels/observers/observerimport.h"
 #include "panels/options/pointfile.h"
@@ -496,6 +497,13 @@ void intervisibilityOptionsWidget::applyTexts()
     m_form->m_pLApplyToAllPointsLink->setText(
         QStringLiteral("<a href=\"all\">%1</a>")
             .arg(tr("Appliquer à tous les points", "MESS_APPLI_TS_PTS").toHtmlEscaped()));
+    nameReset(*m_form->m_pPBResetAltitude, m_form->m_pLabelAltitude->text());
+    nameReset(*m_form->m_pPBResetAltitudeType, tr("Mode altitude", "MESS_MODE_ALTI"));
+    nameReset(*m_form->m_pPBResetMaxDistance, m_form->m_pLabelMaxDistance->text());
+    nameReset(*m_form->m_pPBResetSmokeHeight, m_form->m_pLabelSmokeHeight->text());
+    nameReset(*m_form->m_pPBResetColorZO, m_form->m_pLabelColorZO->text());
+    nameReset(*m_form->m_pPBResetColorZNO, m_form->m_pLabelColorZNO->text());
+    nameReset(*m_form->m_pPBResetColorNoData, m_form->m_pLabelColorNoData->text());
     m_table->retranslate();
     m_timeNote->retranslate();
     m_result->retranslate();

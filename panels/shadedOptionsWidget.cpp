@@ -338,6 +338,10 @@ void shadedOptionsWidget::applyTexts()
     m_pCompass->setAccessibleName(m_form->m_pAzimuthLabel->text());
     m_form->m_pAltitudeSlider->setAccessibleName(m_form->m_pSunLabel->text());
     m_pWheel->setAccessibleName(m_form->m_pLabelExageration->text());
+    nameReset(*m_form->m_pPBResetAzimuth, m_form->m_pAzimuthLabel->text());
+    nameReset(*m_form->m_pPBResetAltitude, m_form->m_pSunLabel->text());
+    nameReset(*m_form->m_pPBResetZFactor, m_form->m_pLabelExageration->text());
+    nameReset(*m_form->m_pPBResetScale, m_form->m_pScaleLabel->text());
     showLight();
     showValues(); // numbers and the words for the light
     m_pScaleCombo->translateItems(scaleLabels());

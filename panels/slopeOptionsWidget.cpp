@@ -4,6 +4,7 @@
 #include "panels/controls/focusorder.h"
 #include "panels/controls/paneltexts.h"
 #include "panels/controls/scalecombo.h"
+#include "panels/controls/tips.h"
 #include "panels/options/valueclasses.h"
 #include "ui_slopeOptionsWidget.h"
 
@@ -181,6 +182,7 @@ void slopeOptionsWidget::applyTexts()
 {
     m_form->m_pLabelCalcMethode->setText(methodText());
     m_form->m_pLabelCalcBord->setText(edgesText());
+    nameReset(*m_form->m_pPBResetScale, m_form->m_pScaleLabel->text());
     listClasses(m_classes);
     m_pScaleCombo->translateItems(scaleLabels());
 }

@@ -33,6 +33,23 @@ bool isSame(const QVector<MapLayer> &layers, const QVector<MapLayer> &others)
                       });
 }
 
+/// The way of an arrow key as a direction, with rows down; null for another key.
+QPointF arrowOf(int key)
+{
+    switch (key) {
+    case Qt::Key_Left:
+        return {-1.0, 0.0};
+    case Qt::Key_Right:
+        return {1.0, 0.0};
+    case Qt::Key_Up:
+        return {0.0, -1.0};
+    case Qt::Key_Down:
+        return {0.0, 1.0};
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 MapView::MapView(QWidget *parent)
@@ -420,8 +437,35 @@ void MapView::cancelDrag()
         emit viewChanged(m_viewAtPress);
 }
 
+/// Moves the current mark as a drag does, but inside the DEM; the view follows a mark that leaves it.
+void MapView::moveCurrentMark(const QPointF &by)
+{
+    const auto mark =
+        std::find_if(m_marks.begin(), m_marks.end(), [](const MapMark &one) { return one.current; });
+    if (mark == m_marks.end() || m_pressed)
+        return;
+    constexpr double inside = 0.01; // cells
+    const QPointF wanted = mark->position + by;
+    const QPointF cell(qBound(0.0, wanted.x(), m_dem.width() - inside),
+                       qBound(0.0, wanted.y(), m_dem.height() - inside));
+    const int index = static_cast<int>(mark - m_marks.begin());
+    mark->range.translate(cell - mark->position);
+    mark->position = cell;
+    update();
+    emit markMoving(index, cell);
+    emit markMoved(index, cell);
+    if (!m_view.contains(cell))
+        emit viewChanged(moved(m_view, by, m_dem));
+}
+
 void MapView::keyPressEvent(QKeyEvent *event)
 {
+    const QPointF arrow = arrowOf(event->key());
+    if (!arrow.isNull() && event->modifiers().testFlag(Qt::ShiftModifier)) {
+        constexpr double share = 0.01; // of the view's width
+        moveCurrentMark(arrow * (share * m_view.width()));
+        return;
+    }
     const QSizeF step = m_view.size() / 8.0;
     switch (event->key()) {
     case Qt::Key_Plus:
@@ -435,16 +479,14 @@ void MapView::keyPressEvent(QKeyEvent *event)
         slot_showWhole();
         return;
     case Qt::Key_Left:
-        emit viewChanged(moved(m_view, {-step.width(), 0.0}, m_dem));
-        return;
     case Qt::Key_Right:
-        emit viewChanged(moved(m_view, {step.width(), 0.0}, m_dem));
-        return;
     case Qt::Key_Up:
-        emit viewChanged(moved(m_view, {0.0, -step.height()}, m_dem));
-        return;
     case Qt::Key_Down:
-        emit viewChanged(moved(m_view, {0.0, step.height()}, m_dem));
+        emit viewChanged(moved(m_view, {arrow.x() * step.width(), arrow.y() * step.height()}, m_dem));
+        return;
+    case Qt::Key_Insert:
+        if (const QRectF area = shownArea(); !m_map.ground.isEmpty() && !m_view.isEmpty())
+            emit clicked(qRound(area.width() / 2.0), qRound(area.height() / 2.0), area.size().toSize());
         return;
     case Qt::Key_D:
         emit opacityChosen(0.0);

@@ -66,8 +66,9 @@ public slots:
     void slot_showWhole();
 
 signals:
-    /// The user clicked the map without dragging it. `x` and `y` count from the map's upper left corner,
-    /// `shown` is the map's size, all in pixels of the widget.
+    /// The user clicked the map without dragging it, or pressed Insert, which stands for a click in its middle.
+    /// `x` and `y` count from the map's upper left corner, `shown` is the map's size, all in pixels of the
+    /// widget.
     void clicked(int x, int y, QSize shown);
 
     /// The mouse is over a cell.
@@ -78,7 +79,8 @@ signals:
     /// The user clicked a mark other than the current one. `mark`: its index.
     void markClicked(int mark);
     /// The user drags a mark (markMoving()), and has let it go at a cell (markMoved()). When the user gives up
-    /// a drag with Escape, markMoving() reports the cell where the drag began.
+    /// a drag with Escape, markMoving() reports the cell where the drag began. Each press of an arrow key with
+    /// Shift moves the current mark, with both signals.
     void markMoving(int mark, const QPointF &cell);
     void markMoved(int mark, const QPointF &cell);
 
@@ -123,6 +125,7 @@ private:
     bool isOnSwipe(const QPointF &place) const;
     void zoom(const QPointF &place, double factor);
     void hover(const QPointF &place);
+    void moveCurrentMark(const QPointF &by);
     void dragMark(const QPointF &place);
     void dragSwipe(const QPointF &place);
     void cancelDrag();

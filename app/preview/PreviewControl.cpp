@@ -98,7 +98,10 @@ void PreviewControl::renew()
 QString PreviewControl::previewProblem() const
 {
     if (m_panel == &m_observers && m_observers.options().observers.isEmpty())
-        return PreviewPane::tr("Cliquez sur la carte pour placer un observateur.", "MESS_APERCU_CLIQUER");
+        return PreviewPane::tr(
+            "Cliquez sur la carte pour placer un observateur.\nAu clavier, la touche Inser le "
+            "place au milieu, et Maj avec une flèche le déplace.",
+            "MESS_APERCU_CLIQUER");
     const auto *contours = m_panel ? std::get_if<ContourOptions>(&m_usedOptions) : nullptr;
     const bool hasNoLevels = contours && !contours->interval && contours->fixedLevels.trimmed().isEmpty();
     if (const auto interval = hasNoLevels ? roundInterval(m_dem.extremes) : std::nullopt)

@@ -457,6 +457,10 @@ void PreviewPane::applyTexts()
         m_view->setText(
             tr("Choisissez un Modèle Numérique de Terrain : il s'affiche ici.", "MESS_APERCU_SANS_MNT"));
     m_view->setAccessibleName(tr("Carte du MNT et du produit", "MESS_CARTE_NOM"));
+    m_view->setAccessibleDescription(
+        tr("Flèches : déplacer la carte ; +, − et 0 : agrandir, réduire, tout montrer ; Inser : placer "
+           "l'observateur au milieu ; Maj et flèches : déplacer l'observateur",
+           "MESS_CARTE_TOUCHES"));
     showNote();
     showLegend();
 }

@@ -1,5 +1,7 @@
 #include "panels/controls/tips.h"
 
+#include "messages/label.h"
+
 #include <QVariant>
 #include <QWidget>
 
@@ -29,4 +31,15 @@ void setTipRemark(QWidget &control, const QString &remark)
 {
     control.setProperty(remarkProperty, remark);
     showTip(control);
+}
+
+void nameReset(QWidget &button, QString option)
+{
+    option = option.trimmed();
+    if (option.endsWith(QLatin1Char(':')))
+        option = option.chopped(1).trimmed();
+    option.replace(0, 1, option.left(1).toLower());
+    const QString name = labelText({"MESS_TIP_DEFAUT", "Par défaut : %1"}).arg(option);
+    button.setAccessibleName(name);
+    button.setToolTip(name);
 }

@@ -282,6 +282,17 @@ void PreviewsTest::observersAreSetInThePicture()
     }
     QVERIFY(QLineF(cellOfFirst(), {800, 800}).length() < 1000.0 / dialog.map()->width() * 2);
     QTRY_VERIFY_WITH_TIMEOUT(dialog.product() != before, 10000);
+
+    // The keys do the same: Insert is a click in the middle, and Shift with an arrow is a drag.
+    QTest::keyClick(dialog.map(), Qt::Key_Insert);
+    QVERIFY(QLineF(cellOfFirst(), {500, 500}).length() < 1000.0 / dialog.map()->width() * 2);
+    const QPointF middle = cellOfFirst();
+    QTest::keyClick(dialog.map(), Qt::Key_Left, Qt::ShiftModifier);
+    QTest::keyClick(dialog.map(), Qt::Key_Down, Qt::ShiftModifier);
+    QVERIFY(QLineF(cellOfFirst(), middle + QPointF(-10, 10)).length() < 2);
+    for (int press = 0; press < 110; ++press)
+        QTest::keyClick(dialog.map(), Qt::Key_Up, Qt::ShiftModifier);
+    QVERIFY(cellOfFirst().y() >= 0.0 && cellOfFirst().y() < 1.0); // inside the DEM
 }
 
 void PreviewsTest::observersOfAnyKind()

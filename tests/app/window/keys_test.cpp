@@ -1,3 +1,4 @@
+#include "app/window/PanelArea.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
@@ -5,6 +6,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QWheelEvent>
 
@@ -19,6 +21,8 @@ private slots:
     void fieldsNeitherCloseNorLaunch();
     void wrongDemKeepsItsText();
     void tabVisitsEachControlInOrder();
+    void controlsOfAPanelAreInSight();
+    void resetButtonsNameTheirOption();
     void wheelScrollsOverControlsWithoutFocus();
 };
 
@@ -107,6 +111,69 @@ void KeysTest::tabVisitsEachControlInOrder()
     // The link of the forecast can be followed without a mouse.
     dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>("contourTab"));
     QTRY_COMPARE(dialog.find<QLabel>("m_pForecastLabel")->focusPolicy(), Qt::StrongFocus);
+}
+
+/// The Tab key goes from the top of a panel to its bottom, and the panel scrolls to each control.
+void KeysTest::controlsOfAPanelAreInSight()
+{
+    ShownDialog dialog(m_tools);
+    dialog.window.resize(dialog.window.minimumSize());
+    QVERIFY(QTest::qWaitForWindowActive(&dialog.window));
+    const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        QCoreApplication::processEvents(); // the page is laid out
+        tabs->tabBar()->setFocus();        // outside of the area that scrolls
+        const QWidget *panel = tabs->currentWidget()->findChild<PanelArea *>()->widget();
+        QWidgetList visited;
+        for (;;) {
+            QTest::keyClick(dialog.window.focusWidget(), Qt::Key_Tab);
+            QWidget *control = dialog.window.focusWidget();
+            if (!panel->isAncestorOf(control))
+                break;
+            QVERIFY2(!control->visibleRegion().isEmpty(), qPrintable(control->objectName()));
+            visited += control;
+        }
+        QVERIFY(visited.size() > 2);
+        const auto placeOf = [panel](const QWidget *control) {
+            return QRect(control->mapTo(panel, QPoint(0, 0)), control->size());
+        };
+        for (int at = 1; at < visited.size(); ++at) {
+            for (int earlier = 0; earlier < at; ++earlier) {
+                const QRect first = placeOf(visited.at(earlier));
+                const QRect second = placeOf(visited.at(at));
+                const bool sharesColumn = first.left() < second.right() && second.left() < first.right();
+                QVERIFY2(!sharesColumn || second.bottom() >= first.top(),
+                         qPrintable(visited.at(at)->objectName()));
+            }
+        }
+    }
+    // A letter with Alt scrolls as well: the azimuth is far above the list of lights.
+    tabs->setCurrentIndex(0);
+    const auto azimuth = dialog.find<QWidget>("m_pAzimuthField");
+    dialog.find<QWidget>("m_pPBKeepLight")->setFocus();
+    QVERIFY(azimuth->visibleRegion().isEmpty());
+    azimuth->setFocus(Qt::ShortcutFocusReason);
+    QVERIFY(!azimuth->visibleRegion().isEmpty());
+}
+
+void KeysTest::resetButtonsNameTheirOption()
+{
+    ShownDialog dialog(m_tools);
+    for (const auto *area : dialog.find<QTabWidget>("m_pTabWidget")->findChildren<PanelArea *>()) {
+        QStringList names;
+        for (const QPushButton *button : area->findChildren<QPushButton *>()) {
+            if (!button->objectName().contains(QLatin1String("Reset")))
+                continue;
+            QVERIFY2(button->accessibleName().startsWith(QStringLiteral("Par défaut : ")),
+                     qPrintable(button->objectName()));
+            QCOMPARE(button->toolTip(), button->accessibleName());
+            QVERIFY2(!names.contains(button->toolTip()), qPrintable(button->toolTip()));
+            names += button->toolTip();
+        }
+        if (area->widget()->objectName() == QLatin1String("shadedOptionsWidget"))
+            QCOMPARE(names.value(0), QStringLiteral("Par défaut : azimuth du soleil"));
+    }
 }
 
 void KeysTest::wheelScrollsOverControlsWithoutFocus()
