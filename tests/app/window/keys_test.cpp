@@ -1,4 +1,4 @@
-#include "app/window/PanelArea.h"
+#include "messages/FittingArea.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
@@ -124,7 +124,7 @@ void KeysTest::controlsOfAPanelAreInSight()
         tabs->setCurrentIndex(tab);
         QCoreApplication::processEvents(); // the page is laid out
         tabs->tabBar()->setFocus();        // outside of the area that scrolls
-        const QWidget *panel = tabs->currentWidget()->findChild<PanelArea *>()->widget();
+        const QWidget *panel = tabs->currentWidget()->findChild<FittingArea *>()->widget();
         QWidgetList visited;
         for (;;) {
             QTest::keyClick(dialog.window.focusWidget(), Qt::Key_Tab);
@@ -160,7 +160,7 @@ void KeysTest::controlsOfAPanelAreInSight()
 void KeysTest::resetButtonsNameTheirOption()
 {
     ShownDialog dialog(m_tools);
-    for (const auto *area : dialog.find<QTabWidget>("m_pTabWidget")->findChildren<PanelArea *>()) {
+    for (const auto *area : dialog.find<QTabWidget>("m_pTabWidget")->findChildren<FittingArea *>()) {
         QStringList names;
         for (const QPushButton *button : area->findChildren<QPushButton *>()) {
             if (!button->objectName().contains(QLatin1String("Reset")))
