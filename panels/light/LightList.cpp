@@ -7,6 +7,7 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -85,7 +86,9 @@ void LightList::paintPictures()
 
 void LightList::showEvent(QShowEvent *event)
 {
-    paintPictures();
+    // The pictures take as long as half of the window, which is shown without them first.
+    constexpr int afterWindow = 50; // ms
+    QTimer::singleShot(afterWindow, this, &LightList::paintPictures);
     QListWidget::showEvent(event);
 }
 
