@@ -46,6 +46,7 @@ PreviewPane::PreviewPane(QWidget *parent)
     layout->addWidget(m_readout);
     layout->addWidget(m_note);
     m_view->setObjectName(QStringLiteral("m_pLInputImgPreview"));
+    setFocusProxy(m_view);
     m_legend->setObjectName(QStringLiteral("m_pMapLegend"));
     m_note->setObjectName(QStringLiteral("m_pLPreviewNote"));
     m_readout->setObjectName(QStringLiteral("m_pLPreviewReadout"));

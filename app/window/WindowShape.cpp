@@ -29,9 +29,13 @@ QVector<QRect> availableScreens()
     return areas;
 }
 
-/// Gives the focus to the first control of an area.
+/// Gives the focus to the main control of an area, which is its focus proxy, or to its first one.
 void focusFirst(const QWidget &area)
 {
+    if (QWidget *control = area.focusProxy()) {
+        control->setFocus(Qt::TabFocusReason);
+        return;
+    }
     for (QWidget *control = area.nextInFocusChain(); control != &area; control = control->nextInFocusChain()) {
         if (area.isAncestorOf(control) && control->isVisible() && control->isEnabled()
             && (control->focusPolicy() & Qt::TabFocus)) {
