@@ -19,8 +19,10 @@ QVector<LibraryVersion> libraryVersions()
          QStringLiteral("https://www.qt.io")},
         {QStringLiteral("GDAL/OGR"), QString::fromLatin1(GDALVersionInfo("RELEASE_NAME")),
          QStringLiteral("MIT"), QStringLiteral("https://gdal.org")},
+#ifdef QUVO_LIBRARY_QWT // the programs without a window link no Qwt, and may be built without it
         {QStringLiteral("Qwt"), QStringLiteral(QUVO_LIBRARY_QWT), QStringLiteral("Qwt (LGPL 2.1)"),
          QStringLiteral("https://qwt.sourceforge.io")},
+#endif
         {QStringLiteral("cairo"), QString::fromLatin1(cairo_version_string()),
          QStringLiteral("LGPL 2.1 / MPL 1.1"), QStringLiteral("https://www.cairographics.org")},
         {QStringLiteral("Pango"), QString::fromLatin1(pango_version_string()), QStringLiteral("LGPL 2"),
