@@ -3,7 +3,8 @@
 QString shownNumber(double value, char format, int precision, const QLocale &locale)
 {
     const QChar point(QLatin1Char('.'));
-    const QString text = locale.toString(value, format, precision);
+    // Qt 6 writes the exponent with a capital letter, Qt 5 does not.
+    const QString text = locale.toString(value, format, precision).replace(QLatin1Char('E'), QLatin1Char('e'));
     const QString mark = locale.decimalPoint(); // a character in Qt 5, a text in Qt 6
     const auto at = text.lastIndexOf(mark);
     const bool groupsLookAlike = QString(locale.groupSeparator()) == point;
