@@ -17,7 +17,7 @@ struct TipRow
 {
     const char *control; ///< object name of the control, or of a frame around it
     const char *field;
-    const char *argument = ""; ///< of the tool
+    const char *argument = ""; ///< what the tool receives; empty: the tool does not know the option
     Label meaning{nullptr, nullptr};
 };
 

@@ -13,7 +13,7 @@ bool showDesktopNotice(const QString &title, const QString &text)
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return false;
-    // The Desktop Notifications Specification, version 1.2: the body may be read as markup.
+    // The desktop may read the body as markup (org.freedesktop.Notifications 1.2).
     const QString service = QStringLiteral("org.freedesktop.Notifications");
     QDBusMessage message = QDBusMessage::createMethodCall(
         service, QStringLiteral("/org/freedesktop/Notifications"), service, QStringLiteral("Notify"));

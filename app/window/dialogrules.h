@@ -5,8 +5,8 @@
 
 // Rules of the main dialog that need no window.
 
-/// Why the launch button is off, as a sentence that says what to do; empty where it is on. `output` is the text
-/// of the output field, `missing` what the panel lacks (optionsWidget::missing()).
+/// Why the launch button is off, as a sentence that says what to do; empty where it is on. `output`: the
+/// output field's text. `missing`: the sentence of optionsWidget::missing().
 QString launchObstacle(bool hasInput, const QString &output, const QString &missing);
 
 /// Widths in pixels that decide whether the option panel and the map stand side by side.

@@ -22,6 +22,6 @@ QString withoutMnemonic(QString text);
 /// pages may share some.
 void putMnemonics(QWidget &window);
 
-/// From here on each window and menu of the program gets its letters when it is shown; a window gets them again
-/// when its language changes and when the Alt key is pressed.
+/// Calls putMnemonics() for each window of the program when the window is shown, when its language changes and
+/// when the Alt key is pressed. Menus get letters when they are shown. Called once, at the start.
 void putMnemonicsEverywhere();

@@ -12,5 +12,5 @@ class QWidget;
 /// Calls `act` when the keys are pressed while `window` is the active one.
 void addShortcut(QWidget &window, const QKeySequence &keys, std::function<void()> act);
 
-/// Ctrl+Tab shows the next tab, Ctrl+Shift+Tab the one before; the last and the first are neighbours.
+/// Ctrl+Tab shows the next tab, Ctrl+Shift+Tab the previous tab. After the last tab comes the first one.
 void addTabKeys(QWidget &window, QTabWidget &tabs);

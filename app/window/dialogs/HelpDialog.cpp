@@ -310,7 +310,8 @@ void HelpDialog::slot_pageShown(const QUrl &url)
     }
 }
 
-/// Goes to the next place of the text in the field, or to the one before, on this page and then on the others.
+/// Finds the text of the search field: the next place, or backwards the previous place. The search begins on
+/// the page that is shown and goes on through the other pages.
 void HelpDialog::search(QTextDocument::FindFlags direction)
 {
     const QString text = m_pFind->text();

@@ -28,7 +28,7 @@ public:
         QWidget *widget;                            ///< parent of boxes and dialogs
         std::function<bool()> mayLaunch;            ///< returns whether the settings suffice and no run is on
         std::function<ProcessingRequest()> request; ///< returns what the dialog shows, without the tool's input
-        std::function<optionsWidget *()> panel; ///< returns the current panel; may be null: no tab is current
+        std::function<optionsWidget *()> panel;     ///< returns the current panel; null while no tab is current
     };
 
     /// `runner` and the dialog outlive this object.

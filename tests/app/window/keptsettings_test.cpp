@@ -67,7 +67,7 @@ void KeptSettingsTest::nextStartTakesUpWhatWasChosen()
     }
     Recipe shown;
     {
-        Dialog second(m_tools); // nobody has chosen it yet
+        Dialog second(m_tools); // the user has not switched it on
         second.window.takeUpLastSettings(true);
         QVERIFY(second.window.recipe().input.isEmpty());
         QVERIFY(second.find<QLineEdit>("m_pLEElevationInterval")->text().isEmpty());
