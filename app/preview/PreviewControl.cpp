@@ -14,14 +14,11 @@
 #include <utility>
 
 PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, const ToolPaths &tools,
-                               WorkFolder &workFolder, intervisibilityOptionsWidget &observers)
+                               WorkFolder &workFolder)
     : m_pane(pane)
     , m_runs(runs)
-    , m_observers(observers)
-    , m_live(pane, observers)
     , m_clock(runs, tools, workFolder)
 {
-    m_observers.setTiming(&m_clock);
     connect(&runs, &Previews::reductionStarted, &pane, [&pane] { pane.setReducing(0); });
     connect(&runs, &Previews::computationStarted, &pane, [this] {
         m_pane.setComputing(0);
@@ -35,15 +32,30 @@ PreviewControl::PreviewControl(PreviewPane &pane, Previews &runs, const ToolPath
         pane.setReducing(-1);
         pane.setComputing(-1);
     });
-    connect(&pane, &PreviewPane::observerChosen, &observers, &intervisibilityOptionsWidget::chooseObserver);
     connect(&pane, &PreviewPane::partChanged, &runs, &Previews::setPart);
-    connect(&m_live, &LiveObservers::numbersWanted, this, [this] { update(false); });
-    connect(&pane, &PreviewPane::observerMoved, this, &PreviewControl::moveObserver);
 }
 
 PreviewControl::~PreviewControl()
 {
-    m_observers.setTiming(nullptr);
+    if (m_observers)
+        m_observers->setTiming(nullptr);
+}
+
+void PreviewControl::setObservers(intervisibilityOptionsWidget &observers)
+{
+    m_observers = &observers;
+    m_observers->setTiming(&m_clock);
+    m_live = std::make_unique<LiveObservers>(m_pane, observers);
+    m_live->setCopy(m_runs.copy(), m_dem.band);
+    connect(m_live.get(), &LiveObservers::numbersWanted, this, [this] { update(false); });
+    connect(&m_pane, &PreviewPane::observerChosen, &observers, &intervisibilityOptionsWidget::chooseObserver);
+    connect(&m_pane, &PreviewPane::observerMoved, this, &PreviewControl::moveObserver);
+}
+
+/// Whether the panel of the observers is the current one.
+bool PreviewControl::showsObservers() const
+{
+    return m_observers && m_panel == m_observers;
 }
 
 void PreviewControl::setDem(const DemInfo &dem)
@@ -51,7 +63,8 @@ void PreviewControl::setDem(const DemInfo &dem)
     const DemInfo before = std::exchange(m_dem, dem);
     if (m_pane.setDem(dem)) {
         m_pane.setReducing(-1);
-        m_live.setCopy({}, 1);
+        if (m_live)
+            m_live->setCopy({}, 1);
         m_runs.setDem(m_pane.dem());
     } else if (!dem.isSameBandAs(before)) {
         showInput();
@@ -69,7 +82,8 @@ void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool v
         if (m_panel)
             m_panel->setChangeListener({});
         m_panel = panel;
-        m_live.setShown(m_panel == &m_observers);
+        if (m_live)
+            m_live->setShown(showsObservers());
         if (m_panel)
             m_panel->setChangeListener([this] { update(false); });
         update(true);
@@ -88,7 +102,8 @@ void PreviewControl::refresh()
 
 void PreviewControl::renew()
 {
-    m_live.setCopy({}, 1);
+    if (m_live)
+        m_live->setCopy({}, 1);
     m_runs.renew();
     update(false);
 }
@@ -97,7 +112,7 @@ void PreviewControl::renew()
 /// can be computed.
 QString PreviewControl::previewProblem() const
 {
-    if (m_panel == &m_observers && m_observers.options().observers.isEmpty())
+    if (showsObservers() && m_observers->options().observers.isEmpty())
         return PreviewPane::tr(
             "Cliquez sur la carte pour placer un observateur.\nAu clavier, la touche Inser le "
             "place au milieu, et Maj avec une flèche le déplace.",
@@ -121,10 +136,10 @@ QString PreviewControl::previewProblem() const
 /// Says that the preview shows the views of some observers only; empty where it shows those of all.
 QString PreviewControl::sampleRemark() const
 {
-    const int count = m_panel == &m_observers ? m_observers.observerCount() : 0;
+    const int count = showsObservers() ? m_observers->observerCount() : 0;
     if (count <= mostPreviewed)
         return {};
-    const QString remark = sightResult(m_observers.options())
+    const QString remark = sightResult(m_observers->options())
             == SightResult::Count // the map's numbers are smaller than the product's
         ? PreviewPane::tr("Aperçu avec %1 des %2 observateurs : la carte ne compte que ceux-là.",
                           "MESS_APERCU_ECHANT_N")
@@ -145,7 +160,7 @@ void PreviewControl::update(bool another)
         m_pane.view()->setText({});
     m_isRenewed = true;
     m_pane.setCompass(m_panel ? compassOf(m_usedOptions) : std::nullopt);
-    m_pane.setPlacing(m_panel == &m_observers);
+    m_pane.setPlacing(showsObservers());
     m_pane.setRemark(sampleRemark());
     showObservers();
     if (another)
@@ -159,13 +174,15 @@ void PreviewControl::showInput()
     m_pane.setReducing(-1);
     if (!m_runs.copy().isEmpty())
         m_pane.showInput(m_runs.copy(), m_runs.part());
-    m_live.setCopy(m_runs.copy(), m_dem.band);
+    if (m_live)
+        m_live->setCopy(m_runs.copy(), m_dem.band);
 }
 
 void PreviewControl::showOutput()
 {
     m_pane.setComputing(-1);
-    m_live.dropLate();
+    if (m_live)
+        m_live->dropLate();
     const QString table = m_runs.productRequest().toolInput.colorTableFile;
     ShownProduct product{.file = m_runs.product(),
                          .options = m_computedOptions,
@@ -177,10 +194,10 @@ void PreviewControl::showOutput()
         m_pane.clearOutput(QString());
     m_isRenewed = m_runs.isProductOutdated();
     const bool isWhole = m_runs.part().size() == m_pane.dem().size; // what lies outside of a part counts, too
-    if (m_panel != &m_observers || !isWhole || m_runs.isProductOutdated())
+    if (!showsObservers() || !isWhole || m_runs.isProductOutdated())
         return;
     showSeenAreas();
-    m_observers.setPreviewTime(m_runs.computingSeconds(), m_runs.copy());
+    m_observers->setPreviewTime(m_runs.computingSeconds(), m_runs.copy());
 }
 
 /// Shows in the table what each observer sees, where the tool has written it.
@@ -189,31 +206,32 @@ void PreviewControl::showSeenAreas()
     for (const SideFile &side : m_runs.productRequest().toolInput.sideFiles) {
         QFile file(side.path);
         if (side.argument == statisticsArgument && file.open(QIODevice::ReadOnly))
-            m_observers.setSeenAreas(readSeenAreas(QString::fromUtf8(file.readAll())));
+            m_observers->setSeenAreas(readSeenAreas(QString::fromUtf8(file.readAll())));
     }
 }
 
 void PreviewControl::showObservers()
 {
-    const bool shown = m_panel == &m_observers;
-    m_pane.setObservers(shown ? m_observers.options().observers : QList<ObserverPoint>(),
-                        m_observers.currentRow());
-    m_live.updateOptions();
+    const bool shown = showsObservers();
+    m_pane.setObservers(shown ? m_observers->options().observers : QList<ObserverPoint>(),
+                        shown ? m_observers->currentRow() : -1);
+    if (m_live)
+        m_live->updateOptions();
 }
 
 void PreviewControl::placeObserver(int x, int y, const QSize &shown)
 {
     const QPointF ground = m_pane.groundAt(x, y, shown);
-    if (m_panel == &m_observers && !m_live.pin(ground))
-        moveObserver(m_observers.currentRow(), ground);
+    if (showsObservers() && !m_live->pin(ground))
+        moveObserver(m_observers->currentRow(), ground);
 }
 
 void PreviewControl::moveObserver(int row, const QPointF &ground)
 {
-    const bool isPlaced = m_observers.dropObserver(row, ground);
-    if (sightResult(m_observers.options()) != SightResult::Picture)
+    const bool isPlaced = m_observers->dropObserver(row, ground);
+    if (sightResult(m_observers->options()) != SightResult::Picture)
         update(false); // the numbers were removed from the map when the drag began
     else if (!isPlaced)
-        m_live.stay(row);
+        m_live->stay(row);
     showObservers(); // an observer that could not be moved stands where it stood
 }

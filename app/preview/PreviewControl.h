@@ -5,6 +5,8 @@
 #include "app/preview/Previews.h"
 #include "app/preview/SightClock.h"
 
+#include <memory>
+
 class intervisibilityOptionsWidget;
 class optionsWidget;
 
@@ -15,10 +17,13 @@ class PreviewControl : public QObject
     Q_OBJECT
 
 public:
-    /// `pane`, `runs`, `workFolder` and `observers`, the panel of the observers, outlive this object.
-    PreviewControl(PreviewPane &pane, Previews &runs, const ToolPaths &tools, WorkFolder &workFolder,
-                   intervisibilityOptionsWidget &observers);
+    /// `pane`, `runs` and `workFolder` outlive this object.
+    PreviewControl(PreviewPane &pane, Previews &runs, const ToolPaths &tools, WorkFolder &workFolder);
     ~PreviewControl() override;
+
+    /// Connects the panel of the observers with the map; called once, before it is shown. `observers` outlives
+    /// this object.
+    void setObservers(intervisibilityOptionsWidget &observers);
 
     /// The DEM or band changed, or its extreme values became known.
     void setDem(const DemInfo &dem);
@@ -45,6 +50,7 @@ public:
     void placeObserver(int x, int y, const QSize &shown);
 
 private:
+    bool showsObservers() const;
     QString previewProblem() const;
     QString sampleRemark() const;
     void update(bool clear);
@@ -53,8 +59,8 @@ private:
 
     PreviewPane &m_pane;
     Previews &m_runs;
-    intervisibilityOptionsWidget &m_observers;
-    LiveObservers m_live;
+    intervisibilityOptionsWidget *m_observers = nullptr; ///< null until setObservers(), as is the next
+    std::unique_ptr<LiveObservers> m_live;
     SightClock m_clock;
     optionsWidget *m_panel = nullptr;
     bool m_vector = false;

@@ -6,7 +6,6 @@
 #include "app/window/ProcessTabs.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
-#include "panels/optionsWidget.h"
 
 #include <QAction>
 #include <QFile>
@@ -72,24 +71,17 @@ void KeptSettings::updateActions()
 {
     const QList<Process> processes = allProcesses();
     const auto current = m_tabs.currentProcess();
-    m_pReset->setEnabled(current && isChanged(*current));
+    m_pReset->setEnabled(current && m_tabs.isChanged(*current));
     m_pResetAll->setEnabled(std::any_of(processes.begin(), processes.end(),
-                                        [this](Process process) { return isChanged(process); }));
-}
-
-bool KeptSettings::isChanged(Process process) const
-{
-    return m_tabs.panel(process).processOptions() != m_tabs.defaults(process);
+                                        [this](Process process) { return m_tabs.isChanged(process); }));
 }
 
 void KeptSettings::reset(const QList<Process> &processes, const QString &question)
 {
     if (!Prompt::question(m_window.widget, question))
         return;
-    for (const Process process : processes) {
-        if (isChanged(process))
-            m_tabs.panel(process).setProcessOptions(m_tabs.defaults(process));
-    }
+    for (const Process process : processes)
+        m_tabs.reset(process);
 }
 
 void KeptSettings::takeUp(bool withInput)

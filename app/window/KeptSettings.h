@@ -50,7 +50,6 @@ public:
 
 private:
     void reset(const QList<Process> &processes, const QString &question);
-    bool isChanged(Process process) const;
 
     ProcessTabs &m_tabs;
     Window m_window;

@@ -15,55 +15,70 @@
 #include "panels/tri_tpi_roughnessOptionsWidget.h"
 #include "ui_quvoGdalUtilitiesDialog.h"
 
+#include <QEvent>
+#include <QTimer>
+
 #include <type_traits>
 
 /// The tab and the panel of a process.
 struct ProcessTabs::Row
 {
     Process process;
-    QWidget *Ui::quvoGdalUtilitiesDialog::*tab;
-    void (ProcessTabs::*addPanel)(Process process, QWidget &tab, WorkFolder &workFolder);
+    QWidget *Ui::quvoGdalUtilitiesDialog::*page;
+    void (ProcessTabs::*makePanel)(Process process);
+};
+
+using Form = Ui::quvoGdalUtilitiesDialog;
+
+constexpr ProcessTabs::Row ProcessTabs::rows[] = {
+    {Process::ShadedRelief, &Form::shadedTab, &ProcessTabs::makePanel<shadedOptionsWidget>},
+    {Process::Slope, &Form::slopeTab, &ProcessTabs::makePanel<slopeOptionsWidget>},
+    {Process::Aspect, &Form::aspectTab, &ProcessTabs::makePanel<aspectOptionsWidget>},
+    {Process::Intervisibility, &Form::intervisibilityTab,
+     &ProcessTabs::makePanel<intervisibilityOptionsWidget>},
+    {Process::ColorRelief, &Form::colorReliefTab, &ProcessTabs::makePanel<colorReliefOptionsWidget>},
+    {Process::Contour, &Form::contourTab, &ProcessTabs::makePanel<contourOptionsWidget>},
+    {Process::TriTpiRoughness, &Form::tri_tpi_roughnessTab,
+     &ProcessTabs::makePanel<tri_tpi_roughnessOptionsWidget>},
 };
 
 ProcessTabs::ProcessTabs(const Ui::quvoGdalUtilitiesDialog &form, WorkFolder &workFolder)
     : m_tabs(*form.m_pTabWidget)
+    , m_workFolder(workFolder)
     , m_lights(std::make_unique<LightRecipes>(ownLightFolder()))
 {
-    using Form = Ui::quvoGdalUtilitiesDialog;
-    using Tabs = ProcessTabs;
-    static constexpr Row rows[] = {
-        {Process::ShadedRelief, &Form::shadedTab, &Tabs::addPanel<shadedOptionsWidget>},
-        {Process::Slope, &Form::slopeTab, &Tabs::addPanel<slopeOptionsWidget>},
-        {Process::Aspect, &Form::aspectTab, &Tabs::addPanel<aspectOptionsWidget>},
-        {Process::Intervisibility, &Form::intervisibilityTab, &Tabs::addPanel<intervisibilityOptionsWidget>},
-        {Process::ColorRelief, &Form::colorReliefTab, &Tabs::addPanel<colorReliefOptionsWidget>},
-        {Process::Contour, &Form::contourTab, &Tabs::addPanel<contourOptionsWidget>},
-        {Process::TriTpiRoughness, &Form::tri_tpi_roughnessTab,
-         &Tabs::addPanel<tri_tpi_roughnessOptionsWidget>},
-    };
     static_assert(hasRowOfEachProcess(rows), "Every process needs a panel, in the order of the enumeration.");
-    for (const Row &row : rows)
-        (this->*row.addPanel)(row.process, *(form.*row.tab), workFolder);
-    applyTexts();
+    for (const Row &row : rows) {
+        QWidget *page = form.*row.page;
+        tab(row.process).page = page;
+        tab(row.process).index = m_tabs.indexOf(page);
+    }
+    m_tabs.installEventFilter(this);
 }
 
 ProcessTabs::~ProcessTabs() = default;
 
-template <class Panel> void ProcessTabs::addPanel(Process process, QWidget &tab, WorkFolder &workFolder)
+optionsWidget &ProcessTabs::panel(Process process)
+{
+    Tab &tab = this->tab(process);
+    if (!tab.panel)
+        (this->*rows[static_cast<std::size_t>(process)].makePanel)(process);
+    return *tab.panel;
+}
+
+template <class Panel> void ProcessTabs::makePanel(Process process)
 {
     Panel *panel = nullptr;
     if constexpr (std::is_constructible_v<Panel, WorkFolder &>)
-        panel = new Panel(workFolder);
+        panel = new Panel(m_workFolder);
     else
         panel = new Panel;
-    const auto at = static_cast<std::size_t>(process);
-    m_indexes[at] = m_tabs.indexOf(&tab);
-    m_panels[at] = panel;
-    m_defaults[at] = panel->processOptions();
-    tab.layout()->addWidget(new FittingArea(panel, &tab));
-    connect(panel, &Panel::completeChanged, this, &ProcessTabs::optionsChanged);
-    if constexpr (requires { &Panel::extremesComputed; })
-        connect(panel, &Panel::extremesComputed, this, &ProcessTabs::extremesComputed);
+    Tab &tab = this->tab(process);
+    tab.panel = panel;
+    tab.defaults = panel->processOptions();
+    auto area = new FittingArea(panel, tab.page);
+    tab.page->layout()->addWidget(area);
+    area->show(); // the layout alone would show it later, where its page is visible already
     if constexpr (std::is_same_v<Panel, shadedOptionsWidget>)
         panel->setLightShelf(m_lights.get());
     if constexpr (std::is_same_v<Panel, colorReliefOptionsWidget>) {
@@ -78,20 +93,46 @@ template <class Panel> void ProcessTabs::addPanel(Process process, QWidget &tab,
         panel->chooseTable(readLastColorTable());
         connect(panel, &Panel::tableChosen, panel, writeLastColorTable);
     }
-    if constexpr (std::is_same_v<Panel, intervisibilityOptionsWidget>)
-        m_intervisibility = panel;
+    if (m_dem)
+        panel->setDem(*m_dem);
+    setOptionTips(*panel, tab.defaults);
+    connect(panel, &Panel::completeChanged, this, &ProcessTabs::optionsChanged);
+    if constexpr (requires { &Panel::extremesComputed; })
+        connect(panel, &Panel::extremesComputed, this, &ProcessTabs::extremesComputed);
+    emit panelMade(*panel);
+}
+
+bool ProcessTabs::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == &m_tabs && event->type() == QEvent::Paint) {
+        m_tabs.removeEventFilter(this);
+        QTimer::singleShot(0, this, &ProcessTabs::makeNextPanel);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+/// Makes one panel, and the next one after what else waits, so that the window answers in between.
+void ProcessTabs::makeNextPanel()
+{
+    for (const Row &row : rows) {
+        if (tab(row.process).panel)
+            continue;
+        panel(row.process);
+        QTimer::singleShot(0, this, &ProcessTabs::makeNextPanel);
+        return;
+    }
 }
 
 std::optional<Process> ProcessTabs::currentProcess() const
 {
-    for (std::size_t at = 0; at < m_indexes.size(); ++at) {
-        if (m_indexes[at] == m_tabs.currentIndex())
-            return static_cast<Process>(at);
+    for (const Row &row : rows) {
+        if (tab(row.process).index == m_tabs.currentIndex())
+            return row.process;
     }
     return std::nullopt;
 }
 
-optionsWidget *ProcessTabs::currentPanel() const
+optionsWidget *ProcessTabs::currentPanel()
 {
     const auto process = currentProcess();
     return process ? &panel(*process) : nullptr;
@@ -104,22 +145,39 @@ QString ProcessTabs::currentTitle() const
 
 QString ProcessTabs::title(Process process) const
 {
-    return withoutMnemonic(m_tabs.tabText(m_indexes[static_cast<std::size_t>(process)]));
+    return withoutMnemonic(m_tabs.tabText(tab(process).index));
 }
 
 void ProcessTabs::applyTexts()
 {
-    for (std::size_t at = 0; at < processCount; ++at)
-        setOptionTips(*m_panels[at], m_defaults[at]);
+    for (const Tab &tab : m_processTabs) {
+        if (tab.panel)
+            setOptionTips(*tab.panel, tab.defaults);
+    }
 }
 
 void ProcessTabs::show(Process process)
 {
-    m_tabs.setCurrentIndex(m_indexes[static_cast<std::size_t>(process)]);
+    m_tabs.setCurrentIndex(tab(process).index);
+}
+
+bool ProcessTabs::isChanged(Process process) const
+{
+    const Tab &tab = this->tab(process);
+    return tab.panel && tab.panel->processOptions() != tab.defaults;
+}
+
+void ProcessTabs::reset(Process process)
+{
+    if (isChanged(process))
+        tab(process).panel->setProcessOptions(tab(process).defaults);
 }
 
 void ProcessTabs::setDem(const DemInfo &dem)
 {
-    for (optionsWidget *panel : m_panels)
-        panel->setDem(dem);
+    m_dem = dem;
+    for (const Tab &tab : m_processTabs) {
+        if (tab.panel)
+            tab.panel->setDem(dem);
+    }
 }

@@ -122,11 +122,6 @@ bool WindowShape::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-void WindowShape::applyTexts()
-{
-    arrange();
-}
-
 /// Where only one of panel and map has room, the button says which one it brings.
 void WindowShape::updateButton()
 {

@@ -30,8 +30,9 @@ public:
     void restore();
     void save();
 
-    /// Sets the texts of the button and fits the panels' width, after a change of language.
-    void applyTexts();
+    /// Fits the width of the panels to what they need now, and sets the texts of the button; after a change of
+    /// language, or when a panel was made.
+    void arrange();
 
     /// Shows or hides the map; the window grows or shrinks by its width as far as the screen allows. In a
     /// window that is too narrow for both, changes panels and map.
@@ -50,7 +51,6 @@ protected:
 private:
     PaneWidths widths() const;
     bool isMapWanted() const { return m_geometry.showPreview && !m_isMapRemoved; }
-    void arrange();
     void updateButton();
     void changePane();
     void growForMap();

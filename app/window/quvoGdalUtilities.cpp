@@ -95,12 +95,10 @@ quvoGdalUtilities::quvoGdalUtilities(const ToolPaths &tools, QWidget *parent, Qt
         field->setAcceptDrops(false);
     new WheelGuard(m_form->m_pTabWidget);
     new WheelGuard(m_form->m_pCBBand);
-    orderFocus(*this,
-               {m_form->m_pCBInputListFile, m_form->m_pPBSelectInputDEM, m_form->m_pCBBand,
-                m_form->m_pTBDemPart, m_form->m_pTBDemLook, m_form->m_pTabWidget, m_form->m_pGrpBPreviews,
-                m_form->m_pLEOutputFile, m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions,
-                m_form->m_pPBShowPreview, m_form->m_pAboutLabel, m_form->m_pTBSettings,
-                m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
+    connect(m_tabs.get(), &ProcessTabs::panelMade, this, &quvoGdalUtilities::connectPanel);
+    m_previewControl =
+        std::make_unique<PreviewControl>(*m_form->m_pGrpBPreviews, m_previews, m_tools, m_workFolder);
+    m_tabs->currentPanel(); // its width is the first one of the panels' area
     makeSources();
     addKeys();
     m_shape->restore();
@@ -146,6 +144,25 @@ void quvoGdalUtilities::connectControls()
     connect(m_form->m_pPBClose, &QPushButton::clicked, this, &quvoGdalUtilities::close);
 }
 
+/// A panel was made: gives its controls and its width their place in the window.
+void quvoGdalUtilities::connectPanel(optionsWidget &panel)
+{
+    orderFocus(*this,
+               {m_form->m_pCBInputListFile, m_form->m_pPBSelectInputDEM, m_form->m_pCBBand,
+                m_form->m_pTBDemPart, m_form->m_pTBDemLook, m_form->m_pTabWidget, m_form->m_pGrpBPreviews,
+                m_form->m_pLEOutputFile, m_form->m_pPBSelectOutputFile, m_form->m_pPBOutputFileAdvancedOptions,
+                m_form->m_pPBShowPreview, m_form->m_pAboutLabel, m_form->m_pTBSettings,
+                m_form->m_pPBLaunchProcess, m_form->m_pPBClose});
+    new WheelGuard(&panel);
+    m_shape->arrange();
+    auto *observers = qobject_cast<intervisibilityOptionsWidget *>(&panel);
+    if (!observers)
+        return;
+    m_previewControl->setObservers(*observers);
+    connect(observers, &intervisibilityOptionsWidget::currentObserverPointChanged, this,
+            &quvoGdalUtilities::slot_updateMarkerPosition);
+}
+
 void quvoGdalUtilities::addKeys()
 {
     addTabKeys(*this, *m_form->m_pTabWidget);
@@ -183,8 +200,6 @@ void quvoGdalUtilities::openDropped(const QStringList &paths)
 void quvoGdalUtilities::connectPreviews()
 {
     PreviewPane *pane = m_form->m_pGrpBPreviews;
-    intervisibilityOptionsWidget &observers = m_tabs->intervisibilityPanel();
-    m_previewControl = std::make_unique<PreviewControl>(*pane, m_previews, m_tools, m_workFolder, observers);
     connect(&m_previews, &Previews::reduced, this, &quvoGdalUtilities::slot_showInputFilePreview);
     connect(&m_previews, &Previews::reducingProgress, this, &quvoGdalUtilities::slot_updateReducingProgress);
     connect(&m_previews, &Previews::reductionFailed, this, &quvoGdalUtilities::slot_reduceProcessFailed);
@@ -196,8 +211,6 @@ void quvoGdalUtilities::connectPreviews()
             &quvoGdalUtilities::slot_updateOutputFilePreview);
     connect(m_form->m_pPBShowPreview, &QPushButton::clicked, this, &quvoGdalUtilities::slot_dialogExtension);
     connect(pane->view(), &MapView::clicked, this, &quvoGdalUtilities::slot_onPreviewLabelClicked);
-    connect(&observers, &intervisibilityOptionsWidget::currentObserverPointChanged, this,
-            &quvoGdalUtilities::slot_updateMarkerPosition);
     connect(m_input.get(), &InputDem::demChanged, m_previewControl.get(), &PreviewControl::setDem);
     pane->setNameProposal([this] {
         const QFileInfo product(currentRequest().output);
@@ -537,7 +550,7 @@ void quvoGdalUtilities::changeEvent(QEvent *event)
         applyTexts();
         slot_activeLaunchButton();
         m_part->applyTexts();
-        m_shape->applyTexts();
+        m_shape->arrange();
         m_kept->applyTexts();
         m_tabs->applyTexts();
         slot_updateOutputFilePreview();

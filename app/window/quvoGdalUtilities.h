@@ -18,6 +18,7 @@ class DemSources;
 class InputDem;
 class KeptSettings;
 class Launch;
+class optionsWidget;
 class PreviewControl;
 class ProcessTabs;
 class OutputField;
@@ -112,6 +113,7 @@ protected:
 private:
     void connectControls();
     void connectPreviews();
+    void connectPanel(optionsWidget &panel);
     void addKeys();
     void makeSources();
     void openDropped(const QStringList &paths);

@@ -242,6 +242,9 @@ void addMainDialog(Album &album)
     QFile::copy(QStringLiteral(QUVO_TREE "/samples/sample_dem.tif"),
                 folder.filePath(QStringLiteral("dem.tif")));
     dialog.setInputDem(folder.filePath(QStringLiteral("dem.tif")));
+    const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
+    for (int tab = tabs->count() - 1; tab >= 0; --tab)
+        tabs->setCurrentIndex(tab); // its panel is made
     dialog.findChild<colorReliefOptionsWidget *>()->loadLibrary(
         QStringLiteral(QUVO_TREE "/libraries/colormap"));
     for (const QPointF &place : {QPointF(548700, 5151300), QPointF(566300, 5154400), QPointF(560200, 5141100)})
@@ -249,7 +252,6 @@ void addMainDialog(Album &album)
     dialog.findChild<QLineEdit *>(QStringLiteral("m_pLEElevationInterval"))->setText(QStringLiteral("100.000"));
     dialog.resize(1354, 728); // larger than the screen of the offscreen platform
     dialog.show();            // a map that nobody sees is not computed
-    const auto tabs = dialog.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
     for (int index = 0; index < tabs->count(); ++index) {
         if (!tabs->isTabVisible(index))
             continue;

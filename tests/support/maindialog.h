@@ -5,6 +5,7 @@
 #include "app/window/quvoGdalUtilities.h"
 #include "dataset/QuvoFilerDialog.h"
 #include "dataset/gdalmessages.h"
+#include "messages/FittingArea.h"
 #include "messages/Prompt.h"
 #include "messages/QuvoLanguageManager.h"
 #include "tests/support/rasters.h"
@@ -17,6 +18,7 @@
 #include <QObject>
 #include <QPushButton>
 #include <QSettings>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
@@ -60,6 +62,13 @@ protected:
     ToolPaths m_tools; ///< a test may replace one
 };
 
+/// How many tabs of the main dialog have their panel.
+inline std::size_t panelCount(const quvoGdalUtilities &window)
+{
+    const auto tabs = window.findChild<QTabWidget *>(QStringLiteral("m_pTabWidget"));
+    return static_cast<std::size_t>(tabs->findChildren<FittingArea *>().size());
+}
+
 /// The main dialog, shown, with access to its controls.
 struct ShownDialog
 {
@@ -67,6 +76,8 @@ struct ShownDialog
         : window(tools, nullptr, {})
     {
         window.show();
+        if (!QTest::qWaitFor([this] { return panelCount(window) == processCount; }))
+            qFatal("the main dialog lacks panels");
     }
     template <class Widget> Widget *find(const char *name) { return window.findChild<Widget *>(name); }
     QPushButton *launchButton() { return find<QPushButton>("m_pPBLaunchProcess"); }

@@ -28,6 +28,7 @@ private slots:
     void init();
 
     void tabsKeepTheirIndexes();
+    void panelsAreMadeWhenUsed();
     void inputAndProposal();
     void dataSource();
     void startDirectory();
@@ -120,6 +121,24 @@ void MainDialogTest::tabsKeepTheirIndexes()
         QCOMPARE(dialog.output()->text(), path("dem_") + product);
     }
     QCOMPARE(tabs->count(), index);
+}
+
+/// The window appears with one panel. Another one that is shown later knows the DEM, and its options count.
+void MainDialogTest::panelsAreMadeWhenUsed()
+{
+    quvoGdalUtilities window(m_tools, nullptr, {});
+    QCOMPARE(panelCount(window), std::size_t(1));
+    window.setInputDem(path("dem.tif"));
+    const auto tabs = window.findChild<QTabWidget *>("m_pTabWidget");
+    tabs->setCurrentWidget(window.findChild<QWidget *>("contourTab"));
+    QCOMPARE(panelCount(window), std::size_t(2));
+    const auto launch = window.findChild<QPushButton *>("m_pPBLaunchProcess");
+    QVERIFY(!launch->isEnabled());
+    QTRY_VERIFY(window.findChild<QLabel *>("m_pForecastLabel")->text().contains('1')); // made of the extremes
+    window.findChild<QLineEdit *>("m_pLEElevationInterval")->setText("100");
+    QTRY_VERIFY(launch->isEnabled());
+    tabs->setCurrentWidget(window.findChild<QWidget *>("intervisibilityTab"));
+    QCOMPARE(panelCount(window), std::size_t(3));
 }
 
 void MainDialogTest::inputAndProposal()
