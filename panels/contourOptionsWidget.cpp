@@ -18,20 +18,10 @@
 namespace
 {
 
-/// Shows the text in the label. The Tab key reaches the label where the text holds a link.
-void showText(QLabel *label, const QString &text)
-{
-    label->setText(text);
-    label->setTextInteractionFlags(text.contains(QLatin1String("<a "))
-                                       ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
-                                       : Qt::NoTextInteraction);
-    label->setFocusPolicy(text.contains(QLatin1String("<a ")) ? Qt::StrongFocus : Qt::NoFocus);
-}
-
 /// Shows the text in the label; an empty text hides the label, which takes no room then.
-void setNote(QLabel *note, const QString &text)
+void setNote(LinkLabel *note, const QString &text)
 {
-    showText(note, text);
+    note->showText(text);
     note->setVisible(!text.isEmpty());
 }
 
@@ -239,7 +229,7 @@ void contourOptionsWidget::updateNotes()
 {
     const ContourOptions shown = options();
     m_form->m_pDrawing->setHasInterval(shown.interval.value_or(0.0) > 0.0);
-    showText(m_form->m_pForecastLabel, forecast(shown)); // never hidden: it stands beside its field
+    m_form->m_pForecastLabel->showText(forecast(shown)); // never hidden: it stands beside its field
     const QString taken = takenAttributeProblem(shown);
     setNote(m_form->m_pAttributeNote,
             taken.isEmpty() ? attributesProblem(m_outputFormat, elevationAttributes(shown)) : taken);

@@ -1,4 +1,5 @@
 #include "messages/FittingArea.h"
+#include "panels/controls/LinkLabel.h"
 #include "panels/controls/QEditableComboBox.h"
 #include "tests/support/files.h"
 #include "tests/support/maindialog.h"
@@ -8,6 +9,7 @@
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QVBoxLayout>
 #include <QWheelEvent>
 
 /// What the keyboard does in the main dialog.
@@ -21,6 +23,7 @@ private slots:
     void fieldsNeitherCloseNorLaunch();
     void wrongDemKeepsItsText();
     void tabVisitsEachControlInOrder();
+    void linksAreReachedInTurn();
     void controlsOfAPanelAreInSight();
     void resetButtonsNameTheirOption();
     void wheelScrollsOverControlsWithoutFocus();
@@ -93,8 +96,6 @@ void KeysTest::tabVisitsEachControlInOrder()
         while (!visited.contains(dialog.window.focusWidget()) && visited.size() < 200) {
             visited += dialog.window.focusWidget();
             QTest::keyClick(visited.last(), Qt::Key_Tab);
-            if (dialog.window.focusWidget() == visited.last() && qobject_cast<QLabel *>(visited.last()))
-                QTest::keyClick(visited.last(), Qt::Key_Tab); // the first one went to the link in the label
         }
         QCOMPARE(dialog.window.focusWidget(), visited.first()); // no control keeps the focus
         int last = 0;
@@ -108,9 +109,45 @@ void KeysTest::tabVisitsEachControlInOrder()
             last = at;
         }
     }
-    // The link of the forecast can be followed without a mouse.
+    // The link of the forecast is reached and followed without a mouse.
     dialog.find<QTabWidget>("m_pTabWidget")->setCurrentWidget(dialog.find<QWidget>("contourTab"));
+    const auto interval = dialog.find<QLineEdit>("m_pLEElevationInterval");
     QTRY_COMPARE(dialog.find<QLabel>("m_pForecastLabel")->focusPolicy(), Qt::StrongFocus);
+    interval->setFocus();
+    QTest::keyClick(interval, Qt::Key_Tab);
+    QTest::keyClick(dialog.window.focusWidget(), Qt::Key_Return);
+    QVERIFY(!interval->text().isEmpty());
+}
+
+/// One press of the Tab key brings the next link, in both directions, and each time that the label is reached.
+void KeysTest::linksAreReachedInTurn()
+{
+    QWidget window;
+    QVBoxLayout column(&window);
+    QLineEdit before;
+    LinkLabel label;
+    LinkLabel plain;
+    QLineEdit after;
+    for (QWidget *part : QList<QWidget *>{&before, &label, &plain, &after})
+        column.addWidget(part);
+    label.showText("<a href=\"1\">one</a> <a href=\"2\">two</a>");
+    plain.showText("no link");
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QString followed;
+    connect(&label, &QLabel::linkActivated, &label, [&followed](const QString &link) { followed += link; });
+    before.setFocus();
+    for (int round = 0; round < 2; ++round) {
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Backtab}) {
+            QTest::keyClick(window.focusWidget(), key);
+            QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+            if (window.focusWidget() == &after)
+                followed += '|';
+        }
+        QTest::keyClick(window.focusWidget(), Qt::Key_Backtab);
+        QCOMPARE(window.focusWidget(), &before);
+        QCOMPARE(followed, QString("12|21").repeated(round + 1));
+    }
 }
 
 /// The Tab key goes from the top of a panel to its bottom, and the panel scrolls to each control.
