@@ -3,9 +3,21 @@
 #include "app/process/productname.h"
 #include "app/run/outputname.h"
 #include "app/window/launch/launchquestions.h"
+#include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "dataset/QuvoFilerDialog.h"
+#include "dataset/formatfilters.h"
 
 #include <QLineEdit>
+
+namespace
+{
+
+QString suffixOf(Process process)
+{
+    return QString::fromLatin1(processRow(process).suffix);
+}
+
+} // namespace
 
 OutputField::OutputField(QLineEdit *name)
     : m_name(name)
@@ -20,31 +32,32 @@ QString OutputField::name() const
     return m_name->text();
 }
 
-void OutputField::propose(const QString &input, const QString &suffix, const QStringList &extensions)
+void OutputField::propose(const QString &input, Process process)
 {
     static const QStringList productExtensions{QStringLiteral("tif"), QStringLiteral("tiff"),
                                                QStringLiteral("shp")};
     if (m_writtenByUser)
-        m_name->setText(adaptExtension(name(), extensions, productExtensions));
+        m_name->setText(adaptExtension(name(), extensions(process), productExtensions));
     else if (!input.isEmpty())
-        m_name->setText(proposeOutputName(input, suffix, extensions.value(0)));
+        m_name->setText(proposeOutputName(input, suffixOf(process), extensions(process).value(0)));
 }
 
-void OutputField::changeExtension(const QStringList &before, const QStringList &extensions)
+void OutputField::restore(const QString &name, const QString &input, Process process)
 {
-    m_name->setText(adaptExtension(name(), extensions, before));
+    m_writtenByUser = !isProposedName(name, input, suffixOf(process));
+    m_name->setText(name);
 }
 
-void OutputField::select(const QString &input, const QStringList &extensions, const QStringList &inputFiles)
+void OutputField::select(const QString &input, Process process, const QStringList &inputFiles)
 {
     QWidget *window = m_name->window();
     const QString title = labelText({"MESS_CHOISIR_SORTIE", "Choisir un fichier de sortie"});
-    const QString filter = QStringLiteral("%1 (*.%2)").arg(title, extensions.value(0));
+    const QString filter = QStringLiteral("%1 (*.%2)").arg(title, extensions(process).value(0));
     const QString path = QuvoFilerDialog::getSelection(window, QuvoFilerDialog::SaveFile, title,
                                                        besideInput(name(), input), filter);
     if (path.isEmpty())
         return;
-    const QString problem = checkOutputName(path, extensions, inputFiles).problem;
+    const QString problem = checkOutputName(path, extensions(process), inputFiles).problem;
     if (!problem.isEmpty()) {
         warnAboutOutput(path, problem, window);
         return;
@@ -53,8 +66,34 @@ void OutputField::select(const QString &input, const QStringList &extensions, co
     m_name->setText(path);
 }
 
-void OutputField::restore(const QString &name, const QString &input, const QString &suffix)
+OutputOptions OutputField::options(Process process) const
 {
-    m_writtenByUser = !isProposedName(name, input, suffix);
-    m_name->setText(name);
+    const bool isVector = processRow(process).product == ProductKind::Vector;
+    return supportedOptions(isVector ? m_vectorOptions : m_rasterOptions, process);
+}
+
+void OutputField::setOptions(Process process, const OutputOptions &options)
+{
+    ownOptions(process) = options;
+}
+
+bool OutputField::editOptions(Process process, const QString &metricCrs)
+{
+    outputFileAdvancedOptionsDialog dialog(process, ownOptions(process), metricCrs, m_name->window());
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    const QStringList before = extensions(process);
+    setOptions(process, dialog.options());
+    m_name->setText(adaptExtension(name(), extensions(process), before));
+    return true;
+}
+
+OutputOptions &OutputField::ownOptions(Process process)
+{
+    return processRow(process).product == ProductKind::Vector ? m_vectorOptions : m_rasterOptions;
+}
+
+QStringList OutputField::extensions(Process process) const
+{
+    return formatExtensions(outputFormat(options(process), processRow(process).product));
 }

@@ -18,10 +18,8 @@
 #include "app/window/input/DemSources.h"
 #include "app/window/input/InputDem.h"
 #include "app/window/launch/Launch.h"
-#include "app/window/outputFileAdvancedOptionsDialog.h"
 #include "app/window/shortcuts.h"
 #include "dataset/QuvoFilerDialog.h"
-#include "dataset/formatfilters.h"
 #include "dataset/views/metriccrs.h"
 #include "messages/Prompt.h"
 #include "panels/controls/focusorder.h"
@@ -264,11 +262,8 @@ void quvoGdalUtilities::slot_onCurrentTabChanged(int)
 
 void quvoGdalUtilities::slot_onInputDemChanged(const QString &path)
 {
-    if (const auto process = m_tabs->currentProcess()) {
-        const ProcessRow &row = processRow(*process);
-        m_output->propose(path.isEmpty() ? path : m_input->namingInput(), QString::fromLatin1(row.suffix),
-                          currentExtensions());
-    }
+    if (const auto process = m_tabs->currentProcess())
+        m_output->propose(path.isEmpty() ? path : m_input->namingInput(), *process);
     updateProduct();
     slot_activeLaunchButton();
 }
@@ -292,12 +287,8 @@ void quvoGdalUtilities::slot_selectInputDem()
 
 void quvoGdalUtilities::slot_selectOutputFile()
 {
-    m_output->select(m_input->namingInput(), currentExtensions(), m_input->files());
-}
-
-QStringList quvoGdalUtilities::currentExtensions() const
-{
-    return formatExtensions(outputFormat(currentRequest()));
+    if (const auto process = m_tabs->currentProcess())
+        m_output->select(m_input->namingInput(), *process, m_input->files());
 }
 
 ProcessingRequest quvoGdalUtilities::currentRequest() const
@@ -313,22 +304,14 @@ ProcessingRequest quvoGdalUtilities::requestOf(std::optional<Process> process) c
         const ProcessOptions options = m_tabs->panel(*process).processOptions();
         request.mode = processWord(options);
         request.cellUse = cellUse(options);
+        request.outputOptions = m_output->options(*process);
     }
     request.input = m_input->path();
     request.tiles = m_input->tiles();
     request.output = besideInput(m_output->name(), m_input->namingInput());
     request.band = m_input->band();
     request.part = m_part->part();
-    if (request.process) {
-        const bool vector = productKind(request) == ProductKind::Vector;
-        request.outputOptions = supportedOptions(vector ? m_vectorOptions : m_rasterOptions, *request.process);
-    }
     return request;
-}
-
-OutputOptions &quvoGdalUtilities::outputOptionsOf(Process process)
-{
-    return processRow(process).product == ProductKind::Vector ? m_vectorOptions : m_rasterOptions;
 }
 
 Recipe quvoGdalUtilities::recipe() const
@@ -346,14 +329,13 @@ void quvoGdalUtilities::setRecipe(const Recipe &recipe)
     m_form->m_pCBBand->setCurrentIndex(recipe.band - 1);
     m_part->setPart(recipe.part);
     m_tabs->show(process);
-    outputOptionsOf(process) = recipe.outputOptions;
+    m_output->setOptions(process, recipe.outputOptions);
     updateOutputFormat();
     m_tabs->panel(process).setProcessOptions(recipe.options);
     if (recipe.output.isEmpty())
         slot_onInputDemChanged(m_input->path());
     else
-        m_output->restore(recipe.output, m_input->namingInput(),
-                          QString::fromLatin1(processRow(process).suffix));
+        m_output->restore(recipe.output, m_input->namingInput(), process);
     slot_activeLaunchButton();
 }
 
@@ -365,16 +347,9 @@ QString quvoGdalUtilities::commandToCopy() const
 void quvoGdalUtilities::slot_showOutputFileAdvancedOptions()
 {
     const auto process = m_tabs->currentProcess();
-    if (!process)
+    if (!process || !m_output->editOptions(*process, metricCrsName(m_look->facts())))
         return;
-    outputFileAdvancedOptionsDialog dialog(*process, outputOptionsOf(*process), metricCrsName(m_look->facts()),
-                                           this);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QStringList extensionsBefore = currentExtensions();
-    outputOptionsOf(*process) = dialog.options();
     updateOutputFormat();
-    m_output->changeExtension(extensionsBefore, currentExtensions());
     slot_activeLaunchButton();
     m_previewControl->refresh(); // a DEM that is read as it is has another product
     updateLook();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/preview/Previews.h"
-#include "app/process/outputoptions.h"
 #include "app/process/tools.h"
 #include "app/recipe/recipe.h"
 #include "dataset/workfolder.h"
@@ -122,8 +121,6 @@ private:
 
     ProcessingRequest currentRequest() const;
     ProcessingRequest requestOf(std::optional<Process> process) const;
-    QStringList currentExtensions() const;
-    OutputOptions &outputOptionsOf(Process process);
     void updateOutputFormat();
     /// Says to the current panel which product its options make.
     void updateProduct();
@@ -147,6 +144,4 @@ private:
     std::unique_ptr<KeptSettings> m_kept;
     std::unique_ptr<DemSources> m_sources;
     std::unique_ptr<WindowShape> m_shape;
-    OutputOptions m_rasterOptions; ///< output options of raster products
-    OutputOptions m_vectorOptions; ///< output options of vector products
 };
