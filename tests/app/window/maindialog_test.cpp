@@ -134,11 +134,17 @@ void MainDialogTest::panelsAreMadeWhenUsed()
     QCOMPARE(panelCount(window), std::size_t(2));
     const auto launch = window.findChild<QPushButton *>("m_pPBLaunchProcess");
     QVERIFY(!launch->isEnabled());
-    QTRY_VERIFY(window.findChild<QLabel *>("m_pForecastLabel")->text().contains('1')); // made of the extremes
-    window.findChild<QLineEdit *>("m_pLEElevationInterval")->setText("100");
+    const auto interval = window.findChild<QLineEdit *>("m_pLEElevationInterval");
+    QVERIFY(interval->toolTip().contains("-i"));
+    QTRY_VERIFY(
+        window.findChild<QLabel *>("m_pForecastLabel")->text().contains("<a ")); // the extremes are known
+    interval->setText("100");
     QTRY_VERIFY(launch->isEnabled());
     tabs->setCurrentWidget(window.findChild<QWidget *>("intervisibilityTab"));
     QCOMPARE(panelCount(window), std::size_t(3));
+    window.findChild<QPushButton *>("m_pPBAddPoint")->click();
+    const auto options = std::get<IntervisibilityOptions>(window.recipe().options);
+    QVERIFY(options.observers.value(0).x > 1000.0); // the middle of the DEM
 }
 
 void MainDialogTest::inputAndProposal()
