@@ -70,6 +70,15 @@ struct MapDialog : ShownDialog
         return (shown.topLeft() + (cell - map()->view().topLeft()) * scale).toPoint();
     }
 
+    /// The cell that the map shows at a place. Where a pixel covers several cells, the cell of `placeOf(cell)`
+    /// is near `cell` only.
+    QPointF cellOf(const QPoint &place)
+    {
+        const QRectF shown = shownRect(map()->view(), map()->size());
+        const double scale = shown.width() / map()->view().width();
+        return (QPointF(place) - shown.topLeft()) / scale + map()->view().topLeft();
+    }
+
     /// Moves the mouse over the map. buttons: those that are held down.
     void moveTo(const QPoint &place, Qt::MouseButtons buttons = Qt::LeftButton)
     {

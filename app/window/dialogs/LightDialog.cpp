@@ -28,12 +28,14 @@ std::optional<ShadedOptions> editLight(QWidget *parent, const ShadedOptions &lig
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
     area->setMinimumWidth(panel->minimumSizeHint().width() + area->verticalScrollBar()->sizeHint().width());
-    const int room = dialog.screen()->availableSize().height();
-    area->setMinimumHeight(std::min(panel->sizeHint().height(), room * 2 / 3));
     auto buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
     auto layout = new QVBoxLayout(&dialog);
     layout->addWidget(area);
     layout->addWidget(buttons);
+    // The dialog opens as high as its panel where the screen has room for it; the user may make it smaller.
+    const QSize hint = dialog.sizeHint();
+    const int whole = hint.height() - area->sizeHint().height() + panel->sizeHint().height();
+    dialog.resize(hint.width(), std::min(whole, dialog.screen()->availableSize().height() * 3 / 4));
     QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
     QObject::connect(panel, &shadedOptionsWidget::completeChanged, &dialog, [&] {

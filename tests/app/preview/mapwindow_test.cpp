@@ -244,7 +244,7 @@ void MapWindowTest::numbersAndDrags()
 
     options = dialog.panel()->options();
     choose("height");
-    const double least = dialog.scene().productValue({700, 300});
+    const double least = dialog.scene().productValue(dialog.cellOf(dialog.placeOf({700, 300})));
     const QString text = QString::number(least, 'f', 1) + " au-dessus du sol"; // the DEM has no unit
     QVERIFY2(readout({700, 300}).contains(text) && least > 1.0, qPrintable(readout({700, 300}) + text));
     QVERIFY2(readout({400, 600}).contains("sol visible"), qPrintable(readout({400, 600})));

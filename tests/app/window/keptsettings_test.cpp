@@ -209,7 +209,7 @@ void KeptSettingsTest::lettersDifferInAWindow()
     const auto tabs = dialog.find<QTabWidget>("m_pTabWidget");
     putMnemonics(dialog.window);
     putMnemonics(dialog.window); // the letters are chosen anew, not added
-    int count = 0;
+    qsizetype count = 0;
     for (int tab = 0; tab < tabs->count(); ++tab) {
         tabs->setCurrentIndex(tab);
         QStringList texts;
@@ -222,7 +222,7 @@ void KeptSettingsTest::lettersDifferInAWindow()
         }
         QSet<QChar> letters;
         for (const QString &text : qAsConst(texts)) {
-            const int at = text.indexOf('&');
+            const auto at = text.indexOf('&');
             if (at < 0)
                 continue;
             const QChar letter = text.at(at + 1).toLower();
