@@ -223,12 +223,12 @@ void PreviewControl::placeObserver(int x, int y, const QSize &shown)
 {
     const QPointF ground = m_pane.groundAt(x, y, shown);
     if (showsObservers() && !m_live->pin(ground))
-        moveObserver(m_observers->currentRow(), ground);
+        moveObserver(m_observers->currentRow(), ground, false);
 }
 
-void PreviewControl::moveObserver(int row, const QPointF &ground)
+void PreviewControl::moveObserver(int row, const QPointF &ground, bool byKey)
 {
-    const bool isPlaced = m_observers->dropObserver(row, ground);
+    const bool isPlaced = m_observers->dropObserver(row, ground, byKey);
     if (sightResult(m_observers->options()) != SightResult::Picture)
         update(false); // the numbers were removed from the map when the drag began
     else if (!isPlaced)
