@@ -248,6 +248,11 @@ int intervisibilityOptionsWidget::currentRow() const
     return m_table->currentRow();
 }
 
+QList<QAction *> intervisibilityOptionsWidget::historyActions() const
+{
+    return m_table->historyActions();
+}
+
 void intervisibilityOptionsWidget::chooseObserver(int row)
 {
     m_table->choose(row);

@@ -61,6 +61,9 @@ public:
     /// Makes the row the current one.
     void chooseObserver(int row);
 
+    /// Undo and redo of the observers. Their keys work where the focus is in a widget that has the actions.
+    QList<QAction *> historyActions() const;
+
     /// Moves the observer of the row to a position in the DEM's coordinates and makes the row the current one.
     /// For row -1 adds an observer at the position, with the default height, mode and distance.
     /// byKey: moves of one observer by keys are one step of the history while no other step comes between.

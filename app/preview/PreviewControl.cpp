@@ -8,6 +8,7 @@
 #include "panels/options/fragments.h"
 #include "panels/options/previewobservers.h"
 
+#include <QAction>
 #include <QFile>
 #include <QLocale>
 
@@ -82,6 +83,7 @@ void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool v
         if (m_panel)
             m_panel->setChangeListener({});
         m_panel = panel;
+        setHistoryKeys();
         if (m_live)
             m_live->setShown(showsObservers());
         if (m_panel)
@@ -93,6 +95,19 @@ void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool v
     // report is on its way or here already.
     if (!m_panel || withoutSideFiles(m_panel->processOptions()) != m_usedOptions)
         update(false);
+}
+
+/// On the map, the keys of the history work while it shows the observers.
+void PreviewControl::setHistoryKeys()
+{
+    if (!m_observers)
+        return;
+    for (QAction *action : m_observers->historyActions()) {
+        if (showsObservers())
+            m_pane.view()->addAction(action);
+        else
+            m_pane.view()->removeAction(action);
+    }
 }
 
 void PreviewControl::refresh()

@@ -55,6 +55,7 @@ private:
     QString sampleRemark() const;
     void update(bool clear);
     void showSeenAreas();
+    void setHistoryKeys();
     void moveObserver(int row, const QPointF &ground, bool byKey);
 
     PreviewPane &m_pane;
