@@ -4,6 +4,7 @@
 #include "app/startup/environment.h"
 #include "app/startup/settings.h"
 #include "app/startup/startupoptions.h"
+#include "app/window/focuscue.h"
 #include "app/window/mnemonics.h"
 #include "app/window/quvoGdalUtilities.h"
 #include "dataset/gdalmessages.h"
@@ -148,6 +149,7 @@ int main(int argc, char *argv[])
     applyLanguage(environment);
     prepareGdal(environment);
     putMnemonicsEverywhere();
+    showFocusAfterKeys();
 
     auto dialog = std::make_unique<quvoGdalUtilities>(tools, nullptr, mainWindowFlags);
     static RunGuard guard;

@@ -43,7 +43,10 @@ FittingArea::FittingArea(const QList<QWidget *> &parts, QWidget *parent)
 
 QSize FittingArea::sizeHint() const
 {
-    return widget()->minimumSizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);
+    QSize part = widget()->minimumSizeHint();
+    if (widget()->hasHeightForWidth()) // the minimum counts one line for each wrapped text
+        part.setHeight(widget()->heightForWidth(part.width()));
+    return part + QSize(verticalScrollBar()->sizeHint().width(), 0);
 }
 
 QSize FittingArea::minimumSizeHint() const

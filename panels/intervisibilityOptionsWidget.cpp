@@ -248,12 +248,17 @@ int intervisibilityOptionsWidget::currentRow() const
     return m_table->currentRow();
 }
 
+QList<QAction *> intervisibilityOptionsWidget::historyActions() const
+{
+    return m_table->historyActions();
+}
+
 void intervisibilityOptionsWidget::chooseObserver(int row)
 {
     m_table->choose(row);
 }
 
-void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &position)
+void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &position, bool byKey)
 {
     ObserverPoint point = row >= 0 ? m_model.point(row) : defaultPoint();
     point.x = position.x();
@@ -263,7 +268,7 @@ void intervisibilityOptionsWidget::placeObserver(int row, const QPointF &positio
         return;
     }
     chooseObserver(row);
-    m_model.setPoint(row, point);
+    m_model.changePoints({{row, point}}, byKey);
 }
 
 void intervisibilityOptionsWidget::setSeenAreas(const QVector<double> &km2ByEnabledObserver)
@@ -276,7 +281,7 @@ void intervisibilityOptionsWidget::setPreviewTime(double seconds, const QString 
     m_timeNote->showFor(seconds, DemGround(copy, m_dem.band), m_ground);
 }
 
-bool intervisibilityOptionsWidget::dropObserver(int row, const QPointF &position)
+bool intervisibilityOptionsWidget::dropObserver(int row, const QPointF &position, bool byKey)
 {
     const ObserverPoint point = row >= 0 ? m_model.point(row) : defaultPoint();
     const bool needsGround = point.enabled && point.mode == AltitudeMode::Relative;
@@ -285,7 +290,7 @@ bool intervisibilityOptionsWidget::dropObserver(int row, const QPointF &position
         QTimer::singleShot(0, this, [this] { m_table->warnOfGroundless(); });
         return false;
     }
-    placeObserver(row, position);
+    placeObserver(row, position, byKey);
     return true;
 }
 

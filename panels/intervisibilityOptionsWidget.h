@@ -61,13 +61,18 @@ public:
     /// Makes the row the current one.
     void chooseObserver(int row);
 
+    /// Undo and redo of the observers. Their keys work where the focus is in a widget that has the actions.
+    QList<QAction *> historyActions() const;
+
     /// Moves the observer of the row to a position in the DEM's coordinates and makes the row the current one.
     /// For row -1 adds an observer at the position, with the default height, mode and distance.
-    void placeObserver(int row, const QPointF &position);
+    /// byKey: moves of one observer by keys are one step of the history while no other step comes between.
+    void placeObserver(int row, const QPointF &position, bool byKey = false);
 
-    /// Places an observer as the mouse has let it go. Where its height needs a ground and the position has
-    /// none, nothing changes, and a message box says so. Returns whether the observer was placed.
-    bool dropObserver(int row, const QPointF &position);
+    /// Places an observer as the mouse has let it go, or a key has moved it. Where its height needs a ground
+    /// and the position has none, nothing changes, and a message box says so. Returns whether the observer was
+    /// placed.
+    bool dropObserver(int row, const QPointF &position, bool byKey);
 
     /// Shows in the table how many km² each observer that the tool gets sees, in the table's order. They are
     /// shown until an observer or the DEM changes; a list of another length shows none.

@@ -406,7 +406,7 @@ void MapView::mouseReleaseEvent(QMouseEvent *event)
         return;
     if (m_moved) {
         if (drag == Drag::Mark)
-            emit markMoved(m_draggedMark, m_marks.at(m_draggedMark).position);
+            emit markMoved(m_draggedMark, m_marks.at(m_draggedMark).position, false);
         return;
     }
     const QRectF area = shownArea();
@@ -453,7 +453,7 @@ void MapView::moveCurrentMark(const QPointF &by)
     mark->position = cell;
     update();
     emit markMoving(index, cell);
-    emit markMoved(index, cell);
+    emit markMoved(index, cell, true);
     if (!m_view.contains(cell))
         emit viewChanged(moved(m_view, by, m_dem));
 }

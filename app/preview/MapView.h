@@ -80,9 +80,9 @@ signals:
     void markClicked(int mark);
     /// The user drags a mark (markMoving()), and has let it go at a cell (markMoved()). When the user gives up
     /// a drag with Escape, markMoving() reports the cell where the drag began. Each press of an arrow key with
-    /// Shift moves the current mark, with both signals.
+    /// Shift moves the current mark, with both signals. byKey: the mark was moved so, and not dragged.
     void markMoving(int mark, const QPointF &cell);
-    void markMoved(int mark, const QPointF &cell);
+    void markMoved(int mark, const QPointF &cell, bool byKey);
 
     /// The user zoomed or moved the view. The widget shows it once setView() is called.
     void viewChanged(const QRectF &view);

@@ -8,6 +8,7 @@
 #include "panels/options/fragments.h"
 #include "panels/options/previewobservers.h"
 
+#include <QAction>
 #include <QFile>
 #include <QLocale>
 
@@ -82,6 +83,7 @@ void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool v
         if (m_panel)
             m_panel->setChangeListener({});
         m_panel = panel;
+        setHistoryKeys();
         if (m_live)
             m_live->setShown(showsObservers());
         if (m_panel)
@@ -93,6 +95,19 @@ void PreviewControl::showPanel(optionsWidget *panel, const QString &name, bool v
     // report is on its way or here already.
     if (!m_panel || withoutSideFiles(m_panel->processOptions()) != m_usedOptions)
         update(false);
+}
+
+/// On the map, the keys of the history work while it shows the observers.
+void PreviewControl::setHistoryKeys()
+{
+    if (!m_observers)
+        return;
+    for (QAction *action : m_observers->historyActions()) {
+        if (showsObservers())
+            m_pane.view()->addAction(action);
+        else
+            m_pane.view()->removeAction(action);
+    }
 }
 
 void PreviewControl::refresh()
@@ -223,12 +238,12 @@ void PreviewControl::placeObserver(int x, int y, const QSize &shown)
 {
     const QPointF ground = m_pane.groundAt(x, y, shown);
     if (showsObservers() && !m_live->pin(ground))
-        moveObserver(m_observers->currentRow(), ground);
+        moveObserver(m_observers->currentRow(), ground, false);
 }
 
-void PreviewControl::moveObserver(int row, const QPointF &ground)
+void PreviewControl::moveObserver(int row, const QPointF &ground, bool byKey)
 {
-    const bool isPlaced = m_observers->dropObserver(row, ground);
+    const bool isPlaced = m_observers->dropObserver(row, ground, byKey);
     if (sightResult(m_observers->options()) != SightResult::Picture)
         update(false); // the numbers were removed from the map when the drag began
     else if (!isPlaced)

@@ -55,7 +55,8 @@ private:
     QString sampleRemark() const;
     void update(bool clear);
     void showSeenAreas();
-    void moveObserver(int row, const QPointF &ground);
+    void setHistoryKeys();
+    void moveObserver(int row, const QPointF &ground, bool byKey);
 
     PreviewPane &m_pane;
     Previews &m_runs;

@@ -75,8 +75,9 @@ void PreviewPane::connectView()
     connect(m_view, &MapView::markMoving, this, [this](int mark, const QPointF &cell) {
         emit observerMoving(mark, m_scene.grid().toGround(cell));
     });
-    connect(m_view, &MapView::markMoved, this,
-            [this](int mark, const QPointF &cell) { emit observerMoved(mark, m_scene.grid().toGround(cell)); });
+    connect(m_view, &MapView::markMoved, this, [this](int mark, const QPointF &cell, bool byKey) {
+        emit observerMoved(mark, m_scene.grid().toGround(cell), byKey);
+    });
     connect(m_view, &MapView::opacityChosen, this, &PreviewPane::setOpacity);
     connect(m_view, &MapView::swipeMoved, this, [this](double share) { m_swipe = share; });
     connect(m_bar, &MapBar::opacityChanged, this, &PreviewPane::setOpacity);

@@ -110,8 +110,9 @@ signals:
     /// The user clicked an observer. `observer`: its row.
     void observerChosen(int observer);
     /// The user drags an observer, or has dragged it, to another place in the DEM's coordinates.
+    /// byKey: a key moved the observer, and no drag.
     void observerMoving(int observer, const QPointF &ground);
-    void observerMoved(int observer, const QPointF &ground);
+    void observerMoved(int observer, const QPointF &ground, bool byKey);
 
 public slots:
     void slot_copyPicture();

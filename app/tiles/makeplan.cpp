@@ -178,8 +178,10 @@ ProcessingRequest tileRequest(const TilePlan &plan, const PlannedTile &tile, con
 QString tileSizesText(const TilePlan &plan)
 {
     const ProcessRow &row = processRow(processOf(plan.recipe.options));
-    const QString number = labelText({"MESS_TUILES_NOMBRE", "%1 tuiles de %2 × %2 cellules."})
-                               .arg(QLocale().toString(plan.tileCount()), QLocale().toString(plan.grid.side));
+    const QString number =
+        labelText(plan.tileCount() == 1 ? Label{"MESS_TUILES_UNE", "%1 tuile de %2 × %2 cellules."}
+                                        : Label{"MESS_TUILES_NOMBRE", "%1 tuiles de %2 × %2 cellules."})
+            .arg(QLocale().toString(plan.tileCount()), QLocale().toString(plan.grid.side));
     if (row.product == ProductKind::Vector || !plan.groups.isEmpty())
         return number;
     const double cellBytes = static_cast<double>(row.bands) * row.bytesPerCell;

@@ -39,7 +39,6 @@ outputFileAdvancedOptionsDialog::outputFileAdvancedOptionsDialog(Process process
     , m_process(process)
 {
     m_form->setupUi(this);
-    makeScrollable();
     listFormats(options);
     m_form->m_pLELayerName->setText(options.layerName);
     m_form->m_pLELayerName->setPlaceholderText(outputLayer({}));
@@ -60,6 +59,7 @@ outputFileAdvancedOptionsDialog::outputFileAdvancedOptionsDialog(Process process
     connect(m_form->m_pButtonBox, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(m_form->m_pButtonBox, &QDialogButtonBox::rejected, this, &QDialog::reject);
     updateControls();
+    makeScrollable();             // only now: the area would keep the height of the rows that have been hidden
     constexpr QSize frame(2, 32); // pixels; no window knows its frame before it is shown
     resize(sizeHint().boundedTo(screen()->availableSize() - frame));
 }

@@ -27,6 +27,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -335,14 +336,17 @@ void ColorTableEditor::pickColor(const QColor &color, int series)
     QColor picked = color;
     if (sender() == m_colors) // the grid's colours are opaque
         picked.setAlpha(table().cursors.at(at).color.alpha());
-    remember(picked);
+    remember(picked, series);
     m_history.change(withColor(table(), at, picked), at,
                      labelText({"MESS_TCE_PAS_COULEUR", "changer la couleur"}), series);
 }
 
-void ColorTableEditor::remember(const QColor &color)
+/// Of a series of changes, the last colour is remembered.
+void ColorTableEditor::remember(const QColor &color, int series)
 {
     constexpr int most = 12;
+    if (std::exchange(m_pickSeries, series) == series && series > 0 && !m_recent.isEmpty())
+        m_recent.removeFirst();
     m_recent.removeAll(color);
     m_recent.prepend(color);
     if (m_recent.size() > most)

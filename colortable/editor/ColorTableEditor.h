@@ -80,7 +80,7 @@ private:
     void zoomOnDem();
     void readGrid();
     void pickColor(const QColor &color, int series);
-    void remember(const QColor &color);
+    void remember(const QColor &color, int series);
     void randomize();
     void scale();
     void chooseNoData();
@@ -102,6 +102,7 @@ private:
     QVector<double> m_sample;        ///< elevations of the DEM's cells in rising order
     bool m_sampleIsPercent = false;  ///< the gradient has them as percentages
     QVector<QAction *> m_demActions; ///< operations that need the DEM's elevations
+    int m_pickSeries = 0;            ///< series of the last picked colour
     QVector<QColor> m_recent;        ///< colours picked in this editor, the last one first
 
     GradientView *m_gradient = nullptr;

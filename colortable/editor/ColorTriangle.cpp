@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -36,8 +37,10 @@ ColorPlaces ColorTriangle::places() const
 
 void ColorTriangle::setColor(const QColor &color)
 {
-    if (color.rgb() != m_shown.rgb()) // the colour that was picked here keeps its hue
+    if (color.rgb() != m_shown.rgb()) { // the colour that was picked here keeps its hue
         m_color = hueColor(color, m_color);
+        m_byKeys = false;
+    }
     m_shown = color;
     update();
 }
@@ -111,6 +114,7 @@ void ColorTriangle::mousePressEvent(QMouseEvent *event)
     else
         return;
     ++m_series;
+    m_byKeys = false;
     pick(event->localPos());
 }
 
@@ -154,6 +158,7 @@ void ColorTriangle::keyPressEvent(QKeyEvent *event)
     }
     color.saturation = std::clamp(color.saturation, 0.0, 1.0);
     color.value = std::clamp(color.value, 0.0, 1.0);
-    ++m_series;
+    if (!std::exchange(m_byKeys, true))
+        ++m_series;
     change(color);
 }

@@ -21,7 +21,8 @@ public:
     QSize minimumSizeHint() const override { return {120, 120}; }
 
 signals:
-    /// The user picks another colour. `series`: the same number for all steps of one movement of the mouse.
+    /// The user picks another colour. `series`: the same number for all steps of one movement of the mouse, and
+    /// for all keys in a row that change a colour on.
     void picked(const QColor &color, int series);
 
 protected:
@@ -48,4 +49,5 @@ private:
     QColor m_shown; ///< as it was set or picked, with its alpha
     Grip m_grip = Grip::None;
     int m_series = 0;
+    bool m_byKeys = false; ///< the shown colour was picked with a key, and the next key continues the series
 };

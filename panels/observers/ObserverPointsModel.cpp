@@ -147,7 +147,7 @@ int ObserverPointsModel::switchOffGroundless(QVector<Row> &rows) const
 }
 
 void ObserverPointsModel::takeStep(const StepName &name, const NumberedPoints &changed,
-                                   const QList<ObserverPoint> &added)
+                                   const QList<ObserverPoint> &added, bool joins)
 {
     QVector<Row> rows = m_rows;
     for (const NumberedPoint &each : changed) {
@@ -168,14 +168,14 @@ void ObserverPointsModel::takeStep(const StepName &name, const NumberedPoints &c
     }
     const auto count = edit.inserted.isEmpty() ? edit.after.size() : edit.inserted.size();
     if (count > 0)
-        m_history.push(new ObserverStep(*this, name, static_cast<int>(count), edit));
+        m_history.push(new ObserverStep(*this, name, static_cast<int>(count), edit, joins));
     if (switchedOff > 0)
         emit pointsSwitchedOff(switchedOff);
 }
 
-void ObserverPointsModel::changePoints(const NumberedPoints &points)
+void ObserverPointsModel::changePoints(const NumberedPoints &points, bool joins)
 {
-    takeStep(changeStep, points, {});
+    takeStep(changeStep, points, {}, joins);
 }
 
 void ObserverPointsModel::addPoints(const QList<ObserverPoint> &points)

@@ -39,7 +39,8 @@ public:
     QList<ObserverPoint> points() const;
     void setPoint(int row, const ObserverPoint &point) { changePoints({{row, point}}); }
     /// Points that are as before are not part of the step; without any other there is no step.
-    void changePoints(const NumberedPoints &points);
+    /// joins: the step becomes one with the step before, where that one joins, too, and changed the same point.
+    void changePoints(const NumberedPoints &points, bool joins = false);
     void addPoints(const QList<ObserverPoint> &points);
     /// `rows`: in ascending order, each once.
     void removePoints(const QVector<int> &rows);
@@ -103,7 +104,8 @@ private:
     };
 
     Row rowOf(const ObserverPoint &point) const;
-    void takeStep(const StepName &name, const NumberedPoints &changed, const QList<ObserverPoint> &added);
+    void takeStep(const StepName &name, const NumberedPoints &changed, const QList<ObserverPoint> &added,
+                  bool joins = false);
     int switchOffGroundless(QVector<Row> &rows) const;
     QString stepName(int step) const;
 

@@ -30,6 +30,9 @@ public:
     /// Lets the keys of undo and redo use the history while the widget has the focus, too.
     void addHistoryKeys(QWidget *widget);
 
+    /// Undo and redo, with their keys; owned by this object.
+    QList<QAction *> historyActions() const { return {m_undo, m_redo}; }
+
     /// Counted from 0; -1 where no row is current.
     int currentRow() const;
 

@@ -36,11 +36,13 @@ QVector<int> inverse(const QVector<int> &order)
 
 } // namespace
 
-ObserverStep::ObserverStep(ObserverPointsModel &model, const StepName &name, int count, const TableEdit &edit)
+ObserverStep::ObserverStep(ObserverPointsModel &model, const StepName &name, int count, const TableEdit &edit,
+                           bool joins)
     : m_model(model)
     , m_name(name)
     , m_count(count)
     , m_edit(edit)
+    , m_joins(joins)
 { }
 
 void ObserverStep::undo()
@@ -61,6 +63,17 @@ void ObserverStep::redo()
     if (m_wasDone)
         emit m_model.restored(rowsOf(m_edit.inserted, m_edit.after, m_edit.removed));
     m_wasDone = true;
+}
+
+/// `next` has been done, and is of this class: no other one has the id.
+bool ObserverStep::mergeWith(const QUndoCommand *next)
+{
+    const NumberedPoints &after = static_cast<const ObserverStep *>(next)->m_edit.after;
+    if (m_edit.after.size() != 1 || after.size() != 1 || m_edit.after.first().row != after.first().row)
+        return false;
+    m_edit.after = after;
+    setObsolete(m_edit.before.first().point == after.first().point);
+    return true;
 }
 
 QString ObserverStep::name() const

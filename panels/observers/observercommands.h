@@ -48,11 +48,15 @@ struct TableEdit
 class ObserverStep : public QUndoCommand
 {
 public:
-    /// `count` is the number of points for the name.
-    ObserverStep(ObserverPointsModel &model, const StepName &name, int count, const TableEdit &edit);
+    /// `count` is the number of points for the name. joins: the step may become one with others of this kind,
+    /// before and after it, that change the same point.
+    ObserverStep(ObserverPointsModel &model, const StepName &name, int count, const TableEdit &edit,
+                 bool joins = false);
 
     void undo() override;
     void redo() override;
+    int id() const override { return m_joins ? 0 : -1; }
+    bool mergeWith(const QUndoCommand *next) override;
 
     /// What the step does, in the current language, for example "suppression de 3 points".
     QString name() const;
@@ -62,5 +66,6 @@ private:
     StepName m_name;
     int m_count;
     TableEdit m_edit;
+    bool m_joins;
     bool m_wasDone = false; ///< redo() does the step for the first time, too
 };

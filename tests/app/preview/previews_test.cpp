@@ -290,6 +290,10 @@ void PreviewsTest::observersAreSetInThePicture()
     QTest::keyClick(dialog.map(), Qt::Key_Left, Qt::ShiftModifier);
     QTest::keyClick(dialog.map(), Qt::Key_Down, Qt::ShiftModifier);
     QVERIFY(QLineF(cellOfFirst(), middle + QPointF(-10, 10)).length() < 2);
+    dialog.map()->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog.window));
+    QTest::keyClick(dialog.map(), Qt::Key_Z, Qt::ControlModifier); // both moves are one step
+    QCOMPARE(cellOfFirst(), middle);
     for (int press = 0; press < 110; ++press)
         QTest::keyClick(dialog.map(), Qt::Key_Up, Qt::ShiftModifier);
     QVERIFY(cellOfFirst().y() >= 0.0 && cellOfFirst().y() < 1.0); // inside the DEM

@@ -172,6 +172,15 @@ void EditorWindowTest::colorsArePicked()
     QTest::mouseClick(&triangle, Qt::LeftButton, {}, places.center().toPoint());
     const QColor mixed = table().cursors.at(0).color; // a third of each corner
     QVERIFY2(qAbs(mixed.red() - 85) < 12 && qAbs(mixed.blue() - 170) < 12, qPrintable(mixed.name()));
+    for (int press = 0; press < 14; ++press) // more than the grid has room for
+        QTest::keyClick(&triangle, Qt::Key_Up);
+    QVERIFY(table().cursors.at(0).color != mixed);
+    QTest::mouseClick(&grid, Qt::LeftButton, {}, QPoint(30, 54)); // the second one of the colours used last
+    QCOMPARE(table().cursors.at(0).color, mixed);
+    undo();
+    QVERIFY(table().cursors.at(0).color != mixed);
+    undo(); // all keys
+    QCOMPARE(table().cursors.at(0).color, mixed);
 }
 
 void EditorWindowTest::everyStepIsUndone()

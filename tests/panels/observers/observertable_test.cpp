@@ -28,6 +28,7 @@ private slots:
     void initTestCase();
     void cellsKeepTheirValues();
     void rowsHaveOneHeight();
+    void movesThatJoin();
     void stepsByKeys();
     void everyStepComesBack();
     void clicksSort();
@@ -146,6 +147,35 @@ void ObserverTableTest::rowsHaveOneHeight()
     const int before = header->sectionSize(2);
     table.view.setFont(large);
     QVERIFY(header->sectionSize(2) > 2 * before);
+}
+
+void ObserverTableTest::movesThatJoin()
+{
+    Table table(m_ground);
+    table.addRow(2);
+    const auto move = [&](int row, double x, bool joins) {
+        ObserverPoint point = table.model.point(row);
+        point.x = x;
+        table.model.changePoints({{row, point}}, joins);
+    };
+    const auto steps = [&] { return table.model.history().count() - 1; };
+    for (const double x : {500006.0, 500007.0, 500008.0})
+        move(0, x, true);
+    QCOMPARE(steps(), 1);
+    move(1, 500016.0, true); // another point
+    move(1, 500017.0, false);
+    move(1, 500018.0, true);
+    QCOMPARE(steps(), 4);
+    for (int step = 0; step < 4; ++step)
+        table.model.history().undo();
+    QCOMPARE(table.model.point(0).x, 500005.0);
+    table.model.history().redo();
+    QCOMPARE(table.model.point(0).x, 500008.0);
+    move(0, 500005.0, true); // back where the moves began
+    QCOMPARE(steps(), 0);
+    move(0, 500025.0, true); // no data: the point is switched off
+    table.model.history().undo();
+    QVERIFY(table.model.point(0).enabled);
 }
 
 void ObserverTableTest::stepsByKeys()
