@@ -61,8 +61,10 @@ ProcessTabs::~ProcessTabs() = default;
 optionsWidget &ProcessTabs::panel(Process process)
 {
     Tab &tab = this->tab(process);
-    if (!tab.panel)
-        (this->*rows[static_cast<std::size_t>(process)].makePanel)(process);
+    if (!tab.panel) {
+        const Row &row = rows[static_cast<std::size_t>(process)];
+        (this->*row.makePanel)(process);
+    }
     return *tab.panel;
 }
 
