@@ -43,10 +43,7 @@ FittingArea::FittingArea(const QList<QWidget *> &parts, QWidget *parent)
 
 QSize FittingArea::sizeHint() const
 {
-    QSize part = widget()->minimumSizeHint();
-    if (widget()->hasHeightForWidth()) // the minimum counts one line for each wrapped text
-        part.setHeight(widget()->heightForWidth(part.width()));
-    return part + QSize(verticalScrollBar()->sizeHint().width(), 0);
+    return widget()->minimumSizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);
 }
 
 QSize FittingArea::minimumSizeHint() const

@@ -15,8 +15,7 @@ public:
     /// `parts`, one below the other, become children of this area.
     FittingArea(const QList<QWidget *> &parts, QWidget *parent);
 
-    /// The least width of the part with the height that its wrapped texts need there, and a scroll bar beside
-    /// it. QScrollArea would limit the hint to a few lines of text.
+    /// The part's minimum, and a scroll bar beside it. QScrollArea would limit the hint to a few lines of text.
     QSize sizeHint() const override;
 
     /// A narrower part could be scrolled, but hardly be used.

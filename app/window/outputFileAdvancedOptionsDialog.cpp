@@ -61,7 +61,12 @@ outputFileAdvancedOptionsDialog::outputFileAdvancedOptionsDialog(Process process
     updateControls();
     makeScrollable();             // only now: the area would keep the height of the rows that have been hidden
     constexpr QSize frame(2, 32); // pixels; no window knows its frame before it is shown
-    resize(sizeHint().boundedTo(screen()->availableSize() - frame));
+    QSize size = sizeHint();
+    const int width = m_form->m_pGrpFile->parentWidget()->minimumSizeHint().width();
+    for (const QWidget *group :
+         {m_form->m_pGrpFile, m_form->m_pGrpDem}) // whose hints count wrapped texts as a line
+        size.rheight() += group->heightForWidth(width) - group->minimumSizeHint().height();
+    resize(size.boundedTo(screen()->availableSize() - frame));
 }
 
 outputFileAdvancedOptionsDialog::~outputFileAdvancedOptionsDialog() = default;
