@@ -37,9 +37,12 @@ MapBar::MapBar(QWidget *parent)
     m_slider->setObjectName(QStringLiteral("m_pSliderOpacity"));
     m_slider->setRange(0, wholeSlider);
     m_slider->setValue(wholeSlider);
-    m_slider->setFixedWidth(90);
+    m_slider->setFixedWidth(60);
     const int line = fontMetrics().height();
     m_wheel->setFixedSize(line, line);
+    QSizePolicy always = m_wheel->sizePolicy();
+    always.setRetainSizeWhenHidden(true); // nothing moves when it appears
+    m_wheel->setSizePolicy(always);
     m_wheel->hide();
     row->addWidget(m_ground);
     row->addWidget(m_slider);
@@ -116,8 +119,11 @@ void MapBar::setProgress(int percent)
     } else if (m_wheel->isHidden() && !m_wheelDelay->isActive()) {
         m_wheelDelay->start();
     }
-    m_percent->setText(!m_wheel->isHidden() && percent > 0 ? locale().toString(percent) + QStringLiteral(" %")
-                                                           : QString());
+    const QString text =
+        m_wheel->isHidden() || percent <= 0 ? QString() : locale().toString(percent) + QStringLiteral(" %");
+    // Without room the wheel alone says that something is under way; the product's name is not cut.
+    const int room = m_product->width() - m_product->sizeHint().width() + m_percent->width();
+    m_percent->setText(m_percent->fontMetrics().horizontalAdvance(text) <= room ? text : QString());
 }
 
 void MapBar::applyTexts()

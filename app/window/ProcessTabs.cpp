@@ -25,7 +25,7 @@ struct ProcessTabs::Row
 {
     Process process;
     QWidget *Ui::quvoGdalUtilitiesDialog::*page;
-    void (ProcessTabs::*makePanel)(Process process);
+    optionsWidget &(ProcessTabs::*makePanel)(Process process);
 };
 
 using Form = Ui::quvoGdalUtilitiesDialog;
@@ -60,15 +60,13 @@ ProcessTabs::~ProcessTabs() = default;
 
 optionsWidget &ProcessTabs::panel(Process process)
 {
-    Tab &tab = this->tab(process);
-    if (!tab.panel) {
-        const Row &row = rows[static_cast<std::size_t>(process)];
-        (this->*row.makePanel)(process);
-    }
-    return *tab.panel;
+    if (optionsWidget *panel = tab(process).panel)
+        return *panel;
+    const Row &row = rows[static_cast<std::size_t>(process)];
+    return (this->*row.makePanel)(process);
 }
 
-template <class Panel> void ProcessTabs::makePanel(Process process)
+template <class Panel> optionsWidget &ProcessTabs::makePanel(Process process)
 {
     Panel *panel = nullptr;
     if constexpr (std::is_constructible_v<Panel, WorkFolder &>)
@@ -102,6 +100,7 @@ template <class Panel> void ProcessTabs::makePanel(Process process)
     if constexpr (requires { &Panel::extremesComputed; })
         connect(panel, &Panel::extremesComputed, this, &ProcessTabs::extremesComputed);
     emit panelMade(*panel);
+    return *panel;
 }
 
 bool ProcessTabs::eventFilter(QObject *watched, QEvent *event)

@@ -89,7 +89,7 @@ private:
 
     Tab &tab(Process process) { return m_processTabs[static_cast<std::size_t>(process)]; }
     const Tab &tab(Process process) const { return m_processTabs[static_cast<std::size_t>(process)]; }
-    template <class Panel> void makePanel(Process process);
+    template <class Panel> optionsWidget &makePanel(Process process);
     void makeNextPanel();
 
     QTabWidget &m_tabs;
