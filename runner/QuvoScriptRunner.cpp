@@ -1,5 +1,7 @@
 #include "runner/QuvoScriptRunner.h"
 
+#include "messages/label.h"
+#include "runner/commandsplit.h"
 #include "runner/outputfiles.h"
 
 #include <QPixmap>
@@ -111,6 +113,15 @@ void QuvoScriptRunner::setProgress(int iPercent)
     if (m_progressDialog.isVisible())
         m_progressDialog.setProgress(listProgress(iPercent));
     emit updateProgress(iPercent);
+}
+
+QString QuvoScriptRunner::startProblem() const
+{
+    const QString reason = m_runner.startProblem();
+    if (reason.isEmpty())
+        return {};
+    return labelText({"MESS_OUTIL_NON_LANCE", "« %1 » n'a pas pu être lancé : %2"})
+        .arg(splitProcessCommand(lastCommand()).program, reason);
 }
 
 int QuvoScriptRunner::listProgress(int percent) const

@@ -49,8 +49,9 @@ public:
     /// The command line of the last command.
     QString lastCommand() const { return m_iCurrent < 0 ? QString() : m_processes.value(m_iCurrent).first; }
 
-    /// Why the last command could not be started, in the system's words; empty when it was started.
-    QString startProblem() const { return m_runner.startProblem(); }
+    /// Says in a sentence which program of the last command could not be started, and why; empty when it was
+    /// started.
+    QString startProblem() const;
 
     /// Exit code of the last command that ended.
     int lastExitCode() const { return m_runner.exitCode(); }

@@ -296,6 +296,8 @@ void Previews::onError(const QString &toolText)
     if (step == PreviewStep::None)
         return;
     const bool isOutdated = m_queue.isOutdated();
+    const QString startProblem = m_runner.startProblem();
+    const QString reason = startProblem.isEmpty() ? toolText : startProblem;
     endStep(false);
     if (isOutdated) { // the newer options may be good ones
         emit interrupted();
@@ -303,7 +305,7 @@ void Previews::onError(const QString &toolText)
         return;
     }
     if (step == PreviewStep::Reduce)
-        emit reductionFailed(toolText);
+        emit reductionFailed(reason);
     else
-        emit computationFailed(toolText);
+        emit computationFailed(reason);
 }

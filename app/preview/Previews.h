@@ -99,11 +99,12 @@ signals:
     void reductionStarted();
     void reducingProgress(int percent);
     void reduced();
-    void reductionFailed(const QString &toolText);
+    /// `reason`: what the tool wrote on its standard error, or why it could not be started.
+    void reductionFailed(const QString &reason);
     void computationStarted();
     void computingProgress(int percent);
     void computed();
-    void computationFailed(const QString &toolText);
+    void computationFailed(const QString &reason);
     /// A change stopped the running step; none of its other signals follows.
     void interrupted();
 

@@ -4,7 +4,6 @@
 #include "app/run/replacedoutput.h"
 #include "dataset/overviews.h"
 #include "runner/QuvoScriptRunner.h"
-#include "runner/commandsplit.h"
 #include "runner/tooltext.h"
 
 #include <QFileInfo>
@@ -236,12 +235,7 @@ void ProductRun::onError(const QString &toolText)
     }
     m_outcome.toolText = withFinalPaths(toldOnce(toolText));
     const QString startProblem = m_runner.startProblem();
-    if (startProblem.isEmpty()) {
-        if (m_runner.lastExitCode() != 0)
-            m_outcome.exitCode = m_runner.lastExitCode();
-        fail(QString());
-        return;
-    }
-    const QString tool = splitProcessCommand(m_runner.lastCommand()).program;
-    fail(labelText({"MESS_OUTIL_NON_LANCE", "« %1 » n'a pas pu être lancé : %2"}).arg(tool, startProblem));
+    if (startProblem.isEmpty() && m_runner.lastExitCode() != 0)
+        m_outcome.exitCode = m_runner.lastExitCode();
+    fail(startProblem);
 }

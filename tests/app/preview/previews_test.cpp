@@ -40,6 +40,7 @@ private slots:
     void aPartIsSeenAtFullResolution();
     void launchStopsPreviews();
     void aChangeIsComputedOnce();
+    void failureIsReportedOnce_data();
     void failureIsReportedOnce();
 };
 
@@ -437,14 +438,24 @@ void PreviewsTest::aChangeIsComputedOnce()
     QCOMPARE(bytesOf(log).count('\n'), before + 1);
 }
 
+void PreviewsTest::failureIsReportedOnce_data()
+{
+    QTest::addColumn<QByteArray>("script"); // empty: there is no tool
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("it fails") << QByteArray("echo no such light >&2\nexit 3\n") << "no such light";
+    QTest::newRow("it cannot be started") << QByteArray() << "tool.exe";
+}
+
 void PreviewsTest::failureIsReportedOnce()
 {
-    m_tools.dem = writeScript(path("tool.exe"), "echo no such light >&2\nexit 3\n");
+    QFETCH(QByteArray, script);
+    QFETCH(QString, reason);
+    m_tools.dem = script.isEmpty() ? path("tool.exe") : writeScript(path("tool.exe"), script);
     Dialog dialog(m_tools);
     dialog.window.setInputDem(path("dem.tif"));
     QStringList shown;
     QTRY_VERIFY_WITH_TIMEOUT((shown += Prompt::takeShown()).size() == 1, 10000);
-    QVERIFY(shown.first().contains("preview") && shown.first().contains("no such light"));
+    QVERIFY(shown.first().contains("preview") && shown.first().contains(reason));
     QVERIFY(!dialog.find<QWidget>("m_pGrpBPreviews")->isVisible());
     QVERIFY(!dialog.find<QPushButton>("m_pPBShowPreview")->isEnabled());
     dialog.showTab(1);
