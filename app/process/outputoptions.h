@@ -14,14 +14,14 @@ struct OutputOptions
     QString format;         ///< GDAL's short driver name; empty: "GTiff" or "ESRI Shapefile"
     bool tiled = false;     ///< write the cells of a GeoTIFF in tiles
     bool worldFile = false; ///< write a world file; ignored for a GeoTIFF that is not tiled: kept so on purpose
-    QString compression;    ///< "DEFLATE", "LZW" or "ZSTD"; empty: what the driver does by itself
+    bool statistics = false; ///< the product carries the extremes, mean and deviation of each band
+    bool overviews = false;  ///< build overviews of a raster product, in a file beside it
+    QString compression;     ///< "DEFLATE", "LZW" or "ZSTD"; empty: what the driver does by itself
     int blockSize = 0; ///< columns and rows of a block of a COG, a multiple of 16 from 128; 0: the driver's
     /// How the reduced copies inside of a COG are computed ("AVERAGE"), or "NONE" for no such copies; empty:
     /// the driver's own way.
     QString overviewResampling;
-    bool statistics = false; ///< the product carries the extremes, mean and deviation of each band
-    QString layerName;       ///< layer of a vector product; empty: "contour"
-    bool overviews = false;  ///< build overviews of a raster product, in a file beside it
+    QString layerName; ///< layer of a vector product; empty: "contour"
     /// Cells without data are filled from the cells around them up to this distance, in cells; 0: not at all.
     double fillDistance = 0.0;
     bool fillMask = false; ///< a raster beside the product marks the cells that were filled

@@ -24,5 +24,8 @@ bool LinkLabel::focusNextPrevChild(bool next)
     const int link = hasSelectedText() ? selectionStart() : -1;
     if (!QLabel::focusNextPrevChild(next))
         return false;
-    return !hasFocus() || selectionStart() != link || QWidget::focusNextPrevChild(next);
+    if (!hasFocus() || selectionStart() != link)
+        return true;
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): QLabel's own is what failed
+    return QWidget::focusNextPrevChild(next);
 }

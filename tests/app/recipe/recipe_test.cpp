@@ -145,12 +145,12 @@ void RecipeTest::everyProcessComesBack()
                         .outputOptions = {.format = "COG",
                                           .tiled = true,
                                           .worldFile = true,
+                                          .statistics = true,
+                                          .overviews = true,
                                           .compression = "ZSTD",
                                           .blockSize = 256,
                                           .overviewResampling = "MODE",
-                                          .statistics = true,
-                                          .layerName = "couche",
-                                          .overviews = true},
+                                          .layerName = "couche"},
                         .options = options};
     for (const Recipe &written : {recipe, Recipe{.process = word, .options = options}}) {
         const RecipeReading reading = readRecipe(writeRecipe(written), QStringLiteral("/else"));
