@@ -36,6 +36,15 @@ void FocusCueTest::windowsThatKeysOpen()
     QVERIFY(QTest::qWaitForWindowActive(&second));
     QTRY_VERIFY(inside.hasFocus());
     QVERIFY(second.testAttribute(Qt::WA_KeyboardFocusChange));
+    second.hide();
+    QDialog third(&first);
+    QPushButton last(&third);
+    open.disconnect();
+    QObject::connect(&open, &QPushButton::clicked, &third, &QDialog::show);
+    QTest::mouseClick(&open, Qt::LeftButton);
+    QVERIFY(QTest::qWaitForWindowActive(&third));
+    QTRY_VERIFY(last.hasFocus());
+    QVERIFY(!third.testAttribute(Qt::WA_KeyboardFocusChange)); // the mouse came after the keys
 }
 
 QTEST_MAIN(FocusCueTest)
