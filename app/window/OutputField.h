@@ -22,8 +22,9 @@ public:
     /// The name that the field shows, relative or absolute; may be empty.
     QString name() const;
 
-    /// Proposes a name for the product that a process makes of an input. Does nothing where `input` is empty.
-    /// Of a name that the user wrote only the extension of another kind of product changes.
+    /// Proposes a name for the product that a process makes of an input. Does nothing where `input` is empty. A
+    /// name that the user wrote stays; only its extension follows the format, if it is one of a raster or
+    /// vector product.
     void propose(const QString &input, Process process);
 
     /// Shows the name from settings that were opened. It counts as proposed if it has the form of a proposal

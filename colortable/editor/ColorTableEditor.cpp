@@ -341,7 +341,8 @@ void ColorTableEditor::pickColor(const QColor &color, int series)
                      labelText({"MESS_TCE_PAS_COULEUR", "changer la couleur"}), series);
 }
 
-/// Of a series of changes, the last colour is remembered.
+/// A colour replaces the one before where both belong to the same movement of the mouse or the same keys in a
+/// row, so that the list does not fill with the colours in between.
 void ColorTableEditor::remember(const QColor &color, int series)
 {
     constexpr int most = 12;
